@@ -1,0 +1,37 @@
+# Our own code: warnings are errors, sanitizers where asked. Libraries from outside link without it.
+add_library(merivane_options INTERFACE)
+target_compile_options(merivane_options INTERFACE -Wall -Wextra -Wconversion -Werror)
+if(MERIVANE_SANITIZE)
+  target_compile_options(merivane_options INTERFACE -fsanitize=address,undefined
+                         -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(merivane_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# merivane_library(NAME [libraries it may use...]): every .cpp of the folder, its include/ folder.
+function(merivane_library name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_library(merivane_${name} STATIC ${sources})
+  target_include_directories(merivane_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/include
+                             PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(merivane_${name} PUBLIC ${ARGN} PRIVATE merivane_options)
+endfunction()
+
+# merivane_test(NAME libraries...): every *_test.cpp of the folder as one test program.
+function(merivane_test name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(merivane_test_${name} ${sources})
+  target_include_directories(merivane_test_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
+                             ${CMAKE_SOURCE_DIR}/tests/support)
+  target_link_libraries(merivane_test_${name} PRIVATE ${ARGN} merivane_options GTest::gtest
+                        GTest::gmock GTest::gtest_main)
+  target_compile_definitions(merivane_test_${name} PRIVATE
+    MERIVANE_SAMPLES="${CMAKE_SOURCE_DIR}/samples"
+    MERIVANE_BIN="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    MERIVANE_PLANS="${CMAKE_SOURCE_DIR}/../shared/plans")
+  add_dependencies(merivane_test_${name} merivane_template)
+  gtest_discover_tests(merivane_test_${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
+include(GoogleTest)

@@ -1,0 +1,30 @@
+// Writers of Neutral Text from a project database. All write to gOutFile and read through
+// gProjectConn unless a connection is handed over.
+#pragma once
+
+#include "neutraltext/modGlobal.h"
+
+namespace merivane {
+
+// Writes the whole file of gInterimProjId, closes gOutFile and drops gProjectConn. True when no
+// error reached its own guard; a section's failure shows its box and leaves that section cut short.
+bool GenerateTextFromProject(ProjectToModel& state);
+
+// Tasks of the project, the template's row left out; error 6 beyond 32,767.
+std::int16_t CountProjectTasks(ProjectToModel& state);
+
+// Each with its own guard: shows the description and ends the section.
+void WriteProjectSummary(ProjectToModel& state);
+void WriteProcessPool(ProjectToModel& state);
+void WriteObjectPool(ProjectToModel& state);
+void WritePools(ProjectToModel& state, Connection* connection);
+
+// The scenario of the children of a task, and theirs. The first call passes 0, "0" and 1.
+void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
+                        const std::string& parentOutline, std::int16_t level);
+
+// The flat list of a rebuilt model, with its "Scenario List" lines. Without a guard: errors go to
+// the caller.
+void WriteRebuiltScenarioList(ProjectToModel& state, Connection* connection);
+
+}  // namespace merivane

@@ -1,0 +1,79 @@
+// A connection to one database file, and the workspace that knows all connections of a program.
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace merivane {
+
+class Engine;
+class Recordset;
+
+// "Driver={Microsoft Access Driver (*.mdb)};DBQ=" and the path: the text a connection opens with.
+std::string ConnectionText(const std::string& path);
+
+enum class OpenMode {
+  kReadWrite,
+  kReadOnly,  // the file is never changed, and no journal is made beside it
+};
+
+// Knows the open connections of one program, so that a transaction is committed before another
+// connection opens the same file or a copy of it is made. Must outlive its connections.
+class Workspace {
+ public:
+  Workspace();
+  ~Workspace();
+  Workspace(const Workspace&) = delete;
+  Workspace& operator=(const Workspace&) = delete;
+
+  // Commits what every connection has written so far. For the end of a handler (errors come up) ...
+  void CommitAll();
+  // ... and for the end of the program on any path.
+  void CommitAllQuietly() noexcept;
+
+  // Puts a plain copy of `from` in the place of `to`: made beside `to`, then renamed over it, with a
+  // stale journal of `to` removed. `from` may be a database in use here (SQLite's backup call is
+  // used then). Errors: 53 `from` is not there, 70 `to` is refused or held locked by another
+  // process, 61 no room; `to` is as it was then.
+  void CopyDatabase(const std::string& from, const std::string& to);
+
+ private:
+  friend class Connection;
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+// The file must be there and be a database (SQLite, or a real Access file, which opens read-only
+// whatever the mode); anything else is a RunTimeError with a description that names the file.
+// One transaction runs from the first write until Commit, Close or the end of the object.
+class Connection {
+ public:
+  explicit Connection(Workspace& workspace);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  void Open(const std::string& connectionText, OpenMode mode = OpenMode::kReadWrite);
+  void Close();  // commits; record sets still open on it are closed
+  bool IsOpen() const;
+  void Commit();
+
+  // The path given to Open; stays readable after Close.
+  const std::string& DatabaseName() const { return databaseName_; }
+
+  // The rows of schema code 20 (adSchemaTables): one row a table with the column TABLE_NAME.
+  // The record set is static and belongs to the caller.
+  void OpenSchema(int schema, Recordset& tables);
+
+ private:
+  friend class Recordset;
+  friend class Command;
+  friend class Workspace;
+  Workspace& workspace_;
+  std::string databaseName_;
+  std::shared_ptr<Engine> engine_;
+};
+
+inline constexpr int adSchemaTables = 20;
+
+}  // namespace merivane

@@ -1,0 +1,77 @@
+// Record sets over a connection, with the cursor behaviour that the translator relies on.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "runtime/value.h"
+
+namespace merivane {
+
+class Connection;
+
+enum CursorType { adOpenForwardOnly = 0, adOpenDynamic = 2, adOpenStatic = 3 };
+
+// A dynamic set is a key list with live values: edits through other sets show, rows deleted since
+// are skipped, rows added through this set stand at its end (after Update of an added row the
+// position is the one before AddNew, and MoveNext reaches the added row). A static set is a
+// snapshot. Without ORDER BY rows come in order of insertion; with it equal keys keep that order.
+//
+// Open checks the statement and reads nothing; a question for BOF or EOF, and MoveLast, cost one
+// row on a fresh set. A set that has been asked completes its key list before anything is written
+// through its connection.
+//
+// Names ignore case. Every failure is a RunTimeError with the usual description: 91 no connection,
+// 3709 a closed connection, 3704 a closed set, 3705 an open set opened again, 3021 no current
+// record (an empty set, BOF or EOF, a row deleted since), 3265 no such column, 3251 a set that
+// can't be written, 13 a value that the column's type refuses, and the three statement errors.
+class Recordset {
+ public:
+  Recordset();
+  ~Recordset();
+  Recordset(Recordset&&) noexcept;
+  Recordset& operator=(Recordset&&) noexcept;
+
+  // `connection` null is error 91. OpenDynamic is Open(sql, connection, 2, 3, 1), OpenStatic is
+  // Open(sql, connection, 3, -1, -1).
+  void OpenDynamic(std::string_view sql, Connection* connection);
+  void OpenStatic(std::string_view sql, Connection* connection);
+
+  // Reopening with the earlier cursor kind (dynamic for a set that was never open).
+  void Source(std::string_view sql);
+  void ActiveConnection(Connection* connection);
+  void Open();
+
+  void Close();
+  bool IsOpen() const;
+
+  bool Eof();
+  bool Bof();
+  void MoveFirst();
+  void MoveLast();
+  void MoveNext();      // saves a changed row first; at EOF error 3021
+  void MovePrevious();  // likewise; at BOF error 3021
+  long RecordCount();   // exact for a static set; -1 for a dynamic one
+
+  int FieldCount();
+  std::string FieldName(int index);  // as the table declares it
+  Value Field(std::string_view name);
+  Value Field(int index);  // from 0
+
+  // A changed field waits for Update (or for the next move). Assigning converts to the column's
+  // type: whole numbers round half to even into 32 bits (16 where the column says so).
+  void SetField(std::string_view name, Value value);
+  void AddNew();
+  void AddNew(const std::vector<std::string>& names, const std::vector<Value>& values);  // saved
+  void Update();
+  void Delete();  // the current row; MoveNext goes to the one behind it
+
+ private:
+  friend class Connection;
+  struct Impl;
+  std::shared_ptr<Impl> impl_;
+};
+
+}  // namespace merivane
