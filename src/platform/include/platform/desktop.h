@@ -21,7 +21,7 @@ inline constexpr const char* kApplicationTitle = "Merivane";
 struct Message {
   std::string text;
   MessageIcon icon = MessageIcon::kNone;
-  std::string title;
+  std::string title = {};
   MessageButtons buttons = MessageButtons::kOk;
 };
 
