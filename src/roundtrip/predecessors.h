@@ -1,0 +1,34 @@
+// A task's list of predecessors, held against the links of its scenario.
+//
+// All work in gCurrentScenario of gInterimProjId on gInterimConn. Only what the model doesn't say
+// yet is added; nothing is taken away because the list no longer names it. A failure is a
+// RunTimeError and leaves the rows written so far.
+#pragma once
+
+#include <cstdint>
+
+#include "neutraltext/modGlobal.h"
+
+namespace merivane {
+
+// Entries of the list: its commas plus one; 0 for Null and empty text. A comma in first position
+// isn't counted and ends the counting. Error 6 beyond 32,767.
+std::int16_t CountPredecessors(const Value& text);
+
+// For a list of one entry; `task` is a set of ProjectAct that stands on the task, whose Text1 must
+// be a number. An SS or FF entry synchronises both tasks, SF is passed over, anything else is a
+// precedence, dropped when the predecessor lies in another scenario. Leaves the two ends in
+// gOriginUse and gDestinationUse.
+void ApplySinglePredecessor(ProjectToModel& state, Recordset& task);
+
+// For a list of several entries. SS and FF entries are carried out at once, in the list's order;
+// the precedences that the model lacks then go in together.
+void ApplySeveralPredecessors(ProjectToModel& state, Recordset& task);
+
+// The two steps of the latter. Parsing leaves the occurrence numbers of the finish-to-start entries
+// in gFsPredecessors (0 for a task that the plan doesn't know), filtering those that have no link
+// or chain of junctions to the task yet in gNewPredecessors.
+void ParsePredecessors(ProjectToModel& state, Recordset& task);
+void FilterNewPredecessors(ProjectToModel& state, Recordset& task);
+
+}  // namespace merivane
