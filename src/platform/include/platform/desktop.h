@@ -76,6 +76,9 @@ class Desktop {
   // Loads the form, shows it and returns once it has been unloaded.
   virtual void ShowModal(ModalForm& form) = 0;
 
+  // Waits with the windows painted; nothing where there is no window.
+  virtual void Sleep(int /*milliseconds*/) {}
+
   [[noreturn]] virtual void EndProgram() { throw ProgramEnd(); }
 
   // Directory of the program's file, without a separator at its end.

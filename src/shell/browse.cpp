@@ -1,0 +1,32 @@
+#include "shell/browse.h"
+
+#include <filesystem>
+
+#include "runtime/code_page.h"
+#include "runtime/text.h"
+
+namespace merivane {
+
+std::optional<std::string> BrowseForFile(Desktop& desktop, const FileDialog& dialog,
+                                         const std::string& extension) {
+  const std::string name = desktop.AskFileName(dialog);
+  std::string trimmed = Trim(name);
+  if (trimmed.empty()) return std::nullopt;
+  if (!EqualNoCase(Right(name, 3), extension)) {
+    desktop.ShowMessage({"Incorrect File Type", MessageIcon::kCritical, "File Selection Error"});
+    return std::nullopt;
+  }
+  return trimmed;
+}
+
+bool FileIsThere(const std::string& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(std::filesystem::u8path(path), error);
+  return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+void ShowTemplateMissing(Desktop& desktop, const std::string& path) {
+  desktop.ShowMessage({"Cannot Open Merivane Access Database Template: " + FromUtf8(path)});
+}
+
+}  // namespace merivane

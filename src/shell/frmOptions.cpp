@@ -1,0 +1,38 @@
+#include "shell/frmOptions.h"
+
+#include "neutraltext/modGlobal.h"
+#include "shell/modOptions.h"
+
+namespace merivane {
+namespace {
+
+struct PathLine {
+  const char* key;
+  const char* heading;
+  std::size_t indent;  // blanks in front of the value
+};
+
+constexpr PathLine kPathLines[] = {
+    {kCelvarKey, "Vorn Celvar7 Path: ", 18},
+    {kProject2000Key, "MS Project 2000 Path: ", 17},
+    {kProject98Key, "MS Project 98 Path: ", 17},
+};
+
+}  // namespace
+
+void frmOptions::Load() {
+  listPaths.clear();
+  try {
+    for (const PathLine& line : kPathLines) {
+      const std::string command =
+          GetCommandPath(desktop_, line.key).c_str();  // shown up to its NUL
+      listPaths.emplace_back(line.heading);
+      listPaths.push_back(std::string(line.indent, ' ') +
+                          (command.empty() ? "not installed." : command));
+    }
+  } catch (const RunTimeError& error) {
+    ShowDescription(desktop_, error);
+  }
+}
+
+}  // namespace merivane

@@ -1,0 +1,224 @@
+#include "shell/frmProjectToIDEF3.h"
+
+#include "neutraltext/modProjectToIDEF3.h"
+#include "roundtrip/modMpxtoIDEF3.h"
+#include "runtime/code_page.h"
+#include "runtime/text.h"
+#include "shell/browse.h"
+#include "shell/frmDBMerge.h"
+#include "shell/project_list.h"
+#include "store/interim_db.h"
+
+namespace merivane {
+namespace {
+
+const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File"};
+const FileDialog kDatabaseDialog{"Database (*.mdb)|*.mdb",
+                                 "Please Select Existing Project Database in Access 2000 Format"};
+const FileDialog kMpxDialog{"Text File (*.mpx)|*.mpx", "Source MPX Text File"};
+const FileDialog kInterimDialog{"Database (*.mdb)|*.mdb",
+                                "Please Select Microsoft Project 2000 MDB"};
+
+}  // namespace
+
+void frmProjectToIDEF3::Load() {
+  txtCelvarFilename = txtInterimDB = TextBox{};
+  txtDatabase = txtMPX = TextBox{"", false};
+  comboProject = {{}, {}, false, true};
+  SSTabInput = kDatabaseTab;
+  optLaunchCelvar = {};
+  GenerateResult.reset();
+  BackupName.clear();
+  state_.gProjectConn.reset();
+  state_.gInterimConn.reset();
+}
+
+void frmProjectToIDEF3::cmdBrowseText() {
+  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
+  try {
+    if (!txtCelvarFilename.text.empty()) state_.files.Close(state_.gOutFile);
+    if (auto name = BrowseForFile(desktop_, kTextDialog, "txt")) {
+      txtCelvarFilename = {*name, true};
+      if (!OpenOutputFile()) {
+        desktop_.ShowMessage({"Cannot Open Output File: " + FromUtf8(*name)});
+      }
+    }
+  } catch (const RunTimeError& error) {
+    ReportError(desktop_, error);
+  }
+  Changed();
+}
+
+bool frmProjectToIDEF3::OpenOutputFile() try {
+  state_.gOutFile = state_.files.FreeFile();
+  state_.files.OpenForOutput(state_.gOutFile, Trim(txtCelvarFilename.text));
+  return true;
+} catch (const RunTimeError&) {
+  return false;
+}
+
+void frmProjectToIDEF3::cmdBrowseDatabase() {
+  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
+  try {
+    if (auto name = BrowseForFile(desktop_, kDatabaseDialog, "mdb")) {
+      state_.gProjectConn = std::make_unique<Connection>(state_.workspace);
+      state_.gProjectConn->Open(ConnectionText(*name), OpenMode::kReadOnly);
+      if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject)) {
+        txtDatabase = {*name, true};
+        comboProject.enabled = true;
+      } else {
+        state_.gProjectConn.reset();
+      }
+    }
+  } catch (const RunTimeError& error) {
+    ReportError(desktop_, error);
+  }
+  Changed();
+}
+
+void frmProjectToIDEF3::cmdBrowseMPX() {
+  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
+  try {
+    if (auto name = BrowseForFile(desktop_, kMpxDialog, "mpx")) txtMPX = {*name, true};
+  } catch (const RunTimeError& error) {
+    ReportError(desktop_, error);
+  }
+  Changed();
+}
+
+void frmProjectToIDEF3::cmdInterimDB() {
+  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
+  try {
+    if (auto name = BrowseForFile(desktop_, kInterimDialog, "mdb")) {
+      txtInterimDB.text = *name;
+      if (FileIsThere(*name)) {
+        ChooseForExistingInterimDb();
+      } else {
+        state_.gRoundTripMerge = false;
+        MakeInterimDb();
+        state_.gInterimProjId = 1;
+      }
+    }
+  } catch (const RunTimeError& error) {
+    ReportError(desktop_, error);
+    if (!IsVisible()) Show();
+  }
+  Changed();
+}
+
+void frmProjectToIDEF3::MakeInterimDb() {
+  const std::string templatePath = desktop_.TemplatePath();
+  if (!CheckTemplateDb(state_.workspace, templatePath)) {
+    ShowTemplateMissing(desktop_, templatePath);
+  }
+  state_.workspace.CopyDatabase(templatePath, txtInterimDB.text);
+  state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
+  state_.gInterimConn->Open(ConnectionText(txtInterimDB.text));
+}
+
+void frmProjectToIDEF3::ChooseForExistingInterimDb() {
+  Hide();
+  state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
+  state_.gInterimConn->Open(ConnectionText(txtInterimDB.text));
+  desktop_.SetMousePointer(kPointerArrow);
+  frmDBMerge merge(state_);
+  desktop_.ShowModal(merge);
+  if (!state_.gRoundTripMerge) {
+    state_.gInterimConn->Close();
+    state_.gInterimConn.reset();
+    MakeInterimDb();
+  } else if (state_.gInterimProjId == 0) {
+    txtInterimDB.text.clear();
+  }
+  Show();
+}
+
+void frmProjectToIDEF3::comboProject_Click() {
+  if (!comboProject.listIndex) return;
+  state_.gInterimProjId = comboProject.entries[*comboProject.listIndex].itemData;
+}
+
+bool frmProjectToIDEF3::Refuse(const char* text) {
+  desktop_.ShowMessage({text});
+  return false;
+}
+
+bool frmProjectToIDEF3::ValidateDatabaseTab() {
+  if (SSTabInput != kDatabaseTab) return Refuse("Please Select Source Type");
+  if (!state_.gProjectConn || !txtDatabase.enabled) {
+    return Refuse("Please Select MS Project 2000 Database");
+  }
+  if (!comboProject.listIndex || !comboProject.enabled) return Refuse("Please Select Project Name");
+  return !Trim(txtCelvarFilename.text).empty() ||
+         Refuse("Please Select Target Celvar Text Filename");
+}
+
+bool frmProjectToIDEF3::ValidateMpxTab() {
+  if (Trim(txtMPX.text).empty()) return Refuse("Please Select a MPX txt file");
+  if (Trim(txtInterimDB.text).empty()) {
+    return Refuse("Please Give an Interim Access Database Filename");
+  }
+  return !Trim(txtCelvarFilename.text).empty() ||
+         Refuse("Please Select Target Celvar Text Filename.");
+}
+
+void frmProjectToIDEF3::cmdOK() {
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  try {
+    if (SSTabInput == kMpxTab) {
+      if (!ValidateMpxTab()) return;
+      BackUpInterimDb();
+      GenerateResult = TranslateMpx(state_, txtMPX.text, txtInterimDB.text,
+                                    static_cast<std::int16_t>(state_.gRoundTripMerge ? -1 : 0));
+    } else {
+      if (!ValidateDatabaseTab()) return;
+      GenerateResult = GenerateTextFromProject(state_);
+    }
+    state_.workspace.CommitAll();
+    if (optLaunchCelvar.checked && *GenerateResult) LaunchCelvar();
+    txtMPX.enabled = txtInterimDB.enabled = txtDatabase.enabled = comboProject.enabled =
+        txtCelvarFilename.enabled = false;
+  } catch (const RunTimeError& error) {
+    ShowDescription(desktop_, error);
+  }
+  Unload();
+}
+
+void frmProjectToIDEF3::BackUpInterimDb() {
+  BackupName.clear();
+  if (!KeepBackup || !state_.gRoundTripMerge || !state_.gInterimConn) return;
+  const std::string path = state_.gInterimConn->DatabaseName();
+  std::string backup = path + ".bak";
+  for (int number = 2; FileIsThere(backup); ++number) {
+    backup = path + ".bak" + std::to_string(number);
+  }
+  state_.workspace.CopyDatabase(path, backup);
+  BackupName = backup;
+}
+
+void frmProjectToIDEF3::LaunchCelvar() {
+  const std::string& target = txtCelvarFilename.text;
+  const bool blank = HasInnerBlank(target, target.size());
+  if (blank) {
+    const std::string name = FromUtf8(target);
+    desktop_.ShowMessage(
+        {SSTabInput == kMpxTab
+             ? "There are spaces in the target directory or file name. \r\nPlease import file " +
+                   name + "\r\nfrom Celvar."
+             : "There are spaces in the target directory or file name.\r\nThe target file \r\n" +
+                   name + "\r\nhas been generated. \r\nPlease import it from Celvar."});
+  }
+  ExecuteApp(desktop_, blank ? paths_.gCelvarPath : paths_.gCelvarPath + " " + target);
+}
+
+void frmProjectToIDEF3::optLaunchCelvar_Click() {
+  try {
+    paths_.gCelvarPath = GetCommandPath(desktop_, kCelvarKey);
+    if (paths_.gCelvarPath.empty()) desktop_.ShowMessage({"Vorn Celvar not installed."});
+  } catch (const RunTimeError&) {
+    // The look-up ends silently.
+  }
+  Changed();
+}
+
+}  // namespace merivane

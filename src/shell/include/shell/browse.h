@@ -1,0 +1,22 @@
+// The frame of every browse button.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/desktop.h"
+
+namespace merivane {
+
+// Asks for a file name. Nothing when the dialog was cancelled, or when the last three characters
+// are not the extension (any case), which shows a box. Otherwise the name without outer blanks.
+std::optional<std::string> BrowseForFile(Desktop& desktop, const FileDialog& dialog,
+                                         const std::string& extension);
+
+// True for a file that is there; False for a folder and for nothing.
+bool FileIsThere(const std::string& path);
+
+// "Cannot Open Merivane Access Database Template: " and the path.
+void ShowTemplateMissing(Desktop& desktop, const std::string& path);
+
+}  // namespace merivane

@@ -1,0 +1,74 @@
+// Forms as plain state and handlers; the desktop program draws them and passes events on.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+
+namespace merivane {
+
+struct TextBox {
+  std::string text;  // UTF-8 where it is a path
+  bool enabled = true;
+};
+
+struct CheckBox {
+  bool checked = false;
+  bool enabled = true;
+};
+
+struct ComboBox {
+  struct Entry {
+    std::string name;  // Windows-1252
+    std::int32_t itemData = 0;
+  };
+  std::vector<Entry> entries;
+  std::optional<std::size_t> listIndex;  // nothing selected
+  bool enabled = true;
+  bool visible = true;
+};
+
+// A modeless form: a single instance that exists from its first Show on. Its controls start anew
+// each time it is loaded.
+class Form {
+ public:
+  virtual ~Form() = default;
+
+  void Show() {
+    if (!loaded_) {
+      loaded_ = true;
+      Load();
+    }
+    visible_ = true;
+    Changed();
+  }
+  void Hide() {
+    visible_ = false;
+    Changed();
+  }
+  void Unload() {
+    loaded_ = visible_ = false;
+    Changed();
+  }
+  bool IsLoaded() const { return loaded_; }
+  bool IsVisible() const { return visible_; }
+
+  // Called after the state changed; the drawing hangs here.
+  std::function<void()> OnChange;
+
+ protected:
+  virtual void Load() {}
+  void Changed() const {
+    if (OnChange) OnChange();
+  }
+
+ private:
+  bool loaded_ = false;
+  bool visible_ = false;
+};
+
+}  // namespace merivane

@@ -1,0 +1,33 @@
+// Decides between a fresh interim database and a round trip merge.
+#pragma once
+
+#include "neutraltext/modGlobal.h"
+#include "shell/form.h"
+
+namespace merivane {
+
+// Caption "Interim DB Creating Options". CmdCancel leaves gRoundTripMerge as it stood.
+class frmDBMerge : public ModalForm {
+ public:
+  static constexpr int kHelpContextId = 6000;
+  static constexpr int kHelpButtonContextId = 6001;
+
+  explicit frmDBMerge(ProjectToModel& state) : state_(state) {}
+
+  bool OptOverwriteSet = false;
+  bool OptMergeSet = false;
+  bool LabSelProjVisible = false;
+  ComboBox comboInterimProject{{}, {}, false, false};
+
+  void Load() override { comboInterimProject.enabled = false; }
+  void OptMerge();
+  void OptOverwrite();
+  void comboInterimProject_Click();  // after an entry was selected
+  void CmdOK();
+  void CmdCancel() { Unload(); }
+
+ private:
+  ProjectToModel& state_;
+};
+
+}  // namespace merivane

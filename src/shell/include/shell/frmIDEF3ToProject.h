@@ -1,0 +1,62 @@
+// The dialog of the direction from model to plan.
+#pragma once
+
+#include "neutraltext/modGlobal.h"
+#include "shell/form.h"
+#include "shell/modOptions.h"
+
+namespace merivane {
+
+// Caption "Celvar to MS Project". Which tab is active is told by the tab strip's caption alone.
+class frmIDEF3ToProject : public Form {
+ public:
+  static constexpr int kHelpContextId = 2000;
+  static constexpr int kHelpButtonContextId = 2001;
+  static constexpr const char* kDatabaseTab = "Generate Microsoft Project 2000 MDB";
+  static constexpr const char* kMpxTab = "Generate MPX";
+
+  frmIDEF3ToProject(ModelToProject& state, ApplicationPaths& paths)
+      : state_(state), desktop_(state.desktop), paths_(paths) {}
+
+  TextBox txtCelvarFilename;
+  TextBox txtDatabase;
+  TextBox txtDatabase_mpx;
+  TextBox txtMpx;
+  std::string SSTabGenerateOpt = kDatabaseTab;  // caption of the active tab
+  CheckBox CkLaunchMsprojApp;
+
+  void cmdBrowseText();
+  void cmdBrowseMPX();
+  // Copies the template over the picked name or opens it for a further project; failures are
+  // silent, as the state shows: gMspConn stays unset.
+  void BrowsedbBt() { BrowseDatabase(txtDatabase); }
+  void BrowsedbBt_mpx() { BrowseDatabase(txtDatabase_mpx); }
+  void cmdBrowseDatabase() {}
+  void cmdOK();
+  void cmdCancel() { Unload(); }
+  void CkLaunchMsprojApp_Click();  // after the box was toggled
+
+  // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
+  std::optional<bool> GenerateResult;
+
+  // Opens "MSProject2kDB.mdb" beside the program and proves it as CheckTemplateDb does.
+  bool OpenProj2kTemplate();
+
+ protected:
+  void Load() override;
+
+ private:
+  void BrowseDatabase(TextBox& box);
+  void SettleDatabase(const std::string& path);
+  void CopyTemplate(const std::string& path);
+  void AppendTo(const std::string& path);
+  bool Validate();
+  void LaunchProject();
+  bool DatabaseTabActive() const { return SSTabGenerateOpt == kDatabaseTab; }
+
+  ModelToProject& state_;
+  Desktop& desktop_;
+  ApplicationPaths& paths_;
+};
+
+}  // namespace merivane

@@ -1,0 +1,65 @@
+// The main window: menus, start-up, help, and the single instances of the other forms.
+#pragma once
+
+#include <string>
+
+#include "neutraltext/modGlobal.h"
+#include "shell/frmIDEF3ToProject.h"
+#include "shell/frmOptions.h"
+#include "shell/frmProjectToIDEF3.h"
+#include "shell/modOptions.h"
+
+namespace merivane {
+
+class frmSplash : public Form {};
+
+class frmAbout : public Form {
+ public:
+  static constexpr int kTechContextId = 382;
+  void cmdOk() { Unload(); }
+};
+
+// Caption "Merivane: Celvar <--> Microsoft Project".
+class frmMain : public Form {
+ public:
+  static constexpr int kHelpContextId = 1000;
+
+  explicit frmMain(Program& program);
+
+  // The home page of the maker; set at build time.
+  static const char* HomePage();
+
+  void mnuIDEF3ToProject();
+  void mnuProjectToIDEF3();
+  void mnuExit() { desktop_.EndProgram(); }
+  void mnuPath() { options.Show(); }
+  void mnuContents() { desktop_.ShowHelp(HelpFile, kHelpContents, 0); }
+  void mnuIndex() { desktop_.ShowHelp(HelpFile, kHelpIndex, 0); }
+  void mnuAboutVorn();
+  void mnuAboutMerivane() { about.Show(); }
+  // A help button, or F1: the topic of the active control.
+  void ShowContextHelp(int context) { desktop_.ShowHelp(HelpFile, kHelpContext, context); }
+
+  std::string HelpFile;  // set at the end of start-up
+
+  ApplicationPaths paths;
+  frmIDEF3ToProject modelToProject;
+  frmProjectToIDEF3 projectToModel;
+  frmOptions options;
+  frmAbout about;
+  frmSplash splash;
+
+ protected:
+  void Load() override {}
+
+ public:
+  // Start-up: shows this form, the splash for a second, and names the help file.
+  void Start();
+
+ private:
+  void ShowGuarded(Form& form);
+
+  Desktop& desktop_;
+};
+
+}  // namespace merivane

@@ -1,0 +1,68 @@
+// The dialog of the direction from plan to model.
+#pragma once
+
+#include <optional>
+
+#include "neutraltext/modGlobal.h"
+#include "shell/form.h"
+#include "shell/modOptions.h"
+
+namespace merivane {
+
+// Caption "MS Project to Celvar".
+class frmProjectToIDEF3 : public Form {
+ public:
+  static constexpr int kHelpContextId = 3000;
+  static constexpr int kHelpButtonContextId = 3001;
+  static constexpr const char* kDatabaseTab = "From Microsoft Project 2000 MDB";
+  static constexpr const char* kMpxTab = "From MPX";
+
+  frmProjectToIDEF3(ProjectToModel& state, ApplicationPaths& paths)
+      : state_(state), desktop_(state.desktop), paths_(paths) {}
+
+  TextBox txtCelvarFilename;
+  TextBox txtDatabase{"", false};
+  TextBox txtMPX{"", false};
+  TextBox txtInterimDB;
+  ComboBox comboProject{{}, {}, false, true};
+  std::string SSTabInput = kDatabaseTab;  // caption of the active tab
+  CheckBox optLaunchCelvar;
+
+  void cmdBrowseText();
+  void cmdBrowseDatabase();
+  void cmdBrowseMPX();
+  void cmdInterimDB();
+  void comboProject_Click();  // after an entry was selected
+  void cmdOK();
+  void cmdCancel() { Unload(); }
+  void optLaunchCelvar_Click();  // after the box was toggled
+
+  // Takes a free number into gOutFile and opens the name for output; False on any error.
+  bool OpenOutputFile();
+
+  // A merge begins with a copy of the interim database beside it (".bak", ".bak2", ...), unless
+  // this is switched off. BackupName is the copy of the last merge, empty without one.
+  bool KeepBackup = true;
+  std::string BackupName;
+
+  // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
+  std::optional<bool> GenerateResult;
+
+ protected:
+  void Load() override;
+
+ private:
+  bool ValidateDatabaseTab();
+  bool ValidateMpxTab();
+  void MakeInterimDb();
+  void ChooseForExistingInterimDb();
+  void BackUpInterimDb();
+  void LaunchCelvar();
+  bool Refuse(const char* text);
+
+  ProjectToModel& state_;
+  Desktop& desktop_;
+  ApplicationPaths& paths_;
+};
+
+}  // namespace merivane

@@ -1,0 +1,30 @@
+#include "shell/modOptions.h"
+
+#include "runtime/text.h"
+
+namespace merivane {
+namespace {
+
+constexpr std::size_t kBufferSize =
+    2000;  // of the look-up; a longer value is an error of the query
+
+}  // namespace
+
+std::string GetCommandPath(const Desktop& desktop, const std::string& keyName) {
+  const auto value = desktop.RegistryDefault(keyName);
+  if (!value || value->size() > kBufferSize) return "";
+  const auto placeholder = static_cast<std::ptrdiff_t>(Find(*value, "%1"));
+  return placeholder > 2 ? Left(*value, placeholder - 2) : *value;
+}
+
+void ExecuteApp(Desktop& desktop, const std::string& commandLine) {
+  const std::string line = commandLine.c_str();
+  if (!desktop.StartProgram(line)) desktop.ShowMessage({"Unable to launch '" + line});
+}
+
+bool HasInnerBlank(const std::string& name, std::size_t length) {
+  const std::size_t blank = Find(name, " ");
+  return blank >= 1 && blank < length;
+}
+
+}  // namespace merivane
