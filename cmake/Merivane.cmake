@@ -8,8 +8,14 @@ if(MERIVANE_SANITIZE)
 endif()
 
 # merivane_library(NAME [libraries it may use...]): every .cpp of the folder, its include/ folder.
+# Files named *_windows.cpp and *_linux.cpp belong to that system only.
 function(merivane_library name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "_linux\\.cpp$")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
   add_library(merivane_${name} STATIC ${sources})
   target_include_directories(merivane_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/include
                              PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})

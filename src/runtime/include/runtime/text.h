@@ -10,7 +10,7 @@ namespace merivane {
 inline constexpr std::string_view kCrLf = "\r\n";
 
 // Position of `wanted` in `text` at or behind position `start` (from 1); 0 when there is none or
-// `start` lies behind the text. An empty `wanted` is found at `start`.
+// `start` lies behind the text. An empty `wanted` is found at `start`. A start of 0 is error 5.
 std::size_t Find(std::string_view text, std::string_view wanted, std::size_t start = 1);
 std::size_t FindNoCase(std::string_view text, std::string_view wanted, std::size_t start = 1);
 inline bool Holds(std::string_view text, std::string_view wanted) { return Find(text, wanted) > 0; }

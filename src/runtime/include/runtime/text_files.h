@@ -16,8 +16,9 @@ namespace merivane {
 // that is printed ends with CR LF; the text inside goes out as it is. Paths are UTF-8.
 //
 // Failures are RunTimeErrors: 52 a number that is not open, 53 no such file, 54 reading an output
-// file or printing to an input file, 57 or 61 a failed write, 62 reading past the end, 70 refused,
-// 75 a path that is no file, 76 no such folder.
+// file or printing to an input file, 55 opening a number that is open, 57 or 61 a failed write (at
+// the latest when the file is flushed or closed; it is closed all the same), 62 reading past the
+// end, 67 no number left, 70 refused, 75 a path that is no file, 76 no such folder.
 class TextFiles {
  public:
   TextFiles();
@@ -41,12 +42,15 @@ class TextFiles {
   std::string ReadLine(std::int16_t number);
   void Print(std::int16_t number, std::string_view line);
 
-  void Flush(std::int16_t number);   // nothing where the number is not open
-  void Close(std::int16_t number);   // nothing where the number is not open
+  void Flush(std::int16_t number);  // nothing where the number is not open
+  void Close(std::int16_t number);  // nothing where the number is not open
   void CloseAll();
 
  private:
   struct File;
+  File& Opened(std::int16_t number) const;
+  void RequireFree(std::int16_t number) const;
+
   std::map<std::int16_t, std::unique_ptr<File>> files_;
   std::set<std::int16_t> reserved_;
 };

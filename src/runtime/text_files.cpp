@@ -1,0 +1,199 @@
+#include "runtime/text_files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+#include <vector>
+
+#include "file_open.h"
+#include "runtime/run_time_error.h"
+#include "runtime/text.h"
+
+namespace merivane {
+namespace {
+
+constexpr std::int16_t kLastNumber = 511;
+constexpr std::size_t kChunk = 256 * 1024;
+
+[[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, OpenMode mode) {
+  switch (failure) {
+    case ENOENT:
+      throw RunTimeError(mode == OpenMode::kRead && FolderExists(path) ? kFileNotFound
+                                                                       : kPathNotFound);
+    case ENOTDIR:
+      throw RunTimeError(kPathNotFound);
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      throw RunTimeError(kPermissionDenied);
+    case ENOSPC:
+      throw RunTimeError(kDiskFull);
+    case EMFILE:
+    case ENFILE:
+      throw RunTimeError(kTooManyFiles);
+    default:
+      throw RunTimeError(kPathFileAccessError);
+  }
+}
+
+[[noreturn]] void ThrowWriteFailure() {
+  throw RunTimeError(errno == ENOSPC ? kDiskFull : kDeviceIoError);
+}
+
+}  // namespace
+
+struct TextFiles::File {
+  File(const std::string& name, OpenMode openMode) : path(name), mode(openMode) {
+    if (path.empty()) throw RunTimeError(kPathFileAccessError);
+    if (path.find('\0') != std::string::npos) throw RunTimeError(kBadFileNumber);
+    stream = OpenStream(path, mode);
+    if (stream == nullptr) ThrowOpenFailure(errno, path, mode);
+    if (mode == OpenMode::kRead) {
+      chunk.resize(kChunk);
+      std::setvbuf(stream, nullptr, _IONBF, 0);
+    } else {
+      std::setvbuf(stream, nullptr, _IOFBF, kChunk);
+    }
+  }
+  ~File() {
+    if (stream != nullptr) std::fclose(stream);
+  }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  // False at the end of the file, otherwise chunk[next] is the next byte.
+  bool HasByte() {
+    if (next < filled) return true;
+    next = 0;
+    filled = std::fread(chunk.data(), 1, chunk.size(), stream);
+    if (filled == 0 && std::ferror(stream) != 0) throw RunTimeError(kDeviceIoError);
+    return filled > 0;
+  }
+
+  std::string ReadLine() {
+    std::string line;
+    while (HasByte()) {
+      const char* from = chunk.data() + next;
+      const char* end = chunk.data() + filled;
+      const char* stop = from;
+      while (stop != end && *stop != '\r' && *stop != '\n') ++stop;
+      line.append(from, stop);
+      next = static_cast<std::size_t>(stop - chunk.data());
+      if (stop != end) {
+        SkipLineEnd();
+        break;
+      }
+    }
+    return line;
+  }
+
+  void SkipLineEnd() {
+    const bool carriageReturn = chunk[next++] == '\r';
+    if (carriageReturn && HasByte() && chunk[next] == '\n') ++next;
+  }
+
+  void Print(std::string_view line) const {
+    for (const std::string_view piece : {line, kCrLf}) {
+      if (std::fwrite(piece.data(), 1, piece.size(), stream) != piece.size()) ThrowWriteFailure();
+    }
+  }
+
+  void Flush() const {
+    if (mode == OpenMode::kWrite && std::fflush(stream) != 0) ThrowWriteFailure();
+  }
+
+  void Close() {
+    std::FILE* closing = stream;
+    stream = nullptr;
+    if (std::fclose(closing) != 0 && mode == OpenMode::kWrite) ThrowWriteFailure();
+  }
+
+  std::string path;
+  OpenMode mode;
+  std::FILE* stream = nullptr;
+  std::vector<char> chunk;
+  std::size_t next = 0;
+  std::size_t filled = 0;
+};
+
+TextFiles::TextFiles() = default;
+TextFiles::~TextFiles() = default;
+
+std::int16_t TextFiles::FreeFile() const {
+  for (std::int16_t number = 1; number <= kLastNumber; ++number) {
+    if (!IsOpen(number) && !reserved_.contains(number)) return number;
+  }
+  throw RunTimeError(kTooManyFiles);
+}
+
+void TextFiles::Reserve(std::int16_t number) { reserved_.insert(number); }
+
+void TextFiles::Release(std::int16_t number) { reserved_.erase(number); }
+
+void TextFiles::OpenForInput(std::int16_t number, const std::string& path) {
+  RequireFree(number);
+  files_[number] = std::make_unique<File>(path, OpenMode::kRead);
+}
+
+void TextFiles::OpenForOutput(std::int16_t number, const std::string& path) {
+  RequireFree(number);
+  for (auto entry = files_.begin(); entry != files_.end();) {
+    const auto current = entry++;
+    if (SameFile(current->second->path, path)) Close(current->first);
+  }
+  files_[number] = std::make_unique<File>(path, OpenMode::kWrite);
+}
+
+bool TextFiles::IsOpen(std::int16_t number) const { return files_.contains(number); }
+
+bool TextFiles::AtEnd(std::int16_t number) const {
+  File& file = Opened(number);
+  return file.mode == OpenMode::kRead && !file.HasByte();
+}
+
+std::string TextFiles::ReadLine(std::int16_t number) {
+  File& file = Opened(number);
+  if (file.mode != OpenMode::kRead) throw RunTimeError(kBadFileMode);
+  if (!file.HasByte()) throw RunTimeError(kInputPastEndOfFile);
+  return file.ReadLine();
+}
+
+void TextFiles::Print(std::int16_t number, std::string_view line) {
+  File& file = Opened(number);
+  if (file.mode != OpenMode::kWrite) throw RunTimeError(kBadFileMode);
+  file.Print(line);
+}
+
+void TextFiles::Flush(std::int16_t number) {
+  if (IsOpen(number)) Opened(number).Flush();
+}
+
+void TextFiles::Close(std::int16_t number) {
+  auto entry = files_.extract(number);
+  if (!entry.empty()) entry.mapped()->Close();
+}
+
+void TextFiles::CloseAll() {
+  std::exception_ptr failure;
+  while (!files_.empty()) {
+    try {
+      Close(files_.begin()->first);
+    } catch (const RunTimeError&) {
+      if (!failure) failure = std::current_exception();
+    }
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+TextFiles::File& TextFiles::Opened(std::int16_t number) const {
+  const auto entry = files_.find(number);
+  if (entry == files_.end()) throw RunTimeError(kBadFileNumber);
+  return *entry->second;
+}
+
+void TextFiles::RequireFree(std::int16_t number) const {
+  if (number < 1 || number > kLastNumber) throw RunTimeError(kBadFileNumber);
+  if (IsOpen(number)) throw RunTimeError(kFileAlreadyOpen);
+}
+
+}  // namespace merivane
