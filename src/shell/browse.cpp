@@ -7,12 +7,16 @@
 
 namespace merivane {
 
+bool HasExtension(const std::string& name, const std::string& extension) {
+  return EqualNoCase(Right(name, 3), extension);
+}
+
 std::optional<std::string> BrowseForFile(Desktop& desktop, const FileDialog& dialog,
                                          const std::string& extension) {
   const std::string name = desktop.AskFileName(dialog);
   std::string trimmed = Trim(name);
   if (trimmed.empty()) return std::nullopt;
-  if (!EqualNoCase(Right(name, 3), extension)) {
+  if (!HasExtension(name, extension)) {
     desktop.ShowMessage({"Incorrect File Type", MessageIcon::kCritical, "File Selection Error"});
     return std::nullopt;
   }

@@ -6,16 +6,17 @@ namespace merivane {
 
 bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
                       const std::string& mpxFileName) {
+  bool done = false;
   try {
     ReadNeutralText(state, textFileName);
     TranslateToProject(state, mpxFileName);
     CloseMspConnection(state);
-    state.files.Release(state.gTextFile);
-    return true;
+    done = true;
   } catch (const RunTimeError& error) {
     ShowDescription(state.desktop, error);
-    return false;
   }
+  state.files.Release(state.gTextFile);
+  return done;
 }
 
 void CloseMspConnection(ModelToProject& state) {

@@ -8,6 +8,9 @@
 
 namespace merivane {
 
+// True when the last three characters are the extension, in any case.
+bool HasExtension(const std::string& name, const std::string& extension);
+
 // Asks for a file name. Nothing when the dialog was cancelled, or when the last three characters
 // are not the extension (any case), which shows a box. Otherwise the name without outer blanks.
 std::optional<std::string> BrowseForFile(Desktop& desktop, const FileDialog& dialog,

@@ -1,0 +1,131 @@
+#include "batch/batch.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "session.h"
+
+namespace merivane {
+namespace {
+
+constexpr const char* kFooter = R"(Examples:
+  merivane-batch to-project model.txt --database plan.mdb --mpx plan.mpx
+  merivane-batch to-project model.txt --database plan.mdb --append --choose "Main line"
+  merivane-batch projects plan.mdb --json
+  merivane-batch to-model --database plan.mdb --project 1 --output again.txt
+  merivane-batch to-model --mpx plan.mpx --interim plan.mdb --merge 1 --output merged.txt
+
+Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is
+refused, nothing was touched.)";
+
+struct CommandLine {
+  CommonOptions common;
+  ToProjectOptions toProject;
+  ToModelOptions toModel;
+  ProjectsOptions projects;
+  std::string todayText;
+};
+
+void AddCommonOptions(CLI::App* command, CommandLine& line) {
+  command->add_option("--code-page", line.common.codePage,
+                      "OEM code page of the system (default: from the locale)");
+  command->add_option("--today", line.todayText, "day that counts as today, M/D/YYYY")
+      ->check([](const std::string& text) {
+        return IsDate(text) ? std::string() : "'" + text + "' is no date (M/D/YYYY)";
+      });
+  command->add_option("--template", line.common.templateFile,
+                      "template database (default: beside the program)");
+  command->add_option("--log", line.common.logFile,
+                      "write each message box and chooser there, one JSON object a line");
+  command->add_flag("--quiet", line.common.quiet, "no message boxes and no closing line");
+}
+
+CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
+  ToProjectOptions& options = line.toProject;
+  CLI::App* command = app.add_subcommand("to-project", "translate a model text into a plan");
+  command->add_option("MODEL", options.model, "Neutral Text file (.txt)")->required();
+  command
+      ->add_option("--database", options.database,
+                   "database to write (.mdb); with --mpx the interim database")
+      ->required();
+  auto* overwrite = command->add_flag("--overwrite", options.overwrite, "replace the database");
+  command->add_flag("--append", options.append, "add a project to the database")
+      ->excludes(overwrite);
+  command->add_option("--mpx", options.mpx, "MPX file to write as well (.mpx)");
+  command
+      ->add_option("--choose", options.choices,
+                   "scenario or decomposition to take where the program asks, in order")
+      ->allow_extra_args(false);
+  AddCommonOptions(command, line);
+  return command;
+}
+
+CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
+  ToModelOptions& options = line.toModel;
+  CLI::App* command = app.add_subcommand("to-model", "translate a plan into a model text");
+  auto* database = command->add_option("--database", options.database, "plan database (.mdb)");
+  auto* project =
+      command->add_option("--project", options.project, "id or name of the project to translate");
+  auto* mpx = command->add_option("--mpx", options.mpx, "plan as MPX file (.mpx)");
+  auto* interim = command->add_option("--interim", options.interim, "interim database (.mdb)");
+  auto* overwrite =
+      command->add_flag("--overwrite", options.overwrite, "build a new model from the plan alone");
+  auto* merge = command->add_option("--merge", options.merge,
+                                    "id or name of the project to fold the plan into");
+  auto* noBackup = command->add_flag("--no-backup", options.noBackup,
+                                     "keep no copy of the interim database before a merge");
+  command->add_option("--output", options.output, "Neutral Text file to write (.txt)")->required();
+  command->add_flag("--force", options.force, "replace an output that exists");
+  database->needs(project)->excludes(mpx);
+  project->needs(database);
+  mpx->needs(interim);
+  for (auto* option : {interim, overwrite, merge}) option->needs(mpx);
+  overwrite->excludes(merge);
+  noBackup->needs(merge);
+  AddCommonOptions(command, line);
+  command->callback([&options] {
+    if (options.database.empty() && options.mpx.empty()) {
+      throw CLI::ValidationError("to-model", "--database or --mpx is required");
+    }
+    if (!options.mpx.empty() && !options.overwrite && options.merge.empty()) {
+      throw CLI::ValidationError("to-model", "--mpx needs --overwrite or --merge");
+    }
+  });
+  return command;
+}
+
+CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
+  CLI::App* command = app.add_subcommand("projects", "list the projects of a database");
+  command->add_option("DATABASE", line.projects.database, "plan database (.mdb)")->required();
+  command->add_flag("--json", line.projects.json, "as a JSON array");
+  return command;
+}
+
+}  // namespace
+
+int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
+             std::ostream& out, std::ostream& err) {
+  CommandLine line;
+  CLI::App app("Translates between IDEF3 process models (Neutral Text) and project plans.",
+               "merivane-batch");
+  app.set_version_flag("--version", std::string("merivane-batch ") + MERIVANE_VERSION);
+  app.require_subcommand(1);
+  app.footer(kFooter);
+  const CLI::App* toProject = AddToProject(app, line);
+  const CLI::App* toModel = AddToModel(app, line);
+  AddProjects(app, line);
+  try {
+    app.parse({arguments.rbegin(), arguments.rend()});
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error, out, err) == 0 ? kDone : kRefused;
+  }
+  if (!line.todayText.empty()) line.common.today = ParseDate(line.todayText);
+
+  Session session(line.common, programFolder, out, err);
+  if (!session.OpenLog(line.common.logFile)) return kRefused;
+  if (*toProject) return RunToProject(session, line.toProject);
+  if (*toModel) return RunToModel(session, line.toModel);
+  return RunProjects(session, line.projects);
+}
+
+}  // namespace merivane

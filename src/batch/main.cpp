@@ -1,0 +1,21 @@
+#include <filesystem>
+#include <iostream>
+
+#include "batch/batch.h"
+
+namespace {
+
+std::string ProgramFolder(const char* argument) {
+  std::error_code error;
+  auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) program = std::filesystem::absolute(argument, error);
+  return program.parent_path().string();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  return merivane::RunBatch(arguments, ProgramFolder(argc > 0 ? argv[0] : ""), std::cout,
+                            std::cerr);
+}

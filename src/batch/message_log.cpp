@@ -1,0 +1,85 @@
+#include "message_log.h"
+
+#include <nlohmann/json.hpp>
+
+#include "runtime/code_page.h"
+
+namespace merivane {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* NameOf(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kCritical:
+      return "critical";
+    case MessageIcon::kExclamation:
+      return "exclamation";
+    case MessageIcon::kNone:
+      break;
+  }
+  return "none";
+}
+
+const char* NameOf(MessageAnswer answer) {
+  switch (answer) {
+    case MessageAnswer::kYes:
+      return "yes";
+    case MessageAnswer::kNo:
+      return "no";
+    case MessageAnswer::kOk:
+      break;
+  }
+  return "ok";
+}
+
+std::string TitleOf(const Message& message) {
+  return ToUtf8(message.title.empty() ? kApplicationTitle : message.title);
+}
+
+// On one readable paragraph: line breaks become line feeds, the last one goes.
+std::string Readable(std::string text) {
+  std::erase(text, '\r');
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return ToUtf8(text);
+}
+
+}  // namespace
+
+bool MessageLog::OpenFile(const std::string& path) {
+  file_.open(path, std::ios::binary | std::ios::trunc);
+  return file_.is_open();
+}
+
+void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
+  ++messages_;
+  if (readable_) {
+    *readable_ << TitleOf(message);
+    if (message.icon != MessageIcon::kNone) *readable_ << " (" << NameOf(message.icon) << ")";
+    *readable_ << ": " << Readable(message.text);
+    if (message.buttons == MessageButtons::kYesNo) *readable_ << " [" << NameOf(answer) << "]";
+    *readable_ << '\n' << std::flush;
+  }
+  if (!file_.is_open()) return;
+  const Json line = {{"text", ToUtf8(message.text)},
+                     {"title", TitleOf(message)},
+                     {"icon", NameOf(message.icon)},
+                     {"buttons", message.buttons == MessageButtons::kYesNo ? "yesno" : "ok"},
+                     {"answer", NameOf(answer)}};
+  file_ << line.dump() << '\n' << std::flush;
+}
+
+void MessageLog::AddChooser(const std::string& label1, const std::string& label2,
+                            const std::vector<std::string>& items,
+                            const std::optional<std::string>& answer) {
+  if (!file_.is_open()) return;
+  Json names = Json::array();
+  for (const std::string& item : items) names.push_back(ToUtf8(item));
+  const Json chooser = {{"label1", ToUtf8(label1)},
+                        {"label2", ToUtf8(label2)},
+                        {"items", names},
+                        {"answer", answer ? Json(ToUtf8(*answer)) : Json(nullptr)}};
+  file_ << Json{{"chooser", chooser}}.dump() << '\n' << std::flush;
+}
+
+}  // namespace merivane

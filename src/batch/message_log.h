@@ -1,0 +1,35 @@
+// What the user would have seen: each box and each chooser, on a stream and as lines of JSON.
+#pragma once
+
+#include <fstream>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+
+namespace merivane {
+
+class MessageLog {
+ public:
+  // `readable` null: boxes are not printed.
+  explicit MessageLog(std::ostream* readable) : readable_(readable) {}
+
+  // False where the file can't be written. It is emptied.
+  bool OpenFile(const std::string& path);
+
+  void AddMessage(const Message& message, MessageAnswer answer);
+  // No answer: the user cancelled.
+  void AddChooser(const std::string& label1, const std::string& label2,
+                  const std::vector<std::string>& items, const std::optional<std::string>& answer);
+
+  int MessageCount() const { return messages_; }
+
+ private:
+  std::ostream* readable_;
+  std::ofstream file_;
+  int messages_ = 0;
+};
+
+}  // namespace merivane

@@ -1,0 +1,48 @@
+// The options of a command line, as text, before any file is looked at.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/dates.h"
+
+namespace merivane {
+
+// Paths are UTF-8 as the shell gave them.
+struct CommonOptions {
+  std::optional<std::int32_t> codePage;
+  std::optional<DateTime> today;
+  std::string templateFile;
+  std::string logFile;
+  bool quiet = false;
+};
+
+struct ToProjectOptions {
+  std::string model;
+  std::string database;
+  std::string mpx;
+  bool overwrite = false;
+  bool append = false;
+  std::vector<std::string> choices;
+};
+
+struct ToModelOptions {
+  std::string database;
+  std::string project;
+  std::string mpx;
+  std::string interim;
+  bool overwrite = false;
+  std::string merge;
+  bool noBackup = false;
+  std::string output;
+  bool force = false;
+};
+
+struct ProjectsOptions {
+  std::string database;
+  bool json = false;
+};
+
+}  // namespace merivane

@@ -1,0 +1,76 @@
+#include "project_lookup.h"
+
+#include "runtime/code_page.h"
+#include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
+#include "store/recordset.h"
+
+namespace merivane {
+namespace {
+
+std::string Names(const std::vector<ProjectRow>& projects) {
+  std::string text;
+  for (const ProjectRow& project : projects) {
+    text += "\n  " + (project.id ? std::to_string(*project.id) : "-") + "  " + ToUtf8(project.name);
+  }
+  return text.empty() ? " It holds no project." : " Its projects:" + text;
+}
+
+bool IsWholeNumber(const std::string& text) {
+  return !text.empty() && text.size() <= 10 &&
+         text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+std::vector<std::int32_t> IdsOf(const std::vector<ProjectRow>& projects,
+                                const std::string& idOrName) {
+  std::vector<std::int32_t> byId;
+  std::vector<std::int32_t> byName;
+  const std::string name = FromUtf8(idOrName);
+  for (const ProjectRow& project : projects) {
+    if (!project.id) continue;
+    if (IsWholeNumber(idOrName) && std::stoll(idOrName) == *project.id) byId.push_back(*project.id);
+    if (project.name == name) byName.push_back(*project.id);
+  }
+  return byId.empty() ? byName : byId;
+}
+
+}  // namespace
+
+long CountRows(Connection& connection, const std::string& sql) {
+  Recordset rows;
+  rows.OpenStatic(sql, &connection);
+  return rows.RecordCount();
+}
+
+std::vector<ProjectRow> ListProjects(Workspace& workspace, const std::string& path) {
+  Connection connection(workspace);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  Recordset rows;
+  rows.OpenStatic("SELECT PROJ_ID, PROJ_NAME FROM [MSP_PROJECTS]", &connection);
+  std::vector<ProjectRow> projects;
+  for (; !rows.Eof(); rows.MoveNext()) {
+    ProjectRow project;
+    const Value id = rows.Field(0);
+    project.name = Joined(rows.Field(1));
+    if (!id.IsNull()) {
+      project.id = ToInt32(id);
+      project.tasks = CountRows(connection,
+                                "SELECT TASK_UID FROM MSP_TASKS WHERE TASK_UID > 0 AND "
+                                "PROJ_ID = " +
+                                    Joined(id));
+    }
+    projects.push_back(std::move(project));
+  }
+  return projects;
+}
+
+std::optional<std::int32_t> FindProject(const std::vector<ProjectRow>& projects,
+                                        const std::string& idOrName, std::string& reason) {
+  const std::vector<std::int32_t> found = IdsOf(projects, idOrName);
+  if (found.size() == 1) return found.front();
+  reason = (found.empty() ? "no project '" : "more than one project '") + idOrName +
+           "' in the database." + Names(projects);
+  return std::nullopt;
+}
+
+}  // namespace merivane

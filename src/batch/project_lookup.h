@@ -1,0 +1,29 @@
+// The projects of a database, and the one that a command line names.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/connection.h"
+
+namespace merivane {
+
+struct ProjectRow {
+  std::optional<std::int32_t> id;  // nothing: Null in the table
+  std::string name;                // Windows-1252
+  long tasks = 0;                  // without the template's row
+};
+
+// Errors of the database come up as RunTimeErrors.
+std::vector<ProjectRow> ListProjects(Workspace& workspace, const std::string& path);
+
+// The project that `idOrName` (UTF-8) names: an id first, then a name. Nothing, with the reason,
+// for an unknown or ambiguous one.
+std::optional<std::int32_t> FindProject(const std::vector<ProjectRow>& projects,
+                                        const std::string& idOrName, std::string& reason);
+
+// Rows of a statement "select count(*) ..." shape: the rows that `sql` gives.
+long CountRows(Connection& connection, const std::string& sql);
+
+}  // namespace merivane

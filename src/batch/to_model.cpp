@@ -1,0 +1,179 @@
+#include <algorithm>
+
+#include "project_lookup.h"
+#include "runtime/code_page.h"
+#include "runtime/conversions.h"
+#include "session.h"
+#include "shell/browse.h"
+#include "shell/frmDBMerge.h"
+
+namespace merivane {
+namespace {
+
+bool SelectProject(ComboBox& combo, std::int32_t id) {
+  const auto entry = std::find_if(combo.entries.begin(), combo.entries.end(),
+                                  [id](const auto& e) { return e.itemData == id; });
+  if (entry == combo.entries.end()) return false;
+  combo.listIndex = static_cast<std::size_t>(entry - combo.entries.begin());
+  return true;
+}
+
+// The output is emptied by its browse button, so that one comes last; a name that the dialog
+// refuses is tried at once, since nothing happens then.
+bool OutputIsRefused(Session& session, const ToModelOptions& options) {
+  frmProjectToIDEF3& form = session.main.projectToModel;
+  if (HasExtension(options.output, "txt")) return false;
+  session.Browse(options.output, [&] { form.cmdBrowseText(); });
+  return true;
+}
+
+bool OpenOutput(Session& session, const ToModelOptions& options) {
+  frmProjectToIDEF3& form = session.main.projectToModel;
+  session.Browse(options.output, [&] { form.cmdBrowseText(); });
+  return session.program.files.IsOpen(session.program.projectToModel.gOutFile);
+}
+
+int PressOk(Session& session, const std::function<std::string()>& counts,
+            const std::string& files) {
+  frmProjectToIDEF3& form = session.main.projectToModel;
+  form.cmdOK();
+  const ExitStatus status = session.StatusOf(form.GenerateResult);
+  if (status != kFailed) {
+    session.Report(counts() + "; written: " + files + session.MessageNote());
+  }
+  return status;
+}
+
+std::string CountsOf(Connection& connection, std::int32_t project) {
+  const auto count = [&](const std::string& table, const std::string& where) {
+    try {
+      return std::to_string(CountRows(connection, "select Proj_ID from " + table + " where " +
+                                                      where +
+                                                      "Proj_ID = " + std::to_string(project)));
+    } catch (const RunTimeError&) {
+      return std::string("no");  // a database without that table
+    }
+  };
+  return count("MSP_TASKS", "TASK_UID > 0 and ") + " tasks, " +
+         count("MSP_RESOURCES", "RES_UID > 0 and ") + " resources, " + count("MSP_LINKS", "") +
+         " links, " + count("MSP_ASSIGNMENTS", "") + " assignments";
+}
+
+int FromDatabase(Session& session, const ToModelOptions& options) {
+  ProjectToModel& state = session.program.projectToModel;
+  frmProjectToIDEF3& form = session.main.projectToModel;
+  session.Browse(options.database, [&] { form.cmdBrowseDatabase(); });
+  if (!state.gProjectConn) {
+    return session.Refuse(options.database + " holds no project that can be listed.");
+  }
+  std::string reason;
+  std::vector<ProjectRow> projects;
+  for (const auto& entry : form.comboProject.entries) {
+    projects.push_back({entry.itemData, entry.name, 0});
+  }
+  const auto id = FindProject(projects, options.project, reason);
+  if (!id || !form.txtDatabase.enabled) return session.Refuse(reason);
+  SelectProject(form.comboProject, *id);
+  form.comboProject_Click();
+  const std::string counts = CountsOf(*state.gProjectConn, *id);
+  if (!OpenOutput(session, options)) return kRefused;
+  return PressOk(
+      session, [&] { return counts; }, options.output);
+}
+
+void ProveMpx(Session& session, const std::string& path) {
+  TextFiles& files = session.program.files;
+  const std::int16_t number = files.FreeFile();
+  files.OpenForInput(number, path);
+  files.Close(number);
+}
+
+// Presses the buttons of frmDBMerge. A list that can't be used leaves no project chosen.
+void AnswerMerge(Session& session, frmDBMerge& form, const std::optional<std::int32_t>& project) {
+  if (!project) {
+    form.OptOverwrite();
+    form.CmdOK();
+    return;
+  }
+  const int boxes = session.log.MessageCount();
+  form.OptMerge();
+  if (session.log.MessageCount() == boxes && SelectProject(form.comboInterimProject, *project)) {
+    form.comboInterimProject_Click();
+    form.CmdOK();
+  } else {
+    form.CmdCancel();
+  }
+}
+
+std::string CountsOfWork(Session& session, const ToModelOptions& options) {
+  Connection connection(session.program.workspace);
+  connection.Open(ConnectionText(options.interim), OpenMode::kReadOnly);
+  const std::string project =
+      " where Msp_ProjID = " + std::to_string(session.program.projectToModel.gInterimProjId);
+  const auto count = [&](const char* table) {
+    return std::to_string(
+        CountRows(connection, std::string("select Msp_ProjID from ") + table + project));
+  };
+  return count("ProjectAct") + " tasks, " + count("ProjectRes") + " resources, " +
+         count("Links_in_Scenario") + " links, " + count("ProjectResReqts") + " assignments";
+}
+
+int FromMpx(Session& session, const ToModelOptions& options) {
+  frmProjectToIDEF3& form = session.main.projectToModel;
+  session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
+  if (form.txtMPX.text.empty()) return kRefused;
+  std::optional<std::int32_t> project;
+  if (!options.merge.empty()) {
+    if (!FileIsThere(options.interim)) {
+      return session.Refuse(options.interim + " isn't there: nothing to merge with.");
+    }
+    std::string reason;
+    try {
+      project = FindProject(ListProjects(session.program.workspace, options.interim), options.merge,
+                            reason);
+    } catch (const RunTimeError& error) {
+      reason = options.interim + ": " + ToUtf8(error.Description());
+    }
+    if (!project) return session.Refuse(reason);
+  }
+  try {
+    ProveMpx(session, form.txtMPX.text);
+  } catch (const RunTimeError& error) {
+    session.ShowError(error);
+    return kFailed;
+  }
+  session.OnModalForm([&](ModalForm& shown) {
+    if (auto* merge = dynamic_cast<frmDBMerge*>(&shown)) AnswerMerge(session, *merge, project);
+  });
+  form.SSTabInput = frmProjectToIDEF3::kMpxTab;
+  form.KeepBackup = !options.noBackup;
+  session.Browse(options.interim, [&] { form.cmdInterimDB(); });
+  if (form.txtInterimDB.text.empty() || !session.program.projectToModel.gInterimConn) {
+    return session.Refuse(options.interim + " can't be used as the interim database.");
+  }
+  if (!OpenOutput(session, options)) return kRefused;
+  const int status = session.UntilProgramEnd([&] {
+    return PressOk(
+        session, [&] { return CountsOfWork(session, options); },
+        options.output + ", " + options.interim);
+  });
+  if (status == kFailed && !form.BackupName.empty()) {
+    session.Say("the merge stopped; the model as it was is kept in " + form.BackupName);
+  }
+  return status;
+}
+
+}  // namespace
+
+int RunToModel(Session& session, const ToModelOptions& options) {
+  if (FileIsThere(options.output) && !options.force) {
+    return session.Refuse(options.output + " exists: say --force to replace it.");
+  }
+  session.main.mnuProjectToIDEF3();
+  if (OutputIsRefused(session, options)) return kRefused;
+  return session.UntilProgramEnd([&] {
+    return options.mpx.empty() ? FromDatabase(session, options) : FromMpx(session, options);
+  });
+}
+
+}  // namespace merivane
