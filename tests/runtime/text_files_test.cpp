@@ -1,0 +1,182 @@
+#include "runtime/text_files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "runtime/run_time_error.h"
+
+namespace merivane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TextFilesTest : public testing::Test {
+ protected:
+  TextFilesTest() {
+    std::string pattern = (fs::temp_directory_path() / "text_files_XXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+  }
+  ~TextFilesTest() override { fs::remove_all(folder_); }
+
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+
+  std::string Make(const std::string& name, const std::string& content) const {
+    std::ofstream(Path(name), std::ios::binary) << content;
+    return Path(name);
+  }
+
+  std::string Content(const std::string& name) const {
+    std::ostringstream content;
+    content << std::ifstream(Path(name), std::ios::binary).rdbuf();
+    return content.str();
+  }
+
+  std::vector<std::string> Lines(const std::string& content) {
+    std::vector<std::string> lines;
+    files_.OpenForInput(1, Make("lines.txt", content));
+    while (!files_.AtEnd(1)) lines.push_back(files_.ReadLine(1));
+    files_.Close(1);
+    return lines;
+  }
+
+  template <typename Action>
+  static int FailureOf(Action action) {
+    try {
+      action();
+    } catch (const RunTimeError& error) {
+      return error.Number();
+    }
+    return 0;
+  }
+
+  fs::path folder_;
+  TextFiles files_;
+};
+
+TEST_F(TextFilesTest, LinesEndInAnyOfTheThreeWays) {
+  using testing::ElementsAre;
+  EXPECT_THAT(Lines("a\r\nb\nc\rd"), ElementsAre("a", "b", "c", "d"));
+  EXPECT_THAT(Lines("\r\r\n\n\r"), ElementsAre("", "", "", ""));
+  EXPECT_THAT(Lines(std::string("a\0b\r\n", 5)), ElementsAre(std::string("a\0b", 3)));
+  EXPECT_THAT(Lines(""), ElementsAre());
+}
+
+// Line ends fall on every place around the edge of a read block, whatever its size.
+TEST_F(TextFilesTest, LongFilesComeLineByLine) {
+  std::string content;
+  std::vector<std::string> expected;
+  for (std::size_t i = 0; i < 3000; ++i) {
+    expected.emplace_back(i % 1000 == 999 ? 1000003 : i, static_cast<char>('a' + i % 26));
+    content += expected.back() + "\r\n";
+  }
+  EXPECT_EQ(Lines(content), expected);
+  expected.insert(expected.begin(), "");
+  EXPECT_EQ(Lines("\n" + content), expected);
+}
+
+TEST_F(TextFilesTest, ReadingPastTheEndFails) {
+  files_.OpenForInput(1, Make("one.txt", "line"));
+  EXPECT_EQ(files_.ReadLine(1), "line");
+  EXPECT_TRUE(files_.AtEnd(1));
+  EXPECT_EQ(FailureOf([&] { files_.ReadLine(1); }), kInputPastEndOfFile);
+  EXPECT_TRUE(files_.IsOpen(1));
+}
+
+TEST_F(TextFilesTest, PrintedTextGoesOutUnchanged) {
+  Make("out.txt", "what stood there before");
+  files_.OpenForOutput(1, Path("out.txt"));
+  files_.Print(1, std::string("a\0\n\x80", 4));
+  files_.Print(1, "");
+  EXPECT_FALSE(files_.AtEnd(1));
+  files_.Flush(1);
+  EXPECT_EQ(Content("out.txt"), std::string("a\0\n\x80\r\n\r\n", 8));
+}
+
+TEST_F(TextFilesTest, NumbersAreTheLowestFreeOnes) {
+  files_.OpenForInput(files_.FreeFile(), Make("in.txt", ""));
+  files_.Reserve(2);
+  EXPECT_EQ(files_.FreeFile(), 3);
+  files_.Close(1);
+  EXPECT_EQ(files_.FreeFile(), 1);
+  files_.Reserve(1);
+  files_.Release(2);
+  EXPECT_EQ(files_.FreeFile(), 2);
+}
+
+TEST_F(TextFilesTest, AFileOpenedAgainForOutputIsClosedFirst) {
+  fs::create_symlink(Path("plan.mpx"), Path("link.mpx"));
+  files_.OpenForOutput(1, Path("plan.mpx"));
+  files_.Print(1, "old");
+  files_.OpenForOutput(2, Path("link.mpx"));
+  EXPECT_FALSE(files_.IsOpen(1));
+  files_.Print(2, "new");
+  files_.CloseAll();
+  EXPECT_EQ(Content("plan.mpx"), "new\r\n");
+}
+
+TEST_F(TextFilesTest, DroppedFilesAreWhole) {
+  {
+    TextFiles dropped;
+    dropped.OpenForOutput(1, Path("out.txt"));
+    dropped.Print(1, "line");
+  }
+  EXPECT_EQ(Content("out.txt"), "line\r\n");
+}
+
+TEST_F(TextFilesTest, OpeningFailsByTheReason) {
+  Make("file", "");
+  const auto input = [&](const std::string& path) {
+    return FailureOf([&] { files_.OpenForInput(1, path); });
+  };
+  const auto output = [&](const std::string& path) {
+    return FailureOf([&] { files_.OpenForOutput(1, path); });
+  };
+  EXPECT_EQ(input(Path("none")), kFileNotFound);
+  EXPECT_EQ(input(Path("none/file")), kPathNotFound);
+  EXPECT_EQ(output(Path("none/file")), kPathNotFound);
+  EXPECT_EQ(output(Path("file/below")), kPathNotFound);
+  EXPECT_EQ(input(folder_.string()), kPathFileAccessError);
+  EXPECT_EQ(output(folder_.string()), kPathFileAccessError);
+  EXPECT_EQ(input(""), kPathFileAccessError);
+  EXPECT_EQ(files_.FreeFile(), 1);
+  files_.OpenForInput(1, Path("file"));
+  EXPECT_EQ(output(Path("other")), kFileAlreadyOpen);
+}
+
+TEST_F(TextFilesTest, AFileWithoutPermissionIsRefused) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may open everything";
+  fs::permissions(Make("closed.txt", ""), fs::perms::none);
+  EXPECT_EQ(FailureOf([&] { files_.OpenForInput(1, Path("closed.txt")); }), kPermissionDenied);
+  EXPECT_EQ(FailureOf([&] { files_.OpenForOutput(1, Path("closed.txt")); }), kPermissionDenied);
+}
+
+TEST_F(TextFilesTest, WrongUseOfANumberFails) {
+  files_.OpenForInput(1, Make("in.txt", "line"));
+  files_.OpenForOutput(2, Path("out.txt"));
+  EXPECT_EQ(FailureOf([&] { files_.Print(1, ""); }), kBadFileMode);
+  EXPECT_EQ(FailureOf([&] { files_.ReadLine(2); }), kBadFileMode);
+  EXPECT_EQ(FailureOf([&] { files_.AtEnd(3); }), kBadFileNumber);
+  files_.Close(3);
+  files_.Flush(3);
+}
+
+TEST_F(TextFilesTest, AFullDiskIsToldAtTheLatestWhenTheFileIsClosed) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no full device here";
+  files_.OpenForOutput(1, "/dev/full");
+  files_.OpenForOutput(2, Path("good.txt"));
+  files_.Print(1, "line");
+  files_.Print(2, "line");
+  EXPECT_EQ(FailureOf([&] { files_.Flush(1); }), kDiskFull);
+  files_.Print(1, "line");
+  EXPECT_EQ(FailureOf([&] { files_.CloseAll(); }), kDiskFull);
+  EXPECT_FALSE(files_.IsOpen(1));
+  EXPECT_EQ(Content("good.txt"), "line\r\n");
+}
+
+}  // namespace
+}  // namespace merivane
