@@ -32,13 +32,13 @@ struct FieldVariables {
   Value Num, Name, Creator, Date_Created, Last_Modified, Glossary, Note_List, Source_List,
       Property_List, ID, Ref, Object_Occ_List, Fact_List, Constraint_List, Quantity, Alias,
       Dunmar_Type, Celvar_Type;
-  Value Description;            // of the project
-  Value Parent_Num, Parent;     // of a scenario
-  Value Scenario_Type;          // kept apart from the type of junctions and links
+  Value Description;         // of the project and of scenarios
+  Value Parent_Num, Parent;  // of a scenario
+  Value Scenario_Type;       // kept apart from the type of junctions and links
   Value Revision_Number, Review_Status, Purpose, Viewpoint, Context, Referent_List;
   Value Process_Num, Use_Num, Column, Row;
   Value Object_Occ_Num, Object_Name, Duration, Labor_Rule;
-  Value Cardinality, Type;      // of junctions and links
+  Value Cardinality, Type;  // of junctions and links
   Value Fact_Num, Fact_Name;
   Value Origin_Num, Origin_Type, Origin_Name, Destination_Num, Destination_Type, Destination_Name;
 };
@@ -150,5 +150,10 @@ void ValidateObjectName(Desktop& desktop, const std::string& name);
 void ReadNeutralText(ModelToProject& state, const std::string& fileName);
 void CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName);
 void ReadModel(ModelToProject& state);
+
+// Gives back the input's file number, which stays taken from CheckNeutralTextHeader until the
+// translation is over so that no other file gets it, and closes the file if a failed read left it
+// open. For the driver's end on every path; nothing where no number is held.
+void ReleaseNeutralTextFile(ModelToProject& state);
 
 }  // namespace merivane

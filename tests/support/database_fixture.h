@@ -1,0 +1,173 @@
+// What tests on real files share: a temporary folder, a copy of the built template in it, a program
+// with a scripted desktop, and short ways to ask a database for its rows.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "neutraltext/modGlobal.h"
+#include "platform/scripted_desktop.h"
+#include "runtime/conversions.h"
+#include "store/connection.h"
+#include "store/interim_db.h"
+#include "store/recordset.h"
+
+namespace merivane {
+
+inline std::string Shown(const Value& value) {
+  if (value.IsNull()) return "Null";
+  if (value.IsBytes()) return "bytes(" + std::to_string(value.GetBytes().size()) + ")";
+  return value.IsText() ? "'" + value.Text() + "'" : ToText(value);
+}
+
+inline void PrintTo(const Value& value, std::ostream* out) { *out << Shown(value); }
+
+namespace test {
+
+// Removed with all it holds when it goes out of scope.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    static std::atomic<int> count{0};
+    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+    root_ = std::filesystem::temp_directory_path() /
+            ("merivane-test-" + std::to_string(now) + "-" + std::to_string(++count));
+    std::filesystem::create_directories(root_);
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(root_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string Path(const std::string& name) const { return (root_ / name).string(); }
+
+  // Writes the bytes as they are; gives the file's path.
+  std::string Write(const std::string& name, std::string_view bytes) const {
+    std::ofstream(Path(name), std::ios::binary).write(bytes.data(), std::ssize(bytes));
+    return Path(name);
+  }
+
+ private:
+  std::filesystem::path root_;
+};
+
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file.is_open()) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline std::string TemplateDatabase() { return MERIVANE_BIN "/MerivaneTemplate.mdb"; }
+
+using Row = std::vector<Value>;
+
+// All rows of a statement, every column.
+inline std::vector<Row> Rows(Connection& connection, const std::string& sql) {
+  std::vector<Row> rows;
+  Recordset set;
+  set.OpenStatic(sql, &connection);
+  for (; !set.Eof(); set.MoveNext()) {
+    Row row;
+    for (int i = 0; i < set.FieldCount(); ++i) row.push_back(set.Field(i));
+    rows.push_back(std::move(row));
+  }
+  set.Close();
+  return rows;
+}
+
+// One column of all rows.
+inline std::vector<Value> ColumnOf(Connection& connection, const std::string& column,
+                                   const std::string& table, const std::string& rest = "") {
+  std::vector<Value> values;
+  Recordset set;
+  set.OpenStatic("select * from " + table + " " + rest, &connection);
+  for (; !set.Eof(); set.MoveNext()) values.push_back(set.Field(column));
+  set.Close();
+  return values;
+}
+
+inline std::size_t CountRows(Connection& connection, const std::string& table,
+                             const std::string& rest = "") {
+  return Rows(connection, "select * from " + table + " " + rest).size();
+}
+
+// The rows of a table as lines of "column=value" for the columns that aren't Null.
+inline std::string DumpTable(Connection& connection, const std::string& table,
+                             const std::string& rest = "") {
+  std::string dump;
+  Recordset set;
+  set.OpenStatic("select * from " + table + " " + rest, &connection);
+  for (; !set.Eof(); set.MoveNext()) {
+    std::string line;
+    for (int i = 0; i < set.FieldCount(); ++i) {
+      const Value value = set.Field(i);
+      if (value.IsNull()) continue;
+      line.append(line.empty() ? "" : " ")
+          .append(set.FieldName(i))
+          .append("=")
+          .append(Shown(value));
+    }
+    dump += line + "\n";
+  }
+  set.Close();
+  return dump;
+}
+
+// A program with a scripted desktop, and database.mdb as a fresh copy of the template. Nothing is
+// opened until a test asks for it.
+class DatabaseFixture : public ::testing::Test {
+ protected:
+  DatabaseFixture() {
+    std::filesystem::copy_file(TemplateDatabase(), databasePath);
+    desktop.appPath = MERIVANE_BIN;
+  }
+
+  // As the browse step leaves it: the database is open as gMspConn and the project is settled.
+  void OpenForModel(std::int16_t projectId = 1, bool overwrite = true) {
+    ModelToProject& state = program->modelToProject;
+    state.gOverwriteDb = overwrite;
+    state.gMspProjId = projectId;
+    state.gDatabaseName = databasePath;
+    OpenInterimDb(program->workspace, state.gMspConn, overwrite, databasePath);
+  }
+  Connection& Model() { return *program->modelToProject.gMspConn; }
+
+  // A further connection of the same program.
+  std::unique_ptr<Connection> Connect(OpenMode mode = OpenMode::kReadWrite) {
+    auto connection = std::make_unique<Connection>(program->workspace);
+    connection->Open(ConnectionText(databasePath), mode);
+    return connection;
+  }
+
+  // True when `action` ended the program.
+  template <typename Action>
+  static bool EndsProgram(Action action) {
+    try {
+      action();
+    } catch (const ProgramEnd&) {
+      return true;
+    }
+    return false;
+  }
+
+  TemporaryFolder folder;
+  std::string databasePath = folder.Path("database.mdb");
+  ScriptedDesktop desktop;
+  std::unique_ptr<Program> program = std::make_unique<Program>(desktop);
+};
+
+}  // namespace test
+}  // namespace merivane
