@@ -1,0 +1,127 @@
+#include "link_detection.h"
+
+#include <optional>
+#include <unordered_set>
+
+#include "merge_statements.h"
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+
+namespace merivane {
+
+namespace {
+
+// The kind of junctions that a walk follows, and its piece of the statement that asks for them.
+struct JunctionKind {
+  std::string_view word;
+  std::string_view piece;
+};
+
+bool ReachesJunctionFrom(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  Recordset links;
+  links.OpenDynamic(
+      LinksWhere(state,
+                 " AND Destination_Num = " + Joined(destination) + " and Origin_Num = ", origin),
+      state.gInterimConn.get());
+  return HasRow(links) && TextIs(links.Field("Destination_Type"), kJunction);
+}
+
+std::optional<std::int16_t> JunctionOfKind(ProjectToModel& state, const Value& number,
+                                           const JunctionKind& kind) {
+  Recordset junctions;
+  junctions.OpenDynamic(JunctionsWhere(state, kind.piece, number), state.gInterimConn.get());
+  if (!HasRow(junctions) || !Holds(Joined(junctions.Field("Type")), kind.word)) {
+    return std::nullopt;
+  }
+  return ToInt16(junctions.Field("Num"));
+}
+
+bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t destination,
+                   const JunctionKind& kind) {
+  std::unordered_set<std::int16_t> passed;
+  while (passed.insert(destination).second) {
+    Recordset incoming;
+    incoming.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", destination),
+                         state.gInterimConn.get());
+    if (!HasRow(incoming)) {
+      return false;
+    }
+    if (!TextIs(incoming.Field("Origin_Type"), kJunction)) {
+      return ReachesJunctionFrom(state, origin, destination);
+    }
+    const auto junction = JunctionOfKind(state, incoming.Field("Origin_Num"), kind);
+    if (!junction) {
+      return false;
+    }
+    destination = *junction;
+  }
+  throw RunTimeError(kOutOfStackSpace);
+}
+
+}  // namespace
+
+bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  Recordset links;
+  links.OpenDynamic(LinkBetween(state, origin, " and Origin_Num = ", destination),
+                    state.gInterimConn.get());
+  return HasRow(links);
+}
+
+bool LinkedThroughAnd(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  return LinkedThrough(state, origin, destination, {"AND", " AND Num = "});
+}
+
+bool LinkedThroughOr(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  return LinkedThrough(state, origin, destination, {"OR", " and Num = "});
+}
+
+bool AddDirectLink(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  Recordset outgoing;
+  outgoing.OpenDynamic(LinksWhere(state, " AND Origin_Num = ", origin), state.gInterimConn.get());
+  if (HasRow(outgoing)) {
+    return false;
+  }
+  Recordset incoming;
+  incoming.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", destination),
+                       state.gInterimConn.get());
+  if (HasRow(incoming)) {
+    return false;
+  }
+  NumberCounter numbers(state);
+  constexpr std::string_view kOccurrenceAndBlank = "Process-Occurrence ";
+  AddLink(state, numbers,
+          {.origin = origin,
+           .destination = destination,
+           .originType = kOccurrenceAndBlank,
+           .destinationType = kOccurrenceAndBlank,
+           .type = "Precedence"});
+  numbers.WriteBack();
+  return true;
+}
+
+void DropPlainIncomingLinks(ProjectToModel& state, std::int16_t destination) {
+  Recordset links;
+  links.OpenDynamic(LinksWhere(state, " AND Destination_num = ", destination),
+                    state.gInterimConn.get());
+  for (; !links.Eof(); links.MoveNext()) {
+    Recordset junction;
+    junction.OpenDynamic(JunctionsWhere(state, " AND Num = ", links.Field("Origin_Num")),
+                         state.gInterimConn.get());
+    // A link from a process has no junction: the set is empty, and reading its type fails.
+    if ((junction.Eof() && !junction.Bof()) || !TextIs(junction.Field("Type"), kSyncAnd)) {
+      links.Delete();
+    }
+  }
+}
+
+bool IsJunction(ProjectToModel& state, std::int16_t number) {
+  Recordset junctions;
+  junctions.OpenDynamic(JunctionsWhere(state, " AND Num = ", number), state.gInterimConn.get());
+  return HasRow(junctions);
+}
+
+std::string_view EndType(ProjectToModel& state, std::int16_t number) {
+  return IsJunction(state, number) ? kJunction : kProcessOccurrence;
+}
+
+}  // namespace merivane

@@ -1,0 +1,126 @@
+#include "merge_statements.h"
+
+#include "link_detection.h"
+#include "runtime/conversions.h"
+
+namespace merivane {
+
+namespace {
+
+std::string OfProject(const ProjectToModel& state) {
+  return " and Msp_ProjID = " + Joined(std::int64_t{state.gInterimProjId});
+}
+
+std::string LinksOfScenario(const ProjectToModel& state) {
+  return "Select * from Links_in_Scenario Where Scenario_Num = " + Joined(state.gCurrentScenario);
+}
+
+std::string JunctionsOfScenario(const ProjectToModel& state) {
+  return "Select * from Junctions_in_Scenario Where Scenario_Num = " +
+         Joined(state.gCurrentScenario);
+}
+
+void SetProject(const ProjectToModel& state, Recordset& row) {
+  row.SetField("Msp_ProjID", std::int64_t{state.gInterimProjId});
+}
+
+}  // namespace
+
+std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number) {
+  return LinksOfScenario(state).append(piece) + Joined(number) + OfProject(state);
+}
+
+std::string LinkBetween(const ProjectToModel& state, std::int16_t origin, std::string_view piece,
+                        std::int16_t destination) {
+  return LinksOfScenario(state).append(piece) + Joined(origin) +
+         " and Destination_Num = " + Joined(destination) + OfProject(state);
+}
+
+std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
+                           const Value& number) {
+  return JunctionsOfScenario(state).append(piece) + Joined(number) + OfProject(state);
+}
+
+std::string TaskOfPlan(const ProjectToModel& state, std::int16_t pid) {
+  return "Select * from ProjectAct Where PID = " + Joined(pid) + OfProject(state);
+}
+
+bool HasRow(Recordset& rows) { return !rows.Eof() && !rows.Bof(); }
+
+bool TextIs(const Value& value, std::string_view text) { return Joined(value) == text; }
+
+NumberCounter::NumberCounter(const ProjectToModel& state) {
+  project_.OpenDynamic(
+      "Select * from MSP_Projects  Where Proj_ID = " + Joined(std::int64_t{state.gInterimProjId}),
+      state.gInterimConn.get());
+  last_ = ToInt16(project_.Field("KV7_PROJ_max_Use_Id"));
+}
+
+std::int16_t NumberCounter::Next() {
+  last_ = AddInt16(last_, 1);
+  return last_;
+}
+
+void NumberCounter::WriteBack() {
+  project_.SetField("KV7_PROJ_Max_Use_ID", last_);
+  project_.Update();
+  project_.Close();
+}
+
+std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
+                         std::string_view cardinality, std::string_view type) {
+  const std::int16_t number = numbers.Next();
+  Recordset junctions;
+  junctions.OpenDynamic(JunctionsOfScenario(state) + OfProject(state), state.gInterimConn.get());
+  junctions.AddNew();
+  junctions.SetField("Scenario_Num", state.gCurrentScenario);
+  junctions.SetField("Num", number);
+  junctions.SetField("Cardinality", cardinality);
+  junctions.SetField("Type", type);
+  SetProject(state, junctions);
+  junctions.Update();
+  return number;
+}
+
+void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink& link) {
+  const std::int16_t number = numbers.Next();
+  Recordset links;
+  links.OpenDynamic(LinksOfScenario(state) + OfProject(state), state.gInterimConn.get());
+  links.AddNew();
+  links.SetField("Scenario_Num", state.gCurrentScenario);
+  links.SetField("Num", number);
+  links.SetField("Origin_Num", link.origin);
+  links.SetField("Destination_Num", link.destination);
+  links.SetField(link.originTypeColumn, link.originType);
+  links.SetField(link.destinationTypeColumn, link.destinationType);
+  if (!link.type.empty()) {
+    links.SetField("Type", link.type);
+  }
+  SetProject(state, links);
+  links.Update();
+}
+
+void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin,
+                    std::int16_t destination) {
+  AddLink(state, numbers,
+          {.origin = origin,
+           .destination = destination,
+           .originType = EndType(state, origin),
+           .destinationType = EndType(state, destination)});
+}
+
+void RepointOrigin(Recordset& link, std::int16_t junction) {
+  link.SetField("Origin_Num", junction);
+  link.SetField("Origin_Type", kJunction);
+  link.SetField("Origin_Name", "");
+  link.Update();
+}
+
+void RepointDestination(Recordset& link, std::int16_t junction) {
+  link.SetField("Destination_Num", junction);
+  link.SetField("Destination_Type", kJunction);
+  link.SetField("Destination_Name", "");
+  link.Update();
+}
+
+}  // namespace merivane

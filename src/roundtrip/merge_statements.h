@@ -1,0 +1,71 @@
+// Rows of the scenario under merge: what the steps of the merge ask for and add.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "neutraltext/modGlobal.h"
+
+namespace merivane {
+
+inline constexpr std::string_view kJunction = "Junction";
+inline constexpr std::string_view kProcessOccurrence = "Process-Occurrence";
+inline constexpr std::string_view kFanIn = "Fan In";
+inline constexpr std::string_view kFanOut = "Fan Out";
+inline constexpr std::string_view kSyncAnd = "Sync. AND";
+inline constexpr std::string_view kAsyncAnd = "Async. AND";
+
+// Statements over the links or junctions of gCurrentScenario. `piece` stands straight behind the
+// scenario's number and before `number`, whose Null is empty text (and so breaks the statement).
+std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number);
+std::string LinkBetween(const ProjectToModel& state, std::int16_t origin, std::string_view piece,
+                        std::int16_t destination);
+std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
+                           const Value& number);
+// "Select * from ProjectAct Where PID = ..."
+std::string TaskOfPlan(const ProjectToModel& state, std::int16_t pid);
+
+// A fresh question for EOF and BOF: false when either holds.
+bool HasRow(Recordset& rows);
+
+// Case counts; Null is empty text.
+bool TextIs(const Value& value, std::string_view text);
+
+// The project's counter of occurrences, junctions and links, read once. Without a project row
+// error 3021. Numbers that were taken count only once they're written back.
+class NumberCounter {
+ public:
+  explicit NumberCounter(const ProjectToModel& state);
+  std::int16_t Next();  // error 6 beyond 32,767
+  void WriteBack();
+
+ private:
+  Recordset project_;
+  std::int16_t last_ = 0;
+};
+
+// Adds a junction under the counter's next number, which is the result.
+std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
+                         std::string_view cardinality, std::string_view type);
+
+struct NewLink {
+  std::int16_t origin = 0;
+  std::int16_t destination = 0;
+  std::string_view originType;
+  std::string_view destinationType;
+  std::string_view originTypeColumn = "Origin_Type";
+  std::string_view destinationTypeColumn = "Destination_Type";
+  std::string_view type = {};  // empty: the column stays Null
+};
+void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink& link);
+
+// Adds a link whose two type texts tell which end is a junction of the scenario.
+void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin,
+                    std::int16_t destination);
+
+// Moves one end of the current row of `link` to a junction; the end's name becomes empty. Saved.
+void RepointOrigin(Recordset& link, std::int16_t junction);
+void RepointDestination(Recordset& link, std::int16_t junction);
+
+}  // namespace merivane
