@@ -15,7 +15,7 @@ bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
   } catch (const RunTimeError& error) {
     ShowDescription(state.desktop, error);
   }
-  state.files.Release(state.gTextFile);
+  ReleaseNeutralTextFile(state);
   return done;
 }
 
