@@ -1,0 +1,88 @@
+#include "reader_lines.h"
+#include "reader_sections.h"
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+
+namespace merivane {
+
+namespace {
+
+struct LinkEnd {
+  Value& number;
+  Value& type;
+  Value& name;
+};
+
+// "#", the number, two blanks, then "(", the type, ",", a blank, the name, ")". An end that lacks
+// one of the marks is error 5.
+void ReadLinkEnd(const std::string& end, LinkEnd fields) {
+  const auto position = [&](std::string_view mark) {
+    return static_cast<std::ptrdiff_t>(Find(end, mark));
+  };
+  const std::ptrdiff_t open = position("(");
+  const std::ptrdiff_t comma = position(",");
+  const std::ptrdiff_t close = position(")");
+  Keep(fields.number, Mid(end, 2, position("  ") - 2));
+  Keep(fields.type, Mid(end, open + 1, comma - open - 1));
+  Keep(fields.name, Mid(end, comma + 2, close - comma - 2));
+}
+
+void ReadLinkHead(ModelToProject& state) {
+  FieldVariables& f = state.fields;
+  f.Num = ToInt16(Field(state, 3, 4));
+  ReadLinkEnd(NextField(state, 4, 250), {f.Origin_Num, f.Origin_Type, f.Origin_Name});
+  ReadLinkEnd(NextField(state, 4, 250),
+              {f.Destination_Num, f.Destination_Type, f.Destination_Name});
+  KeepInteger(f.ID, NextField(state, 5, 10));
+  KeepNextField(state, f.Type, 5, 25);
+}
+
+void ReadLinkBlocks(ModelToProject& state) {
+  FieldVariables& f = state.fields;
+  KeepBlock(state, f.Glossary, "    Glossary", "    End  Glossary");
+  KeepBlock(state, f.Object_Occ_List, "      Object Occurrence List",
+            "      End  Object Occurrence List");
+  KeepBlock(state, f.Fact_List, "      Fact List", "      End  Fact List");
+  KeepBlock(state, f.Constraint_List, "      Constraint List", "      End  Constraint List");
+  NextLines(state, 3);
+  if (HoldsNoCase(state.gLine, "Property List")) {
+    NextLine(state);
+    Keep(f.Property_List, CollectTo(state, "  End  Property List"));
+    NextLines(state, 2);
+  }
+}
+
+void AddLink(ModelToProject& state) {
+  const FieldVariables& f = state.fields;
+  AddRow(state, state.rsLinks, "select * from Links_in_Scenario", IsRecordWanted(state),
+         {{"Num", f.Num},
+          {"Msp_ProjID", state.gMspProjId},
+          {"Scenario_Num", state.gScenarioNum},
+          {"Origin_Num", f.Origin_Num},
+          {"Origin_Type", f.Origin_Type},
+          {"Origin_Name", f.Origin_Name},
+          {"Destination_Num", f.Destination_Num},
+          {"Destination_Type", f.Destination_Type},
+          {"Destination_Name", f.Destination_Name},
+          {"ID", f.ID},
+          {"Type", f.Type},
+          {"Glossary", f.Glossary},
+          {"Object_Occ_List", f.Object_Occ_List},
+          {"Fact_List", f.Fact_List},
+          {"Constraint_List", f.Constraint_List},
+          {"Property_List", f.Property_List}});
+}
+
+}  // namespace
+
+void ReadLinks(ModelToProject& state) {
+  SkipTo(state, "  Link List");
+  NextLine(state);
+  while (state.gLine != "  End  Link List") {
+    ReadLinkHead(state);
+    ReadLinkBlocks(state);
+    AddLink(state);
+  }
+}
+
+}  // namespace merivane

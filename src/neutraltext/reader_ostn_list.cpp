@@ -1,0 +1,16 @@
+#include "reader_lines.h"
+#include "reader_sections.h"
+
+namespace merivane {
+
+void ReadOstnList(ModelToProject& state) {
+  NextLine(state);
+  const std::string text = CollectTo(state, "End  OSTN List");
+  if (text.empty() || text.size() > kTextLimit) return;
+  Recordset& rows = state.rsOstn;
+  rows.OpenDynamic("select * from OSTN_List", state.gMspConn.get());
+  rows.AddNew({"OSTN_List", "Msp_ProjID"}, {text, state.gMspProjId});
+  rows.Close();
+}
+
+}  // namespace merivane
