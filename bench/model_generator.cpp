@@ -1,0 +1,276 @@
+#include "model_generator.h"
+
+#include <algorithm>
+#include <deque>
+#include <vector>
+
+namespace merivane::bench {
+namespace {
+
+constexpr int kUsesPerScenario = 20;
+constexpr int kDecompositionsPerScenario = 4;
+constexpr int kJunctionsPerScenario = 4;
+constexpr int kObjects = 40;
+
+class Text {
+ public:
+  void Line(const std::string& line) { text_ += line + "\r\n"; }
+  void Lines(std::initializer_list<const char*> lines) {
+    for (const char* line : lines) Line(line);
+  }
+  void Block(const std::string& indent, const std::string& name, const std::string& body = "") {
+    Line(indent + name);
+    if (!body.empty()) Line(body);
+    Line(indent + "End  " + name);
+  }
+  void Elaboration(const std::string& indent) {
+    Line(indent + "Elaboration");
+    for (const char* name : {"Object Occurrence List", "Fact List", "Constraint List"}) {
+      Block(indent + "  ", name);
+    }
+    Line(indent + "End  Elaboration");
+  }
+  std::string Take() { return std::move(text_); }
+
+ private:
+  std::string text_;
+};
+
+std::string Number(int number) { return std::to_string(number); }
+std::string ObjectName(int number) { return "Crew " + Number(number); }
+std::string StepName(int number) { return "Step " + Number(number); }
+
+void PoolHead(Text& text, const std::string& kind, int number, const std::string& name,
+              const std::string& glossary, const std::string& properties) {
+  text.Line(kind + "  " + Number(number));
+  text.Line("  Name:  " + name);
+  text.Lines({"  Creator:  Bench", "  Date Created:  1/2/2026", "  Last Modified:  2/3/2026"});
+  text.Block("  ", "Glossary", glossary);
+  text.Block("  ", "Note List");
+  text.Block("  ", "Source List");
+  text.Block("  ", "Property List", properties);
+}
+
+void Summary(Text& text) {
+  text.Lines({"Dunmar Neutral Text; Version:2.20;  ", "Project Summary", "  Creator:  Bench",
+              "  Used At:  Yard", "  Project:  Bench", "  Date Created:  1/2/2026",
+              "  Last Modified:  2/3/2026", "  Description", "Generated.", "  End  Description",
+              "End  Project Summary", "", "Project Properties", "", "  Property List",
+              "  End  Property List", "End  Project Properties", ""});
+}
+
+void Pools(Text& text, int processes, const std::string& glossary) {
+  text.Line("Process Pool");
+  for (int number = 1; number <= processes; ++number) {
+    PoolHead(text, "Process", number, StepName(number), glossary + Number(number), "");
+    text.Lines({"  ID:  1", "  IDEF0 Ref:  A0"});
+    text.Elaboration("  ");
+    text.Line("End  Process " + Number(number));
+    text.Line("");
+  }
+  text.Lines({"End  Process Pool", "", "Object Pool"});
+  for (int number = 1; number <= kObjects; ++number) {
+    PoolHead(text, "Object", number, ObjectName(number), "A crew of the yard.",
+             "Quantity:  " + Number(number % 5 + 1) + "\r\nAlias:  C" + Number(number));
+    text.Line("  Type:  Agent");
+    text.Line(number % 8 == 0 ? "  Type:  Entity" : "  Type:  Shared Resource");
+    text.Elaboration("  ");
+    text.Line("End  Object " + Number(number));
+    text.Line("");
+  }
+  text.Lines({"End  Object Pool", "", "State Pool", "End  State Pool", "", "Fact Pool"});
+  PoolHead(text, "Fact", 1, "Ready", "", "");
+  text.Lines({"End  Fact 1", "", "End  Fact Pool"});
+  for (const char* pool :
+       {"Property Pool", "Constraint Pool", "Note Pool", "Source Pool", "Unknown Pool"}) {
+    text.Line("");
+    text.Block("", pool);
+  }
+}
+
+struct ScenarioPlan {
+  int number = 0;
+  int parentUse = 0;
+  std::string parentName;
+  int firstProcess = 0;
+  int uses = 0;
+};
+
+int UseNumber(int process) { return 10000 + process; }
+
+void ScenarioHead(Text& text, const ScenarioPlan& plan) {
+  text.Line("Scenario  " + Number(plan.number));
+  text.Line("  Name:  Scenario " + Number(plan.number));
+  if (plan.parentUse > 0) {
+    text.Line("  Parent:  Process  #" + Number(plan.parentUse) + " (" + plan.parentName + ")");
+    text.Line("  Type:  Role View");
+  }
+  text.Lines({"  Creator:  Bench", "  ID:  1", "  Revision Number:  1", "  Review Status:  Working",
+              "  Date Created:  1/2/2026", "  Last Modified:  2/3/2026"});
+  for (const char* name : {"Purpose", "Viewpoint", "Context", "Description"}) {
+    text.Block("  ", name);
+  }
+  text.Elaboration("  ");
+  text.Block("  ", "Note List");
+  text.Block("  ", "Source List");
+}
+
+void Occurrence(Text& text, int process) {
+  text.Line("    Process  " + Number(process) + "  #" + Number(UseNumber(process)));
+  text.Line("      Name:  " + StepName(process));
+  text.Lines({"      ID:  1", "      IDEF0 Ref:  A0", "      User Placement Column:  3",
+              "      User Placement Row:  4", "      Elaboration",
+              "        Object Occurrence List"});
+  for (int object : {process % kObjects + 1, (process + 7) % kObjects + 1}) {
+    text.Line("          Object-Occurrence  " + Number(object) + "  (" + ObjectName(object) + ")");
+    text.Lines({"            Property List", "              Property",
+                "                Name:  @Simulation Information", "                Glossary",
+                "Sim_Entity"});
+    text.Line("Cycle-Time:  " + Number(process % 9 + 1) + ".5");
+    text.Line("Labor-Rule:  C" + Number(process % kObjects + 1) + "#2");
+    text.Lines({"End  Sim_Entity", "                End  Glossary", "              End  Property",
+                "            End  Property List", "          End  Object-Occurrence"});
+  }
+  text.Line("        End  Object Occurrence List");
+  text.Block("        ", "Fact List");
+  text.Block("        ", "Constraint List");
+  text.Lines({"      End  Elaboration", "    End  Process"});
+}
+
+void Junction(Text& text, int number, bool fanOut, const char* type) {
+  text.Line("  Junction  " + Number(number));
+  text.Line("    ID:  J" + Number(number));
+  text.Line(fanOut ? "    Cardinality:  Fan Out" : "    Cardinality:  Fan In");
+  text.Line(std::string("    Type:  ") + type);
+  text.Lines({"    Date Created:  1/2/2026", "    Last Modified:  2/3/2026",
+              "    User Placement Column:  5", "    User Placement Row:  6"});
+  text.Block("    ", "Glossary");
+  text.Line("    Elaboration");
+  for (const char* name : {"Object Occurrence List", "Fact List", "Constraint List"}) {
+    text.Block("      ", name);
+  }
+  text.Line("    End  Elaboration");
+  text.Block("    ", "Note List");
+  text.Block("  ", "Property List");
+  text.Line("  End  Junction");
+}
+
+struct End {
+  int number;
+  bool junction;
+};
+
+std::string EndText(const End& end) {
+  const std::string name = end.junction
+                               ? "Junction, J" + Number(end.number)
+                               : "Process-Occurrence, " + StepName(end.number - UseNumber(0));
+  return "  #" + Number(end.number) + "  (" + name + ")";
+}
+
+void Link(Text& text, int number, const End& from, const End& to) {
+  text.Line("  Link  " + Number(number));
+  text.Line("    Origin" + EndText(from));
+  text.Line("    Destination" + EndText(to));
+  text.Lines({"    ID:  1", "    Type:  Precedence"});
+  text.Block("    ", "Glossary");
+  for (const char* name : {"Object Occurrence List", "Fact List", "Constraint List"}) {
+    text.Block("      ", name);
+  }
+  text.Lines(
+      {"    End  Elaboration", "", "  Property List", "  End  Property List", "  End  Link"});
+}
+
+// Steps 1 to 3 run in parallel between an Async. AND pair, 5 to 7 between a Sync. AND pair; the
+// others follow one another.
+std::vector<std::pair<End, End>> Links(const ScenarioPlan& plan) {
+  const int junction = (plan.number - 1) * kJunctionsPerScenario + 1;
+  const auto step = [&](int index) { return End{UseNumber(plan.firstProcess + index), false}; };
+  const auto at = [&](int index) { return End{junction + index, true}; };
+  std::vector<std::pair<End, End>> links;
+  int index = 0;
+  const auto fork = [&](int open) {
+    links.emplace_back(step(index), at(open));
+    for (int branch = 1; branch <= 3; ++branch) {
+      links.emplace_back(at(open), step(index + branch));
+      links.emplace_back(step(index + branch), at(open + 1));
+    }
+    index += 4;
+    links.emplace_back(at(open + 1), step(index));
+  };
+  if (plan.uses >= 9) {
+    fork(0);
+    fork(2);
+  }
+  for (; index + 1 < plan.uses; ++index) links.emplace_back(step(index), step(index + 1));
+  return links;
+}
+
+void ScenarioBody(Text& text, const ScenarioPlan& plan) {
+  text.Line("  Process Occurrence List");
+  for (int index = 0; index < plan.uses; ++index) {
+    text.Line("");
+    Occurrence(text, plan.firstProcess + index);
+  }
+  text.Lines({"  End  Process Occurrence List", "  Junction List"});
+  if (plan.uses >= 9) {
+    const int first = (plan.number - 1) * kJunctionsPerScenario + 1;
+    for (int index = 0; index < kJunctionsPerScenario; ++index) {
+      text.Line("");
+      Junction(text, first + index, index % 2 == 0, index < 2 ? "Async. AND" : "Sync. AND");
+    }
+  }
+  text.Lines({"  End  Junction List", "Referent List", "  End  Referent List", "  Link List"});
+  int number = 0;
+  for (const auto& [from, to] : Links(plan)) Link(text, ++number, from, to);
+  text.Lines({"  End  Link List", "End  Scenario", ""});
+}
+
+void Scenarios(Text& text, int occurrences) {
+  std::deque<ScenarioPlan> open{{1, 0, "", 1, std::min(kUsesPerScenario, occurrences)}};
+  int nextNumber = 2;
+  int nextProcess = open.front().uses + 1;
+  text.Lines({"", "Scenario List", ""});
+  bool first = true;
+  while (!open.empty()) {
+    const ScenarioPlan plan = open.front();
+    open.pop_front();
+    if (!first) text.Line("");
+    first = false;
+    ScenarioHead(text, plan);
+    ScenarioBody(text, plan);
+    for (int child = 0; child < kDecompositionsPerScenario && nextProcess <= occurrences; ++child) {
+      const int process = plan.firstProcess + child;
+      const int uses = std::min(kUsesPerScenario, occurrences - nextProcess + 1);
+      open.push_back({nextNumber++, UseNumber(process), StepName(process), nextProcess, uses});
+      nextProcess += uses;
+    }
+  }
+  text.Lines({"End  Scenario List", "OSTN List", "End  OSTN List"});
+}
+
+}  // namespace
+
+std::string GenerateModel(int occurrences) {
+  Text text;
+  Summary(text);
+  Pools(text, occurrences, "What is done in step ");
+  Scenarios(text, occurrences);
+  return text.Take();
+}
+
+std::string GenerateBlockText(int megabytes) {
+  constexpr int kProcesses = 200;
+  const std::size_t perProcess = static_cast<std::size_t>(megabytes) * 1000000 / kProcesses;
+  std::string glossary;
+  while (glossary.size() < perProcess) {
+    glossary +=
+        "The crew lays out the parts in the order of the sheet and checks each of them.\r\n";
+  }
+  Text text;
+  Summary(text);
+  Pools(text, kProcesses, glossary);
+  Scenarios(text, 1);
+  return text.Take();
+}
+
+}  // namespace merivane::bench
