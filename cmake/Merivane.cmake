@@ -8,11 +8,11 @@ if(MERIVANE_SANITIZE)
 endif()
 
 # merivane_library(NAME [libraries it may use...]): every .cpp of the folder, its include/ folder.
-# Files named *_windows.cpp and *_linux.cpp belong to that system only.
+# Files named *_windows.cpp and *_posix.cpp belong to Windows or to the others only.
 function(merivane_library name)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   if(WIN32)
-    list(FILTER sources EXCLUDE REGEX "_linux\\.cpp$")
+    list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
   else()
     list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
   endif()

@@ -1,0 +1,89 @@
+#include "system_files.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+namespace merivane {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+void AppendUtf8(std::string& out, char32_t code) {
+  const auto more = [&](int shift) { out += static_cast<char>(0x80 | ((code >> shift) & 0x3F)); };
+  if (code < 0x80) {
+    out += static_cast<char>(code);
+  } else if (code < 0x800) {
+    out += static_cast<char>(0xC0 | (code >> 6));
+    more(0);
+  } else if (code < 0x10000) {
+    out += static_cast<char>(0xE0 | (code >> 12));
+    more(6);
+    more(0);
+  } else {
+    out += static_cast<char>(0xF0 | (code >> 18));
+    more(12);
+    more(6);
+    more(0);
+  }
+}
+
+std::string DecodedText(const std::string& bytes) {
+  if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
+  if (bytes.starts_with("\xFF\xFE")) return Utf8OfUtf16(std::string_view(bytes).substr(2), true);
+  if (bytes.starts_with("\xFE\xFF")) return Utf8OfUtf16(std::string_view(bytes).substr(2), false);
+  return bytes;
+}
+
+}  // namespace
+
+std::filesystem::path UserFolder() {
+  // A relative folder in the variable counts as none.
+  const char* config = std::getenv("XDG_CONFIG_HOME");
+  if (config != nullptr && config[0] == '/') return std::filesystem::path(config) / "merivane";
+  const char* home = std::getenv("HOME");
+  if (home == nullptr || home[0] == '\0') return {};
+  return std::filesystem::path(home) / ".config" / "merivane";
+}
+
+std::optional<std::vector<std::string>> ReadSystemLines(const std::filesystem::path& file) {
+  std::error_code ignored;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream || std::filesystem::is_directory(file, ignored)) return std::nullopt;
+  const std::string text = DecodedText({std::istreambuf_iterator<char>(stream), {}});
+  std::vector<std::string> lines;
+  for (std::size_t from = 0; from < text.size();) {
+    const std::size_t end = std::min(text.find_first_of("\r\n", from), text.size());
+    lines.emplace_back(Stripped(std::string_view(text).substr(from, end - from)));
+    from = end + 1;
+  }
+  return lines;
+}
+
+std::string_view Stripped(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst) {
+  const auto unit = [&](std::size_t at) -> char32_t {
+    const auto first = static_cast<unsigned char>(bytes[at]);
+    const auto second = static_cast<unsigned char>(bytes[at + 1]);
+    return lowFirst ? first | second << 8U : first << 8U | second;
+  };
+  std::string text;
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    char32_t code = unit(at);
+    if (code >= 0xD800 && code <= 0xDFFF) {
+      const char32_t next = code <= 0xDBFF && at + 3 < bytes.size() ? unit(at + 2) : 0;
+      const bool pair = next >= 0xDC00 && next <= 0xDFFF;
+      code = pair ? 0x10000 + ((code - 0xD800) << 10) + (next - 0xDC00) : kReplacement;
+      if (pair) at += 2;
+    }
+    AppendUtf8(text, code);
+  }
+  return text;
+}
+
+}  // namespace merivane

@@ -1,0 +1,9 @@
+#include <windows.h>
+
+#include "platform/system_locale.h"
+
+namespace merivane {
+
+std::int32_t SystemOemCodePage() { return static_cast<std::int32_t>(GetOEMCP()); }
+
+}  // namespace merivane
