@@ -1,6 +1,7 @@
 #include "shell/frmOptions.h"
 
 #include "neutraltext/modGlobal.h"
+#include "runtime/code_page.h"
 #include "shell/modOptions.h"
 
 namespace merivane {
@@ -24,8 +25,8 @@ void frmOptions::Load() {
   listPaths.clear();
   try {
     for (const PathLine& line : kPathLines) {
-      const std::string command =
-          GetCommandPath(desktop_, line.key).c_str();  // shown up to its NUL
+      // Shown up to its NUL.
+      const std::string command = FromUtf8(GetCommandPath(desktop_, line.key).c_str());
       listPaths.emplace_back(line.heading);
       listPaths.push_back(std::string(line.indent, ' ') +
                           (command.empty() ? "not installed." : command));

@@ -1,5 +1,6 @@
 #include "shell/modOptions.h"
 
+#include "runtime/code_page.h"
 #include "runtime/text.h"
 
 namespace merivane {
@@ -19,7 +20,9 @@ std::string GetCommandPath(const Desktop& desktop, const std::string& keyName) {
 
 void ExecuteApp(Desktop& desktop, const std::string& commandLine) {
   const std::string line = commandLine.c_str();
-  if (!desktop.StartProgram(line)) desktop.ShowMessage({"Unable to launch '" + line});
+  if (!desktop.StartProgram(line)) {
+    desktop.ShowMessage({"Unable to launch '" + FromUtf8(line)});
+  }
 }
 
 bool HasInnerBlank(const std::string& name, std::size_t length) {

@@ -90,9 +90,10 @@ class Desktop {
   virtual std::int32_t OemCodePage() const = 0;
 
   // Default value of a key under the class root: the characters that the query returned, the
-  // terminating NUL included; nothing where the key or its default value can't be read.
+  // terminating NUL included, UTF-8 as they name a program; nothing where the key or its default
+  // value can't be read.
   virtual std::optional<std::string> RegistryDefault(const std::string& key) const = 0;
-  // Starts a command line without waiting; False where it can't be started.
+  // Starts a command line (UTF-8) without waiting; False where it can't be started.
   virtual bool StartProgram(const std::string& commandLine) = 0;
   // Opens a page in the browser; a result below 33 is a failure.
   virtual int OpenWebPage(const std::string& url) = 0;
