@@ -1,0 +1,64 @@
+#include "mpx/mpx_format.h"
+#include "runtime/text.h"
+#include "translation_steps.h"
+
+namespace merivane {
+namespace {
+
+constexpr double kWorkInHour = 60000;  // thousandths of a minute
+
+bool HasDecomposition(ModelToProject& state, const Value& useNum) {
+  return !Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+               " and Parent_num = ", useNum)
+              .Eof();
+}
+
+std::string AliasOf(ModelToProject& state, const Value& objectNum) {
+  Recordset object = Rows(state, "Select * from Object_Pool where Msp_ProjID = ", state.gMspProjId,
+                          " and Num = ", objectNum);
+  return object.Eof() ? std::string() : Joined(object.Field("Alias"));
+}
+
+// The digit that stands one character behind the alias; "1" for anything else.
+std::string UnitsInRule(const std::string& rule, const std::string& alias) {
+  const std::size_t position = Find(rule, alias);
+  if (position == 0) return "1";
+  std::string units = Mid(rule, static_cast<std::ptrdiff_t>(position + alias.size() + 1), 1);
+  return IsNumericText(units) ? units : "1";
+}
+
+void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const std::string& units) {
+  const std::string hours = FixedTwo(ToDouble(units) * pass.taskHours);
+  Recordset assignments = Rows(pass.state, "Select * from MSP_ASSIGNMENTS");
+  assignments.AddNew();
+  pass.assignmentUID = AddInt16(pass.assignmentUID, 1);
+  assignments.SetField("PROJ_ID", pass.state.gMspProjId);
+  assignments.SetField("ASSN_UID", pass.assignmentUID);
+  assignments.SetField("RES_UID", pid);
+  assignments.SetField("TASK_UID", projectId);
+  assignments.SetField("ASSN_UNITS", units);
+  assignments.SetField("ASSN_WORK", ToDouble(hours) * kWorkInHour);
+  assignments.SetField("EXT_EDIT_REF_DATA", 1);
+  assignments.Update();
+  pass.PrintMpx(MpxAssignment(pid, units, hours));
+}
+
+}  // namespace
+
+void WriteAssignments(Pass& pass, Recordset& task) {
+  ModelToProject& state = pass.state;
+  const Value useNum = task.Field("Use_Num");
+  if (HasDecomposition(state, useNum)) return;
+  const std::string rule = Joined(task.Field("Labor_rule"));
+  const Value projectId = task.Field("Project_ID");
+  Recordset occurrences = Rows(
+      state, "Select * from Object_in_Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+      " and send_to_project = 1 and Activity_Num = ", useNum);
+  for (; !occurrences.Eof(); occurrences.MoveNext()) {
+    const std::string alias = AliasOf(state, occurrences.Field("Object_Occ_Num"));
+    if (alias.empty()) continue;
+    AddAssignment(pass, occurrences.Field("PID"), projectId, UnitsInRule(rule, alias));
+  }
+}
+
+}  // namespace merivane

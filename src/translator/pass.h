@@ -1,0 +1,81 @@
+// What one pass over a model carries from step to step, and the record sets that it walks.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "neutraltext/modGlobal.h"
+#include "runtime/conversions.h"
+#include "store/command.h"
+
+namespace merivane {
+
+struct Pass {
+  ModelToProject& state;
+  bool mpxWanted = false;
+  std::int16_t resourceCounter = 1;  // next PID of a resource
+  std::int16_t assignmentUID = 0;    // last ASSN_UID given out
+  double taskHours = 0;              // working hours of the current task
+  std::int32_t taskDays = 0;         // whole days of the current task
+  std::string glossaryText{};        // last glossary of an activity; not cleared between tasks
+  bool projectMarked = false;        // PROJ_EXT_EDITED is set
+  Command rtfNote{};                 // one for all tasks
+
+  void PrintMpx(std::string_view line) {
+    if (mpxWanted) state.files.Print(state.mpxFileNo, line);
+  }
+};
+
+template <class Piece>
+void AppendPiece(std::string& sql, const Piece& piece) {
+  if constexpr (std::is_convertible_v<Piece, std::string_view>) {
+    sql += std::string_view(piece);
+  } else {
+    sql += Joined(piece);
+  }
+}
+
+// A work record set over a statement joined from pieces; a Null value gives no text.
+template <class... Pieces>
+Recordset Rows(ModelToProject& state, const Pieces&... pieces) {
+  std::string sql;
+  (AppendPiece(sql, pieces), ...);
+  Recordset rows;
+  rows.OpenDynamic(sql, state.gMspConn.get());
+  return rows;
+}
+
+// Walks the set from its position to its end.
+inline int CountRows(Recordset& rows) {
+  int count = 0;
+  for (; !rows.Eof(); rows.MoveNext()) ++count;
+  return count;
+}
+
+inline constexpr std::string_view kProcessOccurrence = "Process-Occurrence";
+inline constexpr std::string_view kJunction = "Junction";
+
+// The places in a model that the steps ask for by the same statement.
+inline Recordset ActivitiesOfScenario(ModelToProject& state, const Value& scenario) {
+  return Rows(state, "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+              " and Scenario_Num = ", scenario);
+}
+
+inline Recordset ActivityByUse(ModelToProject& state, const Value& useNum) {
+  return Rows(state, "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+              " and Use_Num = ", useNum);
+}
+
+inline Recordset LinksFrom(ModelToProject& state, const Value& origin) {
+  return Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+              " and origin_num = ", origin);
+}
+
+inline Recordset LinksTo(ModelToProject& state, const Value& destination) {
+  return Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+              " and Destination_Num = ", destination);
+}
+
+}  // namespace merivane

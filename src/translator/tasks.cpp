@@ -1,0 +1,111 @@
+#include "mpx/mpx_format.h"
+#include "translation_steps.h"
+
+namespace merivane {
+namespace {
+
+constexpr std::int64_t kTenthsOfMinuteInDay = 4800;
+constexpr double kHoursInDay = 8;
+constexpr int kDurationInDays = 7;
+
+struct Column {
+  const char* name;
+  const char* source;  // column of Activity_in_Scenario
+};
+
+constexpr Column kModelColumns[] = {
+    {"KV7_PROCOCC_HEX", "Use_Num"},
+    {"KV7_PROC_HEX", "Process_Num"},
+    {"KV7_SCENARIO_HEX", "Scenario_Num"},
+    {"KV7_PROCOCC_ID", "ID"},
+    {"KV7_PROCOCC_REF", "Ref"},
+    {"KV7_PROCOCC_FACT_LIST", "Fact_List"},
+    {"KV7_PROCOCC_CONSTRAINT_LIST", "Constraint_List"},
+    {"KV7_PROCOCC_DURATION", "Duration"},
+    {"KV7_PROCOCC_LABOR_RULE", "Labor_rule"},
+    {"KV7_PROCOCC_SEND_TO_PROJECT", "Send_to_Project"},
+    {"KV7_PROCOCC_PROCESSED", "Processed"},
+    {"KV7_PROCOCC_OUTLINE", "Outline"},
+    {"KV7_PROCOCC_P_ORDER", "P_Order"},
+    {"KV7_PROCOCC_COLUMN", "Column"},
+    {"KV7_PROCOCC_ROW", "Row"},
+    {"KV7_PROCOCC_SSRELS", "SSRels"},
+    {"KV7_PROCOCC_FFRELS", "FFRels"},
+    {"KV7_PROCOCC_PID", "Project_ID"},
+};
+
+// Sets taskHours and taskDays; the duration of record 70. The file keeps hundredths of a day where
+// the database keeps whole days.
+std::string TakeDuration(Pass& pass, const Value& duration) {
+  if (!IsNumeric(duration)) {
+    pass.taskHours = kHoursInDay;
+    pass.taskDays = 1;
+    return "1d";
+  }
+  const double days = ToDouble(duration);
+  const std::string hundredths = FixedTwo(days);
+  pass.taskHours = days * kHoursInDay;
+  pass.taskDays = ToInt32(hundredths);
+  return hundredths + "d";
+}
+
+void WriteNote(Pass& pass, const Value& name) {
+  Recordset activity =
+      Rows(pass.state, "Select * from Activity_Pool where Msp_ProjID = ", pass.state.gMspProjId,
+           " and Name = '", name, "'");
+  const Value glossary = activity.Field("Glossary");
+  if (glossary.IsNull()) return;
+  pass.glossaryText = Joined(glossary);
+  pass.PrintMpx(MpxNote(kMpxTaskNote, pass.glossaryText));
+}
+
+void FillTask(const Pass& pass, Recordset& activity, Recordset& task) {
+  const Value projectId = activity.Field("Project_ID");
+  task.SetField("Proj_ID", pass.state.gMspProjId);
+  task.SetField("TASK_UID", projectId);
+  task.SetField("TASK_ID", projectId);
+  task.SetField("TASK_Name", activity.Field("Name"));
+  task.SetField("TASK_DUR", ToInt32(pass.taskDays * kTenthsOfMinuteInDay));
+  task.SetField("TASK_DUR_FMT", kDurationInDays);
+  task.SetField("TASK_OUTLINE_LEVEL", activity.Field("outline"));
+  task.SetField("EXT_EDIT_REF_DATA", 1);
+  task.SetField("TASK_HAS_NOTES", -1);
+  for (const Column& column : kModelColumns) {
+    task.SetField(column.name, activity.Field(column.source));
+  }
+}
+
+void AddTask(Pass& pass, Recordset& activity) {
+  Recordset tasks = Rows(pass.state, "select * from MSP_TASKS");
+  if (tasks.Bof() || tasks.Eof()) return;
+  tasks.AddNew();
+  FillTask(pass, activity, tasks);
+  tasks.Update();
+}
+
+void WriteTask(Pass& pass, Recordset& activity) {
+  const std::string duration = TakeDuration(pass, activity.Field("Duration"));
+  std::string predecessors = WriteLinksOfTask(pass, activity);
+  if (!predecessors.empty()) predecessors.pop_back();
+  const MpxTask mpxLine = {
+      activity.Field("Project_ID"), activity.Field("Name"), duration,
+      activity.Field("outline"),    predecessors,           activity.Field("Use_Num")};
+  pass.PrintMpx(MpxTaskRecord(mpxLine, pass.state.codePage));
+  WriteNote(pass, mpxLine.name);
+  AddTask(pass, activity);
+  WriteAssignments(pass, activity);
+  WriteRtfNote(pass, mpxLine.id);
+}
+
+}  // namespace
+
+void WriteTasks(Pass& pass) {
+  Recordset activities = Rows(
+      pass.state, "Select * from Activity_in_Scenario where Msp_ProjID = ", pass.state.gMspProjId,
+      " and send_to_project = 1 order by Project_ID");
+  pass.PrintMpx(kMpxTaskFields);
+  pass.PrintMpx(kMpxTaskFieldNumbers);
+  for (; !activities.Eof(); activities.MoveNext()) WriteTask(pass, activities);
+}
+
+}  // namespace merivane
