@@ -1,0 +1,122 @@
+#include "mpx/mpx_fields.h"
+
+#include <optional>
+
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+
+namespace merivane {
+
+namespace {
+
+[[noreturn]] void RefuseQuotes(Desktop& desktop, std::string_view line, const std::string& title) {
+  desktop.ShowMessage(
+      {.text = "Merivane requires that Task and Resource names do not have double quotes.  "
+               "Please change '" +
+               std::string(line) + "'.",
+       .icon = MessageIcon::kCritical,
+       .title = title});
+  desktop.SetMousePointer(kPointerDefault);
+  desktop.EndProgram();
+}
+
+// Where a field lies: `begin` behind the comma in front of it, `end` at the comma behind it.
+struct FieldPlace {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  bool quoted = false;
+};
+
+// The ways of the two look-ups differ in one field and the title of their box.
+struct FieldWalk {
+  Desktop& desktop;
+  std::string_view line;
+  bool quotesInField8 = false;
+  std::string title;
+
+  [[nodiscard]] std::optional<FieldPlace> Find(int n) const {
+    FieldPlace place;
+    for (int field = 1;; ++field) {
+      if (!FindEnd(field, place)) return std::nullopt;
+      if (field == n) return place;
+      place.begin = place.end + 1;
+    }
+  }
+
+ private:
+  bool FindEnd(int field, FieldPlace& place) const {
+    const bool quotesCount = field == 3 || field == 4 || (field == 8 && quotesInField8);
+    place.quoted = quotesCount && place.begin < line.size() && line[place.begin] == '"';
+    if (!place.quoted) {
+      place.end = line.find(',', place.begin);
+      return place.end != std::string_view::npos;
+    }
+    const std::size_t closing = line.find('"', place.begin + 1);
+    if (closing == std::string_view::npos) return false;
+    place.end = closing + 1;
+    const bool another = place.end < line.size() && line[place.end] == '"';
+    if (field != 8 && (another || closing == place.begin + 1)) RefuseQuotes(desktop, line, title);
+    return place.end < line.size();
+  }
+};
+
+std::string_view Between(std::string_view line, std::size_t begin, std::size_t end) {
+  return line.substr(begin, end - begin);
+}
+
+}  // namespace
+
+std::int16_t RecordNumber(std::string_view line) {
+  const std::size_t comma = line.find(',');
+  if (comma == std::string_view::npos) return 0;
+  const std::string_view number = line.substr(0, comma);
+  return IsNumericText(number) ? ToInt16(number) : std::int16_t{0};
+}
+
+std::string GetField(Desktop& desktop, std::string_view line, int n) {
+  const FieldWalk walk{desktop, line, true, "Project to Celvar Translator"};
+  const auto place = walk.Find(n);
+  if (!place) return {};
+  return std::string(Between(line, place->begin, place->quoted ? place->end - 1 : place->end));
+}
+
+std::string GetPredecessorField(Desktop& desktop, std::string_view line, int n) {
+  const FieldWalk walk{desktop, line, false, "Project to Celvar Translator."};
+  const auto place = walk.Find(n);
+  if (!place) return {};
+  const std::string_view field = Between(line, place->begin, place->end);
+  if (!Holds(field, "\"")) return std::string(field);
+  const std::size_t closing = line.find('"', place->begin + 1);
+  if (closing == std::string_view::npos) return {};
+  return std::string(Between(line, place->begin + 1, closing));
+}
+
+std::string GetLastField(std::string_view line) {
+  const std::size_t comma = line.rfind(',');
+  return comma == std::string_view::npos ? std::string() : std::string(line.substr(comma + 1));
+}
+
+void CheckTaskName(Desktop& desktop, const std::string& name) {
+  if (!Holds(name, "\"")) return;
+  desktop.SetMousePointer(kPointerDefault);
+  desktop.ShowMessage(
+      {.text =
+           "Merivane requires that Task names do not have commas.  Please change '" + name + "'.",
+       .icon = MessageIcon::kCritical,
+       .title = "Project to Celvar Translator. "});
+  desktop.EndProgram();
+}
+
+void CheckResourceName(Desktop& desktop, const std::string& name) {
+  if (!Holds(name, "\"") && !Holds(name, ",")) return;
+  desktop.ShowMessage(
+      {.text = "Merivane requires that Resource names do not have commas or double quotes.  "
+               "Please change '" +
+               name + "'.",
+       .icon = MessageIcon::kCritical,
+       .title = "Project to Celvar Translator."});
+  desktop.SetMousePointer(kPointerDefault);
+  desktop.EndProgram();
+}
+
+}  // namespace merivane
