@@ -3,13 +3,28 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "neutraltext/modGlobal.h"
+#include "plan_outline.h"
 
 namespace merivane {
+
+// The scenario that the task lies in, by the plan's outline; made where there is none. `task` is a
+// set of ProjectAct on the task. A task that lies deep without a row above it is error 3021.
+std::int16_t ScenarioForTask(ProjectToModel& state, const PlanOutline& outline, Recordset& task);
+
+// Brings a new task into the model (its Text1 takes the new occurrence's number), or the name,
+// duration and notes of a known one. A duration that the model keeps as an expression stays; a
+// number that no occurrence bears is passed over. A known task of another scenario than
+// gCurrentScenario is error 13.
+void MergeTask(ProjectToModel& state, Recordset& task);
 
 // The occurrence number (Text1) of the plan task `pid`; 0 for an unknown task and for one that has
 // no number yet. Error 6 for a number beyond 16 bits, 13 for one that is no number.
 std::int16_t ModelIdOfTask(ProjectToModel& state, std::int16_t pid);
+
+// "Error in Translation", and the program ends.
+[[noreturn]] void EndOnBrokenModel(ProjectToModel& state, const std::string& title);
 
 }  // namespace merivane

@@ -1,0 +1,106 @@
+#include <vector>
+
+#include "merge_driver.h"
+#include "plan_outline.h"
+#include "runtime/conversions.h"
+#include "sql_pieces.h"
+#include "task_links.h"
+
+namespace merivane {
+
+namespace {
+
+// The passes over the groups of siblings below level 1. The levels and marks of the rows are kept
+// beside the table, so that a pass costs its own group and not the whole plan.
+class DecompositionPasses {
+ public:
+  explicit DecompositionPasses(ProjectToModel& state) : state_(state) {
+    tasks_.OpenDynamic("Select * from ProjectAct" + WhereMspProjId(state),
+                       state.gInterimConn.get());
+    outline_.Read(tasks_);
+    if (outline_.Size() > 0) tasks_.MoveFirst();
+  }
+
+  void InitProcessedFlags();
+  bool SelectNextDecomposition();
+  void MergeSelectedLinks();
+
+ private:
+  void MoveTo(std::size_t row);
+  void Mark(std::size_t row, const char* column, int mark);
+  bool EnterScenarioOf(const Value& parent);
+
+  ProjectToModel& state_;
+  PlanOutline outline_;
+  std::vector<bool> processed_;
+  std::vector<std::size_t> selected_;
+  std::size_t firstOpen_ = 0;  // no row in front of it is unprocessed
+  Recordset tasks_;
+  std::size_t position_ = 0;  // of tasks_
+};
+
+void DecompositionPasses::MoveTo(std::size_t row) {
+  for (; position_ < row; ++position_) tasks_.MoveNext();
+  for (; position_ > row; --position_) tasks_.MovePrevious();
+}
+
+void DecompositionPasses::Mark(std::size_t row, const char* column, int mark) {
+  MoveTo(row);
+  tasks_.SetField(column, mark);
+  tasks_.Update();
+}
+
+void DecompositionPasses::InitProcessedFlags() {
+  for (std::size_t row = 0; row < outline_.Size(); ++row) {
+    const auto level = outline_.Level(row);
+    processed_.push_back(level && *level <= 1);
+    Mark(row, "Processed", processed_[row] ? 1 : 0);
+  }
+}
+
+bool DecompositionPasses::EnterScenarioOf(const Value& parent) {
+  Recordset scenario;
+  scenario.OpenDynamic(
+      "Select * from Scenario where Parent_Num = " + OccurrenceText(parent) + AndMspProjId(state_),
+      state_.gInterimConn.get());
+  if (scenario.Eof()) return false;
+  state_.gCurrentScenario = ToInt16(scenario.Field("Num"));
+  return true;
+}
+
+// Selects the first unprocessed row and its siblings; deeper rows wait for a pass of their own.
+bool DecompositionPasses::SelectNextDecomposition() {
+  for (const std::size_t row : selected_) Mark(row, "SelectedForProcessing", 0);
+  selected_.clear();
+  while (firstOpen_ < outline_.Size() && processed_[firstOpen_]) ++firstOpen_;
+  if (firstOpen_ == outline_.Size()) return false;
+  if (firstOpen_ == 0) throw RunTimeError(kNoCurrentRecord);
+  if (!EnterScenarioOf(outline_.Text1(firstOpen_ - 1))) return false;
+  const auto level = outline_.Level(firstOpen_);
+  for (std::size_t row = firstOpen_; level && row < outline_.Size(); ++row) {
+    if (!(outline_.Level(row) >= level)) break;
+    if (outline_.Level(row) != level) continue;
+    Mark(row, "SelectedForProcessing", 1);
+    selected_.push_back(row);
+  }
+  return !selected_.empty();
+}
+
+void DecompositionPasses::MergeSelectedLinks() {
+  for (const std::size_t row : selected_) {
+    MoveTo(row);
+    MergeLinksOfTask(state_, tasks_);
+    Mark(row, "Processed", 1);
+    processed_[row] = true;
+  }
+}
+
+}  // namespace
+
+void MergeDecompositionLinks(ProjectToModel& state) {
+  DecompositionPasses passes(state);
+  passes.InitProcessedFlags();
+  while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
+}
+
+}  // namespace merivane

@@ -1,0 +1,72 @@
+#include "merge_driver.h"
+
+#include "new_elements.h"
+#include "plan_outline.h"
+#include "runtime/conversions.h"
+#include "sql_pieces.h"
+#include "task_links.h"
+
+namespace merivane {
+
+namespace {
+
+void ForgetEarlierMerges(ProjectToModel& state) {
+  Recordset occurrences;
+  occurrences.OpenDynamic("Select * from MSP_TASKS where TASK_UID > 0" + AndProjId(state),
+                          state.gInterimConn.get());
+  for (; !occurrences.Eof(); occurrences.MoveNext()) {
+    occurrences.SetField("KV7_PROCOCC_Brought_Back", 0);
+    occurrences.Update();
+  }
+}
+
+void MakeAllTasksNew(Recordset& tasks) {
+  for (; !tasks.Eof(); tasks.MoveNext()) {
+    tasks.SetField("Text1", 0);
+    tasks.Update();
+  }
+}
+
+}  // namespace
+
+void BringBackTasks(ProjectToModel& state) {
+  ForgetEarlierMerges(state);
+  Recordset tasks;
+  tasks.OpenDynamic("Select * from ProjectAct" + WhereMspProjId(state), state.gInterimConn.get());
+  if (state.gRebuildModel == 1) MakeAllTasksNew(tasks);
+  tasks.MoveLast();
+  tasks.MoveFirst();
+  PlanOutline outline;
+  outline.Read(tasks);
+  tasks.MoveFirst();
+  for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
+    if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
+    state.gCurrentScenario = ScenarioForTask(state, outline, tasks);
+    MergeTask(state, tasks);
+    outline.SetText1(row, tasks.Field("Text1"));
+  }
+}
+
+void MergeLinks(ProjectToModel& state) {
+  MergeTopLevelLinks(state);
+  MergeDecompositionLinks(state);
+}
+
+void MergeTopLevelLinks(ProjectToModel& state) {
+  Recordset topScenarios;
+  topScenarios.OpenDynamic(
+      "Select * from Scenario Where Parent_Num = 0 and Send_To_Project = 1" + AndMspProjId(state),
+      state.gInterimConn.get());
+  if (topScenarios.Eof()) {
+    state.gNoTopScenario = 1;
+  } else {
+    state.gCurrentScenario = ToInt16(topScenarios.Field("Num"));
+  }
+  if (state.gNoTopScenario == 1) EndOnBrokenModel(state, "Project to Celvar Translator.");
+  Recordset tasks;
+  tasks.OpenDynamic("Select * from ProjectAct where Outline = 1" + AndMspProjId(state),
+                    state.gInterimConn.get());
+  for (; !tasks.Eof(); tasks.MoveNext()) MergeLinksOfTask(state, tasks);
+}
+
+}  // namespace merivane

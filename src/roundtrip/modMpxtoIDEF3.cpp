@@ -1,0 +1,90 @@
+#include "roundtrip/modMpxtoIDEF3.h"
+
+#include "junction_cleanup.h"
+#include "merge_driver.h"
+#include "mpx_file.h"
+#include "mpx_tables.h"
+#include "neutraltext/modProjectToIDEF3.h"
+
+namespace merivane {
+
+namespace {
+
+// Into the work tables; gives the project's start date.
+std::string ReadPlan(ProjectToModel& state, const std::string& mpxFileName) {
+  OpenMpxFile(state, mpxFileName);
+  MpxLines lines(state);
+  const MpxHeader header = ReadMpxHeader(state, lines);
+  ClearWorkTables(state, header);
+  ReadResources(state, lines);
+  ReadTasks(state, lines);
+  return header.startDate;
+}
+
+void MergePlan(ProjectToModel& state, const std::string& startDate) {
+  StoreProjectHeader(state, startDate);
+  UpdateMaxIds(state);
+  BringBackTasks(state);
+  MergeLinks(state);
+  MergeResourceRequirements(state);
+  RemoveDanglingJunctions(state);
+  CollapseJunctions(state);
+}
+
+void WriteModel(ProjectToModel& state) {
+  state.nextElementNum = CountProjectTasks(state);
+  WriteProjectSummary(state);
+  WriteProcessPool(state);
+  WriteObjectPool(state);
+  WritePools(state, state.gProjectConn.get());
+  if (state.gRebuildModel == 1) {
+    WriteRebuiltScenarioList(state, state.gProjectConn.get());
+  } else {
+    state.files.Print(state.gOutFile, "Scenario List");
+    WriteScenarioLevel(state, 0, "0", 1);
+    state.files.Print(state.gOutFile, "End  Scenario List");
+  }
+  state.files.Close(state.gOutFile);
+}
+
+// The writers read through a second connection to the file, which holds all that was merged.
+void ReopenForWriters(ProjectToModel& state) {
+  state.gInterimConn->Close();
+  state.gProjectConn = std::make_unique<Connection>(state.workspace);
+  state.gProjectConn->Open(ConnectionText(state.gInterimConn->DatabaseName()));
+}
+
+bool WriteProjects(ProjectToModel& state) {
+  Recordset projects;
+  projects.OpenStatic("SELECT PROJ_ID, PROJ_NAME FROM [MSP_PROJECTS] Where PROJ_ID = " +
+                          std::to_string(state.gInterimProjId),
+                      state.gProjectConn.get());
+  if (projects.Eof()) {
+    state.desktop.ShowMessage(
+        {.text = "Database has no Project", .icon = MessageIcon::kCritical, .title = {}});
+    return false;
+  }
+  for (; !projects.Eof(); projects.MoveNext()) WriteModel(state);
+  return true;
+}
+
+}  // namespace
+
+bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
+                  const std::string& /*interimFileName*/, std::int16_t mergeFlag) {
+  try {
+    if (mergeFlag == 0) state.gRebuildModel = 1;
+    if (mergeFlag == -1) state.gRebuildModel = 0;
+    state.scenarioCounter = 0;
+    const std::string startDate = ReadPlan(state, mpxFileName);
+    MergePlan(state, startDate);
+    CloseMpxFile(state);
+    ReopenForWriters(state);
+    return WriteProjects(state);
+  } catch (const RunTimeError& error) {
+    ShowDescription(state.desktop, error);
+    return false;
+  }
+}
+
+}  // namespace merivane

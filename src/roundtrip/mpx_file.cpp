@@ -1,0 +1,111 @@
+#include "mpx_file.h"
+
+#include "mpx/mpx_durations.h"
+#include "mpx/mpx_fields.h"
+#include "runtime/conversions.h"
+#include "runtime/dates.h"
+#include "runtime/text.h"
+
+namespace merivane {
+
+namespace {
+
+constexpr char kNoteLineBreak = '\x7F';
+
+void ReadToRecord(MpxLines& lines, std::int16_t record) {
+  do {
+    lines.Read();
+  } while (lines.Record() != record);
+}
+
+void SetLayoutByResourceFields(ProjectToModel& state, const MpxLines& record40) {
+  const std::string third = record40.Field(3);
+  if (third == "Initials") state.mpxLayout = kInitialsThird;
+  if (third == "Name") state.mpxLayout = kNameThird;
+}
+
+void FindLayout(ProjectToModel& state) {
+  MpxLines lines(state);
+  ReadToRecord(lines, 40);
+  SetLayoutByResourceFields(state, lines);
+  ReadToRecord(lines, 60);
+  if (HoldsNoCase(lines.Text(), "Text2")) state.mpxLayout = kManyTexts;
+}
+
+std::string OpenAtFirstLine(ProjectToModel& state, const std::string& fileName) {
+  const std::int16_t number = state.files.FreeFile();
+  state.files.OpenForInput(number, fileName);
+  state.files.Reserve(number);
+  state.mpxInFileNo = number;
+  return state.files.ReadLine(number);
+}
+
+}  // namespace
+
+void OpenMpxFile(ProjectToModel& state, const std::string& fileName) {
+  CloseMpxFile(state);
+  state.mpxLayout = kOwnLayout;
+  if (!Holds(OpenAtFirstLine(state, fileName), "MPX")) {
+    state.desktop.ShowMessage({});
+    state.desktop.EndProgram();
+  }
+  FindLayout(state);
+  CloseMpxFile(state);
+  OpenAtFirstLine(state, fileName);
+}
+
+void CloseMpxFile(ProjectToModel& state) {
+  if (state.mpxInFileNo == 0) return;
+  state.files.Close(state.mpxInFileNo);
+  state.files.Release(state.mpxInFileNo);
+  state.mpxInFileNo = 0;
+}
+
+void MpxLines::Read() {
+  text_ = state_.files.ReadLine(state_.mpxInFileNo);
+  record_ = RecordNumber(text_);
+}
+
+void MpxLines::Advance() {
+  atEnd_ = state_.files.AtEnd(state_.mpxInFileNo);
+  if (!atEnd_) Read();
+}
+
+std::string MpxLines::Field(int n) const { return GetField(state_.desktop, text_, n); }
+
+std::string MpxLines::TextBehindFirstComma() const {
+  const std::size_t comma = text_.find(',');
+  return comma == std::string::npos ? std::string() : text_.substr(comma + 1);
+}
+
+MpxHeader ReadMpxHeader(ProjectToModel& state, MpxLines& lines) {
+  MpxHeader header;
+  const auto readTo = [&](std::int16_t record) {
+    do {
+      lines.Read();
+      header.text += lines.Text();
+    } while (lines.Record() != record);
+  };
+  readTo(11);
+  state.defaultDurationUnits = ToInt16(lines.Field(2));
+  readTo(30);
+  header.startDate = ExtractStartDate(lines.Field(6), state.codePage);
+  if (!IsDate(header.startDate)) header.startDate.clear();
+  readTo(40);
+  SetLayoutByResourceFields(state, lines);
+  return header;
+}
+
+std::string NoteWithLineBreaks(const std::string& note) {
+  std::string text;
+  for (std::size_t i = 0; i + 1 < note.size(); ++i) {
+    if (note[i] == kNoteLineBreak) {
+      text += kCrLf;
+    } else {
+      text += note[i];
+    }
+  }
+  return text;
+}
+
+}  // namespace merivane

@@ -1,0 +1,161 @@
+#include "new_elements.h"
+
+#include "runtime/conversions.h"
+#include "sql_pieces.h"
+
+namespace merivane {
+
+namespace {
+
+std::string NotesOf(Recordset& task) { return Joined(task.Field("Notes")); }
+
+std::int16_t AddActivity(ProjectToModel& state, Recordset& task, std::int16_t lastActivity) {
+  Recordset pool;
+  pool.OpenDynamic("Select * from Activity_Pool " + WhereMspProjId(state),
+                   state.gInterimConn.get());
+  pool.AddNew();
+  const std::int16_t activity = AddInt16(lastActivity, 1);
+  pool.SetField("Num", activity);
+  pool.SetField("Name", task.Field("Name"));
+  pool.SetField("Creator", "Merivane");
+  pool.SetField("Msp_ProjID", state.gInterimProjId);
+  pool.SetField("Glossary", NotesOf(task));
+  pool.Update();
+  return activity;
+}
+
+std::int16_t AddOccurrence(ProjectToModel& state, Recordset& task, std::int16_t activity,
+                           std::int16_t lastUse) {
+  const std::int16_t use = AddInt16(lastUse, 1);
+  Recordset occurrences;
+  occurrences.OpenDynamic("Select * from MSP_TASKS  Where TASK_UID > 0" + AndProjId(state),
+                          state.gInterimConn.get());
+  occurrences.AddNew();
+  occurrences.SetField("TASK_UID", activity);
+  occurrences.SetField("KV7_Scenario_HEX", state.gCurrentScenario);
+  occurrences.SetField("KV7_Proc_HEX", activity);
+  occurrences.SetField("KV7_PROCOCC_HEX", use);
+  occurrences.SetField("TASK_Name", task.Field("Name"));
+  occurrences.SetField("KV7_PROCOCC_Duration", task.Field("Duration"));
+  occurrences.SetField("Proj_ID", state.gInterimProjId);
+  occurrences.SetField("KV7_PROCOCC_Brought_Back", 1);
+  occurrences.Update();
+  return use;
+}
+
+void AddNewActivity(ProjectToModel& state, Recordset& task) {
+  Recordset project;
+  project.OpenDynamic(
+      "Select * from MSP_PROJECTS  Where Proj_ID = " + std::to_string(state.gInterimProjId),
+      state.gInterimConn.get());
+  const std::int16_t lastActivity = ToInt16(project.Field("KV7_PROJ_Max_Act_Id"));
+  const std::int16_t lastUse = ToInt16(project.Field("KV7_PROJ_Max_Use_Id"));
+  const std::int16_t activity = AddActivity(state, task, lastActivity);
+  const std::int16_t use = AddOccurrence(state, task, activity, lastUse);
+  task.SetField("Text1", use);
+  task.Update();
+  project.SetField("KV7_PROJ_Max_Act_Id", activity);
+  project.SetField("KV7_PROJ_Max_Use_Id", use);
+  project.Update();
+}
+
+// What would take a moved task out of its old scenario wants a record set and is handed the fields
+// of one, so that a plan with a moved task is refused.
+[[noreturn]] void DetachMovedTask() { throw RunTimeError(kTypeMismatch); }
+
+void TakeOverNameAndNotes(ProjectToModel& state, Recordset& task, const Value& activity) {
+  Recordset pool;
+  pool.OpenDynamic(
+      "Select * from Activity_Pool where Num = " + Joined(activity) + AndMspProjId(state),
+      state.gInterimConn.get());
+  if (pool.Eof()) return;
+  pool.SetField("Name", task.Field("Name"));
+  pool.SetField("Glossary", NotesOf(task));
+  pool.Update();
+}
+
+std::int16_t AddScenario(ProjectToModel& state, Recordset& scenarios, std::int16_t number,
+                         const Value& parent) {
+  scenarios.AddNew();
+  scenarios.SetField("Num", number);
+  scenarios.SetField("Name", "Scenario#" + std::to_string(number));
+  scenarios.SetField("Parent_Num", parent);
+  scenarios.SetField("Msp_ProjID", state.gInterimProjId);
+  scenarios.Update();
+  return number;
+}
+
+std::int16_t NextScenarioNumber(ProjectToModel& state) {
+  Recordset maximum;
+  maximum.OpenDynamic("Select Max(Num) as Max_ID from Scenario" + WhereMspProjId(state),
+                      state.gInterimConn.get());
+  if (maximum.Eof()) EndOnBrokenModel(state, "Project to Celvar Translator");
+  return AddInt16(ToInt16(maximum.Field(0)), 1);
+}
+
+std::int16_t DecompositionOf(ProjectToModel& state, const std::string& parent,
+                             Recordset& topScenarios) {
+  Recordset scenario;
+  scenario.OpenDynamic("Select * from Scenario where Parent_Num = " + parent +
+                           " and Send_To_Project = 1" + AndMspProjId(state),
+                       state.gInterimConn.get());
+  if (!scenario.Eof()) return ToInt16(scenario.Field("Num"));
+  return AddScenario(state, topScenarios, NextScenarioNumber(state), parent);
+}
+
+}  // namespace
+
+std::int16_t ScenarioForTask(ProjectToModel& state, const PlanOutline& outline, Recordset& task) {
+  Recordset topScenarios;
+  topScenarios.OpenDynamic(
+      "Select * from Scenario where Parent_Num = 0 and Send_to_Project = 1" + AndMspProjId(state),
+      state.gInterimConn.get());
+  if (Equal(task.Field("Outline"), 1)) {
+    if (topScenarios.Eof()) return AddScenario(state, topScenarios, 1, 0);
+    return ToInt16(topScenarios.Field("Num"));
+  }
+  const std::size_t parent = outline.ParentOf(task.Field("PID"));
+  return DecompositionOf(state, OccurrenceText(outline.Text1(parent)), topScenarios);
+}
+
+void MergeTask(ProjectToModel& state, Recordset& task) {
+  const Value text1 = task.Field("Text1");
+  if (IsBlank(text1) || ToDouble(text1) == 0) {
+    AddNewActivity(state, task);
+    return;
+  }
+  Recordset occurrence;
+  occurrence.OpenDynamic(
+      "Select * from MSP_TASKS where KV7_PROCOCC_HEX = " + Joined(text1) + AndProjId(state),
+      state.gInterimConn.get());
+  if (occurrence.Eof()) return;
+  const Value scenario = occurrence.Field("KV7_Scenario_HEX");
+  if (!scenario.IsNull() && !Equal(scenario, state.gCurrentScenario)) DetachMovedTask();
+  occurrence.SetField("TASK_Name", task.Field("Name"));
+  const Value stored = occurrence.Field("KV7_PROCOCC_Duration");
+  if (IsBlank(stored) || IsNumeric(stored)) {
+    occurrence.SetField("KV7_PROCOCC_Duration", task.Field("Duration"));
+  }
+  TakeOverNameAndNotes(state, task, occurrence.Field("KV7_PROC_HEX"));
+  occurrence.SetField("KV7_PROCOCC_Brought_back", 1);
+  occurrence.Update();
+}
+
+std::int16_t ModelIdOfTask(ProjectToModel& state, std::int16_t pid) {
+  Recordset task;
+  task.OpenDynamic(
+      "Select * from ProjectAct Where PID = " + std::to_string(pid) + AndMspProjId(state),
+      state.gInterimConn.get());
+  if (task.Eof()) return 0;
+  const Value text1 = task.Field("Text1");
+  return IsBlank(text1) ? std::int16_t{0} : ToInt16(text1);
+}
+
+void EndOnBrokenModel(ProjectToModel& state, const std::string& title) {
+  state.desktop.ShowMessage(
+      {.text = "Error in Translation", .icon = MessageIcon::kCritical, .title = title});
+  RestoreMousePointer(state.desktop);
+  state.desktop.EndProgram();
+}
+
+}  // namespace merivane

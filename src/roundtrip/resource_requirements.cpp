@@ -1,0 +1,118 @@
+#include "merge_driver.h"
+#include "runtime/conversions.h"
+#include "sql_pieces.h"
+
+namespace merivane {
+
+namespace {
+
+// Copies a column of the first row that the statement finds; leaves the requirement without one.
+void TakeOver(ProjectToModel& state, const std::string& sql, const char* from,
+              Recordset& requirement, const char* to) {
+  Recordset found;
+  found.OpenDynamic(sql, state.gInterimConn.get());
+  if (found.Eof()) return;
+  requirement.SetField(to, found.Field(from));
+  requirement.Update();
+}
+
+void ResolveResourceRequirements(ProjectToModel& state) {
+  Recordset requirements;
+  requirements.OpenDynamic("Select * from ProjectResReqts" + WhereMspProjId(state),
+                           state.gInterimConn.get());
+  for (; !requirements.Eof(); requirements.MoveNext()) {
+    TakeOver(state,
+             "Select * from ProjectAct where PID = " + Joined(requirements.Field("ActivityPID")) +
+                 AndMspProjId(state),
+             "Text1", requirements, "ActIdInDunmar");
+    TakeOver(state,
+             "Select * from ProjectRes where PID = " + Joined(requirements.Field("ResourcePID")) +
+                 AndMspProjId(state),
+             "Name", requirements, "ResName");
+    const Value name = requirements.Field("ResName");
+    if (name.IsNull()) continue;
+    TakeOver(state,
+             "Select * from MSP_RESOURCES where RES_UID > 0 AND RES_Name = '" + Joined(name) + "'" +
+                 AndProjId(state),
+             "KV7_OBJ_HEX", requirements, "ResIdInDunmar");
+  }
+}
+
+void ForgetEarlierAssignments(ProjectToModel& state) {
+  Recordset objects;
+  objects.OpenDynamic("Select * from Object_in_Activity_in_Scenario" + WhereMspProjId(state),
+                      state.gInterimConn.get());
+  for (; !objects.Eof(); objects.MoveNext()) {
+    objects.SetField("Brought_from_Project", 0);
+    objects.Update();
+  }
+}
+
+// A task that no occurrence stands for gets no object.
+void AddObject(ProjectToModel& state, Recordset& requirement, Recordset& objects) {
+  Recordset occurrence;
+  occurrence.OpenDynamic("Select * from MSP_TASKS where TASK_UID > 0 AND KV7_PROCOCC_HEX = " +
+                             Joined(requirement.Field("ActIdInDunmar")) + AndProjId(state),
+                         state.gInterimConn.get());
+  if (occurrence.Eof()) return;
+  objects.AddNew();
+  objects.SetField("Scenario_Num", occurrence.Field("KV7_Scenario_HEX"));
+  objects.SetField("Activity_Num", requirement.Field("ActIdInDunmar"));
+  objects.SetField("Object_Occ_Num", requirement.Field("ResIdInDunmar"));
+  objects.SetField("Object_Name", requirement.Field("ResName"));
+  objects.SetField("Qty", requirement.Field("Qty"));
+  objects.SetField("Brought_From_Project", 1);
+  objects.SetField("Msp_ProjID", state.gInterimProjId);
+  objects.Update();
+}
+
+void MergeRequirement(ProjectToModel& state, Recordset& requirement) {
+  const Value activity = requirement.Field("ActIdInDunmar");
+  const Value object = requirement.Field("ResIdInDunmar");
+  if (activity.IsNull() || object.IsNull()) return;
+  Recordset objects;
+  objects.OpenDynamic(
+      "Select * from Object_in_Activity_in_Scenario where Activity_Num = " + Joined(activity) +
+          " and Object_Occ_Num = " + Joined(object) + AndMspProjId(state),
+      state.gInterimConn.get());
+  if (objects.Eof()) {
+    AddObject(state, requirement, objects);
+    return;
+  }
+  const Value quantity = requirement.Field("Qty");
+  objects.SetField("Qty", Equal(quantity, 0) ? Value(1) : quantity);
+  objects.SetField("Brought_From_Project", 1);
+  objects.Update();
+}
+
+// Objects that were sent to the plan and aren't assigned there any more; those of a decomposed
+// occurrence stay.
+void DeleteDroppedObjects(ProjectToModel& state) {
+  Recordset objects;
+  objects.OpenDynamic(
+      "Select * from Object_in_Activity_in_Scenario where Send_To_Project = 1 and "
+      "Brought_from_Project = 0" +
+          AndMspProjId(state),
+      state.gInterimConn.get());
+  for (; !objects.Eof(); objects.MoveNext()) {
+    Recordset decomposition;
+    decomposition.OpenDynamic("Select * from Scenario where Parent_num = " +
+                                  Joined(objects.Field("Activity_num")) + AndMspProjId(state),
+                              state.gInterimConn.get());
+    if (decomposition.Eof()) objects.Delete();
+  }
+}
+
+}  // namespace
+
+void MergeResourceRequirements(ProjectToModel& state) {
+  ResolveResourceRequirements(state);
+  ForgetEarlierAssignments(state);
+  Recordset requirements;
+  requirements.OpenDynamic("Select * from ProjectResReqts" + WhereMspProjId(state),
+                           state.gInterimConn.get());
+  for (; !requirements.Eof(); requirements.MoveNext()) MergeRequirement(state, requirements);
+  if (state.gRebuildModel == 1) DeleteDroppedObjects(state);
+}
+
+}  // namespace merivane
