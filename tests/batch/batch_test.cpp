@@ -1,0 +1,222 @@
+#include "batch/batch.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "database_fixture.h"
+
+namespace merivane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Batch : public ::testing::Test {
+ protected:
+  int Run(std::vector<std::string> arguments) {
+    out.str("");
+    err.str("");
+    return RunBatch(arguments, MERIVANE_BIN, out, err);
+  }
+  int ToProject(const std::string& model, std::vector<std::string> more = {}) {
+    std::vector<std::string> arguments = {"to-project", model, "--database", plan};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Run(arguments);
+  }
+  std::vector<nlohmann::json> Log() const {
+    std::vector<nlohmann::json> lines;
+    std::istringstream text(test::ReadFile(log));
+    for (std::string line; std::getline(text, line);) lines.push_back(nlohmann::json::parse(line));
+    return lines;
+  }
+  static std::string Sample(const std::string& name) { return MERIVANE_SAMPLES "/" + name; }
+  void Replace(const std::string& path, const std::string& from, const std::string& to) const {
+    std::string text = test::ReadFile(path);
+    const auto at = text.find(from);
+    ASSERT_NE(at, std::string::npos) << from;
+    std::ofstream(path, std::ios::binary) << text.replace(at, from.size(), to);
+  }
+
+  test::TemporaryFolder folder;
+  std::string plan = folder.Path("plan.mdb");
+  std::string mpx = folder.Path("plan.mpx");
+  std::string model = folder.Path("model.txt");
+  std::string log = folder.Path("log.jsonl");
+  std::ostringstream out, err;
+};
+
+TEST_F(Batch, HelpAndVersionSucceedAndWrongUsageIsRefused) {
+  EXPECT_EQ(Run({"--help"}), kDone);
+  EXPECT_NE(out.str().find("Examples:"), std::string::npos);
+  EXPECT_EQ(Run({"--version"}), kDone);
+  const std::vector<std::string> wrong[] = {
+      {},
+      {"to-project"},
+      {"to-project", "a.txt", "--database", plan, "--overwrite", "--append"},
+      {"to-project", "a.txt", "--database", plan, "--today", "someday"},
+      {"to-model", "--output", model},
+      {"to-model", "--database", plan, "--output", model},
+      {"to-model", "--mpx", mpx, "--interim", plan, "--output", model},
+      {"to-model", "--mpx", mpx, "--interim", plan, "--overwrite", "--merge", "1", "--output",
+       model},
+      {"unknown"}};
+  for (const auto& arguments : wrong) {
+    EXPECT_EQ(Run(arguments), kRefused);
+    EXPECT_FALSE(err.str().empty());
+  }
+  EXPECT_FALSE(fs::exists(plan));
+}
+
+TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
+  EXPECT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone) << err.str();
+  EXPECT_NE(out.str().find("5 tasks, "), std::string::npos) << out.str();
+  EXPECT_NE(out.str().find("; written: " + plan + ", " + mpx), std::string::npos) << out.str();
+  EXPECT_EQ(test::ReadFile(mpx).substr(0, 4), "MPX,");
+  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
+  const auto projects = nlohmann::json::parse(out.str());
+  ASSERT_EQ(projects.size(), 1U);
+  EXPECT_EQ(projects[0]["id"], 1);
+  EXPECT_EQ(projects[0]["tasks"], 5);
+}
+
+TEST_F(Batch, AnExistingDatabaseNeedsAWordAndQuietSaysNothing) {
+  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--quiet"}), kDone);
+  EXPECT_EQ(out.str() + err.str(), "");
+  const std::string before = test::ReadFile(plan);
+  EXPECT_EQ(ToProject(Sample("workshop.txt")), kRefused);
+  EXPECT_EQ(test::ReadFile(plan), before);
+  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--append"}), kDone) << err.str();
+  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
+  const auto projects = nlohmann::json::parse(out.str());
+  ASSERT_EQ(projects.size(), 2U);
+  EXPECT_EQ(projects[1]["id"], 2);
+  EXPECT_EQ(projects[1]["name"], projects[0]["name"].get<std::string>() + "(2)");
+}
+
+TEST_F(Batch, RefusedNamesTouchNothing) {
+  const std::string database = folder.Write("plan.mdb", "precious");
+  EXPECT_EQ(ToProject(folder.Write("model.doc", ""), {"--overwrite"}), kRefused);
+  EXPECT_EQ(ToProject(Sample("workshop.txt"), {"--overwrite", "--mpx", "plan.doc"}), kRefused);
+  EXPECT_EQ(ToProject(folder.Path("none.txt"), {"--overwrite", "--log", log}), kFailed);
+  EXPECT_EQ(Log().at(0)["text"], "cannot open the celvar input text file");
+  EXPECT_EQ(Log().at(0)["title"], "IDEF3 to Project 2000");
+  EXPECT_EQ(ToProject(Sample("workshop.txt"), {"--append"}), kRefused);
+  EXPECT_EQ(test::ReadFile(database), "precious");
+}
+
+TEST_F(Batch, AFileOfAnotherKindShowsTheReadersBoxesAndFails) {
+  const std::string wrong = folder.Write("wrong.txt", "Just a letter.\n");
+  EXPECT_EQ(ToProject(wrong, {"--log", log}), kDoneWithMessages);
+  EXPECT_NE(err.str().find("Celvar input text file is not valid"), std::string::npos);
+  const auto lines = Log();
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0], (nlohmann::json{{"text", "Celvar input text file is not valid"},
+                                      {"title", "IDEF3 to Project 2000"},
+                                      {"icon", "critical"},
+                                      {"buttons", "ok"},
+                                      {"answer", "ok"}}));
+  EXPECT_EQ(lines[1]["title"], "Error");
+}
+
+TEST_F(Batch, ChoiceIsTakenFromTheCommandLineOrTheUserCancels) {
+  EXPECT_EQ(ToProject(Sample("harbour.txt"), {"--log", log}), kFailed);
+  const auto lines = Log();
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0]["chooser"]["label1"], "Multiple scenarios found.");
+  EXPECT_TRUE(lines[0]["chooser"]["answer"].is_null());
+  EXPECT_EQ(lines[1]["buttons"], "yesno");
+  EXPECT_EQ(lines[1]["answer"], "yes");
+  const std::string first = lines[0]["chooser"]["items"][0];
+  EXPECT_NE(err.str().find(first), std::string::npos);
+
+  EXPECT_EQ(ToProject(Sample("harbour.txt"), {"--overwrite", "--choose", first, "--log", log}),
+            kDone)
+      << err.str();
+  EXPECT_EQ(Log().at(0)["chooser"]["answer"], first);
+}
+
+TEST_F(Batch, CodePageAndTodayReachTheMpxFile) {
+  ASSERT_EQ(ToProject(Sample("workshop.txt"),
+                      {"--mpx", mpx, "--code-page", "932", "--today", "2/3/2026"}),
+            kDone);
+  const std::string text = test::ReadFile(mpx);
+  EXPECT_EQ(text.substr(0, text.find("\r\n")), "MPX,Microsoft Project for Windows,4.0,932");
+  EXPECT_NE(text.find("30," + mpx + ", Vorn,,,2/3/2026\r\n"), std::string::npos);
+}
+
+TEST_F(Batch, ToModelFindsTheProjectByIdOrNameAndGuardsTheOutput) {
+  ASSERT_EQ(ToProject(Sample("workshop.txt")), kDone);
+  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
+  const std::string name = nlohmann::json::parse(out.str())[0]["name"];
+  const auto toModel = [&](const std::string& project, std::vector<std::string> more = {}) {
+    std::vector<std::string> arguments = {"to-model", "--database", plan, "--project",
+                                          project,    "--output",   model};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Run(arguments);
+  };
+  const std::string before = test::ReadFile(plan);
+  EXPECT_EQ(toModel("nothing like it"), kRefused);
+  EXPECT_NE(err.str().find(name), std::string::npos);
+  EXPECT_FALSE(fs::exists(model));
+  EXPECT_EQ(toModel(name), kDone) << err.str();
+  EXPECT_EQ(test::ReadFile(model).substr(0, 19), "Dunmar Neutral Text");
+  EXPECT_EQ(toModel("1"), kRefused);
+  EXPECT_EQ(toModel("1", {"--force"}), kDone) << err.str();
+  EXPECT_EQ(test::ReadFile(plan), before);
+}
+
+TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
+  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone);
+  const std::string before = test::ReadFile(plan);
+  Replace(mpx, "70,1,1,", "70,1,1,Newly ");
+  const auto merge = [&](const std::string& project, std::vector<std::string> more = {}) {
+    std::vector<std::string> arguments = {"to-model", "--mpx", mpx,        "--interim", plan,
+                                          "--merge",  project, "--output", model,       "--force"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Run(arguments);
+  };
+  EXPECT_EQ(merge("7"), kRefused);
+  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_EQ(merge("1"), kDone) << err.str();
+  EXPECT_NE(test::ReadFile(model).find("  Name:  Newly "), std::string::npos);
+  EXPECT_EQ(test::ReadFile(plan + ".bak"), before);
+  EXPECT_EQ(merge("1"), kDone) << err.str();
+  EXPECT_TRUE(fs::exists(plan + ".bak2"));
+  EXPECT_EQ(merge("1", {"--no-backup"}), kDone) << err.str();
+  EXPECT_FALSE(fs::exists(plan + ".bak3"));
+}
+
+TEST_F(Batch, AStoppedMergeNamesTheCopy) {
+  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone);
+  folder.Write("plan.mpx", test::ReadFile(mpx).substr(0, 900));
+  EXPECT_EQ(Run({"to-model", "--mpx", mpx, "--interim", plan, "--merge", "1", "--output", model}),
+            kFailed);
+  EXPECT_NE(err.str().find(plan + ".bak"), std::string::npos) << err.str();
+}
+
+TEST_F(Batch, OverwriteBuildsANewModelFromThePlanAlone) {
+  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone);
+  EXPECT_EQ(Run({"to-model", "--mpx", mpx, "--interim", folder.Path("fresh.mdb"), "--overwrite",
+                 "--output", model}),
+            kDone)
+      << err.str();
+  EXPECT_NE(test::ReadFile(model).find("Scenario#1"), std::string::npos);
+  EXPECT_EQ(Run({"to-model", "--mpx", folder.Path("none.mpx"), "--interim", plan, "--overwrite",
+                 "--output", folder.Path("other.txt")}),
+            kFailed);
+  EXPECT_FALSE(fs::exists(folder.Path("other.txt")));
+}
+
+TEST_F(Batch, RealPlanDatabasesComeOutAsText) {
+  const std::string source = MERIVANE_PLANS "/mpp9relations.mpd";
+  if (!fs::exists(source)) GTEST_SKIP() << "no real plans beside this clone";
+  fs::copy_file(source, plan);
+  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone) << err.str();
+  const auto projects = nlohmann::json::parse(out.str());
+  ASSERT_EQ(projects.size(), 1U);
+  EXPECT_EQ(projects[0]["tasks"], 5);
+  EXPECT_NE(Run({"to-model", "--database", plan, "--project", "1", "--output", model}), kRefused);
+  EXPECT_NE(test::ReadFile(model).find("Process Occurrence List"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace merivane

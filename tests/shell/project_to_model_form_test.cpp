@@ -1,0 +1,245 @@
+#include "database_fixture.h"
+#include "shell/frmDBMerge.h"
+#include "shell/frmMain.h"
+#include "shell/project_list.h"
+
+namespace merivane {
+namespace {
+
+using test::DatabaseFixture;
+
+class ProjectToModelForm : public DatabaseFixture {
+ protected:
+  ProjectToModelForm() { form.Show(); }
+
+  void AddProject(const Value& id, const Value& name) {
+    auto connection = Connect();
+    Recordset projects;
+    projects.OpenDynamic("select * from MSP_PROJECTS", connection.get());
+    projects.AddNew({"PROJ_ID", "PROJ_NAME"}, {id, name});
+  }
+  void AddTask(const Value& outline) {
+    auto connection = Connect();
+    Recordset tasks;
+    tasks.OpenDynamic("select * from MSP_TASKS", connection.get());
+    tasks.AddNew({"PROJ_ID", "TASK_UID", "TASK_NAME", "TASK_OUTLINE_LEVEL", "TASK_OUTLINE_NUM"},
+                 {4, 1, "Dig", 1, outline});
+  }
+  void BrowseDatabase() {
+    desktop.fileNames.push_back(databasePath);
+    form.cmdBrowseDatabase();
+  }
+  void BrowseInterim(const std::string& path) {
+    desktop.fileNames.push_back(path);
+    form.cmdInterimDB();
+  }
+  std::string Output(const std::string& name) {
+    desktop.fileNames.push_back(folder.Path(name));
+    form.cmdBrowseText();
+    return folder.Path(name);
+  }
+
+  ProjectToModel& state = program->projectToModel;
+  frmMain main{*program};
+  frmProjectToIDEF3& form = main.projectToModel;
+};
+
+constexpr const char* kNoProject = "Database has no Project or no task_outline_num value.";
+
+TEST_F(ProjectToModelForm, AListOfProjectsNeedsNamesAndAnOutlinedFirstTask) {
+  BrowseDatabase();
+  AddProject(4, "Yard");
+  BrowseDatabase();
+  EXPECT_EQ(desktop.MessageTexts(), (std::vector<std::string>{kNoProject, kNoProject}));
+  EXPECT_EQ(form.txtDatabase.text, "");
+  EXPECT_FALSE(state.gProjectConn);
+
+  AddTask("1");
+  BrowseDatabase();
+  EXPECT_EQ(form.txtDatabase.text, databasePath);
+  EXPECT_TRUE(form.comboProject.enabled);
+  ASSERT_EQ(form.comboProject.entries.size(), 1U);
+  EXPECT_EQ(form.comboProject.entries[0].itemData, 4);
+
+  AddProject(5, Value());
+  AddProject(6, "Never reached");
+  BrowseDatabase();
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            "Project id or project name is empty.  Please check table MSP_PROJECTS.");
+  EXPECT_EQ(form.comboProject.entries.size(), 1U);
+  EXPECT_FALSE(state.gProjectConn);
+}
+
+TEST_F(ProjectToModelForm, DatabaseTabChecksInOrderAndWritesTheText) {
+  form.cmdOK();
+  AddProject(4, "Yard");
+  AddTask("1");
+  BrowseDatabase();
+  form.cmdOK();
+  form.comboProject.listIndex = 0;
+  form.comboProject_Click();
+  form.cmdOK();
+  EXPECT_EQ(desktop.MessageTexts(),
+            (std::vector<std::string>{"Please Select MS Project 2000 Database",
+                                      "Please Select Project Name",
+                                      "Please Select Target Celvar Text Filename"}));
+  const std::string output = Output("model.txt");
+  form.cmdOK();
+  EXPECT_EQ(form.GenerateResult, true);
+  EXPECT_FALSE(form.IsLoaded());
+  EXPECT_NE(test::ReadFile(output).find("  Name:  Dig\r\n"), std::string::npos);
+  EXPECT_EQ(desktop.shown.size(), 3U);
+}
+
+TEST_F(ProjectToModelForm, ATabWithAnotherCaptionHasNoSource) {
+  form.SSTabInput = "Somewhere else";
+  form.cmdOK();
+  EXPECT_EQ(desktop.MessageTexts().back(), "Please Select Source Type");
+}
+
+TEST_F(ProjectToModelForm, ASecondTargetClosesTheFirstAndBothAreEmptied) {
+  const std::string first = folder.Write("first.txt", "old");
+  const std::string second = folder.Write("second.txt", "old");
+  Output("first.txt");
+  const std::int16_t number = state.gOutFile;
+  Output("second.txt");
+  EXPECT_EQ(state.gOutFile, number);
+  EXPECT_EQ(test::ReadFile(first) + test::ReadFile(second), "");
+  desktop.fileNames.push_back(folder.Path("no folder/third.txt"));
+  form.cmdBrowseText();
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            "Cannot Open Output File: " + folder.Path("no folder/third.txt"));
+}
+
+TEST_F(ProjectToModelForm, MpxTabChecksInOrder) {
+  form.SSTabInput = form.kMpxTab;
+  form.cmdOK();
+  desktop.fileNames.push_back("plan.mpx");
+  form.cmdBrowseMPX();
+  form.cmdOK();
+  form.txtInterimDB.text = "typed.mdb";
+  form.cmdOK();
+  EXPECT_EQ(desktop.MessageTexts(),
+            (std::vector<std::string>{"Please Select a MPX txt file",
+                                      "Please Give an Interim Access Database Filename",
+                                      "Please Select Target Celvar Text Filename."}));
+}
+
+TEST_F(ProjectToModelForm, NewInterimNameSkipsTheQuestion) {
+  state.gRoundTripMerge = true;
+  BrowseInterim(folder.Path("fresh.mdb"));
+  EXPECT_FALSE(state.gRoundTripMerge);
+  EXPECT_EQ(state.gInterimProjId, 1);
+  EXPECT_TRUE(state.gInterimConn && state.gInterimConn->IsOpen());
+}
+
+TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
+  desktop.templatePath = folder.Path("none.mdb");
+  BrowseInterim(folder.Path("fresh.mdb"));
+  ASSERT_EQ(desktop.shown.size(), 2U);
+  const auto& box = std::get<ScriptedDesktop::ShownMessage>(desktop.shown[1]).message;
+  EXPECT_EQ(box.title, "Error");
+  EXPECT_EQ(box.icon, MessageIcon::kExclamation);
+  EXPECT_EQ(desktop.beeps, 1);
+}
+
+TEST_F(ProjectToModelForm, CancelWithTheFlagFalseOverwrites) {
+  AddProject(4, "Yard");
+  desktop.modalHandler = [](ModalForm& shown) { dynamic_cast<frmDBMerge&>(shown).CmdCancel(); };
+  BrowseInterim(databasePath);
+  EXPECT_EQ(test::CountRows(*state.gInterimConn, "MSP_PROJECTS"), 0U);
+  EXPECT_TRUE(form.IsVisible());
+}
+
+TEST_F(ProjectToModelForm, MergeNeedsAProjectAndKeepsTheConnection) {
+  AddProject(4, "Yard");
+  AddTask("1");
+  desktop.modalHandler = [&](ModalForm& shown) {
+    auto& merge = dynamic_cast<frmDBMerge&>(shown);
+    EXPECT_FALSE(merge.comboInterimProject.enabled);
+    merge.OptMerge();
+    merge.CmdOK();
+    EXPECT_TRUE(merge.IsLoaded());
+    EXPECT_EQ(desktop.MessageTexts().back(), "Please Select a Project to be merged.");
+    merge.comboInterimProject.listIndex = 0;
+    merge.comboInterimProject_Click();
+    merge.CmdOK();
+    EXPECT_FALSE(merge.IsLoaded());
+  };
+  BrowseInterim(databasePath);
+  EXPECT_TRUE(state.gRoundTripMerge);
+  EXPECT_EQ(state.gInterimProjId, 4);
+  EXPECT_TRUE(state.gInterimConn->IsOpen());
+}
+
+TEST_F(ProjectToModelForm, MergeOfAnEmptyDatabaseIsRefusedAndTheBoxEmptied) {
+  desktop.modalHandler = [](ModalForm& shown) {
+    auto& merge = dynamic_cast<frmDBMerge&>(shown);
+    merge.OptMerge();
+    merge.CmdCancel();
+  };
+  BrowseInterim(databasePath);
+  EXPECT_EQ(
+      desktop.MessageTexts(),
+      (std::vector<std::string>{
+          kNoProject, "The selected database cannot be merged.  Choose overwrite and retry."}));
+  EXPECT_EQ(form.txtInterimDB.text, "");
+}
+
+TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {
+  main.paths.gCelvarPath = "celvar";
+  AddProject(4, "Yard");
+  AddTask("1");
+  BrowseDatabase();
+  form.comboProject.listIndex = 0;
+  form.comboProject_Click();
+  const std::string output = Output("a model.txt");
+  form.optLaunchCelvar.checked = true;
+  form.cmdOK();
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            "There are spaces in the target directory or file name.\r\nThe target file \r\n" +
+                output + "\r\nhas been generated. \r\nPlease import it from Celvar.");
+  EXPECT_EQ(desktop.startedCommands, std::vector<std::string>{"celvar"});
+  form.optLaunchCelvar_Click();
+  EXPECT_EQ(desktop.MessageTexts().back(), "Vorn Celvar not installed.");
+}
+
+TEST_F(ProjectToModelForm, PathsDialogListsThreeHeadingsAndValues) {
+  desktop.registry[kCelvarKey] = "C:\\Celvar\\c.exe";
+  desktop.registry[kProject98Key] = "\"C:\\Old P\\p.exe\" \"%1\"";
+  main.mnuPath();
+  EXPECT_EQ(main.options.listPaths,
+            (std::vector<std::string>{
+                "Vorn Celvar7 Path: ", std::string(18, ' ') + "C:\\Celvar\\c.exe",
+                "MS Project 2000 Path: ", std::string(17, ' ') + "not installed.",
+                "MS Project 98 Path: ", std::string(17, ' ') + "\"C:\\Old P\\p.exe\" "}));
+}
+
+TEST_F(ProjectToModelForm, CommandPathsAreCutAtThePlaceholder) {
+  struct Case {
+    const char* value;
+    std::string expected;
+  };
+  const Case cases[] = {{"C:\\P\\app.exe \"%1\"", "C:\\P\\app.exe "},
+                        {"C:\\P\\app.exe %1", "C:\\P\\app.exe"},
+                        {"app.exe", std::string("app.exe\0", 8)},
+                        {"%1", std::string("%1\0", 3)}};
+  for (const Case& c : cases) {
+    desktop.registry["k"] = c.value;
+    EXPECT_EQ(GetCommandPath(desktop, "k"), c.expected) << c.value;
+  }
+  desktop.startResult = false;
+  ExecuteApp(desktop, std::string("app.exe\0 x", 10));
+  EXPECT_EQ(desktop.MessageTexts().back(), "Unable to launch 'app.exe");
+}
+
+TEST_F(ProjectToModelForm, AMissingHomePageIsTold) {
+  desktop.webPageResult = 2;
+  main.mnuAboutVorn();
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            std::string("Cannot launch the default browser or site ") + frmMain::HomePage() +
+                " not found.");
+}
+
+}  // namespace
+}  // namespace merivane
