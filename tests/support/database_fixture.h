@@ -4,16 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "neutraltext/modGlobal.h"
@@ -22,6 +17,7 @@
 #include "store/connection.h"
 #include "store/interim_db.h"
 #include "store/recordset.h"
+#include "temporary_folder.h"
 
 namespace merivane {
 
@@ -34,41 +30,6 @@ inline std::string Shown(const Value& value) {
 inline void PrintTo(const Value& value, std::ostream* out) { *out << Shown(value); }
 
 namespace test {
-
-// Removed with all it holds when it goes out of scope.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    static std::atomic<int> count{0};
-    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-    root_ = std::filesystem::temp_directory_path() /
-            ("merivane-test-" + std::to_string(now) + "-" + std::to_string(++count));
-    std::filesystem::create_directories(root_);
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string Path(const std::string& name) const { return (root_ / name).string(); }
-
-  // Writes the bytes as they are; gives the file's path.
-  std::string Write(const std::string& name, std::string_view bytes) const {
-    std::ofstream(Path(name), std::ios::binary).write(bytes.data(), std::ssize(bytes));
-    return Path(name);
-  }
-
- private:
-  std::filesystem::path root_;
-};
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file.is_open()) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 inline std::string TemplateDatabase() { return MERIVANE_BIN "/MerivaneTemplate.mdb"; }
 
