@@ -79,7 +79,7 @@ class Desktop {
   // Waits with the windows painted; nothing where there is no window.
   virtual void Sleep(int /*milliseconds*/) {}
 
-  [[noreturn]] virtual void EndProgram() { throw ProgramEnd(); }
+  [[noreturn]] void EndProgram() { throw ProgramEnd(); }
 
   // Directory of the program's file, without a separator at its end.
   virtual std::string AppPath() const = 0;
