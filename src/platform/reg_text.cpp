@@ -1,6 +1,8 @@
 #include "reg_text.h"
 
+#include <algorithm>
 #include <charconv>
+#include <system_error>
 
 #include "runtime/code_page.h"
 #include "runtime/text.h"

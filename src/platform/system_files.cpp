@@ -1,8 +1,10 @@
 #include "system_files.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 namespace merivane {
 namespace {
@@ -54,7 +56,8 @@ std::optional<std::vector<std::string>> ReadSystemLines(const std::filesystem::p
   std::vector<std::string> lines;
   for (std::size_t from = 0; from < text.size();) {
     const std::size_t end = std::min(text.find_first_of("\r\n", from), text.size());
-    lines.emplace_back(Stripped(std::string_view(text).substr(from, end - from)));
+    const std::string_view line = Stripped(std::string_view(text).substr(from, end - from));
+    if (!line.empty()) lines.emplace_back(line);
     from = end + 1;
   }
   return lines;

@@ -13,7 +13,8 @@ namespace merivane {
 std::filesystem::path UserFolder();
 
 // Lines of a text file in UTF-8 or, with a byte order mark, in UTF-16; nothing where it can't be
-// read. The lines come in UTF-8, without their ends and without blanks or tabs around.
+// read. The lines come in UTF-8, without their ends and without blanks or tabs around; empty ones
+// are left out.
 [[nodiscard]] std::optional<std::vector<std::string>> ReadSystemLines(
     const std::filesystem::path& file);
 

@@ -5,10 +5,9 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "runtime/run_time_error.h"
+#include "temporary_folder.h"
 
 namespace merivane {
 namespace {
@@ -17,24 +16,11 @@ namespace fs = std::filesystem;
 
 class TextFilesTest : public testing::Test {
  protected:
-  TextFilesTest() {
-    std::string pattern = (fs::temp_directory_path() / "text_files_XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~TextFilesTest() override { fs::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-
+  std::string Path(const std::string& name) const { return folder_.Path(name); }
   std::string Make(const std::string& name, const std::string& content) const {
-    std::ofstream(Path(name), std::ios::binary) << content;
-    return Path(name);
+    return folder_.Write(name, content);
   }
-
-  std::string Content(const std::string& name) const {
-    std::ostringstream content;
-    content << std::ifstream(Path(name), std::ios::binary).rdbuf();
-    return content.str();
-  }
+  std::string Content(const std::string& name) const { return test::ReadFile(Path(name)); }
 
   std::vector<std::string> Lines(const std::string& content) {
     std::vector<std::string> lines;
@@ -54,7 +40,7 @@ class TextFilesTest : public testing::Test {
     return 0;
   }
 
-  fs::path folder_;
+  test::TemporaryFolder folder_;
   TextFiles files_;
 };
 
@@ -140,8 +126,8 @@ TEST_F(TextFilesTest, OpeningFailsByTheReason) {
   EXPECT_EQ(input(Path("none/file")), kPathNotFound);
   EXPECT_EQ(output(Path("none/file")), kPathNotFound);
   EXPECT_EQ(output(Path("file/below")), kPathNotFound);
-  EXPECT_EQ(input(folder_.string()), kPathFileAccessError);
-  EXPECT_EQ(output(folder_.string()), kPathFileAccessError);
+  EXPECT_EQ(input(Path(".")), kPathFileAccessError);
+  EXPECT_EQ(output(Path(".")), kPathFileAccessError);
   EXPECT_EQ(input(""), kPathFileAccessError);
   EXPECT_EQ(files_.FreeFile(), 1);
   files_.OpenForInput(1, Path("file"));

@@ -1,0 +1,98 @@
+#include "platform/program_start.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <thread>
+
+#include "environment.h"
+#include "temporary_folder.h"
+
+namespace merivane {
+namespace {
+
+class ProgramStartTest : public testing::Test {
+ protected:
+  std::string Script(const std::string& name, const std::string& body) const {
+    const std::string path = folder_.Write(name, "#!/bin/sh\n" + body);
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    return path;
+  }
+
+  // What a started program wrote under its own name once it was done.
+  std::string Output() const {
+    for (int i = 0; i < 1000 && !std::filesystem::exists(folder_.Path("out")); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    std::string output = test::ReadFile(folder_.Path("out"));
+    std::filesystem::remove(folder_.Path("out"));
+    return output;
+  }
+
+  // Prints its arguments line by line into `out`, in one step.
+  std::string Printer(const std::string& name) const {
+    return Script(name, "printf '%s\\n' \"$@\" > '" + folder_.Path("part") + "'\nmv '" +
+                            folder_.Path("part") + "' '" + folder_.Path("out") + "'\n");
+  }
+
+  test::TemporaryFolder folder_;
+};
+
+TEST_F(ProgramStartTest, WordsEndAtBlanksOutsideQuotes) {
+  const std::string plain = Printer("plain");
+  const std::string blank = Printer("with blank");
+  const std::pair<std::string, std::string> cases[] = {
+      {plain + "  one \t two", "one\ntwo\n"},
+      {"\"" + blank + "\" \"a  b\"c \"\" $HOME * \\x 'q r'", "a  bc\n\n$HOME\n*\n\\x\n'q\nr'\n"},
+      {plain + " \"open end", "open end\n"},
+      {plain + std::string(" seen\0 unseen", 13), "seen\n"},
+  };
+  for (const auto& [commandLine, output] : cases) {
+    ASSERT_TRUE(StartDetached(commandLine)) << commandLine;
+    EXPECT_EQ(Output(), output) << commandLine;
+  }
+}
+
+TEST_F(ProgramStartTest, TheProgramLivesOnItsOwn) {
+  const std::string pipe = folder_.Path("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::string path =
+      Script("waits", "read line < '" + pipe + "'\necho $$ $line > '" + folder_.Path("part") +
+                          "'\nmv '" + folder_.Path("part") + "' '" + folder_.Path("out") +
+                          "'\nread line < '" + pipe + "'\n");
+  ASSERT_TRUE(StartDetached(path));
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+  std::ofstream(pipe) << "go\n";
+  const std::string output = Output();
+  EXPECT_TRUE(output.ends_with(" go\n")) << output;
+  EXPECT_NE(getsid(std::stoi(output)), getsid(0));
+  std::ofstream(pipe) << "end\n";
+}
+
+TEST_F(ProgramStartTest, WhatIsNoProgramIsToldSo) {
+  const std::string text = folder_.Write("text", "no program");
+  for (const std::string& commandLine :
+       {std::string(), std::string("  "), std::string("\"\" x"), folder_.Path("none"),
+        folder_.Path("."), text, std::string("merivane-no-such-program x")}) {
+    EXPECT_FALSE(StartDetached(commandLine)) << commandLine;
+  }
+}
+
+TEST_F(ProgramStartTest, PagesGoToTheDesktopsOpener) {
+  const test::EnvironmentVariable path("PATH");
+  const std::string saved = std::getenv("PATH");
+  path.Set(folder_.Path("."));
+  EXPECT_EQ(OpenInBrowser("https://example.org/"), 2);
+  Printer("xdg-open");
+  path.Set(folder_.Path(".") + ":" + saved);
+  EXPECT_GE(OpenInBrowser("https://example.org/a b?\"c\""), 33);
+  EXPECT_EQ(Output(), "https://example.org/a b?\"c\"\n");
+}
+
+}  // namespace
+}  // namespace merivane
