@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Installs the build into a scratch root, and the Debian package where cpack makes one, and runs a
+# translation from each: check-package.sh BUILD_FOLDER SAMPLE.
+set -euo pipefail
+build=$(realpath "$1")
+sample=$(realpath "$2")
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+translate() {
+  local root=$1
+  for file in bin/merivane-batch share/man/man1/merivane-batch.1 \
+    share/applications/merivane.desktop share/mime/packages/merivane.xml \
+    share/icons/hicolor/scalable/apps/merivane.svg \
+    share/metainfo/example.vorn.merivane.metainfo.xml \
+    share/bash-completion/completions/merivane-batch; do
+    [ -e "$root/usr/$file" ] || { echo "missing in $root: usr/$file" >&2; exit 1; }
+  done
+  rm -f "$scratch"/plan.*
+  "$root/usr/bin/merivane-batch" to-project "$sample" --database "$scratch/plan.mdb" \
+    --mpx "$scratch/plan.mpx"
+  grep -q '^70,1,1,' "$scratch/plan.mpx"
+}
+
+DESTDIR=$scratch/installed cmake --install "$build" --prefix /usr > /dev/null
+translate "$scratch/installed"
+
+(cd "$scratch" && cpack --config "$build/CPackConfig.cmake" -B "$scratch/packages" > /dev/null)
+dpkg-deb -x "$scratch"/packages/*.deb "$scratch/unpacked"
+translate "$scratch/unpacked"
