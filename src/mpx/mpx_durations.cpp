@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "mpx/mpx_format.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
@@ -13,7 +14,6 @@ namespace {
 constexpr double kMinutesPerDay = 480;
 constexpr double kHoursPerDay = 8;
 constexpr double kDaysPerWeek = 5;
-constexpr std::int32_t kJapaneseCodePage = 932;
 constexpr std::size_t kJapaneseDateLength = 8;
 
 std::string Days(std::string_view number, char unit) {

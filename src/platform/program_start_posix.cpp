@@ -62,6 +62,7 @@ void WaitFor(pid_t child) {
 bool StartWords(std::vector<std::string> words) {
   if (words.empty() || words.front().empty()) return false;
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   int report[2];

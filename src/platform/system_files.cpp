@@ -71,8 +71,8 @@ std::string_view Stripped(std::string_view text) {
 
 std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst) {
   const auto unit = [&](std::size_t at) -> char32_t {
-    const auto first = static_cast<unsigned char>(bytes[at]);
-    const auto second = static_cast<unsigned char>(bytes[at + 1]);
+    const char32_t first = static_cast<unsigned char>(bytes[at]);
+    const char32_t second = static_cast<unsigned char>(bytes[at + 1]);
     return lowFirst ? first | second << 8U : first << 8U | second;
   };
   std::string text;

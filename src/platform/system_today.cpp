@@ -10,6 +10,7 @@
 namespace merivane {
 namespace {
 
+constexpr std::int64_t kSecondsOfDay = 86400;
 constexpr std::int64_t kLastSecond = 253402300799;  // of the year 9999
 
 std::optional<std::int64_t> SourceDateEpoch() {
@@ -28,7 +29,7 @@ std::optional<std::int64_t> SourceDateEpoch() {
 DateTime SystemToday() {
   if (const auto epoch = SourceDateEpoch()) {
     const std::chrono::year_month_day day(
-        std::chrono::sys_days(std::chrono::days(*epoch / (24 * 60 * 60))));
+        std::chrono::sys_days(std::chrono::days(*epoch / kSecondsOfDay)));
     return {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
             static_cast<int>(static_cast<unsigned>(day.day())), 0};
   }

@@ -13,7 +13,7 @@ namespace merivane {
 namespace {
 
 constexpr std::int16_t kLastNumber = 511;
-constexpr std::size_t kChunk = 256 * 1024;
+constexpr std::size_t kChunk = 262144;
 
 [[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, OpenMode mode) {
   switch (failure) {

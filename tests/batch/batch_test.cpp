@@ -67,7 +67,7 @@ TEST_F(Batch, HelpAndVersionSucceedAndWrongUsageIsRefused) {
 }
 
 TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
-  EXPECT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone) << err.str();
+  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone) << err.str();
   EXPECT_NE(out.str().find("5 tasks, "), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("; written: " + plan + ", " + mpx), std::string::npos) << out.str();
   EXPECT_EQ(test::ReadFile(mpx).substr(0, 4), "MPX,");
@@ -79,12 +79,12 @@ TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
 }
 
 TEST_F(Batch, AnExistingDatabaseNeedsAWordAndQuietSaysNothing) {
-  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--quiet"}), kDone);
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--quiet"}), kDone);
   EXPECT_EQ(out.str() + err.str(), "");
   const std::string before = test::ReadFile(plan);
-  EXPECT_EQ(ToProject(Sample("workshop.txt")), kRefused);
+  EXPECT_EQ(ToProject(Sample("onboarding.txt")), kRefused);
   EXPECT_EQ(test::ReadFile(plan), before);
-  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--append"}), kDone) << err.str();
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kDone) << err.str();
   ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
   const auto projects = nlohmann::json::parse(out.str());
   ASSERT_EQ(projects.size(), 2U);
@@ -95,11 +95,11 @@ TEST_F(Batch, AnExistingDatabaseNeedsAWordAndQuietSaysNothing) {
 TEST_F(Batch, RefusedNamesTouchNothing) {
   const std::string database = folder.Write("plan.mdb", "precious");
   EXPECT_EQ(ToProject(folder.Write("model.doc", ""), {"--overwrite"}), kRefused);
-  EXPECT_EQ(ToProject(Sample("workshop.txt"), {"--overwrite", "--mpx", "plan.doc"}), kRefused);
+  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--overwrite", "--mpx", "plan.doc"}), kRefused);
   EXPECT_EQ(ToProject(folder.Path("none.txt"), {"--overwrite", "--log", log}), kFailed);
   EXPECT_EQ(Log().at(0)["text"], "cannot open the celvar input text file");
   EXPECT_EQ(Log().at(0)["title"], "IDEF3 to Project 2000");
-  EXPECT_EQ(ToProject(Sample("workshop.txt"), {"--append"}), kRefused);
+  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kRefused);
   EXPECT_EQ(test::ReadFile(database), "precious");
 }
 
@@ -118,7 +118,7 @@ TEST_F(Batch, AFileOfAnotherKindShowsTheReadersBoxesAndFails) {
 }
 
 TEST_F(Batch, ChoiceIsTakenFromTheCommandLineOrTheUserCancels) {
-  EXPECT_EQ(ToProject(Sample("harbour.txt"), {"--log", log}), kFailed);
+  EXPECT_EQ(ToProject(Sample("bakery.txt"), {"--log", log}), kFailed);
   const auto lines = Log();
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[0]["chooser"]["label1"], "Multiple scenarios found.");
@@ -128,14 +128,14 @@ TEST_F(Batch, ChoiceIsTakenFromTheCommandLineOrTheUserCancels) {
   const std::string first = lines[0]["chooser"]["items"][0];
   EXPECT_NE(err.str().find(first), std::string::npos);
 
-  EXPECT_EQ(ToProject(Sample("harbour.txt"), {"--overwrite", "--choose", first, "--log", log}),
+  EXPECT_EQ(ToProject(Sample("bakery.txt"), {"--overwrite", "--choose", first, "--log", log}),
             kDone)
       << err.str();
   EXPECT_EQ(Log().at(0)["chooser"]["answer"], first);
 }
 
 TEST_F(Batch, CodePageAndTodayReachTheMpxFile) {
-  ASSERT_EQ(ToProject(Sample("workshop.txt"),
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"),
                       {"--mpx", mpx, "--code-page", "932", "--today", "2/3/2026"}),
             kDone);
   const std::string text = test::ReadFile(mpx);
@@ -144,7 +144,7 @@ TEST_F(Batch, CodePageAndTodayReachTheMpxFile) {
 }
 
 TEST_F(Batch, ToModelFindsTheProjectByIdOrNameAndGuardsTheOutput) {
-  ASSERT_EQ(ToProject(Sample("workshop.txt")), kDone);
+  ASSERT_EQ(ToProject(Sample("onboarding.txt")), kDone);
   ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
   const std::string name = nlohmann::json::parse(out.str())[0]["name"];
   const auto toModel = [&](const std::string& project, std::vector<std::string> more = {}) {
@@ -165,7 +165,7 @@ TEST_F(Batch, ToModelFindsTheProjectByIdOrNameAndGuardsTheOutput) {
 }
 
 TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
-  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone);
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
   const std::string before = test::ReadFile(plan);
   Replace(mpx, "70,1,1,", "70,1,1,Newly ");
   const auto merge = [&](const std::string& project, std::vector<std::string> more = {}) {
@@ -186,7 +186,7 @@ TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
 }
 
 TEST_F(Batch, AStoppedMergeNamesTheCopy) {
-  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone);
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
   folder.Write("plan.mpx", test::ReadFile(mpx).substr(0, 900));
   EXPECT_EQ(Run({"to-model", "--mpx", mpx, "--interim", plan, "--merge", "1", "--output", model}),
             kFailed);
@@ -194,7 +194,7 @@ TEST_F(Batch, AStoppedMergeNamesTheCopy) {
 }
 
 TEST_F(Batch, OverwriteBuildsANewModelFromThePlanAlone) {
-  ASSERT_EQ(ToProject(Sample("workshop.txt"), {"--mpx", mpx}), kDone);
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
   EXPECT_EQ(Run({"to-model", "--mpx", mpx, "--interim", folder.Path("fresh.mdb"), "--overwrite",
                  "--output", model}),
             kDone)

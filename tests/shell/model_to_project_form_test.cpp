@@ -96,7 +96,7 @@ TEST_F(ModelToProjectForm, MissingTemplateNamesItAndTheReaderThenFailsWithoutACo
   EXPECT_FALSE(std::filesystem::exists(folder.Path("new.mdb")));
   EXPECT_EQ(form.txtDatabase.text, folder.Path("new.mdb"));
 
-  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/workshop.txt";
+  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
   EXPECT_TRUE(EndsProgram([&] { form.cmdOK(); }));
   EXPECT_EQ(desktop.shown.size(), 3U);  // the reader's report, then the translator's last box
 }
@@ -138,7 +138,7 @@ TEST_F(ModelToProjectForm, OkChecksTheBoxesInOrder) {
 }
 
 TEST_F(ModelToProjectForm, AnMpxNameLeftFromTheSecondTabIsWrittenFromTheFirst) {
-  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/workshop.txt";
+  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
   form.txtMpx.text = folder.Path("left.mpx");
   Browse(folder.Path("new.mdb"));
   desktop.registry[kProject2000Key] = "C:\\P\\app.exe \"%1\"";
@@ -174,7 +174,7 @@ TEST_F(ModelToProjectForm, LaunchBoxLooksUpByTabAndUnchecksItself) {
 }
 
 TEST_F(ModelToProjectForm, AnMpxNameWithBlanksIsBoundedByTheDatabasesLength) {
-  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/workshop.txt";
+  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
   form.SSTabGenerateOpt = form.kMpxTab;
   form.txtMpx.text = folder.Path("a plan.mpx");
   desktop.fileNames.push_back(folder.Path("interim.mdb"));
