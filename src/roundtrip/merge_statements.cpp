@@ -2,14 +2,11 @@
 
 #include "link_detection.h"
 #include "runtime/conversions.h"
+#include "sql_pieces.h"
 
 namespace merivane {
 
 namespace {
-
-std::string OfProject(const ProjectToModel& state) {
-  return " and Msp_ProjID = " + Joined(std::int64_t{state.gInterimProjId});
-}
 
 std::string LinksOfScenario(const ProjectToModel& state) {
   return "Select * from Links_in_Scenario Where Scenario_Num = " + Joined(state.gCurrentScenario);
@@ -27,22 +24,22 @@ void SetProject(const ProjectToModel& state, Recordset& row) {
 }  // namespace
 
 std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number) {
-  return LinksOfScenario(state).append(piece) + Joined(number) + OfProject(state);
+  return LinksOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
 }
 
 std::string LinkBetween(const ProjectToModel& state, std::int16_t origin, std::string_view piece,
                         std::int16_t destination) {
   return LinksOfScenario(state).append(piece) + Joined(origin) +
-         " and Destination_Num = " + Joined(destination) + OfProject(state);
+         " and Destination_Num = " + Joined(destination) + AndMspProjId(state);
 }
 
 std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
                            const Value& number) {
-  return JunctionsOfScenario(state).append(piece) + Joined(number) + OfProject(state);
+  return JunctionsOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
 }
 
 std::string TaskOfPlan(const ProjectToModel& state, std::int16_t pid) {
-  return "Select * from ProjectAct Where PID = " + Joined(pid) + OfProject(state);
+  return "Select * from ProjectAct Where PID = " + Joined(pid) + AndMspProjId(state);
 }
 
 bool HasRow(Recordset& rows) { return !rows.Eof() && !rows.Bof(); }
@@ -71,7 +68,7 @@ std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
                          std::string_view cardinality, std::string_view type) {
   const std::int16_t number = numbers.Next();
   Recordset junctions;
-  junctions.OpenDynamic(JunctionsOfScenario(state) + OfProject(state), state.gInterimConn.get());
+  junctions.OpenDynamic(JunctionsOfScenario(state) + AndMspProjId(state), state.gInterimConn.get());
   junctions.AddNew();
   junctions.SetField("Scenario_Num", state.gCurrentScenario);
   junctions.SetField("Num", number);
@@ -85,7 +82,7 @@ std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
 void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink& link) {
   const std::int16_t number = numbers.Next();
   Recordset links;
-  links.OpenDynamic(LinksOfScenario(state) + OfProject(state), state.gInterimConn.get());
+  links.OpenDynamic(LinksOfScenario(state) + AndMspProjId(state), state.gInterimConn.get());
   links.AddNew();
   links.SetField("Scenario_Num", state.gCurrentScenario);
   links.SetField("Num", number);

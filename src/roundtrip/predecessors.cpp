@@ -7,6 +7,7 @@
 #include "rewire_precedence.h"
 #include "rewire_synchronised.h"
 #include "runtime/conversions.h"
+#include "sql_pieces.h"
 
 namespace merivane {
 
@@ -16,8 +17,7 @@ bool LiesInScenario(ProjectToModel& state, std::int16_t occurrence) {
   Recordset tasks;
   tasks.OpenDynamic("Select * from MSP_TASKS Where TASK_UID > 0 AND KV7_Scenario_HEX = " +
                         Joined(state.gCurrentScenario) +
-                        " And KV7_PROCOCC_HEX = " + Joined(occurrence) +
-                        " and Proj_ID = " + Joined(std::int64_t{state.gInterimProjId}),
+                        " And KV7_PROCOCC_HEX = " + Joined(occurrence) + AndProjId(state),
                     state.gInterimConn.get());
   return HasRow(tasks);
 }
@@ -91,8 +91,7 @@ void FilterNewPredecessors(ProjectToModel& state, Recordset& task) {
     Recordset tasks;
     tasks.OpenDynamic(
         "Select * from MSP_TASKS Where KV7_Scenario_HEX = " + Joined(state.gCurrentScenario) +
-            "And KV7_PROCOCC_HEX = " + Joined(predecessor) +
-            " and Proj_ID = " + Joined(std::int64_t{state.gInterimProjId}),
+            "And KV7_PROCOCC_HEX = " + Joined(predecessor) + AndProjId(state),
         state.gInterimConn.get());
     if (HasRow(tasks) && !IsLinked(state, predecessor, state.gDestinationUse) && predecessor != 0) {
       state.gNewPredecessors.push_back(predecessor);
