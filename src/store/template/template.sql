@@ -356,7 +356,7 @@ CREATE TABLE MSP_STRING_TYPES (
 INSERT INTO MSP_TASKS (PROJ_ID, TASK_UID) VALUES (0, 0);
 INSERT INTO MSP_RESOURCES (PROJ_ID, RES_UID) VALUES (0, 0);
 
--- The keys that statements ask for. One on Msp_ProjID alone gives the last row of one at once.
+-- The keys that statements ask for. One on Msp_ProjID alone gives a project's last row at once.
 CREATE INDEX Activity_Pool_by_Num ON Activity_Pool (Msp_ProjID, Num);
 CREATE INDEX Activity_Pool_by_Name ON Activity_Pool (Msp_ProjID, Name);
 CREATE INDEX Object_Pool_by_Num ON Object_Pool (Msp_ProjID, Num);
@@ -399,47 +399,5 @@ CREATE INDEX MSP_RESOURCES_by_RES_NAME ON MSP_RESOURCES (RES_NAME, PROJ_ID);
 CREATE INDEX MSP_LINKS_by_LINK_PRED_UID ON MSP_LINKS (LINK_PRED_UID, PROJ_ID);
 CREATE INDEX MSP_LINKS_by_LINK_SUCC_UID ON MSP_LINKS (LINK_SUCC_UID, PROJ_ID);
 CREATE INDEX MSP_LINKS_by_LINK_TYPE ON MSP_LINKS (PROJ_ID, LINK_TYPE);
-
--- How selective each key is in a large file of many projects (rows of the table, then rows with the
--- same first column, the same first two, ...), so that a statement takes the narrowest one.
-ANALYZE sqlite_schema;
-INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES
-  ('Activity_Pool', 'Activity_Pool_by_Num', '1000000 10000 1'),
-  ('Activity_Pool', 'Activity_Pool_by_Name', '1000000 10000 1'),
-  ('Object_Pool', 'Object_Pool_by_Num', '1000000 10000 1'),
-  ('Fact_Pool', 'Fact_Pool_by_Num', '1000000 10000 1'),
-  ('Scenario', 'Scenario_by_project', '1000000 10000'),
-  ('Scenario', 'Scenario_by_Num', '1000000 10 1'),
-  ('Scenario', 'Scenario_by_Parent_Num', '1000000 10000 2'),
-  ('Scenario', 'Scenario_by_Project_Order', '1000000 10000 100'),
-  ('Activity_in_Scenario', 'Activity_in_Scenario_by_project', '1000000 10000'),
-  ('Activity_in_Scenario', 'Activity_in_Scenario_by_Use_Num', '1000000 10000 1'),
-  ('Activity_in_Scenario', 'Activity_in_Scenario_by_Scenario_Num', '1000000 10000 100 20'),
-  ('Object_in_Activity_in_Scenario', 'Object_in_Activity_in_Scenario_by_Activity_Num',
-   '1000000 10000 2'),
-  ('Object_in_Activity_in_Scenario', 'Object_in_Activity_in_Scenario_by_Object_Name',
-   '1000000 10000 100'),
-  ('Junctions_in_Scenario', 'Junctions_in_Scenario_by_project', '1000000 10000'),
-  ('Junctions_in_Scenario', 'Junctions_in_Scenario_by_Num', '1000000 10000 1'),
-  ('Junctions_in_Scenario', 'Junctions_in_Scenario_by_ID', '1000000 10000 2'),
-  ('Junctions_in_Scenario', 'Junctions_in_Scenario_by_Scenario_Num', '1000000 10000 100 90 40'),
-  ('Facts_in_Junction', 'Facts_in_Junction_by_Junction_Num', '1000000 10000 2'),
-  ('Links_in_Scenario', 'Links_in_Scenario_by_Scenario_Num', '1000000 10000 100'),
-  ('Links_in_Scenario', 'Links_in_Scenario_by_Origin_Num', '1000000 10000 2'),
-  ('Links_in_Scenario', 'Links_in_Scenario_by_Destination_Num', '1000000 10000 2'),
-  ('Links_in_Scenario', 'Links_in_Scenario_by_Destination_Name', '1000000 10000 4'),
-  ('ProjectAct', 'ProjectAct_by_PID', '1000000 10 1'),
-  ('ProjectRes', 'ProjectRes_by_PID', '1000000 10 1'),
-  ('ProjectResReqts', 'ProjectResReqts_by_ActivityPID', '1000000 10 1'),
-  ('MSP_TASKS', 'MSP_TASKS_by_TASK_UID', '1000000 10000 1'),
-  ('MSP_TASKS', 'MSP_TASKS_by_TASK_OUTLINE_LEVEL', '1000000 10000 3000 1'),
-  ('MSP_TASKS', 'MSP_TASKS_by_KV7_PROCOCC_HEX', '1000000 10 1'),
-  ('MSP_TASKS', 'MSP_TASKS_by_KV7_SCENARIO_HEX', '1000000 1000 200'),
-  ('MSP_TASKS', 'MSP_TASKS_by_KV7_PROCOCC_P_ORDER', '1000000 10'),
-  ('MSP_RESOURCES', 'MSP_RESOURCES_by_KV7_OBJ_HEX', '1000000 10 1'),
-  ('MSP_RESOURCES', 'MSP_RESOURCES_by_RES_NAME', '1000000 10 1'),
-  ('MSP_LINKS', 'MSP_LINKS_by_LINK_PRED_UID', '1000000 10 2'),
-  ('MSP_LINKS', 'MSP_LINKS_by_LINK_SUCC_UID', '1000000 10 2'),
-  ('MSP_LINKS', 'MSP_LINKS_by_LINK_TYPE', '1000000 10000 3000');
 
 COMMIT;
