@@ -18,7 +18,7 @@ namespace {
 class ProgramStartTest : public testing::Test {
  protected:
   std::string Script(const std::string& name, const std::string& body) const {
-    const std::string path = folder_.Write(name, "#!/bin/sh\n" + body);
+    std::string path = folder_.Write(name, "#!/bin/sh\n" + body);
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     return path;
   }

@@ -10,7 +10,7 @@
 namespace merivane {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 class UserFilesTest : public testing::Test {
  protected:
