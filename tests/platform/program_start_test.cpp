@@ -49,8 +49,7 @@ TEST_F(ProgramStartTest, WordsEndAtBlanksOutsideQuotes) {
       {plain + "  one \t two", "one\ntwo\n"},
       {"\"" + blank + "\" \"a  b\"c \"\" $HOME * \\x 'q r'", "a  bc\n\n$HOME\n*\n\\x\n'q\nr'\n"},
       {plain + " \"open end", "open end\n"},
-      {plain + std::string(" seen\0 unseen", 13), "seen\n"},
-  };
+      {plain + std::string(" seen\0 unseen", 13), "seen\n"}};
   for (const auto& [commandLine, output] : cases) {
     ASSERT_TRUE(StartDetached(commandLine)) << commandLine;
     EXPECT_EQ(Output(), output) << commandLine;

@@ -40,8 +40,7 @@ TEST(CodePage, WhatHasNoByteBecomesOneQuestionMark) {
   const std::pair<std::string, std::string> cases[] = {
       {"a\u4E16b", "a?b"},       {"\U0001F600", "?"},         {"\xC2\x80", "?"},
       {"cut \xE2\x82", "cut ?"}, {"\xE9t\xC3\xA9", "?t\xE9"}, {"\xC0\xAF", "??"},
-      {"\xED\xA0\x80", "???"},   {"\xF4\x90", "??"},
-  };
+      {"\xED\xA0\x80", "???"},   {"\xF4\x90", "??"}};
   for (const auto& [utf8, text] : cases) EXPECT_EQ(FromUtf8(utf8), text);
 }
 
