@@ -57,6 +57,7 @@ class Recordset {
 
   int FieldCount();
   std::string FieldName(int index);  // as the table declares it
+  int FindField(std::string_view name);  // ignoring case; -1 where there is none
   Value Field(std::string_view name);
   Value Field(int index);  // from 0
 

@@ -1,0 +1,66 @@
+#include "store/connection.h"
+
+#include "open_database.h"
+#include "recordset_impl.h"
+#include "snapshot_rows.h"
+#include "workspace_state.h"
+
+namespace merivane {
+namespace {
+
+constexpr std::string_view kOpening = "Driver={Microsoft Access Driver (*.mdb)};DBQ=";
+
+std::string PathIn(const std::string& connectionText) {
+  constexpr std::string_view kKey = "DBQ=";
+  const std::size_t at = connectionText.find(kKey);
+  return at == std::string::npos ? connectionText : connectionText.substr(at + kKey.size());
+}
+
+}  // namespace
+
+std::string ConnectionText(const std::string& path) { return std::string(kOpening) + path; }
+
+Connection::Connection(Workspace& workspace) : workspace_(workspace) {
+  workspace_.state_->connections.push_back(this);
+}
+
+Connection::~Connection() {
+  try {
+    if (IsOpen()) Close();
+  } catch (const RunTimeError&) {
+    // Nobody is left to tell; the file stands as it was before the transaction.
+  }
+  std::erase(workspace_.state_->connections, this);
+}
+
+void Connection::Open(const std::string& connectionText, OpenMode mode) {
+  if (IsOpen()) throw RunTimeError(kObjectOpen);
+  databaseName_ = PathIn(connectionText);
+  const bool inUse = workspace_.state_->CommitOthers(databaseName_, this);
+  engine_ = OpenDatabase(databaseName_, mode, inUse);
+  engine_->OnBusy([this] { workspace_.state_->CommitOthers(databaseName_, this); });
+}
+
+void Connection::Close() {
+  if (!IsOpen()) throw RunTimeError(kObjectClosed);
+  const std::shared_ptr<Engine> engine = std::move(engine_);
+  engine_ = nullptr;
+  engine->Commit();
+}
+
+bool Connection::IsOpen() const { return engine_ != nullptr; }
+
+void Connection::Commit() {
+  if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
+  engine_->Commit();
+}
+
+void Connection::OpenSchema(int schema, Recordset& tables) {
+  if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
+  if (schema != adSchemaTables) throw RunTimeError(kInvalidProcedureCall);
+  tables.impl_->CheckNotOpen();
+  tables.impl_->Prepare("", this, true);
+  tables.impl_->Open(*engine_, std::make_unique<SnapshotRows>("TABLE_NAME", engine_->TableNames()));
+}
+
+}  // namespace merivane

@@ -1,0 +1,74 @@
+#include "database_file.h"
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <random>
+#include <string_view>
+
+#include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
+
+namespace merivane {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Utf8Of(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+std::string RandomName() {
+  std::random_device device;
+  return "merivane-" + std::to_string(device()) + std::to_string(device());
+}
+
+}  // namespace
+
+fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
+FileKind KindOfFile(const std::string& path) {
+  constexpr std::string_view kMagic("SQLite format 3\0", 16);
+  constexpr std::size_t kReadVersion = 19;
+  constexpr char kLogVersion = 2;
+  std::error_code error;
+  const fs::file_status status = fs::status(PathOf(path), error);
+  const std::string shown = "'" + FromUtf8(path) + "'";
+  if (!fs::exists(status)) {
+    throw RunTimeError(kFileNotFound, ErrorText(kFileNotFound) + ": " + shown);
+  }
+  if (!fs::is_regular_file(status)) {
+    throw RunTimeError(kDatabaseError, shown + " is not a file.");
+  }
+  std::ifstream file(PathOf(path), std::ios::binary);
+  if (!file) throw RunTimeError(kPermissionDenied, ErrorText(kPermissionDenied) + ": " + shown);
+  std::array<char, 20> bytes{};
+  file.read(bytes.data(), bytes.size());
+  const std::string_view first(bytes.data(), static_cast<std::size_t>(file.gcount()));
+  if (first.substr(0, kMagic.size()) != kMagic) return FileKind::kOther;
+  const bool log = first.size() > kReadVersion && first[kReadVersion] == kLogVersion;
+  return log ? FileKind::kSqliteWithLog : FileKind::kSqlite;
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return fs::equivalent(PathOf(a), PathOf(b), error) && !error;
+}
+
+void RemoveJournals(const std::string& path) {
+  for (const char* ending : {"-journal", "-wal", "-shm"}) {
+    std::error_code error;
+    fs::remove(PathOf(path + ending), error);
+  }
+}
+
+std::string TemporaryName() { return Utf8Of(fs::temp_directory_path() / RandomName()); }
+
+std::string NameBeside(const std::string& path) {
+  fs::path name = PathOf(path);
+  name.replace_filename(RandomName());
+  return Utf8Of(name);
+}
+
+}  // namespace merivane

@@ -1,0 +1,29 @@
+// Files of databases on the disk: what they are, and how one takes another's place. Paths are
+// UTF-8.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace merivane {
+
+enum class FileKind { kSqlite, kSqliteWithLog, kOther };
+
+std::filesystem::path PathOf(const std::string& utf8);
+
+// By the first bytes. Errors: 53 no such file (the path in the description), 70 one that may not be
+// read, kDatabaseError for a folder. REQUIRES: no connection of ours holds the file, whose locks
+// would go when it is closed here.
+FileKind KindOfFile(const std::string& path);
+
+// The same file on the disk, whatever its names; false where either is not there.
+bool IsSameFile(const std::string& a, const std::string& b);
+
+// Removes what a crash may have left beside the database.
+void RemoveJournals(const std::string& path);
+
+// A new name in the folder of temporary files, or beside `path`.
+std::string TemporaryName();
+std::string NameBeside(const std::string& path);
+
+}  // namespace merivane

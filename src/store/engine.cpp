@@ -1,0 +1,160 @@
+#include "engine.h"
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+#include "database_file.h"
+#include "index_choice.h"
+#include "runtime/code_page.h"
+
+namespace merivane {
+
+using namespace std::chrono_literals;
+
+Engine::Engine(DatabaseHandle database, std::string path, bool readOnly)
+    : database_(std::move(database)), path_(std::move(path)), readOnly_(readOnly) {
+  sqlite3_busy_handler(Database(), &Engine::Busy, this);
+}
+
+Engine::~Engine() {
+  while (!sets_.empty()) {
+    OpenSet* set = sets_.back();
+    set->ConnectionCloses();
+    RemoveSet(*set);
+  }
+  selects_.clear();
+  updates_.clear();
+  tables_.clear();
+  database_.reset();
+  if (!ownFile_.empty()) {
+    std::error_code error;
+    std::filesystem::remove(PathOf(ownFile_), error);
+  }
+}
+
+void Engine::OnBusy(std::function<void()> callback) { onBusy_ = std::move(callback); }
+
+int Engine::Busy(void* engine, int count) {
+  constexpr auto kPause = 10ms;
+  constexpr int kMostPauses = 200;
+  if (count > kMostPauses) return 0;
+  const auto& callback = static_cast<Engine*>(engine)->onBusy_;
+  if (count == 0 && callback) {
+    try {
+      callback();
+    } catch (...) {
+      return 0;
+    }
+    return 1;
+  }
+  std::this_thread::sleep_for(kPause);
+  return 1;
+}
+
+TableData& Engine::FindTable(std::string_view name) {
+  for (const auto& table : tables_) {
+    if (SameName(table->Schema().Name(), name)) return *table;
+  }
+  auto schema = TableSchema::Read(Database(), path_, name);
+  if (!schema) {
+    throw RunTimeError(kUnknownTable, "No table '" + std::string(name) + "' in the database '" +
+                                          FromUtf8(path_) + "'.");
+  }
+  tables_.push_back(std::make_unique<TableData>(Database(), path_, std::move(*schema)));
+  return *tables_.back();
+}
+
+SelectShape& Engine::FindSelect(std::string_view sql, std::vector<Literal>& literals) {
+  SplitLiterals(sql, split_);
+  auto found = selects_.find(split_.shape);
+  if (found == selects_.end()) {
+    TableData* table = nullptr;
+    auto statement = ParseSelect(
+        split_.shape, sql, [&](std::string_view name) -> const auto& {
+          table = &FindTable(name);
+          return table->Schema();
+        });
+    auto shape = std::make_unique<SelectShape>(Database(), path_, std::move(statement), *table);
+    found = selects_.emplace(split_.shape, std::move(shape)).first;
+  }
+  literals.swap(split_.literals);
+  return *found->second;
+}
+
+UpdateShape& Engine::FindUpdate(std::string_view sql, std::vector<Literal>& literals) {
+  SplitLiterals(sql, split_);
+  auto found = updates_.find(split_.shape);
+  if (found == updates_.end()) {
+    TableData* table = nullptr;
+    auto statement = ParseUpdate(
+        split_.shape, sql, [&](std::string_view name) -> const auto& {
+          table = &FindTable(name);
+          return table->Schema();
+        });
+    const std::string where = statement.condition.empty() ? "" : " where " + statement.condition;
+    auto prepared =
+        PrepareStatement(Database(),
+                         "update " + statement.table->QuotedName() + IndexHint(statement) +
+                             " set " + statement.assignments + where,
+                         path_);
+    UpdateShape shape{std::move(statement), {}, table, std::move(prepared)};
+    for (const int column : shape.statement.assigned) shape.assigned.push_back({column, {}});
+    found = updates_.emplace(split_.shape, std::move(shape)).first;
+  }
+  literals.swap(split_.literals);
+  return found->second;
+}
+
+std::vector<std::string> Engine::TableNames() {
+  const StatementHandle list = PrepareStatement(
+      Database(),
+      "select name from sqlite_master where type = 'table' and name not like 'sqlite\\_%' "
+      "escape '\\' order by rowid",
+      path_);
+  std::vector<std::string> names;
+  int step = SQLITE_ROW;
+  while ((step = sqlite3_step(list.get())) == SQLITE_ROW)
+    names.push_back(ColumnText(list.get(), 0));
+  if (step != SQLITE_DONE) throw DatabaseError(Database(), path_);
+  return names;
+}
+
+void Engine::CheckWritable() const {
+  if (!readOnly_) return;
+  throw RunTimeError(kNotUpdatable,
+                     "The database '" + FromUtf8(path_) + "' is open for reading only.");
+}
+
+void Engine::BeginWrite() {
+  if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) return;
+  inTransaction_ = false;
+  CheckWritable();
+  Execute(Database(), "begin immediate", path_);
+  inTransaction_ = true;
+  ++transaction_;
+}
+
+void Engine::Commit() {
+  for (RowWatcher* rows : std::vector(watchers_)) rows->LetGo();
+  if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) {
+    Execute(Database(), "commit", path_);
+  }
+  inTransaction_ = false;
+}
+
+void Engine::BeforeInsert(const TableData& table, std::int64_t rowId) {
+  for (std::size_t i = watchers_.size(); i-- > 0;) watchers_[i]->BeforeInsert(table, rowId);
+}
+
+void Engine::BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+                          std::span<const FieldChange> changes) {
+  for (std::size_t i = watchers_.size(); i-- > 0;)
+    watchers_[i]->BeforeUpdate(table, rowId, changes);
+}
+
+void Engine::BeforeDelete(const TableData& table) {
+  for (std::size_t i = watchers_.size(); i-- > 0;) watchers_[i]->BeforeDelete(table);
+}
+
+}  // namespace merivane

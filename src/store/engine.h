@@ -1,0 +1,109 @@
+// One open database: its tables, its statements, its transaction, and the record sets that read it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "dialect.h"
+#include "select_shape.h"
+#include "table_data.h"
+
+namespace merivane {
+
+// Rows that have been read in part, and must know of a write before it is done.
+class RowWatcher {
+ public:
+  virtual void BeforeInsert(const TableData& table, std::int64_t rowId) = 0;
+  // Without a row number: any row may change.
+  virtual void BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+                            std::span<const FieldChange> changes) = 0;
+  virtual void BeforeDelete(const TableData& table) = 0;
+  // Gives back what keeps the file locked for reading; reading may go on later.
+  virtual void LetGo() = 0;
+
+ protected:
+  ~RowWatcher() = default;
+};
+
+// A record set that is open on the database.
+class OpenSet {
+ public:
+  virtual void ConnectionCloses() noexcept = 0;
+
+ protected:
+  ~OpenSet() = default;
+};
+
+// One shape of UPDATE.
+struct UpdateShape {
+  ParsedStatement statement;
+  std::vector<FieldChange> assigned;  // by column only
+  TableData* table;
+  StatementHandle prepared;
+};
+
+class Engine {
+ public:
+  Engine(DatabaseHandle database, std::string path, bool readOnly);
+  ~Engine();  // closes the sets; what isn't committed is lost
+  Engine(const Engine&) = delete;
+  Engine& operator=(const Engine&) = delete;
+
+  sqlite3* Database() const { return database_.get(); }
+  const std::string& Path() const { return path_; }
+  bool IsReadOnly() const { return readOnly_; }
+
+  // Called once when another connection keeps this one waiting; it may free the file.
+  void OnBusy(std::function<void()> callback);
+  // A file that was made for this database alone; deleted at the end.
+  void OwnFile(std::string path) { ownFile_ = std::move(path); }
+
+  // The shape of the statement, with its literals; see statement_parser.h for the failures, and
+  // kUnknownTable.
+  SelectShape& FindSelect(std::string_view sql, std::vector<Literal>& literals);
+  UpdateShape& FindUpdate(std::string_view sql, std::vector<Literal>& literals);
+  std::vector<std::string> TableNames();
+
+  void CheckWritable() const;  // error 3251 read-only
+  // Begins a transaction where none runs. Error 70 where another process writes, 3251 read-only.
+  void BeginWrite();
+  std::uint64_t Transaction() const { return transaction_; }
+  void Commit();
+
+  void BeforeInsert(const TableData& table, std::int64_t rowId);
+  void BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+                    std::span<const FieldChange> changes);
+  void BeforeDelete(const TableData& table);
+
+  void Watch(RowWatcher& rows) { watchers_.push_back(&rows); }
+  void Unwatch(const RowWatcher& rows) { std::erase(watchers_, &rows); }
+  void AddSet(OpenSet& set) { sets_.push_back(&set); }
+  void RemoveSet(const OpenSet& set) { std::erase(sets_, &set); }
+
+ private:
+  TableData& FindTable(std::string_view name);
+  static int Busy(void* engine, int count);
+
+  DatabaseHandle database_;
+  std::string path_;
+  bool readOnly_;
+  std::string ownFile_;
+  std::function<void()> onBusy_;
+  std::uint64_t transaction_ = 0;
+  bool inTransaction_ = false;
+  SplitStatement split_;
+  std::vector<std::unique_ptr<TableData>> tables_;
+  std::unordered_map<std::string, std::unique_ptr<SelectShape>> selects_;
+  std::unordered_map<std::string, UpdateShape> updates_;
+  std::vector<RowWatcher*> watchers_;
+  std::vector<OpenSet*> sets_;
+};
+
+}  // namespace merivane

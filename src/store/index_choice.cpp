@@ -1,0 +1,144 @@
+#include "index_choice.h"
+
+#include <algorithm>
+#include <compare>
+
+#include "dialect.h"
+#include "key_columns.h"
+
+namespace merivane {
+namespace {
+
+bool Contains(const std::vector<int>& columns, int column) {
+  return std::find(columns.begin(), columns.end(), column) != columns.end();
+}
+
+bool IsProjectColumn(const TableSchema& table, int column) {
+  const std::string& name = table.Columns()[static_cast<std::size_t>(column)].name;
+  return std::any_of(kProjectColumns.begin(), kProjectColumns.end(),
+                     [&](std::string_view project) { return SameName(project, name); });
+}
+
+// The place of the key that begins with the column; those that are none come last.
+int KeyRank(const TableSchema& table, int column) {
+  const std::string& name = table.Columns()[static_cast<std::size_t>(column)].name;
+  int rank = 0;
+  for (const KeyColumns& key : kKeyColumns) {
+    const std::string_view first = key.columns.substr(0, key.columns.find(','));
+    if (SameName(key.table, table.Name()) && SameName(first, name)) return rank;
+    ++rank;
+  }
+  return rank;
+}
+
+// How well an index serves: compared from the first member on, the greatest is the best.
+struct Service {
+  int keys = 0;          // columns that it narrows by, those of the project aside
+  bool inOrder = false;  // its rows come in their order of insertion
+  int rank = 0;
+  int unused = 0;
+  auto operator<=>(const Service&) const = default;
+};
+
+Service ServiceOf(const TableIndex& index, const ParsedStatement& statement) {
+  Service service;
+  std::size_t matched = 0;
+  bool range = false;
+  for (const int column : index.columns) {
+    const bool equal = Contains(statement.equalColumns, column);
+    range = !equal && Contains(statement.prefixColumns, column);
+    if (!equal && !range) break;
+    ++matched;
+    if (!IsProjectColumn(*statement.table, column)) {
+      if (service.keys == 0) service.rank = -KeyRank(*statement.table, column);
+      ++service.keys;
+    }
+    if (range) break;
+  }
+  service.inOrder = matched == index.columns.size() && !range;
+  service.unused = static_cast<int>(matched) - static_cast<int>(index.columns.size());
+  return service;
+}
+
+bool LeadsTo(const TableSchema& table, const TableIndex& index, const std::vector<int>& key) {
+  std::size_t matched = 0;
+  for (const int column : index.columns) {
+    if (matched == key.size()) break;
+    if (column == key[matched]) {
+      ++matched;
+    } else if (!IsProjectColumn(table, column)) {
+      return false;
+    }
+  }
+  return matched == key.size();
+}
+
+// The columns of a key; empty where the table lacks one.
+std::vector<int> FindKey(const TableSchema& table, std::string_view names) {
+  std::vector<int> key;
+  while (!names.empty()) {
+    const std::size_t comma = std::min(names.find(", "), names.size());
+    const int column = table.Find(names.substr(0, comma));
+    if (column < 0) return {};
+    key.push_back(column);
+    names.remove_prefix(std::min(comma + 2, names.size()));
+  }
+  return key;
+}
+
+std::string IndexSql(const TableSchema& table, const std::vector<int>& key, std::size_t number) {
+  std::string columns;
+  for (const int column : key) {
+    const Column& declared = table.Columns()[static_cast<std::size_t>(column)];
+    columns += columns.empty() ? "" : ", ";
+    columns += declared.quotedName;
+    if (declared.kind == ColumnKind::kText) columns += " collate nocase";
+  }
+  return "create index \"merivane key " + std::to_string(number) + "\" on " + table.QuotedName() +
+         " (" + columns + ")";
+}
+
+std::vector<std::string> MissingIndexes(sqlite3* database, const std::string& path) {
+  std::vector<std::string> missing;
+  for (const KeyColumns& wanted : kKeyColumns) {
+    const auto table = TableSchema::Read(database, path, wanted.table);
+    if (!table || table->RowId().empty()) continue;
+    const std::vector<int> key = FindKey(*table, wanted.columns);
+    const auto leads = [&](const TableIndex& index) { return LeadsTo(*table, index, key); };
+    if (key.empty() || std::any_of(table->Indexes().begin(), table->Indexes().end(), leads)) {
+      continue;
+    }
+    missing.push_back(IndexSql(*table, key, missing.size()));
+  }
+  return missing;
+}
+
+}  // namespace
+
+std::string IndexHint(const ParsedStatement& statement) {
+  if (statement.aggregate || statement.table->RowId().empty()) return "";
+  const TableIndex* best = nullptr;
+  Service service;
+  for (const TableIndex& index : statement.table->Indexes()) {
+    const Service offered = ServiceOf(index, statement);
+    if (offered.keys == 0 && !offered.inOrder) continue;
+    if (best == nullptr || offered > service) {
+      best = &index;
+      service = offered;
+    }
+  }
+  if (service.keys == 0 && !statement.order.empty()) return "";
+  return best == nullptr ? " not indexed" : " indexed by " + best->quotedName;
+}
+
+void AddMissingKeyIndexes(sqlite3* database, const std::string& path) {
+  for (const std::string& sql : MissingIndexes(database, path)) {
+    Execute(database, sql.c_str(), path);
+  }
+}
+
+bool LacksKeyIndexes(sqlite3* database, const std::string& path) {
+  return !MissingIndexes(database, path).empty();
+}
+
+}  // namespace merivane

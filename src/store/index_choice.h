@@ -1,0 +1,19 @@
+// Which index serves a statement. SQLite guesses by counts that a fresh file doesn't have, and its
+// guess can sort a whole project for one row; here the keys are known.
+#pragma once
+
+#include <string>
+
+#include "statement_parser.h"
+
+namespace merivane {
+
+// What stands behind the table's name: " indexed by ...", " not indexed", or nothing where SQLite
+// may choose.
+std::string IndexHint(const ParsedStatement& statement);
+
+// Adds an index for each key that the tables in the database have and no index leads to.
+void AddMissingKeyIndexes(sqlite3* database, const std::string& path);
+bool LacksKeyIndexes(sqlite3* database, const std::string& path);
+
+}  // namespace merivane

@@ -1,0 +1,67 @@
+#include "store/interim_db.h"
+
+#include "runtime/run_time_error.h"
+#include "store/recordset.h"
+
+namespace merivane {
+namespace {
+
+void EmptyTable(const char* sql, Connection& connection) {
+  Recordset rows;
+  rows.OpenDynamic(sql, &connection);
+  while (!rows.Eof()) {
+    rows.Delete();
+    rows.MoveNext();
+  }
+  rows.Close();
+}
+
+}  // namespace
+
+bool CheckTemplateDb(Workspace& workspace, const std::string& path) {
+  try {
+    Connection connection(workspace);
+    connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+    Recordset tasks;
+    Recordset resources;
+    Recordset projects;
+    tasks.OpenDynamic("select * from MSP_TASKS", &connection);
+    resources.OpenDynamic("select * from MSP_RESOURCES", &connection);
+    projects.OpenDynamic("select * from MSP_Projects", &connection);
+    connection.Close();
+    return true;
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+void OpenInterimDb(Workspace& workspace, std::unique_ptr<Connection>& gMspConn, bool gOverwriteDb,
+                   const std::string& path) {
+  gMspConn = std::make_unique<Connection>(workspace);
+  gMspConn->Open(ConnectionText(path));
+  if (!gOverwriteDb) return;
+  for (const char* sql :
+       {"select * from MSP_PROJECTS", "select * from Activity_Pool", "select * from Object_Pool",
+        "select * from Fact_Pool", "select * from Misc", "select * from Scenario",
+        "select * from Junctions_in_Scenario", "select * from Facts_in_Junction",
+        "select * from Links_in_Scenario", "select * from OSTN_List"}) {
+    EmptyTable(sql, *gMspConn);
+  }
+}
+
+int FieldExists(Recordset& recordset, const std::string& name) {
+  const int field = recordset.FindField(name);
+  return field >= 0 && recordset.FieldName(field) == name ? 1 : 0;
+}
+
+int TableExists(Connection* connection, const std::string& name) {
+  if (connection == nullptr) throw RunTimeError(kObjectNotSet);
+  Recordset tables;
+  connection->OpenSchema(adSchemaTables, tables);
+  for (; !tables.Eof(); tables.MoveNext()) {
+    if (tables.Field("TABLE_NAME") == Value(name)) return 1;
+  }
+  return 0;
+}
+
+}  // namespace merivane

@@ -1,0 +1,323 @@
+#include "keyed_rows.h"
+
+#include <algorithm>
+
+namespace merivane {
+
+KeyedRows::~KeyedRows() {
+  if (asked_) engine_.Unwatch(*this);
+}
+
+void KeyedRows::Ask() {
+  if (asked_) return;
+  asked_ = true;
+  deletesSeen_ = table_.Deletes();
+  engine_.Watch(*this);
+}
+
+// ---------------------------------------------------------------- reading the list
+
+void KeyedRows::Step() {
+  const bool fresh = !asked_;
+  Ask();
+  if (!walk_) {
+    if (!fresh) return ReadKeys();
+    walk_ = shape_.Lend(ReadKind::kWalk, literals_);
+  }
+  walkStands_ = false;
+  const int step = sqlite3_step(walk_.get());
+  if (step == SQLITE_ROW) {
+    walkStands_ = Take(sqlite3_column_int64(walk_.get(), 0));
+  } else if (step == SQLITE_DONE) {
+    EndList();
+  } else {
+    RunTimeError error = DatabaseError(engine_.Database(), engine_.Path());
+    EndWalk();
+    throw error;
+  }
+}
+
+// Rows that this set has added stand at the list's end, whatever the statement says of them.
+bool KeyedRows::Take(std::int64_t key) {
+  lastRead_ = key;
+  if (!added_.empty() && std::find(added_.begin(), added_.end(), key) != added_.end()) return false;
+  keys_.push_back(key);
+  return true;
+}
+
+void KeyedRows::ReadRest() {
+  if (!walk_ && !complete_) ReadKeys();
+  while (!complete_) Step();
+}
+
+void KeyedRows::ReadKeys() {
+  Ask();
+  const LentStatement keys = shape_.Lend(ReadKind::kKeys, literals_);
+  if (IsOrdered()) {
+    keys_.clear();
+  } else {
+    const int parameters = shape_.Statement().parameters;
+    sqlite3_bind_int64(keys.get(), parameters + 1, lastRead_);
+    sqlite3_bind_int64(keys.get(), parameters + 2, limit_);
+  }
+  std::vector<std::int64_t> added = added_;
+  std::sort(added.begin(), added.end());
+  int step = SQLITE_ROW;
+  while ((step = sqlite3_step(keys.get())) == SQLITE_ROW) {
+    lastRead_ = sqlite3_column_int64(keys.get(), 0);
+    if (!std::binary_search(added.begin(), added.end(), lastRead_)) keys_.push_back(lastRead_);
+  }
+  if (step != SQLITE_DONE) throw DatabaseError(engine_.Database(), engine_.Path());
+  EndList();
+}
+
+void KeyedRows::EndList() {
+  EndWalk();
+  complete_ = true;
+  if (tail_) {
+    if (keys_.empty() || keys_.back() != *tail_) keys_.push_back(*tail_);
+    tailPlace_ = keys_.size() - 1;
+  }
+  keys_.insert(keys_.end(), added_.begin(), added_.end());
+  added_.clear();
+}
+
+void KeyedRows::EndWalk() {
+  walk_.GiveBack();
+  walkStands_ = false;
+}
+
+// ---------------------------------------------------------------- places
+
+bool KeyedRows::Has(Place place) {
+  while (place >= keys_.size() && !complete_) Step();
+  return place < keys_.size();
+}
+
+Place KeyedRows::NextThere(Place place) {
+  for (; Has(place); ++place) {
+    if (IsThere(place)) return place;
+  }
+  return kNoPlace;
+}
+
+Place KeyedRows::PreviousThere(Place end) {
+  while (end > 0) {
+    if (IsThere(--end)) return end;
+  }
+  return kNoPlace;
+}
+
+Place KeyedRows::Last() {
+  if (!complete_ && added_.empty()) {
+    const Place tail = FindTail();
+    if (tail != kNoPlace) return tail;
+  }
+  ReadRest();
+  return PreviousThere(keys_.size());
+}
+
+Place KeyedRows::FindTail() {
+  if (tail_) return IsThere(kTail) ? kTail : kNoPlace;
+  Ask();
+  LentStatement last = shape_.Lend(ReadKind::kLast, literals_);
+  sqlite3_bind_int64(last.get(), shape_.Statement().parameters + 1, limit_);
+  const int step = sqlite3_step(last.get());
+  if (step == SQLITE_DONE) return kNoPlace;
+  if (step != SQLITE_ROW) throw DatabaseError(engine_.Database(), engine_.Path());
+  tail_ = sqlite3_column_int64(last.get(), 0);
+  if (!IsOrdered()) limit_ = *tail_;
+  row_ = std::move(last);
+  rowKey_ = *tail_;
+  rowWrites_ = table_.Writes();
+  return kTail;
+}
+
+Place KeyedRows::After(Place place) {
+  if (place == kTail) {
+    if (!complete_ && added_.empty()) return kNoPlace;
+    ReadRest();
+    place = tailPlace_;
+  }
+  return NextThere(place + 1);
+}
+
+Place KeyedRows::Before(Place place) {
+  if (place == kTail) {
+    ReadRest();
+    place = tailPlace_;
+  }
+  return PreviousThere(place);
+}
+
+std::size_t KeyedRows::Count() {
+  ReadRest();
+  return keys_.size();
+}
+
+std::int64_t& KeyedRows::KeyAt(Place place) {
+  if (place != kTail) return keys_[place];
+  return complete_ ? keys_[tailPlace_] : *tail_;
+}
+
+bool KeyedRows::IsThere(Place place) {
+  const std::int64_t key = KeyAt(place);
+  if (key == kDeleted) return false;
+  if (valuesKept_ || deletesSeen_ == table_.Deletes()) return true;
+  if (StandOn(key, 0)) return true;
+  KeyAt(place) = kDeleted;
+  return false;
+}
+
+// ---------------------------------------------------------------- values
+
+std::string KeyedRows::FieldName(int field) const {
+  return shape_.Statement().fields[static_cast<std::size_t>(field)].name;
+}
+
+Value KeyedRows::Read(Place place, int field) {
+  const auto index = static_cast<std::size_t>(field);
+  if (valuesKept_) {
+    if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
+    return values_[place == kTail ? tailPlace_ : place][index];
+  }
+  const int column = shape_.Statement().fields[index].column;
+  const int slot = shape_.SlotOf(column);
+  return ColumnValue(StatementWith(place, slot), slot + 1, KindOf(column) == ColumnKind::kText);
+}
+
+sqlite3_stmt* KeyedRows::StatementWith(Place place, int slot) {
+  const std::int64_t key = KeyAt(place);
+  if (walkStands_ && keys_.back() == key && slot < walk_.Width()) return walk_.get();
+  if (key == kDeleted || !StandOn(key, slot + 1)) throw RunTimeError(kNoCurrentRecord);
+  return row_.get();
+}
+
+// The row's columns of that width are there to be read; false for a row deleted since.
+bool KeyedRows::StandOn(std::int64_t key, int width) {
+  const bool fits = row_ && row_.Width() >= width;
+  if (fits && rowKey_ == key && rowWrites_ == table_.Writes()) return true;
+  if (fits && row_.Kind() == ReadKind::kRow) {
+    sqlite3_reset(row_.get());
+  } else {
+    row_.GiveBack();
+    row_ = shape_.Lend(ReadKind::kRow, literals_);
+  }
+  sqlite3_bind_int64(row_.get(), 1, key);
+  rowKey_ = kDeleted;
+  const int step = sqlite3_step(row_.get());
+  if (step == SQLITE_DONE) return false;
+  if (step != SQLITE_ROW) {
+    RunTimeError error = DatabaseError(engine_.Database(), engine_.Path());
+    row_.GiveBack();
+    throw error;
+  }
+  rowKey_ = key;
+  rowWrites_ = table_.Writes();
+  return true;
+}
+
+void KeyedRows::KeepValues() {
+  ReadRest();
+  const auto& fields = shape_.Statement().fields;
+  for (const OutputField& field : fields) shape_.SlotOf(field.column);
+  values_.resize(keys_.size());
+  for (Place place = 0; place < keys_.size(); ++place) {
+    if (!IsThere(place)) continue;
+    for (int field = 0; field < FieldCount(); ++field) {
+      values_[place].push_back(Read(place, field));
+    }
+  }
+  valuesKept_ = true;
+  row_.GiveBack();
+}
+
+// ---------------------------------------------------------------- writing
+
+void KeyedRows::CheckWritable() const {
+  if (fixed_) throw RunTimeError(kNotUpdatable);
+  engine_.CheckWritable();
+}
+
+int KeyedRows::ColumnOf(int field) const {
+  return shape_.Statement().fields[static_cast<std::size_t>(field)].column;
+}
+
+ColumnKind KeyedRows::KindOf(int column) const {
+  return table_.Schema().Columns()[static_cast<std::size_t>(column)].kind;
+}
+
+void KeyedRows::Insert(std::span<const FieldChange> changes) {
+  engine_.BeginWrite();
+  const bool numbered = !table_.Schema().RowIdIsColumn();
+  const std::int64_t rowId = numbered ? table_.NextRowId(engine_.Transaction()) : 0;
+  engine_.BeforeInsert(table_, rowId);
+  (complete_ ? keys_ : added_).push_back(table_.Insert(rowId, changes));
+}
+
+void KeyedRows::Update(Place place, std::vector<FieldChange>& changes) {
+  std::erase_if(changes, [&](const FieldChange& change) {
+    const int slot = shape_.SlotOf(change.column);
+    return ColumnHolds(StatementWith(place, slot), slot + 1, change.value);
+  });
+  if (changes.empty()) return;
+  const std::int64_t key = KeyAt(place);
+  engine_.BeginWrite();
+  engine_.BeforeUpdate(table_, key, changes);
+  table_.Update(key, changes);
+}
+
+void KeyedRows::Delete(Place place) {
+  if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
+  engine_.BeginWrite();
+  engine_.BeforeDelete(table_);
+  const bool seenAll = deletesSeen_ == table_.Deletes();
+  table_.Delete(KeyAt(place));
+  if (seenAll) deletesSeen_ = table_.Deletes();
+  KeyAt(place) = kDeleted;
+}
+
+// ---------------------------------------------------------------- what others write
+
+bool KeyedRows::IsPending(const TableData& table) const {
+  return &table == &table_ && (fixed_ ? !valuesKept_ : !complete_);
+}
+
+bool KeyedRows::Uses(std::span<const FieldChange> changes) const {
+  const auto& used = shape_.Statement().used;
+  return std::any_of(changes.begin(), changes.end(), [&](const FieldChange& change) {
+    return used[static_cast<std::size_t>(change.column)];
+  });
+}
+
+void KeyedRows::BeforeInsert(const TableData& table, std::int64_t rowId) {
+  if (!IsPending(table)) return;
+  if (fixed_) return KeepValues();
+  if (IsOrdered() || table.Schema().RowIdIsColumn()) return ReadRest();
+  limit_ = std::min(limit_, rowId - 1);
+  EndWalk();
+}
+
+void KeyedRows::BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+                             std::span<const FieldChange> changes) {
+  if (!IsPending(table)) return;
+  if (fixed_) return KeepValues();
+  const bool known = rowId && (*rowId <= lastRead_ || *rowId > limit_ || rowId == tail_);
+  if (IsOrdered() || (!known && Uses(changes))) return ReadRest();
+  EndWalk();
+}
+
+void KeyedRows::BeforeDelete(const TableData& table) {
+  if (!IsPending(table)) return;
+  if (fixed_) return KeepValues();
+  if (IsOrdered()) return ReadRest();
+  EndWalk();
+}
+
+void KeyedRows::LetGo() {
+  if (IsOrdered() && walk_) ReadRest();
+  EndWalk();
+  row_.GiveBack();
+}
+
+}  // namespace merivane

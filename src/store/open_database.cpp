@@ -1,0 +1,109 @@
+#include "open_database.h"
+
+#include <filesystem>
+
+#include "access_reader.h"
+#include "database_file.h"
+#include "index_choice.h"
+#include "runtime/code_page.h"
+
+namespace merivane {
+namespace {
+
+void SetUp(sqlite3* database, const std::string& path) {
+  sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  Execute(database, "pragma synchronous = normal; pragma temp_store = memory", path);
+  Execute(database, "pragma cache_size = -16384", path);
+}
+
+// A damaged head shows only when something is read.
+void Prove(sqlite3* database, const std::string& path) {
+  Execute(database, "select count(*) from sqlite_master", path);
+}
+
+std::string AsUri(const std::string& path) {
+  constexpr const char* kDigits = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (const char character : path) {
+    const auto byte = static_cast<unsigned char>(character);
+    uri += '%';
+    uri += kDigits[byte >> 4U];
+    uri += kDigits[byte & 0xFU];
+  }
+  return uri + "?immutable=1";
+}
+
+std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::string& name) {
+  DatabaseHandle database = OpenHandle(name, SQLITE_OPEN_READWRITE);
+  SetUp(database.get(), path);
+  const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
+  auto engine = std::make_shared<Engine>(std::move(database), path, readOnly);
+  Prove(engine->Database(), path);
+  if (!readOnly) Execute(engine->Database(), "pragma journal_mode = delete", path);
+  return engine;
+}
+
+// Without its log a database in that mode is a plain file; SQLite would make the log anew.
+DatabaseHandle OpenUnchanged(const std::string& name, FileKind kind) {
+  std::error_code error;
+  const bool plain =
+      kind == FileKind::kSqliteWithLog && !std::filesystem::exists(PathOf(name + "-wal"), error);
+  return plain ? OpenHandle(AsUri(name), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI)
+               : OpenHandle(name, SQLITE_OPEN_READONLY);
+}
+
+std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
+                                       FileKind kind) {
+  auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true);
+  SetUp(engine->Database(), path);
+  Prove(engine->Database(), path);
+  if (!LacksKeyIndexes(engine->Database(), path)) return engine;
+  DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  CopyPages(engine->Database(), memory.get(), path);
+  SetUp(memory.get(), path);
+  AddMissingKeyIndexes(memory.get(), path);
+  return std::make_shared<Engine>(std::move(memory), path, true);
+}
+
+std::shared_ptr<Engine> OpenAccess(const std::string& path) {
+  const std::string loaded = TemporaryName();
+  LoadAccessFile(path, loaded);
+  auto engine = std::make_shared<Engine>(OpenHandle(loaded, SQLITE_OPEN_READWRITE), path, true);
+  engine->OwnFile(loaded);
+  SetUp(engine->Database(), path);
+  Execute(engine->Database(), "pragma journal_mode = off", path);
+  AddMissingKeyIndexes(engine->Database(), path);
+  return engine;
+}
+
+}  // namespace
+
+DatabaseHandle OpenHandle(const std::string& path, int flags) {
+  sqlite3* raw = nullptr;
+  const int result = sqlite3_open_v2(path.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  DatabaseHandle database(raw);
+  if (result != SQLITE_OK) throw DatabaseError(raw, path);
+  sqlite3_extended_result_codes(raw, 1);
+  return database;
+}
+
+void CopyPages(sqlite3* from, sqlite3* to, const std::string& path) {
+  sqlite3_backup* copy = sqlite3_backup_init(to, "main", from, "main");
+  if (copy == nullptr) throw DatabaseError(to, path);
+  sqlite3_backup_step(copy, -1);
+  if (sqlite3_backup_finish(copy) != SQLITE_OK) throw DatabaseError(to, path);
+}
+
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse) {
+  const FileKind kind = inUse ? FileKind::kSqlite : KindOfFile(path);
+  if (kind == FileKind::kOther) {
+    if (IsAccessFile(path)) return OpenAccess(path);
+    throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
+  }
+  const std::string name = std::filesystem::absolute(PathOf(path)).string();
+  return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind)
+                                     : OpenForWriting(path, name);
+}
+
+}  // namespace merivane

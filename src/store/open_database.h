@@ -1,0 +1,23 @@
+// Opens database files of each kind.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "engine.h"
+#include "store/connection.h"
+
+namespace merivane {
+
+// `inUse` tells that a connection of ours holds the file, which is then known to be SQLite's. A
+// real Access file is loaded into a file of its own, and a file opened for reading that lacks the
+// key columns' indexes into memory, where it gets them. See Connection::Open for the failures.
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse);
+
+// A handle without more: waits for nobody. Errors as DatabaseError tells.
+DatabaseHandle OpenHandle(const std::string& path, int flags);
+
+// Copies all pages. Errors as DatabaseError tells, on `path` of the source.
+void CopyPages(sqlite3* from, sqlite3* to, const std::string& path);
+
+}  // namespace merivane

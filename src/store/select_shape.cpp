@@ -1,0 +1,176 @@
+#include "select_shape.h"
+
+#include <algorithm>
+
+#include "dialect.h"
+#include "index_choice.h"
+
+namespace merivane {
+namespace {
+
+// Columns are taken up in blocks of neighbours, as a reader of one mostly asks for the next.
+constexpr int kBlock = 8;
+
+bool HasColumns(ReadKind kind) { return kind != ReadKind::kKeys && kind != ReadKind::kSnapshot; }
+
+}  // namespace
+
+LentStatement& LentStatement::operator=(LentStatement&& other) noexcept {
+  if (this != &other) {
+    GiveBack();
+    owner_ = other.owner_;
+    kind_ = other.kind_;
+    width_ = other.width_;
+    statement_ = std::move(other.statement_);
+  }
+  return *this;
+}
+
+void LentStatement::GiveBack() noexcept {
+  if (statement_) owner_->TakeBack(kind_, width_, std::move(statement_));
+}
+
+SelectShape::SelectShape(sqlite3* database, const std::string& path, ParsedStatement statement,
+                         TableData& table)
+    : database_(database),
+      path_(path),
+      statement_(std::move(statement)),
+      table_(table),
+      hint_(IndexHint(statement_)),
+      slots_(table.Schema().Columns().size(), -1) {
+  const auto& fields = statement_.fields;
+  bool all = fields.size() == slots_.size();
+  for (std::size_t i = 0; all && i < fields.size(); ++i)
+    all = fields[i].column == static_cast<int>(i);
+  if (!all && !statement_.aggregate) {
+    fields_.assign(slots_.size(), -1);
+    for (std::size_t i = fields.size(); i-- > 0;) {
+      fields_[static_cast<std::size_t>(fields[i].column)] = static_cast<std::int16_t>(i);
+    }
+  }
+  // Proves the statement, so that a record set fails when it is opened.
+  const ReadKind first = HasKeys() ? ReadKind::kWalk : ReadKind::kSnapshot;
+  TakeBack(first, 0, Prepare(first));
+}
+
+int SelectShape::FindField(std::string_view name) const {
+  if (!statement_.aggregate) {
+    const int column = table_.Schema().Find(name);
+    if (column >= 0 && fields_.empty()) return column;
+    if (column >= 0 && fields_[static_cast<std::size_t>(column)] >= 0) {
+      const int field = fields_[static_cast<std::size_t>(column)];
+      if (SameName(statement_.fields[static_cast<std::size_t>(field)].name, name)) return field;
+    }
+    if (fields_.empty()) return -1;
+  }
+  const auto& fields = statement_.fields;
+  const auto found = std::find_if(fields.begin(), fields.end(), [&](const OutputField& field) {
+    return SameName(field.name, name);
+  });
+  return found == fields.end() ? -1 : static_cast<int>(found - fields.begin());
+}
+
+int SelectShape::SlotOf(int column) {
+  const auto index = static_cast<std::size_t>(column);
+  if (slots_[index] < 0) {
+    const int end = std::min(column + kBlock, static_cast<int>(slots_.size()));
+    for (int next = column; next < end; ++next) {
+      auto& slot = slots_[static_cast<std::size_t>(next)];
+      if (slot >= 0) continue;
+      slot = static_cast<std::int16_t>(slotColumns_.size());
+      slotColumns_.push_back(next);
+    }
+    for (auto& pool : free_) {
+      if (&pool != &free_[static_cast<std::size_t>(ReadKind::kKeys)] &&
+          &pool != &free_[static_cast<std::size_t>(ReadKind::kSnapshot)]) {
+        pool.clear();
+      }
+    }
+  }
+  return slots_[index];
+}
+
+std::string SelectShape::Columns() const {
+  std::string columns = table_.Schema().RowId();
+  for (const int column : slotColumns_) {
+    columns += ", " + table_.Schema().Columns()[static_cast<std::size_t>(column)].quotedName;
+  }
+  return columns;
+}
+
+std::string SelectShape::Where(std::string_view more) const {
+  std::string where = statement_.condition.empty() ? "" : "(" + statement_.condition + ")";
+  if (!where.empty() && !more.empty()) where += " and ";
+  where += more;
+  return where.empty() ? where : " where " + where;
+}
+
+std::string SelectShape::Sql(ReadKind kind) const {
+  const std::string& rowId = table_.Schema().RowId();
+  const std::string& table = table_.Schema().QuotedName();
+  const std::string source = " from " + table + hint_;
+  const std::string comma = statement_.order.empty() ? "" : ", ";
+  const std::string order = statement_.order + comma + rowId;
+  const std::string next = "?" + std::to_string(statement_.parameters + 1);
+  const std::string afterNext = "?" + std::to_string(statement_.parameters + 2);
+  switch (kind) {
+    case ReadKind::kWalk:
+      return "select " + Columns() + source + Where("") + " order by " + order;
+    case ReadKind::kLast:
+      return "select " + Columns() + source + Where(rowId + " <= " + next) + " order by " +
+             statement_.reversedOrder + comma + rowId + " desc limit 1";
+    case ReadKind::kKeys:
+      if (!statement_.order.empty()) {
+        return "select " + rowId + source + Where("") + " order by " + order;
+      }
+      return "select " + rowId + source +
+             Where(rowId + " > " + next + " and " + rowId + " <= " + afterNext) + " order by " +
+             rowId;
+    case ReadKind::kRow:
+      return "select " + Columns() + " from " + table + " where " + rowId + " = ?1";
+    case ReadKind::kSnapshot:
+      break;
+  }
+  std::string fields;
+  for (const OutputField& field : statement_.fields) {
+    fields += (fields.empty() ? "" : ", ") + field.sql;
+  }
+  return "select " + fields + source + Where("") +
+         (statement_.order.empty() ? "" : " order by " + statement_.order);
+}
+
+StatementHandle SelectShape::Prepare(ReadKind kind) {
+  try {
+    return PrepareStatement(database_, Sql(kind), path_);
+  } catch (const RunTimeError&) {
+    if (hint_.empty()) throw;
+  }
+  hint_.clear();
+  return PrepareStatement(database_, Sql(kind), path_);
+}
+
+LentStatement SelectShape::Lend(ReadKind kind, std::span<const Literal> literals) {
+  auto& pool = free_[static_cast<std::size_t>(kind)];
+  StatementHandle statement;
+  if (pool.empty()) {
+    statement = Prepare(kind);
+  } else {
+    statement = std::move(pool.back());
+    pool.pop_back();
+  }
+  if (kind != ReadKind::kRow) {
+    int parameter = 0;
+    for (const Literal& literal : literals) Bind(statement.get(), ++parameter, literal);
+  }
+  const int width = HasColumns(kind) ? static_cast<int>(slotColumns_.size()) : 0;
+  return {this, kind, std::move(statement), width};
+}
+
+void SelectShape::TakeBack(ReadKind kind, int width, StatementHandle statement) noexcept {
+  sqlite3_reset(statement.get());
+  sqlite3_clear_bindings(statement.get());
+  if (HasColumns(kind) && width != static_cast<int>(slotColumns_.size())) return;
+  free_[static_cast<std::size_t>(kind)].push_back(std::move(statement));
+}
+
+}  // namespace merivane

@@ -1,0 +1,123 @@
+#include "table_data.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace merivane {
+namespace {
+
+// Sets of columns differ with the data, so there is no end to them.
+constexpr std::size_t kMostStatements = 200;
+
+}  // namespace
+
+std::int64_t TableData::GreatestRowId() {
+  if (!greatest_) {
+    greatest_ = PrepareStatement(
+        database_, "select max(" + schema_.RowId() + ") from " + schema_.QuotedName(), path_);
+  }
+  const int step = sqlite3_step(greatest_.get());
+  const std::int64_t greatest = sqlite3_column_int64(greatest_.get(), 0);
+  sqlite3_reset(greatest_.get());
+  if (step != SQLITE_ROW) throw DatabaseError(database_, path_);
+  return greatest;
+}
+
+std::int64_t TableData::NextRowId(std::uint64_t transaction) {
+  if (lastRowIdTransaction_ != transaction) {
+    lastRowId_ = std::max(lastRowId_, GreatestRowId());
+    lastRowIdTransaction_ = transaction;
+  }
+  if (lastRowId_ == std::numeric_limits<std::int64_t>::max()) {
+    throw RunTimeError(kDatabaseError, "The table " + schema_.Name() + " takes no more rows.");
+  }
+  return ++lastRowId_;
+}
+
+const std::string& TableData::NameOf(const FieldChange& change) const {
+  return schema_.Columns()[static_cast<std::size_t>(change.column)].quotedName;
+}
+
+std::string TableData::InsertSql(std::span<const FieldChange> changes) const {
+  if (schema_.RowIdIsColumn() && changes.empty()) {
+    return "insert into " + schema_.QuotedName() + " default values";
+  }
+  std::string names = schema_.RowIdIsColumn() ? "" : schema_.RowId();
+  std::string marks = schema_.RowIdIsColumn() ? "" : "?";
+  for (const FieldChange& change : changes) {
+    if (!names.empty()) {
+      names += ", ";
+      marks += ", ";
+    }
+    names += NameOf(change);
+    marks += "?";
+  }
+  return "insert into " + schema_.QuotedName() + " (" + names + ") values (" + marks + ")";
+}
+
+std::string TableData::UpdateSql(std::span<const FieldChange> changes) const {
+  std::string sql = "update " + schema_.QuotedName() + " set ";
+  for (const FieldChange& change : changes) {
+    if (&change != changes.data()) sql += ", ";
+    sql += NameOf(change) + " = ?";
+  }
+  return sql + " where " + schema_.RowId() + " = ?";
+}
+
+sqlite3_stmt* TableData::Find(Statements& cache, std::span<const FieldChange> changes,
+                              bool insert) {
+  key_.clear();
+  for (const FieldChange& change : changes) {
+    key_ += static_cast<char>(change.column & 0xFF);
+    key_ += static_cast<char>(change.column >> 8);
+  }
+  const auto found = cache.find(key_);
+  if (found != cache.end()) return found->second.get();
+  if (cache.size() >= kMostStatements) cache.clear();
+  const std::string sql = insert ? InsertSql(changes) : UpdateSql(changes);
+  return cache.emplace(key_, PrepareStatement(database_, sql, path_)).first->second.get();
+}
+
+void TableData::Run(sqlite3_stmt* statement) {
+  sqlite3_step(statement);
+  const int result = sqlite3_reset(statement);
+  if (result != SQLITE_OK) {
+    RunTimeError error = DatabaseError(database_, path_);
+    sqlite3_clear_bindings(statement);
+    throw error;
+  }
+  sqlite3_clear_bindings(statement);
+  ++writes_;
+}
+
+std::int64_t TableData::Insert(std::int64_t rowId, std::span<const FieldChange> changes) {
+  sqlite3_stmt* insert = Find(inserts_, changes, true);
+  int parameter = 0;
+  if (!schema_.RowIdIsColumn()) sqlite3_bind_int64(insert, ++parameter, rowId);
+  for (const FieldChange& change : changes) Bind(insert, ++parameter, change.value);
+  Run(insert);
+  return schema_.RowIdIsColumn() ? sqlite3_last_insert_rowid(database_) : rowId;
+}
+
+void TableData::Update(std::int64_t rowId, std::span<const FieldChange> changes) {
+  sqlite3_stmt* update = Find(updates_, changes, false);
+  int parameter = 0;
+  for (const FieldChange& change : changes) Bind(update, ++parameter, change.value);
+  sqlite3_bind_int64(update, ++parameter, rowId);
+  Run(update);
+  if (sqlite3_changes(database_) == 0) throw RunTimeError(kNoCurrentRecord);
+}
+
+void TableData::Delete(std::int64_t rowId) {
+  if (!delete_) {
+    delete_ = PrepareStatement(
+        database_, "delete from " + schema_.QuotedName() + " where " + schema_.RowId() + " = ?",
+        path_);
+  }
+  sqlite3_bind_int64(delete_.get(), 1, rowId);
+  Run(delete_.get());
+  ++deletes_;
+  if (sqlite3_changes(database_) == 0) throw RunTimeError(kNoCurrentRecord);
+}
+
+}  // namespace merivane

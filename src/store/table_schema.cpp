@@ -1,0 +1,198 @@
+#include "table_schema.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+
+#include "dialect.h"
+#include "runtime/code_page.h"
+#include "runtime/conversions.h"
+
+namespace merivane {
+namespace {
+
+struct DeclaredType {
+  std::string_view name;
+  ColumnKind kind;
+};
+
+constexpr auto kTypes = std::to_array<DeclaredType>({
+    {"SMALLINT", ColumnKind::kInt16},
+    {"INT2", ColumnKind::kInt16},
+    {"INTEGER", ColumnKind::kInt32},
+    {"INT", ColumnKind::kInt32},
+    {"LONG", ColumnKind::kInt32},
+    {"REAL", ColumnKind::kReal},
+    {"DOUBLE", ColumnKind::kReal},
+    {"DOUBLE PRECISION", ColumnKind::kReal},
+    {"FLOAT", ColumnKind::kReal},
+    {"TEXT", ColumnKind::kText},
+    {"VARCHAR", ColumnKind::kText},
+    {"NVARCHAR", ColumnKind::kText},
+    {"CHAR", ColumnKind::kText},
+    {"MEMO", ColumnKind::kText},
+    {"LONGTEXT", ColumnKind::kText},
+    {"DATETIME", ColumnKind::kText},
+    {"BLOB", ColumnKind::kBytes},
+});
+
+ColumnKind KindOf(std::string_view declared) {
+  declared = declared.substr(0, declared.find('('));
+  while (!declared.empty() && declared.back() == ' ') declared.remove_suffix(1);
+  const auto* type = std::find_if(kTypes.begin(), kTypes.end(), [&](const DeclaredType& known) {
+    return SameName(known.name, declared);
+  });
+  return type == kTypes.end() ? ColumnKind::kAny : type->kind;
+}
+
+std::size_t Hash(std::string_view name) {
+  std::uint32_t hash = 2166136261U;
+  for (const char character : name) {
+    hash = (hash ^ (static_cast<unsigned char>(character) | 0x20U)) * 16777619U;
+  }
+  return hash ^ (hash >> 15U);
+}
+
+const char* RawText(sqlite3_stmt* statement, int column) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  return text == nullptr ? "" : text;
+}
+
+}  // namespace
+
+std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::string& path,
+                                             std::string_view name) {
+  const StatementHandle find = PrepareStatement(
+      database,
+      "select name from sqlite_master where type in ('table', 'view') and name = ?1 collate nocase",
+      path);
+  const Value wanted(name);  // outlives the step
+  Bind(find.get(), 1, wanted);
+  const int found = sqlite3_step(find.get());
+  if (found == SQLITE_DONE) return std::nullopt;
+  if (found != SQLITE_ROW) throw DatabaseError(database, path);
+  TableSchema schema;
+  const std::string utf8 = RawText(find.get(), 0);
+  schema.name_ = FromUtf8(utf8);
+  schema.quotedName_ = Quoted(utf8);
+  schema.ReadColumns(database, path);
+  schema.FindRowId(database);
+  schema.ReadIndexes(database, path);
+  schema.BuildLookUp();
+  return schema;
+}
+
+void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
+  constexpr int kHiddenColumn = 1;
+  const StatementHandle info =
+      PrepareStatement(database, "pragma table_xinfo(" + quotedName_ + ")", path);
+  const std::string table = ToUtf8(name_);
+  int keyColumns = 0;
+  int step = SQLITE_ROW;
+  while ((step = sqlite3_step(info.get())) == SQLITE_ROW) {
+    if (sqlite3_column_int(info.get(), 6) == kHiddenColumn) continue;
+    const std::string utf8 = RawText(info.get(), 1);
+    const std::string type = RawText(info.get(), 2);
+    if (sqlite3_column_int(info.get(), 5) > 0) {
+      ++keyColumns;
+      rowIdIsColumn_ = SameName(type, "INTEGER");
+    }
+    const char* collation = nullptr;
+    sqlite3_table_column_metadata(database, nullptr, table.c_str(), utf8.c_str(), nullptr,
+                                  &collation, nullptr, nullptr, nullptr);
+    columns_.push_back({FromUtf8(utf8), Quoted(utf8), KindOf(type),
+                        collation != nullptr && SameName(collation, "NOCASE")});
+  }
+  if (step != SQLITE_DONE) throw DatabaseError(database, path);
+  if (keyColumns != 1) rowIdIsColumn_ = false;
+}
+
+void TableSchema::FindRowId(sqlite3* database) {
+  for (const char* alias : {"rowid", "_rowid_", "oid"}) {
+    const bool taken = std::any_of(columns_.begin(), columns_.end(), [&](const Column& column) {
+      return SameName(column.name, alias);
+    });
+    if (taken) continue;
+    sqlite3_stmt* probe = nullptr;
+    const std::string sql =
+        "select " + std::string(alias) + " from " + quotedName_ + " order by " + alias;
+    // A view answers to the name too, but with Null; its rows have no numbers.
+    if (sqlite3_prepare_v2(database, sql.c_str(), -1, &probe, nullptr) == SQLITE_OK &&
+        sqlite3_table_column_metadata(database, nullptr, ToUtf8(name_).c_str(), alias, nullptr,
+                                      nullptr, nullptr, nullptr, nullptr) == SQLITE_OK) {
+      rowId_ = alias;
+    }
+    sqlite3_finalize(probe);
+    return;
+  }
+}
+
+void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
+  const StatementHandle list =
+      PrepareStatement(database,
+                       "select i.name, x.cid, x.coll, i.partial from pragma_index_list(?1) i, "
+                       "pragma_index_xinfo(i.name) x where x.key order by i.seq desc, x.seqno",
+                       path);
+  const std::string table = ToUtf8(name_);
+  sqlite3_bind_text(list.get(), 1, table.c_str(), -1, SQLITE_STATIC);
+  bool usable = false;
+  std::string current;
+  while (sqlite3_step(list.get()) == SQLITE_ROW) {
+    const std::string name = RawText(list.get(), 0);
+    if (indexes_.empty() || name != current) {
+      current = name;
+      usable = sqlite3_column_int(list.get(), 3) == 0;
+      indexes_.push_back({Quoted(name), {}});
+    }
+    const int ordinal = sqlite3_column_int(list.get(), 1);
+    // Texts are compared without case, which only an index of that order serves.
+    usable = usable && ordinal >= 0 && ordinal < static_cast<int>(columns_.size()) &&
+             (columns_[static_cast<std::size_t>(ordinal)].kind != ColumnKind::kText ||
+              SameName(RawText(list.get(), 2), "NOCASE"));
+    if (usable) indexes_.back().columns.push_back(ordinal);
+  }
+  std::erase_if(indexes_, [](const TableIndex& index) { return index.columns.empty(); });
+}
+
+void TableSchema::BuildLookUp() {
+  slots_.assign(std::bit_ceil(columns_.size() * 2 + 1), -1);
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    std::size_t slot = Hash(columns_[column].name) & (slots_.size() - 1);
+    while (slots_[slot] >= 0) slot = (slot + 1) & (slots_.size() - 1);
+    slots_[slot] = static_cast<std::int16_t>(column);
+  }
+}
+
+int TableSchema::Find(std::string_view name) const {
+  for (std::size_t slot = Hash(name) & (slots_.size() - 1); slots_[slot] >= 0;
+       slot = (slot + 1) & (slots_.size() - 1)) {
+    if (SameName(columns_[static_cast<std::size_t>(slots_[slot])].name, name)) return slots_[slot];
+  }
+  return -1;
+}
+
+void ConvertTo(ColumnKind kind, Value& value) {
+  if (value.IsNull()) return;
+  switch (kind) {
+    case ColumnKind::kInt16:
+      value = ToInt16(value);
+      break;
+    case ColumnKind::kInt32:
+      if (value.IsInteger() && value.Integer() == static_cast<std::int32_t>(value.Integer())) break;
+      value = static_cast<std::int64_t>(ToInt32(value));
+      break;
+    case ColumnKind::kReal:
+      if (!value.IsReal()) value = ToDouble(value);
+      break;
+    case ColumnKind::kText:
+      if (!value.IsText()) value = ToText(value);
+      break;
+    case ColumnKind::kBytes:
+      if (value.IsText()) value = Bytes(value.Text().begin(), value.Text().end());
+      break;
+    case ColumnKind::kAny:
+      break;
+  }
+}
+
+}  // namespace merivane

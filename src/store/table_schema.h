@@ -1,0 +1,64 @@
+// What a table declares: its columns with the kind of value they take, and its indexes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sqlite_handle.h"
+
+namespace merivane {
+
+// How a value is converted when it is assigned: by the column's declared type.
+enum class ColumnKind { kAny, kInt16, kInt32, kReal, kText, kBytes };
+
+struct Column {
+  std::string name;        // as declared, in Windows-1252
+  std::string quotedName;  // for SQL
+  ColumnKind kind = ColumnKind::kAny;
+  bool ignoresCase = false;  // its texts compare without case by themselves
+};
+
+struct TableIndex {
+  std::string quotedName;
+  std::vector<int> columns;
+};
+
+class TableSchema {
+ public:
+  // Nothing where the database has no such table or view (names ignore case).
+  static std::optional<TableSchema> Read(sqlite3* database, const std::string& path,
+                                         std::string_view name);
+
+  const std::string& Name() const { return name_; }
+  const std::string& QuotedName() const { return quotedName_; }
+  const std::vector<Column>& Columns() const { return columns_; }
+  const std::vector<TableIndex>& Indexes() const { return indexes_; }
+  // The name that reaches the row number; empty for a table without one.
+  const std::string& RowId() const { return rowId_; }
+  // A column of the table is its row number, so a row can be added in front of others.
+  bool RowIdIsColumn() const { return rowIdIsColumn_; }
+
+  int Find(std::string_view name) const;  // ignoring case; -1 where there is none
+
+ private:
+  void ReadColumns(sqlite3* database, const std::string& path);
+  void ReadIndexes(sqlite3* database, const std::string& path);
+  void FindRowId(sqlite3* database);
+  void BuildLookUp();
+
+  std::string name_;
+  std::string quotedName_;
+  std::vector<Column> columns_;
+  std::vector<TableIndex> indexes_;
+  std::string rowId_;
+  bool rowIdIsColumn_ = false;
+  std::vector<std::int16_t> slots_;  // open addressing; its size is a power of two
+};
+
+// Converts to the column's kind; see Recordset::SetField for the failures. Null stays Null.
+void ConvertTo(ColumnKind kind, Value& value);
+
+}  // namespace merivane

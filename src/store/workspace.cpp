@@ -1,0 +1,148 @@
+#include <exception>
+#include <filesystem>
+#include <fstream>
+
+#include "database_file.h"
+#include "open_database.h"
+#include "runtime/code_page.h"
+#include "workspace_state.h"
+
+namespace merivane {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A file is dropped when its making fails.
+class NewFile {
+ public:
+  explicit NewFile(std::string path) : path_(std::move(path)) {}
+  ~NewFile() {
+    std::error_code error;
+    fs::remove(PathOf(path_), error);
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+RunTimeError FileError(int number, const std::string& path) {
+  return {number, ErrorText(number) + ": '" + FromUtf8(path) + "'"};
+}
+
+RunTimeError SystemError(const std::error_code& error, const std::string& path) {
+  if (error == std::errc::no_space_on_device) return RunTimeError(kDiskFull);
+  if (error == std::errc::no_such_file_or_directory) return FileError(kPathNotFound, path);
+  return FileError(kPermissionDenied, path);
+}
+
+void CopyBytes(const std::string& from, const std::string& to) {
+  std::ifstream source(PathOf(from), std::ios::binary);
+  if (!source) throw FileError(kPermissionDenied, from);
+  errno = 0;
+  std::ofstream target(PathOf(to), std::ios::binary);
+  if (!target) throw SystemError({errno, std::generic_category()}, to);
+  if (source.peek() != std::ifstream::traits_type::eof()) target << source.rdbuf();
+  target.close();
+  if (source.bad()) throw RunTimeError(kDeviceIoError);
+  if (!target) throw SystemError({errno, std::generic_category()}, to);
+}
+
+void CopyDatabasePages(sqlite3* from, const std::string& path, const std::string& to) {
+  const DatabaseHandle target = OpenHandle(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  CopyPages(from, target.get(), path);
+}
+
+bool HasJournal(const std::string& path) {
+  std::error_code error;
+  return fs::exists(PathOf(path + "-journal"), error) || fs::exists(PathOf(path + "-wal"), error);
+}
+
+// Refuses a file that may not be written or that another process holds locked. A transaction that a
+// crash has cut off is undone by this.
+void CheckReplaceable(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(PathOf(path), error);
+  if (!fs::exists(status)) return;
+  const bool writable =
+      fs::is_regular_file(status) && std::ofstream(PathOf(path), std::ios::app | std::ios::binary);
+  if (!writable) throw FileError(kPermissionDenied, path);
+  if (KindOfFile(path) == FileKind::kOther) return;
+  const DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
+  const int result =
+      sqlite3_exec(database.get(), "begin exclusive", nullptr, nullptr, nullptr) & 0xFF;
+  if (result == SQLITE_BUSY || result == SQLITE_LOCKED) throw FileError(kPermissionDenied, path);
+}
+
+void CopyTo(const std::string& from, Engine* inUse, const std::string& to) {
+  if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to);
+  if (KindOfFile(from) == FileKind::kOther || !HasJournal(from)) return CopyBytes(from, to);
+  const DatabaseHandle source = OpenHandle(from, SQLITE_OPEN_READWRITE);
+  CopyDatabasePages(source.get(), from, to);
+}
+
+}  // namespace
+
+bool Workspace::State::CommitOthers(const std::string& path, const Connection* self) {
+  bool any = false;
+  for (const Connection* connection : connections) {
+    Engine* engine = EngineOf(*connection);
+    if (connection == self || engine == nullptr || !IsSameFile(engine->Path(), path)) continue;
+    any = true;
+    engine->Commit();
+  }
+  return any;
+}
+
+Engine* Workspace::State::EngineOn(const std::string& path) const {
+  for (const Connection* connection : connections) {
+    Engine* engine = EngineOf(*connection);
+    if (engine != nullptr && IsSameFile(engine->Path(), path)) return engine;
+  }
+  return nullptr;
+}
+
+Workspace::Workspace() : state_(std::make_unique<State>()) {}
+Workspace::~Workspace() = default;
+
+void Workspace::CommitAll() {
+  std::exception_ptr first;
+  for (Connection* connection : state_->connections) {
+    try {
+      if (connection->IsOpen()) connection->Commit();
+    } catch (const RunTimeError&) {
+      if (!first) first = std::current_exception();
+    }
+  }
+  if (first) std::rethrow_exception(first);
+}
+
+void Workspace::CommitAllQuietly() noexcept {
+  try {
+    CommitAll();
+  } catch (...) {
+    // The program ends on an error that it has shown already.
+  }
+}
+
+void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
+  std::error_code error;
+  if (!fs::exists(PathOf(from), error)) throw FileError(kFileNotFound, from);
+  if (IsSameFile(from, to)) throw FileError(kPermissionDenied, to);
+  state_->CommitOthers(from, nullptr);
+  const bool held = state_->CommitOthers(to, nullptr);
+  if (!held) CheckReplaceable(to);
+  const fs::path target = fs::exists(PathOf(to), error) ? fs::canonical(PathOf(to)) : PathOf(to);
+  const NewFile made(NameBeside(target.string()));
+  CopyTo(from, state_->EngineOn(from), made.Path());
+  if (fs::exists(target, error)) {
+    fs::permissions(PathOf(made.Path()), fs::status(target).permissions(), error);
+  }
+  RemoveJournals(target.string());
+  fs::rename(PathOf(made.Path()), target, error);
+  if (error) throw SystemError(error, to);
+}
+
+}  // namespace merivane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engine.h"
+#include "store/connection.h"
+
+namespace merivane {
+
+struct Workspace::State {
+  // Commits the connections on that file but `self`, and lets go of what they read. True where
+  // there is one.
+  bool CommitOthers(const std::string& path, const Connection* self);
+  Engine* EngineOn(const std::string& path) const;
+
+  std::vector<Connection*> connections;
+
+ private:
+  friend class Workspace;
+  static Engine* EngineOf(const Connection& connection) { return connection.engine_.get(); }
+};
+
+}  // namespace merivane
