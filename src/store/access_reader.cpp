@@ -1,24 +1,12 @@
 #include "access_reader.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstdint>
-#include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
-#include "access_tables.h"
+#include "access_process.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
@@ -26,110 +14,8 @@ namespace merivane {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-constexpr std::string_view kDone = "done";
-
-// Far above what whole files need: a slow machine loads several megabytes a second.
-struct Limits {
-  rlim_t cpuSeconds;
-  std::chrono::seconds wall;
-  rlim_t bytes;
-};
-
-Limits LimitsFor(const std::string& path) {
-  std::error_code ignored;
-  const std::uintmax_t size = std::filesystem::file_size(path, ignored);
-  const std::uintmax_t megabytes = ignored ? 0 : size / (1024 * 1024);
-  return {.cpuSeconds = 10 + megabytes,
-          .wall = std::chrono::seconds(60 + 4 * megabytes),
-          .bytes = (64 + 8 * megabytes) * 1024 * 1024};
-}
-
-void Limit(decltype(RLIMIT_CPU) what, rlim_t most) {
-  rlimit limit{};
-  getrlimit(what, &limit);
-  limit.rlim_cur = std::min(most, limit.rlim_max);
-  setrlimit(what, &limit);
-}
-
-void Silence() {
-  const int nowhere = open("/dev/null", O_RDWR);
-  if (nowhere < 0) return;
-  dup2(nowhere, STDOUT_FILENO);
-  dup2(nowhere, STDERR_FILENO);
-}
-
-void Report(int pipe, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(pipe, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
-// Leaves by _exit, so that nothing of the parent is flushed or closed twice.
-[[noreturn]] void RunChild(const std::string& path, const std::string& sqlitePath,
-                           const Limits& limits, int pipe) {
-  Silence();
-  Limit(RLIMIT_CPU, limits.cpuSeconds);
-  Limit(RLIMIT_FSIZE, limits.bytes);
-  Limit(RLIMIT_CORE, 0);
-  for (const int number : {SIGXCPU, SIGXFSZ, SIGSEGV, SIGABRT}) std::signal(number, SIG_DFL);
-  unsetenv("MDBICONV");  // would change the character set of texts
-  try {
-    CopyAccessTables(path, sqlitePath);
-    Report(pipe, kDone);
-  } catch (const std::exception& error) {
-    Report(pipe, error.what());
-  }
-  _exit(0);
-}
-
-// What the child reports until it ends; none when it is still at work at the deadline.
-std::optional<std::string> ReadReport(int pipe, Clock::time_point deadline) {
-  std::string text;
-  for (;;) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    if (left.count() <= 0) return std::nullopt;
-    pollfd ready{.fd = pipe, .events = POLLIN, .revents = 0};
-    if (poll(&ready, 1, static_cast<int>(left.count())) <= 0) continue;
-    char buffer[512];
-    const ssize_t got = read(pipe, buffer, sizeof buffer);
-    if (got == 0) return text;
-    if (got > 0) text.append(buffer, static_cast<std::size_t>(got));
-  }
-}
-
-// Why the child failed; empty when it did not.
-std::string Supervise(pid_t child, int pipe, std::chrono::seconds wall) {
-  const std::optional<std::string> report = ReadReport(pipe, Clock::now() + wall);
-  if (!report) kill(child, SIGKILL);
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  if (!report || (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU))
-    return "reading it never ends";
-  if (*report == kDone) return {};
-  return report->empty() ? "it is damaged" : *report;
-}
-
-std::string LoadInChild(const std::string& path, const std::string& sqlitePath) {
-  const Limits limits = LimitsFor(path);
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) return "no process can be started";
-  const pid_t child = fork();
-  if (child == 0) {
-    close(ends[0]);
-    RunChild(path, sqlitePath, limits, ends[1]);
-  }
-  close(ends[1]);
-  std::string failure =
-      child < 0 ? "no process can be started" : Supervise(child, ends[0], limits.wall);
-  close(ends[0]);
-  return failure;
+std::filesystem::path PathOf(const std::string& utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
 }
 
 }  // namespace
@@ -137,17 +23,17 @@ std::string LoadInChild(const std::string& path, const std::string& sqlitePath) 
 bool IsAccessFile(const std::string& path) {
   static constexpr std::string_view kMark("\0\1\0\0Standard ", 13);
   char head[19] = {};
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   if (!file.read(head, sizeof head)) return false;
   const std::string_view text(head, sizeof head);
   return text.starts_with(kMark) && (text.ends_with("Jet DB") || text.ends_with("ACE DB"));
 }
 
 void LoadAccessFile(const std::string& path, const std::string& sqlitePath) {
-  const std::string failure = LoadInChild(path, sqlitePath);
+  const std::string failure = CopyAccessTablesAside(path, sqlitePath);
   if (failure.empty()) return;
   std::error_code ignored;
-  std::filesystem::remove(sqlitePath, ignored);
+  std::filesystem::remove(PathOf(sqlitePath), ignored);
   throw RunTimeError(
       kDatabaseError,
       FromUtf8("'" + path + "' can't be read as an Access database: " + failure + "."));

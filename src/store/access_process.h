@@ -1,0 +1,12 @@
+// Copying an Access file aside, where a damaged one does no harm.
+#pragma once
+
+#include <string>
+
+namespace merivane {
+
+// Runs CopyAccessTables with limits on its time and on the size of the copy. Gives the reason why
+// it failed, in UTF-8; empty when it did not.
+std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath);
+
+}  // namespace merivane

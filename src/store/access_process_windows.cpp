@@ -1,0 +1,19 @@
+#include <exception>
+#include <string>
+
+#include "access_process.h"
+#include "access_tables.h"
+
+namespace merivane {
+
+// There is no fork here: the copy is made by this process, without limits.
+std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath) {
+  try {
+    CopyAccessTables(path, sqlitePath);
+    return {};
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+}  // namespace merivane
