@@ -3,7 +3,7 @@ add_library(merivane_options INTERFACE)
 target_compile_options(merivane_options INTERFACE -Wall -Wextra -Wconversion -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # Release builds warn of an overlap in every "literal" + std::string (GCC bug 105329).
-  target_compile_options(merivane_options INTERFACE -Wno-restrict)
+  target_compile_options(merivane_options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
 endif()
 if(MERIVANE_SANITIZE)
   target_compile_options(merivane_options INTERFACE -fsanitize=address,undefined
