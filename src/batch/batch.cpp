@@ -115,7 +115,7 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   const CLI::App* toModel = AddToModel(app, line);
   AddProjects(app, line);
   try {
-    app.parse({arguments.rbegin(), arguments.rend()});
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
     return app.exit(error, out, err) == 0 ? kDone : kRefused;
   }

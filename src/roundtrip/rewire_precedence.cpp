@@ -22,24 +22,29 @@ bool HasIncomingLink(ProjectToModel& state, std::int16_t number) {
   return HasRow(links);
 }
 
+struct LinkEnd {
+  std::int16_t number = 0;
+  bool isFree = false;  // no link touches it on this side
+};
+
 // The end from which the new link of `origin` leaves.
-std::int16_t LeavingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin) {
+LinkEnd LeavingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin) {
   Recordset link;
   link.OpenDynamic(LinksWhere(state, " AND Origin_Num = ", origin), state.gInterimConn.get());
   if (!HasRow(link)) {
-    return origin;
+    return {.number = origin, .isFree = true};
   }
   Recordset junction;
   junction.OpenDynamic(JunctionsWhere(state, " AND Num = ", link.Field("Destination_Num")),
                        state.gInterimConn.get());
   if (IsAndOf(junction, kFanOut)) {
-    return ToInt16(junction.Field("Num"));
+    return {.number = ToInt16(junction.Field("Num"))};
   }
   const std::int16_t fanOut = AddJunction(state, numbers, kFanOut, kAsyncAnd);
   const std::int16_t destination = ToInt16(link.Field("Destination_Num"));
   RepointDestination(link, fanOut);
   AddLinkBetween(state, numbers, fanOut, destination);
-  return fanOut;
+  return {.number = fanOut};
 }
 
 // Puts a new fan-in into the link, and gives its number.
@@ -58,12 +63,12 @@ std::int16_t FanInBehind(ProjectToModel& state, NumberCounter& numbers, Recordse
 }
 
 // The end at which the new link to `destination` arrives.
-std::int16_t ArrivingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t destination) {
+LinkEnd ArrivingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t destination) {
   Recordset link;
   link.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", destination),
                    state.gInterimConn.get());
   if (!HasRow(link)) {
-    return destination;
+    return {.number = destination, .isFree = true};
   }
   Recordset junction;
   junction.OpenDynamic(JunctionsWhere(state, " AND Num = ", link.Field("Origin_Num")),
@@ -71,10 +76,21 @@ std::int16_t ArrivingEnd(ProjectToModel& state, NumberCounter& numbers, std::int
   if (HasRow(junction)) {
     const std::int16_t number = ToInt16(junction.Field("Num"));
     if (IsAndOf(junction, kFanIn) || !HasIncomingLink(state, number)) {
-      return number;
+      return {.number = number};
     }
   }
-  return FanInBehind(state, numbers, link);
+  return {.number = FanInBehind(state, numbers, link)};
+}
+
+// Asks only where neither end is free: a junction may have thousands of links.
+bool IsLinked(ProjectToModel& state, const LinkEnd& leaving, const LinkEnd& arriving) {
+  if (leaving.isFree || arriving.isFree) {
+    return false;
+  }
+  Recordset links;
+  links.OpenDynamic(LinkBetween(state, leaving.number, " AND Origin_Num = ", arriving.number),
+                    state.gInterimConn.get());
+  return HasRow(links);
 }
 
 // Puts a new fan-out into the predecessor's link and links it to gDestinationUse.
@@ -90,15 +106,10 @@ void AttachThroughFanOut(ProjectToModel& state, NumberCounter& numbers, Recordse
 
 void ConnectThroughJunctions(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
   NumberCounter numbers(state);
-  const std::int16_t leaving = LeavingEnd(state, numbers, origin);
-  const std::int16_t arriving = ArrivingEnd(state, numbers, destination);
-  if (leaving != arriving) {
-    Recordset links;
-    links.OpenDynamic(LinkBetween(state, leaving, " AND Origin_Num = ", arriving),
-                      state.gInterimConn.get());
-    if (!HasRow(links)) {
-      AddLinkBetween(state, numbers, leaving, arriving);
-    }
+  const LinkEnd leaving = LeavingEnd(state, numbers, origin);
+  const LinkEnd arriving = ArrivingEnd(state, numbers, destination);
+  if (leaving.number != arriving.number && !IsLinked(state, leaving, arriving)) {
+    AddLinkBetween(state, numbers, leaving.number, arriving.number);
   }
   numbers.WriteBack();
 }

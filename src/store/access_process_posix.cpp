@@ -37,7 +37,7 @@ struct Limits {
 Limits LimitsFor(const std::string& path) {
   std::error_code ignored;
   const std::uintmax_t size = std::filesystem::file_size(path, ignored);
-  const std::uintmax_t megabytes = ignored ? 0 : size / (1024 * 1024);
+  const std::uintmax_t megabytes = ignored ? 0 : size >> 20U;
   return {.cpuSeconds = 10 + megabytes,
           .wall = std::chrono::seconds(60 + 4 * megabytes),
           .bytes = (64 + 8 * megabytes) << 20U};

@@ -14,11 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Utf8Of(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 std::string RandomName() {
   std::random_device device;
   return "merivane-" + std::to_string(device()) + std::to_string(device());
@@ -27,6 +22,11 @@ std::string RandomName() {
 }  // namespace
 
 fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
+std::string Utf8Of(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
 
 FileKind KindOfFile(const std::string& path) {
   constexpr std::string_view kMagic("SQLite format 3\0", 16);

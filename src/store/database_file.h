@@ -10,6 +10,7 @@ namespace merivane {
 enum class FileKind { kSqlite, kSqliteWithLog, kOther };
 
 std::filesystem::path PathOf(const std::string& utf8);
+std::string Utf8Of(const std::filesystem::path& path);
 
 // By the first bytes. Errors: 53 no such file (the path in the description), 70 one that may not be
 // read, kDatabaseError for a folder. REQUIRES: no connection of ours holds the file, whose locks

@@ -62,8 +62,12 @@ class Engine {
 
   // Called once when another connection keeps this one waiting; it may free the file.
   void OnBusy(std::function<void()> callback);
-  // A file that was made for this database alone; deleted at the end.
-  void OwnFile(std::string path) { ownFile_ = std::move(path); }
+  // The rows come from a copy: `path` names where they came from, and the file there is not held.
+  void IsCopy(std::string ownFile = "") {  // deleted at the end
+    holdsFile_ = false;
+    ownFile_ = std::move(ownFile);
+  }
+  bool HoldsFile() const { return holdsFile_; }
 
   // The shape of the statement, with its literals; see statement_parser.h for the failures, and
   // kUnknownTable.
@@ -94,6 +98,7 @@ class Engine {
   DatabaseHandle database_;
   std::string path_;
   bool readOnly_;
+  bool holdsFile_ = true;
   std::string ownFile_;
   std::function<void()> onBusy_;
   std::uint64_t transaction_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <compare>
+#include <optional>
 
 #include "dialect.h"
 #include "key_columns.h"
@@ -100,8 +101,11 @@ std::string IndexSql(const TableSchema& table, const std::vector<int>& key, std:
 
 std::vector<std::string> MissingIndexes(sqlite3* database, const std::string& path) {
   std::vector<std::string> missing;
+  std::optional<TableSchema> table;
+  std::string_view tableName;
   for (const KeyColumns& wanted : kKeyColumns) {
-    const auto table = TableSchema::Read(database, path, wanted.table);
+    if (wanted.table != tableName) table = TableSchema::Read(database, path, wanted.table);
+    tableName = wanted.table;
     if (!table || table->RowId().empty()) continue;
     const std::vector<int> key = FindKey(*table, wanted.columns);
     const auto leads = [&](const TableIndex& index) { return LeadsTo(*table, index, key); };

@@ -1,5 +1,7 @@
 #include "store/interim_db.h"
 
+#include <exception>
+
 #include "runtime/run_time_error.h"
 #include "store/recordset.h"
 
@@ -30,7 +32,7 @@ bool CheckTemplateDb(Workspace& workspace, const std::string& path) {
     projects.OpenDynamic("select * from MSP_Projects", &connection);
     connection.Close();
     return true;
-  } catch (const RunTimeError&) {
+  } catch (const std::exception&) {
     return false;
   }
 }

@@ -21,13 +21,15 @@ void KeyedRows::Step() {
   const bool fresh = !asked_;
   Ask();
   if (!walk_) {
-    if (!fresh) return ReadKeys();
+    if (!fresh || !added_.empty()) return ReadKeys();
     walk_ = shape_.Lend(ReadKind::kWalk, literals_);
   }
   walkStands_ = false;
   const int step = sqlite3_step(walk_.get());
   if (step == SQLITE_ROW) {
-    walkStands_ = Take(sqlite3_column_int64(walk_.get(), 0));
+    lastRead_ = sqlite3_column_int64(walk_.get(), 0);
+    keys_.push_back(lastRead_);
+    walkStands_ = true;
   } else if (step == SQLITE_DONE) {
     EndList();
   } else {
@@ -35,14 +37,6 @@ void KeyedRows::Step() {
     EndWalk();
     throw error;
   }
-}
-
-// Rows that this set has added stand at the list's end, whatever the statement says of them.
-bool KeyedRows::Take(std::int64_t key) {
-  lastRead_ = key;
-  if (!added_.empty() && std::find(added_.begin(), added_.end(), key) != added_.end()) return false;
-  keys_.push_back(key);
-  return true;
 }
 
 void KeyedRows::ReadRest() {
@@ -60,6 +54,7 @@ void KeyedRows::ReadKeys() {
     sqlite3_bind_int64(keys.get(), parameters + 1, lastRead_);
     sqlite3_bind_int64(keys.get(), parameters + 2, limit_);
   }
+  // Rows that this set has added stand at the list's end, whatever the statement says of them.
   std::vector<std::int64_t> added = added_;
   std::sort(added.begin(), added.end());
   int step = SQLITE_ROW;
@@ -247,10 +242,15 @@ ColumnKind KeyedRows::KindOf(int column) const {
   return table_.Schema().Columns()[static_cast<std::size_t>(column)].kind;
 }
 
-void KeyedRows::Insert(std::span<const FieldChange> changes) {
+void KeyedRows::BeginWrite() {
   engine_.BeginWrite();
+  table_.BeginTransaction(engine_.Transaction());
+}
+
+void KeyedRows::Insert(std::span<const FieldChange> changes) {
+  BeginWrite();
   const bool numbered = !table_.Schema().RowIdIsColumn();
-  const std::int64_t rowId = numbered ? table_.NextRowId(engine_.Transaction()) : 0;
+  const std::int64_t rowId = numbered ? table_.NextRowId() : 0;
   engine_.BeforeInsert(table_, rowId);
   (complete_ ? keys_ : added_).push_back(table_.Insert(rowId, changes));
 }
@@ -262,14 +262,14 @@ void KeyedRows::Update(Place place, std::vector<FieldChange>& changes) {
   });
   if (changes.empty()) return;
   const std::int64_t key = KeyAt(place);
-  engine_.BeginWrite();
+  BeginWrite();
   engine_.BeforeUpdate(table_, key, changes);
   table_.Update(key, changes);
 }
 
 void KeyedRows::Delete(Place place) {
   if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
-  engine_.BeginWrite();
+  BeginWrite();
   engine_.BeforeDelete(table_);
   const bool seenAll = deletesSeen_ == table_.Deletes();
   table_.Delete(KeyAt(place));

@@ -62,12 +62,12 @@ class KeyedRows : public Rows, private RowWatcher {
   void Ask();
   bool Has(Place place);
   void Step();
-  bool Take(std::int64_t key);
   void ReadRest();
   void ReadKeys();
   void EndList();
   void EndWalk();
   void KeepValues();
+  void BeginWrite();
   Place NextThere(Place place);
   Place PreviousThere(Place end);
   Place FindTail();

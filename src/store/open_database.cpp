@@ -63,14 +63,16 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
   CopyPages(engine->Database(), memory.get(), path);
   SetUp(memory.get(), path);
   AddMissingKeyIndexes(memory.get(), path);
-  return std::make_shared<Engine>(std::move(memory), path, true);
+  auto copy = std::make_shared<Engine>(std::move(memory), path, true);
+  copy->IsCopy();
+  return copy;
 }
 
 std::shared_ptr<Engine> OpenAccess(const std::string& path) {
   const std::string loaded = TemporaryName();
   LoadAccessFile(path, loaded);
   auto engine = std::make_shared<Engine>(OpenHandle(loaded, SQLITE_OPEN_READWRITE), path, true);
-  engine->OwnFile(loaded);
+  engine->IsCopy(loaded);
   SetUp(engine->Database(), path);
   Execute(engine->Database(), "pragma journal_mode = off", path);
   AddMissingKeyIndexes(engine->Database(), path);
@@ -101,7 +103,7 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, boo
     if (IsAccessFile(path)) return OpenAccess(path);
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
-  const std::string name = std::filesystem::absolute(PathOf(path)).string();
+  const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
   return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind)
                                      : OpenForWriting(path, name);
 }

@@ -23,11 +23,13 @@ std::int64_t TableData::GreatestRowId() {
   return greatest;
 }
 
-std::int64_t TableData::NextRowId(std::uint64_t transaction) {
-  if (lastRowIdTransaction_ != transaction) {
-    lastRowId_ = std::max(lastRowId_, GreatestRowId());
-    lastRowIdTransaction_ = transaction;
-  }
+void TableData::BeginTransaction(std::uint64_t transaction) {
+  if (lastRowIdTransaction_ == transaction) return;
+  lastRowId_ = std::max(lastRowId_, GreatestRowId());
+  lastRowIdTransaction_ = transaction;
+}
+
+std::int64_t TableData::NextRowId() {
   if (lastRowId_ == std::numeric_limits<std::int64_t>::max()) {
     throw RunTimeError(kDatabaseError, "The table " + schema_.Name() + " takes no more rows.");
   }

@@ -32,8 +32,10 @@ class TableData {
   std::uint64_t Deletes() const { return deletes_; }
 
   // A row number above all that the table has and has had since the database was opened, so that
-  // the place of a deleted row is never taken. Needs a transaction, told apart by its number.
-  std::int64_t NextRowId(std::uint64_t transaction);
+  // the place of a deleted row is never taken.
+  std::int64_t NextRowId();
+  // REQUIRES: called before the first of these writes in each transaction.
+  void BeginTransaction(std::uint64_t transaction);
 
   // REQUIRES: a transaction. Where a column is the row number, `rowId` is not used, and the number
   // comes back that the row got.

@@ -83,13 +83,17 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to) {
   CopyDatabasePages(source.get(), from, to);
 }
 
+bool Holds(const Engine* engine, const std::string& path) {
+  return engine != nullptr && engine->HoldsFile() && IsSameFile(engine->Path(), path);
+}
+
 }  // namespace
 
 bool Workspace::State::CommitOthers(const std::string& path, const Connection* self) {
   bool any = false;
   for (const Connection* connection : connections) {
     Engine* engine = EngineOf(*connection);
-    if (connection == self || engine == nullptr || !IsSameFile(engine->Path(), path)) continue;
+    if (connection == self || !Holds(engine, path)) continue;
     any = true;
     engine->Commit();
   }
@@ -99,7 +103,7 @@ bool Workspace::State::CommitOthers(const std::string& path, const Connection* s
 Engine* Workspace::State::EngineOn(const std::string& path) const {
   for (const Connection* connection : connections) {
     Engine* engine = EngineOf(*connection);
-    if (engine != nullptr && IsSameFile(engine->Path(), path)) return engine;
+    if (Holds(engine, path)) return engine;
   }
   return nullptr;
 }
@@ -135,12 +139,12 @@ void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
   const bool held = state_->CommitOthers(to, nullptr);
   if (!held) CheckReplaceable(to);
   const fs::path target = fs::exists(PathOf(to), error) ? fs::canonical(PathOf(to)) : PathOf(to);
-  const NewFile made(NameBeside(target.string()));
+  const NewFile made(NameBeside(Utf8Of(target)));
   CopyTo(from, state_->EngineOn(from), made.Path());
   if (fs::exists(target, error)) {
     fs::permissions(PathOf(made.Path()), fs::status(target).permissions(), error);
   }
-  RemoveJournals(target.string());
+  RemoveJournals(Utf8Of(target));
   fs::rename(PathOf(made.Path()), target, error);
   if (error) throw SystemError(error, to);
 }
