@@ -42,6 +42,7 @@ function(merivane_test name)
     MERIVANE_BIN="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     MERIVANE_PLANS="${CMAKE_SOURCE_DIR}/../shared/plans")
   add_dependencies(merivane_test_${name} merivane_template)
-  gtest_discover_tests(merivane_test_${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  gtest_discover_tests(merivane_test_${name} DISCOVERY_TIMEOUT 60 PROPERTIES
+    TIMEOUT 300 ENVIRONMENT QT_QPA_PLATFORM=offscreen)
 endfunction()
 include(GoogleTest)

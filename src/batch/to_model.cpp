@@ -63,7 +63,7 @@ int FromDatabase(Session& session, const ToModelOptions& options) {
   ProjectToModel& state = session.program.projectToModel;
   frmProjectToIDEF3& form = session.main.projectToModel;
   session.Browse(options.database, [&] { form.cmdBrowseDatabase(); });
-  if (!state.gProjectConn) {
+  if (!state.gProjectConn || !state.gProjectConn->IsOpen()) {
     return session.Refuse(options.database + " holds no project that can be listed.");
   }
   std::string reason;
@@ -148,7 +148,8 @@ int FromMpx(Session& session, const ToModelOptions& options) {
   form.SSTabInput = frmProjectToIDEF3::kMpxTab;
   form.KeepBackup = !options.noBackup;
   session.Browse(options.interim, [&] { form.cmdInterimDB(); });
-  if (form.txtInterimDB.text.empty() || !session.program.projectToModel.gInterimConn) {
+  const auto& connection = session.program.projectToModel.gInterimConn;
+  if (form.txtInterimDB.text.empty() || !connection || !connection->IsOpen()) {
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
   if (!OpenOutput(session, options)) return kRefused;

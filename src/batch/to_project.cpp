@@ -94,7 +94,8 @@ int Translate(Session& session, const ToProjectOptions& options) {
     }
   });
   if (database.text.empty()) return kRefused;
-  if (!session.program.modelToProject.gMspConn) {
+  const auto& connection = session.program.modelToProject.gMspConn;
+  if (!connection || !connection->IsOpen()) {
     return session.Refuse(options.database + " can't be opened or replaced.");
   }
   form.cmdOK();

@@ -83,7 +83,7 @@ TEST_F(Batch, AnExistingDatabaseNeedsAWordAndQuietSaysNothing) {
   EXPECT_EQ(out.str() + err.str(), "");
   const std::string before = test::ReadFile(plan);
   EXPECT_EQ(ToProject(Sample("onboarding.txt")), kRefused);
-  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_TRUE(test::ReadFile(plan) == before);
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kDone) << err.str();
   ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
   const auto projects = nlohmann::json::parse(out.str());
@@ -161,7 +161,7 @@ TEST_F(Batch, ToModelFindsTheProjectByIdOrNameAndGuardsTheOutput) {
   EXPECT_EQ(test::ReadFile(model).substr(0, 19), "Dunmar Neutral Text");
   EXPECT_EQ(toModel("1"), kRefused);
   EXPECT_EQ(toModel("1", {"--force"}), kDone) << err.str();
-  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_TRUE(test::ReadFile(plan) == before);
 }
 
 TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
@@ -175,10 +175,11 @@ TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
     return Run(arguments);
   };
   EXPECT_EQ(merge("7"), kRefused);
-  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_TRUE(test::ReadFile(plan) == before);
   EXPECT_EQ(merge("1"), kDone) << err.str();
   EXPECT_NE(test::ReadFile(model).find("  Name:  Newly "), std::string::npos);
-  EXPECT_EQ(test::ReadFile(plan + ".bak"), before);
+  EXPECT_NE(test::ReadFile(plan).find("Newly "), std::string::npos);
+  EXPECT_EQ(test::ReadFile(plan + ".bak").find("Newly "), std::string::npos);
   EXPECT_EQ(merge("1"), kDone) << err.str();
   EXPECT_TRUE(fs::exists(plan + ".bak2"));
   EXPECT_EQ(merge("1", {"--no-backup"}), kDone) << err.str();
