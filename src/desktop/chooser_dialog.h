@@ -1,0 +1,25 @@
+// Asks for one of several scenarios or decompositions.
+#pragma once
+
+#include "modal_dialogs.h"
+#include "translator/multi.h"
+
+class QListWidget;
+
+namespace merivane {
+
+class ChooserDialog : public ModalDialog {
+ public:
+  ChooserDialog(multi& form, QtDesktop& desktop, QWidget* parent);
+
+ protected:
+  void Escape() override;
+
+ private:
+  QListWidget* MakeList();
+  QLayout* MakeButtons();
+
+  multi& form_;
+};
+
+}  // namespace merivane

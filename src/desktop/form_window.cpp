@@ -1,0 +1,224 @@
+#include "form_window.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "help_context.h"
+#include "path_field.h"
+#include "qt_text.h"
+
+namespace merivane {
+
+FormWindow::FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext)
+    : desktop_(desktop), form_(form), column_(new QVBoxLayout(this)) {
+  setWindowTitle(caption);
+  SetHelpContext(this, helpContext);
+  form_.OnChange = [this] { Sync(); };
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](QWidget* /*old*/, const QWidget* now) { ShowDefaultButton(now); });
+}
+
+FormWindow::~FormWindow() { form_.OnChange = nullptr; }
+
+void FormWindow::SetFrame(QMdiSubWindow* frame) {
+  frame_ = frame;
+  frame_->hide();
+}
+
+void FormWindow::Run(const std::function<void()>& handler) {
+  desktop_.Run(handler);
+  Draw();
+}
+
+void FormWindow::Draw() {
+  for (const auto& draw : draws_) draw();
+}
+
+void FormWindow::Sync() {
+  Draw();
+  if (frame_ == nullptr) return;
+  const bool loadedNow = form_.IsLoaded() && !wasLoaded_;
+  wasLoaded_ = form_.IsLoaded();
+  if (!form_.IsVisible()) {
+    frame_->hide();
+    return;
+  }
+  if (frame_->isVisible()) return;
+  if (loadedNow) {
+    AlignLabels();
+    frame_->resize(frame_->sizeHint());
+  }
+  show();
+  frame_->show();
+  frame_->mdiArea()->setActiveSubWindow(frame_);
+  if (loadedNow) order_.front()->setFocus();
+}
+
+QFormLayout* FormWindow::AddRows() {
+  auto* rows = new QFormLayout;
+  rows->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  column_->addLayout(rows);
+  return rows;
+}
+
+QTabWidget* FormWindow::AddTabs(const char* name, std::string& caption) {
+  auto* tabs = new QTabWidget;
+  tabs->setObjectName(name);
+  tabs->setAccessibleName(windowTitle());
+  column_->addWidget(tabs);
+  order_.push_back(tabs);
+  connect(tabs, &QTabWidget::currentChanged, this, [this, tabs, &caption](int index) {
+    if (index >= 0) Run([&] { caption = tabs->tabText(index).toStdString(); });
+  });
+  draws_.emplace_back([tabs, &caption] {
+    const QSignalBlocker quiet(tabs);
+    for (int i = 0; i < tabs->count(); ++i) {
+      if (tabs->tabText(i) == QString::fromStdString(caption)) tabs->setCurrentIndex(i);
+    }
+  });
+  return tabs;
+}
+
+QFormLayout* FormWindow::AddTab(QTabWidget* tabs, const char* caption) {
+  auto* page = new QWidget;
+  auto* rows = new QFormLayout(page);
+  rows->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+  const QSignalBlocker quiet(tabs);
+  tabs->addTab(page, caption);
+  return rows;
+}
+
+void FormWindow::AddField(QFormLayout* rows, const char* label, const char* caption,
+                          QWidget* field) {
+  auto* text = new QLabel(caption);
+  text->setObjectName(label);
+  text->setBuddy(field);
+  rows->addRow(text, field);
+  labels_.push_back(text);
+}
+
+void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
+  auto* field = new PathField(row.edit, row.button, QString(row.caption).remove(':'));
+  AddField(rows, row.label, row.caption, field);
+  order_.push_back(field->Edit());
+  order_.push_back(field->Button());
+  TextBox& box = row.box;
+  connect(field->Edit(), &QLineEdit::textChanged, this, [this, &box](const QString& text) {
+    if (!desktop_.Ended()) box.text = text.toStdString();
+  });
+  connect(field->Button(), &QPushButton::clicked, this,
+          [this, browse = row.browse] { Run(browse); });
+  field->OnDrop = [this, browse = row.browse](const std::string& name) {
+    desktop_.RunWithFileName(name, browse);
+    Draw();
+  };
+  draws_.emplace_back([field, &box] { field->Draw(box); });
+}
+
+void FormWindow::AddCheckBox(const char* name, const char* caption, CheckBox& box,
+                             const std::function<void()>& click) {
+  auto* check = new QCheckBox(caption);
+  check->setObjectName(name);
+  check->setAccessibleName(caption);
+  column_->addWidget(check);
+  column_->addStretch();
+  order_.push_back(check);
+  connect(check, &QCheckBox::clicked, this, [this, &box, click](bool checked) {
+    Run([&] {
+      box.checked = checked;
+      click();
+    });
+  });
+  draws_.emplace_back([check, &box] {
+    check->setChecked(box.checked);
+    check->setEnabled(box.enabled);
+  });
+}
+
+QPushButton* FormWindow::AddButton(const char* name, const char* caption) {
+  auto* button = new QPushButton(caption);
+  button->setObjectName(name);
+  button->setAccessibleName(caption);
+  order_.push_back(button);
+  return button;
+}
+
+void FormWindow::AddButtons(const char* helpName, int helpContext, const std::function<void()>& ok,
+                            const std::function<void()>& cancel) {
+  ok_ = AddButton("cmdOK", "OK");
+  cancel_ = AddButton("cmdCancel", "Cancel");
+  QPushButton* help = AddButton(helpName, "Help");
+  SetHelpContext(help, helpContext);
+  ok_->setDefault(true);
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  for (QPushButton* button : {ok_, cancel_, help}) row->addWidget(button);
+  column_->addLayout(row);
+  connect(ok_, &QPushButton::clicked, this, [this, ok] { Run(ok); });
+  connect(cancel_, &QPushButton::clicked, this, [this, cancel] { Run(cancel); });
+  connect(help, &QPushButton::clicked, this, [this, help] { desktop_.RequestHelp(help); });
+  for (std::size_t i = 1; i < order_.size(); ++i) setTabOrder(order_[i - 1], order_[i]);
+}
+
+// The labels of all pages are as wide as the widest, so that the fields stand in one column.
+void FormWindow::AlignLabels() {
+  int width = 0;
+  for (QWidget* label : labels_) width = qMax(width, label->sizeHint().width());
+  for (QWidget* label : labels_) label->setMinimumWidth(width);
+}
+
+void FormWindow::ShowDefaultButton(const QWidget* focus) {
+  if (ok_ == nullptr) return;
+  const bool other =
+      qobject_cast<const QPushButton*>(focus) != nullptr && focus != ok_ && isAncestorOf(focus);
+  ok_->setDefault(!other);
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    auto* focused = qobject_cast<QPushButton*>(QApplication::focusWidget());
+    (focused != nullptr && isAncestorOf(focused) ? focused : ok_)->click();
+  } else if (event->key() == Qt::Key_Escape) {
+    cancel_->click();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Run([this] { form_.Unload(); });
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) AlignLabels();
+  QWidget::changeEvent(event);
+}
+
+void DrawComboBox(QComboBox* widget, const ComboBox& box) {
+  const QSignalBlocker quiet(widget);
+  QStringList names;
+  for (const ComboBox::Entry& entry : box.entries) names += ToQt(entry.name);
+  QStringList shown;
+  for (int i = 0; i < widget->count(); ++i) shown += widget->itemText(i);
+  if (names != shown) {
+    widget->clear();
+    widget->addItems(names);
+  }
+  widget->setCurrentIndex(box.listIndex ? static_cast<int>(*box.listIndex) : -1);
+  widget->setEnabled(box.enabled);
+  widget->setVisible(box.visible);
+}
+
+}  // namespace merivane

@@ -1,0 +1,87 @@
+// What the windows of both directions share: rows of files, the check box, OK, Cancel and Help.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "desktop/qt_desktop.h"
+#include "shell/form.h"
+
+class QCheckBox;
+class QComboBox;
+class QFormLayout;
+class QMdiSubWindow;
+class QPushButton;
+class QTabWidget;
+class QVBoxLayout;
+
+namespace merivane {
+
+class PathField;
+
+struct PathRow {
+  const char* label;
+  const char* caption;
+  const char* edit;
+  const char* button;
+  TextBox& box;
+  std::function<void()> browse;
+};
+
+// Draws a form in a window of the MDI area whenever its state changes. Enter presses OK, or the
+// button that has the focus, Escape Cancel; closing it by its frame unloads the form.
+class FormWindow : public QWidget {
+ public:
+  FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext);
+  ~FormWindow() override;
+
+  // Told in a line what came of a translation.
+  std::function<void(const QString&)> OnResult;
+
+  // Puts it into its frame, which shows and hides with the form.
+  void SetFrame(QMdiSubWindow* frame);
+
+ protected:
+  virtual void Draw();
+  // Runs a handler and draws what it changed.
+  void Run(const std::function<void()>& handler);
+
+  QTabWidget* AddTabs(const char* name, std::string& caption);
+  QFormLayout* AddTab(QTabWidget* tabs, const char* caption);
+  QFormLayout* AddRows();
+  void AddPath(QFormLayout* rows, const PathRow& row);
+  // Keeps its place among the rows for the keyboard.
+  void AddField(QFormLayout* rows, const char* label, const char* caption, QWidget* field);
+  void AddCheckBox(const char* name, const char* caption, CheckBox& box,
+                   const std::function<void()>& click);
+  void AddButtons(const char* helpName, int helpContext, const std::function<void()>& ok,
+                  const std::function<void()>& cancel);
+
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+  QtDesktop& desktop_;
+
+ private:
+  QPushButton* AddButton(const char* name, const char* caption);
+  void Sync();
+  void AlignLabels();
+  void ShowDefaultButton(const QWidget* focus);
+
+  Form& form_;
+  QMdiSubWindow* frame_ = nullptr;
+  QVBoxLayout* column_;
+  std::vector<std::function<void()>> draws_;  // one for each control
+  std::vector<QWidget*> labels_;
+  std::vector<QWidget*> order_;  // of the keyboard
+  QPushButton* ok_ = nullptr;
+  QPushButton* cancel_ = nullptr;
+  bool wasLoaded_ = false;
+};
+
+// Fills the list anew where its entries changed.
+void DrawComboBox(QComboBox* widget, const ComboBox& box);
+
+}  // namespace merivane

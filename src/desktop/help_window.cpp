@@ -1,0 +1,192 @@
+#include "desktop/help_window.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSplitter>
+#include <QStyle>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "help_file.h"
+#include "pictures.h"
+#include "topic_browser.h"
+
+namespace merivane {
+namespace {
+
+constexpr int kTopicRole = Qt::UserRole;
+
+template <typename Item>
+QString TopicOf(const Item* item, int column) {
+  return item->data(column, kTopicRole).toString();
+}
+
+}  // namespace
+
+HelpWindow::HelpWindow()
+    : tabs_(new QTabWidget),
+      contents_(new QTreeWidget),
+      indexText_(new QLineEdit),
+      index_(new QListWidget),
+      browser_(new TopicBrowser) {
+  setObjectName("helpWindow");
+  setWindowIcon(ApplicationIcon());
+  contents_->setObjectName("helpContents");
+  contents_->setAccessibleName("Contents");
+  contents_->setHeaderHidden(true);
+  browser_->setObjectName("helpTopic");
+  browser_->setAccessibleName("Topic");
+  tabs_->setObjectName("helpTabs");
+  tabs_->addTab(contents_, "&Contents");
+  tabs_->addTab(MakeIndexPage(), "&Index");
+  auto* splitter = new QSplitter;
+  splitter->addWidget(tabs_);
+  splitter->addWidget(browser_);
+  splitter->setStretchFactor(1, 1);
+  const int character = fontMetrics().averageCharWidth();
+  splitter->setSizes({character * 34, character * 86});
+  setCentralWidget(splitter);
+  resize(character * 120, fontMetrics().height() * 38);
+  AddTools();
+  connect(contents_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+    if (item != nullptr) ShowTopic(TopicOf(item, 0));
+  });
+  connect(browser_, &QTextBrowser::sourceChanged, this, [this] { MarkTopic(); });
+}
+
+HelpWindow::~HelpWindow() { browser_->SetFile(nullptr); }
+
+void HelpWindow::AddTools() {
+  QToolBar* tools = addToolBar("Topics");
+  tools->setMovable(false);
+  tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  const auto add = [&](const char* text, QStyle::StandardPixmap icon, QKeySequence keys) {
+    QAction* action = tools->addAction(style()->standardIcon(icon), text);
+    action->setShortcut(keys);
+    return action;
+  };
+  QAction* back = add("Back", QStyle::SP_ArrowBack, QKeySequence::Back);
+  QAction* forward = add("Forward", QStyle::SP_ArrowForward, QKeySequence::Forward);
+  back->setEnabled(false);
+  forward->setEnabled(false);
+  connect(back, &QAction::triggered, browser_, &QTextBrowser::backward);
+  connect(forward, &QAction::triggered, browser_, &QTextBrowser::forward);
+  connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+  connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+}
+
+QWidget* HelpWindow::MakeIndexPage() {
+  auto* page = new QWidget;
+  auto* column = new QVBoxLayout(page);
+  indexText_->setObjectName("helpIndexText");
+  indexText_->setAccessibleName("Look for an index entry");
+  indexText_->setPlaceholderText("Look for");
+  indexText_->setClearButtonEnabled(true);
+  index_->setObjectName("helpIndex");
+  index_->setAccessibleName("Index");
+  column->addWidget(indexText_);
+  column->addWidget(index_);
+  connect(indexText_, &QLineEdit::textChanged, this, &HelpWindow::FilterIndex);
+  connect(index_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+    if (item != nullptr) ShowTopic(item->data(kTopicRole).toString());
+  });
+  return page;
+}
+
+bool HelpWindow::Open(const QString& path) {
+  if (file_ && path == path_) return true;
+  auto file = HelpFile::Open(path);
+  if (!file) return false;
+  browser_->SetFile(file.get());
+  file_ = std::move(file);
+  path_ = path;
+  Fill();
+  return true;
+}
+
+void HelpWindow::Fill() {
+  const QSignalBlocker quietContents(contents_);
+  const QSignalBlocker quietIndex(index_);
+  setWindowTitle(file_->Title().isEmpty() ? QStringLiteral("Help") : file_->Title());
+  contents_->clear();
+  std::vector<QTreeWidgetItem*> parents;  // the last item of each level so far
+  for (const HelpEntry& entry : file_->Contents()) {
+    const auto level = qMin(static_cast<std::size_t>(entry.level), parents.size());
+    parents.resize(level);
+    auto* item = level == 0 ? new QTreeWidgetItem(contents_) : new QTreeWidgetItem(parents.back());
+    item->setText(0, entry.name);
+    item->setData(0, kTopicRole, entry.topic);
+    parents.push_back(item);
+  }
+  contents_->expandAll();
+  index_->clear();
+  for (const HelpEntry& entry : file_->Index()) {
+    auto* item = new QListWidgetItem(entry.name, index_);
+    item->setData(kTopicRole, entry.topic);
+  }
+  index_->sortItems();
+}
+
+void HelpWindow::FilterIndex(const QString& text) {
+  for (int row = 0; row < index_->count(); ++row) {
+    QListWidgetItem* item = index_->item(row);
+    item->setHidden(!item->text().contains(text, Qt::CaseInsensitive));
+  }
+}
+
+void HelpWindow::ShowTopic(const QString& topic) {
+  if (!topic.isEmpty()) browser_->ShowTopic(topic);
+}
+
+void HelpWindow::MarkTopic() {
+  const QSignalBlocker quiet(contents_);
+  for (QTreeWidgetItemIterator item(contents_); *item != nullptr; ++item) {
+    if (TopicOf(*item, 0).section('#', 0, 0) != browser_->Topic()) continue;
+    contents_->setCurrentItem(*item);
+    return;
+  }
+  contents_->setCurrentItem(nullptr);
+}
+
+void HelpWindow::ShowContents() {
+  tabs_->setCurrentWidget(contents_);
+  if (Topic().isEmpty()) ShowTopic(file_->DefaultTopic());
+  BringToFront();
+  contents_->setFocus();
+}
+
+void HelpWindow::ShowIndex() {
+  tabs_->setCurrentWidget(index_->parentWidget());
+  if (Topic().isEmpty()) ShowTopic(file_->DefaultTopic());
+  BringToFront();
+  indexText_->setFocus();
+}
+
+void HelpWindow::ShowContext(int context) {
+  ShowTopic(file_->TopicOf(context).value_or(file_->DefaultTopic()));
+  BringToFront();
+  browser_->setFocus();
+}
+
+QString HelpWindow::Topic() const { return browser_->Topic(); }
+
+void HelpWindow::BringToFront() {
+  if (isMinimized()) showNormal();
+  show();
+  raise();
+  activateWindow();
+}
+
+void HelpWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    close();
+  } else {
+    QMainWindow::keyPressEvent(event);
+  }
+}
+
+}  // namespace merivane

@@ -1,0 +1,43 @@
+// The main window: menus, the area of both dialogs, the status bar.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "desktop/qt_desktop.h"
+#include "shell/frmMain.h"
+
+class QMdiArea;
+
+namespace merivane {
+
+class ElidedLabel;
+class FormWindow;
+class HelpKey;
+
+// Draws frmMain and all forms that it holds. Closing it ends the program.
+class MainWindow : public QMainWindow {
+ public:
+  // Both outlive the window.
+  MainWindow(QtDesktop& desktop, frmMain& main);
+  ~MainWindow() override;
+
+  // Text of the status bar: what came of the last translation.
+  QString Result() const;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void AddMenus();
+  void AddForm(FormWindow* window);
+  void ShowResult(const QString& text);
+
+  QtDesktop& desktop_;
+  frmMain& main_;
+  std::unique_ptr<HelpKey> helpKey_;
+  QMdiArea* area_;
+  ElidedLabel* result_;
+};
+
+}  // namespace merivane

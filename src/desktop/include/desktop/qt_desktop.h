@@ -1,0 +1,82 @@
+// The desktop drawn with widgets: boxes, dialogs, pointer, help window.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/file_names.h"
+#include "platform/desktop.h"
+
+class QDialog;
+
+namespace merivane {
+
+class HelpWindow;
+
+// REQUIRES: a QApplication that outlives it.
+class QtDesktop : public Desktop {
+ public:
+  explicit QtDesktop(FileNames& fileNames);
+  ~QtDesktop() override;
+
+  // The window in front of which boxes and dialogs open.
+  void SetWindow(QWidget* window) { window_ = window; }
+
+  // Runs a form's handler. Every slot goes through here, so that no exception crosses Qt: a failure
+  // that the handler did not guard shows its description, and the end of the program leaves all
+  // open dialogs, unwinds the handlers that wait for them and calls OnEnd. Nothing once ended.
+  void Run(const std::function<void()>& handler);
+  // The same for a browse handler, with `name` as the answer of its file dialog.
+  void RunWithFileName(const std::string& name, const std::function<void()>& handler);
+  bool Ended() const { return ended_; }
+  std::function<void()> OnEnd;
+
+  // F1 or a help button: the topic of the widget's help context.
+  void RequestHelp(const QWidget* widget);
+  std::function<void(int context)> OnHelpRequest;
+  HelpWindow* Help() const { return help_.get(); }
+
+  // Boxes shown so far.
+  int MessageCount() const { return messageCount_; }
+
+  MessageAnswer ShowMessage(const Message& message) override;
+  void Beep() override;
+  std::string AskFileName(const FileDialog& dialog) override;
+  int MousePointer() const override { return pointer_; }
+  void SetMousePointer(int pointer) override;
+  void ShowModal(ModalForm& form) override;
+  void Sleep(int milliseconds) override;
+  std::string AppPath() const override;
+  DateTime Today() const override;
+  std::int32_t OemCodePage() const override;
+  std::optional<std::string> RegistryDefault(const std::string& key) const override;
+  bool StartProgram(const std::string& commandLine) override;
+  int OpenWebPage(const std::string& url) override;
+  void ShowHelp(const std::string& helpFile, int command, int context) override;
+  std::string ProfileString(const std::string& section, const std::string& key,
+                            const std::string& fallback, const std::string& iniFile) const override;
+
+ private:
+  class Wait;
+  QWidget* Parent() const;
+  void Execute(QDialog& dialog);
+  void RunReported(const std::function<void()>& handler);
+  void End();
+  void ApplyPointer();
+
+  FileNames& fileNames_;
+  QWidget* window_ = nullptr;
+  std::unique_ptr<HelpWindow> help_;
+  std::optional<std::string> givenName_;
+  std::vector<std::function<void()>> waits_;  // leaves each nested event loop, innermost last
+  int pointer_ = kPointerDefault;
+  bool pointerShown_ = false;  // an override cursor of ours is on Qt's stack
+  int messageCount_ = 0;
+  bool ended_ = false;
+};
+
+}  // namespace merivane

@@ -1,0 +1,115 @@
+#include "desktop/main_window.h"
+
+#include <QCloseEvent>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QStatusBar>
+
+#include "about_dialog.h"
+#include "elided_label.h"
+#include "form_area.h"
+#include "help_context.h"
+#include "model_to_project_window.h"
+#include "options_dialog.h"
+#include "pictures.h"
+#include "project_to_model_window.h"
+#include "splash_window.h"
+
+namespace merivane {
+namespace {
+
+struct MenuItem {
+  const char* name;
+  const char* caption;  // "-" for a separator
+  int helpContext;
+  void (frmMain::*handler)();  // null for a menu or a separator
+};
+
+constexpr MenuItem kItems[] = {
+    {"mnuFile", "&File", 1001, nullptr},
+    {"mnuIDEF3ToProject", "Cel&var to Project", 1002, &frmMain::mnuIDEF3ToProject},
+    {"mnuProjectToIDEF3", "&Project to Celvar", 1003, &frmMain::mnuProjectToIDEF3},
+    {"mnuSep1", "-", 0, nullptr},
+    {"mnuExit", "&Exit", 1004, &frmMain::mnuExit},
+    {"mnuOptions", "&Options", 1005, nullptr},
+    {"mnuPath", "&Application Paths", 1006, &frmMain::mnuPath},
+    {"mnuHelp", "&Help", 1007, nullptr},
+    {"mnuContents", "&Contents", 1008, &frmMain::mnuContents},
+    {"mnuIndex", "&Index", 1009, &frmMain::mnuIndex},
+    {"mnuSep2", "-", 0, nullptr},
+    {"mnuAboutVorn", "&Vorn Homepage", 1010, &frmMain::mnuAboutVorn},
+    {"mnuAboutMerivane", "&About Merivane", 1011, &frmMain::mnuAboutMerivane},
+};
+
+}  // namespace
+
+MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
+    : desktop_(desktop),
+      main_(main),
+      helpKey_(std::make_unique<HelpKey>(desktop)),
+      area_(new FormArea),
+      result_(new ElidedLabel) {
+  setObjectName("frmMain");
+  setWindowTitle("Merivane: Celvar <--> Microsoft Project");
+  setWindowIcon(ApplicationIcon());
+  SetHelpContext(this, frmMain::kHelpContextId);
+  setCentralWidget(area_);
+  result_->setObjectName("result");
+  result_->setTextFormat(Qt::PlainText);
+  statusBar()->addWidget(result_, 1);
+  resize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40);
+  AddMenus();
+  AddForm(new ModelToProjectWindow(main_.modelToProject, desktop_));
+  AddForm(new ProjectToModelWindow(main_.projectToModel, desktop_));
+  new OptionsDialog(main_.options, desktop_, this);
+  new AboutDialog(main_.about, desktop_, this);
+  new SplashWindow(main_.splash, this);
+  main_.OnChange = [this] { setVisible(main_.IsVisible()); };
+  desktop_.SetWindow(this);
+  desktop_.OnHelpRequest = [this](int context) { main_.ShowContextHelp(context); };
+}
+
+MainWindow::~MainWindow() {
+  desktop_.SetWindow(nullptr);
+  desktop_.OnHelpRequest = nullptr;
+  main_.OnChange = nullptr;
+}
+
+void MainWindow::AddMenus() {
+  QMenu* menu = nullptr;
+  for (const MenuItem& item : kItems) {
+    QAction* action = nullptr;
+    if (item.handler != nullptr) {
+      action = menu->addAction(item.caption);
+      connect(action, &QAction::triggered, this,
+              [this, handler = item.handler] { desktop_.Run([&] { (main_.*handler)(); }); });
+    } else if (item.helpContext != 0) {
+      menu = menuBar()->addMenu(item.caption);
+      action = menu->menuAction();
+    } else {
+      action = menu->addSeparator();
+    }
+    action->setObjectName(item.name);
+    action->setMenuRole(QAction::NoRole);
+    if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
+  }
+}
+
+void MainWindow::AddForm(FormWindow* window) {
+  window->OnResult = [this](const QString& text) { ShowResult(text); };
+  window->SetFrame(area_->addSubWindow(window));
+}
+
+void MainWindow::ShowResult(const QString& text) {
+  result_->setText(text);
+  result_->setToolTip(text);
+}
+
+QString MainWindow::Result() const { return result_->text(); }
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  desktop_.Run([this] { main_.mnuExit(); });
+  event->accept();
+}
+
+}  // namespace merivane

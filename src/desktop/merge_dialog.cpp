@@ -1,0 +1,103 @@
+#include "merge_dialog.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "desktop/qt_desktop.h"
+#include "form_window.h"
+#include "help_context.h"
+
+namespace merivane {
+
+MergeDialog::MergeDialog(frmDBMerge& form, QtDesktop& desktop, QWidget* parent)
+    : ModalDialog(form, desktop, parent),
+      form_(form),
+      overwrite_(new QRadioButton("Overwrite")),
+      merge_(new QRadioButton("Round trip merge")),
+      label_(new QLabel("Select Project to Merge:")),
+      projects_(new QComboBox) {
+  setObjectName("frmDBMerge");
+  setWindowTitle("Interim DB Creating Options");
+  SetHelpContext(this, frmDBMerge::kHelpContextId);
+  label_->setObjectName("LabSelProj");
+  label_->setBuddy(projects_);
+  projects_->setObjectName("comboInterimProject");
+  projects_->setAccessibleName("Select Project to Merge");
+  projects_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  for (QWidget* hides : {static_cast<QWidget*>(label_), static_cast<QWidget*>(projects_)}) {
+    QSizePolicy policy = hides->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    hides->setSizePolicy(policy);
+  }
+  auto* projectRow = new QHBoxLayout;
+  projectRow->addWidget(label_);
+  projectRow->addWidget(projects_, 1);
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(MakeOptions());
+  column->addLayout(projectRow);
+  column->addStretch();
+  column->addLayout(MakeButtons());
+  connect(projects_, &QComboBox::currentIndexChanged, this, [this](int index) {
+    Run([this, index] {
+      form_.comboInterimProject.listIndex.reset();
+      if (index >= 0) form_.comboInterimProject.listIndex = static_cast<std::size_t>(index);
+      form_.comboInterimProject_Click();
+    });
+  });
+  Draw();
+}
+
+QWidget* MergeDialog::MakeOptions() {
+  auto* frame = new QGroupBox("This database already exists.  Do you want to overwrite or merge?");
+  frame->setObjectName("fraOptions");
+  auto* column = new QVBoxLayout(frame);
+  overwrite_->setObjectName("OptOverwrite");
+  merge_->setObjectName("OptMerge");
+  for (QRadioButton* option : {overwrite_, merge_}) {
+    option->setAccessibleName(option->text());
+    column->addWidget(option);
+  }
+  connect(overwrite_, &QRadioButton::toggled, this, [this](bool set) {
+    if (set) Run([this] { form_.OptOverwrite(); });
+  });
+  connect(merge_, &QRadioButton::toggled, this, [this](bool set) {
+    if (set) Run([this] { form_.OptMerge(); });
+  });
+  return frame;
+}
+
+QLayout* MergeDialog::MakeButtons() {
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  QPushButton* ok = AddButton("CmdOK", "Ok", [this] { form_.CmdOK(); });
+  ok->setDefault(true);
+  row->addWidget(ok);
+  row->addWidget(AddButton("CmdCancel", "Cancel", [this] { form_.CmdCancel(); }));
+  auto* help = new QPushButton("Help");
+  help->setObjectName("cmdHelp6");
+  help->setAccessibleName("Help");
+  SetHelpContext(help, frmDBMerge::kHelpButtonContextId);
+  connect(help, &QPushButton::clicked, this, [this, help] { desktop_.RequestHelp(help); });
+  row->addWidget(help);
+  return row;
+}
+
+void MergeDialog::Draw() {
+  const QSignalBlocker quietOverwrite(overwrite_);
+  const QSignalBlocker quietMerge(merge_);
+  if (form_.OptOverwriteSet) overwrite_->setChecked(true);
+  if (form_.OptMergeSet) merge_->setChecked(true);
+  label_->setVisible(form_.LabSelProjVisible);
+  DrawComboBox(projects_, form_.comboInterimProject);
+}
+
+void MergeDialog::Escape() {
+  Run([this] { form_.CmdCancel(); });
+}
+
+}  // namespace merivane

@@ -1,0 +1,32 @@
+// Asks whether an existing interim database is overwritten or merged with.
+#pragma once
+
+#include "modal_dialogs.h"
+#include "shell/frmDBMerge.h"
+
+class QComboBox;
+class QLabel;
+class QRadioButton;
+
+namespace merivane {
+
+class MergeDialog : public ModalDialog {
+ public:
+  MergeDialog(frmDBMerge& form, QtDesktop& desktop, QWidget* parent);
+
+ protected:
+  void Draw() override;
+  void Escape() override;
+
+ private:
+  QWidget* MakeOptions();
+  QLayout* MakeButtons();
+
+  frmDBMerge& form_;
+  QRadioButton* overwrite_;
+  QRadioButton* merge_;
+  QLabel* label_;
+  QComboBox* projects_;
+};
+
+}  // namespace merivane

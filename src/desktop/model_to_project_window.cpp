@@ -1,0 +1,55 @@
+#include "model_to_project_window.h"
+
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "qt_text.h"
+#include "result_text.h"
+
+namespace merivane {
+
+ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& desktop)
+    : FormWindow(form, desktop, "Celvar to MS Project", frmIDEF3ToProject::kHelpContextId),
+      form_(form) {
+  setObjectName("frmIDEF3ToProject");
+  AddPath(AddRows(), {"Label1", "Celvar Text File:", "txtCelvarFilename", "cmdBrowseText",
+                      form.txtCelvarFilename, [&form] { form.cmdBrowseText(); }});
+  QTabWidget* tabs = AddTabs("SSTabGenerateOpt", form.SSTabGenerateOpt);
+  AddPath(AddTab(tabs, frmIDEF3ToProject::kDatabaseTab),
+          {"Label3", "MS Project MDB:", "txtDatabase", "BrowsedbBt", form.txtDatabase,
+           [&form] { form.BrowsedbBt(); }});
+  QFormLayout* mpx = AddTab(tabs, frmIDEF3ToProject::kMpxTab);
+  AddPath(mpx, {"Label5", "Interim Database:", "txtDatabase_mpx", "BrowsedbBt_mpx",
+                form.txtDatabase_mpx, [&form] { form.BrowsedbBt_mpx(); }});
+  AddPath(mpx, {"Label6", "MPX File:", "txtMpx", "cmdBrowseMPX", form.txtMpx,
+                [&form] { form.cmdBrowseMPX(); }});
+  auto* append = new QPushButton("Append...", this);
+  append->setObjectName("cmdBrowseDatabase");
+  append->hide();
+  connect(append, &QPushButton::clicked, this,
+          [this] { Run([this] { form_.cmdBrowseDatabase(); }); });
+  AddCheckBox("CkLaunchMsprojApp", "Launch Microsoft Project Mgt Application After Generation",
+              form.CkLaunchMsprojApp, [&form] { form.CkLaunchMsprojApp_Click(); });
+  AddButtons(
+      "cmdHelp2", frmIDEF3ToProject::kHelpButtonContextId, [this] { Ok(); },
+      [&form] { form.cmdCancel(); });
+  Draw();
+}
+
+void ModelToProjectWindow::Ok() {
+  const int messages = desktop_.MessageCount();
+  form_.cmdOK();
+  if (form_.IsLoaded() || !OnResult) return;
+  const int shown = desktop_.MessageCount() - messages;
+  if (!form_.GenerateResult.value_or(false)) {
+    OnResult("The plan was not finished: " + PathToQt(form_.txtCelvarFilename.text) +
+             MessageNote(shown));
+    return;
+  }
+  const bool database = form_.SSTabGenerateOpt == frmIDEF3ToProject::kDatabaseTab;
+  QString files = PathToQt(database ? form_.txtDatabase.text : form_.txtDatabase_mpx.text);
+  if (!form_.txtMpx.text.empty()) files += " and " + PathToQt(form_.txtMpx.text);
+  OnResult("Plan written: " + files + MessageNote(shown));
+}
+
+}  // namespace merivane

@@ -1,0 +1,19 @@
+// The window of the direction from model to plan.
+#pragma once
+
+#include "form_window.h"
+#include "shell/frmIDEF3ToProject.h"
+
+namespace merivane {
+
+class ModelToProjectWindow : public FormWindow {
+ public:
+  ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& desktop);
+
+ private:
+  void Ok();
+
+  frmIDEF3ToProject& form_;
+};
+
+}  // namespace merivane

@@ -1,0 +1,35 @@
+// A text box for the name of a file, and its browse button.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "shell/form.h"
+
+class QLineEdit;
+class QPushButton;
+
+namespace merivane {
+
+// Shows the end of a name that is too long, and the whole name as a tool tip. A file may be dropped
+// anywhere on it, also while the text box is disabled.
+class PathField : public QWidget {
+ public:
+  PathField(const char* editName, const char* buttonName, const QString& accessibleName);
+
+  void Draw(const TextBox& box);
+  QLineEdit* Edit() const { return edit_; }
+  QPushButton* Button() const { return button_; }
+
+  std::function<void(const std::string& name)> OnDrop;
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  QLineEdit* edit_;
+  QPushButton* button_;
+};
+
+}  // namespace merivane

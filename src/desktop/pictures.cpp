@@ -1,0 +1,41 @@
+#include "pictures.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
+
+// The linker keeps the resources of a static library only where they are asked for by name.
+static void TakeResources() { Q_INIT_RESOURCE(merivane); }
+
+namespace merivane {
+
+void PaintPicture(QPainter& painter, const QRectF& place) {
+  TakeResources();
+  QSvgRenderer renderer(QStringLiteral(":/merivane.svg"));
+  renderer.render(&painter, place);
+}
+
+QIcon ApplicationIcon() {
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    PaintPicture(painter, pixmap.rect());
+    painter.end();
+    icon.addPixmap(pixmap);
+  }
+  return icon;
+}
+
+Picture::Picture(const QSize& size, QWidget* parent) : QWidget(parent) {
+  setFixedSize(size);
+  setAccessibleName("Merivane");
+}
+
+void Picture::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  PaintPicture(painter, rect());
+}
+
+}  // namespace merivane

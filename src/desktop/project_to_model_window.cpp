@@ -1,0 +1,77 @@
+#include "project_to_model_window.h"
+
+#include <QComboBox>
+#include <QTabWidget>
+
+#include "qt_text.h"
+#include "result_text.h"
+
+namespace merivane {
+
+ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& desktop)
+    : FormWindow(form, desktop, "MS Project to Celvar", frmProjectToIDEF3::kHelpContextId),
+      form_(form) {
+  setObjectName("frmProjectToIDEF3");
+  AddPath(AddRows(), {"Label1", "Target Celvar Text Filename:", "txtCelvarFilename",
+                      "cmdBrowseText", form.txtCelvarFilename, [&form] { form.cmdBrowseText(); }});
+  QTabWidget* tabs = AddTabs("SSTabInput", form.SSTabInput);
+  AddDatabaseTab(tabs);
+  AddMpxTab(tabs);
+  AddCheckBox("optLaunchCelvar", "Launch Celvar and Import Text", form.optLaunchCelvar,
+              [&form] { form.optLaunchCelvar_Click(); });
+  AddButtons(
+      "cmdHelp3", frmProjectToIDEF3::kHelpButtonContextId, [this] { Ok(); },
+      [&form] { form.cmdCancel(); });
+  Draw();
+}
+
+void ProjectToModelWindow::AddDatabaseTab(QTabWidget* tabs) {
+  QFormLayout* rows = AddTab(tabs, frmProjectToIDEF3::kDatabaseTab);
+  AddPath(rows, {"Label2", "MS Project Database:", "txtDatabase", "cmdBrowseDatabase",
+                 form_.txtDatabase, [this] { form_.cmdBrowseDatabase(); }});
+  projects_ = new QComboBox;
+  projects_->setObjectName("comboProject");
+  projects_->setAccessibleName("Select Project");
+  projects_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  AddField(rows, "Label3", "Select Project:", projects_);
+  connect(projects_, &QComboBox::currentIndexChanged, this, [this](int index) {
+    Run([this, index] {
+      form_.comboProject.listIndex.reset();
+      if (index >= 0) form_.comboProject.listIndex = static_cast<std::size_t>(index);
+      form_.comboProject_Click();
+    });
+  });
+}
+
+void ProjectToModelWindow::AddMpxTab(QTabWidget* tabs) {
+  QFormLayout* rows = AddTab(tabs, frmProjectToIDEF3::kMpxTab);
+  AddPath(rows, {"Label4", "MPX:", "txtMPX", "cmdBrowseMPX", form_.txtMPX,
+                 [this] { form_.cmdBrowseMPX(); }});
+  AddPath(rows, {"Label5", "Interim Database:", "txtInterimDB", "cmdInterimDB", form_.txtInterimDB,
+                 [this] { form_.cmdInterimDB(); }});
+}
+
+void ProjectToModelWindow::Draw() {
+  FormWindow::Draw();
+  DrawComboBox(projects_, form_.comboProject);
+}
+
+void ProjectToModelWindow::Ok() {
+  const int messages = desktop_.MessageCount();
+  form_.cmdOK();
+  if (form_.IsLoaded() || !OnResult) return;
+  OnResult(ResultText() + MessageNote(desktop_.MessageCount() - messages));
+}
+
+QString ProjectToModelWindow::ResultText() const {
+  const QString backup = PathToQt(form_.BackupName);
+  if (!form_.GenerateResult.value_or(false)) {
+    return backup.isEmpty()
+               ? "The model text was not finished: " + PathToQt(form_.txtCelvarFilename.text)
+               : "The merge stopped; the database as it was before: " + backup;
+  }
+  const QString written = "Model text written: " + PathToQt(form_.txtCelvarFilename.text);
+  return backup.isEmpty() ? written : written + "; the database before the merge: " + backup;
+}
+
+}  // namespace merivane

@@ -1,0 +1,26 @@
+// The window of the direction from plan to model.
+#pragma once
+
+#include "form_window.h"
+#include "shell/frmProjectToIDEF3.h"
+
+namespace merivane {
+
+class ProjectToModelWindow : public FormWindow {
+ public:
+  ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& desktop);
+
+ protected:
+  void Draw() override;
+
+ private:
+  void AddDatabaseTab(QTabWidget* tabs);
+  void AddMpxTab(QTabWidget* tabs);
+  void Ok();
+  QString ResultText() const;
+
+  frmProjectToIDEF3& form_;
+  QComboBox* projects_ = nullptr;
+};
+
+}  // namespace merivane

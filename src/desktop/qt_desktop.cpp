@@ -1,0 +1,214 @@
+#include "desktop/qt_desktop.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QEventLoop>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "desktop/help_window.h"
+#include "help_context.h"
+#include "message_text.h"
+#include "modal_dialogs.h"
+#include "platform/class_registry.h"
+#include "platform/profile_file.h"
+#include "platform/program_start.h"
+#include "platform/system_locale.h"
+#include "qt_text.h"
+#include "runtime/run_time_error.h"
+
+namespace merivane {
+
+// A nested event loop under way: the wait pointer gives way to the normal one meanwhile.
+class QtDesktop::Wait {
+ public:
+  Wait(QtDesktop& desktop, std::function<void()> leave) : desktop_(desktop) {
+    desktop_.waits_.push_back(std::move(leave));
+    desktop_.ApplyPointer();
+  }
+  ~Wait() {
+    desktop_.waits_.pop_back();
+    desktop_.ApplyPointer();
+  }
+  Wait(const Wait&) = delete;
+  Wait& operator=(const Wait&) = delete;
+
+ private:
+  QtDesktop& desktop_;
+};
+
+QtDesktop::QtDesktop(FileNames& fileNames) : fileNames_(fileNames) {}
+
+QtDesktop::~QtDesktop() { SetMousePointer(kPointerDefault); }
+
+void QtDesktop::Run(const std::function<void()>& handler) {
+  if (ended_) return;
+  try {
+    RunReported(handler);
+  } catch (const ProgramEnd&) {
+    End();
+  }
+}
+
+void QtDesktop::RunReported(const std::function<void()>& handler) try {
+  handler();
+} catch (const RunTimeError& error) {
+  ShowMessage({error.Description()});
+} catch (const std::exception& error) {
+  ShowMessage({FromUtf8(error.what())});
+}
+
+void QtDesktop::RunWithFileName(const std::string& name, const std::function<void()>& handler) {
+  givenName_ = name;
+  Run(handler);
+  givenName_.reset();
+}
+
+void QtDesktop::End() {
+  if (ended_) return;
+  ended_ = true;
+  const auto waits = waits_;
+  for (auto leave = waits.rbegin(); leave != waits.rend(); ++leave) (*leave)();
+  if (OnEnd) OnEnd();
+}
+
+QWidget* QtDesktop::Parent() const {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr ? modal : window_;
+}
+
+// Modal to the program's windows only, so that the help window stays usable beside it.
+void QtDesktop::Execute(QDialog& dialog) {
+  dialog.setWindowModality(Qt::WindowModal);
+  {
+    const Wait wait(*this, [&dialog] { dialog.reject(); });
+    dialog.exec();
+  }
+  if (ended_) EndProgram();
+}
+
+MessageAnswer QtDesktop::ShowMessage(const Message& message) {
+  QMessageBox box(Parent());
+  box.setTextFormat(Qt::PlainText);
+  box.setWindowTitle(message.title.empty() ? QString::fromLatin1(kApplicationTitle)
+                                           : ToQt(message.title));
+  box.setText(BreakableText(ToQt(message.text)));
+  if (message.icon == MessageIcon::kCritical) box.setIcon(QMessageBox::Critical);
+  if (message.icon == MessageIcon::kExclamation) box.setIcon(QMessageBox::Warning);
+  const bool asks = message.buttons == MessageButtons::kYesNo;
+  box.setStandardButtons(asks ? QMessageBox::Yes | QMessageBox::No
+                              : QMessageBox::StandardButtons(QMessageBox::Ok));
+  ++messageCount_;
+  Execute(box);
+  if (!asks) return MessageAnswer::kOk;
+  return box.result() == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+}
+
+void QtDesktop::Beep() { QApplication::beep(); }
+
+std::string QtDesktop::AskFileName(const FileDialog& dialog) {
+  if (givenName_) {
+    std::string name = *givenName_;
+    givenName_.reset();
+    return name;
+  }
+  QString name;
+  {
+    const Wait wait(*this, [] {});
+    name = fileNames_.Ask(dialog, Parent());
+  }
+  if (ended_) EndProgram();
+  return name.toStdString();
+}
+
+void QtDesktop::SetMousePointer(int pointer) {
+  pointer_ = pointer;
+  ApplyPointer();
+}
+
+void QtDesktop::ApplyPointer() {
+  const bool busy = pointer_ == kPointerHourglass || pointer_ == kPointerArrowHourglass;
+  if (busy && waits_.empty()) {
+    const Qt::CursorShape shape = pointer_ == kPointerHourglass ? Qt::WaitCursor : Qt::BusyCursor;
+    if (pointerShown_) {
+      QApplication::changeOverrideCursor(shape);
+    } else {
+      QApplication::setOverrideCursor(shape);
+    }
+    pointerShown_ = true;
+  } else if (pointerShown_) {
+    QApplication::restoreOverrideCursor();
+    pointerShown_ = false;
+  }
+}
+
+void QtDesktop::ShowModal(ModalForm& form) {
+  form.MarkLoaded();
+  form.Load();
+  const auto dialog = MakeModalDialog(form, *this, Parent());
+  Execute(*dialog);
+  form.Unload();
+}
+
+void QtDesktop::Sleep(int milliseconds) {
+  QEventLoop loop;
+  QTimer timer;
+  timer.setTimerType(Qt::PreciseTimer);  // a coarse one may be early
+  QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+  timer.start(milliseconds);
+  {
+    const Wait wait(*this, [&loop] { loop.quit(); });
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+  }
+  if (ended_) EndProgram();
+}
+
+std::string QtDesktop::AppPath() const {
+  return QCoreApplication::applicationDirPath().toStdString();
+}
+
+DateTime QtDesktop::Today() const { return SystemToday(); }
+
+std::int32_t QtDesktop::OemCodePage() const { return SystemOemCodePage(); }
+
+std::optional<std::string> QtDesktop::RegistryDefault(const std::string& key) const {
+  return ReadClassDefault(key);
+}
+
+bool QtDesktop::StartProgram(const std::string& commandLine) { return StartDetached(commandLine); }
+
+int QtDesktop::OpenWebPage(const std::string& url) { return OpenInBrowser(url); }
+
+void QtDesktop::RequestHelp(const QWidget* widget) {
+  const HelpTarget target = HelpTargetOf(widget);
+  Run([&] {
+    if (!target.file.isEmpty()) {
+      ShowHelp(target.file.toStdString(), kHelpContext, target.context);
+    } else if (OnHelpRequest) {
+      OnHelpRequest(target.context);
+    }
+  });
+}
+
+void QtDesktop::ShowHelp(const std::string& helpFile, int command, int context) {
+  if (!help_) help_ = std::make_unique<HelpWindow>();
+  if (!help_->Open(PathToQt(helpFile))) {
+    ShowMessage({"Cannot open the help file: " + FromUtf8(helpFile), MessageIcon::kExclamation});
+    return;
+  }
+  if (command == kHelpContext) {
+    help_->ShowContext(context);
+  } else if (command == kHelpIndex) {
+    help_->ShowIndex();
+  } else {
+    help_->ShowContents();
+  }
+}
+
+std::string QtDesktop::ProfileString(const std::string& section, const std::string& key,
+                                     const std::string& fallback,
+                                     const std::string& iniFile) const {
+  return ReadProfileString(section, key, fallback, iniFile);
+}
+
+}  // namespace merivane

@@ -1,0 +1,18 @@
+// The edge between the program's Windows-1252 text and Qt's text.
+#pragma once
+
+#include <QString>
+#include <string>
+
+#include "runtime/code_page.h"
+
+namespace merivane {
+
+inline QString ToQt(const std::string& windows1252) {
+  return QString::fromStdString(ToUtf8(windows1252));
+}
+
+// Paths are UTF-8 on both sides.
+inline QString PathToQt(const std::string& path) { return QString::fromStdString(path); }
+
+}  // namespace merivane

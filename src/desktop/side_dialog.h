@@ -1,0 +1,34 @@
+// A dialog beside the main window, which stays usable.
+#pragma once
+
+#include <QDialog>
+
+#include "desktop/qt_desktop.h"
+#include "shell/form.h"
+
+class QPushButton;
+
+namespace merivane {
+
+// Shows and hides with its form. Enter presses the default button; Escape and the frame unload.
+class SideDialog : public QDialog {
+ public:
+  SideDialog(Form& form, QtDesktop& desktop, QWidget* parent);
+  ~SideDialog() override;
+  void reject() override;
+
+ protected:
+  virtual void Draw() {}
+  QPushButton* AddButton(const char* name, const char* caption);
+  // Opens the help of its own context.
+  QPushButton* AddHelpButton(const char* name, const char* caption, int helpContext);
+
+  QtDesktop& desktop_;
+
+ private:
+  void Sync();
+
+  Form& form_;
+};
+
+}  // namespace merivane
