@@ -1,0 +1,50 @@
+// The reporters and primitives that every part calls.
+#include "neutraltext/modGlobal.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/scripted_desktop.h"
+
+namespace merivane {
+namespace {
+
+TEST(FieldAfterBlanks, TakesWhatStandsBehindTheFirstDoubleBlank) {
+  const struct {
+    const char* line;
+    std::size_t start;
+    std::size_t length;
+    const char* field;
+  } cases[] = {
+      {"  Name:  Sand", 3, 250, "Sand"}, {"  Name:  Sand", 1, 4, "Name"},
+      {"  Name: Sand", 3, 250, ""},      {"  Name:   Sand  ", 3, 3, " Sa"},
+      {"  Name:  ", 3, 250, ""},         {"", 1, 250, ""},
+  };
+  for (const auto& [line, start, length, field] : cases) {
+    EXPECT_EQ(FieldAfterBlanks(line, start, length), field) << line;
+  }
+}
+
+TEST(PadToFiveDigits, FillsShortTextsAlone) {
+  for (auto [text, padded] : {std::pair<std::string, std::string>{"", "00000"},
+                              {"12", "00012"},
+                              {"12345", "12345"},
+                              {"123456", "123456"}}) {
+    PadToFiveDigits(text);
+    EXPECT_EQ(text, padded);
+  }
+}
+
+TEST(Reporters, ShowTheErrorsDescription) {
+  ScriptedDesktop desktop;
+  ReportError(desktop, RunTimeError(kPermissionDenied, "locked"));
+  EXPECT_THROW(FatalAbort(desktop, RunTimeError(1, "gone")), ProgramEnd);
+  EXPECT_THAT(desktop.MessageTexts(),
+              ::testing::ElementsAre("locked\r\n",
+                                     "The selected file may be already open for editing.  Please "
+                                     "close it and retry.",
+                                     "gone"));
+  EXPECT_EQ(desktop.pointer, kPointerArrow);
+}
+
+}  // namespace
+}  // namespace merivane
