@@ -5,6 +5,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 #include "task_links.h"
+#include "task_scenarios.h"
 
 namespace merivane {
 
@@ -39,9 +40,10 @@ void BringBackTasks(ProjectToModel& state) {
   PlanOutline outline;
   outline.Read(tasks);
   tasks.MoveFirst();
+  TaskScenarios scenarios(state, outline);
   for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
     if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
-    state.gCurrentScenario = ScenarioForTask(state, outline, tasks);
+    state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
     MergeTask(state, tasks);
     outline.SetText1(row, tasks.Field("Text1"));
   }

@@ -74,49 +74,7 @@ void TakeOverNameAndNotes(ProjectToModel& state, Recordset& task, const Value& a
   pool.Update();
 }
 
-std::int16_t AddScenario(ProjectToModel& state, Recordset& scenarios, std::int16_t number,
-                         const Value& parent) {
-  scenarios.AddNew();
-  scenarios.SetField("Num", number);
-  scenarios.SetField("Name", "Scenario#" + std::to_string(number));
-  scenarios.SetField("Parent_Num", parent);
-  scenarios.SetField("Msp_ProjID", state.gInterimProjId);
-  scenarios.Update();
-  return number;
-}
-
-std::int16_t NextScenarioNumber(ProjectToModel& state) {
-  Recordset maximum;
-  maximum.OpenDynamic("Select Max(Num) as Max_ID from Scenario" + WhereMspProjId(state),
-                      state.gInterimConn.get());
-  if (maximum.Eof()) EndOnBrokenModel(state, "Project to Celvar Translator");
-  return AddInt16(ToInt16(maximum.Field(0)), 1);
-}
-
-std::int16_t DecompositionOf(ProjectToModel& state, const std::string& parent,
-                             Recordset& topScenarios) {
-  Recordset scenario;
-  scenario.OpenDynamic("Select * from Scenario where Parent_Num = " + parent +
-                           " and Send_To_Project = 1" + AndMspProjId(state),
-                       state.gInterimConn.get());
-  if (!scenario.Eof()) return ToInt16(scenario.Field("Num"));
-  return AddScenario(state, topScenarios, NextScenarioNumber(state), parent);
-}
-
 }  // namespace
-
-std::int16_t ScenarioForTask(ProjectToModel& state, const PlanOutline& outline, Recordset& task) {
-  Recordset topScenarios;
-  topScenarios.OpenDynamic(
-      "Select * from Scenario where Parent_Num = 0 and Send_to_Project = 1" + AndMspProjId(state),
-      state.gInterimConn.get());
-  if (Equal(task.Field("Outline"), 1)) {
-    if (topScenarios.Eof()) return AddScenario(state, topScenarios, 1, 0);
-    return ToInt16(topScenarios.Field("Num"));
-  }
-  const std::size_t parent = outline.ParentOf(task.Field("PID"));
-  return DecompositionOf(state, OccurrenceText(outline.Text1(parent)), topScenarios);
-}
 
 void MergeTask(ProjectToModel& state, Recordset& task) {
   const Value text1 = task.Field("Text1");

@@ -1,18 +1,13 @@
-// Plan tasks as elements of the model: scenarios from the outline, activities and occurrences from
-// new tasks, names, durations and notes from known ones.
+// Plan tasks as elements of the model: activities and occurrences from new tasks, names, durations
+// and notes from known ones.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "neutraltext/modGlobal.h"
-#include "plan_outline.h"
 
 namespace merivane {
-
-// The scenario that the task lies in, by the plan's outline; made where there is none. `task` is a
-// set of ProjectAct on the task. A task that lies deep without a row above it is error 3021.
-std::int16_t ScenarioForTask(ProjectToModel& state, const PlanOutline& outline, Recordset& task);
 
 // Brings a new task into the model (its Text1 takes the new occurrence's number), or the name,
 // duration and notes of a known one. A duration that the model keeps as an expression stays; a
