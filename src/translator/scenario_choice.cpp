@@ -1,4 +1,5 @@
 #include <limits>
+#include <map>
 #include <vector>
 
 #include "runtime/text.h"
@@ -91,29 +92,42 @@ void ChooseDecomposition(ModelToProject& state, const Value& parentNum, Recordse
   ExcludeOthers(state, group);
 }
 
+// Takes one scenario out of the plan; gives the numbers of the scenarios right below it.
+std::vector<Value> TakeOut(ModelToProject& state, const Value& number) {
+  std::vector<Value> children;
+  Recordset activities = ActivitiesOfScenario(state, number);
+  for (; !activities.Eof(); activities.MoveNext()) {
+    Recordset decompositions =
+        Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+             " and Parent_num = ", activities.Field("Use_Num"));
+    for (; !decompositions.Eof(); decompositions.MoveNext()) {
+      children.push_back(decompositions.Field("Num"));
+    }
+    activities.SetField("send_to_project", 0);
+    activities.Update();
+  }
+  Recordset scenario = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+                            " and num = ", number);
+  scenario.SetField("Send_To_Project", 0);
+  scenario.Update();
+  return children;
+}
+
 }  // namespace
 
+// In a circle of decompositions scenarios come back until the list is full; their children are
+// looked up once.
 void ExcludeScenario(ModelToProject& state, const Value& scenarioNum) {
   constexpr std::size_t kMostScenarios = std::numeric_limits<std::int16_t>::max();
+  std::map<std::string, std::vector<Value>> children;
   std::vector<Value> numbers = {scenarioNum};
   for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const Value number = numbers[i];
-    Recordset activities = ActivitiesOfScenario(state, number);
-    for (; !activities.Eof(); activities.MoveNext()) {
-      Recordset decompositions =
-          Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-               " and Parent_num = ", activities.Field("Use_Num"));
-      for (; !decompositions.Eof(); decompositions.MoveNext()) {
-        if (numbers.size() == kMostScenarios) throw RunTimeError(kOverflow);
-        numbers.push_back(decompositions.Field("Num"));
-      }
-      activities.SetField("send_to_project", 0);
-      activities.Update();
+    const auto [entry, isNew] = children.try_emplace(Joined(numbers[i]));
+    if (isNew) entry->second = TakeOut(state, numbers[i]);
+    for (const Value& child : entry->second) {
+      if (numbers.size() == kMostScenarios) throw RunTimeError(kOverflow);
+      numbers.push_back(child);
     }
-    Recordset scenario = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-                              " and num = ", number);
-    scenario.SetField("Send_To_Project", 0);
-    scenario.Update();
   }
 }
 
