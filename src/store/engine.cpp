@@ -35,17 +35,19 @@ Engine::~Engine() {
 
 void Engine::OnBusy(std::function<void()> callback) { onBusy_ = std::move(callback); }
 
-int Engine::Busy(void* engine, int count) {
+int Engine::Busy(void* self, int count) {
   constexpr auto kPause = 10ms;
   constexpr int kMostPauses = 200;
   if (count > kMostPauses) return 0;
-  const auto& callback = static_cast<Engine*>(engine)->onBusy_;
-  if (count == 0 && callback) {
+  auto& engine = *static_cast<Engine*>(self);
+  if (count == 0 && engine.onBusy_) {
+    engine.waiting_ = true;
     try {
-      callback();
-    } catch (...) {
-      return 0;
+      engine.onBusy_();
+    } catch (const std::exception&) {
+      // The file stays taken, and the wait for it ends in its own error.
     }
+    engine.waiting_ = false;
     return 1;
   }
   std::this_thread::sleep_for(kPause);
@@ -130,13 +132,25 @@ void Engine::BeginWrite() {
   if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) return;
   inTransaction_ = false;
   CheckWritable();
-  Execute(Database(), "begin immediate", path_);
+  constexpr const char* kBegin = "begin immediate";
+  // Who reads is not made to wait by SQLite but refused at once, so reading is put off.
+  if (sqlite3_exec(Database(), kBegin, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    if (sqlite3_txn_state(Database(), nullptr) == SQLITE_TXN_NONE) {
+      throw DatabaseError(Database(), path_);
+    }
+    LetGo();
+    Execute(Database(), kBegin, path_);
+  }
   inTransaction_ = true;
   ++transaction_;
 }
 
+void Engine::LetGo() {
+  for (std::size_t i = watchers_.size(); i-- > 0;) watchers_[i]->LetGo();
+}
+
 void Engine::Commit() {
-  for (RowWatcher* rows : std::vector(watchers_)) rows->LetGo();
+  LetGo();
   if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) {
     Execute(Database(), "commit", path_);
   }

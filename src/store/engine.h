@@ -62,6 +62,7 @@ class Engine {
 
   // Called once when another connection keeps this one waiting; it may free the file.
   void OnBusy(std::function<void()> callback);
+  bool IsWaiting() const { return waiting_; }  // that call runs: nothing may be done here
   // The rows come from a copy: `path` names where they came from, and the file there is not held.
   void IsCopy(std::string ownFile = "") {  // deleted at the end
     holdsFile_ = false;
@@ -93,6 +94,7 @@ class Engine {
 
  private:
   TableData& FindTable(std::string_view name);
+  void LetGo();
   static int Busy(void* engine, int count);
 
   DatabaseHandle database_;
@@ -103,6 +105,7 @@ class Engine {
   std::function<void()> onBusy_;
   std::uint64_t transaction_ = 0;
   bool inTransaction_ = false;
+  bool waiting_ = false;
   SplitStatement split_;
   std::vector<std::unique_ptr<TableData>> tables_;
   std::unordered_map<std::string, std::unique_ptr<SelectShape>> selects_;

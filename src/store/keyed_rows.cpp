@@ -11,7 +11,7 @@ KeyedRows::~KeyedRows() {
 void KeyedRows::Ask() {
   if (asked_) return;
   asked_ = true;
-  deletesSeen_ = table_.Deletes();
+  if (added_.empty()) deletesSeen_ = table_.Deletes();
   engine_.Watch(*this);
 }
 
@@ -30,6 +30,7 @@ void KeyedRows::Step() {
     lastRead_ = sqlite3_column_int64(walk_.get(), 0);
     keys_.push_back(lastRead_);
     walkStands_ = true;
+    if (lastRead_ == tail_) EndList();
   } else if (step == SQLITE_DONE) {
     EndList();
   } else {
@@ -44,16 +45,19 @@ void KeyedRows::ReadRest() {
   while (!complete_) Step();
 }
 
+// Of an ordered set all rows, as they are read in one go once its walk has ended.
+LentStatement KeyedRows::LendUnread(ReadKind kind) {
+  LentStatement statement = shape_.Lend(kind, literals_);
+  const int parameters = shape_.Statement().parameters;
+  sqlite3_bind_int64(statement.get(), parameters + 1, IsOrdered() ? kDeleted : lastRead_);
+  sqlite3_bind_int64(statement.get(), parameters + 2, limit_);
+  return statement;
+}
+
 void KeyedRows::ReadKeys() {
   Ask();
-  const LentStatement keys = shape_.Lend(ReadKind::kKeys, literals_);
-  if (IsOrdered()) {
-    keys_.clear();
-  } else {
-    const int parameters = shape_.Statement().parameters;
-    sqlite3_bind_int64(keys.get(), parameters + 1, lastRead_);
-    sqlite3_bind_int64(keys.get(), parameters + 2, limit_);
-  }
+  if (IsOrdered()) keys_.clear();
+  const LentStatement keys = LendUnread(ReadKind::kKeys);
   // Rows that this set has added stand at the list's end, whatever the statement says of them.
   std::vector<std::int64_t> added = added_;
   std::sort(added.begin(), added.end());
@@ -115,12 +119,17 @@ Place KeyedRows::Last() {
 Place KeyedRows::FindTail() {
   if (tail_) return IsThere(kTail) ? kTail : kNoPlace;
   Ask();
-  LentStatement last = shape_.Lend(ReadKind::kLast, literals_);
-  sqlite3_bind_int64(last.get(), shape_.Statement().parameters + 1, limit_);
+  LentStatement last = LendUnread(ReadKind::kLast);
   const int step = sqlite3_step(last.get());
-  if (step == SQLITE_DONE) return kNoPlace;
-  if (step != SQLITE_ROW) throw DatabaseError(engine_.Database(), engine_.Path());
-  tail_ = sqlite3_column_int64(last.get(), 0);
+  if (step != SQLITE_DONE && step != SQLITE_ROW) {
+    throw DatabaseError(engine_.Database(), engine_.Path());
+  }
+  const std::int64_t key = sqlite3_column_int64(last.get(), 0);
+  if (step == SQLITE_DONE || (!keys_.empty() && keys_.back() == key)) {
+    EndList();  // no row is unread
+    return kNoPlace;
+  }
+  tail_ = key;
   if (!IsOrdered()) limit_ = *tail_;
   row_ = std::move(last);
   rowKey_ = *tail_;
@@ -252,6 +261,7 @@ void KeyedRows::Insert(std::span<const FieldChange> changes) {
   const bool numbered = !table_.Schema().RowIdIsColumn();
   const std::int64_t rowId = numbered ? table_.NextRowId() : 0;
   engine_.BeforeInsert(table_, rowId);
+  if (!asked_ && added_.empty()) deletesSeen_ = table_.Deletes();
   (complete_ ? keys_ : added_).push_back(table_.Insert(rowId, changes));
 }
 

@@ -64,6 +64,7 @@ class KeyedRows : public Rows, private RowWatcher {
   void Step();
   void ReadRest();
   void ReadKeys();
+  LentStatement LendUnread(ReadKind kind);
   void EndList();
   void EndWalk();
   void KeepValues();

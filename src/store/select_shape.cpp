@@ -111,21 +111,16 @@ std::string SelectShape::Sql(ReadKind kind) const {
   const std::string source = " from " + table + hint_;
   const std::string comma = statement_.order.empty() ? "" : ", ";
   const std::string order = statement_.order + comma + rowId;
-  const std::string next = "?" + std::to_string(statement_.parameters + 1);
-  const std::string afterNext = "?" + std::to_string(statement_.parameters + 2);
+  const std::string between = rowId + " > ?" + std::to_string(statement_.parameters + 1) + " and " +
+                              rowId + " <= ?" + std::to_string(statement_.parameters + 2);
   switch (kind) {
     case ReadKind::kWalk:
       return "select " + Columns() + source + Where("") + " order by " + order;
     case ReadKind::kLast:
-      return "select " + Columns() + source + Where(rowId + " <= " + next) + " order by " +
+      return "select " + Columns() + source + Where(between) + " order by " +
              statement_.reversedOrder + comma + rowId + " desc limit 1";
     case ReadKind::kKeys:
-      if (!statement_.order.empty()) {
-        return "select " + rowId + source + Where("") + " order by " + order;
-      }
-      return "select " + rowId + source +
-             Where(rowId + " > " + next + " and " + rowId + " <= " + afterNext) + " order by " +
-             rowId;
+      return "select " + rowId + source + Where(between) + " order by " + order;
     case ReadKind::kRow:
       return "select " + Columns() + " from " + table + " where " + rowId + " = ?1";
     case ReadKind::kSnapshot:

@@ -14,8 +14,8 @@ namespace merivane {
 
 enum class ReadKind {
   kWalk,      // row number and columns, from the first row on
-  kLast,      // the same of the last row up to a row number
-  kKeys,      // row numbers alone, above one and up to another (all of them where it is ordered)
+  kLast,      // the same of the last row, above one row number and up to another
+  kKeys,      // row numbers alone, likewise
   kRow,       // the columns of the row with a row number
   kSnapshot,  // all fields, without row numbers
 };

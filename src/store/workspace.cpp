@@ -95,7 +95,7 @@ bool Workspace::State::CommitOthers(const std::string& path, const Connection* s
     Engine* engine = EngineOf(*connection);
     if (connection == self || !Holds(engine, path)) continue;
     any = true;
-    engine->Commit();
+    if (!engine->IsWaiting()) engine->Commit();
   }
   return any;
 }

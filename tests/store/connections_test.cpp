@@ -1,0 +1,194 @@
+// Opening database files, their transactions, and several connections on one file.
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "store_fixture.h"
+
+namespace merivane::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+class Connections : public StoreFixture {
+ protected:
+  int OpenError(const std::string& file, std::string* description = nullptr) {
+    Connection other(workspace);
+    return ErrorOf([&] { other.Open(ConnectionText(file)); }, description);
+  }
+  bool HasJournal() { return std::filesystem::exists(path + "-journal"); }
+  void Change(Connection& on, const std::string& name) {
+    Recordset set;
+    set.OpenDynamic("select * from T", &on);
+    set.SetField("Name", name);
+    set.Update();
+  }
+  std::string FirstName(Connection& on) {
+    Recordset set;
+    set.OpenStatic("select * from T", &on);
+    return Joined(set.Field("Name"));
+  }
+};
+
+TEST_F(Connections, OpenOnlyDatabasesThatAreThereAndSayWhichFileIsNone) {
+  const struct {
+    std::string file;
+    int number;
+  } cases[] = {
+      {folder.Path("missing.mdb"), kFileNotFound},
+      {folder.Write("empty.mdb", ""), kDatabaseError},
+      {folder.Write("text.mdb", "just a text\r\n"), kDatabaseError},
+      {folder.Write("cut.mdb", ReadFile(path).substr(0, 15)), kDatabaseError},
+      {folder.Write("head.mdb", ReadFile(path).substr(0, 60)), kDatabaseError},
+      {folder.Path("."), kDatabaseError},
+  };
+  for (const auto& item : cases) {
+    std::string description;
+    EXPECT_EQ(OpenError(item.file, &description), item.number) << item.file;
+    EXPECT_THAT(description, HasSubstr(item.file));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("missing.mdb")));
+}
+
+TEST_F(Connections, DamagedFilesEndInAnErrorWhereverTheDamageIs) {
+  connection.Close();
+  {
+    RawDatabase raw(path);
+    for (int i = 0; i < 200; ++i)
+      raw.Run("insert into T (Num, Note) values (7, hex(randomblob(200)))");
+    raw.Run("create index NumIndex on T (Num)");
+  }
+  const std::string whole = ReadFile(path);
+  for (std::size_t size = 16; size < whole.size(); size += whole.size() / 23) {
+    std::string bytes = whole;
+    std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(size),
+                std::min<std::size_t>(300, whole.size() - size), '\x7F');
+    for (const std::string& damaged : {whole.substr(0, size), bytes}) {
+      folder.Write("damaged.mdb", damaged);
+      ErrorOf([&] {
+        Connection other(workspace);
+        other.Open(ConnectionText(folder.Path("damaged.mdb")));
+        Recordset set;
+        set.OpenDynamic("select * from T where Num = 7 order by Note", &other);
+        for (; !set.Eof(); set.MoveNext()) {
+          set.Field("Note");
+          set.SetField("Size", 1);
+        }
+      });
+    }
+  }
+}
+
+TEST_F(Connections, TakePathsInUtf8AndKeepTheirName) {
+  const std::string named = folder.Path(
+      "Gr\xC3\xB6\xC3\x9F"
+      "e %20?x#1.mdb");
+  connection.Close();
+  std::filesystem::copy_file(path, named);
+  Connection other(workspace);
+  other.Open(ConnectionText(named));
+  EXPECT_EQ(FirstName(other), "a");
+  EXPECT_EQ(ErrorOf([&] { other.Open(ConnectionText(named)); }), kObjectOpen);
+  other.Close();
+  EXPECT_EQ(other.DatabaseName(), named);
+  EXPECT_EQ(ErrorOf([&] { other.Close(); }), kObjectClosed);
+}
+
+TEST_F(Connections, KeepWhatIsWrittenUntilItIsCommitted) {
+  RawDatabase other(path);
+  const auto seen = [&] { return other.Ask("select Name from T where Num = 1"); };
+  Change(connection, "one");
+  EXPECT_EQ(seen(), "a");
+  EXPECT_TRUE(HasJournal());
+  connection.Commit();
+  EXPECT_EQ(seen(), "one");
+  EXPECT_FALSE(HasJournal());
+  Change(connection, "two");
+  workspace.CommitAll();
+  EXPECT_EQ(seen(), "two");
+  Change(connection, "three");
+  connection.Close();
+  EXPECT_EQ(seen(), "three");
+  {
+    Connection dropped(workspace);
+    dropped.Open(ConnectionText(path));
+    Change(dropped, "four");
+  }
+  EXPECT_EQ(seen(), "four");
+}
+
+TEST_F(Connections, LeaveTheFileUnlockedWhenTheirSetsAreClosedOrCommitted) {
+  RawDatabase other(path);
+  Recordset set = Dynamic("select * from T");
+  EXPECT_EQ(set.Field("Name"), Value("a"));
+  connection.Commit();
+  EXPECT_EQ(other.Run("begin exclusive; rollback"), SQLITE_OK);
+  EXPECT_EQ(Rest(set), "a b c d e ");
+  set.Close();
+  EXPECT_EQ(other.Run("begin exclusive; rollback"), SQLITE_OK);
+}
+
+TEST_F(Connections, AskForPermissionWhileAnotherProcessWrites) {
+  RawDatabase other(path);
+  Recordset set = Dynamic("select * from T");
+  ASSERT_EQ(other.Run("begin exclusive"), SQLITE_OK);
+  EXPECT_EQ(ErrorOf([&] { set.Eof(); }), kPermissionDenied);
+  set.AddNew();
+  EXPECT_EQ(ErrorOf([&] { set.Update(); }), kPermissionDenied);
+  other.Run("rollback");
+  set.Update();
+  EXPECT_EQ(Rest(set, "Num"), "1 2 3 4 5  ");
+}
+
+TEST_F(Connections, OfOneWorkspaceSeeEachOthersRowsAndNeverWaitForEachOther) {
+  Change(connection, "one");
+  const std::string link = folder.Path("link.mdb");
+  std::filesystem::create_symlink(path, link);
+  Connection other(workspace);
+  other.Open(ConnectionText(link));
+  EXPECT_EQ(FirstName(other), "one");
+  Recordset reading = Dynamic("select * from T");
+  EXPECT_EQ(reading.Field("Name"), Value("one"));
+  Change(other, "two");
+  other.Commit();
+  Change(connection, "three");
+  Change(other, "four");
+  EXPECT_EQ(FirstName(connection), "three");
+  other.Close();
+  EXPECT_EQ(FirstName(connection), "four");
+}
+
+TEST_F(Connections, ReadingLeavesTheFileAsItIs) {
+  connection.Close();
+  for (const char* mode : {"delete", "wal"}) {
+    RawDatabase(path).Run(std::string("pragma journal_mode = ") + mode);
+    const std::string before = ReadFile(path);
+    Connection reader(workspace);
+    reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+    Recordset set;
+    set.OpenDynamic("select * from T", &reader);
+    EXPECT_EQ(ErrorOf([&] { set.SetField("Name", "x"); }), kNotUpdatable);
+    EXPECT_EQ(ErrorOf([&] { set.AddNew(); }), kNotUpdatable);
+    EXPECT_EQ(ErrorOf([&] { set.Delete(); }), kNotUpdatable);
+    EXPECT_EQ(Rest(set), "a b c d e ");
+    for (const char* ending : {"-journal", "-wal", "-shm"}) {
+      EXPECT_FALSE(std::filesystem::exists(path + ending)) << mode << ending;
+    }
+    reader.Close();
+    EXPECT_EQ(ReadFile(path), before) << mode;
+  }
+}
+
+TEST_F(Connections, ListTheirTables) {
+  Recordset tables;
+  connection.OpenSchema(adSchemaTables, tables);
+  EXPECT_EQ(Rest(tables, "table_name"), "T Empty ");
+  EXPECT_EQ(tables.RecordCount(), 2);
+  tables.Close();
+  EXPECT_EQ(ErrorOf([&] { connection.OpenSchema(4, tables); }), kInvalidProcedureCall);
+  connection.Close();
+  EXPECT_EQ(ErrorOf([&] { connection.OpenSchema(adSchemaTables, tables); }), kConnectionInvalid);
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,118 @@
+// Putting a database in another's place.
+#include "store_fixture.h"
+
+namespace merivane::test {
+namespace {
+
+class CopyDatabase : public StoreFixture {
+ protected:
+  int CopyError(const std::string& from, const std::string& to) {
+    return ErrorOf([&] { workspace.CopyDatabase(from, to); });
+  }
+  std::size_t FilesInFolder() {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(folder.Path(".")), {}));
+  }
+  std::string target = folder.Path("target.mdb");
+};
+
+TEST_F(CopyDatabase, CopiesByteForByteAndReplacesWhatWasThere) {
+  connection.Close();
+  for (const char* old : {"", "no database", "SQLite format 3"}) {
+    folder.Write("target.mdb", old);
+    workspace.CopyDatabase(path, target);
+    EXPECT_EQ(ReadFile(target), ReadFile(path)) << old;
+  }
+  workspace.CopyDatabase(path, folder.Path("new.mdb"));
+  EXPECT_EQ(ReadFile(folder.Path("new.mdb")), ReadFile(path));
+  const std::string text = folder.Write("text.txt", "any file");
+  workspace.CopyDatabase(text, target);
+  EXPECT_EQ(ReadFile(target), "any file");
+  EXPECT_EQ(FilesInFolder(), 4U);
+}
+
+TEST_F(CopyDatabase, OfADatabaseInUseHasTheRowsWrittenSoFar) {
+  Recordset set = Dynamic("select * from T");
+  set.MoveNext();
+  Add(set, 6, "f");
+  workspace.CopyDatabase(path, target);
+  EXPECT_EQ(RawDatabase(target).Ask("select Name from T"), "abcdef");
+  set.SetField("Name", "later");
+  set.Update();
+  EXPECT_EQ(All("select * from T where Num = 2"), "later ");
+  EXPECT_EQ(RawDatabase(target).Ask("select Name from T"), "abcdef");
+}
+
+TEST_F(CopyDatabase, OverADatabaseInUseKeepsItsConnectionFromSpoilingTheNewFile) {
+  workspace.CopyDatabase(path, target);
+  Connection old(workspace);
+  old.Open(ConnectionText(target));
+  Recordset set;
+  set.OpenDynamic("select * from T", &old);
+  Add(set, 6, "f");
+  workspace.CopyDatabase(path, target);
+  set.MoveNext();
+  old.Close();
+  EXPECT_EQ(RawDatabase(target).Ask("select Name from T"), "abcde");
+  EXPECT_FALSE(std::filesystem::exists(target + "-journal"));
+}
+
+TEST_F(CopyDatabase, TakesNoStaleJournalIntoTheNewFile) {
+  connection.Close();
+  {
+    RawDatabase(path).Run("pragma page_size = 512; vacuum");
+    workspace.CopyDatabase(path, target);
+    RawDatabase writer(target);
+    writer.Run("pragma cache_size = 2; begin; update T set Note = hex(randomblob(4000))");
+    std::filesystem::copy_file(target, folder.Path("crashed.mdb"));
+    std::filesystem::copy_file(target + "-journal", folder.Path("crashed.mdb-journal"));
+    writer.Run("rollback");
+  }
+  const std::string crashed = folder.Path("crashed.mdb");
+  workspace.CopyDatabase(crashed, folder.Path("recovered.mdb"));
+  EXPECT_EQ(
+      RawDatabase(folder.Path("recovered.mdb")).Ask("select count(*) from T where Note is null"),
+      "5");
+  folder.Write("target.mdb-journal", "stale");
+  folder.Write("target.mdb-wal", "stale");
+  workspace.CopyDatabase(path, target);
+  EXPECT_FALSE(std::filesystem::exists(target + "-journal"));
+  EXPECT_FALSE(std::filesystem::exists(target + "-wal"));
+  EXPECT_EQ(RawDatabase(target).Ask("select Name from T"), "abcde");
+}
+
+TEST_F(CopyDatabase, IsRefusedWithoutTouchingTheTarget) {
+  connection.Close();
+  workspace.CopyDatabase(path, target);
+  const std::string before = ReadFile(target);
+  EXPECT_EQ(CopyError(folder.Path("missing.mdb"), target), kFileNotFound);
+  EXPECT_EQ(CopyError(path, folder.Path("nowhere/target.mdb")), kPathNotFound);
+  EXPECT_EQ(CopyError(path, folder.Path(".")), kPermissionDenied);
+  EXPECT_EQ(CopyError(path, path), kPermissionDenied);
+  std::filesystem::create_hard_link(path, folder.Path("same.mdb"));
+  EXPECT_EQ(CopyError(path, folder.Path("same.mdb")), kPermissionDenied);
+  {
+    RawDatabase reader(target);
+    reader.Run("begin; select * from T");
+    EXPECT_EQ(CopyError(path, target), kPermissionDenied);
+    reader.Run("rollback; begin immediate");
+    EXPECT_EQ(CopyError(path, target), kPermissionDenied);
+  }
+  EXPECT_EQ(ReadFile(target), before);
+  EXPECT_EQ(FilesInFolder(), 3U);
+}
+
+TEST_F(CopyDatabase, FollowsALinkAndKeepsTheTargetsPermissions) {
+  connection.Close();
+  folder.Write("target.mdb", "old");
+  namespace fs = std::filesystem;
+  fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink(target, folder.Path("link.mdb"));
+  workspace.CopyDatabase(path, folder.Path("link.mdb"));
+  EXPECT_TRUE(fs::is_symlink(folder.Path("link.mdb")));
+  EXPECT_EQ(ReadFile(target), ReadFile(path));
+  EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,100 @@
+// Statements find their rows by the keys' indexes, in the template and in files that lack them.
+#include "index_choice.h"
+
+#include "dialect.h"
+#include "store_fixture.h"
+
+namespace merivane::test {
+namespace {
+
+std::string HintIn(sqlite3* database, const std::string& sql) {
+  SplitStatement split;
+  SplitLiterals(sql, split);
+  std::optional<TableSchema> schema;
+  const ParsedStatement statement =
+      ParseSelect(split.shape, sql, [&](std::string_view table) -> const TableSchema& {
+        schema = TableSchema::Read(database, "test", table);
+        return *schema;
+      });
+  return IndexHint(statement);
+}
+
+TEST(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
+  sqlite3* raw = nullptr;
+  sqlite3_open_v2(MERIVANE_BIN "/MerivaneTemplate.mdb", &raw, SQLITE_OPEN_READONLY, nullptr);
+  const DatabaseHandle database(raw);
+  EXPECT_FALSE(LacksKeyIndexes(raw, "template"));
+  const struct {
+    const char* rest;
+    const char* index;  // none: by the order of insertion
+  } cases[] = {
+      {"MSP_TASKS", ""},
+      {"MSP_TASKS where TASK_UID > 0 AND PROJ_ID = 1", ""},
+      {"MSP_TASKS where PROJ_ID = 1 and TASK_UID = 5", "TASK_UID"},
+      {"MSP_TASKS WHERE TASK_UID > 0 AND TASK_OUTLINE_LEVEL = 2 AND [PROJ_ID] = 1"
+       " AND Task_Outline_Num Like '3.%'",
+       "TASK_OUTLINE_LEVEL"},
+      {"MSP_TASKS where TASK_UID > 0 AND KV7_Scenario_HEX = 3And KV7_PROCOCC_HEX = 4",
+       "PROCOCC_HEX"},
+      {"MSP_TASKS where KV7_PROCOCC_P_ORDER = '00001'", "P_ORDER"},
+      {"MSP_TASKS where KV7_PROCOCC_HEX = 1 or KV7_SCENARIO_HEX = 2", ""},
+      {"MSP_LINKS WHERE LINK_PRED_UID = 4AND PROJ_ID = 1 AND LINK_TYPE = 1", "PRED_UID"},
+      {"MSP_LINKS WHERE LINK_SUCC_UID = 4 AND PROJ_ID = 1 AND LINK_TYPE = 1", "SUCC_UID"},
+      {"MSP_LINKS WHERE PROJ_ID = 1 AND LINK_TYPE = 3", "LINK_TYPE"},
+      {"MSP_RESOURCES where RES_UID > 0 AND RES_Name = 'x' and Proj_ID = 1", "RES_NAME"},
+      {"Activity_in_Scenario where Msp_ProjID = 1 and scenario_num = 2 and Use_Num = 3", "Use_Num"},
+      {"Activity_in_Scenario where Msp_ProjID = 1 and scenario_Num = 2 and Processed = 1",
+       "Scenario_Num"},
+      {"Activity_in_Scenario where Msp_ProjID = 1", "by_project"},
+      {"junctions_in_scenario where Msp_ProjID = 1 and scenario_num = 2 and processed = 0 and "
+       "cardinality = 'Fan Out' and Type in ('XOR', 'Async. OR')",
+       "Scenario_Num"},
+      {"junctions_in_scenario where Msp_ProjID = 1 and ID = 'J3'", "by_ID"},
+      {"Links_in_Scenario where Scenario_Num = 1 and Origin_Num = 2 and Msp_ProjID = 3",
+       "Origin_Num"},
+      {"Links_in_Scenario where Msp_ProjID = 1 and Destination_Name = 'J3'", "Destination_Name"},
+      {"Activity_Pool where Msp_ProjID = 1 and Name = 'x'", "by_Name"},
+  };
+  for (const auto& item : cases) {
+    const std::string hint = HintIn(raw, std::string("select * from ") + item.rest);
+    if (*item.index == '\0') {
+      EXPECT_EQ(hint, " not indexed") << item.rest;
+    } else {
+      EXPECT_NE(hint.find(item.index), std::string::npos) << item.rest << " has" << hint;
+    }
+  }
+}
+
+TEST(IndexChoice, AddsTheKeysThatAForeignFileLacks) {
+  const TemporaryFolder folder;
+  const std::string path = folder.Path("foreign.mdb");
+  RawDatabase(path).Run(
+      "create table MSP_LINKS (PROJ_ID integer, LINK_PRED_UID integer, LINK_TYPE integer);"
+      "create table MSP_RESOURCES (RES_NAME text); create index Own on MSP_RESOURCES (RES_NAME);"
+      "insert into MSP_LINKS values (1, 2, 1), (1, 3, 1), (1, 2, 1);"
+      "insert into MSP_RESOURCES values ('Anna'), ('ANNA')");
+  sqlite3* raw = nullptr;
+  sqlite3_open(path.c_str(), &raw);
+  const DatabaseHandle database(raw);
+  EXPECT_TRUE(LacksKeyIndexes(raw, path));
+  const std::string before = ReadFile(path);
+  Workspace workspace;
+  Connection reader(workspace);
+  reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+  EXPECT_EQ(ReadFile(path), before);
+  Recordset links;
+  links.OpenStatic("select * from MSP_LINKS where LINK_PRED_UID = 2AND PROJ_ID = 1", &reader);
+  EXPECT_EQ(links.RecordCount(), 2);
+  Recordset people;
+  people.OpenStatic("select * from MSP_RESOURCES where RES_Name = 'anna'", &reader);
+  EXPECT_EQ(people.RecordCount(), 2);
+  AddMissingKeyIndexes(raw, path);
+  EXPECT_FALSE(LacksKeyIndexes(raw, path));
+  for (const char* sql : {"select * from MSP_LINKS where LINK_PRED_UID = 2 and PROJ_ID = 1",
+                          "select * from MSP_RESOURCES where RES_NAME = 'x'"}) {
+    EXPECT_NE(HintIn(raw, sql).find(" indexed by \"merivane key"), std::string::npos) << sql;
+  }
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,150 @@
+// The dialect of the program's statements, and what is refused.
+#include <gmock/gmock.h>
+
+#include "store_fixture.h"
+
+namespace merivane::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+class Statements : public StoreFixture {};
+
+TEST_F(Statements, FindTheRowsThatTheyTell) {
+  const struct {
+    const char* sql;
+    const char* names;
+  } cases[] = {
+      {"select * from T", "a b c d e "},
+      {"SELECT Name FROM [t] ;", "a b c d e "},
+      {"Select * from T where Num > 3AND Odd = 1", "e "},
+      {"select * from T where Num=2OR Num=4", "b d "},
+      {"select * from T where [Num] >= 2 and (Odd = 0 or Num = 5) and not Num = 4", "b e "},
+      {"select * from T where Name = 'B'", "b "},
+      {"select * from T where Name = \"B\"", "b "},
+      {"select * from T where Name in ('A', 'E', 'x')", "a e "},
+      {"select * from T where Name not in ('A', 'E')", "b c d "},
+      {"select * from T where Num between 2 and 3 or Num = 1.0 + 4", "b c e "},
+      {"select * from T where Num = -1 or Num <> 1 and Size is null and Name is not null",
+       "b c d e "},
+      {"select * from T where Num = '3'", "c "},
+      {"select * from T where Num = 3e0", "c "},
+      {"select * from T order by Odd desc, Name desc", "e c a d b "},
+      {"select * from T order by Odd", "b d a c e "},
+      {"select * from T where Name = 'O''Brien' or Name = \"say \"\"x\"\"\"", ""},
+      {"select * from T where Name like 'C%'", "c "},
+      {"select * from T where Name like 'c'", "c "},
+      {"select * from T where Name not like 'c%'", "a b d e "},
+      {"select * from T where Num like '4%'", "d "},
+      {"select * from T where Name like '%'", "a b c d e "},
+      {"select * from T where Column is null and Num = 1", "a "},
+  };
+  for (const auto& item : cases) EXPECT_EQ(All(item.sql), item.names) << item.sql;
+}
+
+TEST_F(Statements, TakeThePrefixOfLikeLiterally) {
+  Recordset set = Dynamic("select * from T where Num > 5");
+  for (const char* name :
+       {"3.1", "3.10", "3x1", "3_", "_1", "z", "Zoe", "[x", "@1", "\xE4h", "\xE5"}) {
+    Add(set, 9, name);
+  }
+  const struct {
+    const char* pattern;
+    const char* names;
+  } cases[] = {{"3.%", "3.1 3.10 "}, {"3_%", "3_ "}, {"_%", "_1 "},
+               {"Z%", "z Zoe "},     {"@%", "@1 "},  {"\xE4%", "\xE4h "}};
+  for (const auto& item : cases) {
+    EXPECT_EQ(
+        All(std::string("select * from T where Num = 9 and Name like '") + item.pattern + "'"),
+        item.names)
+        << item.pattern;
+  }
+}
+
+TEST_F(Statements, GiveAggregatesAsOneRow) {
+  Recordset set = Dynamic("SELECT Max(Num) as Max_ID, count(*) FROM T where Odd = 1");
+  EXPECT_EQ(set.Field("max_id"), Value(5));
+  EXPECT_EQ(set.Field(1), Value(3));
+  EXPECT_EQ(set.FieldName(1), "Expr1001");
+  set.MoveNext();
+  EXPECT_TRUE(set.Eof());
+  Recordset none = Dynamic("SELECT Max(Num) as Max_ID FROM Empty");
+  EXPECT_FALSE(none.Eof());
+  EXPECT_TRUE(none.Field("Max_ID").IsNull());
+}
+
+TEST_F(Statements, FailByTheirKindAndNameWhatIsWrong) {
+  const struct {
+    const char* sql;
+    int number;
+    const char* named;
+  } cases[] = {
+      {"select * from Nowhere where Num = 1", kUnknownTable, "'Nowhere'"},
+      {"select * from T where Nmu = 1", kUnknownName, "'Nmu'"},
+      {"select Nmu from T", kUnknownName, "'Nmu'"},
+      {"select * from T order by Nmu", kUnknownName, "'Nmu'"},
+      {"select * from T where Num = abc", kUnknownName, "'abc'"},
+      {"select Max(Nmu) as M from T", kUnknownName, "'Nmu'"},
+      {"", kStatementError, "too early"},
+      {"select * from", kStatementError, "too early"},
+      {"select * from T where", kStatementError, "too early"},
+      {"select * from T where Num = ", kStatementError, "too early"},
+      {"select * from T where Num = 5Num = 3 and Odd = 1", kStatementError, "'Num'"},
+      {"select * from T where Name = 'O'Brien'", kStatementError, "quote"},
+      {"select * from T where Name = 'x' 'y'", kStatementError, "text"},
+      {"select * from T where Name = \"x", kStatementError, "quote"},
+      {"select * from [T", kStatementError, "bracket"},
+      {"select * from T where Num = 1; delete from T", kStatementError, "'delete'"},
+      {"select * from T;;", kStatementError, "';'"},
+      {"select * from T where Num = 1 -- x", kUnknownName, "'x'"},
+      {"select * from T where Num = ?", kStatementError, "'?'"},
+      {"select * from T where Num = #1/1/2000#", kStatementError, "character"},
+      {"select * from T where Num in ()", kStatementError, "')'"},
+      {"select * from T where Name like 5", kStatementError, "number"},
+      {"select * from T where order = 1", kStatementError, "'order'"},
+      {"select * from T where Num not 5", kStatementError, "number"},
+      {"select * from T order Num", kStatementError, "'Num'"},
+      {"select Foo(Num) as F from T", kStatementError, "'Foo'"},
+      {"select Name, Max(Num) as M from T", kStatementError, "'Name'"},
+      {"delete from T", kStatementError, "'delete'"},
+      {"update T set Num = 1", kStatementError, "'update'"},
+  };
+  for (const auto& item : cases) {
+    std::string description;
+    EXPECT_EQ(ErrorOf([&] { Dynamic(item.sql); }, &description), item.number) << item.sql;
+    EXPECT_THAT(description, HasSubstr(item.named)) << item.sql;
+  }
+}
+
+TEST_F(Statements, NestedBeyondAllReasonFailAndLeaveTheConnectionUsable) {
+  const std::string open(100000, '(');
+  EXPECT_EQ(ErrorOf([&] { Dynamic("select * from T where " + open + "Num = 1"); }),
+            kStatementError);
+  std::string minus(100000, '-');
+  EXPECT_EQ(ErrorOf([&] { Dynamic("select * from T where Num = " + minus + "1"); }),
+            kStatementError);
+  EXPECT_EQ(All("select * from T where Num = 1"), "a ");
+}
+
+TEST_F(Statements, OfOneShapeDoNotShareTheirTexts) {
+  Recordset first = Dynamic("select * from T where Num = 1 and Name like 'a%'");
+  Recordset second = Dynamic("select * from T where Num = 2 and Name like 'b%'");
+  Recordset third = Dynamic("select * from T where Num = 2 and Name like 'b'");
+  EXPECT_EQ(first.Field("Name"), Value("a"));
+  EXPECT_EQ(second.Field("Name"), Value("b"));
+  EXPECT_EQ(third.Field("Name"), Value("b"));
+  EXPECT_EQ(first.Field("Num"), Value(1));
+}
+
+TEST_F(Statements, ComparesTextsWithoutCaseInTablesThatDoNot) {
+  RawDatabase(path).Run(
+      "create table Foreign_T (Name text); create index I on Foreign_T (Name);"
+      "insert into Foreign_T values ('Beta'), ('alpha'), ('beta'), ('Alpha')");
+  EXPECT_EQ(All("select * from Foreign_T where Name = 'BETA'"), "Beta beta ");
+  EXPECT_EQ(All("select * from Foreign_T where Name in ('ALPHA')"), "alpha Alpha ");
+  EXPECT_EQ(All("select * from Foreign_T where Name like 'AL%'"), "alpha Alpha ");
+  EXPECT_EQ(All("select * from Foreign_T order by Name"), "alpha Alpha Beta beta ");
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,110 @@
+// A small database of its own for a test of the store, and short ways to look at it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
+#include "store/connection.h"
+#include "store/recordset.h"
+#include "temporary_folder.h"
+
+namespace merivane::test {
+
+inline std::string Shown(const Value& value) {
+  return value.IsNull() ? "Null" : value.IsBytes() ? "bytes" : ToText(value);
+}
+
+// A handle of its own on a file, as another process has one.
+class RawDatabase {
+ public:
+  explicit RawDatabase(const std::string& path) {
+    EXPECT_EQ(sqlite3_open(path.c_str(), &handle_), SQLITE_OK) << path;
+  }
+  ~RawDatabase() { sqlite3_close(handle_); }
+  RawDatabase(const RawDatabase&) = delete;
+  RawDatabase& operator=(const RawDatabase&) = delete;
+
+  int Run(const std::string& sql) {
+    return sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr);
+  }
+  std::string Ask(const std::string& sql) {
+    std::string answer;
+    const auto keep = [](void* out, int, char** texts, char**) {
+      *static_cast<std::string*>(out) += texts[0] == nullptr ? "Null" : texts[0];
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), keep, &answer, nullptr), SQLITE_OK) << sql;
+    return answer;
+  }
+
+ private:
+  sqlite3* handle_ = nullptr;
+};
+
+// The number of the error that `action` ends in; 0 without one.
+inline int ErrorOf(const std::function<void()>& action, std::string* description = nullptr) {
+  try {
+    action();
+    return 0;
+  } catch (const RunTimeError& error) {
+    if (description != nullptr) *description = error.Description();
+    return error.Number();
+  }
+}
+
+class StoreFixture : public ::testing::Test {
+ protected:
+  // The table T has the rows 1 to 5 with names "a" to "e"; of these 1, 3 and 5 are odd.
+  StoreFixture() {
+    RawDatabase(path).Run(
+        "create table T (Num integer, Name varchar(20) collate nocase, Odd smallint, Size double,"
+        " Note longtext, Data blob, \"Column\" text);"
+        "insert into T (Num, Name, Odd) values"
+        " (1, 'a', 1), (2, 'b', 0), (3, 'c', 1), (4, 'd', 0), (5, 'e', 1);"
+        "create table Empty (Num integer)");
+    connection.Open(ConnectionText(path));
+  }
+
+  Recordset Dynamic(const std::string& sql) {
+    Recordset set;
+    set.OpenDynamic(sql, &connection);
+    return set;
+  }
+  Recordset Static(const std::string& sql) {
+    Recordset set;
+    set.OpenStatic(sql, &connection);
+    return set;
+  }
+
+  // The texts of a column from the set's position on.
+  static std::string Rest(Recordset& set, const std::string& column = "Name") {
+    std::string texts;
+    for (; !set.Eof(); set.MoveNext()) texts += Joined(set.Field(column)) + " ";
+    return texts;
+  }
+  std::string All(const std::string& sql, const std::string& column = "Name") {
+    Recordset set = Static(sql);
+    return Rest(set, column);
+  }
+
+  void Add(Recordset& set, int num, const std::string& name, int odd = 1) {
+    set.AddNew();
+    set.SetField("Num", num);
+    set.SetField("Name", name);
+    set.SetField("Odd", odd);
+    set.Update();
+  }
+
+  TemporaryFolder folder;
+  std::string path = folder.Path("small.mdb");
+  Workspace workspace;
+  Connection connection{workspace};
+};
+
+}  // namespace merivane::test
