@@ -16,7 +16,7 @@ class ScenarioChoice : public ModelFixture {
     for (const int num : {1, 2, 3, 4, 5}) Uob(num, num);
   }
   // Answers the choosers in turn; keeps what they offered.
-  void Choose(Texts answers) {
+  void Choose(const Texts& answers) {
     desktop.modalHandler = [this, answers](ModalForm& form) {
       auto& chooser = dynamic_cast<multi&>(form);
       const std::string& answer = answers.at(offered.size());
