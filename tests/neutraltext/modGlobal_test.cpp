@@ -24,16 +24,6 @@ TEST(FieldAfterBlanks, TakesWhatStandsBehindTheFirstDoubleBlank) {
   }
 }
 
-TEST(PadToFiveDigits, FillsShortTextsAlone) {
-  for (auto [text, padded] : {std::pair<std::string, std::string>{"", "00000"},
-                              {"12", "00012"},
-                              {"12345", "12345"},
-                              {"123456", "123456"}}) {
-    PadToFiveDigits(text);
-    EXPECT_EQ(text, padded);
-  }
-}
-
 TEST(Reporters, ShowTheErrorsDescription) {
   ScriptedDesktop desktop;
   ReportError(desktop, RunTimeError(kPermissionDenied, "locked"));

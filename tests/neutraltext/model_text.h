@@ -21,6 +21,11 @@ inline std::string With(
   return text;
 }
 
+// The text with lines added behind the first place of a passage.
+inline std::string Behind(std::string text, const std::string& passage, const std::string& added) {
+  return With(std::move(text), {{passage, passage + added}});
+}
+
 inline const std::string kPoolBlocks =
     "  Glossary|  End  Glossary|  Note List|  End  Note List|  Source List|  End  Source List|"
     "  Property List|  End  Property List|";

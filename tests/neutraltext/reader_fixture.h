@@ -19,7 +19,7 @@ class ReaderTest : public DatabaseFixture {
   // The boxes of the read.
   std::vector<std::string> ReadBytes(std::string_view bytes) {
     desktop.shown.clear();
-    ReadNeutralText(State(), folder.Write("model.txt", bytes));
+    ReadNeutralText(State(), folder.Write(std::to_string(++reads_) + ".txt", bytes));
     return desktop.MessageTexts();
   }
   std::vector<std::string> Read(std::string text) {
@@ -32,14 +32,35 @@ class ReaderTest : public DatabaseFixture {
     return Read(With(kModel, {{kScenario, scenarios}}));
   }
 
-  // What the database holds in a column, the rows joined by bars.
-  std::string Column(const std::string& column, const std::string& table) {
+  // What a table holds in some columns: rows joined by bars, columns by semicolons.
+  std::string Columns(const std::string& table, const std::vector<std::string>& columns) {
     std::string text;
-    for (const Value& value : ColumnOf(Model(), column, table)) {
-      text += (text.empty() ? "" : "|") + (value.IsNull() ? "Null" : ToText(value));
+    for (const std::string& column : columns) {
+      if (!text.empty()) text += "; ";
+      std::string bar;
+      for (const Value& value : ColumnOf(Model(), column, table)) {
+        text += bar + (value.IsNull() ? "Null" : ToText(value));
+        bar = "|";
+      }
     }
     return text;
   }
+
+  // Rows of the project that was read last.
+  std::vector<std::size_t> RowCounts() {
+    std::vector<std::size_t> counts;
+    for (const char* table :
+         {"Activity_Pool", "Object_Pool", "Fact_Pool", "Misc", "Scenario", "Activity_in_Scenario",
+          "Object_in_Activity_in_Scenario", "Junctions_in_Scenario", "Facts_in_Junction",
+          "Links_in_Scenario", "OSTN_List"}) {
+      counts.push_back(
+          CountRows(Model(), table, "where Msp_ProjID = " + std::to_string(State().gMspProjId)));
+    }
+    return counts;
+  }
+
+ private:
+  int reads_ = 0;  // each read has a file of its own: replacing one is slow on some file systems
 };
 
 // The box of an error that ends a read.

@@ -6,20 +6,16 @@ namespace {
 
 class ReaderPools : public ReaderTest {};
 
-TEST_F(ReaderPools, SummaryFieldsAreCutAndEmptyOnesStayNull) {
+TEST_F(ReaderPools, SummaryStartsAtTheThirdLineOrTheFourthAndEmptyFieldsStayNull) {
   const std::string company(101, 'c');
-  Read(With(kModel, {{"Yard", company}, {"  Boat", " Boat"}}));
-  EXPECT_EQ(DumpTable(Model(), "MSP_PROJECTS").find("PROJ_ID=1 PROJ_NAME='Project 1' "), 0u);
-  EXPECT_EQ(Column("PROJ_PROP_COMPANY", "MSP_PROJECTS"), company.substr(1));
-  EXPECT_EQ(Column("PROJ_CREATION_DATE", "MSP_PROJECTS"), "1/2/2003");
-  EXPECT_EQ(Column("PROJ_PROP_SUBJECT", "MSP_PROJECTS"), "Null");
-}
-
-TEST_F(ReaderPools, CreatorStandsOnTheThirdLineOrOnTheFourth) {
-  for (const char* second : {"|Project Summary|", "||Project Summary|"}) {
-    EXPECT_THAT(Read(With(kModel, {{"||Project Summary|", second}})), IsEmpty());
-  }
-  EXPECT_EQ(Column("PROJ_PROP_AUTHOR", "MSP_PROJECTS"), "Ada|Ada");
+  const std::string third =
+      With(kModel, {{"||Project", "|Project"}, {"Yard", company}, {"  Boat", " Boat"}});
+  Read(third);
+  OpenForModel();
+  Read(With(third, {{"|Project", "||Project"}}));
+  EXPECT_EQ(Columns("MSP_PROJECTS", {"PROJ_ID", "PROJ_NAME", "PROJ_PROP_COMPANY",
+                                     "PROJ_CREATION_DATE", "PROJ_PROP_SUBJECT"}),
+            "1; Project 1; " + company.substr(1) + "; 1/2/2003; Null");
 }
 
 TEST_F(ReaderPools, NameOfAnAppendedProjectGrowsWhileItIsTaken) {
@@ -28,100 +24,74 @@ TEST_F(ReaderPools, NameOfAnAppendedProjectGrowsWhileItIsTaken) {
   State().gMspProjId = 2;
   Read(kModel);
   Read(kModel);
-  EXPECT_EQ(Column("PROJ_NAME", "MSP_PROJECTS"), "Boat|Boat(2)|Boat(2)(2)");
+  EXPECT_EQ(Columns("MSP_PROJECTS", {"PROJ_NAME"}), "Boat|Boat(2)|Boat(2)(2)");
 }
 
 TEST_F(ReaderPools, EmptyFieldsTakeTheValuesOfTheRecordBefore) {
-  const std::string name(251, 'n');
   const std::string first = With(kProcess, {{"Process  1", "Process  12345"},
-                                            {"Sand the hull", name},
+                                            {"Sand the hull", std::string(251, 'n')},
                                             {"Creator:  ", "Creator:  Eve"},
                                             {"  Glossary|", "  Glossary|Fine.|"},
                                             {"  ID:  1", "  ID:  7"}});
-  const std::string second = With(
-      kProcess, {{"Sand the hull", ""}, {"  ID:  1", "  ID:  "}, {"  Glossary|", "  Glossary||"}});
-  Read(With(kModel, {{kProcess, first + second},
-                     {"  Property List|", "  Property List|from the project|"}}));
-  EXPECT_EQ(Column("Num", "Activity_Pool"), "1234|1");
-  EXPECT_EQ(Column("Name", "Activity_Pool"), name.substr(1) + "|" + name.substr(1));
-  EXPECT_EQ(Column("Creator", "Activity_Pool"), "Eve|Eve");
-  EXPECT_EQ(Column("Glossary", "Activity_Pool"), "Fine.\r\n|Fine.\r\n");
-  EXPECT_EQ(Column("Property_List", "Activity_Pool"), "from the project\r\n|from the project\r\n");
-  EXPECT_EQ(Column("ID", "Activity_Pool"), "7|7");
-  EXPECT_EQ(Column("Ref", "Activity_Pool"), "Null|Null");
-  EXPECT_EQ(Column("Creator", "Fact_Pool"), "Null") << "facts take over nothing";
+  const std::string second =
+      With(kProcess, {{"Sand the hull", ""}, {"ID:  1", "ID:  "}, {"Glossary|", "Glossary||"}});
+  Read(With(kModel, {{kProcess, first + second}, {"  Property List|", "  Property List|own|"}}));
+  const std::string name(250, 'n');
+  EXPECT_EQ(Columns("Activity_Pool",
+                    {"Num", "Name", "Creator", "Glossary", "Property_List", "ID", "Ref"}),
+            "1234|1; " + name + "|" + name +
+                "; Eve|Eve; Fine.\r\n|Fine.\r\n; own\r\n|own\r\n; 7|7; Null|Null");
+  EXPECT_EQ(Columns("Fact_Pool", {"Creator"}), "Null") << "facts take over nothing";
 }
 
 TEST_F(ReaderPools, QuantityAndAliasStandBehindTheirKeysAndCarryOver) {
-  const std::string_view list = "  Property List|";
   const std::string painter =
-      With(kObject, {{list,
-                      "  Property List|Quantity: 9| Quantity:  8|Quantity:  2.5|Alias: X|"
-                      "My Alias:  PAINTER-ONE|"},
-                     {"Type:  Entity", "Type:  "}});
+      Behind(With(kObject, {{"Type:  Entity", "Type:  "}}), "  Property List|",
+             "Quantity: 9| Quantity:  8|Quantity:  2.5|Alias: X|My Alias:  PAINTER-ONE|");
   EXPECT_THAT(Read(With(kModel, {{kObject, kObject + painter + kObject}})), IsEmpty());
-  EXPECT_EQ(Column("Quantity", "Object_Pool"), "Null|2.5|2.5");
-  EXPECT_EQ(Column("Alias", "Object_Pool"), "Null|PAINTER-ON|PAINTER-ON");
-  EXPECT_EQ(Column("Celvar_Type", "Object_Pool"), "Entity|Entity|Entity");
+  EXPECT_EQ(Columns("Object_Pool", {"Quantity", "Alias", "Celvar_Type"}),
+            "Null|2.5|2.5; Null|PAINTER-ON|PAINTER-ON; Entity|Entity|Entity");
 }
 
 TEST_F(ReaderPools, TextPoolsStopJustAboveTheLimitAndThePropertyPoolIsAWord) {
-  std::string states = "State Pool|";
+  std::string states;
   for (int i = 0; i < 70; ++i) states += std::string(998, 's') + "|";
-  EXPECT_THAT(Read(With(kModel, {{"State Pool|", states}})), IsEmpty());
-  EXPECT_EQ(Column("State_Pool", "Misc").size(), 65'000u);
-  EXPECT_EQ(Column("Property_Pool", "Misc"), "No peoperty pool");
-  EXPECT_EQ(Column("Note_Pool", "Misc"), "Paint is wet.\r\n");
-  EXPECT_EQ(Column("Source_Pool", "Misc"), "");
+  EXPECT_THAT(Read(Behind(kModel, "State Pool|", states)), IsEmpty());
+  EXPECT_EQ(Columns("Misc", {"State_Pool"}).size(), 65'000u);
+  EXPECT_EQ(Columns("Misc", {"Property_Pool", "Note_Pool", "Source_Pool"}),
+            "No peoperty pool; Paint is wet.\r\n; ");
 }
 
 TEST_F(ReaderPools, StartDateIsTheFirstDateBehindItsValue) {
-  Read(With(kModel, {{"Property Pool|",
-                      "Property Pool|Value|1/1/2001|x NAME:  start date|2/2/2002|Values|VALUE|soon|"
-                      "3/3/2003|4/4/2004|"}}));
-  EXPECT_EQ(Column("PROJ_OPT_DEF_START_TIME", "MSP_PROJECTS"), "3/3/2003");
+  Read(Behind(kModel, "Property Pool|",
+              "Value|1/1/2001|x NAME:  start date|2/2/2002|Values|VALUE|soon|3/3/2003|4/4/2004|"));
+  EXPECT_EQ(Columns("MSP_PROJECTS", {"PROJ_OPT_DEF_START_TIME"}), "3/3/2003");
 }
 
 TEST_F(ReaderPools, NameThatBreaksTheRulesEndsTheProgram) {
   const std::string quotes = "Merivane requires that UOB names do not have double quotes.";
   const std::string commas = "Merivane requires that Object names do not have commas.";
-  const std::string project = "IDEF3 to Project";
-  const struct {
-    const char* passage;
-    const char* name;
-    std::string box;
-    std::string title;
-  } cases[] = {
-      {"Sand the hull", "A \"hull\"", quotes + "  Please change 'A \"hull\"'.", project},
-      {"Plank", "Red, \"wet\"", commas + "  Please change 'Red, \"wet\"'.", project + " 2000"},
-      {"Plank", "\"wet\"", quotes + "  Please change '\"wet\"'.", project + " 2000"},
-  };
-  for (const auto& [passage, name, box, title] : cases) {
-    desktop.pointer = kPointerHourglass;
+  const std::string title = "IDEF3 to Project";
+  for (const auto& [passage, name, rule, expectedTitle] :
+       {std::array{std::string("Sand the hull"), std::string("A \"hull\""), quotes, title},
+        {"Plank", "Red, \"wet\"", commas, title + " 2000"},
+        {"Plank", "\"wet\"", quotes, title + " 2000"}}) {
     EXPECT_TRUE(EndsProgram([&] { Read(With(kModel, {{passage, name}})); })) << name;
-    const Message shown = std::get<ScriptedDesktop::ShownMessage>(desktop.shown.at(0)).message;
-    EXPECT_EQ(shown.text, box);
-    EXPECT_EQ(shown.title, title);
-    EXPECT_EQ(shown.icon, MessageIcon::kCritical);
+    const Message box = std::get<ScriptedDesktop::ShownMessage>(desktop.shown.at(0)).message;
+    EXPECT_EQ(box.text, rule + "  Please change '" + name + "'.");
+    EXPECT_EQ(box.title, expectedTitle);
     EXPECT_EQ(desktop.pointer, kPointerDefault);
   }
 }
 
 TEST_F(ReaderPools, FieldThatIsNoNumberEndsTheRead) {
-  const struct {
-    const char* passage;
-    const char* other;
-    int error;
-  } cases[] = {
-      {"Process  1", "Process  one", kTypeMismatch},
-      {"Process  1", "Process  9E9", kOverflow},
-      {"End  Process 1||", "End  Process 1|||", kTypeMismatch},
-      {"  ID:  1", "  ID:  A1", kTypeMismatch},
-      {"Object  1", "Object  ", kTypeMismatch},
-  };
-  for (const auto& [passage, other, error] : cases) {
-    EXPECT_THAT(Read(With(kModel, {{passage, other}})), ElementsAre(Box(error))) << other;
+  for (const auto& [passage, other] : {std::pair{"Process  1", "Process  one"},
+                                       {"End  Process 1||", "End  Process 1|||"},
+                                       {"  ID:  1", "  ID:  A1"},
+                                       {"Object  1", "Object  "}}) {
+    EXPECT_THAT(Read(With(kModel, {{passage, other}})), ElementsAre(Box(kTypeMismatch))) << other;
   }
+  EXPECT_THAT(Read(With(kModel, {{"Process  1", "Process  9E9"}})), ElementsAre(Box(kOverflow)));
   EXPECT_EQ(CountRows(Model(), "Object_Pool"), 0u);
 }
 
