@@ -7,6 +7,16 @@ sample=$(realpath "$2")
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
+# The desktop program comes up, without a screen, and stays until it is stopped.
+open_window() {
+  [ -e "$build/bin/merivane" ] || return 0
+  local status=0
+  [ -e "$(dirname "$(realpath "$1/usr/bin/merivane")")/merivane.chm" ] ||
+    { echo "no help in $1" >&2; exit 1; }
+  QT_QPA_PLATFORM=offscreen timeout 5 "$1/usr/bin/merivane" 2> /dev/null || status=$?
+  [ "$status" -eq 124 ] || { echo "merivane in $1 ended with $status" >&2; exit 1; }
+}
+
 translate() {
   local root=$1
   for file in bin/merivane-batch share/man/man1/merivane-batch.1 \
@@ -24,7 +34,9 @@ translate() {
 
 DESTDIR=$scratch/installed cmake --install "$build" --prefix /usr > /dev/null
 translate "$scratch/installed"
+open_window "$scratch/installed"
 
 (cd "$scratch" && cpack --config "$build/CPackConfig.cmake" -B "$scratch/packages" > /dev/null)
 dpkg-deb -x "$scratch"/packages/*.deb "$scratch/unpacked"
 translate "$scratch/unpacked"
+open_window "$scratch/unpacked"

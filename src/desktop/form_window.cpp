@@ -99,18 +99,24 @@ QFormLayout* FormWindow::AddTab(QTabWidget* tabs, const char* caption) {
   return rows;
 }
 
-void FormWindow::AddField(QFormLayout* rows, const char* label, const char* caption,
-                          QWidget* field) {
+void FormWindow::AddRow(QFormLayout* rows, const char* label, const char* caption, QWidget* field,
+                        QWidget* buddy) {
   auto* text = new QLabel(caption);
   text->setObjectName(label);
-  text->setBuddy(field);
+  text->setBuddy(buddy);
   rows->addRow(text, field);
   labels_.push_back(text);
 }
 
+void FormWindow::AddField(QFormLayout* rows, const char* label, const char* caption,
+                          QWidget* field) {
+  AddRow(rows, label, caption, field, field);
+  order_.push_back(field);
+}
+
 void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   auto* field = new PathField(row.edit, row.button, QString(row.caption).remove(':'));
-  AddField(rows, row.label, row.caption, field);
+  AddRow(rows, row.label, row.caption, field, field->Edit());
   order_.push_back(field->Edit());
   order_.push_back(field->Button());
   TextBox& box = row.box;

@@ -51,7 +51,6 @@ class FormWindow : public QWidget {
   QFormLayout* AddTab(QTabWidget* tabs, const char* caption);
   QFormLayout* AddRows();
   void AddPath(QFormLayout* rows, const PathRow& row);
-  // Keeps its place among the rows for the keyboard.
   void AddField(QFormLayout* rows, const char* label, const char* caption, QWidget* field);
   void AddCheckBox(const char* name, const char* caption, CheckBox& box,
                    const std::function<void()>& click);
@@ -65,6 +64,8 @@ class FormWindow : public QWidget {
   QtDesktop& desktop_;
 
  private:
+  void AddRow(QFormLayout* rows, const char* label, const char* caption, QWidget* field,
+              QWidget* buddy);
   QPushButton* AddButton(const char* name, const char* caption);
   void Sync();
   void AlignLabels();

@@ -48,7 +48,7 @@ bool HelpKey::eventFilter(QObject* object, QEvent* event) {
     return true;
   }
   const QWidget* active = QApplication::focusWidget();
-  desktop_.RequestHelp(active != nullptr ? active : QApplication::activeWindow());
+  desktop_.RequestHelp(active != nullptr ? active : static_cast<QWidget*>(object));
   return true;
 }
 

@@ -55,7 +55,8 @@ HelpWindow::HelpWindow()
   connect(contents_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
     if (item != nullptr) ShowTopic(TopicOf(item, 0));
   });
-  connect(browser_, &QTextBrowser::sourceChanged, this, [this] { MarkTopic(); });
+  connect(browser_, &QTextBrowser::sourceChanged, this,
+          [this](const QUrl& page) { MarkTopic(TopicBrowser::TopicOf(page)); });
 }
 
 HelpWindow::~HelpWindow() { browser_->SetFile(nullptr); }
@@ -142,10 +143,12 @@ void HelpWindow::ShowTopic(const QString& topic) {
   if (!topic.isEmpty()) browser_->ShowTopic(topic);
 }
 
-void HelpWindow::MarkTopic() {
+void HelpWindow::MarkTopic(const QString& topic) {
   const QSignalBlocker quiet(contents_);
+  // A page that belongs to a context number may be a copy of the one in the contents.
+  const auto page = file_->Read(topic);
   for (QTreeWidgetItemIterator item(contents_); *item != nullptr; ++item) {
-    if (TopicOf(*item, 0).section('#', 0, 0) != browser_->Topic()) continue;
+    if (file_->Read(TopicOf(*item, 0).section('#', 0, 0)) != page) continue;
     contents_->setCurrentItem(*item);
     return;
   }
@@ -172,7 +175,7 @@ void HelpWindow::ShowContext(int context) {
   browser_->setFocus();
 }
 
-QString HelpWindow::Topic() const { return browser_->Topic(); }
+QString HelpWindow::Topic() const { return TopicBrowser::TopicOf(browser_->source()); }
 
 void HelpWindow::BringToFront() {
   if (isMinimized()) showNormal();

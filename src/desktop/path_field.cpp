@@ -37,7 +37,6 @@ PathField::PathField(const char* editName, const char* buttonName, const QString
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(edit_, 1);
   row->addWidget(button_);
-  setFocusProxy(edit_);
   setAcceptDrops(true);
 }
 

@@ -23,8 +23,6 @@ void TopicBrowser::ShowTopic(const QString& topic) {
   setSource(QUrl(QLatin1String(kScheme) + QStringLiteral(":/") + topic));
 }
 
-QString TopicBrowser::Topic() const { return source().path().mid(1); }
-
 void TopicBrowser::doSetSource(const QUrl& name, QTextDocument::ResourceType type) {
   if (name.scheme().startsWith(QLatin1String("http"))) {
     (void)OpenInBrowser(name.toString().toStdString());

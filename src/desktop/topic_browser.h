@@ -14,7 +14,8 @@ class TopicBrowser : public QTextBrowser {
   // Null: nothing to show. Must outlive its use here.
   void SetFile(const HelpFile* file) { file_ = file; }
   void ShowTopic(const QString& topic);
-  QString Topic() const;
+  // Name of the page that an address shows.
+  static QString TopicOf(const QUrl& address) { return address.path().mid(1); }
 
   QVariant loadResource(int type, const QUrl& name) override;
 

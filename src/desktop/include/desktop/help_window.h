@@ -39,7 +39,7 @@ class HelpWindow : public QMainWindow {
   QWidget* MakeIndexPage();
   void Fill();
   void ShowTopic(const QString& topic);
-  void MarkTopic();
+  void MarkTopic(const QString& topic);
   void FilterIndex(const QString& text);
   void BringToFront();
 

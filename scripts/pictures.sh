@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Makes a picture of every window: pictures.sh BUILD_FOLDER OUT_FOLDER. Fails when one is empty.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+[ $# -eq 2 ] || { echo "usage: scripts/pictures.sh BUILD_FOLDER OUT_FOLDER" >&2; exit 2; }
+cmake --build "$1" --target merivane_pictures -- --quiet
+mkdir -p "$2"
+export HOME=/tmp/merivane-pictures LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb
+xvfb-run -a -s "-screen 0 2560x1600x24 -dpi 96" "$1/bin/merivane_pictures" "$root/samples" "$2"
+for name in main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
+  message paths about splash help; do
+  [ -s "$2/$name.png" ] || { echo "$2/$name.png is missing" >&2; exit 1; }
+done

@@ -1,0 +1,122 @@
+// The real main window over a program of its own; the machine behind it is scripted.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTabWidget>
+#include <QUrl>
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "database_fixture.h"
+#include "desktop/main_window.h"
+#include "user.h"
+
+namespace merivane::test {
+
+class ScriptedNames : public FileNames {
+ public:
+  std::deque<std::string> names;
+  QString Ask(const FileDialog& /*dialog*/, QWidget* /*parent*/) override {
+    if (names.empty()) return {};
+    const std::string name = names.front();
+    names.pop_front();
+    return QString::fromStdString(name);
+  }
+};
+
+class TestDesktop : public QtDesktop {
+ public:
+  using QtDesktop::QtDesktop;
+
+  std::string templatePath = TemplateDatabase();
+  std::map<std::string, std::string> registry;
+  std::vector<std::string> started;
+  std::vector<Qt::CursorShape> pointersAtStart;  // while a handler runs
+  std::vector<int> helpContexts;
+
+  std::string TemplatePath() const override { return templatePath; }
+  std::optional<std::string> RegistryDefault(const std::string& key) const override {
+    const auto entry = registry.find(key);
+    if (entry == registry.end()) return std::nullopt;
+    return entry->second;
+  }
+  bool StartProgram(const std::string& commandLine) override {
+    started.push_back(commandLine);
+    if (const QCursor* cursor = QApplication::overrideCursor()) {
+      pointersAtStart.push_back(cursor->shape());
+    }
+    return true;
+  }
+  int OpenWebPage(const std::string& /*url*/) override { return 2; }
+  void ShowHelp(const std::string& /*helpFile*/, int /*command*/, int context) override {
+    helpContexts.push_back(context);
+  }
+};
+
+class DesktopTest : public ::testing::Test {
+ protected:
+  DesktopTest() {
+    desktop.OnEnd = [this] { ++ends; };
+    main.Show();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+  ~DesktopTest() override {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_TRUE(user.steps.empty());
+  }
+
+  QWidget& Open(const char* menuItem, const char* form) {
+    window.findChild<QAction*>(menuItem)->trigger();
+    return User::Find(window, form);
+  }
+  QWidget& OpenToProject() { return Open("mnuIDEF3ToProject", "frmIDEF3ToProject"); }
+  QWidget& OpenToModel() { return Open("mnuProjectToIDEF3", "frmProjectToIDEF3"); }
+  void Browse(QWidget& form, const char* button, const std::string& name) {
+    names.names.push_back(name);
+    User::Click(form, button);
+  }
+  static void SelectTab(QWidget& form, const char* tabs, int index) {
+    User::Get<QTabWidget>(form, tabs).setCurrentIndex(index);
+  }
+  static std::string TextOf(QWidget& form, const char* name) {
+    return User::Get<QLineEdit>(form, name).text().toStdString();
+  }
+  // Onto the field that holds a text box, which may be disabled.
+  static void Drop(QWidget& form, const char* box, const char* file) {
+    QWidget& field = *User::Find(form, box).parentWidget();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(file)});
+    QDragEnterEvent enter({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&field, &enter);
+    EXPECT_TRUE(field.acceptDrops() && enter.isAccepted());
+    QDropEvent drop({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&field, &drop);
+    QTest::qWait(10);
+  }
+  // A database with the plan of the sample, and the same plan as an MPX file.
+  void MakePlan(const std::string& database, const std::string& mpx) {
+    QWidget& form = OpenToProject();
+    SelectTab(form, "SSTabGenerateOpt", 1);
+    Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+    Browse(form, "BrowsedbBt_mpx", database);
+    Browse(form, "cmdBrowseMPX", mpx);
+    User::Click(form, "cmdOK");
+  }
+
+  TemporaryFolder folder;
+  ScriptedNames names;
+  TestDesktop desktop{names};
+  Program program{desktop};
+  frmMain main{program};
+  MainWindow window{desktop, main};
+  User user;
+  int ends = 0;
+};
+
+}  // namespace merivane::test

@@ -1,0 +1,120 @@
+#include <QAction>
+#include <QFileDialog>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "desktop_fixture.h"
+
+namespace merivane {
+namespace {
+
+using test::User;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+using MainWindowTest = test::DesktopTest;
+
+TEST_F(MainWindowTest, F1OpensTheTopicOfTheNearestNumber) {
+  QTest::keyClick(&window, Qt::Key_F1);
+  QWidget& form = OpenToProject();
+  User::Find(form, "txtDatabase").setFocus();
+  QTest::keyClick(&User::Find(form, "txtDatabase"), Qt::Key_F1);
+  User::Find(form, "cmdHelp2").setFocus();
+  QTest::keyClick(&User::Find(form, "cmdHelp2"), Qt::Key_F1);
+  User::Click(form, "cmdHelp2");
+  User::Click(Open("mnuAboutMerivane", "frmAbout"), "cmdTech");
+  User::Click(Open("mnuPath", "frmOptions"), "cmdHelp4");
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(1000, 2000, 2001, 2001, 382, 4001));
+}
+
+TEST_F(MainWindowTest, F1OpensTheTopicOfTheMenuItemUnderTheKeyboard) {
+  QMenu* file = window.findChild<QAction*>("mnuFile")->menu();
+  file->popup({10, 10});
+  file->setActiveAction(window.findChild<QAction*>("mnuExit"));
+  QTest::keyClick(file, Qt::Key_F1);
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(1004));
+  EXPECT_FALSE(file->isVisible());
+}
+
+TEST_F(MainWindowTest, PathsAreListedUnderTheirHeadings) {
+  desktop.registry[kCelvarKey] = std::string("/opt/celvar\0", 12);
+  QWidget& paths = Open("mnuPath", "frmOptions");
+  auto& list = User::Get<QListWidget>(paths, "listPaths");
+  ASSERT_EQ(list.count(), 6);
+  EXPECT_EQ(list.item(1)->text(), QString(18, ' ') + "/opt/celvar");
+  EXPECT_EQ(list.item(5)->text(), QString(17, ' ') + "not installed.");
+  QTest::keyClick(&paths, Qt::Key_Escape);
+  EXPECT_FALSE(paths.isVisible());
+  desktop.registry.clear();
+  Open("mnuPath", "frmOptions");
+  EXPECT_EQ(list.item(1)->text(), QString(18, ' ') + "not installed.");
+}
+
+TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
+  OpenToProject();
+  OpenToModel();
+  Open("mnuPath", "frmOptions");
+  for (const QWidget* control : window.findChildren<QWidget*>()) {
+    if (control->focusPolicy() == Qt::NoFocus || !control->isVisible()) continue;
+    const QString name = control->objectName();
+    if (name.isEmpty() || name.startsWith("qt_") || name == "formArea") continue;
+    EXPECT_FALSE(control->accessibleName().isEmpty()) << name.toStdString();
+  }
+}
+
+TEST_F(MainWindowTest, ExitAndTheFrameEndTheProgramOnce) {
+  window.findChild<QAction*>("mnuExit")->trigger();
+  EXPECT_EQ(ends, 1);
+  window.close();
+  EXPECT_EQ(ends, 1);
+}
+
+TEST_F(MainWindowTest, ClosingTheFrameDuringTheSplashEndsTheStart) {
+  QTimer::singleShot(20, &window, [this] {
+    EXPECT_TRUE(User::Find(window, "frmSplash").isVisible());
+    window.close();
+  });
+  desktop.Run([this] { main.Start(); });
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(main.HelpFile, "");
+}
+
+TEST_F(MainWindowTest, AnUnguardedFailureIsShownAndTheProgramGoesOn) {
+  desktop.Run([] { throw RunTimeError(kTypeMismatch); });
+  desktop.Run([] { throw std::runtime_error("out of\nsorts"); });
+  window.findChild<QAction*>("mnuAboutVorn")->trigger();
+  ASSERT_EQ(user.boxes.size(), 3U);
+  EXPECT_EQ(user.boxes[0], "Type mismatch");
+  EXPECT_EQ(user.boxes[1], "out of\nsorts");
+  EXPECT_THAT(user.boxes[2], HasSubstr(" not found."));
+  EXPECT_EQ(ends, 0);
+}
+
+TEST_F(MainWindowTest, LongNamesInBoxesMayBreakAndLoseNothing) {
+  const std::string name = "/" + std::string(150, 'a') + "/" + std::string(150, 'b') + ".mdb";
+  desktop.ShowMessage({"Cannot open " + name + "\r\n"});
+  EXPECT_THAT(user.boxes, ElementsAre("Cannot open " + name));
+}
+
+TEST_F(MainWindowTest, TheFileDialogTakesANewNameAndStartsWhereItEnded) {
+  DialogFileNames real;
+  const FileDialog dialog{"Text (*.txt)|*.txt", "Pick"};
+  user.steps.emplace_back([this](QDialog& shown) {
+    auto& picker = dynamic_cast<QFileDialog&>(shown);
+    EXPECT_EQ(picker.windowTitle(), "Pick");
+    picker.setDirectory(QString::fromStdString(folder.Path("")));
+    User::Get<QLineEdit>(picker, "fileNameEdit").setText("new");
+    QTest::keyClick(&User::Find(picker, "fileNameEdit"), Qt::Key_Return);
+  });
+  EXPECT_EQ(real.Ask(dialog, &window).toStdString(), folder.Path("new.txt"));
+  user.steps.emplace_back([this](QDialog& shown) {
+    EXPECT_EQ(dynamic_cast<QFileDialog&>(shown).directory(),
+              QDir(QString::fromStdString(folder.Path(""))));
+    shown.reject();
+  });
+  EXPECT_EQ(real.Ask(dialog, &window), "");
+}
+
+}  // namespace
+}  // namespace merivane

@@ -1,0 +1,209 @@
+#include <QCheckBox>
+#include <QListWidget>
+
+#include "desktop_fixture.h"
+#include "keyboard.h"
+#include "locked_database.h"
+
+namespace merivane {
+namespace {
+
+using test::User;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+class ModelToProjectWindow : public test::DesktopTest {
+ protected:
+  QWidget& form = OpenToProject();
+};
+
+TEST_F(ModelToProjectWindow, TheKeyboardGoesThroughTheControlsInOrder) {
+  EXPECT_EQ(test::TabOrder(form),
+            "txtCelvarFilename cmdBrowseText SSTabGenerateOpt txtDatabase BrowsedbBt "
+            "CkLaunchMsprojApp cmdOK cmdCancel cmdHelp2 ");
+  SelectTab(form, "SSTabGenerateOpt", 1);
+  EXPECT_EQ(test::TabOrder(form),
+            "txtCelvarFilename cmdBrowseText SSTabGenerateOpt txtDatabase_mpx BrowsedbBt_mpx "
+            "txtMpx cmdBrowseMPX CkLaunchMsprojApp cmdOK cmdCancel cmdHelp2 ");
+}
+
+TEST_F(ModelToProjectWindow, OkTellsWhatIsMissingTabByTab) {
+  QTest::keyClick(&User::Find(form, "txtDatabase"), Qt::Key_Return);
+  QTest::keyClicks(&User::Find(form, "txtCelvarFilename"), "a.txt");
+  User::Click(form, "cmdOK");
+  SelectTab(form, "SSTabGenerateOpt", 1);
+  User::Click(form, "cmdOK");
+  QTest::keyClicks(&User::Find(form, "txtMpx"), "b.mpx");
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(user.boxes, ElementsAre("Please Select Source Celvar Text Filename",
+                                      "Please Select MS Project 2000 Database name",
+                                      "Please Select Mpx Output Filename.",
+                                      "Please Give an interim Database Name."));
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(window.Result(), "");
+}
+
+TEST_F(ModelToProjectWindow, EnterPressesTheFocusedButtonAndEscapeCancels) {
+  User::Find(form, "cmdCancel").setFocus();
+  EXPECT_FALSE(User::Get<QPushButton>(form, "cmdOK").isDefault());
+  QTest::keyClick(&User::Find(form, "cmdCancel"), Qt::Key_Return);
+  EXPECT_FALSE(form.isVisible());
+  OpenToProject();
+  QTest::keyClicks(&User::Find(form, "txtMpx"), "b.mpx");
+  QTest::keyClick(&User::Find(form, "txtMpx"), Qt::Key_Escape);
+  EXPECT_FALSE(form.isVisible());
+  OpenToProject();
+  EXPECT_EQ(TextOf(form, "txtMpx"), "");
+  form.parentWidget()->close();
+  EXPECT_FALSE(main.modelToProject.IsLoaded());
+  EXPECT_TRUE(user.boxes.empty());
+}
+
+TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
+  desktop.registry[kProject2000Key] = "project \"%1\"";
+  const std::string plan = folder.Path("plan.mdb");
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(form, "BrowsedbBt", plan);
+  User::Click(form, "CkLaunchMsprojApp");
+  User::Click(form, "cmdOK");
+  EXPECT_TRUE(user.boxes.empty());
+  EXPECT_FALSE(form.isVisible());
+  EXPECT_EQ(window.Result().toStdString(), "Plan written: " + plan);
+  EXPECT_THAT(desktop.started, ElementsAre("project  " + plan));
+  EXPECT_THAT(desktop.pointersAtStart, ElementsAre(Qt::WaitCursor));
+}
+
+TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {
+  MakePlan(folder.Path("plan.mdb"), folder.Path("plan.mpx"));
+  struct Case {
+    std::function<void(QDialog&)> step;
+    int project;
+  };
+  const Case cases[] = {
+      {User::Clicks("CmdAppend"), 2},
+      {[](QDialog& dialog) {
+         QTest::keyClick(&dialog, Qt::Key_Escape);
+         EXPECT_TRUE(dialog.isVisible());
+         dialog.close();
+       },
+       2},
+      {User::Clicks("CmdOverwrite"), 1},
+  };
+  OpenToProject();
+  for (const Case& c : cases) {
+    user.steps.emplace_back([&](QDialog& dialog) {
+      EXPECT_FALSE(form.isVisible());
+      c.step(dialog);
+    });
+    Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
+    EXPECT_EQ(program.modelToProject.gMspProjId, c.project);
+    EXPECT_TRUE(form.isVisible());
+  }
+}
+
+TEST_F(ModelToProjectWindow, AProgramThatIsNotInstalledUnchecksTheBox) {
+  User::Click(form, "CkLaunchMsprojApp");
+  SelectTab(form, "SSTabGenerateOpt", 1);
+  User::Click(form, "CkLaunchMsprojApp");
+  EXPECT_FALSE(User::Get<QCheckBox>(form, "CkLaunchMsprojApp").isChecked());
+  EXPECT_THAT(
+      user.boxes,
+      ElementsAre("Microsoft Project 2000 is not installed.",
+                  "Both Microsoft Project 2000 and Microsoft Project 98 are not installed."));
+}
+
+TEST_F(ModelToProjectWindow, ADroppedFileIsCheckedLikeAPickedOne) {
+  for (const char* name : {"/models/a.doc", "/models/a.txt"}) {
+    Drop(form, "txtCelvarFilename", name);
+  }
+  EXPECT_THAT(user.boxes, ElementsAre("Incorrect File Type"));
+  EXPECT_THAT(user.icons, ElementsAre(QMessageBox::Critical));
+  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "/models/a.txt");
+}
+
+// Two top scenarios and no fact, so the program asks.
+class Chooser : public ModelToProjectWindow {
+ protected:
+  void Translate(const std::function<void(QDialog&)>& step) {
+    user.steps.push_back(step);
+    Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/bakery.txt");
+    Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
+    User::Click(form, "cmdOK");
+  }
+};
+
+TEST_F(Chooser, TakesTheSelectedEntryByKeyboardAndRefusesNone) {
+  Translate([&](QDialog& dialog) {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    User::Click(dialog, "Command1");
+    EXPECT_TRUE(dialog.isVisible());
+    QTest::keyClick(&User::Find(dialog, "List1"), Qt::Key_Down);
+    QTest::keyClick(&User::Find(dialog, "List1"), Qt::Key_Return);
+  });
+  EXPECT_THAT(user.boxes, ElementsAre(""));
+  EXPECT_EQ(program.modelToProject.chosenName, "Weekday bread");
+  EXPECT_THAT(window.Result().toStdString(), StartsWith("Plan written: "));
+}
+
+TEST_F(Chooser, TakesADoubleClick) {
+  Translate([](QDialog& dialog) {
+    auto& list = User::Get<QListWidget>(dialog, "List1");
+    const QPoint place = list.visualItemRect(list.item(1)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+  });
+  EXPECT_NE(program.modelToProject.chosenName, "Weekday bread");
+  EXPECT_EQ(ends, 0);
+}
+
+TEST_F(Chooser, AnAbortEndsTheProgramOnceItIsConfirmed) {
+  user.answers = {QMessageBox::No, QMessageBox::Yes};
+  Translate([](QDialog& dialog) {
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_TRUE(dialog.isVisible());
+    User::Click(dialog, "Command2");
+  });
+  EXPECT_EQ(user.boxes.size(), 2U);
+  EXPECT_EQ(ends, 1);
+  User::Click(form, "cmdCancel");  // an ended program does nothing more
+  EXPECT_TRUE(main.modelToProject.IsLoaded());
+}
+
+TEST_F(ModelToProjectWindow, BadInputLeavesTheWindowUsable) {
+  const std::string plan = folder.Path("plan.mdb");
+  desktop.templatePath = folder.Write("damaged.mdb", "no database");
+  Browse(form, "BrowsedbBt", plan);
+  EXPECT_THAT(user.boxes, ElementsAre("Cannot Open Merivane Access Database Template: " +
+                                      desktop.templatePath));
+  EXPECT_EQ(TextOf(form, "txtDatabase"), plan);
+
+  desktop.templatePath = test::TemplateDatabase();
+  Browse(form, "BrowsedbBt", folder.Write("a file", "") + "/plan.mdb");
+  EXPECT_EQ(program.modelToProject.gMspConn, nullptr);
+
+  std::filesystem::copy_file(test::TemplateDatabase(), plan);
+  const std::string before = test::ReadFile(plan);
+  {
+    const test::LockedDatabase lock(plan);
+    user.steps.push_back(User::Clicks("CmdOverwrite"));
+    Browse(form, "BrowsedbBt", plan);
+  }
+  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(user.boxes.size(), 1U);
+}
+
+TEST_F(ModelToProjectWindow, ASourceThatVanishedEndsTheProgramWithItsBox) {
+  const std::string text = folder.Write("model.txt", "x");
+  Browse(form, "cmdBrowseText", text);
+  Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
+  std::filesystem::remove(text);
+  User::Click(form, "cmdOK");
+  ASSERT_EQ(user.boxes.size(), 1U);
+  EXPECT_THAT(user.icons, ElementsAre(QMessageBox::Critical));
+  EXPECT_EQ(ends, 1);
+}
+
+}  // namespace
+}  // namespace merivane

@@ -1,0 +1,218 @@
+// Makes a picture of every window: merivane_pictures FOLDER. A picture of one colour is a failure.
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QSettings>
+#include <QStyleFactory>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+#include <deque>
+
+#include "desktop/help_window.h"
+#include "desktop/main_window.h"
+
+namespace {
+
+using namespace merivane;
+
+class Names : public FileNames {
+ public:
+  std::deque<QString> names;
+  QString Ask(const FileDialog& /*dialog*/, QWidget* /*parent*/) override {
+    if (names.empty()) return {};
+    const QString name = names.front();
+    names.pop_front();
+    return name;
+  }
+};
+
+// Paths as a machine with both programs has them.
+class PictureDesktop : public QtDesktop {
+ public:
+  using QtDesktop::QtDesktop;
+  std::optional<std::string> RegistryDefault(const std::string& key) const override {
+    if (key == kCelvarKey) return "C:\\Program Files\\Vorn\\Celvar7\\celvar.exe \"%1\"";
+    if (key == kProject2000Key) return "C:\\Office\\Office10\\winproj.exe \"%1\"";
+    return std::nullopt;
+  }
+};
+
+class Studio {
+ public:
+  Studio(QString samples, QString folder)
+      : samples_(std::move(samples)), folder_(std::move(folder)) {
+    QDir().mkpath(folder_);
+  }
+
+  bool TakeAll();
+
+ private:
+  void Take(QWidget& widget, const QString& name);
+  // Takes a picture of the dialog that the next click opens, then lets `then` answer it.
+  void TakeNext(const QString& name, const std::function<void(QDialog&)>& then);
+  QWidget& Open(const char* item, const char* form);
+  void Browse(QWidget& form, const char* button, const QString& name);
+  static void Click(QWidget& window, const char* name) {
+    window.findChild<QAbstractButton*>(name)->click();
+  }
+  QString Scratch(const char* name) const { return scratch_.filePath(name); }
+  void TakeToProject();
+  void TakeToModel();
+  void TakeRest();
+
+  QString samples_;
+  QString folder_;
+  QTemporaryDir scratch_;
+  bool good_ = true;
+  Names names_;
+  PictureDesktop desktop_{names_};
+  Program program_{desktop_};
+  frmMain main_{program_};
+  MainWindow window_{desktop_, main_};
+};
+
+void Studio::Take(QWidget& widget, const QString& name) {
+  QTest::qWait(100);
+  const QImage picture = widget.grab().toImage();
+  const QRgb first = picture.pixel(0, 0);
+  bool empty = true;
+  for (int y = 0; y < picture.height() && empty; ++y) {
+    for (int x = 0; x < picture.width() && empty; ++x) empty = picture.pixel(x, y) == first;
+  }
+  const QString file = folder_ + '/' + name + ".png";
+  if (!empty && picture.convertToFormat(QImage::Format_RGB888).save(file)) return;
+  std::fprintf(stderr, "%s is empty or can't be written\n", qPrintable(file));
+  good_ = false;
+}
+
+void Studio::TakeNext(const QString& name, const std::function<void(QDialog&)>& then) {
+  QTimer::singleShot(300, &window_, [this, name, then] {
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (dialog == nullptr) {
+      std::fprintf(stderr, "no dialog for %s\n", qPrintable(name));
+      good_ = false;
+      return;
+    }
+    then(*dialog);
+  });
+}
+
+QWidget& Studio::Open(const char* item, const char* form) {
+  window_.findChild<QAction*>(item)->trigger();
+  return *window_.findChild<QWidget*>(form);
+}
+
+void Studio::Browse(QWidget& form, const char* button, const QString& name) {
+  names_.names.push_back(name);
+  Click(form, button);
+}
+
+void Studio::TakeToProject() {
+  QWidget& form = Open("mnuIDEF3ToProject", "frmIDEF3ToProject");
+  Browse(form, "cmdBrowseText", samples_ + "/bakery.txt");
+  Browse(form, "BrowsedbBt", Scratch("bakery.mdb"));
+  Take(window_, "model-to-project");
+  form.findChild<QTabWidget*>("SSTabGenerateOpt")->setCurrentIndex(1);
+  Browse(form, "cmdBrowseMPX", Scratch("bakery.mpx"));
+  Browse(form, "BrowsedbBt_mpx", Scratch("interim.mdb"));
+  Take(window_, "model-to-mpx");
+  TakeNext("choose", [this](QDialog& dialog) {
+    QTest::keyClick(dialog.findChild<QWidget*>("List1"), Qt::Key_Down);
+    Take(dialog, "choose");
+    Click(dialog, "Command1");
+  });
+  Click(form, "cmdOK");
+  Take(window_, "main");
+  Open("mnuIDEF3ToProject", "frmIDEF3ToProject");
+  TakeNext("append", [this](QDialog& dialog) {
+    Take(dialog, "append");
+    Click(dialog, "CmdAppend");
+  });
+  Browse(form, "BrowsedbBt", Scratch("interim.mdb"));
+  Click(form, "cmdCancel");
+}
+
+void Studio::TakeToModel() {
+  QWidget& form = Open("mnuProjectToIDEF3", "frmProjectToIDEF3");
+  Browse(form, "cmdBrowseText", Scratch("bakery-again.txt"));
+  Browse(form, "cmdBrowseDatabase", Scratch("interim.mdb"));
+  form.findChild<QComboBox*>("comboProject")->setCurrentIndex(0);
+  Take(window_, "project-to-model");
+  form.findChild<QTabWidget*>("SSTabInput")->setCurrentIndex(1);
+  Browse(form, "cmdBrowseMPX", Scratch("bakery.mpx"));
+  TakeNext("merge", [this](QDialog& dialog) {
+    dialog.findChild<QRadioButton*>("OptMerge")->click();
+    dialog.findChild<QComboBox*>("comboInterimProject")->setCurrentIndex(0);
+    Take(dialog, "merge");
+    Click(dialog, "CmdOK");
+  });
+  Browse(form, "cmdInterimDB", Scratch("interim.mdb"));
+  Take(window_, "mpx-to-model");
+  form.findChild<QLineEdit*>("txtCelvarFilename")->clear();
+  TakeNext("message", [this](QDialog& box) {
+    Take(box, "message");
+    box.accept();
+  });
+  Click(form, "cmdOK");
+  Click(form, "cmdCancel");
+}
+
+void Studio::TakeRest() {
+  QWidget& paths = Open("mnuPath", "frmOptions");
+  Take(paths, "paths");
+  Click(paths, "cmdOK");
+  QWidget& about = Open("mnuAboutMerivane", "frmAbout");
+  Take(about, "about");
+  Click(about, "cmdOk");
+  main_.splash.Show();
+  Take(*window_.findChild<QWidget*>("frmSplash"), "splash");
+  main_.splash.Unload();
+  if (!QFile::exists(QString::fromStdString(desktop_.AppPath() + "/merivane.chm"))) return;
+  desktop_.ShowHelp(desktop_.AppPath() + "/merivane.chm", kHelpContents, 0);
+  Take(*desktop_.Help(), "help");
+  desktop_.Help()->close();
+}
+
+bool Studio::TakeAll() {
+  desktop_.Run([this] { main_.Show(); });
+  window_.resize(window_.fontMetrics().averageCharWidth() * 100,
+                 window_.fontMetrics().height() * 30);
+  TakeToProject();
+  TakeToModel();
+  TakeRest();
+  return good_;
+}
+
+// MERIVANE_PICTURES_DARK=1 makes them in dark colours.
+void UseDarkPalette() {
+  const QColor window(45, 47, 50);
+  QPalette palette(window);
+  palette.setColor(QPalette::Base, QColor(30, 31, 33));
+  palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+  palette.setColor(QPalette::Link, QColor(110, 180, 250));
+  QApplication::setPalette(palette);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const QApplication application(argc, argv);
+  if (argc != 3) {
+    std::fputs("usage: merivane_pictures SAMPLES OUT_FOLDER\n", stderr);
+    return 2;
+  }
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  if (qEnvironmentVariableIsSet("MERIVANE_PICTURES_DARK")) UseDarkPalette();
+  Studio studio(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2]));
+  return studio.TakeAll() ? 0 : 1;
+}

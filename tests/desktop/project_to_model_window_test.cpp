@@ -1,0 +1,167 @@
+#include <QComboBox>
+#include <QRadioButton>
+
+#include "desktop_fixture.h"
+#include "keyboard.h"
+
+namespace merivane {
+namespace {
+
+using test::User;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+class ProjectToModelWindow : public test::DesktopTest {
+ protected:
+  ProjectToModelWindow() { MakePlan(database, mpx); }
+
+  // Opens the window on the tab of MPX files, with an answer to the question about the database.
+  QWidget& OpenMpxTab(const std::function<void(QDialog&)>& step) {
+    QWidget& form = OpenToModel();
+    SelectTab(form, "SSTabInput", 1);
+    user.steps.push_back(step);
+    Browse(form, "cmdInterimDB", database);
+    return form;
+  }
+  static void ChooseMerge(QDialog& dialog) {
+    auto& projects = User::Get<QComboBox>(dialog, "comboInterimProject");
+    EXPECT_FALSE(projects.isVisible());
+    User::Get<QRadioButton>(dialog, "OptMerge").click();
+    EXPECT_TRUE(projects.isVisible() && projects.isEnabled());
+    User::Click(dialog, "CmdOK");  // refused: nothing is selected
+    EXPECT_TRUE(dialog.isVisible());
+    projects.setCurrentIndex(0);
+    User::Click(dialog, "CmdOK");
+  }
+
+  std::string database = folder.Path("plan.mdb");
+  std::string mpx = folder.Path("plan.mpx");
+  std::string text = folder.Path("model.txt");
+};
+
+TEST_F(ProjectToModelWindow, TheKeyboardGoesThroughTheControlsInOrder) {
+  QWidget& form = OpenToModel();
+  Browse(form, "cmdBrowseDatabase", database);
+  EXPECT_EQ(test::TabOrder(form),
+            "txtCelvarFilename cmdBrowseText SSTabInput txtDatabase cmdBrowseDatabase comboProject "
+            "optLaunchCelvar cmdOK cmdCancel cmdHelp3 ");
+  SelectTab(form, "SSTabInput", 1);
+  EXPECT_EQ(test::TabOrder(form),
+            "txtCelvarFilename cmdBrowseText SSTabInput cmdBrowseMPX txtInterimDB cmdInterimDB "
+            "optLaunchCelvar cmdOK cmdCancel cmdHelp3 ");
+}
+
+TEST_F(ProjectToModelWindow, OkTellsWhatIsMissingTabByTab) {
+  QWidget& form = OpenToModel();
+  EXPECT_FALSE(User::Find(form, "txtDatabase").isEnabled());
+  EXPECT_FALSE(User::Find(form, "comboProject").isEnabled());
+  User::Click(form, "cmdOK");
+  Browse(form, "cmdBrowseDatabase", database);
+  User::Click(form, "cmdOK");
+  User::Get<QComboBox>(form, "comboProject").setCurrentIndex(0);
+  User::Click(form, "cmdOK");
+  SelectTab(form, "SSTabInput", 1);
+  User::Click(form, "cmdOK");
+  Browse(form, "cmdBrowseMPX", mpx);
+  User::Click(form, "cmdOK");
+  QTest::keyClicks(&User::Find(form, "txtInterimDB"), "typed.mdb");
+  User::Click(form, "cmdOK");
+  User::Click(form, "optLaunchCelvar");
+  EXPECT_THAT(
+      user.boxes,
+      ElementsAre("Please Select MS Project 2000 Database", "Please Select Project Name",
+                  "Please Select Target Celvar Text Filename", "Please Select a MPX txt file",
+                  "Please Give an Interim Access Database Filename",
+                  "Please Select Target Celvar Text Filename.", "Vorn Celvar not installed."));
+  EXPECT_TRUE(form.isVisible());
+}
+
+TEST_F(ProjectToModelWindow, WritesAModelFromADatabaseByClicksAlone) {
+  QWidget& form = OpenToModel();
+  Browse(form, "cmdBrowseText", text);
+  Browse(form, "cmdBrowseDatabase", database);
+  User::Get<QComboBox>(form, "comboProject").setCurrentIndex(0);
+  User::Click(form, "cmdOK");
+  EXPECT_TRUE(user.boxes.empty());
+  EXPECT_FALSE(form.isVisible());
+  EXPECT_EQ(window.Result().toStdString(), "Model text written: " + text);
+  EXPECT_THAT(test::ReadFile(text), HasSubstr("Scenario List\r\n"));
+}
+
+TEST_F(ProjectToModelWindow, MergesAPlanAndTellsWhereTheDatabaseBeforeItIs) {
+  QWidget& form = OpenMpxTab(ChooseMerge);
+  Browse(form, "cmdBrowseMPX", mpx);
+  Browse(form, "cmdBrowseText", text);
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(user.boxes, ElementsAre("Please Select a Project to be merged."));
+  EXPECT_EQ(
+      window.Result().toStdString(),
+      "Model text written: " + text + "; the database before the merge: " + database + ".bak");
+}
+
+TEST_F(ProjectToModelWindow, AMergeThatStopsNamesTheBackup) {
+  QWidget& form = OpenMpxTab(ChooseMerge);
+  Browse(form, "cmdBrowseMPX", folder.Write("cut.mpx", "MPX,Merivane,4.0\r\n"));
+  Browse(form, "cmdBrowseText", text);
+  User::Click(form, "cmdOK");
+  EXPECT_EQ(window.Result().toStdString(), "The merge stopped; the database as it was before: " +
+                                               database + ".bak; 1 message was shown");
+}
+
+TEST_F(ProjectToModelWindow, OverwriteAndCancelBothBeginAnew) {
+  const std::function<void(QDialog&)> steps[] = {
+      [](QDialog& dialog) {
+        User::Get<QRadioButton>(dialog, "OptOverwrite").click();
+        QTest::keyClick(&dialog, Qt::Key_Return);
+      },
+      [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }};
+  for (const auto& step : steps) {
+    const std::string before = test::ReadFile(database);
+    QWidget& form = OpenMpxTab(step);
+    EXPECT_NE(test::ReadFile(database), before);
+    Browse(form, "cmdBrowseMPX", mpx);
+    Browse(form, "cmdBrowseText", text);
+    User::Click(form, "cmdOK");
+    EXPECT_TRUE(user.boxes.empty()) << user.boxes.front();
+    EXPECT_EQ(window.Result().toStdString(), "Model text written: " + text);
+  }
+}
+
+TEST_F(ProjectToModelWindow, ADisabledFieldTakesADroppedFile) {
+  QWidget& form = OpenToModel();
+  SelectTab(form, "SSTabInput", 1);
+  ASSERT_FALSE(User::Find(form, "txtMPX").isEnabled());
+  Drop(form, "txtMPX", "/plans/a.mpx");
+  EXPECT_EQ(TextOf(form, "txtMPX"), "/plans/a.mpx");
+  EXPECT_TRUE(User::Find(form, "txtMPX").isEnabled());
+}
+
+TEST_F(ProjectToModelWindow, AProjectNameShowsItsLetters) {
+  {
+    Connection connection(program.workspace);
+    connection.Open(ConnectionText(database));
+    Recordset projects;
+    projects.OpenDynamic("select * from MSP_PROJECTS", &connection);
+    projects.SetField("PROJ_NAME", "Caf\xE9 \x80");
+    projects.Update();
+    projects.Close();
+  }
+  QWidget& form = OpenToModel();
+  Browse(form, "cmdBrowseDatabase", database);
+  EXPECT_EQ(User::Get<QComboBox>(form, "comboProject").itemText(0), QString::fromUtf8("Café €"));
+}
+
+TEST_F(ProjectToModelWindow, RefusedFilesAreToldAndTheWindowStays) {
+  QWidget& form = OpenToModel();
+  const std::string target = folder.Write("a file", "") + "/model.txt";
+  Browse(form, "cmdBrowseText", target);
+  Browse(form, "cmdBrowseDatabase", folder.Path("none.mdb"));
+  ASSERT_EQ(user.boxes.size(), 2U);
+  EXPECT_EQ(user.boxes[0], "Cannot Open Output File: " + target);
+  EXPECT_EQ(user.icons[1], QMessageBox::Warning);
+  EXPECT_TRUE(form.isVisible());
+}
+
+}  // namespace
+}  // namespace merivane
