@@ -56,7 +56,7 @@ class Recordset {
   long RecordCount();   // exact for a static set; -1 for a dynamic one
 
   int FieldCount();
-  std::string FieldName(int index);  // as the table declares it
+  std::string FieldName(int index);      // as the table declares it
   int FindField(std::string_view name);  // ignoring case; -1 where there is none
   Value Field(std::string_view name);
   Value Field(int index);  // from 0
