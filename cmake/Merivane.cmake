@@ -7,7 +7,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 if(MERIVANE_SANITIZE)
   target_compile_options(merivane_options INTERFACE -fsanitize=address,undefined
-                         -fno-sanitize-recover=all -fno-omit-frame-pointer)
+                         -fno-sanitize-recover=all -fno-omit-frame-pointer
+                         -Wno-maybe-uninitialized)  # sees values through the sanitizers' code
   target_link_options(merivane_options INTERFACE -fsanitize=address,undefined)
 endif()
 
