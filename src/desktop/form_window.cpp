@@ -55,10 +55,7 @@ void FormWindow::Sync() {
     return;
   }
   if (frame_->isVisible()) return;
-  if (loadedNow) {
-    AlignLabels();
-    frame_->resize(frame_->sizeHint());
-  }
+  if (loadedNow) frame_->resize(frame_->sizeHint());
   show();
   frame_->show();
   frame_->mdiArea()->setActiveSubWindow(frame_);
@@ -175,12 +172,16 @@ void FormWindow::AddButtons(const char* helpName, int helpContext, const std::fu
   connect(cancel_, &QPushButton::clicked, this, [this, cancel] { Run(cancel); });
   connect(help, &QPushButton::clicked, this, [this, help] { desktop_.RequestHelp(help); });
   for (std::size_t i = 1; i < order_.size(); ++i) setTabOrder(order_[i - 1], order_[i]);
+  AlignLabels();
 }
 
 // The labels of all pages are as wide as the widest, so that the fields stand in one column.
 void FormWindow::AlignLabels() {
   int width = 0;
-  for (QWidget* label : labels_) width = qMax(width, label->sizeHint().width());
+  for (QWidget* label : labels_) {
+    label->ensurePolished();
+    width = qMax(width, label->sizeHint().width());
+  }
   for (QWidget* label : labels_) label->setMinimumWidth(width);
 }
 

@@ -64,9 +64,11 @@ HelpWindow::~HelpWindow() { browser_->SetFile(nullptr); }
 void HelpWindow::AddTools() {
   QToolBar* tools = addToolBar("Topics");
   tools->setMovable(false);
+  const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
+  tools->setIconSize({icon, icon});
   tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  const auto add = [&](const char* text, QStyle::StandardPixmap icon, QKeySequence keys) {
-    QAction* action = tools->addAction(style()->standardIcon(icon), text);
+  const auto add = [&](const char* text, QStyle::StandardPixmap picture, QKeySequence keys) {
+    QAction* action = tools->addAction(style()->standardIcon(picture), text);
     action->setShortcut(keys);
     return action;
   };

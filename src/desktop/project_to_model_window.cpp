@@ -32,6 +32,7 @@ void ProjectToModelWindow::AddDatabaseTab(QTabWidget* tabs) {
   projects_ = new QComboBox;
   projects_->setObjectName("comboProject");
   projects_->setAccessibleName("Select Project");
+  projects_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   projects_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   AddField(rows, "Label3", "Select Project:", projects_);
   connect(projects_, &QComboBox::currentIndexChanged, this, [this](int index) {

@@ -1,5 +1,6 @@
 #include "desktop/qt_desktop.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
@@ -98,6 +99,7 @@ MessageAnswer QtDesktop::ShowMessage(const Message& message) {
   const bool asks = message.buttons == MessageButtons::kYesNo;
   box.setStandardButtons(asks ? QMessageBox::Yes | QMessageBox::No
                               : QMessageBox::StandardButtons(QMessageBox::Ok));
+  for (QAbstractButton* button : box.buttons()) button->setIcon({});
   ++messageCount_;
   Execute(box);
   if (!asks) return MessageAnswer::kOk;

@@ -4,14 +4,12 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QImage>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QRadioButton>
-#include <QSettings>
 #include <QStyleFactory>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <cstdio>
@@ -23,6 +21,9 @@
 namespace {
 
 using namespace merivane;
+
+// Always the same, so that a picture changes with its window alone.
+constexpr const char* kScratch = "/tmp/bakery";
 
 class Names : public FileNames {
  public:
@@ -48,10 +49,13 @@ class PictureDesktop : public QtDesktop {
 
 class Studio {
  public:
-  Studio(QString samples, QString folder)
-      : samples_(std::move(samples)), folder_(std::move(folder)) {
+  Studio(const QString& samples, QString folder) : folder_(std::move(folder)) {
+    QDir(kScratch).removeRecursively();
+    QDir().mkpath(kScratch);
     QDir().mkpath(folder_);
+    QFile::copy(samples + "/bakery.txt", Scratch("bakery.txt"));
   }
+  ~Studio() { QDir(kScratch).removeRecursively(); }
 
   bool TakeAll();
 
@@ -64,14 +68,12 @@ class Studio {
   static void Click(QWidget& window, const char* name) {
     window.findChild<QAbstractButton*>(name)->click();
   }
-  QString Scratch(const char* name) const { return scratch_.filePath(name); }
+  static QString Scratch(const char* name) { return QString(kScratch) + '/' + name; }
   void TakeToProject();
   void TakeToModel();
   void TakeRest();
 
-  QString samples_;
   QString folder_;
-  QTemporaryDir scratch_;
   bool good_ = true;
   Names names_;
   PictureDesktop desktop_{names_};
@@ -118,7 +120,7 @@ void Studio::Browse(QWidget& form, const char* button, const QString& name) {
 
 void Studio::TakeToProject() {
   QWidget& form = Open("mnuIDEF3ToProject", "frmIDEF3ToProject");
-  Browse(form, "cmdBrowseText", samples_ + "/bakery.txt");
+  Browse(form, "cmdBrowseText", Scratch("bakery.txt"));
   Browse(form, "BrowsedbBt", Scratch("bakery.mdb"));
   Take(window_, "model-to-project");
   form.findChild<QTabWidget*>("SSTabGenerateOpt")->setCurrentIndex(1);
