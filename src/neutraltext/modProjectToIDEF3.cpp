@@ -5,18 +5,27 @@
 
 namespace merivane {
 
+namespace {
+
+void WriteSections(ProjectToModel& state) {
+  const ReadScope reading(state.gProjectConn.get());
+  state.scenarioCounter = 0;
+  state.nextElementNum = CountProjectTasks(state);
+  WriteProjectSummary(state);
+  WriteProcessPool(state);
+  WriteObjectPool(state);
+  WritePools(state, state.gProjectConn.get());
+  LineWriter out(state);
+  out.Line("Scenario List");
+  WriteScenarioLevel(state, 0, "0", 1);
+  out.Line("End  Scenario List");
+}
+
+}  // namespace
+
 bool GenerateTextFromProject(ProjectToModel& state) {
   try {
-    state.scenarioCounter = 0;
-    state.nextElementNum = CountProjectTasks(state);
-    WriteProjectSummary(state);
-    WriteProcessPool(state);
-    WriteObjectPool(state);
-    WritePools(state, state.gProjectConn.get());
-    LineWriter out(state);
-    out.Line("Scenario List");
-    WriteScenarioLevel(state, 0, "0", 1);
-    out.Line("End  Scenario List");
+    WriteSections(state);
     state.files.Close(state.gOutFile);
     state.gProjectConn->Close();
     state.gProjectConn.reset();

@@ -37,11 +37,18 @@ class ScenarioLevel {
   bool FindFirstRow();
   void WriteScenario();
   void WriteReferentList(std::int16_t scenarioNum);
+  void KeepRows();
+
+  struct TaskRow {
+    Value uid;
+    Value outline;
+  };
 
   ScenarioTree& tree_;
   Place place_;
   Recordset tasks_;
-  bool walking_ = false;
+  std::vector<TaskRow> rows_;
+  std::size_t next_ = 0;
 };
 
 bool ScenarioLevel::Write() {
@@ -49,8 +56,7 @@ bool ScenarioLevel::Write() {
   if (tasks_.RecordCount() < 1) return false;
   if (!FindFirstRow()) return false;
   WriteScenario();
-  tasks_.MoveLast();
-  tasks_.MoveFirst();
+  KeepRows();
   return true;
 }
 
@@ -95,12 +101,23 @@ void ScenarioLevel::WriteReferentList(std::int16_t scenarioNum) {
   tree_.out.Block("Referent List", scenario, "Referent_List", NullBlock::kNoLine);
 }
 
+// The set itself is closed: thousands of levels may be open at a time. What a row holds is judged
+// only when the row is due.
+void ScenarioLevel::KeepRows() {
+  tasks_.MoveLast();
+  tasks_.MoveFirst();
+  for (; !tasks_.Eof(); tasks_.MoveNext()) {
+    rows_.push_back({tasks_.Field("TASK_UID"), tasks_.Field("TASK_OUTLINE_NUM")});
+  }
+  tasks_.Close();
+}
+
 std::optional<Place> ScenarioLevel::NextBelow() {
-  if (std::exchange(walking_, true)) tasks_.MoveNext();
-  if (tasks_.Eof()) return std::nullopt;
+  if (next_ == rows_.size()) return std::nullopt;
+  const TaskRow& row = rows_[next_++];
   Place place;
-  place.parentTaskUid = ToInt16(tasks_.Field("TASK_UID"));
-  place.parentOutline = ToText(tasks_.Field("TASK_OUTLINE_NUM"));
+  place.parentTaskUid = ToInt16(row.uid);
+  place.parentOutline = ToText(row.outline);
   place.level = AddInt16(place_.level, 1);
   return place;
 }

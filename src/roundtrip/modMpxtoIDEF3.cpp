@@ -32,6 +32,7 @@ void MergePlan(ProjectToModel& state, const std::string& startDate) {
 }
 
 void WriteModel(ProjectToModel& state) {
+  const ReadScope reading(state.gProjectConn.get());
   state.nextElementNum = CountProjectTasks(state);
   WriteProjectSummary(state);
   WriteProcessPool(state);

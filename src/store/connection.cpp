@@ -63,4 +63,17 @@ void Connection::OpenSchema(int schema, Recordset& tables) {
   tables.impl_->Open(*engine_, std::make_unique<SnapshotRows>("TABLE_NAME", engine_->TableNames()));
 }
 
+ReadScope::ReadScope(const Connection* connection) {
+  if (connection == nullptr || !connection->IsOpen()) return;
+  sqlite3* database = connection->engine_->Database();
+  if (sqlite3_get_autocommit(database) == 0) return;
+  if (sqlite3_exec(database, "begin", nullptr, nullptr, nullptr) == SQLITE_OK) {
+    engine_ = connection->engine_;
+  }
+}
+
+ReadScope::~ReadScope() {
+  if (engine_) sqlite3_exec(engine_->Database(), "commit", nullptr, nullptr, nullptr);
+}
+
 }  // namespace merivane

@@ -31,8 +31,8 @@ class Workspace {
   // ... and for the end of the program on any path.
   void CommitAllQuietly() noexcept;
 
-  // Puts a plain copy of `from` in the place of `to`: made beside `to`, then renamed over it, with a
-  // stale journal of `to` removed. `from` may be a database in use here (SQLite's backup call is
+  // Puts a plain copy of `from` in the place of `to`: made beside `to`, then renamed over it, with
+  // a stale journal of `to` removed. `from` may be a database in use here (SQLite's backup call is
   // used then). Errors: 53 `from` is not there, 70 `to` is refused or held locked by another
   // process, 61 no room; `to` is as it was then.
   void CopyDatabase(const std::string& from, const std::string& to);
@@ -69,9 +69,25 @@ class Connection {
   friend class Recordset;
   friend class Command;
   friend class Workspace;
+  friend class ReadScope;
   Workspace& workspace_;
   std::string databaseName_;
   std::shared_ptr<Engine> engine_;
+};
+
+// While this lives, everything that is read through the connection comes from one state of the
+// file, which is locked once and not for each statement. Without a connection, or where a
+// transaction runs already, it does nothing. REQUIRES: nothing is written through the connection
+// meanwhile.
+class ReadScope {
+ public:
+  explicit ReadScope(const Connection* connection);
+  ~ReadScope();
+  ReadScope(const ReadScope&) = delete;
+  ReadScope& operator=(const ReadScope&) = delete;
+
+ private:
+  std::shared_ptr<Engine> engine_;  // null where nothing is to be ended
 };
 
 inline constexpr int adSchemaTables = 20;
