@@ -5,6 +5,8 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 [ $# -eq 2 ] || { echo "usage: scripts/pictures.sh BUILD_FOLDER OUT_FOLDER" >&2; exit 2; }
 cmake --build "$1" --target merivane_pictures -- --quiet
 mkdir -p "$2"
+exec 9> /tmp/merivane-pictures.lock # all runs use the same folders, so that the pictures are alike
+flock 9
 export HOME=/tmp/merivane-pictures LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb
 xvfb-run -a -s "-screen 0 2560x1600x24 -dpi 96" "$1/bin/merivane_pictures" "$root/samples" "$2"
 for name in main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \

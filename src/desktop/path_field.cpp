@@ -14,7 +14,7 @@
 namespace merivane {
 namespace {
 
-constexpr int kVisibleCharacters = 56;
+constexpr int kVisibleCharacters = 52;
 
 QString DroppedFile(const QDropEvent& event) {
   const QList<QUrl> urls = event.mimeData()->urls();

@@ -178,15 +178,21 @@ void Studio::TakeRest() {
   main_.splash.Show();
   Take(*window_.findChild<QWidget*>("frmSplash"), "splash");
   main_.splash.Unload();
-  if (!QFile::exists(QString::fromStdString(desktop_.AppPath() + "/merivane.chm"))) return;
-  desktop_.ShowHelp(desktop_.AppPath() + "/merivane.chm", kHelpContents, 0);
+  const std::string help = desktop_.AppPath() + "/merivane.chm";
+  if (!QFile::exists(QString::fromStdString(help))) {
+    std::fprintf(stderr, "%s is missing\n", help.c_str());
+    good_ = false;
+    return;
+  }
+  desktop_.ShowHelp(help, kHelpContents, 0);
+  QTest::qWait(100);
   Take(*desktop_.Help(), "help");
   desktop_.Help()->close();
 }
 
 bool Studio::TakeAll() {
   desktop_.Run([this] { main_.Show(); });
-  window_.resize(window_.fontMetrics().averageCharWidth() * 100,
+  window_.resize(window_.fontMetrics().averageCharWidth() * 112,
                  window_.fontMetrics().height() * 30);
   TakeToProject();
   TakeToModel();
@@ -201,6 +207,9 @@ void UseDarkPalette() {
   palette.setColor(QPalette::Base, QColor(30, 31, 33));
   palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
   palette.setColor(QPalette::Link, QColor(110, 180, 250));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+  }
   QApplication::setPalette(palette);
 }
 
