@@ -4,6 +4,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <functional>
 
 #include "about_dialog.h"
 #include "elided_label.h"
@@ -82,7 +83,7 @@ void MainWindow::AddMenus() {
     if (item.handler != nullptr) {
       action = menu->addAction(item.caption);
       connect(action, &QAction::triggered, this,
-              [this, handler = item.handler] { desktop_.Run([&] { (main_.*handler)(); }); });
+              [this, handler = item.handler] { Press(handler); });
     } else if (item.helpContext != 0) {
       menu = menuBar()->addMenu(item.caption);
       action = menu->menuAction();
@@ -93,6 +94,11 @@ void MainWindow::AddMenus() {
     action->setMenuRole(QAction::NoRole);
     if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
   }
+}
+
+void MainWindow::Press(void (frmMain::*handler)()) {
+  frmMain& main = main_;
+  desktop_.Run([&main, handler] { std::invoke(handler, main); });
 }
 
 void MainWindow::AddForm(FormWindow* window) {

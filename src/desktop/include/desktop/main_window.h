@@ -30,6 +30,7 @@ class MainWindow : public QMainWindow {
 
  private:
   void AddMenus();
+  void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
   void ShowResult(const QString& text);
 
