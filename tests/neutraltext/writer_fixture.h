@@ -1,0 +1,125 @@
+// Plans that a test writes into a database by SQL, and the texts that come out of them.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "database_fixture.h"
+#include "neutraltext/modProjectToIDEF3.h"
+
+namespace merivane::test {
+
+class WriterFixture : public DatabaseFixture {
+ protected:
+  ProjectToModel& state = program->projectToModel;
+
+  void Sql(const std::string& statements) {
+    sqlite3* database = nullptr;
+    sqlite3_open(databasePath.c_str(), &database);
+    char* message = nullptr;
+    sqlite3_exec(database, statements.c_str(), nullptr, nullptr, &message);
+    EXPECT_EQ(message, nullptr) << message << "\n" << statements;
+    sqlite3_close(database);
+  }
+
+  // A database that another program made: the plan's tables alone, without the model's columns.
+  void UsePlanOfAnotherProgram() {
+    std::filesystem::remove(databasePath);
+    Sql("create table MSP_PROJECTS (PROJ_ID int, PROJ_NAME text, PROJ_PROP_AUTHOR text,"
+        " PROJ_PROP_COMPANY text, PROJ_PROP_SUBJECT text, PROJ_CREATION_DATE text,"
+        " PROJ_LAST_SAVED text); create table MSP_TASKS (PROJ_ID int, TASK_UID int, TASK_ID int,"
+        " TASK_NAME text, TASK_OUTLINE_LEVEL int, TASK_OUTLINE_NUM text);"
+        "create table MSP_RESOURCES (PROJ_ID int, RES_UID int, RES_NAME text, RES_MAX_UNITS real,"
+        " RES_TYPE int); create table MSP_LINKS (PROJ_ID int, LINK_UID int, LINK_PRED_UID int,"
+        " LINK_SUCC_UID int, LINK_TYPE int);");
+  }
+
+  void AddTask(int uid, const std::string& outline, const std::string& name = "") {
+    const auto level = std::count(outline.begin(), outline.end(), '.') + 1;
+    Sql("insert into MSP_TASKS (PROJ_ID, TASK_UID, TASK_ID, TASK_NAME, TASK_OUTLINE_LEVEL,"
+        " TASK_OUTLINE_NUM) values (1, " +
+        std::to_string(uid) + ", " + std::to_string(uid + 70) + ", '" + name + "', " +
+        std::to_string(level) + ", '" + outline + "')");
+  }
+
+  void AddLink(int uid, int predecessor, int successor, int type) {
+    Sql("insert into MSP_LINKS (PROJ_ID, LINK_UID, LINK_PRED_UID, LINK_SUCC_UID, LINK_TYPE)"
+        " values (1, " +
+        std::to_string(uid) + ", " + std::to_string(predecessor) + ", " +
+        std::to_string(successor) + ", " + std::to_string(type) + ")");
+  }
+
+  // As the dialog leaves it: the database and the output are open, project 1 is picked.
+  void OpenPlan() {
+    state.gProjectConn = Connect(OpenMode::kReadOnly);
+    state.gInterimProjId = 1;
+    state.gOutFile = program->files.FreeFile();
+    program->files.OpenForOutput(state.gOutFile, folder.Path("model.txt"));
+  }
+
+  // The written lines, with a bar for each line end.
+  std::string Written() {
+    program->files.CloseAll();
+    std::string text = ReadFile(folder.Path("model.txt"));
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\r'),
+              std::count(text.begin(), text.end(), '\n'));
+    std::erase(text, '\r');
+    std::replace(text.begin(), text.end(), '\n', '|');
+    return text;
+  }
+
+  std::string Generate() {
+    OpenPlan();
+    result = GenerateTextFromProject(state);
+    return Written();
+  }
+
+  // From the first `from` up to, not including, the next `to`; to the end without one.
+  static std::string Part(const std::string& text, const std::string& from,
+                          const std::string& to = "") {
+    const std::size_t begin = text.find(from);
+    if (begin == std::string::npos) return "";
+    const std::size_t end = to.empty() ? to.npos : text.find(to, begin + from.size());
+    return text.substr(begin, end == text.npos ? end : end - begin);
+  }
+
+  bool result = false;
+};
+
+// A text of a test with its short forms written out and with line ends in place of its bars:
+// "[  Glossary=x]" is the block with the line x between its keywords, "[  Glossary]" one without a
+// line, "{  =o=f=c}" the elaboration at that indentation with a line in each list, "{  }" an empty
+// one.
+inline std::string Lines(const std::string& text) {
+  std::string lines;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != '[' && text[at] != '{') {
+      lines += text[at] == '|' ? '\n' : text[at];
+      continue;
+    }
+    const std::size_t end = text.find(text[at] == '[' ? ']' : '}', at);
+    std::vector<std::string> parts;
+    std::istringstream items(text.substr(at + 1, end - at - 1) + "=");
+    for (std::string item; std::getline(items, item, '=');) parts.push_back(Lines(item));
+    const auto block = [&](const std::string& indent, const std::string& title, std::size_t part) {
+      lines += indent + title + "\n" + (part < parts.size() ? parts[part] + "\n" : "") + indent +
+               "End  " + title + "\n";
+    };
+    if (text[at] == '[') {
+      const std::size_t indent = parts[0].find_first_not_of(' ');
+      block(parts[0].substr(0, indent), parts[0].substr(indent), 1);
+    } else {
+      lines += parts[0] + "Elaboration\n";
+      block(parts[0] + "  ", "Object Occurrence List", 1);
+      block(parts[0] + "  ", "Fact List", 2);
+      block(parts[0] + "  ", "Constraint List", 3);
+      lines += parts[0] + "End  Elaboration\n";
+    }
+    at = end;
+  }
+  return lines;
+}
+
+}  // namespace merivane::test
