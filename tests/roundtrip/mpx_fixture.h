@@ -2,8 +2,10 @@
 #pragma once
 
 #include <memory>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "database_fixture.h"
 #include "mpx/mpx_format.h"
@@ -14,25 +16,37 @@ namespace merivane::test {
 inline constexpr std::int16_t kMergePlan = -1;
 inline constexpr std::int16_t kRebuildModel = 0;
 
-inline std::string Lines(std::initializer_list<std::string_view> lines) {
-  std::string text;
-  for (const std::string_view line : lines) text.append(line).append("\r\n");
-  return text;
+// "a; b" as two lines; blanks behind a semicolon are left out.
+inline std::string Lines(const std::string& list) {
+  std::string lines;
+  std::istringstream in(list);
+  for (std::string line; std::getline(in >> std::ws, line, ';');) lines += line + "\r\n";
+  return lines;
 }
 
-// A file in the program's own layout; resources and tasks are whole lines. `defaults` is record 11.
+// Records 70: "id name level Text1 predecessors days; ..."; "-" is empty, days are 1d unless told.
+inline std::string Tasks(const std::string& list) {
+  std::string records;
+  std::istringstream in(list);
+  for (std::string entry; std::getline(in, entry, ';');) {
+    std::istringstream words(entry);
+    std::string id, name, level, text1 = "-", list = "-", days = "1d";
+    words >> id >> name >> level >> text1 >> list >> days;
+    const auto told = [](const std::string& word) { return word == "-" ? "" : word; };
+    records +=
+        MpxTaskRecord({id, name, days, level, told(list), told(text1)}, kDefaultOemCodePage) +
+        "\r\n";
+  }
+  return records;
+}
+
+// A file in the program's own layout.
 inline std::string Plan(const std::string& resources, const std::string& tasks,
-                        std::string_view defaults = "11,2,0,") {
-  return Lines({"MPX,Microsoft Project for Windows,4.0,ANSI", defaults,
-                "30,plan,,,Standard,Fri 17/10/14,", kMpxResourceFields}) +
-         resources + Lines({kMpxTaskFields}) + tasks;
-}
-
-// Record 70 in that layout.
-inline std::string Task(int id, const std::string& name, int outline, const std::string& text1,
-                        const std::string& predecessors = "", const std::string& days = "1d") {
-  const MpxTask task{id, name, days, outline, predecessors, text1};
-  return MpxTaskRecord(task, kDefaultOemCodePage) + "\r\n";
+                        const std::string& defaults = "11,2,0,") {
+  return Lines("MPX,Microsoft Project for Windows,4.0,ANSI;" + defaults +
+               ";30,plan,,,Standard,Fri 17/10/14,") +
+         std::string(kMpxResourceFields) + "\r\n" + resources + std::string(kMpxTaskFields) +
+         "\r\n" + tasks;
 }
 
 class MpxFixture : public DatabaseFixture {
@@ -52,14 +66,26 @@ class MpxFixture : public DatabaseFixture {
     return done;
   }
 
+  // Rows for the table and the columns named behind it.
+  void Add(const std::string& tableAndColumns, const std::vector<Row>& rows) {
+    std::istringstream in(tableAndColumns);
+    std::string table;
+    std::vector<std::string> columns;
+    in >> table;
+    for (std::string column; in >> column;) columns.push_back(column);
+    Recordset set;
+    set.OpenDynamic("select * from " + table, tables.get());
+    for (const Row& row : rows) set.AddNew(columns, row);
+    set.Close();
+    tables->Commit();
+  }
+
   // The rows of a statement as "a|b|c" and a line feed; Null is "-".
   std::string Table(const std::string& sql) {
     std::string text;
-    for (const Row& row : Rows(*tables, sql)) {
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        text.append(i == 0 ? "" : "|").append(row[i].IsNull() ? "-" : Joined(row[i]));
-      }
-      text += "\n";
+    for (const Row& row : Rows(*tables, "select " + sql)) {
+      for (const Value& value : row) text += (value.IsNull() ? "-" : Joined(value)) + "|";
+      text.back() = '\n';
     }
     return text;
   }
