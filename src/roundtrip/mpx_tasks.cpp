@@ -73,11 +73,10 @@ void ReadTask(ProjectToModel& state, MpxLines& lines, std::int32_t& currentPid) 
   FillTask(state, lines, fields, name, task);
   currentPid = ToInt32(lines.Field(2));
   lines.Advance();
-  if (!lines.AtEnd() && lines.Record() == 71) {
-    task.SetField("notes", NoteWithLineBreaks(lines.TextBehindFirstComma()));
-    lines.Advance();
-  }
+  const bool noted = !lines.AtEnd() && lines.Record() == 71;
+  if (noted) task.SetField("notes", NoteWithLineBreaks(lines.TextBehindFirstComma()));
   task.Update();
+  if (noted) lines.Advance();
 }
 
 }  // namespace
