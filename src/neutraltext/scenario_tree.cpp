@@ -172,7 +172,7 @@ void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
   std::optional<Place> place = Place{parentTaskUid, parentOutline, level};
   while (place || !open.empty()) {
     if (place) {
-      auto scenario = std::make_unique<ScenarioLevel>(tree, *std::move(place));
+      auto scenario = std::make_unique<ScenarioLevel>(tree, *place);
       if (Guarded(state.desktop, [&] { return scenario->Write(); })) {
         open.push_back(std::move(scenario));
       }

@@ -129,7 +129,7 @@ std::string ConditionParser::Like(const std::string& left, int leftColumn) {
 std::string ConditionParser::In(const std::string& left) {
   tokens_.ExpectSymbol("(");
   std::string list = Sum();
-  while (tokens_.TakeSymbol(",")) list += ", " + Sum();
+  while (tokens_.TakeSymbol(",")) list.append(", ").append(Sum());
   tokens_.ExpectSymbol(")");
   return left + " in (" + list + ")";
 }

@@ -45,6 +45,7 @@ void Connection::Close() {
   if (!IsOpen()) throw RunTimeError(kObjectClosed);
   const std::shared_ptr<Engine> engine = std::move(engine_);
   engine_ = nullptr;
+  engine->CloseSets();
   engine->Commit();
 }
 

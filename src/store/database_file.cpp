@@ -63,7 +63,12 @@ void RemoveJournals(const std::string& path) {
   }
 }
 
-std::string TemporaryName() { return Utf8Of(fs::temp_directory_path() / RandomName()); }
+std::string TemporaryName() {
+  std::error_code error;
+  const fs::path folder = fs::temp_directory_path(error);
+  if (error) throw RunTimeError(kPathNotFound);
+  return Utf8Of(folder / RandomName());
+}
 
 std::string NameBeside(const std::string& path) {
   fs::path name = PathOf(path);

@@ -17,12 +17,16 @@ Engine::Engine(DatabaseHandle database, std::string path, bool readOnly)
   sqlite3_busy_handler(Database(), &Engine::Busy, this);
 }
 
-Engine::~Engine() {
+void Engine::CloseSets() noexcept {
   while (!sets_.empty()) {
     OpenSet* set = sets_.back();
     set->ConnectionCloses();
     RemoveSet(*set);
   }
+}
+
+Engine::~Engine() {
+  CloseSets();
   selects_.clear();
   updates_.clear();
   tables_.clear();
@@ -30,6 +34,7 @@ Engine::~Engine() {
   if (!ownFile_.empty()) {
     std::error_code error;
     std::filesystem::remove(PathOf(ownFile_), error);
+    RemoveJournals(ownFile_);
   }
 }
 

@@ -81,6 +81,7 @@ class Engine {
   void BeginWrite();
   std::uint64_t Transaction() const { return transaction_; }
   void Commit();
+  void CloseSets() noexcept;
 
   void BeforeInsert(const TableData& table, std::int64_t rowId);
   void BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,

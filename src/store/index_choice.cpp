@@ -1,8 +1,8 @@
 #include "index_choice.h"
 
 #include <algorithm>
-#include <compare>
 #include <optional>
+#include <tuple>
 
 #include "dialect.h"
 #include "key_columns.h"
@@ -38,7 +38,11 @@ struct Service {
   bool inOrder = false;  // its rows come in their order of insertion
   int rank = 0;
   int unused = 0;
-  auto operator<=>(const Service&) const = default;
+
+  bool IsBetterThan(const Service& other) const {
+    return std::tie(keys, inOrder, rank, unused) >
+           std::tie(other.keys, other.inOrder, other.rank, other.unused);
+  }
 };
 
 Service ServiceOf(const TableIndex& index, const ParsedStatement& statement) {
@@ -126,7 +130,7 @@ std::string IndexHint(const ParsedStatement& statement) {
   for (const TableIndex& index : statement.table->Indexes()) {
     const Service offered = ServiceOf(index, statement);
     if (offered.keys == 0 && !offered.inOrder) continue;
-    if (best == nullptr || offered > service) {
+    if (best == nullptr || offered.IsBetterThan(service)) {
       best = &index;
       service = offered;
     }

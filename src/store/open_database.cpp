@@ -18,9 +18,9 @@ void SetUp(sqlite3* database, const std::string& path) {
 }
 
 // A damaged head shows only when something is read.
-void Prove(sqlite3* database, const std::string& path) {
-  Execute(database, "select count(*) from sqlite_master", path);
-}
+constexpr const char* kProof = "select count(*) from sqlite_master";
+
+void Prove(sqlite3* database, const std::string& path) { Execute(database, kProof, path); }
 
 std::string AsUri(const std::string& path) {
   constexpr const char* kDigits = "0123456789ABCDEF";
@@ -53,9 +53,38 @@ DatabaseHandle OpenUnchanged(const std::string& name, FileKind kind) {
                : OpenHandle(name, SQLITE_OPEN_READONLY);
 }
 
+// `copy` is this database's alone from now on, and goes with it.
+std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& copy) {
+  auto engine = std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, true);
+  engine->IsCopy(copy);
+  SetUp(engine->Database(), path);
+  Prove(engine->Database(), path);
+  Execute(engine->Database(), "pragma journal_mode = off", path);
+  AddMissingKeyIndexes(engine->Database(), path);
+  return engine;
+}
+
+bool WasCutOff(sqlite3* database) {
+  return sqlite3_exec(database, kProof, nullptr, nullptr, nullptr) != SQLITE_OK &&
+         sqlite3_extended_errcode(database) == SQLITE_READONLY_ROLLBACK;
+}
+
+// A transaction that a crash has cut off is undone by writing, so it is undone in a copy.
+std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string& name) {
+  const std::string copy = TemporaryName();
+  for (const char* ending : {"", "-journal"}) {
+    std::error_code error;
+    std::filesystem::copy_file(PathOf(name + ending), PathOf(copy + ending), error);
+    std::filesystem::permissions(PathOf(copy + ending), std::filesystem::perms::owner_write,
+                                 std::filesystem::perm_options::add, error);
+  }
+  return OpenCopy(path, copy);
+}
+
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
                                        FileKind kind) {
   auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true);
+  if (WasCutOff(engine->Database())) return OpenRecovered(path, name);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
@@ -71,12 +100,7 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
 std::shared_ptr<Engine> OpenAccess(const std::string& path) {
   const std::string loaded = TemporaryName();
   LoadAccessFile(path, loaded);
-  auto engine = std::make_shared<Engine>(OpenHandle(loaded, SQLITE_OPEN_READWRITE), path, true);
-  engine->IsCopy(loaded);
-  SetUp(engine->Database(), path);
-  Execute(engine->Database(), "pragma journal_mode = off", path);
-  AddMissingKeyIndexes(engine->Database(), path);
-  return engine;
+  return OpenCopy(path, loaded);
 }
 
 }  // namespace

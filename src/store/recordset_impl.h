@@ -19,7 +19,7 @@ enum class Position {
   kEmpty,  // at BOF and EOF
 };
 
-struct Recordset::Impl : private OpenSet {
+struct Recordset::Impl final : private OpenSet {
   Impl() = default;
   ~Impl();
   Impl(const Impl&) = delete;

@@ -138,11 +138,12 @@ void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
   state_->CommitOthers(from, nullptr);
   const bool held = state_->CommitOthers(to, nullptr);
   if (!held) CheckReplaceable(to);
-  const fs::path target = fs::exists(PathOf(to), error) ? fs::canonical(PathOf(to)) : PathOf(to);
+  fs::path target = fs::canonical(PathOf(to), error);
+  if (error) target = PathOf(to);
   const NewFile made(NameBeside(Utf8Of(target)));
   CopyTo(from, state_->EngineOn(from), made.Path());
   if (fs::exists(target, error)) {
-    fs::permissions(PathOf(made.Path()), fs::status(target).permissions(), error);
+    fs::permissions(PathOf(made.Path()), fs::status(target, error).permissions(), error);
   }
   RemoveJournals(Utf8Of(target));
   fs::rename(PathOf(made.Path()), target, error);

@@ -179,6 +179,29 @@ TEST_F(Connections, ReadingLeavesTheFileAsItIs) {
   }
 }
 
+TEST_F(Connections, ReadAFileWhoseLastTransactionWasCutOffAsItWasBefore) {
+  connection.Close();
+  const std::string crashed = folder.Path("crashed.mdb");
+  {
+    RawDatabase writer(path);
+    writer.Run("pragma page_size = 512; vacuum; pragma cache_size = 2");
+    writer.Run("begin; update T set Name = 'lost', Note = hex(randomblob(4000))");
+    std::filesystem::copy_file(path, crashed);
+    std::filesystem::copy_file(path + "-journal", crashed + "-journal");
+    writer.Run("rollback");
+  }
+  const std::string before = ReadFile(crashed);
+  Connection reader(workspace);
+  reader.Open(ConnectionText(crashed), OpenMode::kReadOnly);
+  EXPECT_EQ(FirstName(reader), "a");
+  EXPECT_EQ(ReadFile(crashed), before);
+  EXPECT_TRUE(std::filesystem::exists(crashed + "-journal"));
+  Connection writer(workspace);
+  writer.Open(ConnectionText(crashed));
+  EXPECT_EQ(FirstName(writer), "a");
+  EXPECT_FALSE(std::filesystem::exists(crashed + "-journal"));
+}
+
 TEST_F(Connections, ListTheirTables) {
   Recordset tables;
   connection.OpenSchema(adSchemaTables, tables);
