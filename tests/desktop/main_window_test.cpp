@@ -91,12 +91,6 @@ TEST_F(MainWindowTest, AnUnguardedFailureIsShownAndTheProgramGoesOn) {
   EXPECT_EQ(ends, 0);
 }
 
-TEST_F(MainWindowTest, LongNamesInBoxesMayBreakAndLoseNothing) {
-  const std::string name = "/" + std::string(150, 'a') + "/" + std::string(150, 'b') + ".mdb";
-  desktop.ShowMessage({"Cannot open " + name + "\r\n"});
-  EXPECT_THAT(user.boxes, ElementsAre("Cannot open " + name));
-}
-
 TEST_F(MainWindowTest, TheFileDialogTakesANewNameAndStartsWhereItEnded) {
   DialogFileNames real;
   const FileDialog dialog{"Text (*.txt)|*.txt", "Pick"};

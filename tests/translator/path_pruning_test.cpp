@@ -49,7 +49,7 @@ TEST_F(PathPruning, TakesThePathOfTheJunctionBeforeWhereAJunctionHasNoFact) {
   EXPECT_EQ(Plan(), "U1 U2 U9");
 }
 
-TEST_F(PathPruning, LeavesOutDecompositionsButNothingBehindAFurtherJunction) {
+TEST_F(PathPruning, TakesDecompositionsAlongButNothingBehindAFurtherJunction) {
   TwoWays();
   Scenario(2, "Of four", 4);
   Uob(41, 2);
