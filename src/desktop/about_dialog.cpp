@@ -27,7 +27,7 @@ AboutDialog::AboutDialog(frmAbout& form, QtDesktop& desktop, QWidget* parent)
   setWindowTitle("About Merivane");
   QPushButton* ok = AddButton("cmdOk", "OK");
   ok->setDefault(true);
-  connect(ok, &QPushButton::clicked, this, [this, &form] { desktop_.Run([&] { form.cmdOk(); }); });
+  connect(ok, &QPushButton::clicked, this, [this, &form] { Run([&form] { form.cmdOk(); }); });
   const int side = fontMetrics().height() * 8;
   auto* middle = new QHBoxLayout;
   middle->setSpacing(fontMetrics().height());

@@ -33,11 +33,11 @@ FormWindow::~FormWindow() { form_.OnChange = nullptr; }
 
 void FormWindow::SetFrame(QMdiSubWindow* frame) {
   frame_ = frame;
-  frame_->hide();
+  HideFrame();
 }
 
 void FormWindow::Run(const std::function<void()>& handler) {
-  desktop_.Run(handler);
+  desktop_.Run(form_, handler);
   Draw();
 }
 
@@ -50,16 +50,31 @@ void FormWindow::Sync() {
   if (frame_ == nullptr) return;
   const bool loadedNow = form_.IsLoaded() && !wasLoaded_;
   wasLoaded_ = form_.IsLoaded();
-  if (!form_.IsVisible()) {
-    frame_->hide();
-    return;
+  if (form_.IsVisible()) {
+    ShowFrame(loadedNow);
+  } else {
+    HideFrame();
   }
-  if (frame_->isVisible()) return;
-  if (loadedNow) frame_->resize(frame_->sizeHint());
+}
+
+// Brings it to the front and out of its minimised state; a maximised one stays so.
+void FormWindow::ShowFrame(bool loadedNow) {
+  const bool wasHidden = !frame_->isVisible();
+  frame_->setEnabled(true);
+  if (loadedNow && !frame_->isMaximized()) frame_->resize(frame_->sizeHint());
   show();
+  if (frame_->isMinimized()) frame_->showNormal();
   frame_->show();
   frame_->mdiArea()->setActiveSubWindow(frame_);
-  if (loadedNow) order_.front()->setFocus();
+  if (loadedNow) lastFocus_ = order_.front();
+  if (wasHidden && lastFocus_ != nullptr) lastFocus_->setFocus();
+}
+
+// What is hidden is also disabled and without the focus, so that no event finds it.
+void FormWindow::HideFrame() {
+  if (frame_->isVisible()) lastFocus_ = focusWidget();
+  frame_->hide();
+  frame_->setEnabled(false);
 }
 
 QFormLayout* FormWindow::AddRows() {
@@ -123,7 +138,7 @@ void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   connect(field->Button(), &QPushButton::clicked, this,
           [this, browse = row.browse] { Run(browse); });
   field->OnDrop = [this, browse = row.browse](const std::string& name) {
-    desktop_.RunWithFileName(name, browse);
+    desktop_.RunWithFileName(form_, name, browse);
     Draw();
   };
   draws_.emplace_back([field, &box] { field->Draw(box); });

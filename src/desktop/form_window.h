@@ -1,6 +1,7 @@
 // What the windows of both directions share: rows of files, the check box, OK, Cancel and Help.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -68,6 +69,8 @@ class FormWindow : public QWidget {
               QWidget* buddy);
   QPushButton* AddButton(const char* name, const char* caption);
   void Sync();
+  void ShowFrame(bool loadedNow);
+  void HideFrame();
   void AlignLabels();
   void ShowDefaultButton(const QWidget* focus);
 
@@ -79,6 +82,7 @@ class FormWindow : public QWidget {
   std::vector<QWidget*> order_;  // of the keyboard
   QPushButton* ok_ = nullptr;
   QPushButton* cancel_ = nullptr;
+  QPointer<QWidget> lastFocus_;  // when it was hidden
   bool wasLoaded_ = false;
 };
 

@@ -16,6 +16,7 @@ ModalDialog::ModalDialog(ModalForm& form, QtDesktop& desktop, QWidget* parent)
     : QDialog(parent), desktop_(desktop), form_(form) {}
 
 void ModalDialog::Run(const std::function<void()>& handler) {
+  if (!form_.IsLoaded()) return;
   desktop_.Run(handler);
   if (desktop_.Ended()) return;
   Draw();

@@ -24,7 +24,7 @@ OptionsDialog::OptionsDialog(frmOptions& form, QtDesktop& desktop, QWidget* pare
   paths_->setMinimumSize(metrics.averageCharWidth() * 70, metrics.height() * 9);
   QPushButton* ok = AddButton("cmdOK", "OK");
   ok->setDefault(true);
-  connect(ok, &QPushButton::clicked, this, [this] { desktop_.Run([this] { form_.cmdOK(); }); });
+  connect(ok, &QPushButton::clicked, this, [this] { Run([this] { form_.cmdOK(); }); });
   auto* row = new QHBoxLayout;
   row->addStretch();
   row->addWidget(ok);

@@ -51,12 +51,12 @@ void PathField::Draw(const TextBox& box) {
 }
 
 void PathField::dragEnterEvent(QDragEnterEvent* event) {
-  if (!DroppedFile(*event).isEmpty()) event->acceptProposedAction();
+  if (isEnabled() && !DroppedFile(*event).isEmpty()) event->acceptProposedAction();
 }
 
 void PathField::dropEvent(QDropEvent* event) {
   const QString name = DroppedFile(*event);
-  if (name.isEmpty() || !OnDrop) return;
+  if (!isEnabled() || name.isEmpty() || !OnDrop) return;
   event->acceptProposedAction();
   // Later, so that the program that the file comes from needn't wait for questions asked here.
   QTimer::singleShot(0, this, [this, name] { OnDrop(name.toStdString()); });

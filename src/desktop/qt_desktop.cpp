@@ -17,6 +17,7 @@
 #include "platform/system_locale.h"
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
+#include "shell/form.h"
 
 namespace merivane {
 
@@ -59,9 +60,14 @@ void QtDesktop::RunReported(const std::function<void()>& handler) try {
   ShowMessage({FromUtf8(error.what())});
 }
 
-void QtDesktop::RunWithFileName(const std::string& name, const std::function<void()>& handler) {
+void QtDesktop::Run(const Form& form, const std::function<void()>& handler) {
+  if (form.IsVisible()) Run(handler);
+}
+
+void QtDesktop::RunWithFileName(const Form& form, const std::string& name,
+                                const std::function<void()>& handler) {
   givenName_ = name;
-  Run(handler);
+  Run(form, handler);
   givenName_.reset();
 }
 

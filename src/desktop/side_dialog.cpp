@@ -16,6 +16,7 @@ SideDialog::~SideDialog() { form_.OnChange = nullptr; }
 void SideDialog::Sync() {
   Draw();
   if (form_.IsVisible()) {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
@@ -25,7 +26,7 @@ void SideDialog::Sync() {
 }
 
 void SideDialog::reject() {
-  desktop_.Run([this] { form_.Unload(); });
+  Run([this] { form_.Unload(); });
 }
 
 QPushButton* SideDialog::AddButton(const char* name, const char* caption) {

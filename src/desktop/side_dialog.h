@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 #include "desktop/qt_desktop.h"
 #include "shell/form.h"
@@ -19,6 +20,7 @@ class SideDialog : public QDialog {
 
  protected:
   virtual void Draw() {}
+  void Run(const std::function<void()>& handler) { desktop_.Run(form_, handler); }
   QPushButton* AddButton(const char* name, const char* caption);
   // Opens the help of its own context.
   QPushButton* AddHelpButton(const char* name, const char* caption, int helpContext);

@@ -128,7 +128,7 @@ TEST_F(ProjectToModelWindow, ADisabledFieldTakesADroppedFile) {
   QWidget& form = OpenToModel();
   SelectTab(form, "SSTabInput", 1);
   ASSERT_FALSE(User::Find(form, "txtMPX").isEnabled());
-  Drop(form, "txtMPX", "/plans/a.mpx");
+  EXPECT_TRUE(Drop(form, "txtMPX", "/plans/a.mpx"));
   EXPECT_EQ(TextOf(form, "txtMPX"), "/plans/a.mpx");
   EXPECT_TRUE(User::Find(form, "txtMPX").isEnabled());
 }

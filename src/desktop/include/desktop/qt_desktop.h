@@ -15,6 +15,7 @@ class QDialog;
 
 namespace merivane {
 
+class Form;
 class HelpWindow;
 
 // REQUIRES: a QApplication that outlives it.
@@ -30,8 +31,12 @@ class QtDesktop : public Desktop {
   // that the handler did not guard shows its description, and the end of the program leaves all
   // open dialogs, unwinds the handlers that wait for them and calls OnEnd. Nothing once ended.
   void Run(const std::function<void()>& handler);
+  // The same for an event of a form's window. An event that comes while the form isn't shown, a key
+  // on its way when it was unloaded for instance, is dropped.
+  void Run(const Form& form, const std::function<void()>& handler);
   // The same for a browse handler, with `name` as the answer of its file dialog.
-  void RunWithFileName(const std::string& name, const std::function<void()>& handler);
+  void RunWithFileName(const Form& form, const std::string& name,
+                       const std::function<void()>& handler);
   bool Ended() const { return ended_; }
   std::function<void()> OnEnd;
 
