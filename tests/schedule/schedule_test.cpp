@@ -1,0 +1,233 @@
+#include "schedule/schedule.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
+#include "store/recordset.h"
+#include "temporary_folder.h"
+
+namespace merivane::schedule {
+namespace {
+
+using test::TemporaryFolder;
+
+// "A 2, B 0, -C 1": names and days; each "-" in front of a name is one level of the outline.
+// "A>B, A>B SS+1": links, finish-to-start where no kind is given, with a lag in days.
+Plan PlanOf(const std::string& tasks, const std::string& links) {
+  Plan plan{.name = "Plan", .start = {2026, 1, 5, 0}, .tasks = {}, .links = {}};
+  std::map<std::string, std::size_t> indices;
+  std::vector<std::size_t> above;
+  std::istringstream taskList(tasks);
+  for (std::string item; std::getline(taskList >> std::ws, item, ',');) {
+    const std::size_t depth = item.find_first_not_of('-');
+    const std::size_t blank = item.find(' ');
+    const std::size_t index = plan.tasks.size();
+    above.resize(depth);
+    PlanTask task;
+    task.name = item.substr(depth, blank - depth);
+    task.duration = static_cast<Tenths>(std::stod(item.substr(blank)) * kTenthsOfDay);
+    task.elapsed = item.ends_with('e');
+    if (depth > 0) {
+      task.parent = above.back();
+      plan.tasks[above.back()].summary = true;
+    }
+    above.push_back(index);
+    indices[task.name] = index;
+    plan.tasks.push_back(task);
+  }
+  const std::map<std::string, LinkKind> kinds = {{"FF", LinkKind::kFinishToFinish},
+                                                 {"FS", LinkKind::kFinishToStart},
+                                                 {"SF", LinkKind::kStartToFinish},
+                                                 {"SS", LinkKind::kStartToStart}};
+  std::istringstream linkList(links);
+  for (std::string item; std::getline(linkList >> std::ws, item, ',');) {
+    const std::size_t arrow = item.find('>');
+    std::istringstream rest(item.substr(arrow + 1));
+    std::string successor;
+    std::string kind = "FS+0";
+    rest >> successor >> kind;
+    PlanLink link{.predecessor = indices.at(item.substr(0, arrow)),
+                  .successor = indices.at(successor),
+                  .kind = kinds.at(kind.substr(0, 2))};
+    if (kind.size() > 2) link.lag = std::stoi(kind.substr(2)) * kTenthsOfDay;
+    if (kind.ends_with('e')) {
+      link.lagFormat = 8;
+      link.lag *= 3;
+    }
+    if (kind.ends_with('%')) {
+      link.lagFormat = 19;
+      link.lag /= kTenthsOfDay;
+    }
+    plan.links.push_back(link);
+  }
+  return plan;
+}
+
+std::string Days(Tenths time) {
+  return TextOfReal(static_cast<double>(time) / static_cast<double>(kTenthsOfDay));
+}
+
+struct Case {
+  const char* name;
+  const char* tasks;
+  const char* links;
+  const char* dates;  // early start, early finish, slack ("!": critical) of each task, in days
+};
+void PrintTo(const Case& value, std::ostream* out) { *out << value.name; }
+
+class Schedules : public testing::TestWithParam<Case> {};
+
+TEST_P(Schedules, DatesFollowLinksAndOutline) {
+  const Plan plan = PlanOf(GetParam().tasks, GetParam().links);
+  const Schedule schedule = MakeSchedule(plan);
+  std::string dates;
+  for (std::size_t task = 0; task < plan.tasks.size(); ++task) {
+    const TaskDates& found = schedule.tasks[task];
+    dates += (task == 0 ? "" : ", ") + plan.tasks[task].name + " " + Days(found.earlyStart) + "-" +
+             Days(found.earlyFinish) + " " + (found.critical ? "!" : Days(found.totalSlack));
+    EXPECT_EQ(found.critical, found.totalSlack == 0);
+    EXPECT_GE(found.lateFinish, found.lateStart);
+    EXPECT_LE(found.lateFinish, schedule.finish);
+  }
+  EXPECT_EQ(dates, GetParam().dates);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Schedules,
+    testing::Values(
+        Case{"no links", "A 2,B 3", "", "A 0-2 1, B 0-3 !"},
+        Case{"finish to start with lag", "A 2,B 1", "A>B FS+2", "A 0-2 !, B 4-5 !"},
+        Case{"a lead before the plan's start", "A 2,B 1", "A>B FS-5", "A 0-2 !, B 0-1 1"},
+        Case{"start to start", "A 2,B 1,C 4", "A>B SS+1", "A 0-2 2, B 1-2 2, C 0-4 !"},
+        Case{"finish to finish", "A 3,B 1", "A>B FF+1", "A 0-3 !, B 3-4 !"},
+        Case{"start to finish", "A 3,B 1", "A>B SF+2", "A 0-3 !, B 1-2 1"},
+        Case{"percentage of the predecessor", "A 4,B 1", "A>B SS+50%", "A 0-4 !, B 2-3 1"},
+        Case{"elapsed lag over a weekend", "A 5,B 1", "A>B FS+2e", "A 0-5 !, B 5-6 !"},
+        Case{"elapsed duration", "A 6 e,B 1", "A>B", "A 0-2 !, B 2-3 !"},
+        Case{"diamond", "A 1,B 2,C 4,D 1", "A>B,A>C,B>D,C>D", "A 0-1 !, B 1-3 2, C 1-5 !, D 5-6 !"},
+        Case{"a summary spans its tasks and is held back as one", "A 2,S 9,-B 1,-C 3,D 1",
+             "A>S,B>C,S>D", "A 0-2 !, S 2-6 !, B 2-3 !, C 3-6 !, D 6-7 !"},
+        Case{"a summary's start is its first task's", "S 9,-A 1,-B 2,C 3,D 1",
+             "C>A,C>B FS+1,S>D SS", "S 3-6 !, A 3-4 2, B 4-6 !, C 0-3 !, D 3-4 2"},
+        Case{"a link into a summary's finish holds that alone", "A 5,S 9,-B 1,C 1", "A>S FF,S>C",
+             "A 0-5 !, S 0-5 !, B 0-1 4, C 5-6 !"},
+        Case{"two levels", "S 1,-T 1,--A 2,--B 1,-C 1,D 9", "A>B,T>C",
+             "S 0-4 5, T 0-3 5, A 0-2 5, B 2-3 5, C 3-4 5, D 0-9 !"}),
+    [](const auto& row) { return "n" + std::to_string(row.index); });
+
+TEST(ScheduleFailures, CirclesNameTheirTasks) {
+  const auto description = [](const std::string& tasks, const std::string& links) {
+    try {
+      MakeSchedule(PlanOf(tasks, links));
+    } catch (const RunTimeError& error) {
+      return error.Description();
+    }
+    return std::string("no error");
+  };
+  using testing::HasSubstr;
+  EXPECT_THAT(description("A 1,B 1,C 1,D 1", "A>B,B>C,C>B,C>D"), HasSubstr("tasks 'C', 'B'. Take"));
+  EXPECT_THAT(description("A 1,B 1", "B>B"), HasSubstr("The task 'B' is linked to itself"));
+  EXPECT_THAT(description("S 1,-A 1", "A>S"), HasSubstr("'A', 'S'"));
+  EXPECT_THAT(description("S 1,-A 1,B 1", "S>B,B>A"), HasSubstr("circle"));
+}
+
+TEST(WorkingTime, DatesSkipNightsAndWeekends) {
+  const WorkingTime friday({2026, 1, 9, 0});
+  EXPECT_EQ(FormatDate(friday.StartAt(0)), "1/9/2026 8:00:00 AM");
+  EXPECT_EQ(FormatDate(friday.FinishAt(2400)), "1/9/2026 12:00:00 PM");
+  EXPECT_EQ(FormatDate(friday.StartAt(2400)), "1/9/2026 1:00:00 PM");
+  EXPECT_EQ(FormatDate(friday.FinishAt(4800)), "1/9/2026 5:00:00 PM");
+  EXPECT_EQ(FormatDate(friday.StartAt(4800)), "1/12/2026 8:00:00 AM");
+  EXPECT_EQ(FormatDate(friday.FinishAt(4800 * 200)), "10/15/2026 5:00:00 PM");
+  const WorkingTime sunday({1899, 12, 31, 0});
+  EXPECT_EQ(FormatDate(sunday.StartAt(48)), "1/1/1900 8:04:48 AM");
+  EXPECT_THROW(friday.StartAt(4800LL * 366 * 8000), RunTimeError);
+}
+
+// A long chain of links, and a deep outline: neither may cost the stack.
+TEST(Schedules, LongChainsAreCarriedOut) {
+  constexpr std::size_t kTasks = 100000;
+  Plan plan{
+      .name = "", .start = {2026, 1, 5, 0}, .tasks = std::vector<PlanTask>(kTasks), .links = {}};
+  for (std::size_t task = 0; task < kTasks; ++task) {
+    plan.tasks[task].duration = 10;
+    if (task > kTasks / 2) {
+      plan.tasks[task].parent = task - 1;
+      plan.tasks[task - 1].summary = true;
+    } else if (task > 0) {
+      plan.links.push_back({.predecessor = task, .successor = task - 1});
+    }
+  }
+  EXPECT_NO_THROW(MakeSchedule(plan));
+}
+
+class PlanTables : public testing::Test {
+ protected:
+  Plan Read(const std::string& path, std::int32_t project = 1) {
+    Connection connection(workspace);
+    connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+    return ReadPlan(connection, project, {2026, 1, 5, 0});
+  }
+  Workspace workspace;
+  TemporaryFolder folder;
+};
+
+TEST_F(PlanTables, ModelsDurationCountsUntilAnotherProgramChangesThePlan) {
+  const std::string path = folder.Path("plan.mdb");
+  std::filesystem::copy_file(MERIVANE_BIN "/MerivaneTemplate.mdb", path);
+  {
+    Connection connection(workspace);
+    connection.Open(ConnectionText(path));
+    Recordset tasks;
+    tasks.OpenDynamic("select * from MSP_TASKS", &connection);
+    const auto add = [&](int uid, Value id, const char* name, int duration, const char* ofModel,
+                         int merged) {
+      tasks.AddNew({"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_DUR",
+                    "KV7_PROCOCC_DURATION", "KV7_PROCOCC_BROUGHT_BACK"},
+                   {1, uid, std::move(id), name, duration, ofModel, merged});
+    };
+    add(12, 2, "from the model", 9600, "2.5", 0);
+    add(11, 1, "changed in the plan", 14400, "2.5", 0);
+    add(13, 3, "changed by a merge", 9600, "4.25", 1);
+    add(14, 4, "expression", 4800, "Norm(3,1)", 0);
+    add(13, 5, "a UID twice", 4800, "1", 0);
+    add(15, Value(), "added by a merge", 0, "1", 1);
+  }
+  std::string read;
+  for (const PlanTask& task : Read(path).tasks)
+    read += task.name + " " + Days(task.duration) + "\n";
+  EXPECT_EQ(read,
+            "changed in the plan 3\nfrom the model 2.5\nchanged by a merge 4.25\nexpression 1\n");
+}
+
+TEST_F(PlanTables, PlansOfProjectFallOnItsOwnDates) {
+  for (const char* name : {"mpp9relations.mpd", "task-links-project2000-mpd9.mpd"}) {
+    const std::string path = std::string(MERIVANE_PLANS) + "/" + name;
+    if (!std::filesystem::exists(path)) GTEST_SKIP() << path << " is not there";
+    Connection connection(workspace);
+    connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+    const Plan plan = Read(path);
+    const Schedule schedule = MakeSchedule(plan);
+    for (std::size_t task = 0; task < plan.tasks.size(); ++task) {
+      Recordset row;
+      row.OpenStatic(
+          "select * from MSP_TASKS where TASK_UID = " + std::to_string(plan.tasks[task].uid),
+          &connection);
+      EXPECT_EQ(FormatDate(schedule.StartOf(task)), Joined(row.Field("TASK_START_DATE")))
+          << name << " " << plan.tasks[task].name;
+      EXPECT_EQ(schedule.tasks[task].totalSlack, ToInt32(row.Field("TASK_TOTAL_SLACK")))
+          << plan.tasks[task].name;
+      EXPECT_EQ(schedule.tasks[task].critical, Joined(row.Field("TASK_IS_CRITICAL")) != "0")
+          << plan.tasks[task].name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace merivane::schedule
