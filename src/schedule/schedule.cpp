@@ -73,18 +73,19 @@ class DateWork {
 };
 
 Tenths DateWork::FinishFrom(Tenths start, const PlanTask& task) const {
-  return task.elapsed ? calendar_.AfterElapsed(start, task.duration, false) : start + task.duration;
+  return task.IsElapsed() ? calendar_.AfterElapsed(start, task.duration, false)
+                          : start + task.duration;
 }
 
 Tenths DateWork::StartFor(Tenths finish, const PlanTask& task) const {
-  return task.elapsed ? calendar_.BeforeElapsed(finish, task.duration) : finish - task.duration;
+  return task.IsElapsed() ? calendar_.BeforeElapsed(finish, task.duration) : finish - task.duration;
 }
 
 Tenths DateWork::LagOf(const PlanLink& link) const {
-  if (!link.LagIsPercentage()) return link.lag;
+  if (!link.lag.IsPercentage()) return link.lag.amount;
   const PlanTask& task = plan_.tasks[link.predecessor];
   const Early& dates = early_[link.predecessor];
-  return (task.summary ? dates.finish - dates.start : task.duration) * link.lag / 100;
+  return (task.summary ? dates.finish - dates.start : task.duration) * link.lag.amount / 100;
 }
 
 // Where the predecessor and the lag bring a link's other end.
@@ -92,12 +93,12 @@ Tenths DateWork::Behind(const PlanLink& link) const {
   const Early& dates = early_[link.predecessor];
   const bool fromFinish = LeavesFinish(link);
   const Tenths from = fromFinish ? dates.finish : dates.start;
-  return link.LagIsElapsed() ? calendar_.AfterElapsed(from, LagOf(link), fromFinish)
-                             : from + LagOf(link);
+  return link.lag.IsElapsed() ? calendar_.AfterElapsed(from, LagOf(link), fromFinish)
+                              : from + LagOf(link);
 }
 
 Tenths DateWork::Before(Tenths limit, const PlanLink& link) const {
-  return link.LagIsElapsed() ? calendar_.BeforeElapsed(limit, LagOf(link)) : limit - LagOf(link);
+  return link.lag.IsElapsed() ? calendar_.BeforeElapsed(limit, LagOf(link)) : limit - LagOf(link);
 }
 
 void DateWork::Begin(std::size_t task) {

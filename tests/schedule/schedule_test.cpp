@@ -18,7 +18,7 @@ namespace {
 using test::TemporaryFolder;
 
 // "A 2, B 0, -C 1": names and days; each "-" in front of a name is one level of the outline.
-// "A>B, A>B SS+1": links, finish-to-start where no kind is given, with a lag in days.
+// "A>B, A>B SS+1": links, finish-to-start where no kind is given, with a lag.
 Plan PlanOf(const std::string& tasks, const std::string& links) {
   Plan plan{.name = "Plan", .start = {2026, 1, 5, 0}, .tasks = {}, .links = {}};
   std::map<std::string, std::size_t> indices;
@@ -32,7 +32,7 @@ Plan PlanOf(const std::string& tasks, const std::string& links) {
     PlanTask task;
     task.name = item.substr(depth, blank - depth);
     task.duration = static_cast<Tenths>(std::stod(item.substr(blank)) * kTenthsOfDay);
-    task.elapsed = item.ends_with('e');
+    if (item.ends_with('e')) task.durationFormat = 8;
     if (depth > 0) {
       task.parent = above.back();
       plan.tasks[above.back()].summary = true;
@@ -50,20 +50,12 @@ Plan PlanOf(const std::string& tasks, const std::string& links) {
     const std::size_t arrow = item.find('>');
     std::istringstream rest(item.substr(arrow + 1));
     std::string successor;
-    std::string kind = "FS+0";
+    std::string kind = "FS";
     rest >> successor >> kind;
     PlanLink link{.predecessor = indices.at(item.substr(0, arrow)),
                   .successor = indices.at(successor),
                   .kind = kinds.at(kind.substr(0, 2))};
-    if (kind.size() > 2) link.lag = std::stoi(kind.substr(2)) * kTenthsOfDay;
-    if (kind.ends_with('e')) {
-      link.lagFormat = 8;
-      link.lag *= 3;
-    }
-    if (kind.ends_with('%')) {
-      link.lagFormat = 19;
-      link.lag /= kTenthsOfDay;
-    }
+    link.lag = ParseLag(kind.substr(2));
     plan.links.push_back(link);
   }
   return plan;
@@ -102,19 +94,19 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, Schedules,
     testing::Values(
         Case{"no links", "A 2,B 3", "", "A 0-2 1, B 0-3 !"},
-        Case{"finish to start with lag", "A 2,B 1", "A>B FS+2", "A 0-2 !, B 4-5 !"},
-        Case{"a lead before the plan's start", "A 2,B 1", "A>B FS-5", "A 0-2 !, B 0-1 1"},
-        Case{"start to start", "A 2,B 1,C 4", "A>B SS+1", "A 0-2 2, B 1-2 2, C 0-4 !"},
-        Case{"finish to finish", "A 3,B 1", "A>B FF+1", "A 0-3 !, B 3-4 !"},
-        Case{"start to finish", "A 3,B 1", "A>B SF+2", "A 0-3 !, B 1-2 1"},
+        Case{"finish to start with lag", "A 2,B 1", "A>B FS+2d", "A 0-2 !, B 4-5 !"},
+        Case{"a lead before the plan's start", "A 2,B 1", "A>B FS-5d", "A 0-2 !, B 0-1 1"},
+        Case{"start to start", "A 2,B 1,C 4", "A>B SS+8h", "A 0-2 2, B 1-2 2, C 0-4 !"},
+        Case{"finish to finish", "A 3,B 1", "A>B FF+480m", "A 0-3 !, B 3-4 !"},
+        Case{"start to finish", "A 3,B 1", "A>B SF+.4w", "A 0-3 !, B 1-2 1"},
         Case{"percentage of the predecessor", "A 4,B 1", "A>B SS+50%", "A 0-4 !, B 2-3 1"},
-        Case{"elapsed lag over a weekend", "A 5,B 1", "A>B FS+2e", "A 0-5 !, B 5-6 !"},
+        Case{"elapsed lag over a weekend", "A 5,B 1", "A>B FS+2ed", "A 0-5 !, B 5-6 !"},
         Case{"elapsed duration", "A 6 e,B 1", "A>B", "A 0-2 !, B 2-3 !"},
         Case{"diamond", "A 1,B 2,C 4,D 1", "A>B,A>C,B>D,C>D", "A 0-1 !, B 1-3 2, C 1-5 !, D 5-6 !"},
         Case{"a summary spans its tasks and is held back as one", "A 2,S 9,-B 1,-C 3,D 1",
              "A>S,B>C,S>D", "A 0-2 !, S 2-6 !, B 2-3 !, C 3-6 !, D 6-7 !"},
         Case{"a summary's start is its first task's", "S 9,-A 1,-B 2,C 3,D 1",
-             "C>A,C>B FS+1,S>D SS", "S 3-6 !, A 3-4 2, B 4-6 !, C 0-3 !, D 3-4 2"},
+             "C>A,C>B FS+1d,S>D SS", "S 3-6 !, A 3-4 2, B 4-6 !, C 0-3 !, D 3-4 2"},
         Case{"a link into a summary's finish holds that alone", "A 5,S 9,-B 1,C 1", "A>S FF,S>C",
              "A 0-5 !, S 0-5 !, B 0-1 4, C 5-6 !"},
         Case{"two levels", "S 1,-T 1,--A 2,--B 1,-C 1,D 9", "A>B,T>C",
@@ -186,24 +178,57 @@ TEST_F(PlanTables, ModelsDurationCountsUntilAnotherProgramChangesThePlan) {
     connection.Open(ConnectionText(path));
     Recordset tasks;
     tasks.OpenDynamic("select * from MSP_TASKS", &connection);
-    const auto add = [&](int uid, Value id, const char* name, int duration, const char* ofModel,
-                         int merged) {
-      tasks.AddNew({"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_DUR",
-                    "KV7_PROCOCC_DURATION", "KV7_PROCOCC_BROUGHT_BACK"},
-                   {1, uid, std::move(id), name, duration, ofModel, merged});
+    const auto add = [&](int uid, Value id, const char* name, int duration, const char* ofModel) {
+      tasks.AddNew(
+          {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_DUR", "KV7_PROCOCC_DURATION"},
+          {1, uid, std::move(id), name, duration, ofModel});
     };
-    add(12, 2, "from the model", 9600, "2.5", 0);
-    add(11, 1, "changed in the plan", 14400, "2.5", 0);
-    add(13, 3, "changed by a merge", 9600, "4.25", 1);
-    add(14, 4, "expression", 4800, "Norm(3,1)", 0);
-    add(13, 5, "a UID twice", 4800, "1", 0);
-    add(15, Value(), "added by a merge", 0, "1", 1);
+    add(12, 2, "from the model", 9600, "2.5");
+    add(11, 1, "changed in the plan", 14400, "2.5");
+    add(14, 4, "expression", 4800, "Norm(3,1)");
+    add(14, 5, "a UID twice", 4800, "1");
+    add(15, Value(), "added by a merge", 0, "1");
   }
   std::string read;
   for (const PlanTask& task : Read(path).tasks)
     read += task.name + " " + Days(task.duration) + "\n";
+  EXPECT_EQ(read, "changed in the plan 3\nfrom the model 2.5\nexpression 1\n");
+}
+
+TEST_F(PlanTables, PlanThatAFileBroughtBackCountsBeforeTheStoredOne) {
+  const std::string path = folder.Path("plan.mdb");
+  std::filesystem::copy_file(MERIVANE_BIN "/MerivaneTemplate.mdb", path);
+  {
+    Connection connection(workspace);
+    connection.Open(ConnectionText(path));
+    Recordset tasks;
+    tasks.OpenDynamic("select * from MSP_TASKS", &connection);
+    tasks.AddNew({"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME"}, {1, 1, 1, "old"});
+    Recordset rows;
+    rows.OpenDynamic("select * from ProjectAct", &connection);
+    const auto add = [&](int id, int level, const char* predecessors, const char* text1) {
+      rows.AddNew({"Msp_ProjID", "PID", "Name", "Outline", "Duration", "Predecessor", "Text1"},
+                  {1, id, "T" + std::to_string(id), level, "1.25", predecessors, text1});
+    };
+    add(7, 0, "", "0");
+    add(1, 1, "", "17");
+    add(2, 1, "1, 3ss+1.5ed,9FF", "0");
+    add(3, 2, "1FS-50%,2SF+1mo,x", "18");
+  }
+  const Plan plan = Read(path);
+  std::string read;
+  for (const PlanTask& task : plan.tasks) {
+    read += task.name + " " + Days(task.duration) + " " +
+            std::to_string(task.occurrence.value_or(0)) + "\n";
+  }
+  for (const PlanLink& link : plan.links) {
+    read += std::to_string(link.predecessor) + ">" + std::to_string(link.successor) + " " +
+            std::to_string(static_cast<int>(link.kind)) + LagText(link.lag, 480) + "\n";
+  }
   EXPECT_EQ(read,
-            "changed in the plan 3\nfrom the model 2.5\nchanged by a merge 4.25\nexpression 1\n");
+            "T1 1.25 17\nT2 1.25 0\nT3 1.25 18\n"
+            "0>1 1\n2>1 3+1.5ed\n0>2 1-50%\n1>2 2+1mo\n");
+  EXPECT_EQ(plan.tasks[2].parent, 1U);
 }
 
 TEST_F(PlanTables, PlansOfProjectFallOnItsOwnDates) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "runtime/dates.h"
+#include "schedule/lag.h"
 #include "schedule/working_time.h"
 #include "store/connection.h"
 
@@ -21,7 +22,10 @@ struct PlanTask {
   std::optional<std::size_t> parent;  // index of the summary task right above it
   bool summary = false;               // tasks lie below it
   Tenths duration = 0;                // never negative; not used of a summary
-  bool elapsed = false;               // the duration runs day and night
+  std::int64_t durationFormat = kFormatDays;
+  std::optional<std::int64_t> occurrence;  // number of the process occurrence that it stands for
+
+  bool IsElapsed() const { return Lag{duration, durationFormat}.IsElapsed(); }
 };
 
 // Numbers of MSP_LINKS.
@@ -36,27 +40,26 @@ struct PlanLink {
   std::size_t predecessor = 0;  // indices of tasks
   std::size_t successor = 0;
   LinkKind kind = LinkKind::kFinishToStart;
-  Tenths lag = 0;  // tenths of a minute; of a percentage, the percents
-  std::int64_t lagFormat = 7;
-
-  bool LagIsElapsed() const;     // runs day and night
-  bool LagIsPercentage() const;  // of the predecessor's duration
+  Lag lag = {};
 };
 
 struct Plan {
   std::string name;
   DateTime start;
   std::vector<PlanTask> tasks;
-  std::vector<PlanLink> links;  // in the table's order
+  std::vector<PlanLink> links;  // in the order of the table, or of the tasks' lists
+  bool broughtBack = false;     // it is what an MPX or XML file brought back
 };
 
-// Reads a project from the MSP_ tables alone, those of Merivane or of another program. The start is
-// the project's own, otherwise the model's, otherwise `today`. Left out: rows of UID 0 and below,
-// rows without a place in the list, blank rows, a UID's second row, links of other projects, of
-// tasks that aren't there and of unknown kinds. A failure is the store's RunTimeError.
+// Reads a project of a database of Merivane or of another program: the plan that a file last
+// brought back into it, as the work tables keep it, otherwise the one of the MSP_ tables. The start
+// is the project's own, otherwise the model's, otherwise `today`. Left out: rows of UID 0 and below
+// and level 0 (summaries of the whole), rows without a place in the list, blank rows, a UID's
+// second row, links of other projects, of tasks that aren't there and of unknown kinds. A failure
+// is the store's RunTimeError.
 //
-// A duration is the model's own (hundredths of a day) where that is a number and the table's whole
-// days come from it or a merge has changed it since; otherwise the table's.
+// A duration is the model's own (hundredths of a day) where the table's whole days come from it;
+// otherwise the table's.
 Plan ReadPlan(Connection& connection, std::int32_t project, const DateTime& today);
 
 }  // namespace merivane::schedule

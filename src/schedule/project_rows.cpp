@@ -1,0 +1,35 @@
+#include "schedule/project_rows.h"
+
+#include "runtime/conversions.h"
+
+namespace merivane::schedule {
+
+ProjectRows::ProjectRows(Connection& connection, const Table& table, std::int32_t project,
+                         const std::vector<const char*>& columns) {
+  Recordset all;
+  all.OpenDynamic("select * from " + std::string(table.name), &connection);
+  std::string found;
+  int place = 0;
+  for (const char* column : columns) {
+    const bool there = all.FindField(column) >= 0;
+    places_.push_back(there ? place++ : -1);
+    if (there) found.append(found.empty() ? "" : ", ").append(column);
+  }
+  all.Close();
+  rows_.OpenStatic("select " + found + " from " + table.name + " where " + table.projectColumn +
+                       " = " + std::to_string(project) + table.order,
+                   &connection);
+}
+
+Value ProjectRows::At(std::size_t column) {
+  return places_[column] < 0 ? Value() : rows_.Field(places_[column]);
+}
+
+std::string ProjectRows::TextAt(std::size_t column) { return Joined(At(column)); }
+
+std::int64_t ProjectRows::IntegerAt(std::size_t column, std::int64_t otherwise) {
+  const Value value = At(column);
+  return IsNumeric(value) ? ToInt32(value) : otherwise;
+}
+
+}  // namespace merivane::schedule
