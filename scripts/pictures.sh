@@ -3,13 +3,17 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 [ $# -eq 2 ] || { echo "usage: scripts/pictures.sh BUILD_FOLDER OUT_FOLDER" >&2; exit 2; }
-cmake --build "$1" --target merivane_pictures -- --quiet
-mkdir -p "$2"
+cmake --build "$1" --target merivane_window_pictures merivane-batch -- --quiet
 exec 9> /tmp/merivane-pictures.lock # all runs use the same folders, so that the pictures are alike
 flock 9
 export HOME=/tmp/merivane-pictures LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb
-xvfb-run -a -s "-screen 0 2560x1600x24 -dpi 96" "$1/bin/merivane_pictures" "$root/samples" "$2"
-for name in main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
+mkdir -p "$2" "$HOME"
+xvfb-run -a -s "-screen 0 2560x1600x24 -dpi 96" "$1/bin/merivane_window_pictures" "$root/samples" "$2"
+"$1/bin/merivane-batch" to-project "$root/samples/festival.txt" --database "$HOME/festival.mdb" \
+  --overwrite --choose "Sale by mail order" --quiet
+"$1/bin/merivane-batch" draw --database "$HOME/festival.mdb" --project 1 --scenario "Stage building" \
+  --objects --output "$2/diagram.png" --force --quiet
+for name in diagram main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
   message paths about splash help; do
   [ -s "$2/$name.png" ] || { echo "$2/$name.png is missing" >&2; exit 1; }
 done

@@ -1,4 +1,5 @@
-// Makes a picture of every window: merivane_pictures FOLDER. A picture of one colour is a failure.
+// Makes a picture of every window: merivane_window_pictures FOLDER. A picture of one colour is a
+// failure.
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -218,7 +219,7 @@ void UseDarkPalette() {
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   if (argc != 3) {
-    std::fputs("usage: merivane_pictures SAMPLES OUT_FOLDER\n", stderr);
+    std::fputs("usage: merivane_window_pictures SAMPLES OUT_FOLDER\n", stderr);
     return 2;
   }
   QApplication::setQuitOnLastWindowClosed(false);

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "picture_commands.h"
 #include "session.h"
 
 namespace merivane {
@@ -14,6 +15,7 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch projects plan.mdb --json
   merivane-batch to-model --database plan.mdb --project 1 --output again.txt
   merivane-batch to-model --mpx plan.mpx --interim plan.mdb --merge 1 --output merged.txt
+  merivane-batch draw model.txt --output model.svg
 
 Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is
 refused, nothing was touched.)";
@@ -23,6 +25,7 @@ struct CommandLine {
   ToProjectOptions toProject;
   ToModelOptions toModel;
   ProjectsOptions projects;
+  DrawOptions draw;
   std::string todayText;
 };
 
@@ -114,6 +117,8 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   const CLI::App* toProject = AddToProject(app, line);
   const CLI::App* toModel = AddToModel(app, line);
   AddProjects(app, line);
+  CLI::App* draw = AddDraw(app, line.draw);
+  AddCommonOptions(draw, line);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
@@ -125,6 +130,7 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   if (!session.OpenLog(line.common.logFile)) return kRefused;
   if (*toProject) return RunToProject(session, line.toProject);
   if (*toModel) return RunToModel(session, line.toModel);
+  if (*draw) return RunDraw(session, line.draw);
   return RunProjects(session, line.projects);
 }
 

@@ -219,5 +219,39 @@ TEST_F(Batch, RealPlanDatabasesComeOutAsText) {
   EXPECT_NE(test::ReadFile(model).find("Process Occurrence List"), std::string::npos);
 }
 
+TEST_F(Batch, DrawMakesAPictureOfATextOrOfATranslatedModel) {
+  const std::string svg = folder.Path("model.svg");
+  ASSERT_EQ(Run({"draw", Sample("festival.txt"), "--output", svg}), kDone) << err.str();
+  EXPECT_NE(out.str().find("5 diagrams; written: " + svg), std::string::npos) << out.str();
+  const std::string all = test::ReadFile(svg);
+  EXPECT_EQ(all.find("Not in the plan"), std::string::npos);
+  ASSERT_EQ(ToProject(Sample("festival.txt"), {"--choose", "Sale by mail order"}), kDone);
+  ASSERT_EQ(Run({"draw", "--database", plan, "--project", "1", "--scenario", "Stage building",
+                 "--output", svg, "--force"}),
+            kDone)
+      << err.str();
+  const std::string one = test::ReadFile(svg);
+  EXPECT_LT(one.size(), all.size());
+  EXPECT_NE(one.find("Not in the plan"), std::string::npos);
+}
+
+TEST_F(Batch, DrawRefusesOrFailsWithoutAPicture) {
+  const std::string svg = folder.Write("model.svg", "precious");
+  const std::string wrong = folder.Write("wrong.txt", "Just a letter.\n");
+  const std::pair<std::vector<std::string>, int> rows[] = {
+      {{"draw", Sample("bakery.txt"), "--output", svg}, kRefused},
+      {{"draw", Sample("bakery.txt"), "--output", folder.Path("a.jpg"), "--force"}, kRefused},
+      {{"draw", Sample("bakery.txt"), "--scenario", "x", "--output", svg, "--force"}, kRefused},
+      {{"draw", "--output", svg, "--force"}, kRefused},
+      {{"draw", wrong, "--output", svg, "--force"}, kFailed},
+      {{"draw", folder.Path("none.txt"), "--output", svg, "--force"}, kFailed},
+      {{"draw", "--database", wrong, "--project", "1", "--output", svg, "--force"}, kFailed}};
+  for (const auto& [arguments, status] : rows) {
+    EXPECT_EQ(Run(arguments), status) << err.str();
+    EXPECT_NE(err.str(), "");
+  }
+  EXPECT_EQ(test::ReadFile(svg), "precious");
+}
+
 }  // namespace
 }  // namespace merivane

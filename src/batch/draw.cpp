@@ -1,0 +1,99 @@
+#include <algorithm>
+
+#include "picture_commands.h"
+#include "pictures/diagram.h"
+#include "pictures/picture_file.h"
+#include "pictures/scratch_model.h"
+#include "project_lookup.h"
+#include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
+#include "shell/browse.h"
+
+namespace merivane {
+namespace {
+
+using namespace pictures;
+
+ProcessModel ReadText(Session& session, const std::string& path) {
+  ScratchModel scratch(session.program);
+  scratch.Read(path);
+  return ReadProcessModel(scratch.Database(), ScratchModel::kProject);
+}
+
+ProcessModel ReadDatabase(Session& session, std::int32_t project, const std::string& path) {
+  Connection connection(session.program.workspace);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  return ReadProcessModel(connection, project);
+}
+
+// The scenario that the command line names, or all of them.
+bool Choose(Session& session, const std::string& name, std::vector<Scenario>& scenarios) {
+  if (name.empty()) return true;
+  const std::string wanted = FromUtf8(name);
+  std::string names;
+  for (const Scenario& scenario : scenarios) names += "\n  " + ToUtf8(scenario.name);
+  std::erase_if(scenarios, [&](const Scenario& scenario) { return scenario.name != wanted; });
+  if (!scenarios.empty()) return true;
+  session.Say("no scenario '" + name + "' in the model. Its scenarios:" + names);
+  return false;
+}
+
+void SayHowDrawn(Session& session, const std::vector<Diagram>& diagrams, const std::string& output,
+                 double factor) {
+  std::size_t outlines = 0;
+  for (const Diagram& diagram : diagrams) {
+    if (!diagram.outline) continue;
+    ++outlines;
+    session.Say("the scenario '" + ToUtf8(diagram.picture.title) +
+                "' is too large to be laid out: its units stand in a list.");
+  }
+  if (factor < 0.5) session.Say(output + " is drawn small, for its size has limits: SVG has none.");
+  const std::size_t drawn = diagrams.size() - outlines;
+  session.Report(std::to_string(drawn) + (drawn == 1 ? " diagram" : " diagrams") +
+                 (outlines == 0 ? "" : ", " + std::to_string(outlines) + " as a list") +
+                 "; written: " + output + session.MessageNote());
+}
+
+int Draw(Session& session, const DrawOptions& options, ProcessModel model) {
+  const std::string& source = options.model.empty() ? options.database : options.model;
+  if (model.scenarios.empty()) {
+    session.Say(source + " holds no scenario: there is nothing to draw.");
+    return kFailed;
+  }
+  if (!Choose(session, options.scenario, model.scenarios)) return kRefused;
+  const std::vector<Diagram> diagrams = DrawDiagrams(model.scenarios, {.objects = options.objects});
+  std::vector<Picture> drawings;
+  for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
+  const double factor = WritePictures(drawings, options.output);
+  SayHowDrawn(session, diagrams, options.output, factor);
+  const bool asAsked = std::none_of(diagrams.begin(), diagrams.end(),
+                                    [](const Diagram& diagram) { return diagram.outline; });
+  return asAsked && session.log.MessageCount() == 0 ? kDone : kDoneWithMessages;
+}
+
+int DrawDatabase(Session& session, const DrawOptions& options) {
+  std::string reason;
+  const auto project = FindProject(ListProjects(session.program.workspace, options.database),
+                                   options.project, reason);
+  if (!project) return session.Refuse(reason);
+  return Draw(session, options, ReadDatabase(session, *project, options.database));
+}
+
+}  // namespace
+
+int RunDraw(Session& session, const DrawOptions& options) try {
+  if (!IsPictureName(options.output)) {
+    return session.Refuse(options.output + " is no name of a picture: .svg, .png or .pdf.");
+  }
+  if (FileIsThere(options.output) && !options.force) {
+    return session.Refuse(options.output + " exists: say --force to replace it.");
+  }
+  if (options.model.empty()) return DrawDatabase(session, options);
+  return session.UntilProgramEnd(
+      [&] { return Draw(session, options, ReadText(session, options.model)); });
+} catch (const RunTimeError& error) {
+  session.Say(options.output + ": " + ToUtf8(error.Description()));
+  return kFailed;
+}
+
+}  // namespace merivane

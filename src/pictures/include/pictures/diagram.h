@@ -1,0 +1,32 @@
+// Scenarios as diagrams in IDEF3 notation.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "pictures/picture.h"
+#include "pictures/process_model.h"
+
+namespace merivane::pictures {
+
+struct DiagramOptions {
+  bool objects = false;                     // list the objects of a unit below it
+  std::chrono::milliseconds limit{10'000};  // for the layout of all scenarios together
+};
+
+struct Diagram {
+  Picture picture;
+  bool outline = false;  // the scenario could not be laid out in time: its units stand in a list
+};
+
+// One for each scenario, in the given order. The id of a picture is "scenario-" and the number, of
+// a unit's figure "unit-" and the number, and a decomposed unit leads to the picture of its first
+// decomposition.
+std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
+                                  const DiagramOptions& options);
+
+std::string DiagramId(std::int32_t scenario);
+std::string UnitId(std::int32_t unit);
+
+}  // namespace merivane::pictures

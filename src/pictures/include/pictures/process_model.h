@@ -1,0 +1,88 @@
+// A process model as its interim tables hold it, for drawing.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "store/connection.h"
+
+namespace merivane::pictures {
+
+// Texts are Windows-1252. A list of an element comes as lines, each without the indent of the file.
+struct ModelObject {
+  std::int32_t number = 0;
+  std::string name;
+  std::string kind;      // for the simulation, or as drawn where that is empty
+  std::string quantity;  // empty where the model tells none
+  std::string alias;
+  std::string glossary;
+  std::string constraints;
+};
+
+struct ModelFact {
+  std::int32_t number = 0;
+  std::string name;
+  std::string glossary;
+};
+
+struct Unit {
+  std::int32_t number = 0;
+  std::string name;
+  std::string reference;
+  std::string duration;  // in days, as the model has it
+  std::string laborRule;
+  std::string glossary;  // of its process
+  std::string facts;
+  std::string constraints;
+  std::vector<std::string> objects;          // names
+  std::vector<std::int32_t> decompositions;  // numbers of scenarios
+  bool sent = true;                          // false: it stays out of the plan
+};
+
+enum class JunctionKind { kAnd, kOr, kXor };
+
+struct Junction {
+  std::int32_t number = 0;
+  std::string id;    // "J1"
+  std::string type;  // as the model has it
+  JunctionKind kind = JunctionKind::kAnd;
+  bool synchronous = false;
+  bool fanIn = false;
+  std::string facts;
+};
+
+enum class LinkKind { kPrecedence, kRelation, kObjectFlow };
+
+struct Link {
+  std::int32_t origin = 0;  // number of a unit or a junction
+  std::int32_t destination = 0;
+  LinkKind kind = LinkKind::kPrecedence;
+};
+
+struct Scenario {
+  std::int32_t number = 0;
+  std::string name;
+  std::int32_t parent = 0;  // number of the unit that it decomposes; 0: none
+  std::string parentName;
+  std::string description;
+  std::string constraints;
+  std::vector<Unit> units;
+  std::vector<Junction> junctions;
+  std::vector<Link> links;
+};
+
+struct ProcessModel {
+  std::string name;
+  std::string author;
+  std::string description;
+  std::string constraintPool;
+  std::vector<Scenario> scenarios;  // the top ones first, then what decomposes them
+  std::vector<ModelObject> objects;
+  std::vector<ModelFact> facts;
+};
+
+// Everything of one project. Errors of the database come up as RunTimeErrors.
+ProcessModel ReadProcessModel(Connection& connection, std::int32_t project);
+
+}  // namespace merivane::pictures

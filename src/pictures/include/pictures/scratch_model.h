@@ -1,0 +1,32 @@
+// A model text in a database of its own.
+#pragma once
+
+#include <string>
+
+#include "neutraltext/modGlobal.h"
+
+namespace merivane::pictures {
+
+// Reads and translates as the dialogs do, but into a temporary copy of the template that is gone
+// with the object, so that nothing of the user's is touched. What the dialogs would show, the
+// program's desktop shows; where they would end the program, ProgramEnd comes up. RunTimeErrors
+// come up too. REQUIRES: the program's direction from model to plan is not in use meanwhile.
+class ScratchModel {
+ public:
+  explicit ScratchModel(Program& program);
+  ~ScratchModel();
+  ScratchModel(const ScratchModel&) = delete;
+  ScratchModel& operator=(const ScratchModel&) = delete;
+
+  void Read(const std::string& textFile);
+  void Translate();
+
+  Connection& Database() const { return *state_.gMspConn; }
+  static constexpr std::int16_t kProject = 1;
+
+ private:
+  ModelToProject& state_;
+  std::string path_;
+};
+
+}  // namespace merivane::pictures

@@ -1,0 +1,17 @@
+// A picture as SVG.
+#pragma once
+
+#include <string>
+
+#include "pictures/picture.h"
+
+namespace merivane::pictures {
+
+// A whole SVG document in UTF-8, on white. Every text comes out as text, whatever it holds.
+std::string ToSvgFile(const Picture& picture);
+
+// The same as an element for an HTML page, with a class for each kind of shape, so that the page
+// can colour it. Ids of figures carry the picture's id in front ("scenario-3-unit-5").
+std::string ToSvgElement(const Picture& picture);
+
+}  // namespace merivane::pictures

@@ -1,0 +1,52 @@
+// Places for the nodes of a graph, from left to right, and the ways of its edges.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "pictures/picture.h"
+
+namespace merivane::pictures {
+
+struct GraphNode {
+  double width = 0;
+  double height = 0;
+};
+
+struct GraphEdge {
+  std::size_t from = 0;  // indices of nodes
+  std::size_t to = 0;
+};
+
+struct Graph {
+  std::vector<GraphNode> nodes;
+  std::vector<GraphEdge> edges;
+};
+
+struct Route {
+  std::vector<Point> curve;  // Bezier pieces: 1 + 3n points
+  Point tip;                 // of the arrow head, which begins where the curve ends
+};
+
+struct Layout {
+  double width = 0;
+  double height = 0;
+  std::vector<Point> centres;  // of each node
+  std::vector<Route> routes;   // of each edge
+};
+
+// None where the library refuses the graph. Time grows with the square of the nodes.
+std::optional<Layout> LayOut(const Graph& graph);
+
+// The same for several graphs, the small ones first, where a graph that is too large or breaks the
+// library does no harm: in a process of its own, which ends after `limit`. None for each graph that
+// was not ready by then.
+std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
+                                               std::chrono::milliseconds limit);
+
+// The order in which they are laid out.
+std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
+
+}  // namespace merivane::pictures

@@ -1,0 +1,107 @@
+#include "pictures/svg.h"
+
+#include "markup.h"
+#include "pictures/style.h"
+
+namespace merivane::pictures {
+namespace {
+
+std::string Attribute(const char* name, const std::string& value) {
+  return std::string(" ") + name + "=\"" + value + '"';
+}
+
+class SvgWriter {
+ public:
+  SvgWriter(const Picture& picture, bool inPage) : picture_(picture), inPage_(inPage) {}
+
+  std::string Write() {
+    const std::string width = Number(picture_.width);
+    const std::string height = Number(picture_.height);
+    out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"" + Attribute("width", width) +
+            Attribute("height", height) + Attribute("viewBox", "0 0 " + width + ' ' + height) +
+            Attribute("role", "img") + Attribute("font-family", kFonts) + ">\n<title>" +
+            Escaped(picture_.title) + "</title>\n<desc>" + Escaped(picture_.description) +
+            "</desc>\n";
+    if (!inPage_) out_ += "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
+    for (const Figure& figure : picture_.figures) Add(figure);
+    out_ += "</svg>\n";
+    return std::move(out_);
+  }
+
+ private:
+  void Add(const Figure& figure) {
+    faint_ = figure.faint;
+    if (!figure.target.empty()) out_ += "<a href=\"#" + figure.target + "\">";
+    out_ += "<g";
+    if (!figure.id.empty()) {
+      out_ += Attribute("id", inPage_ ? picture_.id + '-' + figure.id : figure.id);
+    }
+    if (faint_ && inPage_) out_ += " class=\"faint\"";
+    out_ += '>';
+    if (!figure.title.empty()) out_ += "<title>" + Escaped(figure.title) + "</title>";
+    for (const Shape& shape : figure.shapes) {
+      std::visit([this](const auto& part) { Add(part); }, shape);
+    }
+    out_ += figure.target.empty() ? "</g>\n" : "</g></a>\n";
+  }
+
+  void Add(const Box& box) {
+    out_ += "<rect" + Attribute("x", Number(box.area.left)) + Attribute("y", Number(box.area.top)) +
+            Attribute("width", Number(box.area.width)) +
+            Attribute("height", Number(box.area.height));
+    if (box.radius > 0) out_ += Attribute("rx", Number(box.radius));
+    out_ += Paint(box.ink) + "/>";
+  }
+
+  void Add(const Path& path) {
+    std::string steps;
+    for (std::size_t at = 0; at < path.points.size(); ++at) {
+      if (at == 0) {
+        steps += 'M';
+      } else if (!path.curved) {
+        steps += 'L';
+      } else {
+        steps += at % 3 == 1 ? 'C' : ' ';
+      }
+      steps += Number(path.points[at].x) + ' ' + Number(path.points[at].y);
+    }
+    if (path.closed) steps += 'Z';
+    out_ += "<path" + Attribute("d", steps) + Paint(path.ink) + "/>";
+  }
+
+  void Add(const Text& text) {
+    out_ += "<text" + Attribute("x", Number(text.at.x)) + Attribute("y", Number(text.at.y));
+    if (text.anchor == Anchor::kMiddle) out_ += Attribute("text-anchor", "middle");
+    if (text.anchor == Anchor::kEnd) out_ += Attribute("text-anchor", "end");
+    const Style& style = StyleOf(text.ink);
+    out_ += Attribute("font-size", Number(style.size));
+    if (style.bold) out_ += Attribute("font-weight", "bold");
+    out_ += Paint(text.ink) + '>' + Escaped(text.text) + "</text>";
+  }
+
+  // Presentation attributes, which a page's classes overrule.
+  std::string Paint(Ink ink) const {
+    const Style style = faint_ ? FaintStyleOf(ink) : StyleOf(ink);
+    std::string paint = Attribute("fill", style.fill);
+    if (style.width > 0) {
+      paint += Attribute("stroke", style.stroke) + Attribute("stroke-width", Number(style.width));
+      if (*style.dash != '\0') paint += Attribute("stroke-dasharray", style.dash);
+    }
+    return inPage_ ? Attribute("class", style.name) + paint : paint;
+  }
+
+  const Picture& picture_;
+  bool inPage_;
+  bool faint_ = false;
+  std::string out_;
+};
+
+}  // namespace
+
+std::string ToSvgFile(const Picture& picture) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + SvgWriter(picture, false).Write();
+}
+
+std::string ToSvgElement(const Picture& picture) { return SvgWriter(picture, true).Write(); }
+
+}  // namespace merivane::pictures

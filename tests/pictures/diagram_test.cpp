@@ -1,0 +1,162 @@
+#include "pictures/diagram.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "model_fixture.h"
+#include "pictures/svg.h"
+#include "text_lines.h"
+
+namespace merivane::pictures {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class DiagramTest : public test::ModelFixture {
+ protected:
+  DiagramTest() { Scenario(1, "Yard"); }
+
+  Diagram Draw(const DiagramOptions& options = {}) {
+    model = ReadProcessModel(Model(), 1);
+    return DrawDiagrams(model.scenarios, options).front();
+  }
+  static const Figure& Find(const Picture& picture, const std::string& id) {
+    const auto found = std::find_if(picture.figures.begin(), picture.figures.end(),
+                                    [&](const Figure& figure) { return figure.id == id; });
+    if (found == picture.figures.end()) throw std::runtime_error(id + " is missing");
+    return *found;
+  }
+  static std::vector<Text> TextsOf(const Figure& figure, Ink ink) {
+    std::vector<Text> texts;
+    for (const Shape& shape : figure.shapes) {
+      const auto* text = std::get_if<Text>(&shape);
+      if (text != nullptr && text->ink == ink) texts.push_back(*text);
+    }
+    return texts;
+  }
+  static long PathsOf(const Figure& figure, Ink ink) {
+    return std::count_if(figure.shapes.begin(), figure.shapes.end(), [&](const Shape& shape) {
+      const auto* path = std::get_if<Path>(&shape);
+      return path != nullptr && path->ink == ink;
+    });
+  }
+
+  ProcessModel model;
+};
+
+TEST_F(DiagramTest, JunctionsShowTheirKindAndBars) {
+  struct Row {
+    const char* type;
+    const char* sign;
+    long bars;
+  };
+  const std::vector<Row> rows = {{"Async. AND", "&", 1},
+                                 {"Sync. AND", "&", 2},
+                                 {"Async. OR", "O", 1},
+                                 {"Sync. OR", "O", 2},
+                                 {"XOR", "X", 1}};
+  int number = 100;
+  for (const Row& row : rows) Junction(number++, "Fan In", row.type);
+  const Diagram diagram = Draw();
+  number = 100;
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.type);
+    const Figure& junction = Find(diagram.picture, "junction-" + std::to_string(number++));
+    EXPECT_EQ(TextsOf(junction, Ink::kJunctionSign).at(0).text, row.sign);
+    EXPECT_EQ(PathsOf(junction, Ink::kJunctionBar), row.bars);
+    EXPECT_THAT(junction.title, HasSubstr("fan-in"));
+  }
+}
+
+TEST_F(DiagramTest, LinksRunFromLeftToRightAndOnlyBetweenElementsOfTheScenario) {
+  Uobs({1, 2, 3});
+  Links({{1, 2}, {2, 3}, {3, 1}, {3, 3}, {3, 9}});
+  const Picture picture = Draw().picture;
+  const double first = Find(picture, "unit-1").area.left;
+  EXPECT_LT(first, Find(picture, "unit-2").area.left);
+  EXPECT_LT(Find(picture, "unit-2").area.left, Find(picture, "unit-3").area.left);
+  long links = 0;
+  for (const Figure& figure : picture.figures) {
+    links += PathsOf(figure, Ink::kLink);
+    EXPECT_LE(figure.area.Right(), picture.width);
+    EXPECT_LE(figure.area.Bottom(), picture.height);
+  }
+  EXPECT_EQ(links, 4);
+}
+
+TEST_F(DiagramTest, WhatStaysOutOfThePlanIsGrey) {
+  Uob(1);
+  Uob(2, 1, {{"Send_to_Project", 0}});
+  Uob(3);
+  Junction(100, "Fan Out", "XOR");
+  Junction(101, "Fan Out", "Async. AND");
+  Links({{1, 100}, {100, 101}, {100, 3}, {101, 2}});
+  const Picture picture = Draw().picture;
+  std::vector<std::string> grey;
+  long greyLinks = 0;
+  for (const Figure& figure : picture.figures) {
+    if (figure.faint && !figure.id.empty()) grey.push_back(figure.id);
+    if (figure.faint) greyLinks += PathsOf(figure, Ink::kLink);
+  }
+  EXPECT_EQ(grey, (std::vector<std::string>{"unit-2", "junction-101"}));
+  EXPECT_EQ(greyLinks, 2);
+}
+
+TEST_F(DiagramTest, NamesComeOutAsTextWhateverTheyHold) {
+  Uob(1, 1, {{"Name", "<b>&\"'\x80\x81\x01</b>"}, {"Fact_List", "  ]]><!--\r\n"}});
+  Scenario(2, "<script>", 1);
+  const std::string svg =
+      ToSvgFile(Stacked({Draw().picture, DrawDiagrams(model.scenarios, {}).back().picture}));
+  EXPECT_THAT(svg,
+              HasSubstr("&lt;b&gt;&amp;&quot;'\xe2\x82\xac\xef\xbf\xbd\xef\xbf\xbd&lt;/b&gt;"));
+  EXPECT_THAT(svg, HasSubstr("Facts: ]]&gt;&lt;!--"));
+  EXPECT_THAT(svg, HasSubstr("<a href=\"#scenario-2\">"));
+  EXPECT_THAT(svg, Not(HasSubstr("<script>")));
+}
+
+TEST_F(DiagramTest, TextsStayWithinTheirBoxes) {
+  const std::string names[] = {std::string(250, 'W'), "a b", ""};
+  int number = 12345;
+  for (const std::string& name : names) {
+    Uob(number++, 1, {{"Name", name}, {"Ref", std::string(60, 'M')}});
+  }
+  const Diagram diagram = Draw();
+  while (--number >= 12345) {
+    const Figure& unit = Find(diagram.picture, "unit-" + std::to_string(number));
+    EXPECT_LE(TextsOf(unit, Ink::kUnitName).size(), 3U);
+    for (const Ink ink : {Ink::kUnitName, Ink::kUnitNumber}) {
+      for (const Text& text : TextsOf(unit, ink)) {
+        const double half = WidthOf(text.text, ink) / 2;
+        EXPECT_GE(text.at.x - half, unit.area.left) << text.text;
+        EXPECT_LE(text.at.x + half, unit.area.Right()) << text.text;
+      }
+    }
+  }
+}
+
+TEST_F(DiagramTest, AScenarioThatIsNotLaidOutInTimeIsListed) {
+  Uobs({1, 2});
+  Links({{1, 2}});
+  const Diagram diagram = Draw({.limit = std::chrono::milliseconds(0)});
+  EXPECT_TRUE(diagram.outline);
+  EXPECT_EQ(TextsOf(Find(diagram.picture, "unit-2"), Ink::kListed).at(0).text, "U2");
+}
+
+TEST_F(DiagramTest, ScenariosStandBehindWhatTheyDecomposeAndCirclesEnd) {
+  Uobs({1, 2});
+  Uob(3, 3);
+  Uob(4, 4);
+  Scenario(3, "Of 2", 2);
+  Scenario(2, "Of 1", 1);
+  Scenario(4, "Of 4", 4);
+  std::string order;
+  for (const auto& scenario : ReadProcessModel(Model(), 1).scenarios) {
+    order += std::to_string(scenario.number);
+  }
+  EXPECT_EQ(order, "1234");
+}
+
+}  // namespace
+}  // namespace merivane::pictures

@@ -1,0 +1,48 @@
+#include "pictures/picture_file.h"
+
+#include "runtime/run_time_error.h"
+#include "temporary_folder.h"
+
+namespace merivane::pictures {
+namespace {
+
+namespace fs = std::filesystem;
+
+Picture Drawing(double width) {
+  Picture picture;
+  picture.width = width;
+  picture.height = 40;
+  Figure figure;
+  figure.shapes.push_back(Text{Ink::kTitle, {4, 30}, "\xc4gypten"});
+  picture.figures.push_back(std::move(figure));
+  return picture;
+}
+
+TEST(PictureFileTest, TheEndingTellsTheKind) {
+  const test::TemporaryFolder folder;
+  struct Row {
+    const char* name;
+    std::string begin;
+  };
+  for (const Row& row :
+       {Row{"a.SVG", "<?xml"}, Row{"\xc3\xa4.png", "\x89PNG"}, Row{"a.pdf", "%PDF"}}) {
+    ASSERT_TRUE(IsPictureName(row.name)) << row.name;
+    const std::string path = folder.Write(row.name, "old");
+    EXPECT_EQ(WritePictures({Drawing(100), Drawing(50)}, path), 1) << row.name;
+    EXPECT_TRUE(test::ReadFile(path).starts_with(row.begin)) << row.name;
+  }
+  EXPECT_FALSE(IsPictureName("svg"));
+  EXPECT_LT(WritePictures({Drawing(400'000)}, folder.Path("wide.png")), 0.1);
+}
+
+TEST(PictureFileTest, AFileThatFailsLeavesNothingBehind) {
+  const test::TemporaryFolder folder;
+  fs::create_directories(folder.Path("a.svg/full"));
+  EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path("a.svg")), RunTimeError);
+  EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path("none/a.svg")), RunTimeError);
+  const fs::directory_iterator left(folder.Path(""));
+  EXPECT_EQ(std::distance(begin(left), end(left)), 1);
+}
+
+}  // namespace
+}  // namespace merivane::pictures
