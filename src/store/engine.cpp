@@ -77,8 +77,8 @@ SelectShape& Engine::FindSelect(std::string_view sql, std::vector<Literal>& lite
   auto found = selects_.find(split_.shape);
   if (found == selects_.end()) {
     TableData* table = nullptr;
-    auto statement = ParseSelect(
-        split_.shape, sql, [&](std::string_view name) -> const auto& {
+    auto statement = ReadSelect(
+        Database(), split_.shape, sql, [&](std::string_view name) -> const auto& {
           table = &FindTable(name);
           return table->Schema();
         });
@@ -94,19 +94,18 @@ UpdateShape& Engine::FindUpdate(std::string_view sql, std::vector<Literal>& lite
   auto found = updates_.find(split_.shape);
   if (found == updates_.end()) {
     TableData* table = nullptr;
-    auto statement = ParseUpdate(
-        split_.shape, sql, [&](std::string_view name) -> const auto& {
+    auto statement = ReadUpdate(
+        Database(), split_.shape, sql, [&](std::string_view name) -> const auto& {
           table = &FindTable(name);
           return table->Schema();
         });
     const std::string where = statement.condition.empty() ? "" : " where " + statement.condition;
-    auto prepared =
-        PrepareStatement(Database(),
-                         "update " + statement.table->QuotedName() + IndexHint(statement) +
-                             " set " + statement.assignments + where,
-                         path_);
+    auto prepared = PrepareStatement(Database(),
+                                     "update " + statement.table->QuotedName() +
+                                         IndexHint(statement) + " set " + statement.list + where,
+                                     path_);
     UpdateShape shape{std::move(statement), {}, table, std::move(prepared)};
-    for (const int column : shape.statement.assigned) shape.assigned.push_back({column, {}});
+    for (const int column : shape.statement.columns) shape.assigned.push_back({column, {}});
     found = updates_.emplace(split_.shape, std::move(shape)).first;
   }
   literals.swap(split_.literals);

@@ -11,8 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "dialect.h"
 #include "select_shape.h"
+#include "statement.h"
 #include "table_data.h"
 
 namespace merivane {
@@ -43,7 +43,7 @@ class OpenSet {
 
 // One shape of UPDATE.
 struct UpdateShape {
-  ParsedStatement statement;
+  StatementParts statement;
   std::vector<FieldChange> assigned;  // by column only
   TableData* table;
   StatementHandle prepared;
@@ -70,7 +70,7 @@ class Engine {
   }
   bool HoldsFile() const { return holdsFile_; }
 
-  // The shape of the statement, with its literals; see statement_parser.h for the failures, and
+  // The shape of the statement, with its literals; see statement.h for the failures, and
   // kUnknownTable.
   SelectShape& FindSelect(std::string_view sql, std::vector<Literal>& literals);
   UpdateShape& FindUpdate(std::string_view sql, std::vector<Literal>& literals);

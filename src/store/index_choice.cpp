@@ -4,7 +4,6 @@
 #include <optional>
 #include <tuple>
 
-#include "dialect.h"
 #include "key_columns.h"
 
 namespace merivane {
@@ -45,7 +44,7 @@ struct Service {
   }
 };
 
-Service ServiceOf(const TableIndex& index, const ParsedStatement& statement) {
+Service ServiceOf(const TableIndex& index, const StatementParts& statement) {
   Service service;
   std::size_t matched = 0;
   bool range = false;
@@ -123,8 +122,8 @@ std::vector<std::string> MissingIndexes(sqlite3* database, const std::string& pa
 
 }  // namespace
 
-std::string IndexHint(const ParsedStatement& statement) {
-  if (statement.aggregate || statement.table->RowId().empty()) return "";
+std::string IndexHint(const StatementParts& statement) {
+  if (!statement.list.empty() || statement.table->RowId().empty()) return "";
   const TableIndex* best = nullptr;
   Service service;
   for (const TableIndex& index : statement.table->Indexes()) {

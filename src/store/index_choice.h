@@ -4,13 +4,13 @@
 
 #include <string>
 
-#include "statement_parser.h"
+#include "statement.h"
 
 namespace merivane {
 
 // What stands behind the table's name: " indexed by ...", " not indexed", or nothing where SQLite
 // may choose.
-std::string IndexHint(const ParsedStatement& statement);
+std::string IndexHint(const StatementParts& statement);
 
 // Adds an index for each key that the tables in the database have and no index leads to.
 void AddMissingKeyIndexes(sqlite3* database, const std::string& path);

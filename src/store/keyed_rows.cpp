@@ -175,9 +175,7 @@ bool KeyedRows::IsThere(Place place) {
 
 // ---------------------------------------------------------------- values
 
-std::string KeyedRows::FieldName(int field) const {
-  return shape_.Statement().fields[static_cast<std::size_t>(field)].name;
-}
+std::string KeyedRows::FieldName(int field) const { return shape_.FieldName(field); }
 
 Value KeyedRows::Read(Place place, int field) {
   const auto index = static_cast<std::size_t>(field);
@@ -185,7 +183,7 @@ Value KeyedRows::Read(Place place, int field) {
     if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
     return values_[place == kTail ? tailPlace_ : place][index];
   }
-  const int column = shape_.Statement().fields[index].column;
+  const int column = ColumnOf(field);
   const int slot = shape_.SlotOf(column);
   return ColumnValue(StatementWith(place, slot), slot + 1, KindOf(column) == ColumnKind::kText);
 }
@@ -223,8 +221,7 @@ bool KeyedRows::StandOn(std::int64_t key, int width) {
 
 void KeyedRows::KeepValues() {
   ReadRest();
-  const auto& fields = shape_.Statement().fields;
-  for (const OutputField& field : fields) shape_.SlotOf(field.column);
+  for (const int column : shape_.Statement().columns) shape_.SlotOf(column);
   values_.resize(keys_.size());
   for (Place place = 0; place < keys_.size(); ++place) {
     if (!IsThere(place)) continue;
@@ -244,7 +241,7 @@ void KeyedRows::CheckWritable() const {
 }
 
 int KeyedRows::ColumnOf(int field) const {
-  return shape_.Statement().fields[static_cast<std::size_t>(field)].column;
+  return shape_.Statement().columns[static_cast<std::size_t>(field)];
 }
 
 ColumnKind KeyedRows::KindOf(int column) const {

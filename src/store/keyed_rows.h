@@ -33,7 +33,7 @@ class KeyedRows : public Rows, private RowWatcher {
   std::size_t Count() override;
   bool IsThere(Place place) override;
 
-  int FieldCount() const override { return static_cast<int>(shape_.Statement().fields.size()); }
+  int FieldCount() const override { return shape_.FieldCount(); }
   std::string FieldName(int field) const override;
   int FindField(std::string_view name) const override { return shape_.FindField(name); }
   Value Read(Place place, int field) override;

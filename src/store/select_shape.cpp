@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "dialect.h"
 #include "index_choice.h"
+#include "runtime/code_page.h"
 
 namespace merivane {
 namespace {
@@ -30,7 +30,7 @@ void LentStatement::GiveBack() noexcept {
   if (statement_) owner_->TakeBack(kind_, width_, std::move(statement_));
 }
 
-SelectShape::SelectShape(sqlite3* database, const std::string& path, ParsedStatement statement,
+SelectShape::SelectShape(sqlite3* database, const std::string& path, StatementParts statement,
                          TableData& table)
     : database_(database),
       path_(path),
@@ -38,36 +38,37 @@ SelectShape::SelectShape(sqlite3* database, const std::string& path, ParsedState
       table_(table),
       hint_(IndexHint(statement_)),
       slots_(table.Schema().Columns().size(), -1) {
-  const auto& fields = statement_.fields;
-  bool all = fields.size() == slots_.size();
-  for (std::size_t i = 0; all && i < fields.size(); ++i)
-    all = fields[i].column == static_cast<int>(i);
-  if (!all && !statement_.aggregate) {
-    fields_.assign(slots_.size(), -1);
-    for (std::size_t i = fields.size(); i-- > 0;) {
-      fields_[static_cast<std::size_t>(fields[i].column)] = static_cast<std::int16_t>(i);
-    }
+  if (HasKeys()) return;
+  // Proves that SQLite can run what it could read.
+  const StatementHandle proof = Prepare(ReadKind::kSnapshot);
+  if (statement_.list.empty()) return;
+  for (int field = 0; field < sqlite3_column_count(proof.get()); ++field) {
+    computed_.push_back(FromUtf8(sqlite3_column_name(proof.get(), field)));
   }
-  // Proves the statement, so that a record set fails when it is opened.
-  const ReadKind first = HasKeys() ? ReadKind::kWalk : ReadKind::kSnapshot;
-  TakeBack(first, 0, Prepare(first));
+}
+
+int SelectShape::FieldCount() const {
+  return static_cast<int>(computed_.empty() ? statement_.columns.size() : computed_.size());
+}
+
+std::string SelectShape::FieldName(int field) const {
+  const auto index = static_cast<std::size_t>(field);
+  if (!computed_.empty()) return computed_[index];
+  return table_.Schema().Columns()[static_cast<std::size_t>(statement_.columns[index])].name;
 }
 
 int SelectShape::FindField(std::string_view name) const {
-  if (!statement_.aggregate) {
-    const int column = table_.Schema().Find(name);
-    if (column >= 0 && fields_.empty()) return column;
-    if (column >= 0 && fields_[static_cast<std::size_t>(column)] >= 0) {
-      const int field = fields_[static_cast<std::size_t>(column)];
-      if (SameName(statement_.fields[static_cast<std::size_t>(field)].name, name)) return field;
-    }
-    if (fields_.empty()) return -1;
+  if (!computed_.empty()) {
+    const auto found = std::find_if(computed_.begin(), computed_.end(),
+                                    [&](const auto& field) { return SameName(field, name); });
+    return found == computed_.end() ? -1 : static_cast<int>(found - computed_.begin());
   }
-  const auto& fields = statement_.fields;
-  const auto found = std::find_if(fields.begin(), fields.end(), [&](const OutputField& field) {
-    return SameName(field.name, name);
-  });
-  return found == fields.end() ? -1 : static_cast<int>(found - fields.begin());
+  const int column = table_.Schema().Find(name);
+  const auto& columns = statement_.columns;
+  const auto index = static_cast<std::size_t>(column);
+  if (column < 0 || (index < columns.size() && columns[index] == column)) return column;
+  const auto found = std::find(columns.begin(), columns.end(), column);
+  return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
 int SelectShape::SlotOf(int column) {
@@ -126,9 +127,10 @@ std::string SelectShape::Sql(ReadKind kind) const {
     case ReadKind::kSnapshot:
       break;
   }
-  std::string fields;
-  for (const OutputField& field : statement_.fields) {
-    fields += (fields.empty() ? "" : ", ") + field.sql;
+  std::string fields = statement_.list;
+  for (const int column : statement_.columns) {
+    fields += fields.empty() ? "" : ", ";
+    fields += table_.Schema().Columns()[static_cast<std::size_t>(column)].quotedName;
   }
   return "select " + fields + source + Where("") +
          (statement_.order.empty() ? "" : " order by " + statement_.order);

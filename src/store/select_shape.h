@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "statement_parser.h"
+#include "statement.h"
 #include "table_data.h"
 
 namespace merivane {
@@ -47,15 +47,17 @@ class LentStatement {
 
 class SelectShape {
  public:
-  SelectShape(sqlite3* database, const std::string& path, ParsedStatement statement,
+  SelectShape(sqlite3* database, const std::string& path, StatementParts statement,
               TableData& table);
   SelectShape(const SelectShape&) = delete;
   SelectShape& operator=(const SelectShape&) = delete;
 
-  const ParsedStatement& Statement() const { return statement_; }
+  const StatementParts& Statement() const { return statement_; }
   TableData& Table() const { return table_; }
-  bool HasKeys() const { return !statement_.aggregate && !table_.Schema().RowId().empty(); }
+  bool HasKeys() const { return statement_.list.empty() && !table_.Schema().RowId().empty(); }
 
+  int FieldCount() const;
+  std::string FieldName(int field) const;
   // The field of that name, ignoring case; -1 where there is none.
   int FindField(std::string_view name) const;
 
@@ -77,12 +79,12 @@ class SelectShape {
 
   sqlite3* database_;
   const std::string& path_;
-  ParsedStatement statement_;
+  StatementParts statement_;
   TableData& table_;
   std::string hint_;
   std::vector<std::int16_t> slots_;  // by column; -1 for one that nobody asked for
   std::vector<int> slotColumns_;
-  std::vector<std::int16_t> fields_;  // by column; empty where the fields are the table's columns
+  std::vector<std::string> computed_;  // the fields' names where they are no columns
   std::array<std::vector<StatementHandle>, 5> free_;
 };
 

@@ -1,7 +1,5 @@
 #include "snapshot_rows.h"
 
-#include "dialect.h"
-
 namespace merivane {
 
 SnapshotRows::SnapshotRows(std::string fieldName, std::vector<std::string> texts)
@@ -30,13 +28,10 @@ std::size_t SnapshotRows::Count() {
   return rows_.size();
 }
 
-int SnapshotRows::FieldCount() const {
-  return shape_ == nullptr ? 1 : static_cast<int>(shape_->Statement().fields.size());
-}
+int SnapshotRows::FieldCount() const { return shape_ == nullptr ? 1 : shape_->FieldCount(); }
 
 std::string SnapshotRows::FieldName(int field) const {
-  return shape_ == nullptr ? fieldName_
-                           : shape_->Statement().fields[static_cast<std::size_t>(field)].name;
+  return shape_ == nullptr ? fieldName_ : shape_->FieldName(field);
 }
 
 int SnapshotRows::FindField(std::string_view name) const {

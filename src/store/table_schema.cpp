@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 
-#include "dialect.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 
@@ -51,6 +50,10 @@ std::size_t Hash(std::string_view name) {
     hash = (hash ^ (static_cast<unsigned char>(character) | 0x20U)) * 16777619U;
   }
   return hash ^ (hash >> 15U);
+}
+
+char Lower(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
 }
 
 const char* RawText(sqlite3_stmt* statement, int column) {
@@ -169,6 +172,11 @@ int TableSchema::Find(std::string_view name) const {
     if (SameName(columns_[static_cast<std::size_t>(slots_[slot])].name, name)) return slots_[slot];
   }
   return -1;
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char left, char right) { return Lower(left) == Lower(right); });
 }
 
 void ConvertTo(ColumnKind kind, Value& value) {

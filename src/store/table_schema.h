@@ -58,6 +58,9 @@ class TableSchema {
   std::vector<std::int16_t> slots_;  // open addressing; its size is a power of two
 };
 
+// Letters of ASCII without case, as names of tables and columns compare.
+bool SameName(std::string_view a, std::string_view b);
+
 // Converts to the column's kind; see Recordset::SetField for the failures. Null stays Null.
 void ConvertTo(ColumnKind kind, Value& value);
 

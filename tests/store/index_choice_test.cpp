@@ -1,7 +1,7 @@
 // Statements find their rows by the keys' indexes, in the template and in files that lack them.
 #include "index_choice.h"
 
-#include "dialect.h"
+#include "statement.h"
 #include "store_fixture.h"
 
 namespace merivane::test {
@@ -11,8 +11,8 @@ std::string HintIn(sqlite3* database, const std::string& sql) {
   SplitStatement split;
   SplitLiterals(sql, split);
   std::optional<TableSchema> schema;
-  const ParsedStatement statement =
-      ParseSelect(split.shape, sql, [&](std::string_view table) -> const TableSchema& {
+  const StatementParts statement =
+      ReadSelect(database, split.shape, sql, [&](std::string_view table) -> const TableSchema& {
         schema = TableSchema::Read(database, "test", table);
         return *schema;
       });
