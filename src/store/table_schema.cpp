@@ -44,6 +44,12 @@ ColumnKind KindOf(std::string_view declared) {
   return type == kTypes.end() ? ColumnKind::kAny : type->kind;
 }
 
+// Templates of earlier versions declare this column of quantities as whole numbers; a column of
+// that type keeps a real all the same.
+bool IsEarlierQuantity(std::string_view table, std::string_view column) {
+  return SameName(table, "Object_in_Activity_in_Scenario") && SameName(column, "Qty");
+}
+
 std::size_t Hash(std::string_view name) {
   std::uint32_t hash = 2166136261U;
   for (const char character : name) {
@@ -103,7 +109,8 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
     const char* collation = nullptr;
     sqlite3_table_column_metadata(database, nullptr, table.c_str(), utf8.c_str(), nullptr,
                                   &collation, nullptr, nullptr, nullptr);
-    columns_.push_back({FromUtf8(utf8), Quoted(utf8), KindOf(type),
+    const ColumnKind kind = IsEarlierQuantity(table, utf8) ? ColumnKind::kReal : KindOf(type);
+    columns_.push_back({FromUtf8(utf8), Quoted(utf8), kind,
                         collation != nullptr && SameName(collation, "NOCASE")});
   }
   if (step != SQLITE_DONE) throw DatabaseError(database, path);

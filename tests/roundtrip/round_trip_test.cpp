@@ -108,7 +108,7 @@ TEST_F(RoundTrip, NamesDurationsNotesAndResourcesComeBack) {
   SendOut("onboarding");
   Replace("Set up the desk,1.50d", "Set up the room,20h");
   Replace("Chair, screen and telephone", "A desk,\x7F\x61 chair, a screen and a telephone");
-  Replace("75,2,1,4.00h\r\n", "75,4,2,4.00h\r\n");
+  Replace("75,2,1,4.00h\r\n", "75,4,0.5,4.00h\r\n");
   Replace("50,3,3,Mentor,Mentor,1,", "50,4,4,Locksmith,Locksmith,1,");
   EXPECT_TRUE(BringBack());
   EXPECT_EQ(Changes(kNames), "-2|1|Set up the desk; +2|1|Set up the room; ");
@@ -119,7 +119,7 @@ TEST_F(RoundTrip, NamesDurationsNotesAndResourcesComeBack) {
   EXPECT_EQ(Table("Activity_Num, Object_Name, Qty from Object_in_Activity_in_Scenario where "
                   "Brought_from_Project = 1"),
             "1|Personnel officer|1\n2|System administrator|1\n4|Personnel officer|1\n"
-            "3|Locksmith|2\n");
+            "3|Locksmith|0.5\n");
   const std::string text = Model();
   for (const char* line : {"\r\n  Name:  Set up the room\r\n", "\r\n    Name:  Set up the room\r\n",
                            "\r\n\"A desk,\r\na chair, a screen and a telephone are brought",

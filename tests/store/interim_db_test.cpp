@@ -57,6 +57,18 @@ TEST_F(InterimDb, OverwritingEmptiesTheTablesOfTheModelButItsOccurrences) {
   EXPECT_FALSE(gMspConn->IsOpen());
 }
 
+TEST_F(InterimDb, HalvesAreKeptWhereAnEarlierVersionMadeTheColumnOfWholeNumbers) {
+  RawDatabase(plan).Run(
+      "drop table Object_in_Activity_in_Scenario;"
+      "create table Object_in_Activity_in_Scenario (Scenario_Num INTEGER, Qty INTEGER)");
+  OpenInterimDb(workspace, gMspConn, false, plan);
+  Recordset set;
+  set.OpenDynamic("select * from Object_in_Activity_in_Scenario", gMspConn.get());
+  for (const double quantity : {0.5, 2.0}) set.AddNew({"Qty"}, {quantity});
+  set.MoveFirst();
+  EXPECT_EQ(Rest(set, "Qty"), "0.5 2 ");
+}
+
 TEST_F(InterimDb, OnlyADatabaseWithThePlansTablesIsATemplate) {
   EXPECT_TRUE(CheckTemplateDb(workspace, plan));
   EXPECT_FALSE(CheckTemplateDb(workspace, path));

@@ -46,7 +46,7 @@ TEST_F(Template, ColumnsHaveTheirTypesAndDefaults) {
       {"Scenario", "Num", 7, "Project_Order", 9999},
       {"Activity_in_Scenario", "Use_Num", 7, "Send_to_Project", 1},
       {"Activity_in_Scenario", "p_order", 99999, "p_order", "99999"},
-      {"Object_in_Activity_in_Scenario", "Qty", 2.5, "Qty", 2},
+      {"Object_in_Activity_in_Scenario", "Qty", 0.5, "Qty", 0.5},
       {"Object_in_Activity_in_Scenario", "Qty", 2, "Send_to_Project", 1},
       {"Junctions_in_Scenario", "Num", 7, "Processed", 0},
       {"Links_in_Scenario", "Orgin_Num", 7, "Orgin_Type", {}},

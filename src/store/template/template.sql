@@ -70,7 +70,7 @@ CREATE TABLE Activity_in_Scenario (
 CREATE TABLE Object_in_Activity_in_Scenario (
   Scenario_Num INTEGER, Activity_Num INTEGER, Object_Occ_Num INTEGER, Msp_ProjID INTEGER,
   Object_Name TEXT COLLATE NOCASE, Labor_Rule TEXT COLLATE NOCASE,
-  Property_List LONGTEXT COLLATE NOCASE, Qty INTEGER, Send_to_Project INTEGER DEFAULT 1,
+  Property_List LONGTEXT COLLATE NOCASE, Qty DOUBLE, Send_to_Project INTEGER DEFAULT 1,
   PID INTEGER, Brought_from_Project INTEGER DEFAULT 0
 );
 
