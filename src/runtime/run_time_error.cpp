@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "runtime/code_page.h"
+
 namespace merivane {
 namespace {
 
@@ -57,6 +59,10 @@ std::string ErrorText(int number) {
                    [number](const Description& entry) { return entry.number == number; });
   return found == std::end(kDescriptions) ? "Application-defined or object-defined error"
                                           : found->text;
+}
+
+RunTimeError FileError(int number, const std::string& path) {
+  return {number, ErrorText(number) + ": '" + FromUtf8(path) + "'"};
 }
 
 RunTimeError::RunTimeError(int number) : RunTimeError(number, ErrorText(number)) {}

@@ -1,8 +1,10 @@
 #include "runtime/text_files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <utility>
 #include <vector>
 
 #include "file_open.h"
@@ -36,10 +38,6 @@ constexpr std::size_t kChunk = 262144;
   }
 }
 
-[[noreturn]] void ThrowWriteFailure() {
-  throw RunTimeError(errno == ENOSPC ? kDiskFull : kDeviceIoError);
-}
-
 }  // namespace
 
 struct TextFiles::File {
@@ -48,15 +46,13 @@ struct TextFiles::File {
     if (path.find('\0') != std::string::npos) throw RunTimeError(kBadFileNumber);
     stream = OpenStream(path, mode);
     if (stream == nullptr) ThrowOpenFailure(errno, path, mode);
-    if (mode == OpenMode::kRead) {
-      chunk.resize(kChunk);
-      std::setvbuf(stream, nullptr, _IONBF, 0);
-    } else {
-      std::setvbuf(stream, nullptr, _IOFBF, kChunk);
-    }
+    std::setvbuf(stream, nullptr, _IONBF, 0);  // whole blocks pass between the file and `chunk`
+    chunk.resize(kChunk);
   }
   ~File() {
-    if (stream != nullptr) std::fclose(stream);
+    if (stream == nullptr) return;
+    WriteOut();
+    std::fclose(stream);
   }
   File(const File&) = delete;
   File& operator=(const File&) = delete;
@@ -92,20 +88,44 @@ struct TextFiles::File {
     if (carriageReturn && HasByte() && chunk[next] == '\n') ++next;
   }
 
-  void Print(std::string_view line) const {
-    for (const std::string_view piece : {line, kCrLf}) {
-      if (std::fwrite(piece.data(), 1, piece.size(), stream) != piece.size()) ThrowWriteFailure();
+  void Print(std::string_view line) {
+    for (std::string_view piece : {line, kCrLf}) {
+      while (!piece.empty()) {
+        if (filled == chunk.size()) WriteOut();
+        const std::size_t size = std::min(piece.size(), chunk.size() - filled);
+        std::copy_n(piece.data(), size, chunk.data() + filled);
+        filled += size;
+        piece.remove_prefix(size);
+      }
     }
   }
 
-  void Flush() const {
-    if (mode == OpenMode::kWrite && std::fflush(stream) != 0) ThrowWriteFailure();
+  void Flush() {
+    WriteOut();
+    TellFailure();
   }
 
   void Close() {
-    std::FILE* closing = stream;
-    stream = nullptr;
-    if (std::fclose(closing) != 0 && mode == OpenMode::kWrite) ThrowWriteFailure();
+    WriteOut();
+    if (std::fclose(std::exchange(stream, nullptr)) != 0 && mode == OpenMode::kWrite)
+      KeepFailure(errno);
+    TellFailure();
+  }
+
+  // Once a block is lost, the rest has no place in the file either.
+  void WriteOut() {
+    if (mode != OpenMode::kWrite) return;
+    if (failure == 0 && std::fwrite(chunk.data(), 1, filled, stream) != filled) KeepFailure(errno);
+    filled = 0;
+  }
+
+  void KeepFailure(int number) {
+    if (failure == 0) failure = number;
+  }
+
+  void TellFailure() {
+    if (failure == 0 || std::exchange(told, true)) return;
+    throw FileError(failure == ENOSPC || failure == EFBIG ? kDiskFull : kDeviceIoError, path);
   }
 
   std::string path;
@@ -114,6 +134,8 @@ struct TextFiles::File {
   std::vector<char> chunk;
   std::size_t next = 0;
   std::size_t filled = 0;
+  int failure = 0;    // the system's number of the first write that failed
+  bool told = false;  // and whether it was thrown already
 };
 
 TextFiles::TextFiles() = default;

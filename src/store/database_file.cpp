@@ -35,14 +35,12 @@ FileKind KindOfFile(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(PathOf(path), error);
   const std::string shown = "'" + FromUtf8(path) + "'";
-  if (!fs::exists(status)) {
-    throw RunTimeError(kFileNotFound, ErrorText(kFileNotFound) + ": " + shown);
-  }
+  if (!fs::exists(status)) throw FileError(kFileNotFound, path);
   if (!fs::is_regular_file(status)) {
     throw RunTimeError(kDatabaseError, shown + " is not a file.");
   }
   std::ifstream file(PathOf(path), std::ios::binary);
-  if (!file) throw RunTimeError(kPermissionDenied, ErrorText(kPermissionDenied) + ": " + shown);
+  if (!file) throw FileError(kPermissionDenied, path);
   std::array<char, 20> bytes{};
   file.read(bytes.data(), bytes.size());
   const std::string_view first(bytes.data(), static_cast<std::size_t>(file.gcount()));

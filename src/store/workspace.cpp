@@ -28,10 +28,6 @@ class NewFile {
   std::string path_;
 };
 
-RunTimeError FileError(int number, const std::string& path) {
-  return {number, ErrorText(number) + ": '" + FromUtf8(path) + "'"};
-}
-
 RunTimeError SystemError(const std::error_code& error, const std::string& path) {
   if (error == std::errc::no_space_on_device) return RunTimeError(kDiskFull);
   if (error == std::errc::no_such_file_or_directory) return FileError(kPathNotFound, path);

@@ -120,5 +120,18 @@ TEST_F(PlainPlan, EachSectionReportsAnOutputThatIsNotOpen) {
   EXPECT_EQ(desktop.MessageTexts().back(), ErrorText(kObjectNotSet));
 }
 
+TEST_F(PlainPlan, AFullDiskIsToldOnceAndTheRunFails) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no full device here";
+  UsePlanOfAnotherProgram();
+  Sql("insert into MSP_PROJECTS (PROJ_ID, PROJ_NAME) values (1, 'House')");
+  for (int task = 1; task < 300; ++task) AddTask(task, std::to_string(task), "Wall");
+  OpenPlan();
+  program->files.Close(state.gOutFile);
+  program->files.OpenForOutput(state.gOutFile, "/dev/full");
+  EXPECT_FALSE(GenerateTextFromProject(state));
+  program->files.CloseAll();
+  EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>{"Disk full: '/dev/full'"});
+}
+
 }  // namespace
 }  // namespace merivane::test

@@ -151,17 +151,37 @@ TEST_F(TextFilesTest, WrongUseOfANumberFails) {
   files_.Flush(3);
 }
 
-TEST_F(TextFilesTest, AFullDiskIsToldAtTheLatestWhenTheFileIsClosed) {
+TEST_F(TextFilesTest, AFullDiskIsToldOnceAndNamesTheFile) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no full device here";
   files_.OpenForOutput(1, "/dev/full");
   files_.OpenForOutput(2, Path("good.txt"));
-  files_.Print(1, "line");
+  for (int line = 0; line < 1000; ++line) files_.Print(1, std::string(999, 'x'));
   files_.Print(2, "line");
-  EXPECT_EQ(FailureOf([&] { files_.Flush(1); }), kDiskFull);
+  try {
+    files_.Flush(1);
+    ADD_FAILURE() << "nothing was told";
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.Number(), kDiskFull);
+    EXPECT_EQ(error.Description(), "Disk full: '/dev/full'");
+  }
+  files_.Print(1, "line");
+  files_.Flush(1);
+  files_.CloseAll();
+  EXPECT_EQ(Content("good.txt"), "line\r\n");
+  files_.OpenForOutput(1, "/dev/full");
   files_.Print(1, "line");
   EXPECT_EQ(FailureOf([&] { files_.CloseAll(); }), kDiskFull);
   EXPECT_FALSE(files_.IsOpen(1));
-  EXPECT_EQ(Content("good.txt"), "line\r\n");
+}
+
+TEST_F(TextFilesTest, PrintedTextGoesOutInLargeBlocks) {
+  files_.OpenForOutput(1, Path("out.txt"));
+  for (int line = 0; line < 100; ++line) files_.Print(1, std::string(998, 'x'));
+  EXPECT_EQ(fs::file_size(Path("out.txt")), 0U);
+  for (int line = 0; line < 300; ++line) files_.Print(1, std::string(998, 'x'));
+  EXPECT_GT(fs::file_size(Path("out.txt")), 200000U);
+  files_.Close(1);
+  EXPECT_EQ(fs::file_size(Path("out.txt")), 400000U);
 }
 
 }  // namespace

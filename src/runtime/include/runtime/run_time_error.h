@@ -58,4 +58,7 @@ class RunTimeError : public std::exception {
 // number that has none.
 std::string ErrorText(int number);
 
+// An error with its usual description and the name of the file (UTF-8) that it is about.
+RunTimeError FileError(int number, const std::string& path);
+
 }  // namespace merivane

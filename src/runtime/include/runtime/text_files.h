@@ -16,9 +16,10 @@ namespace merivane {
 // that is printed ends with CR LF; the text inside goes out as it is. Paths are UTF-8.
 //
 // Failures are RunTimeErrors: 52 a number that is not open, 53 no such file, 54 reading an output
-// file or printing to an input file, 55 opening a number that is open, 57 or 61 a failed write (at
-// the latest when the file is flushed or closed; it is closed all the same), 62 reading past the
-// end, 67 no number left, 70 refused, 75 a path that is no file, 76 no such folder.
+// file or printing to an input file, 55 opening a number that is open, 57 or 61 a failed write, 62
+// reading past the end, 67 no number left, 70 refused, 75 a path that is no file, 76 no such
+// folder. A failed write is told once, with the file's name, when the file is flushed or closed;
+// what is printed behind it is dropped, and the file is closed all the same.
 class TextFiles {
  public:
   TextFiles();
