@@ -16,6 +16,7 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch to-model --database plan.mdb --project 1 --output again.txt
   merivane-batch to-model --mpx plan.mpx --interim plan.mdb --merge 1 --output merged.txt
   merivane-batch draw model.txt --output model.svg
+  merivane-batch chart plan.mdb --project 1 --output plan.pdf
 
 Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is
 refused, nothing was touched.)";
@@ -26,6 +27,7 @@ struct CommandLine {
   ToModelOptions toModel;
   ProjectsOptions projects;
   DrawOptions draw;
+  ChartOptions chart;
   std::string todayText;
 };
 
@@ -118,7 +120,8 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   const CLI::App* toModel = AddToModel(app, line);
   AddProjects(app, line);
   CLI::App* draw = AddDraw(app, line.draw);
-  AddCommonOptions(draw, line);
+  CLI::App* chart = AddChart(app, line.chart);
+  for (CLI::App* command : {draw, chart}) AddCommonOptions(command, line);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
@@ -131,6 +134,7 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   if (*toProject) return RunToProject(session, line.toProject);
   if (*toModel) return RunToModel(session, line.toModel);
   if (*draw) return RunDraw(session, line.draw);
+  if (*chart) return RunChart(session, line.chart);
   return RunProjects(session, line.projects);
 }
 

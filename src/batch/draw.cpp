@@ -7,7 +7,6 @@
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
-#include "shell/browse.h"
 
 namespace merivane {
 namespace {
@@ -47,7 +46,7 @@ void SayHowDrawn(Session& session, const std::vector<Diagram>& diagrams, const s
     session.Say("the scenario '" + ToUtf8(diagram.picture.title) +
                 "' is too large to be laid out: its units stand in a list.");
   }
-  if (factor < 0.5) session.Say(output + " is drawn small, for its size has limits: SVG has none.");
+  SayIfSmall(session, output, factor);
   const std::size_t drawn = diagrams.size() - outlines;
   session.Report(std::to_string(drawn) + (drawn == 1 ? " diagram" : " diagrams") +
                  (outlines == 0 ? "" : ", " + std::to_string(outlines) + " as a list") +
@@ -82,12 +81,7 @@ int DrawDatabase(Session& session, const DrawOptions& options) {
 }  // namespace
 
 int RunDraw(Session& session, const DrawOptions& options) try {
-  if (!IsPictureName(options.output)) {
-    return session.Refuse(options.output + " is no name of a picture: .svg, .png or .pdf.");
-  }
-  if (FileIsThere(options.output) && !options.force) {
-    return session.Refuse(options.output + " exists: say --force to replace it.");
-  }
+  if (PictureIsRefused(session, options.output, options.force)) return kRefused;
   if (options.model.empty()) return DrawDatabase(session, options);
   return session.UntilProgramEnd(
       [&] { return Draw(session, options, ReadText(session, options.model)); });

@@ -19,9 +19,23 @@ struct DrawOptions {
   bool force = false;
 };
 
-// Adds `draw` and its own options.
+struct ChartOptions {
+  std::string database;
+  std::string project;
+  std::string output;
+  bool force = false;
+};
+
+// Each adds a command and its own options.
 CLI::App* AddDraw(CLI::App& app, DrawOptions& options);
+CLI::App* AddChart(CLI::App& app, ChartOptions& options);
 
 int RunDraw(Session& session, const DrawOptions& options);
+int RunChart(Session& session, const ChartOptions& options);
+
+// True, with a word, for a name that is no picture's or stands already without --force.
+bool PictureIsRefused(const Session& session, const std::string& output, bool force);
+// A word where the picture had to be made smaller by `factor`, as WritePictures tells it.
+void SayIfSmall(const Session& session, const std::string& output, double factor);
 
 }  // namespace merivane

@@ -219,7 +219,7 @@ TEST_F(Batch, RealPlanDatabasesComeOutAsText) {
   EXPECT_NE(test::ReadFile(model).find("Process Occurrence List"), std::string::npos);
 }
 
-TEST_F(Batch, DrawMakesAPictureOfATextOrOfATranslatedModel) {
+TEST_F(Batch, PicturesAreDrawnOfATextAndOfATranslatedModel) {
   const std::string svg = folder.Path("model.svg");
   ASSERT_EQ(Run({"draw", Sample("festival.txt"), "--output", svg}), kDone) << err.str();
   EXPECT_NE(out.str().find("5 diagrams; written: " + svg), std::string::npos) << out.str();
@@ -233,9 +233,12 @@ TEST_F(Batch, DrawMakesAPictureOfATextOrOfATranslatedModel) {
   const std::string one = test::ReadFile(svg);
   EXPECT_LT(one.size(), all.size());
   EXPECT_NE(one.find("Not in the plan"), std::string::npos);
+  const std::string chart = folder.Path("chart.svg");
+  ASSERT_EQ(Run({"chart", plan, "--project", "1", "--output", chart}), kDone) << err.str();
+  EXPECT_NE(test::ReadFile(chart).find(">Carpenter, Flatbed truck</text>"), std::string::npos);
 }
 
-TEST_F(Batch, DrawRefusesOrFailsWithoutAPicture) {
+TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
   const std::string svg = folder.Write("model.svg", "precious");
   const std::string wrong = folder.Write("wrong.txt", "Just a letter.\n");
   const std::pair<std::vector<std::string>, int> rows[] = {
@@ -243,6 +246,8 @@ TEST_F(Batch, DrawRefusesOrFailsWithoutAPicture) {
       {{"draw", Sample("bakery.txt"), "--output", folder.Path("a.jpg"), "--force"}, kRefused},
       {{"draw", Sample("bakery.txt"), "--scenario", "x", "--output", svg, "--force"}, kRefused},
       {{"draw", "--output", svg, "--force"}, kRefused},
+      {{"chart", wrong, "--project", "1", "--output", svg}, kRefused},
+      {{"chart", wrong, "--project", "1", "--output", svg, "--force"}, kFailed},
       {{"draw", wrong, "--output", svg, "--force"}, kFailed},
       {{"draw", folder.Path("none.txt"), "--output", svg, "--force"}, kFailed},
       {{"draw", "--database", wrong, "--project", "1", "--output", svg, "--force"}, kFailed}};

@@ -1,5 +1,8 @@
 #include "picture_commands.h"
 
+#include "pictures/picture_file.h"
+#include "shell/browse.h"
+
 namespace merivane {
 namespace {
 
@@ -29,6 +32,31 @@ CLI::App* AddDraw(CLI::App& app, DrawOptions& options) {
     }
   });
   return command;
+}
+
+CLI::App* AddChart(CLI::App& app, ChartOptions& options) {
+  CLI::App* command = app.add_subcommand("chart", "draw a plan as a chart");
+  command->add_option("DATABASE", options.database, "plan database (.mdb)")->required();
+  command->add_option("--project", options.project, "id or name of the project to draw")
+      ->required();
+  AddOutput(command, options.output, options.force, "picture to write (.svg, .png, .pdf)");
+  return command;
+}
+
+bool PictureIsRefused(const Session& session, const std::string& output, bool force) {
+  if (!pictures::IsPictureName(output)) {
+    session.Say(output + " is no name of a picture: .svg, .png or .pdf.");
+    return true;
+  }
+  if (!FileIsThere(output) || force) return false;
+  session.Say(output + " exists: say --force to replace it.");
+  return true;
+}
+
+void SayIfSmall(const Session& session, const std::string& output, double factor) {
+  constexpr double kReadable = 0.5;
+  if (factor >= kReadable) return;
+  session.Say(output + " is drawn small, for its size has limits: SVG has none.");
 }
 
 }  // namespace merivane

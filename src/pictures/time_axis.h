@@ -1,0 +1,49 @@
+// The time axis of a chart, in minutes, days, weeks, months, quarters or years.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pictures/picture.h"
+#include "runtime/dates.h"
+
+namespace merivane::pictures {
+
+class TimeAxis {
+ public:
+  // From the unit in which `start` falls to the one in which `finish` falls, the finest unit whose
+  // labels find room; `left` is its beginning.
+  TimeAxis(const DateTime& start, const DateTime& finish, double left);
+
+  double X(const DateTime& date) const;
+  double Left() const { return left_; }
+  double Right() const { return left_ + width_; }
+  static double Height();  // of the two rows of labels
+
+  // The labels in the rows from `top`, grid lines down to `bottom`, weekends where days are wide.
+  Figure Draw(double top, double bottom) const;
+
+ private:
+  struct Unit;
+  struct Tick {
+    double minutes;
+    std::string label;
+  };
+  static const Unit kUnits[];
+  std::vector<Tick> Ticks(const Unit& unit, bool coarse) const;
+  void AddRow(const std::vector<Tick>& ticks, double top, double bottom, bool centred,
+              Figure& figure) const;
+  void AddWeekends(double top, double bottom, Figure& figure) const;
+  double At(double minutes) const;
+
+  double left_;
+  double width_ = 0;
+  double from_ = 0;  // minutes
+  double to_ = 0;
+  const Unit* unit_ = nullptr;
+};
+
+// "Feb 3, 2003", with " 14:30" behind where `time`.
+std::string DateText(const DateTime& date, bool time);
+
+}  // namespace merivane::pictures
