@@ -3,17 +3,12 @@
 #include <system_error>
 
 #include "file_open.h"
+#include "runtime/file_names.h"
 
 namespace merivane {
-namespace {
 
+using namespace runtime;
 namespace fs = std::filesystem;
-
-fs::path PathOf(const std::string& utf8) {
-  return fs::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
-}  // namespace
 
 std::FILE* OpenStream(const std::string& path, OpenMode mode) {
   std::error_code ignored;

@@ -65,6 +65,13 @@ RunTimeError FileError(int number, const std::string& path) {
   return {number, ErrorText(number) + ": '" + FromUtf8(path) + "'"};
 }
 
+bool IsMachineFault(int number) {
+  constexpr int kFaults[] = {kFileNotFound, kDeviceIoError,    kDiskFull,
+                             kTooManyFiles, kPermissionDenied, kPathFileAccessError,
+                             kPathNotFound, kNotUpdatable,     kDatabaseError};
+  return std::find(std::begin(kFaults), std::end(kFaults), number) != std::end(kFaults);
+}
+
 RunTimeError::RunTimeError(int number) : RunTimeError(number, ErrorText(number)) {}
 
 }  // namespace merivane

@@ -41,10 +41,12 @@ constexpr std::size_t kChunk = 262144;
 }  // namespace
 
 struct TextFiles::File {
-  File(const std::string& name, OpenMode openMode) : path(name), mode(openMode) {
+  // Opens `place`, which stands for the file `name`.
+  File(const std::string& name, const std::string& place, OpenMode openMode)
+      : path(name), mode(openMode) {
     if (path.empty()) throw RunTimeError(kPathFileAccessError);
     if (path.find('\0') != std::string::npos) throw RunTimeError(kBadFileNumber);
-    stream = OpenStream(path, mode);
+    stream = OpenStream(place, mode);
     if (stream == nullptr) ThrowOpenFailure(errno, path, mode);
     std::setvbuf(stream, nullptr, _IONBF, 0);  // whole blocks pass between the file and `chunk`
     chunk.resize(kChunk);
@@ -154,7 +156,7 @@ void TextFiles::Release(std::int16_t number) { reserved_.erase(number); }
 
 void TextFiles::OpenForInput(std::int16_t number, const std::string& path) {
   RequireFree(number);
-  files_[number] = std::make_unique<File>(path, OpenMode::kRead);
+  files_[number] = std::make_unique<File>(path, path, OpenMode::kRead);
 }
 
 void TextFiles::OpenForOutput(std::int16_t number, const std::string& path) {
@@ -163,7 +165,13 @@ void TextFiles::OpenForOutput(std::int16_t number, const std::string& path) {
     const auto current = entry++;
     if (SameFile(current->second->path, path)) Close(current->first);
   }
-  files_[number] = std::make_unique<File>(path, OpenMode::kWrite);
+  const auto standIn = standIns_.find(path);
+  const std::string& place = standIn == standIns_.end() ? path : standIn->second;
+  files_[number] = std::make_unique<File>(path, place, OpenMode::kWrite);
+}
+
+void TextFiles::WriteThrough(const std::string& path, const std::string& standIn) {
+  standIns_[path] = standIn;
 }
 
 bool TextFiles::IsOpen(std::int16_t number) const { return files_.contains(number); }

@@ -8,17 +8,12 @@
 
 #include "access_process.h"
 #include "runtime/code_page.h"
+#include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane {
 
-namespace {
-
-std::filesystem::path PathOf(const std::string& utf8) {
-  return {std::u8string(utf8.begin(), utf8.end())};
-}
-
-}  // namespace
+using namespace runtime;
 
 bool IsAccessFile(const std::string& path) {
   static constexpr std::string_view kMark("\0\1\0\0Standard ", 13);

@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
-#include <random>
 #include <string_view>
 
 #include "runtime/code_page.h"
@@ -14,19 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string RandomName() {
-  std::random_device device;
-  return "merivane-" + std::to_string(device()) + std::to_string(device());
-}
-
 }  // namespace
-
-fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
-
-std::string Utf8Of(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
 
 FileKind KindOfFile(const std::string& path) {
   constexpr std::string_view kMagic("SQLite format 3\0", 16);
@@ -65,13 +52,7 @@ std::string TemporaryName() {
   std::error_code error;
   const fs::path folder = fs::temp_directory_path(error);
   if (error) throw RunTimeError(kPathNotFound);
-  return Utf8Of(folder / RandomName());
-}
-
-std::string NameBeside(const std::string& path) {
-  fs::path name = PathOf(path);
-  name.replace_filename(RandomName());
-  return Utf8Of(name);
+  return TemporaryNameIn(folder);
 }
 
 }  // namespace merivane

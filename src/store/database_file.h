@@ -2,15 +2,15 @@
 // UTF-8.
 #pragma once
 
-#include <filesystem>
 #include <string>
+
+#include "runtime/file_names.h"
 
 namespace merivane {
 
-enum class FileKind { kSqlite, kSqliteWithLog, kOther };
+using namespace runtime;
 
-std::filesystem::path PathOf(const std::string& utf8);
-std::string Utf8Of(const std::filesystem::path& path);
+enum class FileKind { kSqlite, kSqliteWithLog, kOther };
 
 // By the first bytes. Errors: 53 no such file (the path in the description), 70 one that may not be
 // read, kDatabaseError for a folder. REQUIRES: no connection of ours holds the file, whose locks
@@ -23,8 +23,7 @@ bool IsSameFile(const std::string& a, const std::string& b);
 // Removes what a crash may have left beside the database.
 void RemoveJournals(const std::string& path);
 
-// A new name in the folder of temporary files, or beside `path`.
+// A name in the folder of temporary files.
 std::string TemporaryName();
-std::string NameBeside(const std::string& path);
 
 }  // namespace merivane

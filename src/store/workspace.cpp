@@ -134,16 +134,26 @@ void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
   state_->CommitOthers(from, nullptr);
   const bool held = state_->CommitOthers(to, nullptr);
   if (!held) CheckReplaceable(to);
-  fs::path target = fs::canonical(PathOf(to), error);
-  if (error) target = PathOf(to);
-  const NewFile made(NameBeside(Utf8Of(target)));
+  const std::string target = Followed(to);
+  const NewFile made(TemporaryNameBeside(target));
   CopyTo(from, state_->EngineOn(from), made.Path());
-  if (fs::exists(target, error)) {
-    fs::permissions(PathOf(made.Path()), fs::status(target, error).permissions(), error);
+  if (fs::exists(PathOf(target), error)) {
+    fs::permissions(PathOf(made.Path()), fs::status(PathOf(target), error).permissions(), error);
   }
-  RemoveJournals(Utf8Of(target));
-  fs::rename(PathOf(made.Path()), target, error);
-  if (error) throw SystemError(error, to);
+  PutInPlace(made.Path(), target);
+}
+
+void Workspace::PutInPlace(const std::string& copy, const std::string& to) {
+  const std::string target = Followed(to);
+  RemoveJournals(target);
+  std::error_code error;
+  fs::rename(PathOf(copy), PathOf(target), error);
+  if (error == std::errc::cross_device_link) {
+    Workspace().CopyDatabase(copy, target);
+    fs::remove(PathOf(copy), error);
+  } else if (error) {
+    throw SystemError(error, to);
+  }
 }
 
 }  // namespace merivane

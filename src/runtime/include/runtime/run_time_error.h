@@ -61,4 +61,7 @@ std::string ErrorText(int number);
 // An error with its usual description and the name of the file (UTF-8) that it is about.
 RunTimeError FileError(int number, const std::string& path);
 
+// True for what the machine refuses (disk, files, the database engine), whatever the data say.
+bool IsMachineFault(int number);
+
 }  // namespace merivane

@@ -38,6 +38,9 @@ class TextFiles {
   // Empties or makes the file. A file that is open under another number is closed first.
   void OpenForOutput(std::int16_t number, const std::string& path);
 
+  // From now on `standIn` is opened for output in place of `path`.
+  void WriteThrough(const std::string& path, const std::string& standIn);
+
   bool IsOpen(std::int16_t number) const;
   bool AtEnd(std::int16_t number) const;  // False for an output file
   std::string ReadLine(std::int16_t number);
@@ -54,6 +57,7 @@ class TextFiles {
 
   std::map<std::int16_t, std::unique_ptr<File>> files_;
   std::set<std::int16_t> reserved_;
+  std::map<std::string, std::string> standIns_;
 };
 
 }  // namespace merivane

@@ -37,6 +37,9 @@ class Workspace {
   // process, 61 no room; `to` is as it was then.
   void CopyDatabase(const std::string& from, const std::string& to);
 
+  // Moves the file `copy` over the database `to`, which is open nowhere here. Errors as above.
+  static void PutInPlace(const std::string& copy, const std::string& to);
+
  private:
   friend class Connection;
   struct State;

@@ -1,0 +1,81 @@
+#include "runtime/file_names.h"
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+#include <string_view>
+
+namespace merivane::runtime {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kPrefix = "merivane-";
+constexpr std::size_t kDigits = 20;
+
+bool IsTemporaryName(std::string_view name) {
+  if (!name.starts_with(kPrefix)) return false;
+  name.remove_prefix(kPrefix.size());
+  const auto digits = static_cast<std::size_t>(
+      std::find_if(name.begin(), name.end(), [](char c) { return c < '0' || c > '9'; }) -
+      name.begin());
+  return digits == kDigits;
+}
+
+void RemoveWhatKilledRunsLeft(const fs::path& folder) {
+  const auto yesterday = fs::file_time_type::clock::now() - std::chrono::hours(24);
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    std::error_code unknown;
+    if (!IsTemporaryName(Utf8Of(entry->path().filename()))) continue;
+    const bool old = entry->is_regular_file(unknown) && entry->last_write_time(unknown) < yesterday;
+    if (old && !unknown) fs::remove(entry->path(), unknown);
+  }
+}
+
+std::string TemporaryName() {
+  std::random_device device;
+  std::string digits;
+  while (digits.size() < kDigits) digits += std::to_string(device());
+  return std::string(kPrefix) + digits.substr(0, kDigits);
+}
+
+}  // namespace
+
+fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
+std::string Utf8Of(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+std::string Followed(const std::string& path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  std::error_code error;
+  fs::path name = PathOf(path);
+  for (int links = 0; links < kMostLinks && fs::is_symlink(fs::symlink_status(name, error));
+       ++links) {
+    name = name.parent_path() / fs::read_symlink(name, error);
+  }
+  const fs::path place = fs::weakly_canonical(fs::absolute(name, error), error);
+  return Utf8Of(error ? name : place);
+}
+
+bool IsSamePlace(const std::string& a, const std::string& b) {
+  std::error_code error;
+  if (fs::equivalent(PathOf(a), PathOf(b), error) && !error) return true;
+  return Followed(a) == Followed(b);
+}
+
+std::string TemporaryNameIn(const fs::path& folder) {
+  RemoveWhatKilledRunsLeft(folder.empty() ? "." : folder);
+  return Utf8Of(folder / TemporaryName());
+}
+
+std::string TemporaryNameBeside(const std::string& path) {
+  const fs::path place = PathOf(path);
+  return TemporaryNameIn(place.parent_path()) + Utf8Of(place.extension());
+}
+
+}  // namespace merivane::runtime

@@ -1,0 +1,48 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "runtime/file_names.h"
+#include "runtime/run_time_error.h"
+
+namespace merivane::runtime {
+namespace {
+
+[[noreturn]] void ThrowFailure(const std::string& path) {
+  switch (errno) {
+    case ENOSPC:
+    case EDQUOT:
+      throw FileError(kDiskFull, path);
+    case ENOENT:
+    case ENOTDIR:
+      throw FileError(kPathNotFound, path);
+    case EIO:
+      throw FileError(kDeviceIoError, path);
+    default:
+      throw FileError(kPermissionDenied, path);
+  }
+}
+
+}  // namespace
+
+bool MakeNewFile(const std::string& path) {
+  constexpr mode_t kForAllAsTheUserAllows = 0666;
+  const int file =
+      open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForAllAsTheUserAllows);
+  if (file < 0 && errno != EEXIST) ThrowFailure(path);
+  if (file >= 0) close(file);
+  return file >= 0;
+}
+
+void SyncFile(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) ThrowFailure(path);
+  const int result = fsync(file);
+  const int failure = errno;
+  close(file);
+  errno = failure;
+  if (result != 0) ThrowFailure(path);
+}
+
+}  // namespace merivane::runtime

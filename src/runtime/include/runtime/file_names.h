@@ -1,0 +1,31 @@
+// Names of files on the disk, and the files that a run makes for itself. Paths are UTF-8.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace merivane::runtime {
+
+std::filesystem::path PathOf(const std::string& utf8);
+std::string Utf8Of(const std::filesystem::path& path);
+
+// The name of the file that stands, or would stand, behind `path`: every link is followed, one that
+// leads nowhere yet too.
+std::string Followed(const std::string& path);
+
+// The same file, whatever its names; where neither is there, the same place on the disk.
+bool IsSamePlace(const std::string& a, const std::string& b);
+
+// A name for a file that its maker removes again, in the folder, or beside `path` with its
+// extension. What killed runs left behind under such names in that folder is removed once it is
+// older than a day.
+std::string TemporaryNameIn(const std::filesystem::path& folder);
+std::string TemporaryNameBeside(const std::string& path);
+
+// Makes an empty file; False where something stands there already. Errors: 61, 70, 75, 76.
+bool MakeNewFile(const std::string& path);
+
+// Waits until the disk holds what was written to the file. Errors: 57, 61.
+void SyncFile(const std::string& path);
+
+}  // namespace merivane::runtime
