@@ -29,8 +29,10 @@ Program::~Program() { workspace.CommitAllQuietly(); }
 
 void ReportError(Desktop& desktop, const RunTimeError& error) {
   desktop.Beep();
-  desktop.ShowMessage(
-      {error.Description() + std::string(kCrLf), MessageIcon::kExclamation, "Error"});
+  desktop.ShowMessage({.text = error.Description() + std::string(kCrLf),
+                       .icon = MessageIcon::kExclamation,
+                       .title = "Error",
+                       .error = error.Number()});
   if (error.Number() == kPermissionDenied) {
     desktop.ShowMessage(
         {"The selected file may be already open for editing.  Please close it and retry."});
@@ -39,14 +41,17 @@ void ReportError(Desktop& desktop, const RunTimeError& error) {
 
 void FatalAbort(Desktop& desktop, const RunTimeError& error) {
   desktop.SetMousePointer(kPointerArrow);
-  desktop.ShowMessage({error.Description(), MessageIcon::kCritical, "IDEF3 to Project"});
+  desktop.ShowMessage({.text = error.Description(),
+                       .icon = MessageIcon::kCritical,
+                       .title = "IDEF3 to Project",
+                       .error = error.Number()});
   desktop.EndProgram();
 }
 
 void RestoreMousePointer(Desktop& desktop) { desktop.SetMousePointer(kPointerDefault); }
 
 void ShowDescription(Desktop& desktop, const RunTimeError& error) {
-  desktop.ShowMessage({error.Description()});
+  desktop.ShowMessage({.text = error.Description(), .error = error.Number()});
 }
 
 std::string FieldAfterBlanks(std::string_view line, std::size_t start, std::size_t length) {

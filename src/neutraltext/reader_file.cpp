@@ -68,7 +68,7 @@ void ReadNeutralText(ModelToProject& state, const std::string& fileName) {
   }
 }
 
-void CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) {
+bool CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) {
   ReleaseNeutralTextFile(state);
   state.gTextFile = state.files.FreeFile();
   state.files.Reserve(state.gTextFile);
@@ -80,10 +80,12 @@ void CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) 
         {"cannot open the celvar input text file", MessageIcon::kCritical, kTitle});
     state.desktop.EndProgram();
   }
-  if (!Holds(state.gLine, "Dunmar Neutral Text")) {
+  const bool valid = Holds(state.gLine, "Dunmar Neutral Text");
+  if (!valid) {
     state.desktop.ShowMessage(
         {"Celvar input text file is not valid", MessageIcon::kCritical, kTitle});
   }
+  return valid;
 }
 
 void ReadModel(ModelToProject& state) {

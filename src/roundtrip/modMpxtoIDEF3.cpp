@@ -71,6 +71,11 @@ bool WriteProjects(ProjectToModel& state) {
 
 }  // namespace
 
+void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName) {
+  OpenMpxFile(state, mpxFileName);
+  CloseMpxFile(state);
+}
+
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
                   const std::string& /*interimFileName*/, std::int16_t mergeFlag) {
   try {

@@ -6,15 +6,19 @@
 #include "shell/browse.h"
 #include "shell/drivers.h"
 #include "shell/frmDbFileAppend.h"
+#include "shell/kept_files.h"
 #include "store/interim_db.h"
 
 namespace merivane {
+
+using namespace shell;
 
 void frmIDEF3ToProject::Load() {
   txtCelvarFilename = txtDatabase = txtDatabase_mpx = txtMpx = TextBox{};
   SSTabGenerateOpt = kDatabaseTab;
   CkLaunchMsprojApp = {};
   GenerateResult.reset();
+  BackupName.clear();
 }
 
 void frmIDEF3ToProject::cmdBrowseText() {
@@ -62,6 +66,7 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
 }
 
 void frmIDEF3ToProject::SettleDatabase(const std::string& path) {
+  BackupName.clear();
   if (FileIsThere(path)) {
     Hide();
     frmDbFileAppend append(state_.gOverwriteDb);
@@ -83,7 +88,7 @@ void frmIDEF3ToProject::CopyTemplate(const std::string& path) {
     ShowTemplateMissing(desktop_, templatePath);
     return;
   }
-  state_.workspace.CopyDatabase(templatePath, path);
+  BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
   OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
   state_.gMspProjId = 1;
 }

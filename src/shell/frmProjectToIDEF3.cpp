@@ -6,10 +6,13 @@
 #include "runtime/text.h"
 #include "shell/browse.h"
 #include "shell/frmDBMerge.h"
+#include "shell/kept_files.h"
 #include "shell/project_list.h"
 #include "store/interim_db.h"
 
 namespace merivane {
+
+using namespace shell;
 namespace {
 
 const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File"};
@@ -91,6 +94,7 @@ void frmProjectToIDEF3::cmdInterimDB() {
   try {
     if (auto name = BrowseForFile(desktop_, kInterimDialog, "mdb")) {
       txtInterimDB.text = *name;
+      BackupName.clear();
       if (FileIsThere(*name)) {
         ChooseForExistingInterimDb();
       } else {
@@ -111,7 +115,7 @@ void frmProjectToIDEF3::MakeInterimDb() {
   if (!CheckTemplateDb(state_.workspace, templatePath)) {
     ShowTemplateMissing(desktop_, templatePath);
   }
-  state_.workspace.CopyDatabase(templatePath, txtInterimDB.text);
+  BackupName = ReplaceDatabase(state_.workspace, templatePath, txtInterimDB.text, KeepBackup);
   state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
   state_.gInterimConn->Open(ConnectionText(txtInterimDB.text));
 }
@@ -185,15 +189,8 @@ void frmProjectToIDEF3::cmdOK() {
 }
 
 void frmProjectToIDEF3::BackUpInterimDb() {
-  BackupName.clear();
   if (!KeepBackup || !state_.gRoundTripMerge || !state_.gInterimConn) return;
-  const std::string path = state_.gInterimConn->DatabaseName();
-  std::string backup = path + ".bak";
-  for (int number = 2; FileIsThere(backup); ++number) {
-    backup = path + ".bak" + std::to_string(number);
-  }
-  state_.workspace.CopyDatabase(path, backup);
-  BackupName = backup;
+  BackupName = MakeBackup(state_.workspace, state_.gInterimConn->DatabaseName());
 }
 
 void frmProjectToIDEF3::LaunchCelvar() {

@@ -82,7 +82,9 @@ TEST_F(ModelToProjectForm, OverwriteReplacesAFileThatIsOpenHere) {
     dynamic_cast<frmDbFileAppend&>(shown).CmdOverwrite();
   };
   Browse(databasePath);
+  EXPECT_EQ(form.BackupName, databasePath + ".bak");
   Browse(databasePath);
+  EXPECT_EQ(form.BackupName, databasePath + ".bak2");
   EXPECT_EQ(test::CountRows(*state.gMspConn, "MSP_PROJECTS"), 0U);
 }
 

@@ -148,7 +148,10 @@ void ValidateObjectName(Desktop& desktop, const std::string& name);
 // reading is reported and leaves the rows so far and the file open; a file that can't be opened
 // ends the program.
 void ReadNeutralText(ModelToProject& state, const std::string& fileName);
-void CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName);
+
+// Opens the file as gTextFile and reads its first line. False, with a box, for a file of another
+// kind; it is read all the same.
+bool CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName);
 void ReadModel(ModelToProject& state);
 
 // Gives back the input's file number, which stays taken from CheckNeutralTextHeader until the

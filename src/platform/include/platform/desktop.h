@@ -23,6 +23,7 @@ struct Message {
   MessageIcon icon = MessageIcon::kNone;
   std::string title = {};
   MessageButtons buttons = MessageButtons::kOk;
+  int error = 0;  // number of the run-time error that the box tells, 0 without one
 };
 
 // One file type in the form "Text (*.txt)|*.txt".

@@ -16,4 +16,8 @@ namespace merivane {
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
                   const std::string& interimFileName, std::int16_t mergeFlag);
 
+// Reads the file's head, up to where its layout shows. Errors come up; a file of another kind ends
+// the program with its box.
+void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
+
 }  // namespace merivane

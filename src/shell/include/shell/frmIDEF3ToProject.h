@@ -36,6 +36,11 @@ class frmIDEF3ToProject : public Form {
   void cmdCancel() { Unload(); }
   void CkLaunchMsprojApp_Click();  // after the box was toggled
 
+  // A database that is overwritten is kept beside it (".bak", ".bak2", ...), unless this is
+  // switched off. BackupName is the copy of the last one picked, empty without one.
+  bool KeepBackup = true;
+  std::string BackupName;
+
   // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
   std::optional<bool> GenerateResult;
 

@@ -40,8 +40,8 @@ class frmProjectToIDEF3 : public Form {
   // Takes a free number into gOutFile and opens the name for output; False on any error.
   bool OpenOutputFile();
 
-  // A merge begins with a copy of the interim database beside it (".bak", ".bak2", ...), unless
-  // this is switched off. BackupName is the copy of the last merge, empty without one.
+  // An interim database that is overwritten, or that a merge changes, is kept beside it (".bak",
+  // ".bak2", ...), unless this is switched off. BackupName is the last copy, empty without one.
   bool KeepBackup = true;
   std::string BackupName;
 

@@ -1,0 +1,26 @@
+#include "shell/named_files.h"
+
+#include "runtime/file_names.h"
+#include "shell/browse.h"
+
+namespace merivane::shell {
+
+using namespace runtime;
+
+std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files) {
+  for (auto one = files.begin(); one != files.end(); ++one) {
+    if (one->path.empty()) continue;
+    for (auto other = files.begin(); other != one; ++other) {
+      if (other->path.empty() || !(one->written || other->written)) continue;
+      if (IsSamePlace(one->path, other->path)) {
+        return other->role + " and " + one->role + " are the same file: " + one->path;
+      }
+    }
+    if (!one->askedWord.empty() && FileIsThere(one->path)) {
+      return one->path + " exists: say " + one->askedWord + ".";
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace merivane::shell

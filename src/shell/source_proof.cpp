@@ -1,0 +1,28 @@
+#include "shell/source_proof.h"
+
+#include "roundtrip/modMpxtoIDEF3.h"
+
+namespace merivane::shell {
+
+bool ProveModelText(ModelToProject& state, const std::string& path) {
+  bool proved = false;
+  try {
+    proved = CheckNeutralTextHeader(state, path);
+  } catch (const ProgramEnd&) {
+    // Its box has told why.
+  }
+  ReleaseNeutralTextFile(state);
+  return proved;
+}
+
+bool ProveMpx(ProjectToModel& state, const std::string& path) try {
+  ProveMpxFile(state, path);
+  return true;
+} catch (const RunTimeError& error) {
+  ShowDescription(state.desktop, error);
+  return false;
+} catch (const ProgramEnd&) {
+  return false;
+}
+
+}  // namespace merivane::shell
