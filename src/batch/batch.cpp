@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "name_options.h"
 #include "picture_commands.h"
 #include "session.h"
 
@@ -38,25 +39,28 @@ void AddCommonOptions(CLI::App* command, CommandLine& line) {
       ->check([](const std::string& text) {
         return IsDate(text) ? std::string() : "'" + text + "' is no date (M/D/YYYY)";
       });
-  command->add_option("--template", line.common.templateFile,
-                      "template database (default: beside the program)");
-  command->add_option("--log", line.common.logFile,
-                      "write each message box and chooser there, one JSON object a line");
+  AddName(command, "--template", line.common.templateFile,
+          "template database (default: beside the program)");
+  AddName(command, "--log", line.common.logFile,
+          "write each message box and chooser there, one JSON object a line");
+  command->add_flag("--keep-partial", line.common.keepPartial,
+                    "leave what a failed run has written so far");
   command->add_flag("--quiet", line.common.quiet, "no message boxes and no closing line");
 }
 
 CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
   ToProjectOptions& options = line.toProject;
   CLI::App* command = app.add_subcommand("to-project", "translate a model text into a plan");
-  command->add_option("MODEL", options.model, "Neutral Text file (.txt)")->required();
-  command
-      ->add_option("--database", options.database,
-                   "database to write (.mdb); with --mpx the interim database")
+  AddName(command, "MODEL", options.model, "Neutral Text file (.txt)")->required();
+  AddName(command, "--database", options.database,
+          "database to write (.mdb); with --mpx the interim database")
       ->required();
-  auto* overwrite = command->add_flag("--overwrite", options.overwrite, "replace the database");
+  auto* overwrite = command->add_flag("--overwrite", options.overwrite,
+                                      "replace the database; the old one is kept as .bak");
   command->add_flag("--append", options.append, "add a project to the database")
       ->excludes(overwrite);
-  command->add_option("--mpx", options.mpx, "MPX file to write as well (.mpx)");
+  AddName(command, "--mpx", options.mpx, "MPX file to write as well (.mpx)");
+  command->add_flag("--force", options.force, "replace an MPX file that exists");
   command
       ->add_option("--choose", options.choices,
                    "scenario or decomposition to take where the program asks, in order")
@@ -68,18 +72,18 @@ CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
 CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
   ToModelOptions& options = line.toModel;
   CLI::App* command = app.add_subcommand("to-model", "translate a plan into a model text");
-  auto* database = command->add_option("--database", options.database, "plan database (.mdb)");
+  auto* database = AddName(command, "--database", options.database, "plan database (.mdb)");
   auto* project =
       command->add_option("--project", options.project, "id or name of the project to translate");
-  auto* mpx = command->add_option("--mpx", options.mpx, "plan as MPX file (.mpx)");
-  auto* interim = command->add_option("--interim", options.interim, "interim database (.mdb)");
+  auto* mpx = AddName(command, "--mpx", options.mpx, "plan as MPX file (.mpx)");
+  auto* interim = AddName(command, "--interim", options.interim, "interim database (.mdb)");
   auto* overwrite =
       command->add_flag("--overwrite", options.overwrite, "build a new model from the plan alone");
   auto* merge = command->add_option("--merge", options.merge,
                                     "id or name of the project to fold the plan into");
   auto* noBackup = command->add_flag("--no-backup", options.noBackup,
                                      "keep no copy of the interim database before a merge");
-  command->add_option("--output", options.output, "Neutral Text file to write (.txt)")->required();
+  AddName(command, "--output", options.output, "Neutral Text file to write (.txt)")->required();
   command->add_flag("--force", options.force, "replace an output that exists");
   database->needs(project)->excludes(mpx);
   project->needs(database);
@@ -101,7 +105,7 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
 
 CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("projects", "list the projects of a database");
-  command->add_option("DATABASE", line.projects.database, "plan database (.mdb)")->required();
+  AddName(command, "DATABASE", line.projects.database, "plan database (.mdb)")->required();
   command->add_flag("--json", line.projects.json, "as a JSON array");
   return command;
 }
@@ -130,12 +134,13 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   if (!line.todayText.empty()) line.common.today = ParseDate(line.todayText);
 
   Session session(line.common, programFolder, out, err);
-  if (!session.OpenLog(line.common.logFile)) return kRefused;
-  if (*toProject) return RunToProject(session, line.toProject);
-  if (*toModel) return RunToModel(session, line.toModel);
-  if (*draw) return RunDraw(session, line.draw);
-  if (*chart) return RunChart(session, line.chart);
-  return RunProjects(session, line.projects);
+  return session.Run([&]() -> int {
+    if (*toProject) return RunToProject(session, line.toProject);
+    if (*toModel) return RunToModel(session, line.toModel);
+    if (*draw) return RunDraw(session, line.draw);
+    if (*chart) return RunChart(session, line.chart);
+    return RunProjects(session, line.projects);
+  });
 }
 
 }  // namespace merivane

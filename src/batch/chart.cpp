@@ -17,7 +17,8 @@ int Draw(Session& session, const ChartOptions& options) {
   Connection connection(session.program.workspace);
   connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
   const pictures::Picture chart = pictures::DrawChart(connection, *project, session.desktop.today);
-  SayIfSmall(session, options.output, pictures::WritePictures({chart}, options.output));
+  SayIfSmall(session, options.output,
+             pictures::WritePictures({chart}, session.kept.StandInFor(options.output)));
   session.Report(ToUtf8(chart.description) + "; written: " + options.output);
   return kDone;
 }
@@ -25,7 +26,10 @@ int Draw(Session& session, const ChartOptions& options) {
 }  // namespace
 
 int RunChart(Session& session, const ChartOptions& options) {
-  if (PictureIsRefused(session, options.output, options.force)) return kRefused;
+  if (PictureIsRefused(session, {{"the database", options.database}}, options.output,
+                       options.force)) {
+    return kRefused;
+  }
   try {
     return Draw(session, options);
   } catch (const RunTimeError& error) {

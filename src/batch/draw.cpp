@@ -50,7 +50,7 @@ void SayHowDrawn(Session& session, const std::vector<Diagram>& diagrams, const s
   const std::size_t drawn = diagrams.size() - outlines;
   session.Report(std::to_string(drawn) + (drawn == 1 ? " diagram" : " diagrams") +
                  (outlines == 0 ? "" : ", " + std::to_string(outlines) + " as a list") +
-                 "; written: " + output + session.MessageNote());
+                 "; written: " + output + session.Notes());
 }
 
 int Draw(Session& session, const DrawOptions& options, ProcessModel model) {
@@ -63,7 +63,7 @@ int Draw(Session& session, const DrawOptions& options, ProcessModel model) {
   const std::vector<Diagram> diagrams = DrawDiagrams(model.scenarios, {.objects = options.objects});
   std::vector<Picture> drawings;
   for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
-  const double factor = WritePictures(drawings, options.output);
+  const double factor = WritePictures(drawings, session.kept.StandInFor(options.output));
   SayHowDrawn(session, diagrams, options.output, factor);
   const bool asAsked = std::none_of(diagrams.begin(), diagrams.end(),
                                     [](const Diagram& diagram) { return diagram.outline; });
@@ -81,10 +81,12 @@ int DrawDatabase(Session& session, const DrawOptions& options) {
 }  // namespace
 
 int RunDraw(Session& session, const DrawOptions& options) try {
-  if (PictureIsRefused(session, options.output, options.force)) return kRefused;
+  if (PictureIsRefused(session, {{"the model", options.model}, {"--database", options.database}},
+                       options.output, options.force)) {
+    return kRefused;
+  }
   if (options.model.empty()) return DrawDatabase(session, options);
-  return session.UntilProgramEnd(
-      [&] { return Draw(session, options, ReadText(session, options.model)); });
+  return Draw(session, options, ReadText(session, options.model));
 } catch (const RunTimeError& error) {
   session.Say(options.output + ": " + ToUtf8(error.Description()));
   return kFailed;

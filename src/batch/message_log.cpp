@@ -2,7 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "printable.h"
 #include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane {
 namespace {
@@ -41,7 +43,7 @@ std::string TitleOf(const Message& message) {
 std::string Readable(std::string text) {
   std::erase(text, '\r');
   while (!text.empty() && text.back() == '\n') text.pop_back();
-  return ToUtf8(text);
+  return PrintableText(ToUtf8(text));
 }
 
 }  // namespace
@@ -53,6 +55,7 @@ bool MessageLog::OpenFile(const std::string& path) {
 
 void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
   ++messages_;
+  machineFault_ |= IsMachineFault(message.error);
   if (readable_) {
     *readable_ << TitleOf(message);
     if (message.icon != MessageIcon::kNone) *readable_ << " (" << NameOf(message.icon) << ")";

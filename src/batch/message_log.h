@@ -25,11 +25,16 @@ class MessageLog {
                   const std::vector<std::string>& items, const std::optional<std::string>& answer);
 
   int MessageCount() const { return messages_; }
+  // A box told a fault of the machine: what was written is not whole, whatever came of the run.
+  bool ToldMachineFault() const { return machineFault_; }
+  // False where a line could not be written to the file.
+  bool IsWhole() const { return file_.good(); }
 
  private:
   std::ostream* readable_;
   std::ofstream file_;
   int messages_ = 0;
+  bool machineFault_ = false;
 };
 
 }  // namespace merivane

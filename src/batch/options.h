@@ -17,6 +17,7 @@ struct CommonOptions {
   std::string templateFile;
   std::string logFile;
   bool quiet = false;
+  bool keepPartial = false;
 };
 
 struct ToProjectOptions {
@@ -25,6 +26,7 @@ struct ToProjectOptions {
   std::string mpx;
   bool overwrite = false;
   bool append = false;
+  bool force = false;
   std::vector<std::string> choices;
 };
 

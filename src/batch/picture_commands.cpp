@@ -1,13 +1,13 @@
 #include "picture_commands.h"
 
+#include "name_options.h"
 #include "pictures/picture_file.h"
-#include "shell/browse.h"
 
 namespace merivane {
 namespace {
 
 void AddOutput(CLI::App* command, std::string& output, bool& force, const char* what) {
-  command->add_option("--output", output, what)->required();
+  AddName(command, "--output", output, what)->required();
   command->add_flag("--force", force, "replace an output that exists");
 }
 
@@ -15,10 +15,10 @@ void AddOutput(CLI::App* command, std::string& output, bool& force, const char* 
 
 CLI::App* AddDraw(CLI::App& app, DrawOptions& options) {
   CLI::App* command = app.add_subcommand("draw", "draw the scenarios of a model as diagrams");
-  auto* model = command->add_option("MODEL", options.model, "Neutral Text file (.txt)");
-  auto* database = command->add_option("--database", options.database,
-                                       "database of a translated model (.mdb): what stays out of "
-                                       "the plan is grey");
+  auto* model = AddName(command, "MODEL", options.model, "Neutral Text file (.txt)");
+  auto* database = AddName(command, "--database", options.database,
+                           "database of a translated model (.mdb): what stays out of "
+                           "the plan is grey");
   auto* project =
       command->add_option("--project", options.project, "id or name of the project to draw");
   command->add_option("--scenario", options.scenario, "draw this one alone (default: all)");
@@ -36,21 +36,21 @@ CLI::App* AddDraw(CLI::App& app, DrawOptions& options) {
 
 CLI::App* AddChart(CLI::App& app, ChartOptions& options) {
   CLI::App* command = app.add_subcommand("chart", "draw a plan as a chart");
-  command->add_option("DATABASE", options.database, "plan database (.mdb)")->required();
+  AddName(command, "DATABASE", options.database, "plan database (.mdb)")->required();
   command->add_option("--project", options.project, "id or name of the project to draw")
       ->required();
   AddOutput(command, options.output, options.force, "picture to write (.svg, .png, .pdf)");
   return command;
 }
 
-bool PictureIsRefused(const Session& session, const std::string& output, bool force) {
+bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
+                      bool force) {
   if (!pictures::IsPictureName(output)) {
     session.Say(output + " is no name of a picture: .svg, .png or .pdf.");
     return true;
   }
-  if (!FileIsThere(output) || force) return false;
-  session.Say(output + " exists: say --force to replace it.");
-  return true;
+  files.push_back({"--output", output, true, force ? "" : "--force to replace it"});
+  return !session.Admits(std::move(files));
 }
 
 void SayIfSmall(const Session& session, const std::string& output, double factor) {

@@ -33,8 +33,10 @@ CLI::App* AddChart(CLI::App& app, ChartOptions& options);
 int RunDraw(Session& session, const DrawOptions& options);
 int RunChart(Session& session, const ChartOptions& options);
 
-// True, with a word, for a name that is no picture's or stands already without --force.
-bool PictureIsRefused(const Session& session, const std::string& output, bool force);
+// True, with a word, for a name that is no picture's, that is one of the sources, or that stands
+// already without --force.
+bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
+                      bool force);
 // A word where the picture had to be made smaller by `factor`, as WritePictures tells it.
 void SayIfSmall(const Session& session, const std::string& output, double factor);
 

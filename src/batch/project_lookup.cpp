@@ -1,5 +1,6 @@
 #include "project_lookup.h"
 
+#include "printable.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
@@ -11,7 +12,8 @@ namespace {
 std::string Names(const std::vector<ProjectRow>& projects) {
   std::string text;
   for (const ProjectRow& project : projects) {
-    text += "\n  " + (project.id ? std::to_string(*project.id) : "-") + "  " + ToUtf8(project.name);
+    text += "\n  " + (project.id ? std::to_string(*project.id) : "-") + "  " +
+            PrintableLine(ToUtf8(project.name));
   }
   return text.empty() ? " It holds no project." : " Its projects:" + text;
 }

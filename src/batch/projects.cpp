@@ -1,5 +1,6 @@
 #include <nlohmann/json.hpp>
 
+#include "printable.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "session.h"
@@ -28,8 +29,8 @@ int RunProjects(Session& session, const ProjectsOptions& options) try {
     return kDone;
   }
   for (const ProjectRow& project : projects) {
-    session.out << (project.id ? std::to_string(*project.id) : "-") << '\t' << ToUtf8(project.name)
-                << '\t' << project.tasks << " tasks\n";
+    session.out << (project.id ? std::to_string(*project.id) : "-") << '\t'
+                << PrintableLine(ToUtf8(project.name)) << '\t' << project.tasks << " tasks\n";
   }
   return kDone;
 } catch (const RunTimeError& error) {

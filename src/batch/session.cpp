@@ -1,8 +1,17 @@
 #include "session.h"
 
+#include <new>
+
 #include "platform/system_locale.h"
+#include "printable.h"
+#include "runtime/code_page.h"
 
 namespace merivane {
+namespace {
+
+bool Succeeded(int status) { return status == kDone || status == kDoneWithMessages; }
+
+}  // namespace
 
 Session::Session(const CommonOptions& common, const std::string& programFolder,
                  std::ostream& standardOut, std::ostream& standardError)
@@ -11,7 +20,8 @@ Session::Session(const CommonOptions& common, const std::string& programFolder,
       quiet(common.quiet),
       log(common.quiet ? nullptr : &standardError),
       program(desktop),
-      main(program) {
+      main(program),
+      common_(common) {
   desktop.appPath = programFolder;
   desktop.templatePath = common.templateFile;
   desktop.today = common.today.value_or(SystemToday());
@@ -21,25 +31,102 @@ Session::Session(const CommonOptions& common, const std::string& programFolder,
   };
 }
 
-bool Session::OpenLog(const std::string& path) {
-  if (path.empty() || log.OpenFile(path)) return true;
-  Say("the log " + path + " can't be written.");
+bool Session::Admits(std::vector<NamedFile> files) {
+  files.push_back({"the template", desktop.TemplatePath()});
+  files.push_back({"--log", common_.logFile, true});
+  if (const auto refusal = RefusalOf(files)) {
+    Say(*refusal);
+    return false;
+  }
+  if (common_.logFile.empty() || log.OpenFile(common_.logFile)) return true;
+  Say("the log " + common_.logFile + " can't be written.");
   return false;
 }
 
-void Session::Report(const std::string& line) const {
-  if (!quiet) out << line << '\n';
+void Session::Say(const std::string& text) const {
+  err << "merivane-batch: " << PrintableText(text) << '\n';
+}
+
+int Session::Guarded(const std::function<int()>& step) const {
+  try {
+    return step();
+  } catch (const ProgramEnd&) {
+    // Its box has told why.
+  } catch (const RunTimeError& error) {
+    Say(ToUtf8(error.Description()));
+  } catch (const std::bad_alloc&) {
+    Say("there is not enough memory.");
+  } catch (const std::exception& error) {
+    Say(error.what());
+  }
+  return kFailed;
+}
+
+int Session::Run(const std::function<int()>& command) {
+  int status = Guarded(command);
+  const bool closed = CloseAll();
+  if (Succeeded(status)) {
+    status = closed ? Guarded([&] { return Conclude(status); }) : kFailed;
+  } else if (status == kFailed && common_.keepPartial) {
+    Guarded([&] { return KeepPartial(); });
+  }
+  if (!Succeeded(status)) {
+    for (const std::string& failure : kept.PutBack()) Say(failure);
+  }
+  return status;
+}
+
+bool Session::CloseAll() {
+  const auto commit = [this] {
+    program.workspace.CommitAll();
+    return kDone;
+  };
+  const auto closeFiles = [this] {
+    program.files.CloseAll();
+    return kDone;
+  };
+  const bool committed = Guarded(commit) == kDone;
+  const bool closed = Guarded(closeFiles) == kDone;
+  program.modelToProject.gMspConn.reset();
+  program.projectToModel.gProjectConn.reset();
+  program.projectToModel.gInterimConn.reset();
+  return committed && closed;
+}
+
+// The closing line comes first: what can't be told is put back.
+int Session::Conclude(int status) {
+  if (!report_.empty() && !quiet) out << PrintableText(report_) << '\n';
+  out.flush();
+  if (!out) {
+    Say("standard output can't be written.");
+    return kFailed;
+  }
+  if (!log.IsWhole()) {
+    Say("the log " + common_.logFile + " can't be written.");
+    return kFailed;
+  }
+  kept.Finish();
+  return status;
+}
+
+int Session::KeepPartial() {
+  kept.Finish();
+  if (!kept.BackupName().empty()) Say("the database as it was is kept in " + kept.BackupName());
+  return kFailed;
 }
 
 ExitStatus Session::StatusOf(const std::optional<bool>& driverResult) const {
-  if (!driverResult.value_or(false)) return kFailed;
+  if (!driverResult.value_or(false) || log.ToldMachineFault()) return kFailed;
   return log.MessageCount() == 0 ? kDone : kDoneWithMessages;
 }
 
-std::string Session::MessageNote() const {
+std::string Session::Notes() const {
+  std::string notes;
+  if (!kept.BackupName().empty()) notes = "; as it was before: " + kept.BackupName();
   const int count = log.MessageCount();
-  if (count == 0) return "";
-  return "; " + std::to_string(count) + (count == 1 ? " message was" : " messages were") + " shown";
+  if (count == 0) return notes;
+  return notes + "; " + std::to_string(count) + (count == 1 ? " message was" : " messages were") +
+         " shown";
 }
 
 }  // namespace merivane

@@ -13,16 +13,26 @@
 #include "options.h"
 #include "platform/scripted_desktop.h"
 #include "shell/frmMain.h"
+#include "shell/kept_files.h"
+#include "shell/named_files.h"
 
 namespace merivane {
+
+using namespace shell;
 
 class Session {
  public:
   Session(const CommonOptions& common, const std::string& programFolder, std::ostream& out,
           std::ostream& err);
 
-  // False, with a word on standard error, where the log can't be written.
-  bool OpenLog(const std::string& path);
+  // The door for the names that a command was given; the log and the template stand beside them.
+  // False, with a word on standard error, where they refuse the run: nothing was touched then.
+  bool Admits(std::vector<NamedFile> files);
+
+  // Runs a command that gives an exit status, and settles the files by how it ended: after 0 and 3
+  // what it wrote stays, otherwise what stood before stands again. Nothing that is thrown leaves
+  // it.
+  int Run(const std::function<int()>& command);
 
   // Shown modally: frmDbFileAppend, frmDBMerge or multi.
   void OnModalForm(std::function<void(ModalForm&)> handler) {
@@ -37,39 +47,40 @@ class Session {
   }
 
   // A word of the batch program itself on standard error.
-  void Say(const std::string& text) const { err << "merivane-batch: " << text << '\n'; }
+  void Say(const std::string& text) const;
   int Refuse(const std::string& text) const {
     Say(text);
     return kRefused;
   }
-  // A line on standard output unless --quiet.
-  void Report(const std::string& line) const;
+  // The closing line of a run that succeeds, unless --quiet.
+  void Report(const std::string& line) { report_ = line; }
 
   // Shows the box that the program's guards would show for this error.
   void ShowError(const RunTimeError& error) { ShowDescription(desktop, error); }
 
-  // Runs `step`; a box that ends the program is kFailed.
-  template <typename Step>
-  int UntilProgramEnd(Step step) {
-    try {
-      return step();
-    } catch (const ProgramEnd&) {
-      return kFailed;
-    }
-  }
-
   // What a driver's result and the boxes shown make of the exit status.
   ExitStatus StatusOf(const std::optional<bool>& driverResult) const;
-  // "; 2 messages were shown" behind the report of a run with boxes.
-  std::string MessageNote() const;
+  // Behind the report: the backup, and "; 2 messages were shown".
+  std::string Notes() const;
 
   std::ostream& out;
   std::ostream& err;
   bool quiet;
   MessageLog log;
+  KeptFiles kept;
   ScriptedDesktop desktop;
   Program program;
   frmMain main;
+
+ private:
+  // What the step gives; what it throws is told and is kFailed.
+  int Guarded(const std::function<int()>& step) const;
+  bool CloseAll();
+  int Conclude(int status);
+  int KeepPartial();
+
+  const CommonOptions& common_;
+  std::string report_;
 };
 
 int RunToProject(Session& session, const ToProjectOptions& options);

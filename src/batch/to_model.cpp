@@ -6,6 +6,7 @@
 #include "session.h"
 #include "shell/browse.h"
 #include "shell/frmDBMerge.h"
+#include "shell/source_proof.h"
 
 namespace merivane {
 namespace {
@@ -18,8 +19,7 @@ bool SelectProject(ComboBox& combo, std::int32_t id) {
   return true;
 }
 
-// The output is emptied by its browse button, so that one comes last; a name that the dialog
-// refuses is tried at once, since nothing happens then.
+// A name that the dialog refuses is tried before anything else, since nothing happens then.
 bool OutputIsRefused(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   if (HasExtension(options.output, "txt")) return false;
@@ -29,6 +29,7 @@ bool OutputIsRefused(Session& session, const ToModelOptions& options) {
 
 bool OpenOutput(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
+  session.kept.KeepText(session.program.files, options.output);
   session.Browse(options.output, [&] { form.cmdBrowseText(); });
   return session.program.files.IsOpen(session.program.projectToModel.gOutFile);
 }
@@ -39,7 +40,7 @@ int PressOk(Session& session, const std::function<std::string()>& counts,
   form.cmdOK();
   const ExitStatus status = session.StatusOf(form.GenerateResult);
   if (status != kFailed) {
-    session.Report(counts() + "; written: " + files + session.MessageNote());
+    session.Report(counts() + "; written: " + files + session.Notes());
   }
   return status;
 }
@@ -79,13 +80,6 @@ int FromDatabase(Session& session, const ToModelOptions& options) {
   if (!OpenOutput(session, options)) return kRefused;
   return PressOk(
       session, [&] { return counts; }, options.output);
-}
-
-void ProveMpx(Session& session, const std::string& path) {
-  TextFiles& files = session.program.files;
-  const std::int16_t number = files.FreeFile();
-  files.OpenForInput(number, path);
-  files.Close(number);
 }
 
 // Presses the buttons of frmDBMerge. A list that can't be used leaves no project chosen.
@@ -136,45 +130,42 @@ int FromMpx(Session& session, const ToModelOptions& options) {
     }
     if (!project) return session.Refuse(reason);
   }
-  try {
-    ProveMpx(session, form.txtMPX.text);
-  } catch (const RunTimeError& error) {
-    session.ShowError(error);
+  if (!ProveMpx(session.program.projectToModel, options.mpx)) {
+    session.Say(options.mpx + " can't be read as an MPX file.");
     return kFailed;
   }
   session.OnModalForm([&](ModalForm& shown) {
     if (auto* merge = dynamic_cast<frmDBMerge*>(&shown)) AnswerMerge(session, *merge, project);
   });
   form.SSTabInput = frmProjectToIDEF3::kMpxTab;
-  form.KeepBackup = !options.noBackup;
+  form.KeepBackup = false;
+  if (!OpenOutput(session, options)) return kRefused;
+  session.kept.KeepDatabase(
+      session.program.workspace, options.interim,
+      options.noBackup ? KeptFiles::Copy::kUntilDone : KeptFiles::Copy::kBackup);
   session.Browse(options.interim, [&] { form.cmdInterimDB(); });
   const auto& connection = session.program.projectToModel.gInterimConn;
   if (form.txtInterimDB.text.empty() || !connection || !connection->IsOpen()) {
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
-  if (!OpenOutput(session, options)) return kRefused;
-  const int status = session.UntilProgramEnd([&] {
-    return PressOk(
-        session, [&] { return CountsOfWork(session, options); },
-        options.output + ", " + options.interim);
-  });
-  if (status == kFailed && !form.BackupName.empty()) {
-    session.Say("the merge stopped; the model as it was is kept in " + form.BackupName);
-  }
-  return status;
+  return PressOk(
+      session, [&] { return CountsOfWork(session, options); },
+      options.output + ", " + options.interim);
 }
 
 }  // namespace
 
 int RunToModel(Session& session, const ToModelOptions& options) {
-  if (FileIsThere(options.output) && !options.force) {
-    return session.Refuse(options.output + " exists: say --force to replace it.");
+  const char* outputWord = options.force ? "" : "--force to replace it";
+  if (!session.Admits({{"--database", options.database},
+                       {"--mpx", options.mpx},
+                       {"--interim", options.interim, true},
+                       {"--output", options.output, true, outputWord}})) {
+    return kRefused;
   }
   session.main.mnuProjectToIDEF3();
   if (OutputIsRefused(session, options)) return kRefused;
-  return session.UntilProgramEnd([&] {
-    return options.mpx.empty() ? FromDatabase(session, options) : FromMpx(session, options);
-  });
+  return options.mpx.empty() ? FromDatabase(session, options) : FromMpx(session, options);
 }
 
 }  // namespace merivane

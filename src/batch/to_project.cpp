@@ -6,6 +6,7 @@
 #include "session.h"
 #include "shell/browse.h"
 #include "shell/frmDbFileAppend.h"
+#include "shell/source_proof.h"
 #include "translator/multi.h"
 
 namespace merivane {
@@ -46,19 +47,28 @@ class ScenarioChooser {
   std::deque<std::string> choices_;
 };
 
-// The reader's own box for a source that can't be opened, before any button replaces a file.
-void ProveSource(Session& session, const std::string& path) {
-  TextFiles& files = session.program.files;
-  const std::int16_t number = files.FreeFile();
-  try {
-    files.OpenForInput(number, path);
-  } catch (const RunTimeError&) {
-    CheckNeutralTextHeader(session.program.modelToProject, path);
+// Why the database can't take a project under this number; nothing where it can.
+std::optional<std::string> AppendRefusal(Session& session, const ToProjectOptions& options) {
+  const std::int16_t number = session.program.modelToProject.gMspProjId;
+  const auto projects = ListProjects(session.program.workspace, options.database);
+  if (projects.empty()) {
+    return options.database + " holds no project: say --overwrite instead of --append.";
   }
-  files.Close(number);
+  const bool taken = std::any_of(projects.begin(), projects.end(),
+                                 [&](const ProjectRow& project) { return project.id == number; });
+  if (number > 0 && !taken) return std::nullopt;
+  const auto& last = projects.back().id;
+  return options.database + " can't take a further project: its number would follow that of the " +
+         "last one, " + (last ? std::to_string(*last) : "none") +
+         ", must be free and end at 32767.";
 }
 
-std::string CountsOf(Session& session, const ToProjectOptions& options) {
+struct Counts {
+  long projects = 0;
+  std::string text;
+};
+
+Counts CountsOf(Session& session, const ToProjectOptions& options) {
   Connection connection(session.program.workspace);
   connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
   const std::string project =
@@ -67,10 +77,52 @@ std::string CountsOf(Session& session, const ToProjectOptions& options) {
     return std::to_string(
         CountRows(connection, std::string("select Proj_ID from ") + table + project + more));
   };
-  return count("MSP_TASKS", " and TASK_UID > 0") + " tasks, " +
-         count("MSP_RESOURCES", " and RES_UID > 0") + " resources, " + count("MSP_LINKS") +
-         " links, " + count("MSP_ASSIGNMENTS") + " assignments; written: " + options.database +
-         (options.mpx.empty() ? "" : ", " + options.mpx);
+  const std::string text = count("MSP_TASKS", " and TASK_UID > 0") + " tasks, " +
+                           count("MSP_RESOURCES", " and RES_UID > 0") + " resources, " +
+                           count("MSP_LINKS") + " links, " + count("MSP_ASSIGNMENTS") +
+                           " assignments; written: " + options.database +
+                           (options.mpx.empty() ? "" : ", " + options.mpx);
+  return {CountRows(connection, "select Proj_ID from MSP_PROJECTS" + project), text};
+}
+
+// A database that came up since the names were admitted is neither replaced nor changed.
+void AnswerAppend(frmDbFileAppend& question, const ToProjectOptions& options) {
+  if (options.append) {
+    question.CmdAppend();
+  } else if (options.overwrite) {
+    question.CmdOverwrite();
+  } else {
+    throw RunTimeError(kPermissionDenied);
+  }
+}
+
+void BrowseDatabase(Session& session, const ToProjectOptions& options) {
+  frmIDEF3ToProject& form = session.main.modelToProject;
+  form.KeepBackup = false;
+  session.kept.KeepDatabase(
+      session.program.workspace, options.database,
+      options.overwrite ? KeptFiles::Copy::kBackup : KeptFiles::Copy::kUntilDone);
+  session.Browse(options.database, [&] {
+    if (options.mpx.empty()) {
+      form.BrowsedbBt();
+    } else {
+      form.BrowsedbBt_mpx();
+    }
+  });
+}
+
+int PressOk(Session& session, const ToProjectOptions& options) {
+  frmIDEF3ToProject& form = session.main.modelToProject;
+  form.cmdOK();
+  const ExitStatus status = session.StatusOf(form.GenerateResult);
+  if (status == kFailed) return status;
+  const Counts counts = CountsOf(session, options);
+  if (counts.projects == 0) {
+    session.Say("no project was written to " + options.database + ".");
+    return kFailed;
+  }
+  session.Report(counts.text + session.Notes());
+  return status;
 }
 
 int Translate(Session& session, const ToProjectOptions& options) {
@@ -82,47 +134,40 @@ int Translate(Session& session, const ToProjectOptions& options) {
     form.SSTabGenerateOpt = frmIDEF3ToProject::kMpxTab;
     session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
     if (form.txtMpx.text.empty()) return kRefused;
+    session.kept.KeepText(session.program.files, options.mpx);
   }
-  ProveSource(session, form.txtCelvarFilename.text);
-
-  TextBox& database = options.mpx.empty() ? form.txtDatabase : form.txtDatabase_mpx;
-  session.Browse(options.database, [&] {
-    if (options.mpx.empty()) {
-      form.BrowsedbBt();
-    } else {
-      form.BrowsedbBt_mpx();
-    }
-  });
-  if (database.text.empty()) return kRefused;
+  if (!ProveModelText(session.program.modelToProject, options.model)) return kFailed;
+  BrowseDatabase(session, options);
+  if ((options.mpx.empty() ? form.txtDatabase : form.txtDatabase_mpx).text.empty()) return kRefused;
   const auto& connection = session.program.modelToProject.gMspConn;
   if (!connection || !connection->IsOpen()) {
     return session.Refuse(options.database + " can't be opened or replaced.");
   }
-  form.cmdOK();
-  const ExitStatus status = session.StatusOf(form.GenerateResult);
-  if (status != kFailed) session.Report(CountsOf(session, options) + session.MessageNote());
-  return status;
+  if (!session.program.modelToProject.gOverwriteDb) {
+    if (const auto refusal = AppendRefusal(session, options)) return session.Refuse(*refusal);
+  }
+  return PressOk(session, options);
 }
 
 }  // namespace
 
 int RunToProject(Session& session, const ToProjectOptions& options) {
-  if (FileIsThere(options.database) && !options.overwrite && !options.append) {
-    return session.Refuse(options.database + " exists: say --overwrite or --append.");
+  const char* databaseWord = options.overwrite || options.append ? "" : "--overwrite or --append";
+  const char* mpxWord = options.force ? "" : "--force to replace it";
+  if (!session.Admits({{"the model", options.model},
+                       {"--database", options.database, true, databaseWord},
+                       {"--mpx", options.mpx, true, mpxWord}})) {
+    return kRefused;
   }
   ScenarioChooser chooser(session, options.choices);
   session.OnModalForm([&](ModalForm& form) {
     if (auto* question = dynamic_cast<frmDbFileAppend*>(&form)) {
-      if (options.append) {
-        question->CmdAppend();
-      } else {
-        question->CmdOverwrite();
-      }
+      AnswerAppend(*question, options);
     } else if (auto* scenarios = dynamic_cast<multi*>(&form)) {
       chooser.Answer(*scenarios);
     }
   });
-  return session.UntilProgramEnd([&] { return Translate(session, options); });
+  return Translate(session, options);
 }
 
 }  // namespace merivane

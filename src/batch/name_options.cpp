@@ -1,0 +1,18 @@
+#include "name_options.h"
+
+#include "runtime/text.h"
+
+namespace merivane {
+
+CLI::Option* AddName(CLI::App* command, const char* option, std::string& name,
+                     const char* description) {
+  const CLI::Validator trimmed(
+      [](std::string& given) {
+        given = Trim(given);
+        return std::string(given.empty() ? "the name is empty" : "");
+      },
+      "");
+  return command->add_option(option, name, description)->transform(trimmed);
+}
+
+}  // namespace merivane

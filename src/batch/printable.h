@@ -1,0 +1,13 @@
+// Text of files and databases on its way to a terminal.
+#pragma once
+
+#include <string>
+
+namespace merivane {
+
+// UTF-8 with "?" for each control character, so that no name can send commands to the terminal.
+// Line feeds stay in a text of several lines.
+std::string PrintableText(const std::string& utf8);
+std::string PrintableLine(const std::string& utf8);
+
+}  // namespace merivane
