@@ -27,7 +27,7 @@ Connection::Connection(Workspace& workspace) : workspace_(workspace) {
 Connection::~Connection() {
   try {
     if (IsOpen()) Close();
-  } catch (const RunTimeError&) {
+  } catch (...) {
     // Nobody is left to tell; the file stands as it was before the transaction.
   }
   std::erase(workspace_.state_->connections, this);

@@ -1,6 +1,7 @@
 #include "sqlite_handle.h"
 
 #include <cstring>
+#include <new>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -32,6 +33,15 @@ void BindText(sqlite3_stmt* statement, int parameter, const std::string& text) {
   }
 }
 
+void ThrowIfOutOfMemory(sqlite3* database) {
+  if ((sqlite3_errcode(database) & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
+}
+
+// A value that is there comes without bytes only where memory ran out.
+void CheckBytes(sqlite3_stmt* statement, const void* bytes) {
+  if (bytes == nullptr) ThrowIfOutOfMemory(sqlite3_db_handle(statement));
+}
+
 std::string FromColumn(const char* utf8, std::size_t size) {
   if (IsAscii(utf8, size)) return {utf8, size};
   return FromUtf8({utf8, size});
@@ -40,6 +50,7 @@ std::string FromColumn(const char* utf8, std::size_t size) {
 }  // namespace
 
 RunTimeError DatabaseError(sqlite3* database, const std::string& path) {
+  ThrowIfOutOfMemory(database);
   const std::string file = "'" + FromUtf8(path) + "'";
   switch (sqlite3_errcode(database) & 0xFF) {
     case SQLITE_BUSY:
@@ -69,6 +80,7 @@ StatementHandle PrepareStatement(sqlite3* database, const std::string& sql,
   const int result = sqlite3_prepare_v3(database, sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
   if (result == SQLITE_ERROR) {
+    ThrowIfOutOfMemory(database);
     throw RunTimeError(kStatementError, FromUtf8(sqlite3_errmsg(database)));
   }
   if (result != SQLITE_OK) throw DatabaseError(database, path);
@@ -111,6 +123,7 @@ void Bind(sqlite3_stmt* statement, int parameter, const Value& value) {
 
 std::string ColumnText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  CheckBytes(statement, text);
   if (text == nullptr) return {};
   return FromColumn(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
 }
@@ -129,6 +142,7 @@ Value ColumnValue(sqlite3_stmt* statement, int column, bool asText) {
     }
     case SQLITE_BLOB: {
       const auto* bytes = static_cast<const std::uint8_t*>(sqlite3_column_blob(statement, column));
+      CheckBytes(statement, bytes);
       if (bytes == nullptr) return Bytes();
       return Bytes(bytes, bytes + sqlite3_column_bytes(statement, column));
     }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "runtime/code_page.h"
+#include "sqlite_handle.h"
 
 namespace merivane {
 namespace {
@@ -522,6 +523,9 @@ class Reader {
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(database_, text_.c_str(), -1, &statement, nullptr);
     sqlite3_finalize(statement);
+    if (result != SQLITE_OK && (result & 0xFF) != SQLITE_ERROR) {
+      throw DatabaseError(database_, sqlite3_db_filename(database_, "main"));
+    }
     if (result == SQLITE_OK && ended && !unknown_) return std::move(parts_);
     const std::optional<std::size_t> refused = result != SQLITE_OK ? Refused()
                                                : ended             ? std::nullopt
