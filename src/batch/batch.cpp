@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "guarded.h"
 #include "name_options.h"
 #include "picture_commands.h"
 #include "session.h"
@@ -110,10 +111,8 @@ CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
   return command;
 }
 
-}  // namespace
-
-int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
-             std::ostream& out, std::ostream& err) {
+int RunCommandLine(const std::vector<std::string>& arguments, const std::string& programFolder,
+                   std::ostream& out, std::ostream& err) {
   CommandLine line;
   CLI::App app("Translates between IDEF3 process models (Neutral Text) and project plans.",
                "merivane-batch");
@@ -141,6 +140,13 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
     if (*chart) return RunChart(session, line.chart);
     return RunProjects(session, line.projects);
   });
+}
+
+}  // namespace
+
+int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
+             std::ostream& out, std::ostream& err) {
+  return Guarded(err, [&] { return RunCommandLine(arguments, programFolder, out, err); });
 }
 
 }  // namespace merivane

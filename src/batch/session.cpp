@@ -1,10 +1,8 @@
 #include "session.h"
 
-#include <new>
-
+#include "guarded.h"
 #include "platform/system_locale.h"
 #include "printable.h"
-#include "runtime/code_page.h"
 
 namespace merivane {
 namespace {
@@ -47,28 +45,13 @@ void Session::Say(const std::string& text) const {
   err << "merivane-batch: " << PrintableText(text) << '\n';
 }
 
-int Session::Guarded(const std::function<int()>& step) const {
-  try {
-    return step();
-  } catch (const ProgramEnd&) {
-    // Its box has told why.
-  } catch (const RunTimeError& error) {
-    Say(ToUtf8(error.Description()));
-  } catch (const std::bad_alloc&) {
-    Say("there is not enough memory.");
-  } catch (const std::exception& error) {
-    Say(error.what());
-  }
-  return kFailed;
-}
-
 int Session::Run(const std::function<int()>& command) {
-  int status = Guarded(command);
+  int status = Guarded(err, command);
   const bool closed = CloseAll();
   if (Succeeded(status)) {
-    status = closed ? Guarded([&] { return Conclude(status); }) : kFailed;
+    status = closed ? Guarded(err, [&] { return Conclude(status); }) : kFailed;
   } else if (status == kFailed && common_.keepPartial) {
-    Guarded([&] { return KeepPartial(); });
+    Guarded(err, [&] { return KeepPartial(); });
   }
   if (!Succeeded(status)) {
     for (const std::string& failure : kept.PutBack()) Say(failure);
@@ -77,20 +60,18 @@ int Session::Run(const std::function<int()>& command) {
 }
 
 bool Session::CloseAll() {
-  const auto commit = [this] {
+  const int committed = Guarded(err, [this] {
     program.workspace.CommitAll();
     return kDone;
-  };
-  const auto closeFiles = [this] {
+  });
+  const int closed = Guarded(err, [this] {
     program.files.CloseAll();
     return kDone;
-  };
-  const bool committed = Guarded(commit) == kDone;
-  const bool closed = Guarded(closeFiles) == kDone;
+  });
   program.modelToProject.gMspConn.reset();
   program.projectToModel.gProjectConn.reset();
   program.projectToModel.gInterimConn.reset();
-  return committed && closed;
+  return committed == kDone && closed == kDone;
 }
 
 // The closing line comes first: what can't be told is put back.
@@ -110,8 +91,9 @@ int Session::Conclude(int status) {
 }
 
 int Session::KeepPartial() {
+  const std::string backup = kept.BackupName();
   kept.Finish();
-  if (!kept.BackupName().empty()) Say("the database as it was is kept in " + kept.BackupName());
+  if (!backup.empty()) Say("the database as it was is kept in " + backup);
   return kFailed;
 }
 
@@ -122,7 +104,9 @@ ExitStatus Session::StatusOf(const std::optional<bool>& driverResult) const {
 
 std::string Session::Notes() const {
   std::string notes;
-  if (!kept.BackupName().empty()) notes = "; as it was before: " + kept.BackupName();
+  if (const std::string backup = kept.BackupName(); !backup.empty()) {
+    notes = "; as it was before: " + backup;
+  }
   const int count = log.MessageCount();
   if (count == 0) return notes;
   return notes + "; " + std::to_string(count) + (count == 1 ? " message was" : " messages were") +

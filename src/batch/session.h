@@ -73,8 +73,6 @@ class Session {
   frmMain main;
 
  private:
-  // What the step gives; what it throws is told and is kFailed.
-  int Guarded(const std::function<int()>& step) const;
   bool CloseAll();
   int Conclude(int status);
   int KeepPartial();

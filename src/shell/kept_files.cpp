@@ -14,9 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void Remove(const std::string& path) {
+void Remove(const fs::path& path) {
   std::error_code ignored;
-  fs::remove(PathOf(path), ignored);
+  fs::remove(path, ignored);
 }
 
 // Goes unless it is let go of.
@@ -24,7 +24,7 @@ class NewFile {
  public:
   explicit NewFile(std::string path) : path_(std::move(path)) {}
   ~NewFile() {
-    if (!path_.empty()) Remove(path_);
+    if (!path_.empty()) Remove(PathOf(path_));
   }
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
@@ -51,16 +51,6 @@ bool TakesAnothersPlace(const std::string& path) {
   return !fs::exists(status) || fs::is_regular_file(status);
 }
 
-void TakePlace(const std::string& standIn, const std::string& path) {
-  std::error_code error;
-  const fs::path target = PathOf(Followed(path));
-  const fs::file_status old = fs::status(target, error);
-  if (fs::exists(old)) fs::permissions(PathOf(standIn), old.permissions(), error);
-  SyncFile(standIn);
-  fs::rename(PathOf(standIn), target, error);
-  if (error) throw FileError(kPermissionDenied, path);
-}
-
 }  // namespace
 
 std::string MakeBackup(Workspace& workspace, const std::string& path) {
@@ -79,45 +69,80 @@ std::string ReplaceDatabase(Workspace& workspace, const std::string& from, const
 KeptFiles::~KeptFiles() { PutBack(); }
 
 void KeptFiles::KeepDatabase(Workspace& workspace, const std::string& path, Copy copy) {
-  Database kept{path, "", copy};
-  if (FileIsThere(path)) {
-    if (copy == Copy::kBackup) {
-      kept.copy = backupName_ = MakeBackup(workspace, path);
-    } else {
-      NewFile made(TemporaryNameBeside(Followed(path)));
-      workspace.CopyDatabase(path, made.Path());
-      kept.copy = made.LetGo();
-    }
+  databases_.push_back({path, "", copy});
+  if (!FileIsThere(path)) return;
+  if (copy == Copy::kBackup) {
+    databases_.back().copy = MakeBackup(workspace, path);
+  } else {
+    NewFile made(TemporaryNameBeside(Followed(path)));
+    workspace.CopyDatabase(path, made.Path());
+    databases_.back().copy = made.LetGo();
   }
-  databases_.push_back(std::move(kept));
 }
 
 std::string KeptFiles::StandInFor(const std::string& path) {
   if (!TakesAnothersPlace(path)) return path;
   if (FileIsThere(path) && !MayBeWritten(path)) throw FileError(kPermissionDenied, path);
-  newFiles_.push_back({path, TemporaryNameBeside(Followed(path))});
-  return newFiles_.back().standIn;
+  const std::string place = Followed(path);
+  const std::string standIn = TemporaryNameBeside(place);
+  newFiles_.push_back({PathOf(place), PathOf(standIn), {}});
+  return standIn;
 }
 
 void KeptFiles::KeepText(TextFiles& files, const std::string& path) {
   files.WriteThrough(path, StandInFor(path));
 }
 
-void KeptFiles::Finish() {
-  while (!newFiles_.empty()) {
-    const NewPlace& made = newFiles_.back();
-    if (FileIsThere(made.standIn)) TakePlace(made.standIn, made.path);
-    newFiles_.pop_back();
-  }
+std::string KeptFiles::BackupName() const {
   for (const Database& database : databases_) {
-    if (database.kind == Copy::kUntilDone && !database.copy.empty()) Remove(database.copy);
+    if (database.kind == Copy::kBackup) return database.copy;
   }
+  return {};
+}
+
+// All that may fail stands before the first file is moved, so that PutBack finds each as it was or
+// can take it back.
+void KeptFiles::Finish() {
+  std::erase_if(newFiles_, [](const NewPlace& made) { return !FileIsThere(Utf8Of(made.standIn)); });
+  std::vector<fs::path> copies;
+  for (const Database& database : databases_) {
+    if (database.kind == Copy::kUntilDone) copies.push_back(PathOf(database.copy));
+  }
+  for (NewPlace& made : newFiles_) Prepare(made);
+  for (NewPlace& made : newFiles_) {
+    std::error_code error;
+    fs::rename(made.standIn, made.place, error);
+    if (error) throw FileError(kPermissionDenied, Utf8Of(made.place));
+    made.moved = true;
+  }
+  for (const NewPlace& made : newFiles_) Remove(made.old);
+  for (const fs::path& copy : copies) Remove(copy);
+  newFiles_.clear();
   databases_.clear();
+}
+
+// The old file stays at hand under a second name, where the disk knows such names.
+void KeptFiles::Prepare(NewPlace& made) {
+  std::error_code error;
+  SyncFile(Utf8Of(made.standIn));
+  const fs::file_status status = fs::status(made.place, error);
+  made.stood = fs::exists(status);
+  if (!made.stood) return;
+  fs::permissions(made.standIn, status.permissions(), error);
+  if (newFiles_.size() == 1) return;
+  fs::path old = PathOf(TemporaryNameBeside(Utf8Of(made.place)));
+  fs::create_hard_link(made.place, old, error);
+  if (!error) made.old = std::move(old);
 }
 
 std::vector<std::string> KeptFiles::PutBack() noexcept try {
   std::vector<std::string> failures;
-  for (const NewPlace& made : newFiles_) Remove(made.standIn);
+  for (const NewPlace& made : newFiles_) {
+    std::error_code ignored;
+    Remove(made.moved && !made.stood ? made.place : made.standIn);
+    if (made.moved && !made.old.empty()) fs::rename(made.old, made.place, ignored);
+    Remove(made.old);
+  }
   newFiles_.clear();
   for (const Database& database : databases_) {
     if (database.copy.empty()) continue;

@@ -1,6 +1,7 @@
 // The files that stood before a run, kept until it is told how the run ended.
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,8 @@ class KeptFiles {
   // name of its copy, which stays.
   std::vector<std::string> PutBack() noexcept;
 
-  // The backup of the database, empty without one.
-  const std::string& BackupName() const { return backupName_; }
+  // The backup of the database, empty without one. Before Finish or PutBack only.
+  std::string BackupName() const;
 
  private:
   struct Database {
@@ -61,12 +62,16 @@ class KeptFiles {
     Copy kind;
   };
   struct NewPlace {
-    std::string path;
-    std::string standIn;
+    std::filesystem::path place;
+    std::filesystem::path standIn;
+    std::filesystem::path old;  // a second name of what stood there; empty without one
+    bool stood = false;
+    bool moved = false;
   };
+  void Prepare(NewPlace& made);
+
   std::vector<Database> databases_;
   std::vector<NewPlace> newFiles_;
-  std::string backupName_;
 };
 
 }  // namespace merivane::shell

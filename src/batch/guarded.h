@@ -1,0 +1,23 @@
+// The edge at which whatever is thrown becomes a word and an exit status.
+#pragma once
+
+#include <ostream>
+
+#include "batch/batch.h"
+
+namespace merivane {
+
+// Tells on `err` the exception that is being handled. Gives kFailed.
+int TellFailure(std::ostream& err) noexcept;
+
+// What the step gives; kFailed, with a word, where it throws.
+template <typename Step>
+int Guarded(std::ostream& err, const Step& step) noexcept {
+  try {
+    return step();
+  } catch (...) {
+    return TellFailure(err);
+  }
+}
+
+}  // namespace merivane
