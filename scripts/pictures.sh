@@ -8,6 +8,7 @@ exec 9> /tmp/merivane-pictures.lock # all runs use the same folders, so that the
 flock 9
 export HOME=/tmp/merivane-pictures LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb
 mkdir -p "$2" "$HOME"
+rm -f "$HOME"/festival.mdb*
 xvfb-run -a -s "-screen 0 2560x1600x24 -dpi 96" "$1/bin/merivane_window_pictures" "$root/samples" "$2"
 "$1/bin/merivane-batch" to-project "$root/samples/festival.txt" --database "$HOME/festival.mdb" \
   --overwrite --choose "Sale by mail order" --quiet
