@@ -12,6 +12,7 @@ namespace merivane {
 namespace {
 
 constexpr const char* kFooter = R"(Examples:
+  merivane-batch check model.txt
   merivane-batch to-project model.txt --database plan.mdb --mpx plan.mpx
   merivane-batch to-project model.txt --database plan.mdb --append --choose "Main line"
   merivane-batch projects plan.mdb --json
@@ -21,12 +22,13 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch chart plan.mdb --project 1 --output plan.pdf
 
 Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is
-refused, nothing was touched.)";
+refused, nothing was touched. For check: 0 nothing found; 3 warnings only; 1 errors.)";
 
 struct CommandLine {
   CommonOptions common;
   ToProjectOptions toProject;
   ToModelOptions toModel;
+  CheckOptions check;
   ProjectsOptions projects;
   DrawOptions draw;
   ChartOptions chart;
@@ -104,6 +106,16 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
   return command;
 }
 
+CLI::App* AddCheck(CLI::App& app, CommandLine& line) {
+  CLI::App* command =
+      app.add_subcommand("check", "list what a translation of a model text would stumble over");
+  AddName(command, "MODEL", line.check.model, "Neutral Text file (.txt)")->required();
+  command->add_flag("--json", line.check.json, "as a JSON object");
+  AddName(command, "--template", line.common.templateFile,
+          "template database (default: beside the program)");
+  return command;
+}
+
 CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("projects", "list the projects of a database");
   AddName(command, "DATABASE", line.projects.database, "plan database (.mdb)")->required();
@@ -121,6 +133,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   app.footer(kFooter);
   const CLI::App* toProject = AddToProject(app, line);
   const CLI::App* toModel = AddToModel(app, line);
+  const CLI::App* check = AddCheck(app, line);
   AddProjects(app, line);
   CLI::App* draw = AddDraw(app, line.draw);
   CLI::App* chart = AddChart(app, line.chart);
@@ -136,6 +149,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   return session.Run([&]() -> int {
     if (*toProject) return RunToProject(session, line.toProject);
     if (*toModel) return RunToModel(session, line.toModel);
+    if (*check) return RunCheck(session, line.check);
     if (*draw) return RunDraw(session, line.draw);
     if (*chart) return RunChart(session, line.chart);
     return RunProjects(session, line.projects);

@@ -42,6 +42,11 @@ struct ToModelOptions {
   bool force = false;
 };
 
+struct CheckOptions {
+  std::string model;
+  bool json = false;
+};
+
 struct ProjectsOptions {
   std::string database;
   bool json = false;

@@ -83,6 +83,7 @@ class Session {
 
 int RunToProject(Session& session, const ToProjectOptions& options);
 int RunToModel(Session& session, const ToModelOptions& options);
+int RunCheck(Session& session, const CheckOptions& options);
 int RunProjects(Session& session, const ProjectsOptions& options);
 
 }  // namespace merivane

@@ -7,7 +7,8 @@ namespace merivane {
 namespace {
 
 // Every variable takes what the record gives, empty text too.
-void ReadFact(ModelToProject& state) {
+void ReadFact(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kFact, listEnd);
   FieldVariables& f = state.fields;
   f.Num = ToInt16(Field(state, 1, 4));
   f.Name = NextField(state, 3, 250);
@@ -22,7 +23,7 @@ void ReadFact(ModelToProject& state) {
 
 void AddFact(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  AddRow(state, state.rsFactPool, "select * from Fact_Pool", IsRecordWanted(state),
+  AddRow(state, state.rsFactPool, "Fact_Pool", IsRecordWanted(state),
          {{"Num", f.Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Name", f.Name},
@@ -42,7 +43,7 @@ void ReadFactPool(ModelToProject& state) {
   SkipTo(state, "Fact Pool");
   NextLine(state);
   while (state.gLine != kEnd) {
-    ReadFact(state);
+    ReadFact(state, kEnd);
     NextLines(state, 2);
     if (state.gLine != kEnd) NextLine(state);
     AddFact(state);

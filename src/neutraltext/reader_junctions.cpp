@@ -9,7 +9,8 @@ namespace merivane {
 
 namespace {
 
-void ReadJunctionHead(ModelToProject& state) {
+void ReadJunctionHead(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kJunction, listEnd);
   constexpr std::size_t kIndent = 5;
   FieldVariables& f = state.fields;
   state.gJunctionNum = ToInt16(Field(state, 3, 4));
@@ -25,14 +26,14 @@ void ReadJunctionHead(ModelToProject& state) {
   KeepBlock(state, f.Glossary, "    Glossary", "    End  Glossary");
   KeepBlock(state, f.Object_Occ_List, "      Object Occurrence List",
             "      End  Object Occurrence List");
-  for (Value* list : {&f.Fact_List, &f.Constraint_List, &f.Note_List, &f.Property_List}) {
+  for (FieldVariable* list : {&f.Fact_List, &f.Constraint_List, &f.Note_List, &f.Property_List}) {
     *list = " ";
   }
 }
 
 void AddJunction(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  AddRow(state, state.rsJunctions, "select * from Junctions_in_Scenario", IsRecordWanted(state),
+  AddRow(state, state.rsJunctions, "Junctions_in_Scenario", IsRecordWanted(state),
          {{"Num", f.Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Scenario_Num", state.gScenarioNum},
@@ -67,7 +68,7 @@ void ReadJunctionFact(FieldVariables& fields, const std::string& line) {
 
 void AddJunctionFact(ModelToProject& state) {
   const Value project = state.gMspProjId == 0 ? Value() : Value(state.gMspProjId);
-  AddRow(state, state.rsFactsInJunction, "select * from Facts_in_Junction", true,
+  AddRow(state, state.rsFactsInJunction, "Facts_in_Junction", true,
          {{"Junction_Num", state.gJunctionNum},
           {"Fact_Num", state.fields.Fact_Num},
           {"Junction_ID", state.gJunctionId},
@@ -80,8 +81,10 @@ void ReadJunctionFacts(ModelToProject& state) {
   SkipTo(state, "      Fact List");
   NextLine(state);
   std::string facts;
+  Search(state, "      End  Fact List");
   while (state.gLine != "      End  Fact List") {
     facts.append(state.gLine).append(kCrLf);
+    BeginRecord(state, Element::kJunctionFact);
     ReadJunctionFact(state.fields, state.gLine);
     NextLine(state);
     AddJunctionFact(state);
@@ -92,19 +95,11 @@ void ReadJunctionFacts(ModelToProject& state) {
 // The project's last junction row is the one being read.
 void SetJunctionLists(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  Recordset& rows = state.rsJunctions;
-  rows.Source(RowsOfProject(state, "Junctions_In_Scenario"));
-  rows.ActiveConnection(state.gMspConn.get());
-  rows.Open();
-  if (!rows.Bof() && !rows.Eof()) {
-    rows.MoveLast();
-    rows.SetField("Fact_List", f.Fact_List);
-    rows.SetField("Constraint_List", f.Constraint_List);
-    rows.SetField("Note_List", f.Note_List);
-    rows.SetField("Property_List", f.Property_List);
-    rows.Update();
-  }
-  rows.Close();
+  ChangeLastRow(state, state.rsJunctions, "Junctions_In_Scenario", "",
+                {{"Fact_List", f.Fact_List},
+                 {"Constraint_List", f.Constraint_List},
+                 {"Note_List", f.Note_List},
+                 {"Property_List", f.Property_List}});
 }
 
 void ReadJunctionLists(ModelToProject& state) {
@@ -124,7 +119,7 @@ void ReadJunctions(ModelToProject& state) {
   NextLine(state);
   if (state.gLine != kEnd) NextLine(state);
   while (state.gLine != kEnd) {
-    ReadJunctionHead(state);
+    ReadJunctionHead(state, kEnd);
     AddJunction(state);
     ReadJunctionLists(state);
     NextLines(state, 2);

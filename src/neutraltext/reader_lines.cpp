@@ -7,21 +7,35 @@
 
 namespace merivane {
 
-void NextLine(ModelToProject& state) { state.gLine = state.files.ReadLine(state.gTextFile); }
+void NextLine(ModelToProject& state) {
+  state.gLine = state.files.ReadLine(state.gTextFile);
+  if (state.readerListener) state.readerListener->OnLine(state.gLine);
+}
 
 void NextLines(ModelToProject& state, int count) {
   for (int i = 0; i < count; ++i) NextLine(state);
 }
 
+void Search(ModelToProject& state, std::string_view keyword) {
+  if (state.readerListener) state.readerListener->OnSearch(keyword);
+}
+
+void BeginRecord(ModelToProject& state, Element element, std::string_view listEnd) {
+  if (state.readerListener) state.readerListener->OnRecord(element, listEnd);
+}
+
 void SkipTo(ModelToProject& state, std::string_view keyword) {
+  Search(state, keyword);
   while (state.gLine != keyword) NextLine(state);
 }
 
 void SkipToLineThatHolds(ModelToProject& state, std::string_view text) {
+  Search(state, text);
   while (!Holds(state.gLine, text)) NextLine(state);
 }
 
 std::string CollectTo(ModelToProject& state, std::string_view closing) {
+  Search(state, closing);
   std::string block;
   while (state.gLine != closing) {
     block.append(state.gLine).append(kCrLf);
@@ -37,6 +51,7 @@ std::string ReadBlock(ModelToProject& state, std::string_view opening, std::stri
 }
 
 std::string Field(const ModelToProject& state, std::size_t start, std::size_t length) {
+  if (state.readerListener) state.readerListener->OnField(start, length);
   return FieldAfterBlanks(state.gLine, start, length);
 }
 
@@ -45,35 +60,64 @@ std::string NextField(ModelToProject& state, std::size_t start, std::size_t leng
   return Field(state, start, length);
 }
 
-void Keep(Value& variable, std::string text) {
+void Keep(FieldVariable& variable, std::string text) {
   if (!text.empty()) variable = std::move(text);
 }
 
-void KeepInteger(Value& variable, const std::string& text) {
+void KeepInteger(FieldVariable& variable, const std::string& text) {
   if (!text.empty()) variable = ToInt16(text);
 }
 
-void KeepNextField(ModelToProject& state, Value& variable, std::size_t start, std::size_t length) {
+void KeepNextField(ModelToProject& state, FieldVariable& variable, std::size_t start,
+                   std::size_t length) {
   Keep(variable, NextField(state, start, length));
 }
 
-void KeepBlock(ModelToProject& state, Value& variable, std::string_view opening,
+void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening,
                std::string_view closing) {
   Keep(variable, ReadBlock(state, opening, closing));
+}
+
+void Cut(ModelToProject& state, std::size_t length) {
+  if (state.readerListener) state.readerListener->OnCut(length);
 }
 
 bool IsRecordWanted(const ModelToProject& state) {
   return state.gMspProjId != 0 && !IsBlank(state.fields.Num);
 }
 
-void AddRow(ModelToProject& state, Recordset& rows, std::string_view sql, bool wanted,
+bool IsStored(const ModelToProject& state, RowChange change, std::string_view table,
+              std::initializer_list<Cell> cells) {
+  if (!state.readerListener) return true;
+  const bool stored = state.readerListener->OnRow(change, table, cells);
+  for (const Cell& cell : cells) {
+    if (cell.variable) cell.variable->fresh = false;
+  }
+  return stored;
+}
+
+void AddRow(ModelToProject& state, Recordset& rows, std::string_view table, bool wanted,
             std::initializer_list<Cell> cells) {
-  rows.OpenDynamic(sql, state.gMspConn.get());
+  if (wanted && !IsStored(state, RowChange::kAdded, table, cells)) return;
+  std::string sql = "select * from ";
+  rows.OpenDynamic(sql.append(table), state.gMspConn.get());
   if (wanted) {
     rows.AddNew();
     for (const Cell& cell : cells) {
       if (!IsBlank(cell.value)) rows.SetField(cell.column, cell.value);
     }
+    rows.Update();
+  }
+  rows.Close();
+}
+
+void ChangeLastRow(ModelToProject& state, Recordset& rows, std::string_view table,
+                   std::string_view condition, std::initializer_list<Cell> cells) {
+  if (!IsStored(state, RowChange::kChanged, table, cells)) return;
+  rows.OpenDynamic(RowsOfProject(state, table).append(condition), state.gMspConn.get());
+  if (!rows.Bof() && !rows.Eof()) {
+    rows.MoveLast();
+    for (const Cell& cell : cells) rows.SetField(cell.column, cell.value);
     rows.Update();
   }
   rows.Close();

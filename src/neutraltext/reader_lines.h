@@ -7,11 +7,17 @@
 #include <string_view>
 
 #include "neutraltext/modGlobal.h"
+#include "neutraltext/reader_listener.h"
 
 namespace merivane {
 
 void NextLine(ModelToProject& state);
 void NextLines(ModelToProject& state, int count);
+
+// Tells a listener what is searched for from the current line on, or which element begins there;
+// `listEnd` is the line that ends the list of such elements.
+void Search(ModelToProject& state, std::string_view keyword);
+void BeginRecord(ModelToProject& state, Element element, std::string_view listEnd = {});
 
 // Stays where the current line already is the keyword. Keywords are whole lines.
 void SkipTo(ModelToProject& state, std::string_view keyword);
@@ -27,29 +33,36 @@ std::string Field(const ModelToProject& state, std::size_t start, std::size_t le
 std::string NextField(ModelToProject& state, std::size_t start, std::size_t length);
 
 // Assigns what isn't empty, so that an empty field leaves the variable to its earlier value.
-void Keep(Value& variable, std::string text);
-void KeepInteger(Value& variable, const std::string& text);
+void Keep(FieldVariable& variable, std::string text);
+void KeepInteger(FieldVariable& variable, const std::string& text);
 
-void KeepNextField(ModelToProject& state, Value& variable, std::size_t start, std::size_t length);
-void KeepBlock(ModelToProject& state, Value& variable, std::string_view opening,
+void KeepNextField(ModelToProject& state, FieldVariable& variable, std::size_t start,
+                   std::size_t length);
+void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening,
                std::string_view closing);
 
 // Longest text that a pool, a referent list and an OSTN list may have.
 inline constexpr std::size_t kTextLimit = 64000;
 
+// Tells a listener that a text longer than `length` ends at the current line and what is lost: the
+// rest of it, or all of it.
+void Cut(ModelToProject& state, std::size_t length);
+
 // Whether a record with a number of its own goes into its table: only in a settled project.
 bool IsRecordWanted(const ModelToProject& state);
 
-// One column of a row to be added. `value` lives as long as the call that it is handed to.
-struct Cell {
-  std::string_view column;
-  const Value& value;
-};
+// Whether a listener leaves the row to the database; true without one.
+bool IsStored(const ModelToProject& state, RowChange change, std::string_view table,
+              std::initializer_list<Cell> cells);
 
-// Adds a row to the table that the statement opens, leaving out columns whose value is blank. A
-// row that is not `wanted` still opens and closes the table.
-void AddRow(ModelToProject& state, Recordset& rows, std::string_view sql, bool wanted,
+// Adds a row to the table, leaving out columns whose value is blank. A row that is not `wanted`
+// still opens and closes the table.
+void AddRow(ModelToProject& state, Recordset& rows, std::string_view table, bool wanted,
             std::initializer_list<Cell> cells);
+
+// Sets columns in the last of the project's rows that the condition leaves; nothing without one.
+void ChangeLastRow(ModelToProject& state, Recordset& rows, std::string_view table,
+                   std::string_view condition, std::initializer_list<Cell> cells);
 
 // "select * from <table> where Msp_ProjID = <number>".
 std::string RowsOfProject(const ModelToProject& state, std::string_view table);

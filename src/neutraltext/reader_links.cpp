@@ -8,9 +8,9 @@ namespace merivane {
 namespace {
 
 struct LinkEnd {
-  Value& number;
-  Value& type;
-  Value& name;
+  FieldVariable& number;
+  FieldVariable& type;
+  FieldVariable& name;
 };
 
 // "#", the number, two blanks, then "(", the type, ",", a blank, the name, ")". An end that lacks
@@ -27,7 +27,8 @@ void ReadLinkEnd(const std::string& end, LinkEnd fields) {
   Keep(fields.name, Mid(end, comma + 2, close - comma - 2));
 }
 
-void ReadLinkHead(ModelToProject& state) {
+void ReadLinkHead(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kLink, listEnd);
   FieldVariables& f = state.fields;
   f.Num = ToInt16(Field(state, 3, 4));
   ReadLinkEnd(NextField(state, 4, 250), {f.Origin_Num, f.Origin_Type, f.Origin_Name});
@@ -54,7 +55,7 @@ void ReadLinkBlocks(ModelToProject& state) {
 
 void AddLink(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  AddRow(state, state.rsLinks, "select * from Links_in_Scenario", IsRecordWanted(state),
+  AddRow(state, state.rsLinks, "Links_in_Scenario", IsRecordWanted(state),
          {{"Num", f.Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Scenario_Num", state.gScenarioNum},
@@ -76,10 +77,11 @@ void AddLink(ModelToProject& state) {
 }  // namespace
 
 void ReadLinks(ModelToProject& state) {
+  constexpr std::string_view kEnd = "  End  Link List";
   SkipTo(state, "  Link List");
   NextLine(state);
-  while (state.gLine != "  End  Link List") {
-    ReadLinkHead(state);
+  while (state.gLine != kEnd) {
+    ReadLinkHead(state, kEnd);
     ReadLinkBlocks(state);
     AddLink(state);
   }

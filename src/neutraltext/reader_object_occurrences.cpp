@@ -12,6 +12,7 @@ namespace {
 void Append(std::string& text, const std::string& line) { text.append(line).append(kCrLf); }
 
 void AddLinesTo(ModelToProject& state, std::string& text, std::string_view closing) {
+  Search(state, closing);
   while (state.gLine != closing) {
     Append(text, state.gLine);
     NextLine(state);
@@ -19,10 +20,12 @@ void AddLinesTo(ModelToProject& state, std::string& text, std::string_view closi
 }
 
 // A value behind a double blank whose label is exactly that key.
-void TakeSimulationValue(std::string_view line, std::string_view key, Value& variable) {
+void TakeSimulationValue(const ModelToProject& state, std::string_view key,
+                         FieldVariable& variable) {
+  const std::string_view line = state.gLine;
   const std::size_t blanks = Find(line, "  ");
   if (blanks == 0 || line.substr(0, blanks - 1) != key) return;
-  variable = FieldAfterBlanks(line, blanks, 25);
+  variable = Field(state, blanks, 25);
 }
 
 // From the first property line on. Cycle time and labor rule count in the glossary's second and
@@ -34,17 +37,18 @@ std::string ReadSimulationProperties(ModelToProject& state) {
     Append(text, state.gLine);
     NextLine(state);
   }
-  TakeSimulationValue(state.gLine, "Cycle-Time:", state.fields.Duration);
+  TakeSimulationValue(state, "Cycle-Time:", state.fields.Duration);
   if (state.gLine != "                End  Glossary") {
     Append(text, state.gLine);
     NextLine(state);
-    TakeSimulationValue(state.gLine, "Labor-Rule:", state.fields.Labor_Rule);
+    TakeSimulationValue(state, "Labor-Rule:", state.fields.Labor_Rule);
   }
   AddLinesTo(state, text, "            End  Property List");
   return text;
 }
 
-void ReadObjectOccurrence(ModelToProject& state) {
+void ReadObjectOccurrence(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kObjectUse, listEnd);
   FieldVariables& f = state.fields;
   const std::string head = Field(state, 11, 250);
   const auto blanks = static_cast<std::ptrdiff_t>(Find(head, "  "));
@@ -63,7 +67,7 @@ void ReadObjectOccurrence(ModelToProject& state) {
 void AddObjectOccurrence(ModelToProject& state) {
   const FieldVariables& f = state.fields;
   const Value project = state.gMspProjId == 0 ? Value() : Value(state.gMspProjId);
-  AddRow(state, state.rsObjectInActivity, "select * from Object_in_Activity_in_Scenario", true,
+  AddRow(state, state.rsObjectInActivity, "Object_in_Activity_in_Scenario", true,
          {{"Scenario_Num", state.gScenarioNum},
           {"Activity_Num", state.gUseNum},
           {"Object_Occ_Num", f.Object_Occ_Num},
@@ -75,17 +79,9 @@ void AddObjectOccurrence(ModelToProject& state) {
 
 // The occurrence ends with the values of its last object.
 void SetSimulationValues(ModelToProject& state) {
-  Recordset& rows = state.rsActivityInScenario;
-  rows.OpenDynamic(RowsOfProject(state, "Activity_In_Scenario") +
-                       " and Use_Num = " + std::to_string(state.gUseNum),
-                   state.gMspConn.get());
-  if (!rows.Bof() && !rows.Eof()) {
-    rows.MoveLast();
-    rows.SetField("Duration", state.fields.Duration);
-    rows.SetField("Labor_Rule", state.fields.Labor_Rule);
-    rows.Update();
-  }
-  rows.Close();
+  ChangeLastRow(state, state.rsActivityInScenario, "Activity_In_Scenario",
+                " and Use_Num = " + std::to_string(state.gUseNum),
+                {{"Duration", state.fields.Duration}, {"Labor_Rule", state.fields.Labor_Rule}});
 }
 
 }  // namespace
@@ -95,7 +91,7 @@ void ReadObjectOccurrences(ModelToProject& state) {
   SkipTo(state, "        Object Occurrence List");
   NextLine(state);
   while (state.gLine != kEnd) {
-    ReadObjectOccurrence(state);
+    ReadObjectOccurrence(state, kEnd);
     NextLines(state, 2);
     AddObjectOccurrence(state);
     SetSimulationValues(state);

@@ -10,15 +10,15 @@ namespace merivane {
 namespace {
 
 // Quantity and alias stand behind a double blank among the object's properties.
-void ReadQuantityOrAlias(FieldVariables& fields, std::string_view line) {
+void ReadQuantityOrAlias(ModelToProject& state) {
   constexpr std::size_t kLength = 10;
+  const std::string_view line = state.gLine;
   const std::size_t blanks = Find(line, "  ");
   if (blanks == 0) return;
-  const std::string value = FieldAfterBlanks(line, blanks, kLength);
   if (line.substr(0, blanks - 1) == "Quantity:") {
-    fields.Quantity = ToDouble(value);
+    state.fields.Quantity = ToDouble(Field(state, blanks, kLength));
   } else if (Holds(line, "Alias:")) {
-    fields.Alias = value;
+    state.fields.Alias = Field(state, blanks, kLength);
   }
 }
 
@@ -26,15 +26,17 @@ void ReadObjectProperties(ModelToProject& state) {
   SkipTo(state, "  Property List");
   NextLine(state);
   std::string properties;
+  Search(state, "  End  Property List");
   while (state.gLine != "  End  Property List") {
-    ReadQuantityOrAlias(state.fields, state.gLine);
+    ReadQuantityOrAlias(state);
     properties.append(state.gLine).append(kCrLf);
     NextLine(state);
   }
   Keep(state.fields.Property_List, std::move(properties));
 }
 
-void ReadObject(ModelToProject& state) {
+void ReadObject(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kObject, listEnd);
   ReadPoolHead(state, ValidateObjectName);
   ReadObjectProperties(state);
   KeepNextField(state, state.fields.Dunmar_Type, 3, 25);
@@ -44,7 +46,7 @@ void ReadObject(ModelToProject& state) {
 
 void AddObject(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  AddRow(state, state.rsObjectPool, "select * from Object_Pool", IsRecordWanted(state),
+  AddRow(state, state.rsObjectPool, "Object_Pool", IsRecordWanted(state),
          {{"Num", f.Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Name", f.Name},
@@ -75,7 +77,7 @@ void ReadObjectPool(ModelToProject& state) {
   SkipTo(state, "Object Pool");
   NextLine(state);
   while (state.gLine != kEnd) {
-    ReadObject(state);
+    ReadObject(state, kEnd);
     NextLines(state, 3);
     if (state.gLine != kEnd) NextLine(state);
     AddObject(state);

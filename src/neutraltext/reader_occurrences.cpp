@@ -10,12 +10,13 @@ namespace merivane {
 
 namespace {
 
-void KeepNumeric(Value& variable, std::string text) {
+void KeepNumeric(FieldVariable& variable, std::string text) {
   if (IsNumericText(text)) variable = std::move(text);
 }
 
 // The process number and "#" with the occurrence's own. False for a line without the second.
-bool ReadNumbers(ModelToProject& state) {
+bool ReadNumbers(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kUnit, listEnd);
   constexpr std::size_t kLength = 25;
   const std::string numbers = Field(state, 5, kLength);
   const auto blanks = static_cast<std::ptrdiff_t>(Find(numbers, "  "));
@@ -31,7 +32,7 @@ bool ReadNumbers(ModelToProject& state) {
 void AddOccurrence(ModelToProject& state) {
   const FieldVariables& f = state.fields;
   const bool wanted = state.gMspProjId != 0 && !IsBlank(f.Use_Num);
-  AddRow(state, state.rsActivityInScenario, "select * from Activity_In_Scenario", wanted,
+  AddRow(state, state.rsActivityInScenario, "Activity_In_Scenario", wanted,
          {{"Use_Num", f.Use_Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Scenario_Num", state.gScenarioNum},
@@ -59,15 +60,8 @@ void ReadOccurrenceLists(ModelToProject& state) {
   FieldVariables& f = state.fields;
   KeepBlock(state, f.Fact_List, "        Fact List", "        End  Fact List");
   KeepBlock(state, f.Constraint_List, "        Constraint List", "        End  Constraint List");
-  Recordset& rows = state.rsActivityInScenario;
-  rows.OpenDynamic(RowsOfProject(state, "Activity_In_Scenario"), state.gMspConn.get());
-  if (!rows.Bof() && !rows.Eof()) {
-    rows.MoveLast();
-    rows.SetField("Fact_List", f.Fact_List);
-    rows.SetField("Constraint_List", f.Constraint_List);
-    rows.Update();
-  }
-  rows.Close();
+  ChangeLastRow(state, state.rsActivityInScenario, "Activity_In_Scenario", "",
+                {{"Fact_List", f.Fact_List}, {"Constraint_List", f.Constraint_List}});
 }
 
 }  // namespace
@@ -88,7 +82,7 @@ void ReadOccurrences(ModelToProject& state) {
   NextLine(state);
   if (state.gLine != kEnd) NextLine(state);
   while (state.gLine != kEnd) {
-    if (ReadNumbers(state)) {
+    if (ReadNumbers(state, kEnd)) {
       ReadOccurrenceHead(state);
       ReadObjectOccurrences(state);
       ReadOccurrenceLists(state);

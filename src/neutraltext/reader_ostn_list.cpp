@@ -6,6 +6,7 @@ namespace merivane {
 void ReadOstnList(ModelToProject& state) {
   NextLine(state);
   const std::string text = CollectTo(state, "End  OSTN List");
+  if (text.size() > kTextLimit) Cut(state, kTextLimit);
   if (text.empty() || text.size() > kTextLimit) return;
   Recordset& rows = state.rsOstn;
   rows.OpenDynamic("select * from OSTN_List", state.gMspConn.get());

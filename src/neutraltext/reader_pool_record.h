@@ -7,7 +7,8 @@
 
 namespace merivane {
 
-// Number, name, creator, the two dates and the blocks up to the source list.
+// The head of an element at the current line: number, name, creator, the two dates and the blocks
+// up to the source list.
 void ReadPoolHead(ModelToProject& state, void (*validateName)(Desktop&, const std::string&));
 
 // The three blocks of the elaboration.

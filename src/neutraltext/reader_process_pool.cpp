@@ -8,7 +8,7 @@ namespace {
 
 void AddProcess(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  AddRow(state, state.rsActivityPool, "select * from Activity_Pool", IsRecordWanted(state),
+  AddRow(state, state.rsActivityPool, "Activity_Pool", IsRecordWanted(state),
          {{"Num", f.Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Name", f.Name},
@@ -26,7 +26,8 @@ void AddProcess(ModelToProject& state) {
           {"Constraint_list", f.Constraint_List}});
 }
 
-void ReadProcess(ModelToProject& state) {
+void ReadProcess(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kProcess, listEnd);
   FieldVariables& f = state.fields;
   ReadPoolHead(state, ValidateUobName);
   KeepBlock(state, f.Property_List, "  Property List", "  End  Property List");
@@ -42,7 +43,7 @@ void ReadProcessPool(ModelToProject& state) {
   SkipTo(state, "Process Pool");
   NextLine(state);
   while (state.gLine != kEnd) {
-    ReadProcess(state);
+    ReadProcess(state, kEnd);
     AddProcess(state);
     NextLines(state, 3);
     if (state.gLine != kEnd) NextLine(state);

@@ -54,7 +54,8 @@ void ReadScenarioBlocks(ModelToProject& state) {
 }
 
 // Every variable takes what the scenario gives, empty text too.
-void ReadScenarioHead(ModelToProject& state) {
+void ReadScenarioHead(ModelToProject& state, std::string_view listEnd) {
+  BeginRecord(state, Element::kScenario, listEnd);
   FieldVariables& f = state.fields;
   state.gScenarioNum = ToInt16(Field(state, 1, 4));
   f.Num = state.gScenarioNum;
@@ -72,7 +73,7 @@ void ReadScenarioHead(ModelToProject& state) {
 
 void AddScenario(ModelToProject& state) {
   const FieldVariables& f = state.fields;
-  AddRow(state, state.rsScenario, "select * from Scenario", IsRecordWanted(state),
+  AddRow(state, state.rsScenario, "Scenario", IsRecordWanted(state),
          {{"Num", f.Num},
           {"Msp_ProjID", state.gMspProjId},
           {"Name", f.Name},
@@ -98,13 +99,14 @@ void AddScenario(ModelToProject& state) {
 }
 
 // The project's last scenario row is the one being read.
-void SetInLastScenario(ModelToProject& state, std::string_view column, std::string text) {
+void SetInLastScenario(ModelToProject& state, std::string_view column, const Value& text) {
+  if (!IsStored(state, RowChange::kChanged, "Scenario", {{column, text}})) return;
   Recordset& rows = state.rsScenario;
   rows.Source(RowsOfProject(state, "Scenario"));
   rows.ActiveConnection(state.gMspConn.get());
   rows.Open();
   rows.MoveLast();
-  rows.SetField(column, std::move(text));
+  rows.SetField(column, text);
   rows.Update();
   rows.Close();
 }
@@ -112,16 +114,18 @@ void SetInLastScenario(ModelToProject& state, std::string_view column, std::stri
 void ReadReferentList(ModelToProject& state) {
   SkipToLineThatHolds(state, "Referent List");
   NextLine(state);
-  std::string referents = CollectTo(state, "  End  Referent List");
+  const std::string referents = CollectTo(state, "  End  Referent List");
+  if (referents.size() > kTextLimit) Cut(state, kTextLimit);
   if (referents.empty() || referents.size() > kTextLimit) return;
-  SetInLastScenario(state, "Referent_List", std::move(referents));
+  SetInLastScenario(state, "Referent_List", referents);
 }
 
 void ReadScenarioEnd(ModelToProject& state) {
+  Search(state, "End  Scenario");
   while (state.gLine != "End  Scenario") {
     if (HoldsNoCase(state.gLine, "Decomp-rightmost:")) {
-      std::string rightmost = Field(state, 5, 50);
-      if (!rightmost.empty()) SetInLastScenario(state, "Decomp_rightmost", std::move(rightmost));
+      const std::string rightmost = Field(state, 5, 50);
+      if (!rightmost.empty()) SetInLastScenario(state, "Decomp_rightmost", rightmost);
     }
     NextLine(state);
   }
@@ -134,7 +138,7 @@ void ReadScenarios(ModelToProject& state) {
   SkipTo(state, "Scenario List");
   NextLines(state, 2);
   while (state.gLine != kEnd) {
-    ReadScenarioHead(state);
+    ReadScenarioHead(state, kEnd);
     AddScenario(state);
     ReadOccurrences(state);
     ReadJunctions(state);

@@ -17,10 +17,12 @@ std::string ReadPoolText(ModelToProject& state, const std::string& name, LookAt 
   SkipTo(state, name);
   NextLine(state);
   std::string text;
+  Search(state, end);
   while (state.gLine != end) {
     lookAt(state.gLine);
     text.append(state.gLine).append(kCrLf);
     if (text.size() > kTextLimit) {
+      Cut(state, kTextLimit);
       state.gLine = end;
     } else {
       NextLine(state);
@@ -77,7 +79,7 @@ class StartDateSearch {
 
 void ReadStatePool(ModelToProject& state) {
   const Value states = ReadPoolText(state, "State Pool");
-  AddRow(state, state.rsMisc, "select * from Misc", state.gMspProjId != 0,
+  AddRow(state, state.rsMisc, "Misc", state.gMspProjId != 0,
          {{"Msp_ProjID", state.gMspProjId}, {"State_Pool", states}});
 }
 

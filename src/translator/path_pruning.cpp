@@ -2,6 +2,7 @@
 
 #include "junction_queue.h"
 #include "runtime/text.h"
+#include "translator/path_listener.h"
 
 namespace merivane {
 namespace {
@@ -17,7 +18,10 @@ std::string WordWithoutLetter(std::string_view text, std::size_t before, std::si
 }  // namespace
 
 void PathPruning::Prune(const Value& junctionNum) {
-  ReadFact(junctionNum);
+  const bool ownFact = ReadFact(junctionNum);
+  if (state_.pathListener) {
+    state_.pathListener->OnFanOut(junctionNum, ownFact, linkId_, junctionDigits_);
+  }
   if (!IsNumericText(linkId_) || !IsNumericText(junctionDigits_)) return;
   FindStopJunction();
   Recordset links = LinksFrom(state_, junctionNum);
@@ -29,17 +33,18 @@ void PathPruning::Prune(const Value& junctionNum) {
   }
 }
 
-void PathPruning::ReadFact(const Value& junctionNum) {
+bool PathPruning::ReadFact(const Value& junctionNum) {
   Recordset facts =
       Rows(state_, "Select * from facts_in_junction where Msp_ProjID = ", state_.gMspProjId,
            " and scenario_num = ", state_.currentScenarioNum, " and Junction_Num = ", junctionNum,
            " order by Fact_num ");
-  if (facts.Eof() || !HoldsNoCase(Joined(facts.Field("Fact_Name")), "PathAt")) return;
+  if (facts.Eof() || !HoldsNoCase(Joined(facts.Field("Fact_Name")), "PathAt")) return false;
   Recordset pool = Rows(state_, "Select * from Fact_Pool where Msp_ProjID = ", state_.gMspProjId,
                         " and Num = ", facts.Field("Fact_Num"));
-  if (pool.Eof()) return;
+  if (pool.Eof()) return false;
   const Value glossary = pool.Field("Glossary");
   if (!glossary.IsNull()) ReadPath(Joined(glossary));
+  return true;
 }
 
 void PathPruning::ReadPath(const std::string& glossary) {

@@ -20,7 +20,8 @@ class PathPruning {
   void Prune(const Value& junctionNum);
 
  private:
-  void ReadFact(const Value& junctionNum);
+  // Whether the junction has a path fact of its own.
+  bool ReadFact(const Value& junctionNum);
   void ReadPath(const std::string& glossary);
   void FindStopJunction();
   Recordset ActivityHere(const Value& useNum);

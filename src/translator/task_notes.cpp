@@ -1,15 +1,7 @@
 #include "translation_steps.h"
+#include "translator/task_note.h"
 
 namespace merivane {
-namespace {
-
-constexpr std::size_t kMostNoteBytes = 20000;
-constexpr std::string_view kNoteHead =
-    "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang1033{\\fonttbl{\\f0\\fswiss\\fprq2\\fcharset0 "
-    "Arial;}} \\viewkind4\\uc1\\pard\\f0\\fs20 ";
-constexpr std::string_view kNoteEnd = "\\par\\par}";
-
-}  // namespace
 
 void WriteRtfNote(Pass& pass, const Value& projectId) {
   Command& command = pass.rtfNote;

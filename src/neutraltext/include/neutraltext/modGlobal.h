@@ -18,6 +18,9 @@
 
 namespace merivane {
 
+class PathListener;
+class ReaderListener;
+
 // What both directions use. The referred objects outlive the direction.
 struct Direction {
   Desktop& desktop;
@@ -26,21 +29,32 @@ struct Direction {
   std::int32_t& codePage;  // set by the model-to-project pass, read by both; 0 before
 };
 
-// Field variables of the reader: Null until assigned, never cleared between records, sections or
-// reads.
+// A field variable of the reader: Null until assigned, never cleared between records, sections or
+// reads. `fresh`: assigned since a listener was told of the last row with it.
+struct FieldVariable : Value {
+  template <typename Assigned>
+  FieldVariable& operator=(Assigned&& value) {
+    Value::operator=(Value(std::forward<Assigned>(value)));
+    fresh = true;
+    return *this;
+  }
+  mutable bool fresh = false;
+};
+
 struct FieldVariables {
-  Value Num, Name, Creator, Date_Created, Last_Modified, Glossary, Note_List, Source_List,
+  FieldVariable Num, Name, Creator, Date_Created, Last_Modified, Glossary, Note_List, Source_List,
       Property_List, ID, Ref, Object_Occ_List, Fact_List, Constraint_List, Quantity, Alias,
       Dunmar_Type, Celvar_Type;
-  Value Description;         // of the project and of scenarios
-  Value Parent_Num, Parent;  // of a scenario
-  Value Scenario_Type;       // kept apart from the type of junctions and links
-  Value Revision_Number, Review_Status, Purpose, Viewpoint, Context, Referent_List;
-  Value Process_Num, Use_Num, Column, Row;
-  Value Object_Occ_Num, Object_Name, Duration, Labor_Rule;
-  Value Cardinality, Type;  // of junctions and links
-  Value Fact_Num, Fact_Name;
-  Value Origin_Num, Origin_Type, Origin_Name, Destination_Num, Destination_Type, Destination_Name;
+  FieldVariable Description;         // of the project and of scenarios
+  FieldVariable Parent_Num, Parent;  // of a scenario
+  FieldVariable Scenario_Type;       // kept apart from the type of junctions and links
+  FieldVariable Revision_Number, Review_Status, Purpose, Viewpoint, Context, Referent_List;
+  FieldVariable Process_Num, Use_Num, Column, Row;
+  FieldVariable Object_Occ_Num, Object_Name, Duration, Labor_Rule;
+  FieldVariable Cardinality, Type;  // of junctions and links
+  FieldVariable Fact_Num, Fact_Name;
+  FieldVariable Origin_Num, Origin_Type, Origin_Name, Destination_Num, Destination_Type,
+      Destination_Name;
 };
 
 inline constexpr int kJunctionQueueBound = 100;
@@ -65,7 +79,10 @@ struct ModelToProject : Direction {
   Recordset rsActivityPool, rsObjectPool, rsFactPool, rsMisc, rsScenario, rsActivityInScenario,
       rsObjectInActivity, rsJunctions, rsFactsInJunction, rsLinks, rsOstn;
 
+  ReaderListener* readerListener = nullptr;  // null: nobody listens
+
   // Translator
+  PathListener* pathListener = nullptr;  // null: nobody listens
   std::int16_t mpxFileNo = 0;
   std::int16_t linkUID = 0;
   std::int16_t currentScenarioNum = 0;

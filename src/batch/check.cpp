@@ -1,0 +1,81 @@
+#include "inspect/check.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "printable.h"
+#include "runtime/code_page.h"
+#include "session.h"
+
+namespace merivane {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using inspect::Finding;
+using inspect::Severity;
+
+const char* NameOf(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+
+std::size_t CountOf(const std::vector<Finding>& findings, Severity severity) {
+  return static_cast<std::size_t>(
+      std::count_if(findings.begin(), findings.end(),
+                    [&](const Finding& finding) { return finding.severity == severity; }));
+}
+
+std::string Counted(std::size_t count, const std::string& word) {
+  return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
+void PrintText(std::ostream& out, const std::string& model, const std::vector<Finding>& findings) {
+  for (const Finding& finding : findings) {
+    const std::string element = Described(finding.element);
+    out << model << ':' << finding.line << ": " << NameOf(finding.severity) << ": "
+        << PrintableLine(ToUtf8(element)) << (element.empty() ? "" : ": ")
+        << PrintableLine(ToUtf8(finding.sentence)) << ' ' << PrintableLine(ToUtf8(finding.advice))
+        << '\n';
+  }
+  out << Counted(CountOf(findings, Severity::kError), "error") << ", "
+      << Counted(CountOf(findings, Severity::kWarning), "warning") << '\n';
+}
+
+Json ElementOf(const Finding& finding) {
+  if (finding.element.kind.empty()) return nullptr;
+  return {{"kind", finding.element.kind},
+          {"number", finding.element.number ? Json(*finding.element.number) : Json(nullptr)},
+          {"name", ToUtf8(finding.element.name)}};
+}
+
+void PrintJson(std::ostream& out, const std::string& model, const std::vector<Finding>& findings) {
+  Json list = Json::array();
+  for (const Finding& finding : findings) {
+    list.push_back({{"line", finding.line},
+                    {"severity", NameOf(finding.severity)},
+                    {"element", ElementOf(finding)},
+                    {"sentence", ToUtf8(finding.sentence)},
+                    {"advice", ToUtf8(finding.advice)}});
+  }
+  out << Json{{"model", model},
+              {"findings", list},
+              {"errors", CountOf(findings, Severity::kError)},
+              {"warnings", CountOf(findings, Severity::kWarning)}}
+             .dump(2, ' ', false, Json::error_handler_t::replace)
+      << '\n';
+}
+
+}  // namespace
+
+int RunCheck(Session& session, const CheckOptions& options) try {
+  const std::vector<Finding> findings =
+      inspect::CheckModel(options.model, session.desktop.TemplatePath());
+  if (options.json) {
+    PrintJson(session.out, options.model, findings);
+  } else {
+    PrintText(session.out, options.model, findings);
+  }
+  if (CountOf(findings, Severity::kError) > 0) return kFailed;
+  return findings.empty() ? kDone : kDoneWithMessages;
+} catch (const RunTimeError& error) {
+  return session.Refuse(options.model + " can't be checked: " + ToUtf8(error.Description()));
+}
+
+}  // namespace merivane

@@ -1,0 +1,74 @@
+#include <unordered_map>
+#include <unordered_set>
+
+#include "model_checks.h"
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+#include "translator/task_note.h"
+
+namespace merivane::inspect {
+namespace {
+
+void CheckApostrophe(const Place& place, const char* what, std::vector<Finding>& findings) {
+  if (!Holds(place.name, "'")) return;
+  findings.push_back(
+      FindingAt(Severity::kError, place,
+                std::string("Its ") + what + " holds an apostrophe, which ends the translation.",
+                std::string("Change the ") + what + ", here and wherever it is used."));
+}
+
+std::unordered_set<std::int32_t> Decomposed(const Model& model) {
+  std::unordered_set<std::int32_t> units;
+  for (const ScenarioEntry& scenario : model.scenarios) units.insert(scenario.parent);
+  return units;
+}
+
+void CheckCycleTime(const Model& model, const Unit& unit, std::vector<Finding>& findings) {
+  const std::string& duration = unit.duration;
+  if (IsNumericText(duration)) return;
+  findings.push_back(FindingAt(
+      Severity::kWarning, model.At(unit.place),
+      duration.empty() ? "It has no cycle time; the plan takes one day."
+                       : "Its cycle time '" + duration + "' is no number; the plan takes one day.",
+      "Give it a cycle time in days."));
+}
+
+}  // namespace
+
+void CheckNames(const Model& model, std::vector<Finding>& findings) {
+  std::unordered_map<std::string, const ProcessEntry*> processes;
+  for (const ProcessEntry& process : model.processes) {
+    processes.try_emplace(UpperCase(model.At(process.place).name), &process);
+  }
+  const auto decomposed = Decomposed(model);
+  std::unordered_set<const ProcessEntry*> noted;
+  for (const Unit& unit : model.units) {
+    const Place& place = model.At(unit.place);
+    CheckApostrophe(place, "name", findings);
+    if (!decomposed.contains(place.number)) CheckCycleTime(model, unit, findings);
+    const auto process = processes.find(UpperCase(place.name));
+    if (process == processes.end()) {
+      findings.push_back(FindingAt(Severity::kError, place,
+                                   "No process of the pool has its name, which ends the "
+                                   "translation.",
+                                   "Give it the name of its process."));
+      continue;
+    }
+    const ProcessEntry* entry = process->second;
+    if (entry->glossarySize <= kLongestGlossary || !noted.insert(entry).second) continue;
+    findings.push_back(
+        FindingAt(Severity::kError, model.At(entry->place),
+                  "Its glossary has " + std::to_string(entry->glossarySize) +
+                      " characters, more than the note of a task takes, which ends "
+                      "the translation.",
+                  "Shorten the glossary to " + std::to_string(kLongestGlossary) + " characters."));
+  }
+  for (const ObjectEntry& object : model.objects) {
+    CheckApostrophe(model.At(object.place), "name", findings);
+  }
+  for (const Junction& junction : model.junctions) {
+    CheckApostrophe(model.At(junction.place), "ID", findings);
+  }
+}
+
+}  // namespace merivane::inspect

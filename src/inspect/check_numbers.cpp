@@ -1,0 +1,60 @@
+#include <map>
+
+#include "model_checks.h"
+
+namespace merivane::inspect {
+namespace {
+
+// Elements that are asked for by number alone must differ in it.
+class Numbers {
+ public:
+  Numbers(const Model& model, std::vector<Finding>& findings)
+      : model_(model), findings_(findings) {}
+
+  void Take(std::size_t place) {
+    const Place& here = model_.At(place);
+    const auto [first, isNew] = places_.try_emplace(here.number, place);
+    if (isNew) return;
+    findings_.push_back(FindingAt(
+        Severity::kError, here, "It has the number of " + WithLine(model_.At(first->second)) + ".",
+        "Give each of the two a number of its own, and change what refers to it."));
+  }
+
+ private:
+  const Model& model_;
+  std::vector<Finding>& findings_;
+  std::map<std::int32_t, std::size_t> places_;
+};
+
+// Junctions are looked up by ID, whatever their scenario.
+void CheckJunctionIds(const Model& model, std::vector<Finding>& findings) {
+  std::map<std::string, std::size_t> places;
+  for (const Junction& junction : model.junctions) {
+    const Place& here = model.At(junction.place);
+    const auto [first, isNew] = places.try_emplace(here.name, junction.place);
+    if (isNew) continue;
+    findings.push_back(FindingAt(Severity::kError, here,
+                                 "It has the ID of " + WithLine(model.At(first->second)) +
+                                     ", so that the links of the two are mixed up in the plan.",
+                                 "Give each junction of the model an ID of its own."));
+  }
+}
+
+}  // namespace
+
+void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
+  Numbers processes(model, findings);
+  for (const ProcessEntry& process : model.processes) processes.Take(process.place);
+  Numbers objects(model, findings);
+  for (const ObjectEntry& object : model.objects) objects.Take(object.place);
+  Numbers facts(model, findings);
+  for (const std::size_t fact : model.facts) facts.Take(fact);
+  Numbers scenarios(model, findings);
+  for (const ScenarioEntry& scenario : model.scenarios) scenarios.Take(scenario.place);
+  Numbers ends(model, findings);
+  for (const Unit& unit : model.units) ends.Take(unit.place);
+  for (const Junction& junction : model.junctions) ends.Take(junction.place);
+  CheckJunctionIds(model, findings);
+}
+
+}  // namespace merivane::inspect

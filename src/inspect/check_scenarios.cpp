@@ -1,0 +1,80 @@
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "model_checks.h"
+
+namespace merivane::inspect {
+namespace {
+
+class Decompositions {
+ public:
+  Decompositions(const Model& model, std::vector<Finding>& findings)
+      : model_(model), findings_(findings) {
+    for (const Unit& unit : model.units) scenarioOf_[model.At(unit.place).number] = unit.scenario;
+    for (const ScenarioEntry& scenario : model.scenarios) {
+      byNumber_.try_emplace(model.At(scenario.place).number, &scenario);
+    }
+  }
+
+  void Check() {
+    for (const ScenarioEntry& scenario : model_.scenarios) {
+      if (scenario.parent == 0) continue;
+      const auto unit = scenarioOf_.find(scenario.parent);
+      if (unit == scenarioOf_.end()) {
+        findings_.push_back(FindingAt(
+            Severity::kWarning, model_.At(scenario.place),
+            "There is no unit " + std::to_string(scenario.parent) +
+                " that it could decompose, so that its units end up behind the others of the plan, "
+                "outside its outline.",
+            "Name the unit that it decomposes, or leave the scenario out."));
+      } else {
+        FollowUp(scenario);
+      }
+    }
+  }
+
+ private:
+  // Goes up from scenario to scenario; a circle is told once, at its first scenario in the text.
+  void FollowUp(const ScenarioEntry& start) {
+    std::vector<const ScenarioEntry*> way;
+    const ScenarioEntry* at = &start;
+    while (at != nullptr && done_.insert(at).second) {
+      way.push_back(at);
+      at = Above(*at);
+    }
+    const auto circle = std::find(way.begin(), way.end(), at);
+    if (at == nullptr || circle == way.end()) return;
+    const auto* first = *std::min_element(circle, way.end());
+    std::string names;
+    for (auto step = circle; step != way.end(); ++step) {
+      names += (names.empty() ? "" : ", ") + Described(NameOf(model_.At((*step)->place)));
+    }
+    findings_.push_back(FindingAt(
+        Severity::kError, model_.At(first->place),
+        "It is part of a circle of decompositions: " + names + ".",
+        "Let one of them decompose a unit outside the circle, or make it a top scenario."));
+  }
+
+  const ScenarioEntry* Above(const ScenarioEntry& scenario) const {
+    const auto unit = scenarioOf_.find(scenario.parent);
+    if (scenario.parent == 0 || unit == scenarioOf_.end()) return nullptr;
+    const auto above = byNumber_.find(unit->second);
+    return above == byNumber_.end() ? nullptr : above->second;
+  }
+
+  const Model& model_;
+  std::vector<Finding>& findings_;
+  std::unordered_map<std::int32_t, std::int32_t> scenarioOf_;  // of each unit
+  std::unordered_map<std::int32_t, const ScenarioEntry*> byNumber_;
+  std::unordered_set<const ScenarioEntry*> done_;
+};
+
+}  // namespace
+
+void CheckScenarios(const Model& model, std::vector<Finding>& findings) {
+  Decompositions(model, findings).Check();
+}
+
+}  // namespace merivane::inspect

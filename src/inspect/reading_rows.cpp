@@ -1,0 +1,229 @@
+// The rows that the reader would write, as elements of the model.
+#include <algorithm>
+#include <array>
+
+#include "reading.h"
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+
+namespace merivane::inspect {
+namespace {
+
+const Value& Get(std::initializer_list<Cell> cells, std::string_view column) {
+  static const Value kNone;
+  const auto* cell = std::find_if(cells.begin(), cells.end(),
+                                  [&](const Cell& each) { return each.column == column; });
+  return cell == cells.end() ? kNone : cell->value;
+}
+
+struct Label {
+  std::string_view column;
+  const char* text;
+};
+
+constexpr std::array kLabels = {Label{"Name", "name"},
+                                Label{"Creator", "creator"},
+                                Label{"Date_Created", "date created"},
+                                Label{"Last_Modified", "date modified"},
+                                Label{"Glossary", "glossary"},
+                                Label{"Note_List", "note list"},
+                                Label{"Source_List", "source list"},
+                                Label{"Property_List", "property list"},
+                                Label{"ID", "ID"},
+                                Label{"Ref", "reference"},
+                                Label{"Object_Occ_List", "object list"},
+                                Label{"Fact_List", "fact list"},
+                                Label{"Constraint_List", "constraint list"},
+                                Label{"Constraint_list", "constraint list"},
+                                Label{"Quantity", "quantity"},
+                                Label{"Alias", "alias"},
+                                Label{"Dunmar_Type", "first type"},
+                                Label{"Celvar_Type", "second type"},
+                                Label{"Column", "placement column"},
+                                Label{"Row", "placement row"},
+                                Label{"Cardinality", "cardinality"},
+                                Label{"Type", "type"},
+                                Label{"Duration", "cycle time"},
+                                Label{"Labor_Rule", "labor rule"},
+                                Label{"Origin_Num", "origin"},
+                                Label{"Origin_Type", "kind of origin"},
+                                Label{"Origin_Name", "name of origin"},
+                                Label{"Destination_Num", "destination"},
+                                Label{"Destination_Type", "kind of destination"},
+                                Label{"Destination_Name", "name of destination"}};
+
+// Null for a column whose value is no matter of the user's.
+const char* LabelOf(std::string_view column) {
+  const auto* label = std::find_if(kLabels.begin(), kLabels.end(),
+                                   [&](const Label& each) { return each.column == column; });
+  return label == kLabels.end() ? nullptr : label->text;
+}
+
+// Blanks and line ends say nothing.
+bool IsEmpty(const Value& value) {
+  return Joined(value).find_first_not_of(" \r\n") == std::string::npos;
+}
+
+}  // namespace
+
+bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
+  if (change == RowChange::kChanged) {
+    if (table == "Activity_In_Scenario") {
+      ChangeUnit(cells);
+    } else if (table == "Junctions_In_Scenario") {
+      const std::size_t place = model_.junctions.back().place;
+      TakeNote(TakeCarried(cells, place), place);
+    }
+  } else if (table == "Activity_Pool") {
+    AddProcess(cells);
+  } else if (table == "Object_Pool") {
+    AddObject(cells);
+  } else if (table == "Fact_Pool") {
+    model_.facts.push_back(AddPlace(cells, "Num", "Name"));
+  } else if (table == "Scenario") {
+    AddScenario(cells);
+  } else if (table == "Activity_In_Scenario") {
+    AddUnit(cells);
+  } else if (table == "Object_in_Activity_in_Scenario") {
+    AddObjectUse(cells);
+  } else if (table == "Junctions_in_Scenario") {
+    AddJunction(cells);
+  } else if (table == "Links_in_Scenario") {
+    AddLink(cells);
+  }
+  return false;
+}
+
+std::size_t Reading::AddPlace(Cells cells, std::string_view numberColumn,
+                              std::string_view nameColumn) {
+  const std::size_t place = model_.places.size();
+  model_.places.push_back(
+      {element_, ToInt32(Get(cells, numberColumn)), Joined(Get(cells, nameColumn)), elementLine_});
+  TakeNote(TakeCarried(cells, place), place);
+  return place;
+}
+
+// A value of another kind of element is a matter of those alone that the plan takes it from.
+bool Reading::IsOfInterest(std::size_t place, std::size_t from) const {
+  const Element kind = model_.At(place).kind;
+  return kind == model_.At(from).kind || kind == Element::kUnit || kind == Element::kObject;
+}
+
+// What other elements left in the variables, and who; the place becomes the owner of the rest.
+std::vector<CarriedValue> Reading::TakeCarried(Cells cells, std::size_t place) {
+  std::vector<CarriedValue> carried;
+  for (const Cell& cell : cells) {
+    if (cell.variable == nullptr) continue;
+    const auto [owner, isNew] = owners_.try_emplace(cell.variable, place);
+    if (cell.variable->fresh || isNew) {
+      owner->second = place;
+    } else if (owner->second != place && !IsEmpty(cell.value) &&
+               IsOfInterest(place, owner->second)) {
+      const char* label = LabelOf(cell.column);
+      if (label != nullptr) carried.push_back({label, owner->second});
+    }
+  }
+  return carried;
+}
+
+void Reading::TakeNote(const std::vector<CarriedValue>& carried, std::size_t place) {
+  std::map<std::size_t, std::string> labels;  // by who gave the value
+  for (const CarriedValue& value : carried) {
+    std::string& text = labels[value.from];
+    text += (text.empty() ? "no " : ", no ") + value.label;
+  }
+  for (const auto& [from, text] : labels) {
+    const auto key = std::tuple(from, model_.At(place).kind, text);
+    const auto [entry, isNew] = carried_.try_emplace(key, Carried{place});
+    if (!isNew) ++entry->second.more;
+  }
+}
+
+void Reading::ReportCarried() {
+  for (const auto& [key, carried] : carried_) {
+    const std::size_t from = std::get<0>(key);
+    const std::string& labels = std::get<2>(key);
+    std::string sentence = "It gives " + labels + " of its own; what " + WithLine(model_.At(from)) +
+                           " gives is taken over";
+    if (carried.more > 0) {
+      sentence += ", as it is by " + std::to_string(carried.more) + " more of its kind";
+    }
+    findings_.push_back(FindingAt(Severity::kWarning, model_.At(carried.first), sentence + ".",
+                                  "Write down what is meant."));
+  }
+}
+
+void Reading::AddProcess(Cells cells) {
+  const std::size_t place = AddPlace(cells, "Num", "Name");
+  model_.processes.push_back({place, Joined(Get(cells, "Glossary")).size()});
+}
+
+void Reading::AddObject(Cells cells) {
+  const std::size_t place = AddPlace(cells, "Num", "Name");
+  model_.objects.push_back({place, Joined(Get(cells, "Alias"))});
+}
+
+void Reading::AddScenario(Cells cells) {
+  const std::size_t place = AddPlace(cells, "Num", "Name");
+  model_.scenarios.push_back({place, ToInt32(Get(cells, "Parent_Num"))});
+}
+
+void Reading::AddUnit(Cells cells) {
+  unitPlace_ = AddPlace(cells, "Use_Num", "Name");
+  model_.units.push_back({unitPlace_, ToInt32(Get(cells, "Scenario_Num")), "", "", {}});
+}
+
+// An object speaks for its unit: what it assigns is the unit's own.
+void Reading::AddObjectUse(Cells cells) {
+  TakeCarried(cells, unitPlace_);
+  model_.objectUses.push_back(
+      {ToInt32(Get(cells, "Object_Occ_Num")), Joined(Get(cells, "Object_Name"))});
+}
+
+void Reading::ChangeUnit(Cells cells) {
+  Unit& unit = model_.units.back();
+  std::vector<CarriedValue> carried = TakeCarried(cells, unit.place);
+  if (cells.begin()->column != "Duration") {
+    TakeNote(carried, unit.place);
+    return;
+  }
+  unit.duration = Joined(Get(cells, "Duration"));
+  unit.laborRule = Joined(Get(cells, "Labor_Rule"));
+  unit.carried = std::move(carried);
+}
+
+void Reading::AddJunction(Cells cells) {
+  const std::size_t place = AddPlace(cells, "Num", "ID");
+  model_.junctions.push_back({place, ToInt32(Get(cells, "Scenario_Num")),
+                              Joined(Get(cells, "Cardinality")), Joined(Get(cells, "Type"))});
+}
+
+// The store wants a number of 32 bits.
+LinkEnd Reading::EndOf(Cells cells, std::string_view number, std::string_view type) {
+  LinkEnd end{0, Joined(Get(cells, type))};
+  try {
+    end.number = ToInt32(Get(cells, number));
+  } catch (const RunTimeError&) {
+    findings_.push_back(FindingAt(Severity::kError, model_.places.back(),
+                                  "The number '" + Joined(Get(cells, number)) + "' of the link's " +
+                                      (number == "Origin_Num" ? "origin" : "destination") +
+                                      " is no whole number.",
+                                  "Write the number of a unit or a junction of the scenario."));
+    stop_.kind = Stop::Kind::kFinal;
+  }
+  return end;
+}
+
+void Reading::AddLink(Cells cells) {
+  const std::size_t place = model_.places.size();
+  model_.places.push_back(
+      {element_, ToInt32(Get(cells, "Num")),
+       Joined(Get(cells, "Origin_Name")) + " to " + Joined(Get(cells, "Destination_Name")),
+       elementLine_});
+  TakeNote(TakeCarried(cells, place), place);
+  model_.links.push_back({place, ToInt32(Get(cells, "Scenario_Num")), Joined(Get(cells, "ID")),
+                          EndOf(cells, "Origin_Num", "Origin_Type"),
+                          EndOf(cells, "Destination_Num", "Destination_Type")});
+}
+
+}  // namespace merivane::inspect

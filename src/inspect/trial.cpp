@@ -1,0 +1,298 @@
+#include "trial.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "platform/scripted_desktop.h"
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+#include "store/interim_db.h"
+#include "translator/modIDEF3ToProject.h"
+#include "translator/multi.h"
+#include "translator/path_listener.h"
+
+namespace merivane::inspect {
+namespace {
+
+constexpr const char* kFatalTitle = "IDEF3 to Project";
+constexpr std::int32_t kMostRows = 32767;
+
+bool OffersPaths(const Junction& junction) {
+  return junction.cardinality == "Fan Out" && Holds(junction.type, "OR");
+}
+
+class Trial : public PathListener {
+ public:
+  explicit Trial(const Model& model) : model_(model) {
+    for (const Junction& junction : model.junctions) {
+      junctions_.try_emplace(model.At(junction.place).number, &junction);
+    }
+    for (const Unit& unit : model.units) units_.try_emplace(model.At(unit.place).number, &unit);
+  }
+
+  std::vector<Finding> Run(bool isSound, const std::string& path, const std::string& templatePath,
+                           const std::string& scratchDatabase) {
+    Program program(desktop_);
+    ModelToProject& state = program.modelToProject;
+    desktop_.modalHandler = [this](ModalForm& form) {
+      if (auto* chooser = dynamic_cast<multi*>(&form)) Choose(*chooser);
+    };
+    program.workspace.CopyDatabase(templatePath, scratchDatabase);
+    OpenInterimDb(program.workspace, state.gMspConn, false, scratchDatabase);
+    state.gMspProjId = 1;
+    state.pathListener = this;
+    try {
+      ReadNeutralText(state, path);
+      const std::size_t boxes = desktop_.shown.size();
+      TranslateToProject(state, "");
+      ReportBoxes(boxes);
+    } catch (const ProgramEnd&) {
+      const std::vector<std::string> boxes = desktop_.MessageTexts();
+      ReportFailure(*state.gMspConn, boxes.empty() ? "" : boxes.back(), isSound);
+    }
+    return std::move(findings_);
+  }
+
+  void OnFanOut(const Value& junctionNum, bool ownFact, const std::string& linkId,
+                const std::string& junctionDigits) override {
+    const auto entry = junctions_.find(ToInt32(junctionNum));
+    if (entry == junctions_.end()) return;
+    lastFanOut_ = entry->second;
+    const bool leads = IsNumericText(linkId) && IsNumericText(junctionDigits);
+    if (ownFact) {
+      pathFrom_ = lastFanOut_;
+      CheckPath(*lastFanOut_, linkId, junctionDigits);
+    } else if (leads) {
+      Warn(*lastFanOut_, "It has no path fact, and takes the path of " +
+                             WithLine(model_.At(pathFrom_->place)) + ": along link " + linkId +
+                             " to junction J" + junctionDigits + ".");
+    } else {
+      Warn(*lastFanOut_, "It has no path fact, so that all its paths go to the plan.");
+    }
+  }
+
+ private:
+  void Warn(const Junction& junction, std::string sentence) {
+    findings_.push_back(FindingAt(Severity::kWarning, model_.At(junction.place),
+                                  std::move(sentence),
+                                  "Give it a 'PathAt' fact that names the link to keep."));
+  }
+
+  void CheckPath(const Junction& junction, const std::string& linkId, const std::string& digits) {
+    const std::int32_t number = model_.At(junction.place).number;
+    const auto leads = [&](const Link& link) {
+      return link.scenario == junction.scenario && link.origin.number == number &&
+             link.id == linkId;
+    };
+    const auto meets = [&](const Junction& other) {
+      return other.scenario == junction.scenario && model_.At(other.place).name == "J" + digits;
+    };
+    if (std::none_of(model_.links.begin(), model_.links.end(), leads)) {
+      Warn(junction, "Its path fact names the link '" + linkId +
+                         "', which doesn't lead out of it, so that no path is kept.");
+    }
+    if (std::none_of(model_.junctions.begin(), model_.junctions.end(), meets)) {
+      Warn(junction, "Its path fact names the junction 'J" + digits +
+                         "', which its scenario doesn't have, so that all behind the other paths "
+                         "is left out.");
+    }
+  }
+
+  // The program asks; a batch run ends here without an answer.
+  void Choose(multi& form) {
+    const auto asked = std::find_if(model_.scenarios.begin(), model_.scenarios.end(),
+                                    [&](const ScenarioEntry& scenario) {
+                                      return model_.At(scenario.place).name == form.List1.front();
+                                    });
+    std::string names;
+    for (const std::string& name : form.List1) names += (names.empty() ? "'" : ", '") + name + "'";
+    findings_.push_back(FindingAt(
+        Severity::kError, model_.At(asked->place),
+        "One of the scenarios " + names + " has to be chosen, and no fact chooses the last one.",
+        "Name a fact 'Choose " + form.List1.back() +
+            "' and put the scenario to translate last, or choose when asked."));
+    form.ListIndex = 0;
+    form.Command1();
+  }
+
+  // Boxes that don't end the translation.
+  void ReportBoxes(std::size_t from) {
+    std::vector<std::string> texts = desktop_.MessageTexts();
+    texts.erase(texts.begin(), texts.begin() + static_cast<std::ptrdiff_t>(from));
+    texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
+    for (const std::string& text : texts) {
+      findings_.push_back({Severity::kWarning, 1, {}, text, "Make the model flatter or smaller."});
+    }
+  }
+
+  void ReportFailure(Connection& connection, const std::string& description, bool isSound) {
+    if (description == ErrorText(kObjectOpen) && ReportSecondGroup()) return;
+    if (description == ErrorText(kTypeMismatch) && ReportUnsentPartner(connection)) return;
+    if (description == ErrorText(kOverflow) && ReportTooMany(connection)) return;
+    if (description == ErrorText(kSubscriptOutOfRange) && lastFanOut_ && !HasTasks(connection)) {
+      findings_.push_back(FindingAt(
+          Severity::kError, model_.At(lastFanOut_->place),
+          "The links behind the paths that are left out run in a circle, which ends the "
+          "translation.",
+          "Take out the link that leads back, or let the path fact name a junction in front of "
+          "it."));
+      return;
+    }
+    if (!isSound) return;
+    const Place* place = TaskInWork(connection);
+    const std::string sentence = "The translation ends with '" + description + "'.";
+    const std::string advice = "Look at this element and what it refers to.";
+    if (place) {
+      findings_.push_back(FindingAt(Severity::kError, *place, sentence, advice));
+    } else {
+      findings_.push_back({Severity::kError, 1, {}, sentence, advice});
+    }
+  }
+
+  bool ReportSecondGroup() {
+    std::map<std::int32_t, std::vector<std::size_t>> groups;
+    for (const ScenarioEntry& scenario : model_.scenarios) {
+      if (scenario.parent != 0) groups[scenario.parent].push_back(scenario.place);
+    }
+    std::vector<std::size_t> firsts;
+    for (const auto& [parent, places] : groups) {
+      if (places.size() > 1) firsts.push_back(places.front());
+    }
+    if (firsts.size() < 2) return false;
+    std::sort(firsts.begin(), firsts.end());
+    findings_.push_back(FindingAt(Severity::kError, model_.At(firsts[1]),
+                                  "It is one of several decompositions of a unit, as " +
+                                      WithLine(model_.At(firsts[0])) +
+                                      " is; a second choice of this kind ends the translation.",
+                                  "Leave one decomposition of each unit but one in the model."));
+    return true;
+  }
+
+  // A relation to a unit that has no number in the plan holds none.
+  bool ReportUnsentPartner(Connection& connection) {
+    std::unordered_set<std::int32_t> sent;
+    std::vector<std::int32_t> holders;
+    Recordset rows;
+    rows.OpenStatic("Select * from Activity_in_Scenario where Msp_ProjID = 1", &connection);
+    for (; !rows.Eof(); rows.MoveNext()) {
+      if (!Equal(rows.Field("Send_to_Project"), 1)) continue;
+      const std::int32_t unit = ToInt32(rows.Field("Use_Num"));
+      sent.insert(unit);
+      if (LacksNumber(Joined(rows.Field("SSRels")), "SS") ||
+          LacksNumber(Joined(rows.Field("FFRels")), "FF")) {
+        holders.push_back(unit);
+      }
+    }
+    for (const std::int32_t holder : holders) ReportPartnersOf(holder, sent);
+    return !holders.empty();
+  }
+
+  static bool LacksNumber(const std::string& relations, const std::string& kind) {
+    return (", " + relations).find(", " + kind) != std::string::npos;
+  }
+
+  void ReportPartnersOf(std::int32_t holder, const std::unordered_set<std::int32_t>& sent) {
+    for (const Junction& junction : model_.junctions) {
+      if (junction.type != "Sync. AND") continue;
+      const std::vector<std::int32_t> branches = BranchesOf(junction);
+      if (std::find(branches.begin(), branches.end(), holder) == branches.end()) continue;
+      for (const std::int32_t branch : branches) {
+        const auto unit = units_.find(branch);
+        if (unit == units_.end() || sent.contains(branch)) continue;
+        findings_.push_back(FindingAt(
+            Severity::kError, model_.At(junction.place),
+            WithLine(model_.At(unit->second->place)) +
+                " isn't sent to the plan, but is to start or finish with others of this junction, "
+                "which ends the translation.",
+            "Take the unit off the junction, or keep its path."));
+      }
+    }
+  }
+
+  std::vector<std::int32_t> BranchesOf(const Junction& junction) const {
+    const std::int32_t number = model_.At(junction.place).number;
+    std::vector<std::int32_t> branches;
+    for (const Link& link : model_.links) {
+      if (junction.cardinality == "Fan Out" && link.origin.number == number) {
+        branches.push_back(link.destination.number);
+      }
+      if (junction.cardinality == "Fan In" && link.destination.number == number) {
+        branches.push_back(link.origin.number);
+      }
+    }
+    return branches;
+  }
+
+  bool ReportTooMany(Connection& connection) {
+    for (const auto& [table, word] :
+         {std::pair{"MSP_LINKS", "links"}, std::pair{"MSP_ASSIGNMENTS", "assignments"}}) {
+      Recordset rows;
+      rows.OpenStatic(std::string("select PROJ_ID from ") + table, &connection);
+      if (rows.RecordCount() < kMostRows) continue;
+      findings_.push_back({Severity::kError,
+                           1,
+                           {},
+                           std::string("The plan would have more than 32,767 ") + word +
+                               ", which ends the translation.",
+                           "Translate the model in parts."});
+      return true;
+    }
+    return false;
+  }
+
+  static bool HasTasks(Connection& connection) {
+    Recordset tasks;
+    tasks.OpenStatic("select TASK_UID from MSP_TASKS where TASK_UID > 0", &connection);
+    return tasks.RecordCount() > 0;
+  }
+
+  // The first unit with a number in the plan that has no task yet.
+  const Place* TaskInWork(Connection& connection) {
+    Recordset tasks;
+    tasks.OpenStatic("select TASK_UID from MSP_TASKS where TASK_UID > 0", &connection);
+    const long next = tasks.RecordCount() + 1;
+    Recordset units;
+    units.OpenStatic(
+        "Select Use_Num from Activity_in_Scenario where Msp_ProjID = 1 and "
+        "Send_to_Project = 1 and Project_ID = " +
+            std::to_string(next),
+        &connection);
+    if (units.Eof()) return nullptr;
+    const auto unit = units_.find(ToInt32(units.Field("Use_Num")));
+    return unit == units_.end() ? nullptr : &model_.At(unit->second->place);
+  }
+
+  const Model& model_;
+  std::vector<Finding> findings_;
+  ScriptedDesktop desktop_;
+  std::unordered_map<std::int32_t, const Junction*> junctions_;
+  std::unordered_map<std::int32_t, const Unit*> units_;
+  const Junction* lastFanOut_ = nullptr;
+  const Junction* pathFrom_ = nullptr;  // the last that had a fact of its own
+};
+
+}  // namespace
+
+bool IsTrialNeeded(const Model& model) {
+  constexpr std::size_t kQuick = 4000;
+  if (model.units.size() <= kQuick || model.links.size() > kMostRows ||
+      model.objectUses.size() > kMostRows || model.units.size() > kMostRows) {
+    return true;
+  }
+  std::unordered_set<std::int32_t> parents;
+  for (const ScenarioEntry& scenario : model.scenarios) {
+    if (!parents.insert(scenario.parent).second) return true;
+  }
+  return std::any_of(model.junctions.begin(), model.junctions.end(), OffersPaths);
+}
+
+std::vector<Finding> TryTranslation(const Model& model, bool isSound, const std::string& path,
+                                    const std::string& templatePath,
+                                    const std::string& scratchDatabase) {
+  return Trial(model).Run(isSound, path, templatePath, scratchDatabase);
+}
+
+}  // namespace merivane::inspect

@@ -1,0 +1,61 @@
+// Hears what the reader of a model text does while it does it, so that what it found can be told
+// with its place in the text.
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "neutraltext/modGlobal.h"
+
+namespace merivane {
+
+enum class Element {
+  kProcess,
+  kObject,
+  kFact,
+  kScenario,
+  kUnit,
+  kObjectUse,
+  kJunction,
+  kJunctionFact,
+  kLink,
+};
+
+// One column of a row. The value lives as long as the call that it is handed to.
+struct Cell {
+  Cell(std::string_view name, const Value& content) : column(name), value(content) {}
+  Cell(std::string_view name, const FieldVariable& content)
+      : column(name), value(content), variable(&content) {}
+
+  std::string_view column;
+  const Value& value;
+  const FieldVariable* variable = nullptr;  // null: not from a field variable
+};
+
+enum class RowChange {
+  kAdded,
+  kChanged,  // the row that was added last
+};
+
+class ReaderListener {
+ public:
+  virtual ~ReaderListener() = default;
+
+  // The next line of the file became the current one.
+  virtual void OnLine(const std::string& line) = 0;
+  // From the current line on, lines are passed over or collected up to a keyword.
+  virtual void OnSearch(std::string_view keyword) = 0;
+  // An element begins at the current line. `listEnd`: the line that would end their list.
+  virtual void OnRecord(Element element, std::string_view listEnd) = 0;
+  // A field of the current line is taken; see FieldAfterBlanks.
+  virtual void OnField(std::size_t start, std::size_t length) = 0;
+  // A block that ends at the current line is longer than `length` and is cut or dropped.
+  virtual void OnCut(std::size_t length) = 0;
+  // Whether the row goes into the database as well.
+  virtual bool OnRow(RowChange change, std::string_view table,
+                     std::initializer_list<Cell> cells) = 0;
+};
+
+}  // namespace merivane

@@ -1,0 +1,332 @@
+#include "inspect/check.h"
+
+#include <gmock/gmock.h>
+
+#include "clean_model.h"
+#include "database_fixture.h"
+#include "translator/modIDEF3ToProject.h"
+
+namespace merivane::test {
+namespace {
+
+using ::testing::ElementsAreArray;
+
+struct Row {
+  const char* name;
+  std::string model;
+  std::vector<std::string> findings;  // the line's text, severity, element, sentence
+  bool endsTranslation = false;       // the real one shows a box, or ends the program
+};
+
+void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
+
+std::string Changed(std::string text, const std::string& passage, const std::string& other) {
+  const std::size_t at = text.find(passage);
+  if (at == std::string::npos) return "no such passage: " + passage;
+  return text.replace(at, passage.size(), other);
+}
+
+std::string Blank(const std::string& passage, const std::string& other) {
+  return Changed(ModelOf({}), passage, other);
+}
+
+std::vector<std::string> LinesOf(const std::string& model) {
+  std::vector<std::string> lines(1);
+  for (const char character : model) {
+    if (character == '|') {
+      lines.emplace_back();
+    } else {
+      lines.back() += character;
+    }
+  }
+  return lines;
+}
+
+class CheckTest : public DatabaseFixture, public ::testing::WithParamInterface<Row> {
+ protected:
+  std::string Write(const std::string& model) {
+    std::string text;
+    for (const std::string& line : LinesOf(model)) text += line + "\r\n";
+    return folder.Write("model.txt", text);
+  }
+
+  std::vector<std::string> Findings(const std::string& model) {
+    std::vector<std::string> texts;
+    const std::vector<std::string> lines = LinesOf(model);
+    for (const auto& finding : inspect::CheckModel(Write(model), TemplateDatabase())) {
+      EXPECT_FALSE(finding.advice.empty());
+      const std::string element = Described(finding.element);
+      texts.push_back(lines.at(finding.line - 1) + ": " +
+                      (finding.severity == inspect::Severity::kError ? "error: " : "warning: ") +
+                      element + (element.empty() ? "" : ": ") + finding.sentence);
+    }
+    return texts;
+  }
+
+  bool TranslationStumbles(const std::string& model) {
+    OpenForModel();
+    return EndsProgram([&] {
+             ReadNeutralText(program->modelToProject, Write(model));
+             TranslateToProject(program->modelToProject, "");
+           }) ||
+           !desktop.shown.empty();
+  }
+};
+
+TEST_P(CheckTest, TellsWhatAndWhere) {
+  EXPECT_THAT(Findings(GetParam().model), ElementsAreArray(GetParam().findings));
+  EXPECT_EQ(TranslationStumbles(GetParam().model), GetParam().endsTranslation);
+}
+
+Parts With(const std::string& scenarios, const std::string& facts = "") {
+  Parts parts;
+  parts.scenarios = scenarios;
+  parts.facts = facts;
+  return parts;
+}
+
+Row OfText(const char* name, const std::string& passage, const std::string& other,
+           std::vector<std::string> findings, bool ends = false) {
+  return {name, Blank(passage, other), std::move(findings), ends};
+}
+
+Row OfScenarios(const char* name, const std::string& scenarios, std::vector<std::string> findings,
+                bool ends = false) {
+  return {name, ModelOf(With(scenarios)), std::move(findings), ends};
+}
+
+// Units 1 to 4: 1 forks at J11 to 2 and 3, which meet at J12 in front of 4.
+std::string Fork(const std::string& type, const std::string& facts = "",
+                 const std::string& more = "") {
+  return Scenario(
+      "1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand") + Unit("3", "Cut") + Unit("4", "Sand"),
+      Junction("11", "J11", "Fan Out", type, facts) + Junction("12", "J12", "Fan In", type),
+      Link("21", "1", "J11") + Link("22", "J11", "2", "2") + Link("23", "J11", "3", "3") +
+          Link("24", "2", "J12") + Link("25", "3", "J12") + Link("26", "J12", "4") + more);
+}
+
+const std::string kPathFact = "        1  (PathAt)|";
+std::string Path(const std::string& link, const std::string& junction) {
+  return Fact("1", "PathAt", "Take L" + link + " until J" + junction + "|");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Reader, CheckTest,
+    ::testing::Values(
+        Row{"Clean", ModelOf({}), {}},
+        OfText("KeywordMissing", "  End  Note List|", "",
+               {"  Source List: error: The line '  End  Note List' is missing in front of this "
+                "one; all up to line 45 is taken for text.",
+                "Object  1: warning: object 1 'Saw': It gives no note list of its own; what "
+                "process 1 'Cut' (line 14) gives is taken over.",
+                "    Process  1  #2: error: unit 2 'Sand': No process of the pool has its name, "
+                "which ends the translation."},
+               true),
+        OfText("SectionMissing", "|Fact Pool|", "|",
+               {"End  State Pool: error: object 1 'Saw': The line 'Fact Pool' is missing: it is "
+                "expected here or further down, and the text ends without it."},
+               true),
+        OfText("EndOfPoolMissing", "End  Process Pool|", "",
+               {"Object Pool: error: process: A process or the line 'End  Process Pool' is "
+                "expected here, and this line has no number."},
+               true),
+        OfText("TextForNumber", "Process  1|", "Process  one|",
+               {"Process  one: error: process: A number is expected here, and 'one' is "
+                "none."},
+               true),
+        OfText("FiveDigits", "Object  1|", "Object  12345|",
+               {"Object  12345: error: object 12345: The number 12345 has more than four "
+                "digits; it is read as 1234."}),
+        OfText("SixteenBits", "#2|      Name", "#32768|      Name",
+               {"    Process  1  #32768: error: unit 32768: A number in '1  #32768' is "
+                "beyond 32,767."},
+               true),
+        OfText("ThirtyTwoBits", "Origin  #1 ", "Origin  #2147483648 ",
+               {"  Link  5: error: link 5 'X to X': The number '2147483648' of the link's origin "
+                "is no whole number."},
+               true),
+        Row{"RefusedNames",
+            Changed(Blank("  Name:  Saw", "  Name:  Saw, small"), "  Name:  Cut",
+                    "  Name:  \"Cut\""),
+            {"  Name:  \"Cut\": error: process 1 '\"Cut\"': Merivane requires that UOB names do "
+             "not have double quotes.",
+             "  Name:  Saw, small: error: object 1 'Saw, small': Merivane requires that Object "
+             "names do not have commas."},
+            true},
+        OfText("NameTooLong", "  Creator:  |  ID  1",
+               "  Creator:  " + std::string(101, 'x') + "|  ID  1",
+               {"  Creator:  " + std::string(101, 'x') +
+                ": error: scenario 1 'Shop': The text behind 'Creator:' has 101 characters; only "
+                "the first 100 are read."}),
+        OfText("MarkMissing", "(Process-Occurrence, X)", "(Process-Occurrence X)",
+               {"    Origin  #1  (Process-Occurrence X): error: link 5: This line lacks a mark: "
+                "it must end in the form #NUMBER  (TYPE, NAME)."},
+               true)),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Elements, CheckTest,
+    ::testing::Values(
+        OfScenarios("EndOutsideScenario",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
+                             Link("5", "1", "2") + Link("6", "1", "9")),
+                    {"  Link  6: error: link 6 'X to X': Its destination 9 is neither a unit nor "
+                     "a junction of the scenario."}),
+        OfScenarios("EndOfOtherKind",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
+                             Changed(Link("5", "1", "2"), "Process-Occurrence", "Junction")),
+                    {"  Link  5: error: link 5 'X to X': Its origin 1 is called 'Junction', and is "
+                     "a 'Process-Occurrence'."}),
+        Row{"OneNumberTwice",
+            Changed(ModelOf({.processes = Process("1", "Cut") + Process("1", "Sand")}), "#2|",
+                    "#1|"),
+            {"Process  1: error: process 1 'Sand': It has the number of process 1 'Cut' (line "
+             "14).",
+             "    Process  1  #1: error: unit 1 'Sand': It has the number of unit 1 'Cut' (line "
+             "135).",
+             "    Process  1  #1: warning: unit 1 'Sand': Nothing leads to it, and its scenario "
+             "begins with unit 1 'Cut' (line 135) already.",
+             "  Link  5: error: link 5 'X to X': Its destination 2 is neither a unit nor a "
+             "junction of the scenario."}},
+        Row{"OneJunctionIdTwice",
+            Changed(ModelOf(With(Fork("Async. AND"))), "ID  J12", "ID  J11"),
+            {"  Junction  12: error: junction 12 'J11': It has the ID of junction 11 'J11' (line "
+             "222), so that the links of the two are mixed up in the plan."}},
+        OfScenarios("CircleOfDecompositions",
+                    Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
+                        Scenario("2", "Left", "3", Unit("2", "Sand")) + "|" +
+                        Scenario("3", "Right", "2", Unit("3", "Sand")),
+                    {"Scenario  2: error: scenario 2 'Left': It is part of a circle of "
+                     "decompositions: scenario 2 'Left', scenario 3 'Right'."}),
+        Row{"CircleOfJunctions",
+            ModelOf(With(Fork("Async. AND", "",
+                              Link("27", "J11", "J12") + Link("28", "J12", "J11")))),
+            {"    Process  1  #2: warning: unit 2 'Sand': It is part of a circle of links, so that "
+             "its tasks wait for each other: junction 11 'J11', unit 2 'Sand', junction 12 'J12'.",
+             "  Junction  11: error: junction 11 'J11': It is part of a circle of junctions, which "
+             "ends the translation: junction 11 'J11', junction 12 'J12'."},
+            true},
+        OfScenarios("CircleOfUnits",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
+                             Link("5", "1", "2") + Link("6", "2", "1")),
+                    {"    Process  1  #1: warning: unit 1 'Cut': It is part of a circle of links, "
+                     "so that its tasks wait for each other: unit 1 'Cut', unit 2 'Sand'."}),
+        Row{"CircleBehindPrunedPath",
+            ModelOf(With(Fork("XOR", kPathFact, Link("27", "3", "4") + Link("28", "4", "3")),
+                         Path("2", "99"))),
+            {"    Process  1  #3: warning: unit 3 'Cut': It is part of a circle of links, so that "
+             "its tasks wait for each other: junction 12 'J12', unit 4 'Sand', unit 3 'Cut'.",
+             "  Junction  11: warning: junction 11 'J11': Its path fact names the junction 'J99', "
+             "which its scenario doesn't have, so that all behind the other paths is left out.",
+             "  Junction  11: error: junction 11 'J11': The links behind the paths that are left "
+             "out run in a circle, which ends the translation."},
+            true},
+        OfScenarios("SeveralTopScenarios",
+                    Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
+                        Scenario("2", "Yard", "", Unit("2", "Sand")),
+                    {"Scenario  1: error: scenario 1 'Shop': One of the scenarios 'Shop', 'Yard' "
+                     "has to be chosen, and no fact chooses the last one."}),
+        OfScenarios("SecondGroupOfDecompositions",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
+                             Link("9", "1", "2")) +
+                        "|" + Scenario("2", "A", "1", Unit("3", "Cut")) + "|" +
+                        Scenario("3", "B", "1", Unit("4", "Cut")) + "|" +
+                        Scenario("4", "C", "2", Unit("5", "Cut")) + "|" +
+                        Scenario("5", "D", "2", Unit("6", "Cut")),
+                    {"Scenario  2: error: scenario 2 'A': One of the scenarios 'A', 'B' has to be "
+                     "chosen, and no fact chooses the last one.",
+                     "Scenario  4: error: scenario 4 'C': It is one of several decompositions of a "
+                     "unit, as scenario 2 'A' (line 205) is; a second choice of this kind ends "
+                     "the translation."},
+                    true),
+        Row{"PartnerNotSent",
+            ModelOf(With(Scenario("1", "Shop", "",
+                                  Unit("1", "Cut") + Unit("2", "Sand") + Unit("3", "Cut") +
+                                      Unit("4", "Sand"),
+                                  Junction("11", "J11", "Fan Out", "XOR", kPathFact) +
+                                      Junction("12", "J12", "Fan In", "Sync. AND"),
+                                  Link("21", "1", "J11") + Link("22", "J11", "2", "2") +
+                                      Link("23", "J11", "3", "3") + Link("24", "2", "J12") +
+                                      Link("25", "3", "J12") + Link("26", "J12", "4")),
+                         Path("2", "12"))),
+            {"  Junction  12: error: junction 12 'J12': unit 3 'Cut' (line 193) isn't sent to the "
+             "plan, but is to start or finish with others of this junction, which ends the "
+             "translation."},
+            true},
+        Row{"NoteTooLong",
+            ModelOf({.processes = Process("1", "Cut", std::string(20000, 'x') + "|") +
+                                  Process("2", "Sand", "Short|")}),
+            {"Process  1: error: process 1 'Cut': Its glossary has 20002 characters, more than "
+             "the note of a task takes, which ends the translation.",
+             "Object  1: warning: object 1 'Saw': It gives no glossary of its own; what process 2 "
+             "'Sand' (line 39) gives is taken over."},
+            true},
+        OfText("Apostrophe", "      Name:  Sand", "      Name:  Ada's plank",
+               {"    Process  1  #2: error: unit 2 'Ada's plank': Its name holds an apostrophe, "
+                "which ends the translation.",
+                "    Process  1  #2: error: unit 2 'Ada's plank': No process of the pool has its "
+                "name, which ends the translation."},
+               true),
+        OfText("ExplainedByTheTranslatorAlone", "Cycle-Time:  2", "Cycle-Time:  999999",
+               {"    Process  1  #1: error: unit 1 'Cut': The translation ends with 'Overflow'."},
+               true),
+        Row{"ValuesCarriedOver",
+            ModelOf({.objects = Object("1", "Saw", "Quantity:  2|Alias:  SAW|") +
+                                Object("2", "Oil", "")}),
+            {"Object  2: warning: object 2 'Oil': It gives no quantity, no alias, no property list "
+             "of its own; what object 1 'Saw' (line 64) gives is taken over.",
+             "Object  2: warning: object 2 'Oil': No unit uses this object."}},
+        OfScenarios("CycleTimeCarriedOver",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand", ""), "",
+                             Link("5", "1", "2")),
+                    {"    Process  1  #2: warning: unit 2 'Sand': It gives no cycle time, no labor "
+                     "rule of its own; what unit 1 'Cut' (line 135) gives is taken over."}),
+        Row{"FanOutsWithoutFact",
+            ModelOf(With(Fork("XOR"))),
+            {"  Junction  11: warning: junction 11 'J11': It has no path fact, so that all its "
+             "paths go to the plan."}},
+        Row{"PathFactNamesNothing",
+            ModelOf(With(Fork("XOR", kPathFact), Path("7", "99"))),
+            {"  Junction  11: warning: junction 11 'J11': Its path fact names the link '7', which "
+             "doesn't lead out of it, so that no path is kept.",
+             "  Junction  11: warning: junction 11 'J11': Its path fact names the junction 'J99', "
+             "which its scenario doesn't have, so that all behind the other paths is left out."}},
+        OfScenarios("JunctionsThatJoinNothing",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"),
+                             Junction("11", "J11", "Fan Out", "Async. AND") +
+                                 Junction("12", "J12", "Fan In", "Async. AND"),
+                             Link("5", "1", "J11") + Link("6", "J11", "2") + Link("7", "2", "J12")),
+                    {"  Junction  11: warning: junction 11 'J11': It has one way in and one way "
+                     "out, so that it joins nothing.",
+                     "  Junction  12: warning: junction 12 'J12': It dangles: it has 1 way in and "
+                     "no ways out."}),
+        OfScenarios("NothingLeadsToUnit",
+                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand")),
+                    {"    Process  1  #2: warning: unit 2 'Sand': Nothing leads to it, and its "
+                     "scenario begins with unit 1 'Cut' (line 135) already."}),
+        Row{"CycleTimes",
+            Changed(Blank("Cycle-Time:  2", "Cycle-Time:  Norm(3,1)"), "Cycle-Time:  2",
+                    "Cycle-Time:  "),
+            {"    Process  1  #1: warning: unit 1 'Cut': Its cycle time 'Norm(3,1)' is no number; "
+             "the plan takes one day.",
+             "    Process  1  #2: warning: unit 2 'Sand': It has no cycle time; the plan takes one "
+             "day."}},
+        OfText("UnknownAlias", "Labor-Rule:  SAW#1", "Labor-Rule:  SAW#1 AND BOY#2",
+               {"    Process  1  #1: warning: unit 1 'Cut': Its labor rule names 'BOY', which is "
+                "the alias of no object."}),
+        OfScenarios("ScenarioOfNoUnit",
+                    Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
+                        Scenario("2", "Yard", "7", Unit("2", "Sand")),
+                    {"Scenario  2: warning: scenario 2 'Yard': There is no unit 7 that it could "
+                     "decompose, so that its units end up behind the others of the plan, outside "
+                     "its outline."}),
+        OfText("CharactersBeyondTheCodePage", "  Creator:  Ada|", "  Creator:  A\x81\x64\xE9|",
+               {"  Creator:  A\x81\x64\xE9: warning: The line holds the code 81 (hexadecimal), "
+                "which the code page Windows-1252 has no character for."}),
+        OfText("SavedInUtf8", "  Creator:  Ada|", "  Creator:  \xC3\x81\x64|",
+               {"  Creator:  \xC3\x81\x64: warning: The line is written in UTF-8, so that each "
+                "letter beyond ASCII is read as two or more characters."})),
+    [](const auto& row) { return row.param.name; });
+
+}  // namespace
+}  // namespace merivane::test
