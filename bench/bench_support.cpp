@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 namespace merivane::bench {
+
 namespace {
 
 struct Database {

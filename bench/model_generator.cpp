@@ -5,6 +5,7 @@
 #include <vector>
 
 namespace merivane::bench {
+
 namespace {
 
 constexpr int kUsesPerScenario = 20;

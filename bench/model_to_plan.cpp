@@ -9,6 +9,10 @@
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::bench {
+
+using namespace translator;
+using namespace shell;
+
 namespace {
 
 struct Times {

@@ -11,6 +11,11 @@
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::bench {
+
+using namespace translator;
+using namespace roundtrip;
+using namespace shell;
+
 namespace {
 
 // Leaves the model in `database` and the plan in `mpx`, with the record 30 that the reader needs.

@@ -6,6 +6,9 @@
 #include "platform/scripted_desktop.h"
 
 namespace merivane::bench {
+
+using namespace neutraltext;
+
 namespace {
 
 struct Shape {

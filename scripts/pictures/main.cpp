@@ -21,7 +21,7 @@
 
 namespace {
 
-using namespace merivane;
+using namespace merivane::desktop;
 
 // Always the same, so that a picture changes with its window alone.
 constexpr const char* kScratch = "/tmp/bakery";

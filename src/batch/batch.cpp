@@ -8,7 +8,8 @@
 #include "picture_commands.h"
 #include "session.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 constexpr const char* kFooter = R"(Examples:
@@ -163,4 +164,4 @@ int RunBatch(const std::vector<std::string>& arguments, const std::string& progr
   return Guarded(err, [&] { return RunCommandLine(arguments, programFolder, out, err); });
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

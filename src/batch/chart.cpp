@@ -6,7 +6,10 @@
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace pictures;
+
 namespace {
 
 int Draw(Session& session, const ChartOptions& options) {
@@ -38,4 +41,4 @@ int RunChart(Session& session, const ChartOptions& options) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -7,7 +7,10 @@
 #include "runtime/code_page.h"
 #include "session.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace inspect;
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -78,4 +81,4 @@ int RunCheck(Session& session, const CheckOptions& options) try {
   return session.Refuse(options.model + " can't be checked: " + ToUtf8(error.Description()));
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

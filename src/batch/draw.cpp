@@ -8,7 +8,8 @@
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 using namespace pictures;
@@ -92,4 +93,4 @@ int RunDraw(Session& session, const DrawOptions& options) try {
   return kFailed;
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -7,7 +7,10 @@
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace platform;
+
 namespace {
 
 constexpr const char* kNoMemory = "merivane-batch: there is not enough memory.\n";
@@ -41,4 +44,4 @@ int TellFailure(std::ostream& err) noexcept {
   return kFailed;
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

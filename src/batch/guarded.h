@@ -5,7 +5,7 @@
 
 #include "batch/batch.h"
 
-namespace merivane {
+namespace merivane::batch {
 
 // Tells on `err` the exception that is being handled. Gives kFailed.
 int TellFailure(std::ostream& err) noexcept;
@@ -20,4 +20,4 @@ int Guarded(std::ostream& err, const Step& step) noexcept {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

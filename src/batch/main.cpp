@@ -16,9 +16,9 @@ std::string ProgramFolder(const char* argument) {
 
 int main(int argc, char** argv) try {
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-  return merivane::RunBatch(arguments, ProgramFolder(argc > 0 ? argv[0] : ""), std::cout,
-                            std::cerr);
+  return merivane::batch::RunBatch(arguments, ProgramFolder(argc > 0 ? argv[0] : ""), std::cout,
+                                   std::cerr);
 } catch (const std::exception& error) {
   std::cerr << "merivane-batch: " << error.what() << '\n';
-  return merivane::kFailed;
+  return merivane::batch::kFailed;
 }

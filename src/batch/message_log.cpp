@@ -6,7 +6,8 @@
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -85,4 +86,4 @@ void MessageLog::AddChooser(const std::string& label1, const std::string& label2
   file_ << Json{{"chooser", chooser}}.dump() << '\n' << std::flush;
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -9,7 +9,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace platform;
 
 class MessageLog {
  public:
@@ -37,4 +39,4 @@ class MessageLog {
   bool machineFault_ = false;
 };
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -2,7 +2,9 @@
 
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace runtime;
 
 CLI::Option* AddName(CLI::App* command, const char* option, std::string& name,
                      const char* description) {
@@ -15,4 +17,4 @@ CLI::Option* AddName(CLI::App* command, const char* option, std::string& name,
   return command->add_option(option, name, description)->transform(trimmed);
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -8,7 +8,9 @@
 
 #include "runtime/dates.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace runtime;
 
 // Paths are UTF-8 as the shell gave them.
 struct CommonOptions {
@@ -52,4 +54,4 @@ struct ProjectsOptions {
   bool json = false;
 };
 
-}  // namespace merivane
+}  // namespace merivane::batch

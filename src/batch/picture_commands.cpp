@@ -3,7 +3,10 @@
 #include "name_options.h"
 #include "pictures/picture_file.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace pictures;
+
 namespace {
 
 void AddOutput(CLI::App* command, std::string& output, bool& force, const char* what) {
@@ -59,4 +62,4 @@ void SayIfSmall(const Session& session, const std::string& output, double factor
   session.Say(output + " is drawn small, for its size has limits: SVG has none.");
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

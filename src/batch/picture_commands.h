@@ -7,7 +7,7 @@
 
 #include "session.h"
 
-namespace merivane {
+namespace merivane::batch {
 
 struct DrawOptions {
   std::string model;
@@ -40,4 +40,4 @@ bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std:
 // A word where the picture had to be made smaller by `factor`, as WritePictures tells it.
 void SayIfSmall(const Session& session, const std::string& output, double factor);
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 unsigned char At(const std::string& text, std::size_t at) {
@@ -37,4 +38,4 @@ std::string PrintableLine(const std::string& utf8) {
   return shown;
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -3,11 +3,11 @@
 
 #include <string>
 
-namespace merivane {
+namespace merivane::batch {
 
 // UTF-8 with "?" for each control character, so that no name can send commands to the terminal.
 // Line feeds stay in a text of several lines.
 std::string PrintableText(const std::string& utf8);
 std::string PrintableLine(const std::string& utf8);
 
-}  // namespace merivane
+}  // namespace merivane::batch

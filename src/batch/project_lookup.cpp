@@ -6,7 +6,8 @@
 #include "runtime/run_time_error.h"
 #include "store/recordset.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 std::string Names(const std::vector<ProjectRow>& projects) {
@@ -75,4 +76,4 @@ std::optional<std::int32_t> FindProject(const std::vector<ProjectRow>& projects,
   return std::nullopt;
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

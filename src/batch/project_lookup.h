@@ -7,7 +7,9 @@
 
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace store;
 
 struct ProjectRow {
   std::optional<std::int32_t> id;  // nothing: Null in the table
@@ -26,4 +28,4 @@ std::optional<std::int32_t> FindProject(const std::vector<ProjectRow>& projects,
 // Rows of a statement "select count(*) ..." shape: the rows that `sql` gives.
 long CountRows(Connection& connection, const std::string& sql);
 
-}  // namespace merivane
+}  // namespace merivane::batch

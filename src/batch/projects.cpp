@@ -5,7 +5,8 @@
 #include "runtime/code_page.h"
 #include "session.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 void PrintJson(std::ostream& out, const std::vector<ProjectRow>& projects) {
@@ -37,4 +38,4 @@ int RunProjects(Session& session, const ProjectsOptions& options) try {
   return session.Refuse(options.database + ": " + ToUtf8(error.Description()));
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

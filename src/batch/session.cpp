@@ -4,7 +4,8 @@
 #include "platform/system_locale.h"
 #include "printable.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 bool Succeeded(int status) { return status == kDone || status == kDoneWithMessages; }
@@ -113,4 +114,4 @@ std::string Session::Notes() const {
          " shown";
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -9,14 +9,15 @@
 
 #include "batch/batch.h"
 #include "message_log.h"
-#include "neutraltext/modGlobal.h"
 #include "options.h"
 #include "platform/scripted_desktop.h"
+#include "program/error_boxes.h"
+#include "program/program.h"
 #include "shell/frmMain.h"
 #include "shell/kept_files.h"
 #include "shell/named_files.h"
 
-namespace merivane {
+namespace merivane::batch {
 
 using namespace shell;
 
@@ -86,4 +87,4 @@ int RunToModel(Session& session, const ToModelOptions& options);
 int RunCheck(Session& session, const CheckOptions& options);
 int RunProjects(Session& session, const ProjectsOptions& options);
 
-}  // namespace merivane
+}  // namespace merivane::batch

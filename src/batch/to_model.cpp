@@ -8,7 +8,8 @@
 #include "shell/frmDBMerge.h"
 #include "shell/source_proof.h"
 
-namespace merivane {
+namespace merivane::batch {
+
 namespace {
 
 bool SelectProject(ComboBox& combo, std::int32_t id) {
@@ -168,4 +169,4 @@ int RunToModel(Session& session, const ToModelOptions& options) {
   return options.mpx.empty() ? FromDatabase(session, options) : FromMpx(session, options);
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <deque>
 
+#include "neutraltext/modGlobal.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "session.h"
@@ -9,7 +10,11 @@
 #include "shell/source_proof.h"
 #include "translator/multi.h"
 
-namespace merivane {
+namespace merivane::batch {
+
+using namespace neutraltext;
+using namespace translator;
+
 namespace {
 
 class ScenarioChooser {
@@ -170,4 +175,4 @@ int RunToProject(Session& session, const ToProjectOptions& options) {
   return Translate(session, options);
 }
 
-}  // namespace merivane
+}  // namespace merivane::batch

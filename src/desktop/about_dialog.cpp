@@ -7,7 +7,8 @@
 
 #include "pictures.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 QLabel* MakeText() {
@@ -43,4 +44,4 @@ AboutDialog::AboutDialog(frmAbout& form, QtDesktop& desktop, QWidget* parent)
   column->addLayout(row);
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -4,11 +4,11 @@
 #include "shell/frmMain.h"
 #include "side_dialog.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 class AboutDialog : public SideDialog {
  public:
   AboutDialog(frmAbout& form, QtDesktop& desktop, QWidget* parent);
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

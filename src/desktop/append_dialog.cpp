@@ -7,7 +7,7 @@
 
 #include "help_context.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 AppendDialog::AppendDialog(frmDbFileAppend& form, QtDesktop& desktop, QWidget* parent)
     : ModalDialog(form, desktop, parent) {
@@ -27,4 +27,4 @@ AppendDialog::AppendDialog(frmDbFileAppend& form, QtDesktop& desktop, QWidget* p
   column->addLayout(buttons);
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

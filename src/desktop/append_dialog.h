@@ -4,7 +4,9 @@
 #include "modal_dialogs.h"
 #include "shell/frmDbFileAppend.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 class AppendDialog : public ModalDialog {
  public:
@@ -14,4 +16,4 @@ class AppendDialog : public ModalDialog {
   void Escape() override {}  // there is no Cancel: the question wants an answer
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

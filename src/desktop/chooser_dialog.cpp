@@ -10,7 +10,8 @@
 #include "help_context.h"
 #include "qt_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 // Getting the focus chooses nothing, so the first arrow key chooses the first entry.
@@ -85,4 +86,4 @@ void ChooserDialog::Escape() {
   Run([this] { form_.Command2(); });
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -6,7 +6,9 @@
 
 class QListWidget;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace translator;
 
 class ChooserDialog : public ModalDialog {
  public:
@@ -22,4 +24,4 @@ class ChooserDialog : public ModalDialog {
   multi& form_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-namespace merivane {
+namespace merivane::desktop {
 
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
@@ -12,4 +12,4 @@ void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, place.width()));
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

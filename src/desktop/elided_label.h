@@ -3,7 +3,7 @@
 
 #include <QLabel>
 
-namespace merivane {
+namespace merivane::desktop {
 
 class ElidedLabel : public QLabel {
  public:
@@ -14,4 +14,4 @@ class ElidedLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -7,7 +7,7 @@
 
 #include "qt_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 DialogFileNames::DialogFileNames()
     : folder_(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
@@ -27,4 +27,4 @@ QString DialogFileNames::Ask(const FileDialog& dialog, QWidget* parent) {
   return picked ? QDir::toNativeSeparators(picker.selectedFiles().value(0)) : QString();
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

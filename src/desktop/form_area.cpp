@@ -4,7 +4,7 @@
 
 #include "pictures.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 FormArea::FormArea() {
   setObjectName("formArea");
@@ -23,4 +23,4 @@ void FormArea::paintEvent(QPaintEvent* /*event*/) {
   PaintPicture(painter, QRectF(place.center() - QPointF(side, side) / 2, QSizeF(side, side)));
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

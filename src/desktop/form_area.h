@@ -3,7 +3,7 @@
 
 #include <QMdiArea>
 
-namespace merivane {
+namespace merivane::desktop {
 
 // Shows the program's picture, faintly, where no window lies.
 class FormArea : public QMdiArea {
@@ -14,4 +14,4 @@ class FormArea : public QMdiArea {
   void paintEvent(QPaintEvent* event) override;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -18,7 +18,7 @@
 #include "path_field.h"
 #include "qt_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 FormWindow::FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext)
     : desktop_(desktop), form_(form), column_(new QVBoxLayout(this)) {
@@ -243,4 +243,4 @@ void DrawComboBox(QComboBox* widget, const ComboBox& box) {
   widget->setVisible(box.visible);
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -17,7 +17,9 @@ class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 class PathField;
 
@@ -89,4 +91,4 @@ class FormWindow : public QWidget {
 // Fills the list anew where its entries changed.
 void DrawComboBox(QComboBox* widget, const ComboBox& box);
 
-}  // namespace merivane
+}  // namespace merivane::desktop

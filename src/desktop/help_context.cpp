@@ -6,7 +6,8 @@
 
 #include "desktop/qt_desktop.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 constexpr const char* kContextProperty = "helpContext";
@@ -52,4 +53,4 @@ bool HelpKey::eventFilter(QObject* object, QEvent* event) {
   return true;
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

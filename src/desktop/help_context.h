@@ -5,7 +5,7 @@
 #include <QString>
 #include <QWidget>
 
-namespace merivane {
+namespace merivane::desktop {
 
 class QtDesktop;
 
@@ -31,4 +31,4 @@ class HelpKey : public QObject {
   QtDesktop& desktop_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -7,7 +7,8 @@
 
 #include "help_site_map.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 // No page or picture of a sound help file is larger; a damaged one may tell any length.
@@ -113,4 +114,4 @@ std::optional<QString> HelpFile::TopicOf(int context) const {
   return std::nullopt;
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -9,7 +9,7 @@
 
 struct chmFile;
 
-namespace merivane {
+namespace merivane::desktop {
 
 // A line of the table of contents or of the index.
 struct HelpEntry {
@@ -49,4 +49,4 @@ class HelpFile {
   QString indexName_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -4,7 +4,8 @@
 #include <QStringDecoder>
 #include <QTextDocumentFragment>
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 QString Decoded(const QByteArray& html) {
@@ -57,4 +58,4 @@ std::vector<HelpEntry> ParseSiteMap(const QByteArray& html) {
   return entries;
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

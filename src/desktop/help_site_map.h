@@ -6,9 +6,9 @@
 
 #include "help_file.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 // The entries in order; damage leaves out what it hits.
 std::vector<HelpEntry> ParseSiteMap(const QByteArray& html);
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -15,7 +15,8 @@
 #include "pictures.h"
 #include "topic_browser.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 constexpr int kTopicRole = Qt::UserRole;
@@ -194,4 +195,4 @@ void HelpWindow::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

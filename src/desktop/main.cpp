@@ -4,7 +4,7 @@
 #include "desktop/main_window.h"
 
 int main(int argc, char** argv) {
-  using namespace merivane;
+  using namespace merivane::desktop;
   QApplication application(argc, argv);
   QApplication::setApplicationName("merivane");
   QApplication::setDesktopFileName("merivane");

@@ -16,7 +16,8 @@
 #include "project_to_model_window.h"
 #include "splash_window.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 struct MenuItem {
@@ -118,4 +119,4 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -12,7 +12,7 @@
 #include "form_window.h"
 #include "help_context.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 MergeDialog::MergeDialog(frmDBMerge& form, QtDesktop& desktop, QWidget* parent)
     : ModalDialog(form, desktop, parent),
@@ -100,4 +100,4 @@ void MergeDialog::Escape() {
   Run([this] { form_.CmdCancel(); });
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

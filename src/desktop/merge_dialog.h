@@ -8,7 +8,9 @@ class QComboBox;
 class QLabel;
 class QRadioButton;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 class MergeDialog : public ModalDialog {
  public:
@@ -29,4 +31,4 @@ class MergeDialog : public ModalDialog {
   QComboBox* projects_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -2,7 +2,8 @@
 
 #include <QStringList>
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 constexpr qsizetype kLongWord = 60;
@@ -38,4 +39,4 @@ QString BreakableText(const QString& text) {
   return paragraphs.join('\n');
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -3,10 +3,10 @@
 
 #include <QString>
 
-namespace merivane {
+namespace merivane::desktop {
 
 // Line ends become line feeds, those at the end go, and a long word (the name of a file, mostly)
 // gets places where it may break: zero-width spaces behind its separators.
 QString BreakableText(const QString& text);
 
-}  // namespace merivane
+}  // namespace merivane::desktop

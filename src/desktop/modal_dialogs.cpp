@@ -10,7 +10,7 @@
 #include "desktop/qt_desktop.h"
 #include "merge_dialog.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 ModalDialog::ModalDialog(ModalForm& form, QtDesktop& desktop, QWidget* parent)
     : QDialog(parent), desktop_(desktop), form_(form) {}
@@ -58,4 +58,4 @@ std::unique_ptr<QDialog> MakeModalDialog(ModalForm& form, QtDesktop& desktop, QW
   throw std::logic_error("a form without a dialog");
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

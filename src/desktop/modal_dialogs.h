@@ -9,7 +9,9 @@
 
 class QPushButton;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace platform;
 
 class QtDesktop;
 
@@ -36,4 +38,4 @@ class ModalDialog : public QDialog {
 // REQUIRES: the form is one of frmDbFileAppend, frmDBMerge, multi.
 std::unique_ptr<QDialog> MakeModalDialog(ModalForm& form, QtDesktop& desktop, QWidget* parent);
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -6,7 +6,7 @@
 #include "qt_text.h"
 #include "result_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& desktop)
     : FormWindow(form, desktop, "Celvar to MS Project", frmIDEF3ToProject::kHelpContextId),
@@ -52,4 +52,4 @@ void ModelToProjectWindow::Ok() {
   OnResult("Plan written: " + files + MessageNote(shown));
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

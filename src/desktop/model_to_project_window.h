@@ -4,7 +4,7 @@
 #include "form_window.h"
 #include "shell/frmIDEF3ToProject.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 class ModelToProjectWindow : public FormWindow {
  public:
@@ -16,4 +16,4 @@ class ModelToProjectWindow : public FormWindow {
   frmIDEF3ToProject& form_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -9,7 +9,7 @@
 #include "help_context.h"
 #include "qt_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 OptionsDialog::OptionsDialog(frmOptions& form, QtDesktop& desktop, QWidget* parent)
     : SideDialog(form, desktop, parent), form_(form), paths_(new QListWidget) {
@@ -56,4 +56,4 @@ void OptionsDialog::Draw() {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

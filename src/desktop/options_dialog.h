@@ -6,7 +6,7 @@
 
 class QListWidget;
 
-namespace merivane {
+namespace merivane::desktop {
 
 class OptionsDialog : public SideDialog {
  public:
@@ -22,4 +22,4 @@ class OptionsDialog : public SideDialog {
   QListWidget* paths_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

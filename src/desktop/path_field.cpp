@@ -11,7 +11,8 @@
 
 #include "qt_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
 namespace {
 
 constexpr int kVisibleCharacters = 52;
@@ -62,4 +63,4 @@ void PathField::dropEvent(QDropEvent* event) {
   QTimer::singleShot(0, this, [this, name] { OnDrop(name.toStdString()); });
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -9,7 +9,9 @@
 class QLineEdit;
 class QPushButton;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 // Shows the end of a name that is too long, and the whole name as a tool tip. A file may be dropped
 // anywhere on it, also while the text box is disabled.
@@ -32,4 +34,4 @@ class PathField : public QWidget {
   QPushButton* button_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

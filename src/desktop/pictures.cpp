@@ -7,7 +7,7 @@
 // The linker keeps the resources of a static library only where they are asked for by name.
 static void TakeResources() { Q_INIT_RESOURCE(merivane); }
 
-namespace merivane {
+namespace merivane::desktop {
 
 void PaintPicture(QPainter& painter, const QRectF& place) {
   TakeResources();
@@ -38,4 +38,4 @@ void Picture::paintEvent(QPaintEvent* /*event*/) {
   PaintPicture(painter, rect());
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -6,7 +6,7 @@
 
 class QPainter;
 
-namespace merivane {
+namespace merivane::desktop {
 
 QIcon ApplicationIcon();
 void PaintPicture(QPainter& painter, const QRectF& place);
@@ -20,4 +20,4 @@ class Picture : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

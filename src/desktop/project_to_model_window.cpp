@@ -6,7 +6,7 @@
 #include "qt_text.h"
 #include "result_text.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& desktop)
     : FormWindow(form, desktop, "MS Project to Celvar", frmProjectToIDEF3::kHelpContextId),
@@ -75,4 +75,4 @@ QString ProjectToModelWindow::ResultText() const {
   return backup.isEmpty() ? written : written + "; the database before the merge: " + backup;
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

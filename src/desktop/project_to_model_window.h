@@ -4,7 +4,7 @@
 #include "form_window.h"
 #include "shell/frmProjectToIDEF3.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 class ProjectToModelWindow : public FormWindow {
  public:
@@ -23,4 +23,4 @@ class ProjectToModelWindow : public FormWindow {
   QComboBox* projects_ = nullptr;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

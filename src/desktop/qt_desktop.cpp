@@ -19,7 +19,9 @@
 #include "runtime/run_time_error.h"
 #include "shell/form.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 // A nested event loop under way: the wait pointer gives way to the normal one meanwhile.
 class QtDesktop::Wait {
@@ -219,4 +221,4 @@ std::string QtDesktop::ProfileString(const std::string& section, const std::stri
   return ReadProfileString(section, key, fallback, iniFile);
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

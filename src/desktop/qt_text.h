@@ -6,7 +6,9 @@
 
 #include "runtime/code_page.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace runtime;
 
 inline QString ToQt(const std::string& windows1252) {
   return QString::fromStdString(ToUtf8(windows1252));
@@ -15,4 +17,4 @@ inline QString ToQt(const std::string& windows1252) {
 // Paths are UTF-8 on both sides.
 inline QString PathToQt(const std::string& path) { return QString::fromStdString(path); }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

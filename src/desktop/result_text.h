@@ -3,7 +3,7 @@
 
 #include <QString>
 
-namespace merivane {
+namespace merivane::desktop {
 
 // "; 2 messages were shown" behind the result of a run with boxes.
 inline QString MessageNote(int count) {
@@ -13,4 +13,4 @@ inline QString MessageNote(int count) {
       .arg(QLatin1String(count == 1 ? " was" : "s were"));
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

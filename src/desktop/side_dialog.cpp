@@ -4,7 +4,7 @@
 
 #include "help_context.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 SideDialog::SideDialog(Form& form, QtDesktop& desktop, QWidget* parent)
     : QDialog(parent), desktop_(desktop), form_(form) {
@@ -43,4 +43,4 @@ QPushButton* SideDialog::AddHelpButton(const char* name, const char* caption, in
   return button;
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -9,7 +9,9 @@
 
 class QPushButton;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 // Shows and hides with its form. Enter presses the default button; Escape and the frame unload.
 class SideDialog : public QDialog {
@@ -33,4 +35,4 @@ class SideDialog : public QDialog {
   Form& form_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

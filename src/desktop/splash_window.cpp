@@ -5,7 +5,7 @@
 
 #include "pictures.h"
 
-namespace merivane {
+namespace merivane::desktop {
 
 SplashWindow::SplashWindow(frmSplash& form, QWidget* parent)
     : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), form_(form) {
@@ -50,4 +50,4 @@ void SplashWindow::paintEvent(QPaintEvent* /*event*/) {
                    QStringLiteral("Version %1").arg(QLatin1String(MERIVANE_VERSION)));
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

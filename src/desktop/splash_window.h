@@ -5,7 +5,9 @@
 
 #include "shell/frmMain.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 // Shows and hides with its form, in the middle of the main window, and paints at once.
 class SplashWindow : public QWidget {
@@ -22,4 +24,4 @@ class SplashWindow : public QWidget {
   frmSplash& form_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -5,7 +5,10 @@
 #include "help_file.h"
 #include "platform/program_start.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace platform;
+
 namespace {
 
 constexpr const char* kScheme = "help";
@@ -52,4 +55,4 @@ QVariant TopicBrowser::Picture(const QByteArray& bytes) const {
   return image;
 }
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -3,7 +3,7 @@
 
 #include <QTextBrowser>
 
-namespace merivane {
+namespace merivane::desktop {
 
 class HelpFile;
 
@@ -28,4 +28,4 @@ class TopicBrowser : public QTextBrowser {
   const HelpFile* file_ = nullptr;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -10,6 +10,7 @@
 #include "trial.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 constexpr int kMostRepairs = 20;

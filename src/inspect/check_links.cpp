@@ -5,6 +5,7 @@
 #include "model_checks.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 constexpr std::string_view kProcessOccurrence = "Process-Occurrence";

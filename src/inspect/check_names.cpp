@@ -7,6 +7,9 @@
 #include "translator/task_note.h"
 
 namespace merivane::inspect {
+
+using namespace translator;
+
 namespace {
 
 void CheckApostrophe(const Place& place, const char* what, std::vector<Finding>& findings) {

@@ -3,6 +3,7 @@
 #include "model_checks.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 // Elements that are asked for by number alone must differ in it.

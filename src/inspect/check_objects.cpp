@@ -4,6 +4,7 @@
 #include "runtime/text.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 // The aliases that a rule names: in each term what stands in front of "#".

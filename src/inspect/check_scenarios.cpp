@@ -6,6 +6,7 @@
 #include "model_checks.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 class Decompositions {

@@ -14,6 +14,8 @@
 
 namespace merivane::inspect {
 
+using namespace neutraltext;
+
 struct Place {
   Element kind = Element::kProcess;
   std::int32_t number = 0;

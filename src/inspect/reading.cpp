@@ -8,6 +8,7 @@
 #include "store/interim_db.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 constexpr const char* kNotReadOn =

@@ -5,6 +5,7 @@
 #include "reading.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 bool HasNoCharacter(unsigned char byte) {

@@ -4,9 +4,11 @@
 
 #include "reading.h"
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
 namespace merivane::inspect {
+
 namespace {
 
 const Value& Get(std::initializer_list<Cell> cells, std::string_view column) {

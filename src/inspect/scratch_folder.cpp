@@ -7,6 +7,8 @@
 
 namespace merivane::inspect {
 
+using namespace runtime;
+
 ScratchFolder::ScratchFolder() {
   std::error_code error;
   const std::filesystem::path parent = std::filesystem::temp_directory_path(error);

@@ -15,6 +15,9 @@
 #include "translator/path_listener.h"
 
 namespace merivane::inspect {
+
+using namespace translator;
+
 namespace {
 
 constexpr const char* kFatalTitle = "IDEF3 to Project";

@@ -7,7 +7,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::mpx {
 
 namespace {
 
@@ -67,4 +67,4 @@ std::string ExtractStartDate(std::string_view text, std::int32_t codePage) {
   return date;
 }
 
-}  // namespace merivane
+}  // namespace merivane::mpx

@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::mpx {
 
 namespace {
 
@@ -119,4 +119,4 @@ void CheckResourceName(Desktop& desktop, const std::string& name) {
   desktop.EndProgram();
 }
 
-}  // namespace merivane
+}  // namespace merivane::mpx

@@ -1,6 +1,6 @@
 #include "mpx/mpx_format.h"
 
-namespace merivane {
+namespace merivane::mpx {
 
 const std::string_view kMpxResourceFields =
     "40,ID,Unique ID,Name,Initials,Max Units,Standard Rate,Overtime Rate,Cost Per Use,Accrue At,"
@@ -51,4 +51,4 @@ std::string MpxProjectHeader(std::string_view path, std::string_view date) {
   return "30," + std::string(path) + ", Vorn,,," + std::string(date);
 }
 
-}  // namespace merivane
+}  // namespace merivane::mpx

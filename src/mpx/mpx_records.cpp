@@ -2,7 +2,8 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::mpx {
+
 namespace {
 
 constexpr int kEmptyFieldsOfResource = 12;  // Cost Per Use to Text1
@@ -56,4 +57,4 @@ std::string MpxNoteText(std::string_view glossary) {
   return note;
 }
 
-}  // namespace merivane
+}  // namespace merivane::mpx

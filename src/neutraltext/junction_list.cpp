@@ -1,6 +1,6 @@
 #include "scenario_tree.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -62,4 +62,4 @@ void WriteJunctionList(ScenarioTree& tree, Recordset& tasks, std::int16_t scenar
   tree.out.Line("End  Junction List");
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,7 +1,8 @@
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "scenario_tree.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -97,4 +98,4 @@ void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable
   tree.out.Line("End  Link List");
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

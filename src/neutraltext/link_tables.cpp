@@ -3,7 +3,7 @@
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -27,7 +27,7 @@ bool JunctionTable::MakeSync(std::int16_t number, std::string_view cardinality) 
   if (rows_.empty()) throw RunTimeError(kSubscriptOutOfRange);
   const auto found = byNumber_.find(number);
   if (found == byNumber_.end() || rows_[found->second].cardinality != cardinality) return false;
-  rows_[found->second].type = kSyncAnd;
+  rows_[found->second].type = kWrittenSyncAnd;
   return true;
 }
 
@@ -77,4 +77,4 @@ bool ConsumedLinks::Holds(const Value& linkUid) const {
   return whole == uid && uids_.contains(whole);
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -10,14 +10,15 @@
 #include <unordered_set>
 #include <vector>
 
+#include "program/model_words.h"
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
-inline constexpr std::string_view kFanOut = "Fan Out";
-inline constexpr std::string_view kFanIn = "Fan In";
-inline constexpr std::string_view kAsyncAnd = "Async. AND";
-inline constexpr std::string_view kSyncAnd = "Sync. And";
+using namespace runtime;
+using namespace program;
+
+inline constexpr std::string_view kWrittenSyncAnd = "Sync. And";
 
 struct JunctionRow {
   std::int16_t number = 0;
@@ -100,4 +101,4 @@ struct ScenarioLinks {
   ConsumedLinks consumedLinks;
 };
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -5,7 +5,7 @@
 
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -85,7 +85,7 @@ void StartTogether(ProjectToModel& state, ScenarioLinks& links, std::int16_t tas
   const std::int16_t originA = LastDeletedEnd(table, Side::kStart, taskA).value_or(0);
   const std::int16_t originB =
       taskA == taskB ? std::int16_t{0} : LastDeletedEnd(table, Side::kStart, taskB).value_or(0);
-  if (syncJunction == 0) syncJunction = links.junctionTable.Add(next, kFanOut, kSyncAnd);
+  if (syncJunction == 0) syncJunction = links.junctionTable.Add(next, kFanOut, kWrittenSyncAnd);
   if (originA != 0 && originB != 0) {
     const std::int16_t newFanIn = links.junctionTable.Add(next, kFanIn, kAsyncAnd);
     table.AddUnlessThere(next, originA, newFanIn);
@@ -108,7 +108,7 @@ void FinishTogether(ProjectToModel& state, ScenarioLinks& links, std::int16_t ta
   std::int16_t syncJunction = FindSyncJunction(links, Side::kFinish, taskA, taskB);
   const std::int16_t destA = LastDeletedEnd(table, Side::kFinish, taskA).value_or(0);
   if (taskA != taskB) destB = LastDeletedEnd(table, Side::kFinish, taskB).value_or(destB);
-  if (syncJunction == 0) syncJunction = links.junctionTable.Add(next, kFanIn, kSyncAnd);
+  if (syncJunction == 0) syncJunction = links.junctionTable.Add(next, kFanIn, kWrittenSyncAnd);
   if (destA != 0 && destB != 0) {
     const std::int16_t newFanOut = links.junctionTable.Add(next, kFanOut, kAsyncAnd);
     table.AddUnlessThere(next, newFanOut, destA);
@@ -186,4 +186,4 @@ void ResolveFinishToFinishLinks(ProjectToModel& state, ScenarioLinks& links) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "link_tables.h"
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 // For each task of the scenario in turn: two or more finish-to-start predecessors (successors) give
 // a junction of type "Async. AND" and its links.
@@ -23,4 +23,4 @@ void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& li
 void ResolveStartToStartLinks(ProjectToModel& state, ScenarioLinks& links);
 void ResolveFinishToFinishLinks(ProjectToModel& state, ScenarioLinks& links);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,8 +1,9 @@
 #include "neutraltext/modGlobal.h"
 
+#include "program/error_boxes.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -19,40 +20,6 @@ constexpr std::string_view kNoDoubleQuotes =
 constexpr std::string_view kNoCommas = "Merivane requires that Object names do not have commas.";
 
 }  // namespace
-
-Program::Program(Desktop& theDesktop)
-    : desktop(theDesktop),
-      modelToProject(Direction{theDesktop, files, workspace, codePage}),
-      projectToModel(Direction{theDesktop, files, workspace, codePage}) {}
-
-Program::~Program() { workspace.CommitAllQuietly(); }
-
-void ReportError(Desktop& desktop, const RunTimeError& error) {
-  desktop.Beep();
-  desktop.ShowMessage({.text = error.Description() + std::string(kCrLf),
-                       .icon = MessageIcon::kExclamation,
-                       .title = "Error",
-                       .error = error.Number()});
-  if (error.Number() == kPermissionDenied) {
-    desktop.ShowMessage(
-        {"The selected file may be already open for editing.  Please close it and retry."});
-  }
-}
-
-void FatalAbort(Desktop& desktop, const RunTimeError& error) {
-  desktop.SetMousePointer(kPointerArrow);
-  desktop.ShowMessage({.text = error.Description(),
-                       .icon = MessageIcon::kCritical,
-                       .title = "IDEF3 to Project",
-                       .error = error.Number()});
-  desktop.EndProgram();
-}
-
-void RestoreMousePointer(Desktop& desktop) { desktop.SetMousePointer(kPointerDefault); }
-
-void ShowDescription(Desktop& desktop, const RunTimeError& error) {
-  desktop.ShowMessage({.text = error.Description(), .error = error.Number()});
-}
 
 std::string FieldAfterBlanks(std::string_view line, std::size_t start, std::size_t length) {
   const std::size_t blanks = Find(line, "  ", start);
@@ -74,4 +41,4 @@ void ValidateObjectName(Desktop& desktop, const std::string& name) {
   if (Holds(name, "\"")) RefuseName(desktop, kNoDoubleQuotes, name, "IDEF3 to Project 2000");
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,9 +1,10 @@
 #include "neutraltext/modProjectToIDEF3.h"
 
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "writer_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -45,4 +46,4 @@ std::int16_t CountProjectTasks(ProjectToModel& state) {
   return ToInt16(std::int64_t{tasks.RecordCount()});
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,7 +1,7 @@
 #include "runtime/conversions.h"
 #include "stored_elements.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -105,4 +105,4 @@ void WriteObjectOccurrencesOf(ProjectToModel& state, ObjectOccurrenceOwner& owne
   ObjectOccurrenceWriter(state, owner, connection).WriteAll();
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

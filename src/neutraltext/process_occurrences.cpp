@@ -4,7 +4,7 @@
 #include "runtime/conversions.h"
 #include "scenario_tree.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -90,4 +90,4 @@ void WriteProcessOccurrenceList(ScenarioTree& tree, Recordset& tasks,
   ResolveFinishToFinishLinks(tree.state, links);
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

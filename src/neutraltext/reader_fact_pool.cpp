@@ -2,7 +2,7 @@
 #include "reader_sections.h"
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -50,4 +50,4 @@ void ReadFactPool(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

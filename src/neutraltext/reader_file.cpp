@@ -1,9 +1,10 @@
 #include "neutraltext/modGlobal.h"
+#include "program/error_boxes.h"
 #include "reader_lines.h"
 #include "reader_sections.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -103,4 +104,4 @@ void ReleaseNeutralTextFile(ModelToProject& state) {
   state.gTextFile = 0;
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -127,4 +127,4 @@ void ReadJunctions(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -2,10 +2,11 @@
 
 #include <utility>
 
+#include "neutraltext/modGlobal.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 void NextLine(ModelToProject& state) {
   state.gLine = state.files.ReadLine(state.gTextFile);
@@ -129,4 +130,4 @@ std::string RowsOfProject(const ModelToProject& state, std::string_view table) {
   return sql;
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

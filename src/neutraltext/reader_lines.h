@@ -9,7 +9,9 @@
 #include "neutraltext/modGlobal.h"
 #include "neutraltext/reader_listener.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
+
+using namespace program;
 
 void NextLine(ModelToProject& state);
 void NextLines(ModelToProject& state, int count);
@@ -67,4 +69,4 @@ void ChangeLastRow(ModelToProject& state, Recordset& rows, std::string_view tabl
 // "select * from <table> where Msp_ProjID = <number>".
 std::string RowsOfProject(const ModelToProject& state, std::string_view table);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -3,7 +3,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -87,4 +87,4 @@ void ReadLinks(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

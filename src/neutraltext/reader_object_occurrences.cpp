@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -98,4 +98,4 @@ void ReadObjectOccurrences(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -85,4 +85,4 @@ void ReadObjectPool(ModelToProject& state) {
   resources.Close();
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -6,7 +6,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -93,4 +93,4 @@ void ReadOccurrences(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,7 +1,7 @@
 #include "reader_lines.h"
 #include "reader_sections.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 void ReadOstnList(ModelToProject& state) {
   NextLine(state);
@@ -14,4 +14,4 @@ void ReadOstnList(ModelToProject& state) {
   rows.Close();
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

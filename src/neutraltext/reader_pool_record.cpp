@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 void ReadPoolHead(ModelToProject& state, void (*validateName)(Desktop&, const std::string&)) {
   FieldVariables& f = state.fields;
@@ -30,4 +30,4 @@ void ReadPoolElaboration(ModelToProject& state) {
   KeepBlock(state, f.Constraint_List, "    Constraint List", "    End  Constraint List");
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -5,7 +5,7 @@
 
 #include "reader_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 // The head of an element at the current line: number, name, creator, the two dates and the blocks
 // up to the source list.
@@ -14,4 +14,4 @@ void ReadPoolHead(ModelToProject& state, void (*validateName)(Desktop&, const st
 // The three blocks of the elaboration.
 void ReadPoolElaboration(ModelToProject& state);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

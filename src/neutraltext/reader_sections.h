@@ -4,7 +4,7 @@
 
 #include "neutraltext/modGlobal.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 void ReadSummary(ModelToProject& state);
 
@@ -28,4 +28,4 @@ void ReadOstnList(ModelToProject& state);
 // line, the next one. A value that isn't numeric leaves the variable as it was.
 void ReadPlacement(ModelToProject& state);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

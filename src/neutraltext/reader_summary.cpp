@@ -3,7 +3,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -74,4 +74,4 @@ void ReadSummary(ModelToProject& state) {
   AddProject(state, summary);
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -5,7 +5,7 @@
 #include "runtime/dates.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -107,4 +107,4 @@ void ReadRemainingPools(ModelToProject& state) {
   misc.Close();
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -2,7 +2,7 @@
 #include "runtime/conversions.h"
 #include "stored_elements.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -111,4 +111,4 @@ void WriteRebuiltScenarioList(ProjectToModel& state, Connection* connection) {
   RebuiltWriter(state, connection).WriteScenarioList();
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,7 +1,7 @@
 #include "runtime/conversions.h"
 #include "scenario_tree.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -80,4 +80,4 @@ void WriteScenarioHeader(ScenarioTree& tree, Recordset& tasks, const std::string
   WriteStoredScenarioHead(tree.out, scenario, ModelText::kDirect);
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "neutraltext/modProjectToIDEF3.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "store/interim_db.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -184,4 +185,4 @@ void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -8,11 +8,11 @@
 #include <string_view>
 
 #include "link_tables.h"
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 #include "stored_elements.h"
 #include "writer_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 struct ScenarioTree {
   explicit ScenarioTree(ProjectToModel& owner) : state(owner), out(owner) {}
@@ -52,4 +52,4 @@ void WriteJunctionList(ScenarioTree& tree, Recordset& tasks, std::int16_t scenar
 // Stored links for a scenario number above 0, else those of the table.
 void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable& linkTable);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -7,10 +7,10 @@
 #include <string>
 #include <unordered_map>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 #include "writer_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 enum class ModelText { kDirect, kRebuilt };
 
@@ -56,4 +56,4 @@ class ObjectOccurrenceOwner {
 void WriteObjectOccurrencesOf(ProjectToModel& state, ObjectOccurrenceOwner& owner,
                               Connection* connection);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -2,7 +2,7 @@
 
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -78,4 +78,4 @@ void LineWriter::EmptyElaboration(std::string_view indent) {
 
 bool AboveZero(const Value& value) { return !value.IsNull() && ToDouble(value) > 0; }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

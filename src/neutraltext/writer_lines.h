@@ -4,9 +4,11 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
+
+using namespace program;
 
 // What stands between the keywords of a block whose column is Null.
 enum class NullBlock { kEmptyLine, kNoLine };
@@ -57,4 +59,4 @@ class LineWriter {
 // False for Null; a text that is no number is error 13.
 bool AboveZero(const Value& value);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

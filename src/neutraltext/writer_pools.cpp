@@ -1,9 +1,10 @@
 #include "neutraltext/modProjectToIDEF3.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "store/interim_db.h"
 #include "writer_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -86,4 +87,4 @@ void WritePools(ProjectToModel& state, Connection* connection) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

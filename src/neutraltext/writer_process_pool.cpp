@@ -1,9 +1,10 @@
 #include "neutraltext/modProjectToIDEF3.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "store/interim_db.h"
 #include "writer_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -73,4 +74,4 @@ void WriteProcessPool(ProjectToModel& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -1,9 +1,10 @@
 #include "neutraltext/modProjectToIDEF3.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "store/interim_db.h"
 #include "writer_lines.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 namespace {
 
@@ -54,4 +55,4 @@ void WriteProjectSummary(ProjectToModel& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -9,6 +9,7 @@
 #include "time_axis.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 using schedule::Plan;

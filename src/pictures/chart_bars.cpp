@@ -4,6 +4,7 @@
 #include <cmath>
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr double kHalf = 6;       // of a bar's height

@@ -6,6 +6,8 @@
 
 namespace merivane::pictures {
 
+using namespace schedule;
+
 enum class BarKind { kTask, kCritical, kSummary, kMilestone };
 
 // Where a bar lies; a milestone has no width.

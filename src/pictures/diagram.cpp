@@ -10,6 +10,7 @@
 #include "text_lines.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr double kMargin = 24;

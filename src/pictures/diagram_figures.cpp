@@ -7,6 +7,7 @@
 #include "text_lines.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr double kNameWidth = 128;  // the longest line of a name

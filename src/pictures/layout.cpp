@@ -8,6 +8,7 @@
 #include <string>
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr double kPointsOfInch = 72;

@@ -13,6 +13,7 @@
 #include "layout.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;

@@ -1,6 +1,7 @@
 #include "layout.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 // There is no fork here: this process lays out what surely is ready in time.

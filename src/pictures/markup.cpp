@@ -5,6 +5,9 @@
 #include "runtime/code_page.h"
 
 namespace merivane::pictures {
+
+using namespace runtime;
+
 namespace {
 
 bool IsRefused(unsigned char letter) {

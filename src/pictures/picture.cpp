@@ -3,6 +3,7 @@
 #include <algorithm>
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr double kGap = 6;

@@ -18,6 +18,9 @@
 #include "runtime/text.h"
 
 namespace merivane::pictures {
+
+using namespace runtime;
+
 namespace {
 
 namespace fs = std::filesystem;

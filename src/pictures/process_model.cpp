@@ -10,6 +10,7 @@
 #include "store/recordset.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 class ProjectRows {

@@ -7,6 +7,9 @@
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::pictures {
+
+using namespace translator;
+
 namespace {
 
 std::string TemporaryDatabase() {

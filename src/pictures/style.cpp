@@ -4,6 +4,7 @@
 #include <string_view>
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr const char* kText = "#1f2933";

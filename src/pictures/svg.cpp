@@ -4,6 +4,7 @@
 #include "pictures/style.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 std::string Attribute(const char* name, const std::string& value) {

@@ -7,6 +7,7 @@
 #include "pictures/style.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 constexpr char kEllipsis = '\x85';

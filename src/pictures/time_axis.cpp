@@ -8,6 +8,7 @@
 #include "text_lines.h"
 
 namespace merivane::pictures {
+
 namespace {
 
 namespace chr = std::chrono;

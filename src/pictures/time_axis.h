@@ -9,6 +9,8 @@
 
 namespace merivane::pictures {
 
+using namespace runtime;
+
 class TimeAxis {
  public:
   // From the unit in which `start` falls to the one in which `finish` falls, the finest unit whose

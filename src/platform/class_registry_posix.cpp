@@ -2,7 +2,7 @@
 #include "reg_text.h"
 #include "system_files.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 std::optional<std::string> ReadClassDefault(const std::string& key) {
   const auto lines = ReadSystemLines(UserFolder() / "classes.reg");
@@ -12,4 +12,4 @@ std::optional<std::string> ReadClassDefault(const std::string& key) {
   return value;
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

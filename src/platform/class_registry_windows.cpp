@@ -5,7 +5,7 @@
 #include "platform/class_registry.h"
 #include "windows_text.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 std::optional<std::string> ReadClassDefault(const std::string& key) {
   HKEY opened = nullptr;
@@ -21,4 +21,4 @@ std::optional<std::string> ReadClassDefault(const std::string& key) {
   return Narrow({value.data(), bytes / sizeof(wchar_t)});
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

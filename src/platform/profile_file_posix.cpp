@@ -6,7 +6,10 @@
 #include "runtime/text.h"
 #include "system_files.h"
 
-namespace merivane {
+namespace merivane::platform {
+
+using namespace runtime;
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -66,4 +69,4 @@ std::string ReadProfileString(const std::string& section, const std::string& key
   return Shortened(*value);
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

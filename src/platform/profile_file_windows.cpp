@@ -5,7 +5,7 @@
 #include "platform/profile_file.h"
 #include "windows_text.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 std::string ReadProfileString(const std::string& section, const std::string& key,
                               const std::string& fallback, const std::string& iniFile) {
@@ -16,4 +16,4 @@ std::string ReadProfileString(const std::string& section, const std::string& key
   return Narrow({value.data(), length});
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

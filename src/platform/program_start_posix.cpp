@@ -7,7 +7,8 @@
 
 #include "platform/program_start.h"
 
-namespace merivane {
+namespace merivane::platform {
+
 namespace {
 
 std::vector<std::string> Words(const std::string& commandLine) {
@@ -92,4 +93,4 @@ int OpenInBrowser(const std::string& url) {
   return StartWords({"xdg-open", url}) ? kStarted : kNoOpener;
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -5,7 +5,7 @@
 #include "platform/program_start.h"
 #include "windows_text.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 bool StartDetached(const std::string& commandLine) {
   std::wstring line = Wide(commandLine);  // the call may write into it
@@ -28,4 +28,4 @@ int OpenInBrowser(const std::string& url) {
   return static_cast<int>(reinterpret_cast<INT_PTR>(result));
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -8,7 +8,10 @@
 #include "runtime/text.h"
 #include "system_files.h"
 
-namespace merivane {
+namespace merivane::platform {
+
+using namespace runtime;
+
 namespace {
 
 constexpr std::string_view kRoot = "HKEY_CLASSES_ROOT\\";
@@ -119,4 +122,4 @@ void RegText::RemoveTree(const std::string& key) {
   });
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

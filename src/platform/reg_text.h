@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace merivane {
+namespace merivane::platform {
 
 // The default values under HKEY_CLASSES_ROOT. Later lines overrule earlier ones; "[-KEY]" and
 // "@=-" take away what stood before. Values that are no text, and lines that mean nothing, are
@@ -27,4 +27,4 @@ class RegText {
   std::optional<std::string> key_;               // of the lines being read; unset: a foreign one
 };
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -1,6 +1,7 @@
 #include "platform/scripted_desktop.h"
 
-namespace merivane {
+namespace merivane::platform {
+
 namespace {
 
 // The next answer of the queue; `otherwise` when none is left.
@@ -85,4 +86,4 @@ std::string ScriptedDesktop::ProfileString(const std::string& section, const std
   return entry == profile.end() ? fallback : entry->second;
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

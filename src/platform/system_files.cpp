@@ -6,7 +6,8 @@
 #include <iterator>
 #include <system_error>
 
-namespace merivane {
+namespace merivane::platform {
+
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -89,4 +90,4 @@ std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst) {
   return text;
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace merivane {
+namespace merivane::platform {
 
 // The folder merivane in the user's configuration folder; empty where there is no such folder.
 std::filesystem::path UserFolder();
@@ -23,4 +23,4 @@ std::string_view Stripped(std::string_view text);  // without blanks and tabs ar
 // UTF-8 of UTF-16 in bytes, the lower or the higher one first. Half a character becomes U+FFFD.
 std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst);
 
-}  // namespace merivane
+}  // namespace merivane::platform

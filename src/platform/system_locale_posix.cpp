@@ -3,7 +3,8 @@
 
 #include "platform/system_locale.h"
 
-namespace merivane {
+namespace merivane::platform {
+
 namespace {
 
 std::string_view Language() {
@@ -25,4 +26,4 @@ std::int32_t SystemOemCodePage() {
   return 437;
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

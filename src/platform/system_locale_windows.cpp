@@ -2,8 +2,8 @@
 
 #include "platform/system_locale.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 std::int32_t SystemOemCodePage() { return static_cast<std::int32_t>(GetOEMCP()); }
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -7,7 +7,8 @@
 
 #include "platform/system_locale.h"
 
-namespace merivane {
+namespace merivane::platform {
+
 namespace {
 
 constexpr std::int64_t kSecondsOfDay = 86400;
@@ -38,4 +39,4 @@ DateTime SystemToday() {
   return {local->tm_year + 1900, local->tm_mon + 1, local->tm_mday, 0};
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::platform {
 
 std::wstring Wide(std::string_view utf8);
 std::string Narrow(std::wstring_view wide);  // UTF-8
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -2,7 +2,7 @@
 
 #include "windows_text.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 std::wstring Wide(std::string_view utf8) {
   const int size = static_cast<int>(utf8.size());
@@ -22,4 +22,4 @@ std::string Narrow(std::wstring_view wide) {
   return utf8;
 }
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -2,7 +2,7 @@
 
 #include "merge_statements.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -69,4 +69,4 @@ const JoinRules kJoinStartsByTask = {
     .first = {.farSidePiece = kIntoJoin, .formerEndTypeOfOther = true},
 };
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -10,7 +10,7 @@
 
 #include <string_view>
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 // When the junction at a link's far end counts as found.
 enum class FoundCheck {
@@ -72,4 +72,4 @@ extern const JoinRules kJoinStarts;
 extern const JoinRules kJoinFinishesByTask;
 extern const JoinRules kJoinStartsByTask;
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -72,4 +72,4 @@ void CollapseJunctions(ProjectToModel& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

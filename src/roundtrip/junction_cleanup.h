@@ -2,9 +2,11 @@
 // stood at the start; rows deleted since are skipped.
 #pragma once
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // Deletes the junctions that have no link in or no link out; only when a model is rebuilt.
 void RemoveDanglingJunctions(ProjectToModel& state);
@@ -14,4 +16,4 @@ void RemoveDanglingJunctions(ProjectToModel& state);
 // stay.
 void CollapseJunctions(ProjectToModel& state);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,9 +5,10 @@
 
 #include "merge_statements.h"
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -124,4 +125,4 @@ std::string_view EndType(ProjectToModel& state, std::int16_t number) {
   return IsJunction(state, number) ? kJunction : kProcessOccurrence;
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

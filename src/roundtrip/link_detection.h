@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <string_view>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination);
 
@@ -29,4 +31,4 @@ void DropPlainIncomingLinks(ProjectToModel& state, std::int16_t destination);
 bool IsJunction(ProjectToModel& state, std::int16_t number);
 std::string_view EndType(ProjectToModel& state, std::int16_t number);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -43,4 +43,4 @@ void UpdateMaxIds(ProjectToModel& state) {
   project.Update();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -3,10 +3,11 @@
 #include "merge_driver.h"
 #include "plan_outline.h"
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "sql_pieces.h"
 #include "task_links.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -103,4 +104,4 @@ void MergeDecompositionLinks(ProjectToModel& state) {
   while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

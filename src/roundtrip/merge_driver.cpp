@@ -7,7 +7,7 @@
 #include "task_links.h"
 #include "task_scenarios.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -71,4 +71,4 @@ void MergeTopLevelLinks(ProjectToModel& state) {
   for (; !tasks.Eof(); tasks.MoveNext()) MergeLinksOfTask(state, tasks);
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

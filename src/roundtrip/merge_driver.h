@@ -5,9 +5,11 @@
 // RunTimeError and leaves the rows written so far.
 #pragma once
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // Every task of outline level 1 and deeper becomes an occurrence, or changes its own. A plan
 // without a row is error 3021. What was sent to the plan and isn't in it any more stays.
@@ -25,4 +27,4 @@ void MergeDecompositionLinks(ProjectToModel& state);
 // The assignments of the plan.
 void MergeResourceRequirements(ProjectToModel& state);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

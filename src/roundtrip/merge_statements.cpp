@@ -4,7 +4,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -120,4 +120,4 @@ void RepointDestination(Recordset& link, std::int16_t junction) {
   link.Update();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,16 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include "neutraltext/modGlobal.h"
+#include "program/model_words.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
-inline constexpr std::string_view kJunction = "Junction";
-inline constexpr std::string_view kProcessOccurrence = "Process-Occurrence";
-inline constexpr std::string_view kFanIn = "Fan In";
-inline constexpr std::string_view kFanOut = "Fan Out";
-inline constexpr std::string_view kSyncAnd = "Sync. AND";
-inline constexpr std::string_view kAsyncAnd = "Async. AND";
+using namespace program;
 
 // Statements over the links or junctions of gCurrentScenario. `piece` stands straight behind the
 // scenario's number and before `number`, whose Null is empty text (and so breaks the statement).
@@ -68,4 +64,4 @@ void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t 
 void RepointOrigin(Recordset& link, std::int16_t junction);
 void RepointDestination(Recordset& link, std::int16_t junction);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

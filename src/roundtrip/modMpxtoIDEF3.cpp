@@ -5,8 +5,11 @@
 #include "mpx_file.h"
 #include "mpx_tables.h"
 #include "neutraltext/modProjectToIDEF3.h"
+#include "program/error_boxes.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace neutraltext;
 
 namespace {
 
@@ -93,4 +96,4 @@ bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

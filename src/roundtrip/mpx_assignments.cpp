@@ -3,7 +3,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 void ReadAssignment(ProjectToModel& state, const MpxLines& lines, std::int32_t taskPid) {
   const std::string resourcePid = lines.Field(2);
@@ -23,4 +23,4 @@ void ReadAssignment(ProjectToModel& state, const MpxLines& lines, std::int32_t t
   requirement.Update();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -6,7 +6,9 @@
 #include "runtime/dates.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace mpx;
 
 namespace {
 
@@ -108,4 +110,4 @@ std::string NoteWithLineBreaks(const std::string& note) {
   return text;
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <string>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // Where the fields of records 50 and 70 stand, as the field names of records 40 and 60 tell.
 enum MpxLayout : std::int16_t {
@@ -59,4 +61,4 @@ MpxHeader ReadMpxHeader(ProjectToModel& state, MpxLines& lines);
 // A note with code 127 as line breaks. The last character is never copied.
 std::string NoteWithLineBreaks(const std::string& note);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

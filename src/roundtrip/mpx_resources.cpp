@@ -4,7 +4,9 @@
 #include "runtime/text.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace mpx;
 
 namespace {
 
@@ -148,4 +150,4 @@ void ReadResources(ProjectToModel& state, MpxLines& lines) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

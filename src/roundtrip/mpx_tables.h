@@ -3,9 +3,9 @@
 #pragma once
 
 #include "mpx_file.h"
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 // Empties the work tables, and when a model is rebuilt the plan's tables too; keeps the header.
 void ClearWorkTables(ProjectToModel& state, const MpxHeader& header);
@@ -23,4 +23,4 @@ void StoreProjectHeader(ProjectToModel& state, const std::string& date);
 // Sets the project's two counters to the greatest numbers given so far.
 void UpdateMaxIds(ProjectToModel& state);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -7,7 +7,9 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace mpx;
 
 namespace {
 
@@ -95,4 +97,4 @@ void ReadTasks(ProjectToModel& state, MpxLines& lines) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -1,9 +1,10 @@
 #include "new_elements.h"
 
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -116,4 +117,4 @@ void EndOnBrokenModel(ProjectToModel& state, const std::string& title) {
   state.desktop.EndProgram();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <string>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // Brings a new task into the model (its Text1 takes the new occurrence's number), or the name,
 // duration and notes of a known one. A duration that the model keeps as an expression stays; a
@@ -22,4 +24,4 @@ std::int16_t ModelIdOfTask(ProjectToModel& state, std::int16_t pid);
 // "Error in Translation", and the program ends.
 [[noreturn]] void EndOnBrokenModel(ProjectToModel& state, const std::string& title);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

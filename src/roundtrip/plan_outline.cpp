@@ -1,8 +1,9 @@
 #include "plan_outline.h"
 
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 void PlanOutline::Read(Recordset& tasks) {
   std::vector<std::size_t> above;  // the rows in front that can still be a parent, outermost first
@@ -31,4 +32,4 @@ std::size_t PlanOutline::ParentOf(const Value& pid) const {
 
 std::string OccurrenceText(const Value& text1) { return IsBlank(text1) ? "0" : Joined(text1); }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -8,9 +8,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // The rows of ProjectAct in the plan's order, told apart by their place from 0.
 class PlanOutline {
@@ -44,4 +46,4 @@ class PlanOutline {
 // Text1 as it goes into a statement: a task without a number counts as number 0.
 std::string OccurrenceText(const Value& text1);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

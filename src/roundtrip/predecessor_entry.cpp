@@ -3,7 +3,9 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace runtime;
 
 Relation RelationOf(std::string_view entry) {
   if (HoldsNoCase(entry, "SS")) {
@@ -17,4 +19,4 @@ Relation RelationOf(std::string_view entry) {
 
 std::int16_t PlanIdOf(std::string_view entry) { return ToInt16(LeadingNumber(entry)); }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

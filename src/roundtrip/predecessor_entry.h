@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 enum class Relation { kFinishToStart, kStartToStart, kFinishToFinish, kStartToFinish };
 
@@ -15,4 +15,4 @@ Relation RelationOf(std::string_view entry);
 // The number at the entry's front, rounded; 0 without one, error 6 beyond 16 bits.
 std::int16_t PlanIdOf(std::string_view entry);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -69,4 +69,4 @@ void ParsePredecessors(ProjectToModel& state, Recordset& task) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

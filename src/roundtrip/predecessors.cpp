@@ -9,7 +9,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -99,4 +99,4 @@ void FilterNewPredecessors(ProjectToModel& state, Recordset& task) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -7,9 +7,11 @@
 
 #include <cstdint>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // Entries of the list: its commas plus one; 0 for Null and empty text. A comma in first position
 // isn't counted and ends the counting. Error 6 beyond 32,767.
@@ -31,4 +33,4 @@ void ApplySeveralPredecessors(ProjectToModel& state, Recordset& task);
 void ParsePredecessors(ProjectToModel& state, Recordset& task);
 void FilterNewPredecessors(ProjectToModel& state, Recordset& task);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -1,6 +1,6 @@
 #include "mpx_tables.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 void StoreProjectHeader(ProjectToModel& state, const std::string& date) {
   Recordset project;
@@ -18,4 +18,4 @@ void StoreProjectHeader(ProjectToModel& state, const std::string& date) {
   project.Update();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

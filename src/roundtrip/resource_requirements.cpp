@@ -2,7 +2,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -115,4 +115,4 @@ void MergeResourceRequirements(ProjectToModel& state) {
   if (state.gRebuildModel == 1) DeleteDroppedObjects(state);
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

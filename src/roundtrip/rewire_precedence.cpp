@@ -4,7 +4,7 @@
 #include "merge_statements.h"
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -152,4 +152,4 @@ void AttachNewPredecessors(ProjectToModel& state) {
   numbers.WriteBack();
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

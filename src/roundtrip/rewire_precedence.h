@@ -6,9 +6,11 @@
 
 #include <cstdint>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // One new precedence. The link leaves from the AND fan-out that the origin ends in, or from a new
 // one, or from an origin without a link out; it arrives at the AND fan-in or start junction that
@@ -27,4 +29,4 @@ void AddFanInForPredecessors(ProjectToModel& state, Recordset& task);
 // front of it. The last predecessor stays in gOriginUse.
 void AttachNewPredecessors(ProjectToModel& state);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

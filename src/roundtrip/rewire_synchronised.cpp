@@ -5,7 +5,7 @@
 #include "runtime/conversions.h"
 #include "synchronised_join.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -50,4 +50,4 @@ void JoinStartsByTask(ProjectToModel& state, std::int16_t taskPid, std::int16_t 
   JoinByTask(state, kJoinStartsByTask, taskPid, predecessorPid);
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -8,9 +8,11 @@
 
 #include <cstdint>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // By occurrence number, the predecessor first. The task loses its first incoming link.
 // JoinFinishes fails (error 3021) on a predecessor whose first link out leads to a process,
@@ -24,4 +26,4 @@ void JoinStarts(ProjectToModel& state, std::int16_t predecessor, std::int16_t ta
 void JoinFinishesByTask(ProjectToModel& state, std::int16_t taskPid, std::int16_t predecessorPid);
 void JoinStartsByTask(ProjectToModel& state, std::int16_t taskPid, std::int16_t predecessorPid);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -3,9 +3,11 @@
 
 #include <string>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 inline std::string WhereMspProjId(const ProjectToModel& state) {
   return " where Msp_ProjID = " + std::to_string(state.gInterimProjId);
@@ -19,4 +21,4 @@ inline std::string AndProjId(const ProjectToModel& state) {
   return " and Proj_ID = " + std::to_string(state.gInterimProjId);
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -3,7 +3,7 @@
 #include "link_detection.h"
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 SynchronisedJoin::SynchronisedJoin(ProjectToModel& state, const JoinRules& rules,
                                    std::int16_t first, std::int16_t second)
@@ -179,4 +179,4 @@ void SynchronisedJoin::AddBranch(std::int16_t farEnd, std::int16_t formerEnd,
   Link(join_, branch);
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -7,7 +7,7 @@
 #include "join_rules.h"
 #include "merge_statements.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 class SynchronisedJoin {
  public:
@@ -50,4 +50,4 @@ class SynchronisedJoin {
   NumberCounter numbers_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

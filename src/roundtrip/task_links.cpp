@@ -4,7 +4,7 @@
 #include "predecessors.h"
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -37,4 +37,4 @@ void MergeLinksOfTask(ProjectToModel& state, Recordset& task) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -6,7 +6,7 @@
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 std::int16_t TaskScenarios::ScenarioForTask(Recordset& task) {
   Recordset topScenarios;
@@ -52,4 +52,4 @@ std::int16_t TaskScenarios::NextNumber() {
   return AddInt16(*highest_, 1);
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "neutraltext/modGlobal.h"
 #include "plan_outline.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 // For one pass over the plan, which adds scenarios through it alone. The outline outlives it.
 class TaskScenarios {
@@ -30,4 +30,4 @@ class TaskScenarios {
   std::optional<std::int16_t> highest_;  // asked for once
 };
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

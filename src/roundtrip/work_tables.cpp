@@ -3,7 +3,7 @@
 #include "mpx_tables.h"
 #include "sql_pieces.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
 
 namespace {
 
@@ -39,4 +39,4 @@ void ClearWorkTables(ProjectToModel& state, const MpxHeader& header) {
   DeleteRows(state, "SELECT * FROM ProjectResReqts");
 }
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

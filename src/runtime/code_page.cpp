@@ -4,7 +4,8 @@
 #include <array>
 #include <cstdint>
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 // Code points of the bytes 0x80 to 0x9F; all others stand for themselves.
@@ -102,4 +103,4 @@ std::string FromUtf8(std::string_view utf8) {
   return text;
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

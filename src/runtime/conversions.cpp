@@ -11,7 +11,8 @@
 #include "number_text.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 // Rounded half to even whatever rounding mode is set.
@@ -165,4 +166,4 @@ bool IsBlank(const Value& value) {
   return value.IsNull() || (value.IsText() && value.Text().empty());
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

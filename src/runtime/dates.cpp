@@ -6,7 +6,8 @@
 
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 constexpr std::array<std::string_view, 12> kMonths = {
@@ -176,4 +177,4 @@ std::string FormatDate(const DateTime& date) {
   return text + (hour < 12 ? " AM" : " PM");
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -6,6 +6,7 @@
 #include <string_view>
 
 namespace merivane::runtime {
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -7,6 +7,7 @@
 #include "runtime/run_time_error.h"
 
 namespace merivane::runtime {
+
 namespace {
 
 [[noreturn]] void ThrowFailure(const std::string& path) {

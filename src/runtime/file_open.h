@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-namespace merivane {
+namespace merivane::runtime {
 
 enum class OpenMode { kRead, kWrite };
 
@@ -15,4 +15,4 @@ std::FILE* OpenStream(const std::string& path, OpenMode mode);
 bool FolderExists(const std::string& path);  // the folder that holds `path`
 bool SameFile(const std::string& a, const std::string& b);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

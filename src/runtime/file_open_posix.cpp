@@ -4,7 +4,8 @@
 
 #include "file_open.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace fs = std::filesystem;
 
 std::FILE* OpenStream(const std::string& path, OpenMode mode) {
@@ -26,4 +27,4 @@ bool SameFile(const std::string& a, const std::string& b) {
   return a == b || fs::equivalent(a, b, ignored);
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

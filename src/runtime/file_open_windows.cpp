@@ -5,9 +5,8 @@
 #include "file_open.h"
 #include "runtime/file_names.h"
 
-namespace merivane {
+namespace merivane::runtime {
 
-using namespace runtime;
 namespace fs = std::filesystem;
 
 std::FILE* OpenStream(const std::string& path, OpenMode mode) {
@@ -30,4 +29,4 @@ bool SameFile(const std::string& a, const std::string& b) {
   return a == b || fs::equivalent(PathOf(a), PathOf(b), ignored);
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

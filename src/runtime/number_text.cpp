@@ -8,7 +8,8 @@
 
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 bool IsDigit(char character) { return character >= '0' && character <= '9'; }
@@ -117,4 +118,4 @@ double ReadPlainNumber(const std::string& plain) {
   return number;
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

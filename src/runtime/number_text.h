@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::runtime {
 
 // The number in plain form (sign, digits, point, exponent behind 'e'), without blanks, grouping
 // commas and currency sign; nothing where the text is no number.
@@ -14,4 +14,4 @@ namespace merivane {
 // Value of a plain form; error 6 "Overflow" beyond the range of a double.
 double ReadPlainNumber(const std::string& plain);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -5,7 +5,8 @@
 
 #include "runtime/code_page.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 struct Description {
@@ -74,4 +75,4 @@ bool IsMachineFault(int number) {
 
 RunTimeError::RunTimeError(int number) : RunTimeError(number, ErrorText(number)) {}
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -5,7 +5,8 @@
 
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 constexpr std::array<char, 256> MakeUpperTable() {
@@ -94,4 +95,4 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameNoCase);
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -11,7 +11,8 @@
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::runtime {
+
 namespace {
 
 constexpr std::int16_t kLastNumber = 511;
@@ -226,4 +227,4 @@ void TextFiles::RequireFree(std::int16_t number) const {
   if (IsOpen(number)) throw RunTimeError(kFileAlreadyOpen);
 }
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -5,7 +5,7 @@
 #include "runtime/code_page.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::shell {
 
 bool HasExtension(const std::string& name, const std::string& extension) {
   return EqualNoCase(Right(name, 3), extension);
@@ -33,4 +33,4 @@ void ShowTemplateMissing(Desktop& desktop, const std::string& path) {
   desktop.ShowMessage({"Cannot Open Merivane Access Database Template: " + FromUtf8(path)});
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

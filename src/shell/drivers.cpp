@@ -1,8 +1,13 @@
 #include "shell/drivers.h"
 
+#include "neutraltext/modGlobal.h"
+#include "program/error_boxes.h"
 #include "translator/modIDEF3ToProject.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace neutraltext;
+using namespace translator;
 
 bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
                       const std::string& mpxFileName) {
@@ -25,4 +30,4 @@ void CloseMspConnection(ModelToProject& state) {
   state.gMspConn.reset();
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -2,7 +2,7 @@
 
 #include "shell/project_list.h"
 
-namespace merivane {
+namespace merivane::shell {
 
 void frmDBMerge::OptMerge() {
   OptMergeSet = true;
@@ -46,4 +46,4 @@ void frmDBMerge::CmdOK() {
   Unload();
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

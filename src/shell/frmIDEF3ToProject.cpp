@@ -1,5 +1,6 @@
 #include "shell/frmIDEF3ToProject.h"
 
+#include "program/error_boxes.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -9,9 +10,7 @@
 #include "shell/kept_files.h"
 #include "store/interim_db.h"
 
-namespace merivane {
-
-using namespace shell;
+namespace merivane::shell {
 
 void frmIDEF3ToProject::Load() {
   txtCelvarFilename = txtDatabase = txtDatabase_mpx = txtMpx = TextBox{};
@@ -178,4 +177,4 @@ bool frmIDEF3ToProject::OpenProj2kTemplate() {
   return CheckTemplateDb(state_.workspace, desktop_.AppPath() + "/MSProject2kDB.mdb");
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

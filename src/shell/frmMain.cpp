@@ -1,6 +1,9 @@
 #include "shell/frmMain.h"
 
-namespace merivane {
+#include "program/error_boxes.h"
+
+namespace merivane::shell {
+
 namespace {
 
 constexpr int kSplashMilliseconds = 1000;
@@ -43,4 +46,4 @@ void frmMain::mnuAboutVorn() {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

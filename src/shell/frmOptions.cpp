@@ -1,10 +1,14 @@
 #include "shell/frmOptions.h"
 
-#include "neutraltext/modGlobal.h"
+#include "program/error_boxes.h"
+#include "program/program.h"
 #include "runtime/code_page.h"
 #include "shell/modOptions.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace program;
+
 namespace {
 
 struct PathLine {
@@ -36,4 +40,4 @@ void frmOptions::Load() {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -1,6 +1,7 @@
 #include "shell/frmProjectToIDEF3.h"
 
 #include "neutraltext/modProjectToIDEF3.h"
+#include "program/error_boxes.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/code_page.h"
 #include "runtime/text.h"
@@ -10,9 +11,11 @@
 #include "shell/project_list.h"
 #include "store/interim_db.h"
 
-namespace merivane {
+namespace merivane::shell {
 
-using namespace shell;
+using namespace neutraltext;
+using namespace roundtrip;
+
 namespace {
 
 const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File"};
@@ -218,4 +221,4 @@ void frmProjectToIDEF3::optLaunchCelvar_Click() {
   Changed();
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

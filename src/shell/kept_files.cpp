@@ -10,6 +10,7 @@
 namespace merivane::shell {
 
 using namespace runtime;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -3,7 +3,8 @@
 #include "runtime/code_page.h"
 #include "runtime/text.h"
 
-namespace merivane {
+namespace merivane::shell {
+
 namespace {
 
 constexpr std::size_t kBufferSize =
@@ -30,4 +31,4 @@ bool HasInnerBlank(const std::string& name, std::size_t length) {
   return blank >= 1 && blank < length;
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

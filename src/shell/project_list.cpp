@@ -4,7 +4,8 @@
 #include "runtime/run_time_error.h"
 #include "store/recordset.h"
 
-namespace merivane {
+namespace merivane::shell {
+
 namespace {
 
 bool FirstTaskIsOutlined(Connection* connection) {
@@ -52,4 +53,4 @@ bool LoadProjectList(Desktop& desktop, Connection* connection, ComboBox& combo) 
   return false;
 }
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -1,8 +1,12 @@
 #include "shell/source_proof.h"
 
+#include "program/error_boxes.h"
 #include "roundtrip/modMpxtoIDEF3.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::shell {
+
+using namespace roundtrip;
 
 bool ProveModelText(ModelToProject& state, const std::string& path) {
   bool proved = false;

@@ -11,7 +11,9 @@
 
 #include "runtime/dates.h"
 
-namespace merivane {
+namespace merivane::store {
+
+using namespace runtime;
 
 namespace {
 
@@ -224,4 +226,4 @@ std::string AccessFields::LongValue(std::string_view pointer) {
   return value;
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::store {
 
 // A value that the file doesn't hold as its definition tells.
 class DamagedValue : public std::runtime_error {
@@ -39,4 +39,4 @@ class AccessFields {
   std::size_t fileSize_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

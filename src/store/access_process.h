@@ -3,10 +3,10 @@
 
 #include <string>
 
-namespace merivane {
+namespace merivane::store {
 
 // Runs CopyAccessTables with limits on its time and on the size of the copy. Gives the reason why
 // it failed, in UTF-8; empty when it did not.
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath);
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -19,7 +19,7 @@
 #include "access_process.h"
 #include "access_tables.h"
 
-namespace merivane {
+namespace merivane::store {
 
 namespace {
 
@@ -131,4 +131,4 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   return failure;
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

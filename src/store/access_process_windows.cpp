@@ -4,7 +4,7 @@
 #include "access_process.h"
 #include "access_tables.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // There is no fork here: the copy is made by this process, without limits.
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath) {
@@ -16,4 +16,4 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -11,7 +11,7 @@
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::store {
 
 using namespace runtime;
 
@@ -34,4 +34,4 @@ void LoadAccessFile(const std::string& path, const std::string& sqlitePath) {
       FromUtf8("'" + path + "' can't be read as an Access database: " + failure + "."));
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace merivane {
+namespace merivane::store {
 
 // True for a file that begins as an Access database does (any generation). Paths are UTF-8. A file
 // that can't be read is none.
@@ -21,4 +21,4 @@ bool IsAccessFile(const std::string& path);
 // and nothing is left at `sqlitePath`.
 void LoadAccessFile(const std::string& path, const std::string& sqlitePath);
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -13,7 +13,7 @@
 #include "access_fields.h"
 #include "sqlite_handle.h"
 
-namespace merivane {
+namespace merivane::store {
 
 namespace {
 
@@ -110,4 +110,4 @@ void CopyAccessTables(const std::string& path, const std::string& sqlitePath) {
   Execute(database.get(), "COMMIT", sqlitePath);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

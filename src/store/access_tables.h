@@ -3,10 +3,10 @@
 
 #include <string>
 
-namespace merivane {
+namespace merivane::store {
 
 // Both paths are UTF-8. Throws std::exception with the reason, in UTF-8. A damaged file can crash
 // or hang the library that reads it, so this is called in a process that can be spared.
 void CopyAccessTables(const std::string& path, const std::string& sqlitePath);
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -3,7 +3,7 @@
 #include "engine.h"
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::store {
 
 void Command::Execute() {
   if (connection_ == nullptr) throw RunTimeError(kObjectNotSet);
@@ -36,4 +36,4 @@ void Command::Execute() {
   if (failure) throw RunTimeError(*failure);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

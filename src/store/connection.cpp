@@ -5,7 +5,8 @@
 #include "snapshot_rows.h"
 #include "workspace_state.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 constexpr std::string_view kOpening = "Driver={Microsoft Access Driver (*.mdb)};DBQ=";
@@ -77,4 +78,4 @@ ReadScope::~ReadScope() {
   if (engine_) sqlite3_exec(engine_->Database(), "commit", nullptr, nullptr, nullptr);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

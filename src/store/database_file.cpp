@@ -8,7 +8,10 @@
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::store {
+
+using namespace runtime;
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -55,4 +58,4 @@ std::string TemporaryName() {
   return TemporaryNameIn(folder);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -6,7 +6,7 @@
 
 #include "runtime/file_names.h"
 
-namespace merivane {
+namespace merivane::store {
 
 using namespace runtime;
 
@@ -26,4 +26,4 @@ void RemoveJournals(const std::string& path);
 // A name in the folder of temporary files.
 std::string TemporaryName();
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -8,7 +8,7 @@
 #include "index_choice.h"
 #include "runtime/code_page.h"
 
-namespace merivane {
+namespace merivane::store {
 
 using namespace std::chrono_literals;
 
@@ -175,4 +175,4 @@ void Engine::BeforeDelete(const TableData& table) {
   for (std::size_t i = watchers_.size(); i-- > 0;) watchers_[i]->BeforeDelete(table);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -15,7 +15,7 @@
 #include "statement.h"
 #include "table_data.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // Rows that have been read in part, and must know of a write before it is done.
 class RowWatcher {
@@ -115,4 +115,4 @@ class Engine {
   std::vector<OpenSet*> sets_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

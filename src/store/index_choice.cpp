@@ -6,7 +6,8 @@
 
 #include "key_columns.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 bool Contains(const std::vector<int>& columns, int column) {
@@ -148,4 +149,4 @@ bool LacksKeyIndexes(sqlite3* database, const std::string& path) {
   return !MissingIndexes(database, path).empty();
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -6,7 +6,7 @@
 
 #include "statement.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // What stands behind the table's name: " indexed by ...", " not indexed", or nothing where SQLite
 // may choose.
@@ -16,4 +16,4 @@ std::string IndexHint(const StatementParts& statement);
 void AddMissingKeyIndexes(sqlite3* database, const std::string& path);
 bool LacksKeyIndexes(sqlite3* database, const std::string& path);
 
-}  // namespace merivane
+}  // namespace merivane::store

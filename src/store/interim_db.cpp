@@ -5,7 +5,8 @@
 #include "runtime/run_time_error.h"
 #include "store/recordset.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 void EmptyTable(const char* sql, Connection& connection) {
@@ -66,4 +67,4 @@ int TableExists(Connection* connection, const std::string& name) {
   return 0;
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -5,7 +5,7 @@
 #include <array>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::store {
 
 // An index on `columns` of `table`. Within a table the entries stand from the most selective to the
 // least; a statement that names several is served by the first.
@@ -52,4 +52,4 @@ inline constexpr auto kKeyColumns = std::to_array<KeyColumns>({
 // Columns that nearly every statement names and that tell few rows apart: no index on them.
 inline constexpr auto kProjectColumns = std::to_array<std::string_view>({"Msp_ProjID", "PROJ_ID"});
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace merivane {
+namespace merivane::store {
 
 KeyedRows::~KeyedRows() {
   if (asked_) engine_.Unwatch(*this);
@@ -327,4 +327,4 @@ void KeyedRows::LetGo() {
   row_.GiveBack();
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

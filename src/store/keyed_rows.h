@@ -8,7 +8,7 @@
 #include "engine.h"
 #include "rows.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // The list holds the rows that the statement found when it was first asked. Before a write through
 // the engine that could change what is still unread, the rest is read; a write that can't (an added
@@ -101,4 +101,4 @@ class KeyedRows : public Rows, private RowWatcher {
   bool valuesKept_ = false;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -7,7 +7,8 @@
 #include "index_choice.h"
 #include "runtime/code_page.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 void SetUp(sqlite3* database, const std::string& path) {
@@ -132,4 +133,4 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, boo
                                      : OpenForWriting(path, name);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

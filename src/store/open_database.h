@@ -7,7 +7,7 @@
 #include "engine.h"
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // `inUse` tells that a connection of ours holds the file, which is then known to be SQLite's. A
 // real Access file is loaded into a file of its own, and a file opened for reading that lacks the
@@ -20,4 +20,4 @@ DatabaseHandle OpenHandle(const std::string& path, int flags);
 // Copies all pages. Errors as DatabaseError tells, on `path` of the source.
 void CopyPages(sqlite3* from, sqlite3* to, const std::string& path);
 
-}  // namespace merivane
+}  // namespace merivane::store

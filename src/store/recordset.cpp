@@ -9,7 +9,7 @@
 #include "snapshot_rows.h"
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::store {
 
 Recordset::Recordset() : impl_(std::make_shared<Impl>()) {}
 Recordset::~Recordset() = default;
@@ -157,4 +157,4 @@ void Recordset::Delete() {
   impl_->rows->Delete(impl_->place);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -5,7 +5,7 @@
 #include "keyed_rows.h"
 #include "snapshot_rows.h"
 
-namespace merivane {
+namespace merivane::store {
 
 Recordset::Impl::~Impl() { Close(); }
 
@@ -112,4 +112,4 @@ FieldChange* Recordset::Impl::FindChange(int column) {
   return found == changes.end() ? nullptr : &*found;
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -9,7 +9,7 @@
 #include "rows.h"
 #include "store/recordset.h"
 
-namespace merivane {
+namespace merivane::store {
 
 enum class Position {
   kFresh,  // nothing asked yet: the first row, if there is one
@@ -58,4 +58,4 @@ struct Recordset::Impl final : private OpenSet {
   FieldChange* FindChange(int column);
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -1,6 +1,6 @@
 #include "rows.h"
 
-namespace merivane {
+namespace merivane::store {
 
 void Rows::CheckWritable() const { throw RunTimeError(kNotUpdatable); }
 
@@ -16,4 +16,4 @@ void Rows::Update(Place /*place*/, std::vector<FieldChange>& /*changes*/) {
 
 void Rows::Delete(Place /*place*/) { throw RunTimeError(kNotUpdatable); }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -10,7 +10,7 @@
 
 #include "table_data.h"
 
-namespace merivane {
+namespace merivane::store {
 
 using Place = std::size_t;
 inline constexpr Place kNoPlace = std::numeric_limits<Place>::max();
@@ -46,4 +46,4 @@ class Rows {
   virtual void Delete(Place place);
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -5,7 +5,8 @@
 #include "index_choice.h"
 #include "runtime/code_page.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 // Columns are taken up in blocks of neighbours, as a reader of one mostly asks for the next.
@@ -170,4 +171,4 @@ void SelectShape::TakeBack(ReadKind kind, int width, StatementHandle statement) 
   free_[static_cast<std::size_t>(kind)].push_back(std::move(statement));
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -10,7 +10,7 @@
 #include "statement.h"
 #include "table_data.h"
 
-namespace merivane {
+namespace merivane::store {
 
 enum class ReadKind {
   kWalk,      // row number and columns, from the first row on
@@ -88,4 +88,4 @@ class SelectShape {
   std::array<std::vector<StatementHandle>, 5> free_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

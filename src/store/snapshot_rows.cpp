@@ -1,6 +1,6 @@
 #include "snapshot_rows.h"
 
-namespace merivane {
+namespace merivane::store {
 
 SnapshotRows::SnapshotRows(std::string fieldName, std::vector<std::string> texts)
     : fieldName_(std::move(fieldName)), taken_(true) {
@@ -43,4 +43,4 @@ Value SnapshotRows::Read(Place place, int field) {
   return rows_[place][static_cast<std::size_t>(field)];
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

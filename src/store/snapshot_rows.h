@@ -7,7 +7,7 @@
 #include "rows.h"
 #include "select_shape.h"
 
-namespace merivane {
+namespace merivane::store {
 
 class SnapshotRows : public Rows {
  public:
@@ -36,4 +36,4 @@ class SnapshotRows : public Rows {
   std::vector<std::vector<Value>> rows_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

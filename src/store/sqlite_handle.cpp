@@ -6,7 +6,8 @@
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 bool IsAscii(const char* text, std::size_t size) {
@@ -173,4 +174,4 @@ std::string Quoted(const std::string& name) {
   return quoted + '"';
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

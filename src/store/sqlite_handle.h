@@ -11,7 +11,9 @@
 #include "runtime/run_time_error.h"
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::store {
+
+using namespace runtime;
 
 struct DatabaseCloser {
   void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
@@ -48,4 +50,4 @@ std::string ColumnText(sqlite3_stmt* statement, int column);  // in Windows-1252
 // A name as SQL takes it whatever characters it has; in and out UTF-8.
 std::string Quoted(const std::string& name);
 
-}  // namespace merivane
+}  // namespace merivane::store

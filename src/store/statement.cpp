@@ -8,7 +8,8 @@
 #include "runtime/code_page.h"
 #include "sqlite_handle.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 constexpr char kNumberMark = '\x01';
@@ -580,4 +581,4 @@ StatementParts ReadUpdate(sqlite3* database, std::string_view shape, std::string
   return Reader(database, shape, sql, find).Update();
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -9,7 +9,7 @@
 
 #include "table_schema.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // The shape is the text with a mark for each literal; behind Like, a text whose only '%' ends it is
 // a prefix, which has two literals: its range goes from the first up to and without the second.
@@ -50,4 +50,4 @@ StatementParts ReadSelect(sqlite3* database, std::string_view shape, std::string
 StatementParts ReadUpdate(sqlite3* database, std::string_view shape, std::string_view sql,
                           const FindTable& find);
 
-}  // namespace merivane
+}  // namespace merivane::store

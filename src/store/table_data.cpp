@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 // Sets of columns differ with the data, so there is no end to them.
@@ -122,4 +123,4 @@ void TableData::Delete(std::int64_t rowId) {
   if (sqlite3_changes(database_) == 0) throw RunTimeError(kNoCurrentRecord);
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -10,7 +10,7 @@
 
 #include "table_schema.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // A value for a column, already converted to its kind.
 struct FieldChange {
@@ -68,4 +68,4 @@ class TableData {
   std::string key_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

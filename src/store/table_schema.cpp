@@ -7,7 +7,8 @@
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 struct DeclaredType {
@@ -210,4 +211,4 @@ void ConvertTo(ColumnKind kind, Value& value) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -9,7 +9,7 @@
 
 #include "sqlite_handle.h"
 
-namespace merivane {
+namespace merivane::store {
 
 // How a value is converted when it is assigned: by the column's declared type.
 enum class ColumnKind { kAny, kInt16, kInt32, kReal, kText, kBytes };
@@ -64,4 +64,4 @@ bool SameName(std::string_view a, std::string_view b);
 // Converts to the column's kind; see Recordset::SetField for the failures. Null stays Null.
 void ConvertTo(ColumnKind kind, Value& value);
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -7,7 +7,8 @@
 #include "runtime/code_page.h"
 #include "workspace_state.h"
 
-namespace merivane {
+namespace merivane::store {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -156,4 +157,4 @@ void Workspace::PutInPlace(const std::string& copy, const std::string& to) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -6,7 +6,7 @@
 #include "engine.h"
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::store {
 
 struct Workspace::State {
   // Commits the connections on that file but `self`, and lets go of what they read. True where
@@ -21,4 +21,4 @@ struct Workspace::State {
   static Engine* EngineOf(const Connection& connection) { return connection.engine_.get(); }
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

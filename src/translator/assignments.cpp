@@ -2,7 +2,10 @@
 #include "runtime/text.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace mpx;
+
 namespace {
 
 constexpr double kWorkInHour = 60000;  // thousandths of a minute
@@ -61,4 +64,4 @@ void WriteAssignments(Pass& pass, Recordset& task) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

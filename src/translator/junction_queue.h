@@ -3,8 +3,9 @@
 #pragma once
 
 #include "pass.h"
+#include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::translator {
 
 inline void StartJunctionQueue(ModelToProject& state, std::string first) {
   state.junctionQueueTop = 0;
@@ -18,4 +19,4 @@ inline void QueueJunction(ModelToProject& state, std::string entry) {
   state.junctionQueue[static_cast<std::size_t>(state.junctionQueueTop)] = std::move(entry);
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -1,10 +1,14 @@
 #include "translator/modIDEF3ToProject.h"
 
 #include "mpx/mpx_format.h"
+#include "program/error_boxes.h"
 #include "runtime/code_page.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace mpx;
+
 namespace {
 
 std::int32_t SystemCodePage(const Desktop& desktop) {
@@ -69,4 +73,4 @@ void TranslateToProject(ModelToProject& state, const std::string& mpxFileName) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

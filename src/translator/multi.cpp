@@ -1,6 +1,6 @@
 #include "translator/multi.h"
 
-namespace merivane {
+namespace merivane::translator {
 
 void multi::Load() {
   constexpr const char* kNowhere = "Default";
@@ -28,4 +28,4 @@ void multi::Command2() {
   if (desktop_.ShowMessage(question) == MessageAnswer::kYes) desktop_.EndProgram();
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

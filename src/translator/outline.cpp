@@ -1,9 +1,13 @@
 #include <algorithm>
 
+#include "neutraltext/modGlobal.h"
 #include "runtime/text.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace neutraltext;
+
 namespace {
 
 constexpr std::string_view kScenarios = "Select * from Scenario where Msp_ProjID = ";
@@ -120,4 +124,4 @@ void BuildOutline(ModelToProject& state) {
   for (; !scenarios.Eof(); scenarios.MoveNext()) OutlineScenario(state, scenarios);
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

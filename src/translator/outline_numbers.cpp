@@ -1,7 +1,8 @@
 #include "runtime/text.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
 namespace {
 
 constexpr std::ptrdiff_t kKeyCharacters = 5;
@@ -49,4 +50,4 @@ void NumberOutline(ModelToProject& state) {
   for (; !tasks.Eof(); tasks.MoveNext()) counter.Number(tasks);
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -6,11 +6,14 @@
 #include <string_view>
 #include <type_traits>
 
-#include "neutraltext/modGlobal.h"
+#include "program/model_words.h"
+#include "program/program.h"
 #include "runtime/conversions.h"
 #include "store/command.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace program;
 
 struct Pass {
   ModelToProject& state;
@@ -54,9 +57,6 @@ inline int CountRows(Recordset& rows) {
   return count;
 }
 
-inline constexpr std::string_view kProcessOccurrence = "Process-Occurrence";
-inline constexpr std::string_view kJunction = "Junction";
-
 // The places in a model that the steps ask for by the same statement.
 inline Recordset ActivitiesOfScenario(ModelToProject& state, const Value& scenario) {
   return Rows(state, "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
@@ -78,4 +78,4 @@ inline Recordset LinksTo(ModelToProject& state, const Value& destination) {
               " and Destination_Num = ", destination);
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

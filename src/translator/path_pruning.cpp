@@ -1,10 +1,12 @@
 #include "path_pruning.h"
 
 #include "junction_queue.h"
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "translator/path_listener.h"
 
-namespace merivane {
+namespace merivane::translator {
+
 namespace {
 
 constexpr int kRoundsForEachOccurrence = 100;
@@ -152,4 +154,4 @@ void ExcludeBehindJunction(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -6,7 +6,7 @@
 
 #include "pass.h"
 
-namespace merivane {
+namespace merivane::translator {
 
 // Lives through one selection of paths. The two texts are not cleared from junction to junction, so
 // a junction without a usable fact is pruned with the path of the one before it.
@@ -40,4 +40,4 @@ class PathPruning {
 // MSP_TASKS out of the plan.
 void ExcludeBehindJunction(ModelToProject& state);
 
-}  // namespace merivane
+}  // namespace merivane::translator

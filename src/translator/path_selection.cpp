@@ -1,7 +1,8 @@
 #include "path_pruning.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
 namespace {
 
 // True when the UOB that the scenario decomposes is out of the plan, and with it the scenario.
@@ -58,4 +59,4 @@ void SelectPathsAndNumberTasks(ModelToProject& state) {
   NumberTasks(state);
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -6,7 +6,8 @@
 #include "runtime/text.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
 namespace {
 
 constexpr int kFinishToFinish = 0;
@@ -129,4 +130,4 @@ std::int16_t CountCommas(const std::string& text) {
   return count;
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

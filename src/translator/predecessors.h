@@ -6,7 +6,7 @@
 
 #include "pass.h"
 
-namespace merivane {
+namespace merivane::translator {
 
 // Walks back from the junction in junctionQueue(0) through all junctions to the first UOBs in the
 // plan on each way, and links each to the task `succUID`. Gives their numbers, each with a comma
@@ -16,4 +16,4 @@ std::string CollectJunctionPredecessors(Pass& pass, const Value& succUID);
 // Commas of a text; one in the first position ends the count.
 std::int16_t CountCommas(const std::string& text);
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -3,7 +3,10 @@
 #include "mpx/mpx_format.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace mpx;
+
 namespace {
 
 constexpr std::string_view kObjects = "Select * from Object_Pool where Msp_ProjID = ";
@@ -110,4 +113,4 @@ void WriteResources(Pass& pass) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -2,11 +2,13 @@
 #include <map>
 #include <vector>
 
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "translation_steps.h"
 #include "translator/multi.h"
 
-namespace merivane {
+namespace merivane::translator {
+
 namespace {
 
 // Compares the facts from the set's position on; a fact "Choose " and the scenario's name chooses.
@@ -141,4 +143,4 @@ void ChooseScenarios(ModelToProject& state) {
   }
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

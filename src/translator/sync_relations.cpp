@@ -1,9 +1,8 @@
 #include "translation_steps.h"
 
-namespace merivane {
-namespace {
+namespace merivane::translator {
 
-constexpr const char* kSyncAnd = "Sync. AND";
+namespace {
 
 // A fan-in and a fan-out are mirror images: where the branches stand, and which way leads on.
 struct Side {
@@ -83,4 +82,4 @@ void BuildStartRelations(ModelToProject& state) { BuildRelations(state, kStart);
 
 void BuildFinishRelations(ModelToProject& state) { BuildRelations(state, kFinish); }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -1,7 +1,7 @@
 #include "translation_steps.h"
 #include "translator/task_note.h"
 
-namespace merivane {
+namespace merivane::translator {
 
 void WriteRtfNote(Pass& pass, const Value& projectId) {
   Command& command = pass.rtfNote;
@@ -15,4 +15,4 @@ void WriteRtfNote(Pass& pass, const Value& projectId) {
   command.Execute();
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -1,7 +1,10 @@
 #include "mpx/mpx_format.h"
 #include "translation_steps.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace mpx;
+
 namespace {
 
 constexpr std::int64_t kTenthsOfMinuteInDay = 4800;
@@ -108,4 +111,4 @@ void WriteTasks(Pass& pass) {
   for (; !activities.Eof(); activities.MoveNext()) WriteTask(pass, activities);
 }
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -5,7 +5,7 @@
 
 #include "pass.h"
 
-namespace merivane {
+namespace merivane::translator {
 
 // Marks the objects that are resources, copies the marks to their occurrences and writes the
 // resources.
@@ -44,4 +44,4 @@ void WriteRtfNote(Pass& pass, const Value& projectId);
 // TASK_OUTLINE_NUM of all tasks of levels 1 and 2 in the database.
 void NumberOutline(ModelToProject& state);
 
-}  // namespace merivane
+}  // namespace merivane::translator

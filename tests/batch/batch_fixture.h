@@ -8,7 +8,9 @@
 #include "batch/batch.h"
 #include "database_fixture.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace batch;
 
 namespace fs = std::filesystem;
 
@@ -54,4 +56,4 @@ class Batch : public ::testing::Test {
   std::ostringstream out, err;
 };
 
-}  // namespace merivane
+}  // namespace merivane::test

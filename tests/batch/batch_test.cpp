@@ -1,6 +1,9 @@
 #include "batch_fixture.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace batch;
+
 namespace {
 
 TEST_F(Batch, HelpAndVersionSucceedAndWrongUsageIsRefused) {
@@ -210,4 +213,4 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -2,7 +2,8 @@
 
 #include "batch_fixture.h"
 
-namespace merivane {
+namespace merivane::test {
+
 namespace {
 
 class SafeRuns : public Batch {
@@ -180,4 +181,4 @@ TEST_F(SafeRuns, ControlCharactersDoNotReachTheTerminal) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

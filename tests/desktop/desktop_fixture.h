@@ -18,6 +18,8 @@
 
 namespace merivane::test {
 
+using namespace desktop;
+
 class ScriptedNames : public FileNames {
  public:
   std::deque<std::string> names;

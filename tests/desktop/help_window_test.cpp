@@ -8,7 +8,8 @@
 
 #include "desktop_fixture.h"
 
-namespace merivane {
+namespace merivane::test {
+
 namespace {
 
 using test::User;
@@ -99,4 +100,4 @@ TEST_F(HelpWindowTest, AMissingFileIsToldAndTheProgramGoesOn) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

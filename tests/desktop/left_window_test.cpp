@@ -1,7 +1,8 @@
 // What is left, by whichever way, takes no key, no click, no drop and no shortcut.
 #include "desktop_fixture.h"
 
-namespace merivane {
+namespace merivane::test {
+
 namespace {
 
 using test::User;
@@ -90,4 +91,4 @@ TEST_F(LeftWindow, SideDialogsAreGoneToo) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

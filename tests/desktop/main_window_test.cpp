@@ -6,7 +6,8 @@
 
 #include "desktop_fixture.h"
 
-namespace merivane {
+namespace merivane::test {
+
 namespace {
 
 using test::User;
@@ -111,4 +112,4 @@ TEST_F(MainWindowTest, TheFileDialogTakesANewNameAndStartsWhereItEnded) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -5,7 +5,8 @@
 #include "desktop_fixture.h"
 #include "keyboard.h"
 
-namespace merivane {
+namespace merivane::test {
+
 namespace {
 
 using test::User;
@@ -193,4 +194,4 @@ TEST_F(ModelToProjectWindow, ASourceThatVanishedEndsTheProgramWithItsBox) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -4,7 +4,8 @@
 #include "desktop_fixture.h"
 #include "keyboard.h"
 
-namespace merivane {
+namespace merivane::test {
+
 namespace {
 
 using test::User;
@@ -149,4 +150,4 @@ TEST_F(ProjectToModelWindow, AProjectNameShowsItsLetters) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -4,9 +4,15 @@
 
 #include "clean_model.h"
 #include "database_fixture.h"
+#include "neutraltext/modGlobal.h"
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::test {
+
+using namespace translator;
+using namespace inspect;
+using namespace neutraltext;
+
 namespace {
 
 using ::testing::ElementsAreArray;

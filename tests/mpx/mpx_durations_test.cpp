@@ -5,7 +5,10 @@
 #include <string>
 #include <vector>
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace mpx;
+
 namespace {
 
 TEST(MpxDurations, AreDaysWithTwoDecimalsInTheUnitOfTheFileOrTheirOwn) {
@@ -30,4 +33,4 @@ TEST(MpxDurations, AStartDateBeginsAtTheFirstDigit) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -9,7 +9,11 @@
 #include "platform/scripted_desktop.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace platform;
+using namespace mpx;
+
 namespace {
 
 TEST(MpxFields, RecordNumberIsTheNumberAheadOfTheFirstComma) {
@@ -81,4 +85,4 @@ TEST(MpxFields, NamesThatTheModelCannotHoldEndTheProgram) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

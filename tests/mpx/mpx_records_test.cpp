@@ -4,7 +4,10 @@
 
 #include "mpx/mpx_format.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace mpx;
+
 namespace {
 
 TEST(MpxFields, EachHasItsNumberAndItsPlace) {
@@ -36,4 +39,4 @@ TEST(MpxNoteText, BreaksLinesWithOneCharacterAndDropsTheLast) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

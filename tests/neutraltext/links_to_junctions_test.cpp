@@ -3,6 +3,7 @@
 #include "writer_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 struct Plan {

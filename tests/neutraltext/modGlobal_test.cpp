@@ -4,8 +4,12 @@
 #include <gmock/gmock.h>
 
 #include "platform/scripted_desktop.h"
+#include "program/error_boxes.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace neutraltext;
+
 namespace {
 
 TEST(FieldAfterBlanks, TakesWhatStandsBehindTheFirstDoubleBlank) {
@@ -37,4 +41,4 @@ TEST(Reporters, ShowTheErrorsDescription) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -4,6 +4,7 @@
 #include "reader_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 class ReaderFile : public ReaderTest {};

@@ -5,8 +5,11 @@
 
 #include "database_fixture.h"
 #include "model_text.h"
+#include "neutraltext/modGlobal.h"
 
 namespace merivane::test {
+
+using namespace neutraltext;
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

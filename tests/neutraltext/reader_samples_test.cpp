@@ -2,6 +2,7 @@
 #include "reader_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 TEST_F(ReaderTest, SamplesReadWhole) {

@@ -2,6 +2,7 @@
 #include "reader_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 class ReaderScenarios : public ReaderTest {

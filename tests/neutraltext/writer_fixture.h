@@ -11,6 +11,8 @@
 
 namespace merivane::test {
 
+using namespace neutraltext;
+
 class WriterFixture : public DatabaseFixture {
  protected:
   ProjectToModel& state = program->projectToModel;

@@ -1,6 +1,7 @@
 #include "writer_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 using Pools = WriterFixture;

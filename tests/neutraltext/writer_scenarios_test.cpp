@@ -1,6 +1,7 @@
 #include "writer_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 // A model of two scenarios: 20 holds occurrence 31, which scenario 21 with occurrence 32

@@ -7,7 +7,10 @@
 #include "text_lines.h"
 #include "time_axis.h"
 
-namespace merivane::pictures {
+namespace merivane::test {
+
+using namespace pictures;
+
 namespace {
 
 using schedule::LinkKind;
@@ -105,4 +108,4 @@ TEST(ChartTest, BarsTellKindResourcesAndDates) {
 }
 
 }  // namespace
-}  // namespace merivane::pictures
+}  // namespace merivane::test

@@ -8,7 +8,10 @@
 #include "pictures/svg.h"
 #include "text_lines.h"
 
-namespace merivane::pictures {
+namespace merivane::test {
+
+using namespace pictures;
+
 namespace {
 
 using ::testing::HasSubstr;
@@ -159,4 +162,4 @@ TEST_F(DiagramTest, ScenariosStandBehindWhatTheyDecomposeAndCirclesEnd) {
 }
 
 }  // namespace
-}  // namespace merivane::pictures
+}  // namespace merivane::test

@@ -3,7 +3,11 @@
 #include "runtime/run_time_error.h"
 #include "temporary_folder.h"
 
-namespace merivane::pictures {
+namespace merivane::test {
+
+using namespace runtime;
+using namespace pictures;
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -45,4 +49,4 @@ TEST(PictureFileTest, AFileThatFailsLeavesNothingBehind) {
 }
 
 }  // namespace
-}  // namespace merivane::pictures
+}  // namespace merivane::test

@@ -12,7 +12,10 @@
 #include "environment.h"
 #include "temporary_folder.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace platform;
+
 namespace {
 
 class ProgramStartTest : public testing::Test {
@@ -94,4 +97,4 @@ TEST_F(ProgramStartTest, PagesGoToTheDesktopsOpener) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

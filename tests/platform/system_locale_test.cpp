@@ -4,7 +4,10 @@
 
 #include "environment.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace platform;
+
 namespace {
 
 TEST(SystemLocale, TheLanguageTellsTheCodePage) {
@@ -47,4 +50,4 @@ TEST(SystemLocale, TheSourceDateIsTheDayInUtc) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

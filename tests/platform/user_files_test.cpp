@@ -7,7 +7,10 @@
 #include "platform/profile_file.h"
 #include "temporary_folder.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace platform;
+
 namespace {
 
 using namespace std::string_literals;
@@ -136,4 +139,4 @@ TEST_F(UserFilesTest, ABareIniNameIsLookedForInTheUsersFolderFirst) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -1,6 +1,7 @@
 #include "mpx_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 constexpr const char* kOccurrences =

@@ -13,6 +13,9 @@
 
 namespace merivane::test {
 
+using namespace mpx;
+using namespace roundtrip;
+
 inline constexpr std::int16_t kMergePlan = -1;
 inline constexpr std::int16_t kRebuildModel = 0;
 

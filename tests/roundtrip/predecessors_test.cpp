@@ -3,6 +3,9 @@
 #include "scenario_fixture.h"
 
 namespace merivane::test {
+
+using namespace roundtrip;
+
 namespace {
 
 TEST(CountPredecessors, CountsCommasUnlessTheFirstStandsInFront) {

@@ -3,6 +3,7 @@
 #include "mpx_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 // Plans that Microsoft Project 98 wrote. They lie beside the project, not in it.

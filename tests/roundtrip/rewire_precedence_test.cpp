@@ -3,6 +3,9 @@
 #include "scenario_fixture.h"
 
 namespace merivane::test {
+
+using namespace roundtrip;
+
 namespace {
 
 // From occurrence 1 to the one that the case names.

@@ -5,6 +5,9 @@
 #include "scenario_fixture.h"
 
 namespace merivane::test {
+
+using namespace roundtrip;
+
 namespace {
 
 // The argument is a routine and its two numbers. Occurrence 1 (task 11 of the plan) is the

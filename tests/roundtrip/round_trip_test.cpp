@@ -4,12 +4,17 @@
 #include <set>
 
 #include "mpx_fixture.h"
+#include "neutraltext/modGlobal.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "runtime/text.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
 
 namespace merivane::test {
+
+using namespace neutraltext;
+using namespace translator;
+
 namespace {
 
 constexpr const char* kLinks =

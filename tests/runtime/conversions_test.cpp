@@ -5,7 +5,10 @@
 
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace runtime;
+
 namespace {
 
 template <typename Convert>
@@ -121,4 +124,4 @@ TEST(Comparison, TakesNumbersAsNumbersAndNullAsNothing) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace runtime;
+
 namespace {
 
 std::string Reprinted(const char* text) {
@@ -39,4 +42,4 @@ TEST(Dates, CarryATimeOfTheDay) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

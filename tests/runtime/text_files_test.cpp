@@ -9,7 +9,10 @@
 #include "runtime/run_time_error.h"
 #include "temporary_folder.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace runtime;
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -185,4 +188,4 @@ TEST_F(TextFilesTest, PrintedTextGoesOutInLargeBlocks) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

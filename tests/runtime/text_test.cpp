@@ -5,7 +5,10 @@
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace runtime;
+
 namespace {
 
 TEST(Positions, CountFromOneAndStopAtTheEnd) {
@@ -45,4 +48,4 @@ TEST(CodePage, WhatHasNoByteBecomesOneQuestionMark) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

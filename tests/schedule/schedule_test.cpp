@@ -12,7 +12,10 @@
 #include "store/recordset.h"
 #include "temporary_folder.h"
 
-namespace merivane::schedule {
+namespace merivane::test {
+
+using namespace schedule;
+
 namespace {
 
 using test::TemporaryFolder;
@@ -255,4 +258,4 @@ TEST_F(PlanTables, PlansOfProjectFallOnItsOwnDates) {
 }
 
 }  // namespace
-}  // namespace merivane::schedule
+}  // namespace merivane::test

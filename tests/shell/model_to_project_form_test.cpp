@@ -2,7 +2,10 @@
 #include "shell/frmDbFileAppend.h"
 #include "shell/frmMain.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace shell;
+
 namespace {
 
 using test::DatabaseFixture;
@@ -189,4 +192,4 @@ TEST_F(ModelToProjectForm, AnMpxNameWithBlanksIsBoundedByTheDatabasesLength) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

@@ -3,7 +3,10 @@
 #include "shell/frmMain.h"
 #include "shell/project_list.h"
 
-namespace merivane {
+namespace merivane::test {
+
+using namespace shell;
+
 namespace {
 
 using test::DatabaseFixture;
@@ -242,4 +245,4 @@ TEST_F(ProjectToModelForm, AMissingHomePageIsTold) {
 }
 
 }  // namespace
-}  // namespace merivane
+}  // namespace merivane::test

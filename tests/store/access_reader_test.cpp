@@ -13,6 +13,9 @@
 #include "temporary_folder.h"
 
 namespace merivane::test {
+
+using namespace store;
+
 namespace {
 
 // The rows of a statement, one after the other.

@@ -6,6 +6,7 @@
 #include "store_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 using ::testing::HasSubstr;

@@ -5,6 +5,7 @@
 #include "store_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 std::string HintIn(sqlite3* database, const std::string& sql) {

@@ -4,6 +4,7 @@
 #include "store_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 class RecordChanges : public StoreFixture {};

@@ -2,6 +2,7 @@
 #include "store_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 class RecordPositions : public StoreFixture {};

@@ -16,6 +16,8 @@
 
 namespace merivane::test {
 
+using namespace store;
+
 inline std::string Shown(const Value& value) {
   return value.IsNull() ? "Null" : value.IsBytes() ? "bytes" : ToText(value);
 }

@@ -11,6 +11,9 @@
 #include "temporary_folder.h"
 
 namespace merivane::test {
+
+using namespace store;
+
 namespace {
 
 class Template : public ::testing::Test {

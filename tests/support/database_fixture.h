@@ -11,15 +11,15 @@
 #include <string>
 #include <vector>
 
-#include "neutraltext/modGlobal.h"
 #include "platform/scripted_desktop.h"
+#include "program/program.h"
 #include "runtime/conversions.h"
 #include "store/connection.h"
 #include "store/interim_db.h"
 #include "store/recordset.h"
 #include "temporary_folder.h"
 
-namespace merivane {
+namespace merivane::runtime {
 
 inline std::string Shown(const Value& value) {
   if (value.IsNull()) return "Null";
@@ -29,7 +29,11 @@ inline std::string Shown(const Value& value) {
 
 inline void PrintTo(const Value& value, std::ostream* out) { *out << Shown(value); }
 
-namespace test {
+}  // namespace merivane::runtime
+
+namespace merivane::test {
+
+using namespace program;
 
 inline std::string TemplateDatabase() { return MERIVANE_BIN "/MerivaneTemplate.mdb"; }
 
@@ -130,5 +134,4 @@ class DatabaseFixture : public ::testing::Test {
   std::unique_ptr<Program> program = std::make_unique<Program>(desktop);
 };
 
-}  // namespace test
-}  // namespace merivane
+}  // namespace merivane::test

@@ -11,6 +11,8 @@
 
 namespace merivane::test {
 
+using namespace translator;
+
 using Values = std::vector<Value>;
 using Texts = std::vector<std::string>;
 

@@ -1,6 +1,7 @@
 #include "model_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 constexpr const char* kFirstWay = "Take L100002 until J200\r\n";

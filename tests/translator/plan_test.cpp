@@ -1,6 +1,7 @@
 #include "model_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 class WrittenPlan : public ModelFixture {

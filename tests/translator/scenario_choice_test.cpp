@@ -2,6 +2,7 @@
 #include "translator/multi.h"
 
 namespace merivane::test {
+
 namespace {
 
 // Two top scenarios with decompositions: U1 with U3; U2 with U4 or U5.

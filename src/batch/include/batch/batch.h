@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace merivane {
+namespace merivane::batch {
 
 enum ExitStatus {
   kDone = 0,
@@ -18,4 +18,4 @@ enum ExitStatus {
 int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
              std::ostream& out, std::ostream& err);
 
-}  // namespace merivane
+}  // namespace merivane::batch

@@ -6,7 +6,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace platform;
 
 class FileNames {
  public:
@@ -25,4 +27,4 @@ class DialogFileNames : public FileNames {
   QString folder_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -10,7 +10,7 @@ class QListWidget;
 class QTabWidget;
 class QTreeWidget;
 
-namespace merivane {
+namespace merivane::desktop {
 
 class HelpFile;
 class TopicBrowser;
@@ -52,4 +52,4 @@ class HelpWindow : public QMainWindow {
   TopicBrowser* browser_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

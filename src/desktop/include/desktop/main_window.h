@@ -9,7 +9,9 @@
 
 class QMdiArea;
 
-namespace merivane {
+namespace merivane::desktop {
+
+using namespace shell;
 
 class ElidedLabel;
 class FormWindow;
@@ -41,4 +43,4 @@ class MainWindow : public QMainWindow {
   ElidedLabel* result_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

@@ -10,12 +10,14 @@
 
 #include "desktop/file_names.h"
 #include "platform/desktop.h"
+#include "shell/form.h"
 
 class QDialog;
 
-namespace merivane {
+namespace merivane::desktop {
 
-class Form;
+using namespace shell;
+
 class HelpWindow;
 
 // REQUIRES: a QApplication that outlives it.
@@ -84,4 +86,4 @@ class QtDesktop : public Desktop {
   bool ended_ = false;
 };
 
-}  // namespace merivane
+}  // namespace merivane::desktop

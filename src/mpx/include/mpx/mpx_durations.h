@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::mpx {
 
 // Days of 8 hours, five to a week, as text with two decimals. A number alone counts in
 // `defaultUnits` (0 minutes, 1 hours, 2 or any other days, 3 weeks); otherwise the text ends with
@@ -16,4 +16,4 @@ std::string ConvertDuration(std::string_view text, std::int16_t defaultUnits);
 // code page 932 no more than eight characters.
 std::string ExtractStartDate(std::string_view text, std::int32_t codePage);
 
-}  // namespace merivane
+}  // namespace merivane::mpx

@@ -8,7 +8,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::mpx {
+
+using namespace platform;
 
 // The number ahead of the first comma; 0 where there is no comma or no number. Error 6 beyond 16
 // bits.
@@ -33,4 +35,4 @@ std::string GetLastField(std::string_view line);
 void CheckTaskName(Desktop& desktop, const std::string& name);
 void CheckResourceName(Desktop& desktop, const std::string& name);
 
-}  // namespace merivane
+}  // namespace merivane::mpx

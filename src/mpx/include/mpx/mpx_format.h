@@ -9,7 +9,9 @@
 
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::mpx {
+
+using namespace runtime;
 
 inline constexpr std::int32_t kJapaneseCodePage = 932;
 inline constexpr std::int32_t kKoreanCodePage = 949;
@@ -52,4 +54,4 @@ std::string MpxNote(std::string_view record, std::string_view glossary);
 // copied.
 std::string MpxNoteText(std::string_view glossary);
 
-}  // namespace merivane
+}  // namespace merivane::mpx

@@ -2,9 +2,11 @@
 // gProjectConn unless a connection is handed over.
 #pragma once
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
+
+using namespace program;
 
 // Writes the whole file of gInterimProjId, closes gOutFile and drops gProjectConn. True when no
 // error reached its own guard; a section's failure shows its box and leaves that section cut short.
@@ -27,4 +29,4 @@ void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
 // the caller.
 void WriteRebuiltScenarioList(ProjectToModel& state, Connection* connection);
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

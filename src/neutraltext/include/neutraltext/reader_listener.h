@@ -9,7 +9,7 @@
 
 #include "neutraltext/modGlobal.h"
 
-namespace merivane {
+namespace merivane::neutraltext {
 
 enum class Element {
   kProcess,
@@ -58,4 +58,4 @@ class ReaderListener {
                      std::initializer_list<Cell> cells) = 0;
 };
 
-}  // namespace merivane
+}  // namespace merivane::neutraltext

@@ -12,6 +12,8 @@
 
 namespace merivane::pictures {
 
+using namespace schedule;
+
 // Names of the resources of each task of the plan, in its order, joined by ", ".
 using TaskResources = std::vector<std::string>;
 

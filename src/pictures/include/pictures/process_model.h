@@ -9,6 +9,8 @@
 
 namespace merivane::pictures {
 
+using namespace store;
+
 // Texts are Windows-1252. A list of an element comes as lines, each without the indent of the file.
 struct ModelObject {
   std::int32_t number = 0;

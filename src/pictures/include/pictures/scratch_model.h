@@ -7,6 +7,8 @@
 
 namespace merivane::pictures {
 
+using namespace neutraltext;
+
 // Reads and translates as the dialogs do, but into a temporary copy of the template that is gone
 // with the object, so that nothing of the user's is touched. What the dialogs would show, the
 // program's desktop shows; where they would end the program, ProgramEnd comes up. RunTimeErrors

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace merivane {
+namespace merivane::platform {
 
 // Default value of a key under HKEY_CLASSES_ROOT with its terminating NUL, in UTF-8; nothing where
 // the key or its default value can't be read. Keys ignore case.
@@ -14,4 +14,4 @@ namespace merivane {
 // byte order mark, read anew at each look-up.
 [[nodiscard]] std::optional<std::string> ReadClassDefault(const std::string& key);
 
-}  // namespace merivane
+}  // namespace merivane::platform

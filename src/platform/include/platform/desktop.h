@@ -9,7 +9,9 @@
 
 #include "runtime/dates.h"
 
-namespace merivane {
+namespace merivane::platform {
+
+using namespace runtime;
 
 enum class MessageIcon { kNone = 0, kCritical = 16, kExclamation = 48 };
 enum class MessageButtons { kOk, kYesNo };
@@ -121,4 +123,4 @@ class SavedMousePointer {
   int saved_ = 0;
 };
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace merivane {
+namespace merivane::platform {
 
 // Value of `key` in `section` of an ini file, all UTF-8. Section and key ignore case; the value
 // comes without blanks at its ends and without one pair of quotes around it, at most 255
@@ -14,4 +14,4 @@ namespace merivane {
 std::string ReadProfileString(const std::string& section, const std::string& key,
                               const std::string& fallback, const std::string& iniFile);
 
-}  // namespace merivane
+}  // namespace merivane::platform

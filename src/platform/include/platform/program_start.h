@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace merivane {
+namespace merivane::platform {
 
 // Starts a command line (UTF-8, read up to a NUL) without waiting; False where it can't be started.
 // Words end at blanks outside double quotes; a program without a folder is searched on the path.
@@ -14,4 +14,4 @@ namespace merivane {
 // says that there is no opener.
 [[nodiscard]] int OpenInBrowser(const std::string& url);
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -13,7 +13,7 @@
 #include "platform/desktop.h"
 #include "runtime/run_time_error.h"
 
-namespace merivane {
+namespace merivane::platform {
 
 class ScriptedDesktop : public Desktop {
  public:
@@ -82,4 +82,4 @@ class ScriptedDesktop : public Desktop {
                             const std::string& fallback, const std::string& iniFile) const override;
 };
 
-}  // namespace merivane
+}  // namespace merivane::platform

@@ -5,7 +5,9 @@
 
 #include "runtime/dates.h"
 
-namespace merivane {
+namespace merivane::platform {
+
+using namespace runtime;
 
 // The local day without a time. SOURCE_DATE_EPOCH (seconds since 1970) gives its own day in UTC,
 // so that files can be made again byte by byte; anything but a number in it is passed over.
@@ -15,4 +17,4 @@ DateTime SystemToday();
 // that is set) tells it: 932 for Japanese, 949 for Korean, else 437.
 std::int32_t SystemOemCodePage();
 
-}  // namespace merivane
+}  // namespace merivane::platform

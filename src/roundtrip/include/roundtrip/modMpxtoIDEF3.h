@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <string>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::roundtrip {
+
+using namespace program;
 
 // Reads the file into the work tables of gInterimConn, folds the plan into the model (mergeFlag -1)
 // or builds a new one from it (mergeFlag 0), and writes the Neutral Text to gOutFile. True when it
@@ -20,4 +22,4 @@ bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
 // the program with its box.
 void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
 
-}  // namespace merivane
+}  // namespace merivane::roundtrip

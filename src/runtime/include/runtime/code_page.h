@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::runtime {
 
 // Every byte has a code point (the five codes without a character stand for themselves), so
 // FromUtf8(ToUtf8(t)) == t for every t.
@@ -13,4 +13,4 @@ std::string ToUtf8(std::string_view text);
 // A code point without a byte, and a malformed sequence, becomes '?'.
 std::string FromUtf8(std::string_view utf8);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -9,7 +9,7 @@
 
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::runtime {
 
 // Whole numbers round half to even. Text must satisfy IsNumeric, else error 13; Null is error 94;
 // a result beyond the width is error 6.
@@ -44,4 +44,4 @@ bool Equal(const Value& a, const Value& b);
 // Null or empty text.
 bool IsBlank(const Value& value);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

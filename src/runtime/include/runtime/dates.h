@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::runtime {
 
 struct DateTime {
   int year = 1899;
@@ -24,4 +24,4 @@ bool IsDate(std::string_view text);
 // "M/D/YYYY", with " H:MM:SS AM/PM" behind when there is a time.
 std::string FormatDate(const DateTime& date);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -4,7 +4,7 @@
 #include <exception>
 #include <string>
 
-namespace merivane {
+namespace merivane::runtime {
 
 // Numbers of the language run time, and those of the database objects (3001 and above).
 enum ErrorNumber : int {
@@ -64,4 +64,4 @@ RunTimeError FileError(int number, const std::string& path);
 // True for what the machine refuses (disk, files, the database engine), whatever the data say.
 bool IsMachineFault(int number);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::runtime {
 
 inline constexpr std::string_view kCrLf = "\r\n";
 
@@ -30,4 +30,4 @@ std::string Trim(std::string_view text);
 std::string UpperCase(std::string_view text);  // Windows-1252 letters too
 bool EqualNoCase(std::string_view a, std::string_view b);
 
-}  // namespace merivane
+}  // namespace merivane::runtime

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::runtime {
 
 // Owned by the program: closing it, or dropping it, flushes and closes every file.
 //
@@ -60,4 +60,4 @@ class TextFiles {
   std::map<std::string, std::string> standIns_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::runtime

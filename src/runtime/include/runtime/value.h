@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-namespace merivane {
+namespace merivane::runtime {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -46,4 +46,4 @@ class Value {
   std::variant<std::monostate, std::int64_t, double, std::string, Bytes> data_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::runtime

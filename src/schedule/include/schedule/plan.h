@@ -14,6 +14,8 @@
 
 namespace merivane::schedule {
 
+using namespace store;
+
 struct PlanTask {
   std::int64_t uid = 0;  // differs from those of all other tasks
   std::int64_t id = 0;   // its place in the list

@@ -10,6 +10,8 @@
 
 namespace merivane::schedule {
 
+using namespace store;
+
 // A walk over some columns, by their place in `columns`. A column that the table lacks is Null in
 // every row; a table that lacks all of them is a RunTimeError, as is a table that isn't there.
 class ProjectRows {

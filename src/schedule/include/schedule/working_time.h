@@ -7,6 +7,8 @@
 
 namespace merivane::schedule {
 
+using namespace runtime;
+
 // Tenths of a minute, the unit in which a plan's tables keep durations and lags.
 using Tenths = std::int64_t;
 inline constexpr Tenths kTenthsOfMinute = 10;

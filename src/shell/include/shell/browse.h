@@ -6,7 +6,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace platform;
 
 // True when the last three characters are the extension, in any case.
 bool HasExtension(const std::string& name, const std::string& extension);
@@ -22,4 +24,4 @@ bool FileIsThere(const std::string& path);
 // "Cannot Open Merivane Access Database Template: " and the path.
 void ShowTemplateMissing(Desktop& desktop, const std::string& path);
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -3,9 +3,11 @@
 
 #include <string>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace program;
 
 // Reads the text, translates, closes gMspConn. True when all three ran; a run-time error that comes
 // up is shown, and the connection then stays open.
@@ -15,4 +17,4 @@ bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
 // Closes gMspConn and drops it.
 void CloseMspConnection(ModelToProject& state);
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -9,7 +9,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace platform;
 
 struct TextBox {
   std::string text;  // UTF-8 where it is a path
@@ -71,4 +73,4 @@ class Form {
   bool visible_ = false;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -1,10 +1,12 @@
 // Decides between a fresh interim database and a round trip merge.
 #pragma once
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 #include "shell/form.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace program;
 
 // Caption "Interim DB Creating Options". CmdCancel leaves gRoundTripMerge as it stood.
 class frmDBMerge : public ModalForm {
@@ -30,4 +32,4 @@ class frmDBMerge : public ModalForm {
   ProjectToModel& state_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -3,7 +3,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace platform;
 
 // Caption "Database Create Options". Closing it by its frame leaves the flag as it stood.
 class frmDbFileAppend : public ModalForm {
@@ -25,4 +27,4 @@ class frmDbFileAppend : public ModalForm {
   bool& gOverwriteDb_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -1,11 +1,13 @@
 // The dialog of the direction from model to plan.
 #pragma once
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace program;
 
 // Caption "Celvar to MS Project". Which tab is active is told by the tab strip's caption alone.
 class frmIDEF3ToProject : public Form {
@@ -64,4 +66,4 @@ class frmIDEF3ToProject : public Form {
   ApplicationPaths& paths_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

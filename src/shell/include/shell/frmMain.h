@@ -3,13 +3,13 @@
 
 #include <string>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 #include "shell/frmIDEF3ToProject.h"
 #include "shell/frmOptions.h"
 #include "shell/frmProjectToIDEF3.h"
 #include "shell/modOptions.h"
 
-namespace merivane {
+namespace merivane::shell {
 
 class frmSplash : public Form {};
 
@@ -62,4 +62,4 @@ class frmMain : public Form {
   Desktop& desktop_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -6,7 +6,7 @@
 
 #include "shell/form.h"
 
-namespace merivane {
+namespace merivane::shell {
 
 // Caption "Application Paths".
 class frmOptions : public Form {
@@ -27,4 +27,4 @@ class frmOptions : public Form {
   Desktop& desktop_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

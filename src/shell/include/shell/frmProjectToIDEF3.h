@@ -3,11 +3,13 @@
 
 #include <optional>
 
-#include "neutraltext/modGlobal.h"
+#include "program/program.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace program;
 
 // Caption "MS Project to Celvar".
 class frmProjectToIDEF3 : public Form {
@@ -65,4 +67,4 @@ class frmProjectToIDEF3 : public Form {
   ApplicationPaths& paths_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::shell

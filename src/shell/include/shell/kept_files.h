@@ -10,6 +10,9 @@
 
 namespace merivane::shell {
 
+using namespace runtime;
+using namespace store;
+
 // Copies the database beside it under the first free name of ".bak", ".bak2", ... and gives the
 // copy's name. Errors are those of CopyDatabase; nothing is left then.
 std::string MakeBackup(Workspace& workspace, const std::string& path);

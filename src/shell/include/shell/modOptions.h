@@ -5,7 +5,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace platform;
 
 inline constexpr const char* kProject2000Key = "MSProject.Project.9\\shell\\open\\command";
 inline constexpr const char* kProject98Key = "MSProject.Project.8\\shell\\open\\command";
@@ -29,4 +31,4 @@ void ExecuteApp(Desktop& desktop, const std::string& commandLine);
 // Position of the first blank lies inside the first `length` - 1 characters.
 bool HasInnerBlank(const std::string& name, std::size_t length);
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -4,11 +4,13 @@
 #include "shell/form.h"
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::shell {
+
+using namespace store;
 
 // Fills the combo with PROJ_NAME and PROJ_ID of each project. True when the database has a project
 // and the first task's outline number isn't Null; otherwise a box tells why, and a database error
 // yields False without a word.
 bool LoadProjectList(Desktop& desktop, Connection* connection, ComboBox& combo);
 
-}  // namespace merivane
+}  // namespace merivane::shell

@@ -7,6 +7,8 @@
 
 namespace merivane::shell {
 
+using namespace neutraltext;
+
 // False where the file can't be read, is empty or of another kind; the reader's own box was shown.
 bool ProveModelText(ModelToProject& state, const std::string& path);
 bool ProveMpx(ProjectToModel& state, const std::string& path);

@@ -7,7 +7,9 @@
 
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::store {
+
+using namespace runtime;
 
 class Connection;
 
@@ -29,4 +31,4 @@ class Command {
   Bytes value_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-namespace merivane {
+namespace merivane::store {
 
 class Engine;
 class Recordset;
@@ -95,4 +95,4 @@ class ReadScope {
 
 inline constexpr int adSchemaTables = 20;
 
-}  // namespace merivane
+}  // namespace merivane::store

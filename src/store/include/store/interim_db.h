@@ -6,7 +6,7 @@
 
 #include "store/connection.h"
 
-namespace merivane {
+namespace merivane::store {
 
 inline constexpr const char* kTemplateFileName = "MerivaneTemplate.mdb";
 
@@ -24,4 +24,4 @@ int FieldExists(class Recordset& recordset, const std::string& name);
 // 1 when the schema holds a table called exactly `name`, case included.
 int TableExists(Connection* connection, const std::string& name);
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -8,7 +8,9 @@
 
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::store {
+
+using namespace runtime;
 
 class Connection;
 
@@ -75,4 +77,4 @@ class Recordset {
   std::shared_ptr<Impl> impl_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::store

@@ -7,7 +7,9 @@
 
 #include "platform/desktop.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace platform;
 
 // Caption "Select Scenario". The caller fills labels and list before showing it modally.
 class multi : public ModalForm {
@@ -30,4 +32,4 @@ class multi : public ModalForm {
   std::string& chosenName_;
 };
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -5,7 +5,9 @@
 
 #include "runtime/value.h"
 
-namespace merivane {
+namespace merivane::translator {
+
+using namespace runtime;
 
 class PathListener {
  public:
@@ -17,4 +19,4 @@ class PathListener {
                         const std::string& junctionDigits) = 0;
 };
 
-}  // namespace merivane
+}  // namespace merivane::translator

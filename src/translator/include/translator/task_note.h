@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace merivane {
+namespace merivane::translator {
 
 inline constexpr std::size_t kMostNoteBytes = 20000;
 inline constexpr std::string_view kNoteHead =
@@ -15,4 +15,4 @@ inline constexpr std::string_view kNoteEnd = "\\par\\par}";
 // Characters of the longest glossary that a note takes; a longer one ends the translation.
 inline constexpr std::size_t kLongestGlossary = kMostNoteBytes - kNoteHead.size() - kNoteEnd.size();
 
-}  // namespace merivane
+}  // namespace merivane::translator

@@ -1,0 +1,20 @@
+// Words of the model's tables that more than one part compares or writes.
+#pragma once
+
+#include <string_view>
+
+namespace merivane::program {
+
+// Kinds of a link's ends.
+inline constexpr std::string_view kProcessOccurrence = "Process-Occurrence";
+inline constexpr std::string_view kJunction = "Junction";
+
+// Cardinality of a junction.
+inline constexpr std::string_view kFanIn = "Fan In";
+inline constexpr std::string_view kFanOut = "Fan Out";
+
+// Type of a junction. The writer of a plan's text says "Sync. And", and names that word itself.
+inline constexpr std::string_view kSyncAnd = "Sync. AND";
+inline constexpr std::string_view kAsyncAnd = "Async. AND";
+
+}  // namespace merivane::program
