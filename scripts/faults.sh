@@ -65,14 +65,15 @@ run() { # COMMAND FAULT
   } 2> /dev/null # where the shell tells that a run was killed
 }
 
-# Every file that stood before is as it was, and nothing stands beside them but a new database.
+# Every file that stood before is as it was, and nothing stands beside them but a new database, whose
+# journal stays where not even that can be undone.
 same_as_before() {
   local file
   for file in "$base"/*; do
     cmp -s "$file" "${file##*/}" || echo "${file##*/} changed"
   done
   for file in *; do
-    [ -e "$base/$file" ] || [ "$file" = new.mdb ] || echo "$file is left"
+    [ -e "$base/$file" ] || [[ $file = new.mdb* ]] || echo "$file is left"
   done
 }
 

@@ -57,12 +57,11 @@ void PrintJson(std::ostream& out, const std::string& model, const std::vector<Fi
                     {"sentence", ToUtf8(finding.sentence)},
                     {"advice", ToUtf8(finding.advice)}});
   }
-  out << Json{{"model", model},
-              {"findings", list},
-              {"errors", CountOf(findings, Severity::kError)},
-              {"warnings", CountOf(findings, Severity::kWarning)}}
-             .dump(2, ' ', false, Json::error_handler_t::replace)
-      << '\n';
+  const Json report = {{"model", model},
+                       {"findings", list},
+                       {"errors", CountOf(findings, Severity::kError)},
+                       {"warnings", CountOf(findings, Severity::kWarning)}};
+  out << PrintableJson(report.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
 }  // namespace

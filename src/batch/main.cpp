@@ -1,3 +1,4 @@
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 
@@ -12,9 +13,20 @@ std::string ProgramFolder(const char* argument) {
   return program.parent_path().string();
 }
 
+// A full quota and a closed pipe are failures that are told, and no end in the middle of a run.
+void IgnoreFailedWrites() {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);
+#endif
+#ifdef SIGPIPE
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
+  IgnoreFailedWrites();
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   return merivane::batch::RunBatch(arguments, ProgramFolder(argc > 0 ? argv[0] : ""), std::cout,
                                    std::cerr);

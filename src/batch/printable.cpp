@@ -20,22 +20,38 @@ std::size_t ControlLength(const std::string& utf8, std::size_t at) {
   return byte == kLeadOfUpperControls && next >= 0x80 && next < 0xA0 ? 2 : 0;
 }
 
-}  // namespace
-
-std::string PrintableText(const std::string& utf8) {
+// `forControl` gives what stands for a control character.
+template <typename ForControl>
+std::string Replaced(const std::string& utf8, ForControl forControl) {
   std::string shown;
   for (std::size_t at = 0; at < utf8.size();) {
-    const std::size_t control = utf8[at] == '\n' ? 0 : ControlLength(utf8, at);
-    shown += control > 0 ? '?' : utf8[at];
-    at += std::max<std::size_t>(control, 1);
+    const std::size_t length = ControlLength(utf8, at);
+    if (length == 0) {
+      shown += utf8[at];
+    } else {
+      shown += forControl(At(utf8, at + length - 1));
+    }
+    at += std::max<std::size_t>(length, 1);
   }
   return shown;
 }
 
+}  // namespace
+
+std::string PrintableText(const std::string& utf8) {
+  return Replaced(utf8, [](unsigned char code) { return code == '\n' ? '\n' : '?'; });
+}
+
 std::string PrintableLine(const std::string& utf8) {
-  std::string shown = PrintableText(utf8);
-  std::replace(shown.begin(), shown.end(), '\n', '?');
-  return shown;
+  return Replaced(utf8, [](unsigned char) { return '?'; });
+}
+
+std::string PrintableJson(const std::string& json) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  return Replaced(json, [](unsigned char code) {
+    if (code == '\n') return std::string("\n");
+    return std::string("\\u00") + kDigits[code >> 4U] + kDigits[code & 0xFU];
+  });
 }
 
 }  // namespace merivane::batch

@@ -10,4 +10,7 @@ namespace merivane::batch {
 std::string PrintableText(const std::string& utf8);
 std::string PrintableLine(const std::string& utf8);
 
+// The JSON text with control characters as escapes, but for the line feeds between its lines.
+std::string PrintableJson(const std::string& json);
+
 }  // namespace merivane::batch

@@ -176,6 +176,9 @@ TEST_F(SafeRuns, ControlCharactersDoNotReachTheTerminal) {
   Sql("update MSP_PROJECTS set PROJ_NAME = 'a' || char(27) || '[31m' || char(10) || char(144)");
   EXPECT_EQ(Run({"projects", plan}), kDone);
   EXPECT_EQ(out.str(), "1\ta?[31m??\t5 tasks\n");
+  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
+  EXPECT_EQ(out.str().find_first_of("\x1b\x90"), std::string::npos);
+  EXPECT_EQ(nlohmann::json::parse(out.str())[0]["name"], "a\x1b[31m\n\xC2\x90");
   EXPECT_EQ(Run({"to-model", "--database", plan, "--project", "9", "--output", other}), kRefused);
   EXPECT_NE(err.str().find("  1  a?[31m??\n"), std::string::npos) << err.str();
 }
