@@ -51,6 +51,7 @@ ElementName Reading::CurrentElement() const {
 }
 
 std::string_view Reading::Line(std::size_t number) const {
+  if (number == 0 || number > ends_.size()) return {};  // nothing was read, or not yet
   const std::size_t from = number < 2 ? 0 : ends_[number - 2];
   return std::string_view(text_).substr(from, ends_[number - 1] - from);
 }
