@@ -1,3 +1,4 @@
+#include "runtime/rtf_notes.h"
 #include "translation_steps.h"
 #include "translator/task_note.h"
 
@@ -10,7 +11,7 @@ void WriteRtfNote(Pass& pass, const Value& projectId) {
                       std::to_string(pass.state.gMspProjId) +
                       " and TASK_UID = " + Joined(projectId));
   if (!command.HasParameter()) command.AppendBinaryParameter(kMostNoteBytes);
-  const std::string note = std::string(kNoteHead) + pass.glossaryText + std::string(kNoteEnd);
+  const std::string note = RtfNote(pass.glossaryText);
   command.ParameterValue(Bytes(note.begin(), note.end()));
   command.Execute();
 }
