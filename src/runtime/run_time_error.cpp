@@ -33,6 +33,7 @@ constexpr Description kDescriptions[] = {
     {kPathNotFound, "Path not found"},
     {kObjectNotSet, "Object variable or With block variable not set"},
     {kInvalidUseOfNull, "Invalid use of Null"},
+    {kInvalidFileFormat, "Invalid file format"},
     {kNoCurrentRecord,
      "Either BOF or EOF is True, or the current record has been deleted. Requested operation "
      "requires a current record."},

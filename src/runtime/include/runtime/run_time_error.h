@@ -26,6 +26,7 @@ enum ErrorNumber : int {
   kPathNotFound = 76,
   kObjectNotSet = 91,
   kInvalidUseOfNull = 94,
+  kInvalidFileFormat = 321,
   kNoCurrentRecord = 3021,
   kItemNotFound = 3265,
   kNotUpdatable = 3251,

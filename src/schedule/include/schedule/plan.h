@@ -23,7 +23,7 @@ struct PlanTask {
   std::int64_t level = 1;             // of the outline, as the table has it
   std::optional<std::size_t> parent;  // index of the summary task right above it
   bool summary = false;               // tasks lie below it
-  Tenths duration = 0;                // never negative; not used of a summary
+  Tenths duration = 0;                // never negative; of a summary as the table has it
   std::int64_t durationFormat = kFormatDays;
   std::optional<std::int64_t> occurrence;  // number of the process occurrence that it stands for
 

@@ -1,0 +1,54 @@
+// One element under construction: its children in order, each in the text form of its type.
+#pragma once
+
+#include <cstdint>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+
+#include "runtime/dates.h"
+#include "runtime/value.h"
+#include "schedule/working_time.h"
+
+namespace merivane::mspdi {
+
+using namespace runtime;
+
+// What a column of the tables holds, and so how its value is written.
+enum class Kind {
+  kText,      // Windows-1252, without characters that XML forbids; line breaks are LF
+  kInteger,   //
+  kFlag,      // not 0: true
+  kDecimal,   // never with an exponent
+  kDate,      // text of a date
+  kDuration,  // tenths of a minute
+  kWork,      // thousandths of a minute
+};
+
+inline constexpr std::size_t kLongestText = 512;  // of the schema, for names and their like
+
+class Element {
+ public:
+  explicit Element(pugi::xml_node node) : node_(node) {}
+
+  Element Child(const char* name) { return Element(node_.append_child(name)); }
+
+  // At most `most` characters; nothing for an empty text.
+  void Text(const char* name, std::string_view text, std::size_t most = std::string_view::npos);
+  void Integer(const char* name, std::int64_t number);
+  void Flag(const char* name, bool flag) { Integer(name, flag ? 1 : 0); }
+  void Decimal(const char* name, double number);
+  void Date(const char* name, const DateTime& date);
+  void Duration(const char* name, schedule::Tenths duration);
+
+  // False, and nothing written, for Null and for what isn't of the kind.
+  bool Stored(const char* name, Kind kind, const Value& value);
+
+ private:
+  void Seconds(const char* name, std::int64_t seconds);
+  void Add(const char* name, const char* text) { node_.append_child(name).text().set(text); }
+
+  pugi::xml_node node_;
+};
+
+}  // namespace merivane::mspdi

@@ -1,0 +1,73 @@
+// Planning XML as it comes from outside.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/dates.h"
+#include "schedule/plan.h"
+
+namespace merivane::mspdi {
+
+using namespace runtime;
+
+// Texts are Windows-1252. `line` is where the element begins, from 1.
+
+struct FileLink {
+  std::int64_t predecessor = 0;  // ID of a task of the plan
+  schedule::LinkKind kind = schedule::LinkKind::kFinishToStart;
+  schedule::Lag lag;
+};
+
+struct FileTask {
+  std::size_t line = 0;
+  std::int64_t uid = 0;
+  std::int64_t id = 0;  // 1 to 32,767; differs from those of all other tasks
+  std::string name;     // never empty
+  std::int64_t level = 1;
+  std::optional<double> days;  // of the file's own length
+  std::vector<FileLink> predecessors;
+  std::string text1;
+  std::optional<std::string> notes;  // lines end with CR LF
+};
+
+struct FileResource {
+  std::size_t line = 0;
+  std::int64_t uid = 0;
+  std::int64_t id = 0;  // as of a task
+  std::string name;     // never empty
+  std::optional<double> units;
+  std::optional<std::string> notes;
+};
+
+struct FileAssignment {
+  std::int64_t task = 0;  // IDs of a task and a resource of the plan
+  std::int64_t resource = 0;
+  double units = 1;
+};
+
+struct FilePlan {
+  std::string name;
+  std::optional<DateTime> start;
+  double minutesPerDay = 480;
+  std::vector<FileTask> tasks;
+  std::vector<FileResource> resources;
+  std::vector<FileAssignment> assignments;
+  std::size_t lostCharacters = 0;  // of these texts, which have no byte and became "?"
+};
+
+// Reads a whole file (UTF-8, any edition, with or without a prefix of the namespace, elements in
+// any order). What it doesn't know is skipped, and so are rows of UID 0, level 0, IsNull or without
+// a name, links to them, to unknown tasks and other projects, assignments without a task or
+// resource of the plan.
+//
+// Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
+// tells the file, the line and what was found: another encoding, a document type definition, an
+// entity beyond the five of XML, no XML, other XML, a number, duration or lag that can't be, a UID
+// or ID that stands twice, an ID beyond 32,767, a task that is linked to itself, an outline that
+// skips a level.
+FilePlan ReadPlanFile(const std::string& path);
+
+}  // namespace merivane::mspdi

@@ -1,0 +1,32 @@
+// Planning XML out of the tables of a plan.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "runtime/dates.h"
+#include "store/connection.h"
+
+namespace merivane::mspdi {
+
+using namespace runtime;
+using namespace store;
+
+struct WrittenCounts {
+  std::size_t tasks = 0;  // without the summary of the whole
+  std::size_t resources = 0;
+  std::size_t links = 0;
+  std::size_t assignments = 0;
+};
+
+// Writes the plan of a project (see schedule/plan.h for which one that is) to `path` (UTF-8): made
+// beside it, then renamed over it. Dates come from the tables where they have them, otherwise from
+// the schedule; `today` is the start of a plan that has none.
+//
+// What was there stays as it was after a failure: links in a circle (error 5), a plan beyond the
+// year 9999 (6), a path that is refused (70), isn't there (76) or has no room (61), a failure of
+// the store.
+WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
+                        const std::string& path);
+
+}  // namespace merivane::mspdi

@@ -1,0 +1,289 @@
+#include "mspdi/plan_reader.h"
+
+#include <unordered_map>
+
+#include "runtime/code_page.h"
+#include "runtime/text.h"
+#include "xml_file.h"
+#include "xml_values.h"
+
+namespace merivane::mspdi {
+
+namespace {
+
+constexpr std::string_view kNamespace = "http://schemas.microsoft.com/project";
+constexpr std::int64_t kText1Field = 188743731;
+constexpr std::int64_t kHighestId = 32767;
+
+// The UIDs and IDs that records of one kind have taken, each with its line.
+class TakenNumbers {
+ public:
+  TakenNumbers(const XmlFile& file, const char* kind) : file_(file), kind_(kind) {}
+
+  void TakeUid(std::int64_t uid, std::size_t line) { Take(uids_, "UID", uid, line); }
+
+  void TakeId(std::int64_t id, std::size_t line) {
+    if (id < 1 || id > kHighestId) {
+      file_.Refuse(line, std::string("the ") + kind_ + " has the ID " + std::to_string(id) +
+                             "; IDs run from 1 to 32,767.");
+    }
+    Take(ids_, "ID", id, line);
+  }
+
+ private:
+  using Lines = std::unordered_map<std::int64_t, std::size_t>;
+
+  void Take(Lines& lines, const char* number, std::int64_t value, std::size_t line) {
+    const auto [earlier, fresh] = lines.emplace(value, line);
+    if (fresh) return;
+    file_.Refuse(line, std::string("the ") + number + " " + std::to_string(value) + " of this " +
+                           kind_ + " is taken by the one in line " +
+                           std::to_string(earlier->second) + ".");
+  }
+
+  const XmlFile& file_;
+  const char* kind_;
+  Lines uids_;
+  Lines ids_;
+};
+
+using IdsByUid = std::unordered_map<std::int64_t, std::int64_t>;
+
+class Reader {
+ public:
+  explicit Reader(const std::string& path) : file_(path), values_(file_) {}
+
+  FilePlan Read();
+
+ private:
+  // A link as the file has it, before all tasks are known.
+  struct RawLink {
+    std::int64_t predecessorUid = 0;
+    FileLink link;
+  };
+
+  void CheckRoot() const;
+  void ReadHead();
+  void ReadTasks(const pugi::xml_node& tasks);
+  void ReadTask(const pugi::xml_node& node, TakenNumbers& taken);
+  void ReadLink(const pugi::xml_node& node);
+  void ReadCustomField(const pugi::xml_node& node, FileTask& task);
+  void CheckLevel(const FileTask& task) const;
+  void ResolveLinks();
+  void ReadResources(const pugi::xml_node& resources);
+  void ReadAssignment(const pugi::xml_node& node);
+
+  XmlFile file_;
+  XmlValues values_;
+  FilePlan plan_;
+  std::int64_t place_ = 0;                   // in the list, of the last task
+  std::vector<std::vector<RawLink>> links_;  // of each task
+  IdsByUid taskIds_;
+  IdsByUid resourceIds_;
+};
+
+void Reader::CheckRoot() const {
+  const pugi::xml_node root = file_.Root();
+  const std::string_view name = root.name();
+  const std::size_t colon = name.find(':');
+  const std::string declaration =
+      colon == std::string_view::npos ? "xmlns" : "xmlns:" + std::string(name.substr(0, colon));
+  const std::string_view space = root.attribute(declaration.c_str()).value();
+  if (LocalName(root) != "Project" || (!space.empty() && !space.starts_with(kNamespace))) {
+    file_.Refuse(root, "found <" + FromUtf8(name) + ">" +
+                           (space.empty() ? "" : " of '" + FromUtf8(space) + "'") +
+                           " where a plan begins with <Project> of '" + std::string(kNamespace) +
+                           "'.");
+  }
+}
+
+void Reader::ReadHead() {
+  for (const pugi::xml_node& node : file_.Root().children()) {
+    const std::string_view name = LocalName(node);
+    if (name == "Name") plan_.name = values_.Text(node);
+    if (name == "StartDate") plan_.start = XmlDate(TextOf(node));
+    if (name == "MinutesPerDay") {
+      plan_.minutesPerDay = static_cast<double>(values_.Integer(node, 1, 24 * 60));
+    }
+  }
+}
+
+FilePlan Reader::Read() {
+  CheckRoot();
+  ReadHead();
+  for (const pugi::xml_node& node : file_.Root().children()) {
+    if (LocalName(node) == "Tasks") ReadTasks(node);
+    if (LocalName(node) == "Resources") ReadResources(node);
+  }
+  ResolveLinks();
+  for (const pugi::xml_node& list : file_.Root().children()) {
+    if (LocalName(list) != "Assignments") continue;
+    for (const pugi::xml_node& node : list.children()) {
+      if (LocalName(node) == "Assignment") ReadAssignment(node);
+    }
+  }
+  plan_.lostCharacters = values_.LostCharacters();
+  return std::move(plan_);
+}
+
+void Reader::ReadTasks(const pugi::xml_node& tasks) {
+  TakenNumbers taken(file_, "task");
+  for (const pugi::xml_node& node : tasks.children()) {
+    if (LocalName(node) == "Task") ReadTask(node, taken);
+  }
+}
+
+void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
+  FileTask task;
+  task.line = file_.LineOf(node);
+  std::optional<std::int64_t> uid;
+  std::optional<std::int64_t> id;
+  bool blank = false;
+  links_.emplace_back();
+  for (const pugi::xml_node& field : node.children()) {
+    const std::string_view name = LocalName(field);
+    if (name == "UID") {
+      uid = values_.Integer(field);
+    } else if (name == "ID") {
+      id = values_.Integer(field);
+    } else if (name == "Name") {
+      task.name = values_.Text(field);
+    } else if (name == "IsNull") {
+      blank = values_.Flag(field);
+    } else if (name == "OutlineLevel") {
+      task.level = values_.Integer(field, 0, kHighestId);
+    } else if (name == "Duration") {
+      task.days = values_.Minutes(field) / plan_.minutesPerDay;
+    } else if (name == "Notes") {
+      task.notes = values_.Lines(field);
+    } else if (name == "ExtendedAttribute") {
+      ReadCustomField(field, task);
+    } else if (name == "PredecessorLink") {
+      ReadLink(field);
+    }
+  }
+  if (uid) taken.TakeUid(*uid, task.line);
+  const bool whole = uid == 0 || task.level == 0;
+  if (!whole) ++place_;
+  if (whole || blank || task.name.empty()) {
+    links_.pop_back();
+    return;
+  }
+  task.uid = uid.value_or(0);
+  task.id = id.value_or(place_);
+  taken.TakeId(task.id, task.line);
+  CheckLevel(task);
+  for (const RawLink& link : links_.back()) {
+    if (uid && link.predecessorUid == *uid) {
+      file_.Refuse(task.line, "the task '" + task.name + "' is linked to itself.");
+    }
+  }
+  if (uid) taskIds_.emplace(*uid, task.id);
+  plan_.tasks.push_back(std::move(task));
+}
+
+void Reader::ReadLink(const pugi::xml_node& node) {
+  RawLink raw;
+  bool elsewhere = false;
+  for (const pugi::xml_node& field : node.children()) {
+    const std::string_view name = LocalName(field);
+    if (name == "PredecessorUID") {
+      raw.predecessorUid = values_.Integer(field);
+    } else if (name == "Type") {
+      raw.link.kind = static_cast<schedule::LinkKind>(values_.Integer(field, 0, 3));
+    } else if (name == "CrossProject") {
+      elsewhere = values_.Flag(field);
+    } else if (name == "LinkLag") {
+      raw.link.lag.amount = values_.Integer(field);
+    } else if (name == "LagFormat") {
+      raw.link.lag.format = values_.Integer(field);
+    }
+  }
+  if (!elsewhere) links_.back().push_back(raw);
+}
+
+void Reader::ReadCustomField(const pugi::xml_node& node, FileTask& task) {
+  bool isText1 = false;
+  std::string value;
+  for (const pugi::xml_node& field : node.children()) {
+    const std::string_view name = LocalName(field);
+    if (name == "FieldID") isText1 = Trim(TextOf(field)) == std::to_string(kText1Field);
+    if (name == "Value") value = TextOf(field);
+  }
+  if (isText1) task.text1 = FromUtf8(value);
+}
+
+void Reader::CheckLevel(const FileTask& task) const {
+  const std::int64_t above = plan_.tasks.empty() ? 0 : plan_.tasks.back().level;
+  if (task.level <= above + 1) return;
+  file_.Refuse(task.line, "the outline jumps from level " + std::to_string(above) + " to level " +
+                              std::to_string(task.level) + " at the task '" + task.name + "'.");
+}
+
+void Reader::ResolveLinks() {
+  for (std::size_t task = 0; task < plan_.tasks.size(); ++task) {
+    for (const RawLink& raw : links_[task]) {
+      const auto predecessor = taskIds_.find(raw.predecessorUid);
+      if (predecessor == taskIds_.end()) continue;
+      plan_.tasks[task].predecessors.push_back(raw.link);
+      plan_.tasks[task].predecessors.back().predecessor = predecessor->second;
+    }
+  }
+}
+
+void Reader::ReadResources(const pugi::xml_node& resources) {
+  TakenNumbers taken(file_, "resource");
+  std::int64_t place = 0;
+  for (const pugi::xml_node& node : resources.children()) {
+    if (LocalName(node) != "Resource") continue;
+    FileResource resource;
+    resource.line = file_.LineOf(node);
+    std::optional<std::int64_t> uid;
+    std::optional<std::int64_t> id;
+    for (const pugi::xml_node& field : node.children()) {
+      const std::string_view name = LocalName(field);
+      if (name == "UID") {
+        uid = values_.Integer(field);
+      } else if (name == "ID") {
+        id = values_.Integer(field);
+      } else if (name == "Name") {
+        resource.name = values_.Text(field);
+      } else if (name == "MaxUnits") {
+        resource.units = values_.Units(field);
+      } else if (name == "Notes") {
+        resource.notes = values_.Lines(field);
+      }
+    }
+    if (uid) taken.TakeUid(*uid, resource.line);
+    if (uid != 0) ++place;
+    if (resource.name.empty()) continue;
+    resource.uid = uid.value_or(0);
+    resource.id = id.value_or(place);
+    taken.TakeId(resource.id, resource.line);
+    if (uid) resourceIds_.emplace(*uid, resource.id);
+    plan_.resources.push_back(std::move(resource));
+  }
+}
+
+void Reader::ReadAssignment(const pugi::xml_node& node) {
+  FileAssignment assignment;
+  for (const pugi::xml_node& field : node.children()) {
+    const std::string_view name = LocalName(field);
+    if (name == "TaskUID") {
+      const auto task = taskIds_.find(values_.Integer(field));
+      if (task != taskIds_.end()) assignment.task = task->second;
+    } else if (name == "ResourceUID") {
+      const auto resource = resourceIds_.find(values_.Integer(field));
+      if (resource != resourceIds_.end()) assignment.resource = resource->second;
+    } else if (name == "Units") {
+      assignment.units = values_.Units(field);
+    }
+  }
+  if (assignment.task > 0 && assignment.resource > 0) plan_.assignments.push_back(assignment);
+}
+
+}  // namespace
+
+FilePlan ReadPlanFile(const std::string& path) { return Reader(path).Read(); }
+
+}  // namespace merivane::mspdi

@@ -1,0 +1,78 @@
+#include "mspdi/plan_writer.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "plan_parts.h"
+#include "runtime/file_names.h"
+#include "runtime/run_time_error.h"
+
+namespace merivane::mspdi {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void Save(const pugi::xml_document& document, const std::string& path) {
+  std::ofstream file(PathOf(path), std::ios::binary | std::ios::trunc);
+  if (!file.is_open()) throw RunTimeError(kPermissionDenied);
+  document.save(file, " ", pugi::format_indent, pugi::encoding_utf8);
+  file.close();
+  if (file.fail()) throw RunTimeError(kDiskFull);
+}
+
+void SaveBeside(const pugi::xml_document& document, const std::string& target) {
+  std::error_code error;
+  const std::string fresh = TemporaryNameBeside(target);
+  if (!MakeNewFile(fresh)) throw RunTimeError(kPermissionDenied);
+  try {
+    Save(document, fresh);
+    SyncFile(fresh);
+    const fs::file_status before = fs::status(PathOf(target), error);
+    if (fs::exists(before)) fs::permissions(PathOf(fresh), before.permissions(), error);
+    fs::rename(PathOf(fresh), PathOf(target), error);
+    if (error) throw RunTimeError(kPermissionDenied);
+  } catch (const RunTimeError&) {
+    fs::remove(PathOf(fresh), error);
+    throw;
+  }
+}
+
+// The file is whole before it takes the other's place, under the name behind a link. A pipe or a
+// device is written as it stands.
+void SaveInPlaceOf(const pugi::xml_document& document, const std::string& name) {
+  const std::string target = Followed(name);
+  std::error_code error;
+  const fs::file_status there = fs::status(PathOf(target), error);
+  if (fs::is_directory(there)) throw RunTimeError(kPathFileAccessError);
+  if (fs::exists(there) && !fs::is_regular_file(there)) {
+    Save(document, target);
+  } else {
+    SaveBeside(document, target);
+  }
+}
+
+}  // namespace
+
+WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
+                        const std::string& path) {
+  const ReadScope reading(&connection);
+  schedule::Plan plan = schedule::ReadPlan(connection, project, today);
+  schedule::Schedule dates = schedule::MakeSchedule(plan);
+  const PlanOnPaper paper{connection, project, std::move(plan), std::move(dates)};
+  WrittenCounts counts{.tasks = paper.plan.tasks.size(), .links = paper.plan.links.size()};
+
+  pugi::xml_document document;
+  document.append_child(pugi::node_declaration).append_attribute("version").set_value("1.0");
+  document.first_child().append_attribute("encoding").set_value("UTF-8");
+  pugi::xml_node root = document.append_child("Project");
+  root.append_attribute("xmlns").set_value("http://schemas.microsoft.com/project");
+  Element whole(root);
+  WriteHead(paper, whole);
+  WriteTasks(paper, whole.Child("Tasks"));
+  WriteResources(paper, whole, counts);
+  SaveInPlaceOf(document, path);
+  return counts;
+}
+
+}  // namespace merivane::mspdi

@@ -1,0 +1,153 @@
+#include "xml_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
+#include "runtime/text.h"
+
+namespace merivane::mspdi {
+
+using namespace runtime;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned kParts = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
+                            pugi::parse_declaration | pugi::parse_embed_pcdata;
+
+// True for the five entities of XML and for numbers of characters.
+bool IsKnownEntity(std::string_view text) {
+  constexpr std::string_view kKnown[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&#"};
+  return std::ranges::any_of(kKnown, [&](std::string_view e) { return text.starts_with(e); });
+}
+
+// A part of the text that begins with "<!"; `end` is behind it, or the end of the text.
+struct Section {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+};
+
+Section NextSection(std::string_view text, std::size_t from) {
+  const std::size_t begin = std::min(text.find("<!", from), text.size());
+  const std::string_view rest = text.substr(begin);
+  const std::string_view closing = rest.starts_with("<!--")        ? "-->"
+                                   : rest.starts_with("<![CDATA[") ? "]]>"
+                                                                   : ">";
+  const std::size_t end = text.find(closing, begin);
+  return {begin, end == std::string_view::npos ? text.size() : end + closing.size()};
+}
+
+}  // namespace
+
+XmlFile::XmlFile(const std::string& path) {
+  Load(path);
+  FindLines();
+  RefuseOtherEncodings();
+  RefuseDefinitionsAndEntities();
+  Parse();
+  RefuseDeclaredEncoding();
+}
+
+void XmlFile::Load(const std::string& path) {
+  const fs::path place = fs::u8path(path);
+  name_ = FromUtf8(path.substr(path.find_last_of("/\\") + 1));
+  std::error_code error;
+  if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);
+  std::ifstream file(place, std::ios::binary);
+  if (!file.is_open() || fs::is_directory(place, error)) throw RunTimeError(kPermissionDenied);
+  const auto size = fs::file_size(place, error);
+  if (!error) text_.reserve(size);
+  text_.assign(std::istreambuf_iterator<char>(file), {});
+}
+
+void XmlFile::FindLines() {
+  for (std::size_t end = text_.find('\n'); end != std::string::npos;
+       end = text_.find('\n', end + 1)) {
+    lineEnds_.push_back(end);
+  }
+}
+
+std::size_t XmlFile::LineAt(std::size_t offset) const {
+  return static_cast<std::size_t>(std::ranges::lower_bound(lineEnds_, offset) - lineEnds_.begin()) +
+         1;
+}
+
+std::size_t XmlFile::LineOf(const pugi::xml_node& node) const {
+  return LineAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)));
+}
+
+void XmlFile::Refuse(std::size_t line, const std::string& found) const {
+  throw RunTimeError(kInvalidFileFormat, name_ + ", line " + std::to_string(line) + ": " + found);
+}
+
+void XmlFile::RefuseOtherEncodings() const {
+  const std::string_view head = std::string_view(text_).substr(0, 4);
+  if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF") ||
+      head.find('\0') != std::string_view::npos) {
+    Refuse(1, "the text is UTF-16. Save the file as UTF-8.");
+  }
+  const std::size_t nul = text_.find('\0');
+  if (nul != std::string::npos)
+    Refuse(LineAt(nul), "found a character of code 0, which is no text.");
+}
+
+// An "&" inside a comment or a CDATA section is a character like others.
+void XmlFile::RefuseDefinitionsAndEntities() const {
+  const std::string_view text = text_;
+  Section section = NextSection(text, 0);
+  for (std::size_t at = text.find('&');;) {
+    if (section.begin < std::min(at, text.size())) {
+      if (text.substr(section.begin).starts_with("<!DOCTYPE")) {
+        Refuse(LineAt(section.begin), "found a document type definition, which no plan has.");
+      }
+      if (at != std::string_view::npos && at < section.end) at = text.find('&', section.end);
+      section = NextSection(text, section.end);
+    } else if (at == std::string_view::npos) {
+      return;
+    } else if (IsKnownEntity(text.substr(at, 6))) {
+      at = text.find('&', at + 1);
+    } else {
+      const std::size_t end = std::min(text.find_first_of("; \t\r\n<", at), at + 20);
+      Refuse(LineAt(at), "found '" + FromUtf8(text.substr(at, end - at)) +
+                             "', which is none of the five entities of XML.");
+    }
+  }
+}
+
+void XmlFile::Parse() {
+  const pugi::xml_parse_result result =
+      document_.load_buffer_inplace(text_.data(), text_.size(), kParts, pugi::encoding_utf8);
+  if (result) return;
+  const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0));
+  if (result.status == pugi::status_no_document_element) Refuse(1, "found no XML.");
+  Refuse(LineAt(std::min(offset, text_.size())),
+         "the XML ends or breaks here (" + std::string(result.description()) + ").");
+}
+
+void XmlFile::RefuseDeclaredEncoding() const {
+  const pugi::xml_node declaration = document_.first_child();
+  if (declaration.type() != pugi::node_declaration) return;
+  const std::string encoding = UpperCase(declaration.attribute("encoding").value());
+  if (encoding.empty() || encoding == "UTF-8" || encoding == "US-ASCII") return;
+  Refuse(1, "the text is " + FromUtf8(encoding) + ". Save the file as UTF-8.");
+}
+
+std::string_view LocalName(const pugi::xml_node& node) {
+  const std::string_view name = node.name();
+  const std::size_t colon = name.find(':');
+  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+std::string TextOf(const pugi::xml_node& node) {
+  std::string text = node.value();
+  for (const pugi::xml_node& part : node.children()) {
+    if (part.type() == pugi::node_pcdata || part.type() == pugi::node_cdata) text += part.value();
+  }
+  return text;
+}
+
+}  // namespace merivane::mspdi
