@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "mpx_tables.h"
+#include "project_counters.h"
 #include "runtime/conversions.h"
 #include "sql_pieces.h"
 

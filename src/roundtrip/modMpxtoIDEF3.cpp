@@ -2,10 +2,11 @@
 
 #include "junction_cleanup.h"
 #include "merge_driver.h"
-#include "mpx_file.h"
-#include "mpx_tables.h"
+#include "mpx_source.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "program/error_boxes.h"
+#include "project_counters.h"
+#include "xml_source.h"
 
 namespace merivane::roundtrip {
 
@@ -14,21 +15,22 @@ using namespace neutraltext;
 namespace {
 
 // Into the work tables; gives the project's start date.
-std::string ReadPlan(ProjectToModel& state, const std::string& mpxFileName) {
-  OpenMpxFile(state, mpxFileName);
-  MpxLines lines(state);
-  const MpxHeader header = ReadMpxHeader(state, lines);
-  ClearWorkTables(state, header);
-  ReadResources(state, lines);
-  ReadTasks(state, lines);
-  return header.startDate;
+std::string ReadPlan(ProjectToModel& state, PlanSource& source) {
+  const PlanHead head = source.Open();
+  WorkTables tables(state);
+  tables.Clear(head);
+  source.HandResources(tables);
+  source.HandTasks(tables);
+  return head.startDate;
 }
 
-void MergePlan(ProjectToModel& state, const std::string& startDate) {
+void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTasks) {
   StoreProjectHeader(state, startDate);
   UpdateMaxIds(state);
-  BringBackTasks(state);
-  MergeLinks(state);
+  if (hasTasks) {
+    BringBackTasks(state);
+    MergeLinks(state);
+  }
   MergeResourceRequirements(state);
   RemoveDanglingJunctions(state);
   CollapseJunctions(state);
@@ -72,6 +74,24 @@ bool WriteProjects(ProjectToModel& state) {
   return true;
 }
 
+bool TranslatePlan(ProjectToModel& state, PlanSource& source, std::int16_t mergeFlag) {
+  try {
+    if (mergeFlag == 0) state.gRebuildModel = 1;
+    if (mergeFlag == -1) state.gRebuildModel = 0;
+    state.scenarioCounter = 0;
+    const std::string startDate = ReadPlan(state, source);
+    MergePlan(state, startDate, source.HasTasks());
+    CloseMpxFile(state);
+    ReopenForWriters(state);
+    return WriteProjects(state);
+  } catch (const PlanRefused&) {
+    return false;
+  } catch (const RunTimeError& error) {
+    ShowDescription(state.desktop, error);
+    return false;
+  }
+}
+
 }  // namespace
 
 void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName) {
@@ -81,19 +101,13 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName) {
 
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
                   const std::string& /*interimFileName*/, std::int16_t mergeFlag) {
-  try {
-    if (mergeFlag == 0) state.gRebuildModel = 1;
-    if (mergeFlag == -1) state.gRebuildModel = 0;
-    state.scenarioCounter = 0;
-    const std::string startDate = ReadPlan(state, mpxFileName);
-    MergePlan(state, startDate);
-    CloseMpxFile(state);
-    ReopenForWriters(state);
-    return WriteProjects(state);
-  } catch (const RunTimeError& error) {
-    ShowDescription(state.desktop, error);
-    return false;
-  }
+  MpxSource source(state, mpxFileName);
+  return TranslatePlan(state, source, mergeFlag);
+}
+
+bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag) {
+  XmlSource source(state, xmlFileName);
+  return TranslatePlan(state, source, mergeFlag);
 }
 
 }  // namespace merivane::roundtrip

@@ -80,8 +80,8 @@ std::string MpxLines::TextBehindFirstComma() const {
   return comma == std::string::npos ? std::string() : text_.substr(comma + 1);
 }
 
-MpxHeader ReadMpxHeader(ProjectToModel& state, MpxLines& lines) {
-  MpxHeader header;
+PlanHead ReadMpxHeader(ProjectToModel& state, MpxLines& lines) {
+  PlanHead header;
   const auto readTo = [&](std::int16_t record) {
     do {
       lines.Read();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "plan_source.h"
 #include "program/program.h"
 
 namespace merivane::roundtrip {
@@ -49,14 +50,10 @@ class MpxLines {
   bool atEnd_ = false;
 };
 
-struct MpxHeader {
-  std::string text;       // the lines up to and with record 40, joined
-  std::string startDate;  // empty unless it is a date
-};
-
-// Reads to record 40, and sets defaultDurationUnits and once more mpxLayout on the way. Records 11,
-// 30 and 40 must come in that order: error 62 otherwise.
-MpxHeader ReadMpxHeader(ProjectToModel& state, MpxLines& lines);
+// The head's text is the lines up to and with record 40, joined. Reads to record 40, and sets
+// defaultDurationUnits and once more mpxLayout on the way. Records 11, 30 and 40 must come in that
+// order: error 62 otherwise.
+PlanHead ReadMpxHeader(ProjectToModel& state, MpxLines& lines);
 
 // A note with code 127 as line breaks. The last character is never copied.
 std::string NoteWithLineBreaks(const std::string& note);

@@ -2,10 +2,8 @@
 
 #include "mpx/mpx_durations.h"
 #include "mpx/mpx_fields.h"
-#include "mpx_assignments.h"
-#include "mpx_tables.h"
+#include "mpx_source.h"
 #include "runtime/conversions.h"
-#include "sql_pieces.h"
 
 namespace merivane::roundtrip {
 
@@ -42,25 +40,25 @@ std::string FieldOf(const MpxLines& lines, int n) {
   return n == kLastField ? GetLastField(lines.Text()) : lines.Field(n);
 }
 
-void FillTask(ProjectToModel& state, const MpxLines& lines, const TaskFields& fields,
-              const std::string& name, Recordset& task) {
+// What a column would refuse fails before the list of predecessors is looked at.
+PlanTask TaskOf(const ProjectToModel& state, const MpxLines& lines, const TaskFields& fields,
+                const std::string& name) {
+  PlanTask task;
   const std::string duration =
       ConvertDuration(FieldOf(lines, fields.duration), state.defaultDurationUnits);
   const std::string outline = FieldOf(lines, fields.outline);
-  const std::string text1 = FieldOf(lines, fields.text1);
-  task.SetField("PID", lines.Field(2));
-  task.SetField("Name", name);
-  task.SetField("Msp_ProjID", state.gInterimProjId);
-  task.SetField("Duration", IsNumericText(duration) ? duration : "1");
-  task.SetField("Outline", IsNumericText(outline) ? Value(outline) : Value(1));
-  task.SetField("Predecessor",
-                GetPredecessorField(state.desktop, lines.Text(), fields.predecessors));
-  if (IsNumericText(text1)) task.SetField("Text1", text1);
+  task.text1 = FieldOf(lines, fields.text1);
+  task.id = ToInt32(lines.Field(2));
+  task.name = name;
+  task.duration = IsNumericText(duration) ? duration : "1";
+  task.level = IsNumericText(outline) ? ToInt32(outline) : 1;
+  task.predecessors = GetPredecessorField(state.desktop, lines.Text(), fields.predecessors);
+  return task;
 }
 
-// Leaves the first line behind the task and its note in hand. `currentPid` takes the task's number;
+// Leaves the first line behind the task and its note in hand. `currentId` takes the task's number;
 // a line that is passed over leaves it.
-void ReadTask(ProjectToModel& state, MpxLines& lines, std::int32_t& currentPid) {
+void ReadTask(ProjectToModel& state, MpxLines& lines, WorkTables& tables, std::int32_t& currentId) {
   const TaskFields fields = FieldsOf(state.mpxLayout);
   const bool numbered = IsNumericText(lines.Field(2));
   const std::string name = numbered ? lines.Field(fields.name) : std::string();
@@ -69,31 +67,36 @@ void ReadTask(ProjectToModel& state, MpxLines& lines, std::int32_t& currentPid) 
     return;
   }
   CheckTaskName(state.desktop, name);
-  Recordset task;
-  task.OpenDynamic("SELECT * FROM ProjectAct" + WhereMspProjId(state), state.gInterimConn.get());
-  task.AddNew();
-  FillTask(state, lines, fields, name, task);
-  currentPid = ToInt32(lines.Field(2));
+  PlanTask task = TaskOf(state, lines, fields, name);
+  currentId = task.id;
   lines.Advance();
   const bool noted = !lines.AtEnd() && lines.Record() == 71;
-  if (noted) task.SetField("notes", NoteWithLineBreaks(lines.TextBehindFirstComma()));
-  task.Update();
+  if (noted) task.notes = NoteWithLineBreaks(lines.TextBehindFirstComma());
+  tables.AddTask(task);
   if (noted) lines.Advance();
+}
+
+// One without a task, or with a field 2 or 3 that is no number, is passed over.
+void ReadAssignment(const MpxLines& lines, WorkTables& tables, std::int32_t task) {
+  const std::string resource = lines.Field(2);
+  const std::string units = lines.Field(3);
+  if (!IsNumericText(resource) || !IsNumericText(units) || task <= 0) return;
+  tables.AddAssignment({.task = task, .resource = resource, .units = units});
 }
 
 }  // namespace
 
-void ReadTasks(ProjectToModel& state, MpxLines& lines) {
-  const auto inTasks = [&] { return !lines.AtEnd() && lines.Record() <= kLastKnownRecord; };
-  while (inTasks() && lines.Record() != 70) lines.Advance();
-  std::int32_t currentPid = 0;
+void MpxSource::HandTasks(WorkTables& tables) {
+  const auto inTasks = [&] { return !lines_.AtEnd() && lines_.Record() <= kLastKnownRecord; };
+  while (inTasks() && lines_.Record() != 70) lines_.Advance();
+  std::int32_t currentId = 0;
   while (inTasks()) {
-    if (lines.Record() == 70) {
-      ReadTask(state, lines, currentPid);
+    if (lines_.Record() == 70) {
+      ReadTask(state_, lines_, tables, currentId);
       continue;
     }
-    if (lines.Record() == 75) ReadAssignment(state, lines, currentPid);
-    lines.Advance();
+    if (lines_.Record() == 75) ReadAssignment(lines_, tables, currentId);
+    lines_.Advance();
   }
 }
 

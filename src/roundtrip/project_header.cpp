@@ -1,4 +1,4 @@
-#include "mpx_tables.h"
+#include "project_counters.h"
 
 namespace merivane::roundtrip {
 

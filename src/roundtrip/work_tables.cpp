@@ -1,6 +1,6 @@
 #include <string_view>
 
-#include "mpx_tables.h"
+#include "plan_source.h"
 #include "sql_pieces.h"
 
 namespace merivane::roundtrip {
@@ -13,30 +13,30 @@ void DeleteRows(ProjectToModel& state, std::string_view sql) {
   for (; !rows.Eof(); rows.MoveNext()) rows.Delete();
 }
 
-void KeepHeader(ProjectToModel& state, const std::string& text) {
+}  // namespace
+
+void WorkTables::KeepHead(const std::string& text) {
   Recordset misc;
-  misc.OpenDynamic("SELECT * FROM P_Misc", state.gInterimConn.get());
+  misc.OpenDynamic("SELECT * FROM P_Misc", state_.gInterimConn.get());
   misc.AddNew();
   misc.SetField("Header", text);
-  misc.SetField("Msp_ProjID", state.gInterimProjId);
+  misc.SetField("Msp_ProjID", state_.gInterimProjId);
   misc.Update();
 }
 
-}  // namespace
-
-void ClearWorkTables(ProjectToModel& state, const MpxHeader& header) {
-  const bool rebuild = state.gRebuildModel == 1;
+void WorkTables::Clear(const PlanHead& head) {
+  const bool rebuild = state_.gRebuildModel == 1;
   if (rebuild) {
-    DeleteRows(state, "SELECT * FROM MSP_PROJECTS");
-    DeleteRows(state, "SELECT * FROM MSP_TASKS Where Proj_ID = " +
-                          std::to_string(state.gInterimProjId) + " AND TASK_UID > 0");
+    DeleteRows(state_, "SELECT * FROM MSP_PROJECTS");
+    DeleteRows(state_, "SELECT * FROM MSP_TASKS Where Proj_ID = " +
+                           std::to_string(state_.gInterimProjId) + " AND TASK_UID > 0");
   }
-  DeleteRows(state, "SELECT * FROM P_Misc");
-  KeepHeader(state, header.text);
-  DeleteRows(state, "SELECT * FROM ProjectRes");
-  if (rebuild) DeleteRows(state, "SELECT * FROM Activity_Pool");
-  DeleteRows(state, "SELECT * FROM ProjectAct");
-  DeleteRows(state, "SELECT * FROM ProjectResReqts");
+  DeleteRows(state_, "SELECT * FROM P_Misc");
+  KeepHead(head.text);
+  DeleteRows(state_, "SELECT * FROM ProjectRes");
+  if (rebuild) DeleteRows(state_, "SELECT * FROM Activity_Pool");
+  DeleteRows(state_, "SELECT * FROM ProjectAct");
+  DeleteRows(state_, "SELECT * FROM ProjectResReqts");
 }
 
 }  // namespace merivane::roundtrip

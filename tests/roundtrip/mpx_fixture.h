@@ -58,13 +58,25 @@ class MpxFixture : public DatabaseFixture {
 
   // Runs the driver over the file on project 1; `tables` is a fresh connection behind it.
   bool Translate(const std::string& mpx, std::int16_t mergeFlag) {
+    const std::string plan = folder.Write("plan.mpx", mpx);
+    return Run([&] { return TranslateMpx(State(), plan, "", mergeFlag); });
+  }
+  bool TranslateXmlText(const std::string& xml, std::int16_t mergeFlag) {
+    const std::string plan = folder.Write("plan.xml", xml);
+    return Run([&] { return TranslateXml(State(), plan, mergeFlag); });
+  }
+
+  template <typename Driver>
+  bool Run(Driver driver) {
     tables.reset();
     State().gInterimConn = Connect();
     State().gInterimProjId = 1;
     State().gOutFile = program->files.FreeFile();
     program->files.OpenForOutput(State().gOutFile, folder.Path("model.txt"));
-    const std::string plan = folder.Write("plan.mpx", mpx);
-    const bool done = TranslateMpx(State(), plan, "", mergeFlag);
+    const bool done = driver();
+    State().gInterimConn.reset();
+    State().gProjectConn.reset();
+    program->files.Close(State().gOutFile);
     tables = Connect();
     return done;
   }

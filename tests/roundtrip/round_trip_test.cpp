@@ -1,9 +1,13 @@
+#include <gmock/gmock.h>
+
 #include <filesystem>
 #include <map>
 #include <regex>
 #include <set>
 
 #include "mpx_fixture.h"
+#include "mspdi/plan_reader.h"
+#include "mspdi/plan_writer.h"
 #include "neutraltext/modGlobal.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "runtime/text.h"
@@ -24,6 +28,16 @@ constexpr const char* kJunctions =
 constexpr const char* kNames =
     "KV7_PROCOCC_HEX, KV7_SCENARIO_HEX, TASK_NAME from MSP_TASKS where TASK_UID > 0";
 
+// Everything that a merge may touch, but for what tells which file it came from.
+constexpr const char* kTables[] = {"MSP_PROJECTS",         "MSP_TASKS",
+                                   "MSP_RESOURCES",        "MSP_LINKS",
+                                   "MSP_ASSIGNMENTS",      "Activity_Pool",
+                                   "Object_Pool",          "Scenario",
+                                   "Links_in_Scenario",    "Junctions_in_Scenario",
+                                   "Activity_in_Scenario", "Object_in_Activity_in_Scenario",
+                                   "ProjectAct",           "ProjectRes",
+                                   "ProjectResReqts"};
+
 // A sample model goes out as a plan, is changed there and comes back.
 class RoundTrip : public MpxFixture {
  protected:
@@ -41,6 +55,9 @@ class RoundTrip : public MpxFixture {
     const std::string plan = folder.Path("sent.mpx");
     ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/" + sample + ".txt");
     TranslateToProject(program->modelToProject, plan);
+    const std::string planXml = folder.Path("sent.xml");
+    mspdi::WritePlan(*program->modelToProject.gMspConn, 1, desktop.today, planXml);
+    xml = ReadFile(planXml);
     program->modelToProject.gMspConn.reset();
     program = std::make_unique<Program>(desktop);
     mpx = ReadFile(plan);
@@ -49,11 +66,19 @@ class RoundTrip : public MpxFixture {
   }
 
   bool BringBack() { return Translate(mpx, kMergePlan); }
+  bool BringBackXml() { return TranslateXmlText(xml, kMergePlan); }
 
-  void Replace(const std::string& text, const std::string& with) {
-    const std::size_t at = mpx.find(text);
+  void Replace(const std::string& text, const std::string& with) { Replace(mpx, text, with); }
+  static void Replace(std::string& plan, const std::string& text, const std::string& with) {
+    const std::size_t at = plan.find(text);
     ASSERT_NE(at, std::string::npos) << text;
-    mpx.replace(at, text.size(), with);
+    plan.replace(at, text.size(), with);
+  }
+
+  std::string Dump() {
+    std::string dump;
+    for (const char* table : kTables) dump += std::string(table) + "\n" + DumpTable(*tables, table);
+    return dump;
   }
 
   void SetPredecessors(const std::string& id, const std::string& list) {
@@ -88,6 +113,7 @@ class RoundTrip : public MpxFixture {
   }
 
   std::string mpx;
+  std::string xml;
   std::map<const char*, std::set<std::string>> before;
 };
 
@@ -103,6 +129,34 @@ TEST_P(UnchangedPlan, ChangesNeitherNamesNorLinks) {
   EXPECT_EQ(Model(), TextOfDatabase());
   EXPECT_TRUE(BringBack()) << "the plan can be merged twice";
   for (const char* sql : {kLinks, kJunctions, kNames}) EXPECT_EQ(Changes(sql), "");
+}
+
+// What the model says: pools, scenarios, links; durations as numbers, since a plan has two
+// decimals, and a day where there is none.
+TEST_P(UnchangedPlan, AsXmlLeavesTheModelAsItWas) {
+  const std::vector<std::string> model = {
+      "Num, Name, Glossary from Activity_Pool where Glossary is not null",
+      "KV7_OBJ_HEX, RES_NAME, KV7_OBJ_GLOSSARY, KV7_OBJ_QUANTITY from MSP_RESOURCES",
+      "KV7_PROCOCC_HEX, ifnull(KV7_PROCOCC_DURATION, 1) * 100, KV7_SCENARIO_HEX from MSP_TASKS",
+      "Num, Name, Parent_Num from Scenario",
+      "* from Links_in_Scenario",
+      "* from Junctions_in_Scenario",
+      "* from Object_Pool"};
+  SendOut(GetParam());
+  std::vector<std::string> rows;
+  for (const std::string& sql : model) rows.push_back(Table(sql));
+  for (int merge = 0; merge < 2; ++merge) {
+    EXPECT_TRUE(BringBackXml());
+    for (std::size_t i = 0; i < model.size(); ++i) EXPECT_EQ(Table(model[i]), rows[i]);
+    for (const char* sql : {kLinks, kJunctions, kNames}) EXPECT_EQ(Changes(sql), "");
+    EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>());
+  }
+  EXPECT_EQ(Model(), TextOfDatabase());
+  mspdi::WritePlan(*tables, 1, desktop.today, folder.Path("again.xml"));
+  const mspdi::FilePlan again = mspdi::ReadPlanFile(folder.Path("again.xml"));
+  const mspdi::FilePlan sent = mspdi::ReadPlanFile(folder.Path("sent.xml"));
+  EXPECT_EQ(again.tasks.size(), sent.tasks.size());
+  EXPECT_EQ(again.assignments.size(), sent.assignments.size());
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, UnchangedPlan,
@@ -182,6 +236,133 @@ TEST_F(RoundTrip, PredecessorsOfEachKindChangeTheLinks) {
   EXPECT_FALSE(BringBack()) << "a plain incoming link can't be replaced";
   EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>{ErrorText(kNoCurrentRecord)});
 }
+
+TEST_F(RoundTrip, EditInXmlChangesThatAndNothingElse) {
+  SendOut("onboarding");
+  Replace(xml, "<Name>Set up the desk</Name>", "<Name>Set up the room, again</Name>");
+  Replace(xml, "<Duration>PT12H0M0S</Duration>", "<Duration>PT20H0M0S</Duration>");
+  Replace(xml, "Chair, screen and telephone", "A desk,\n\xC4\x8D chair, screen and telephone");
+  EXPECT_TRUE(BringBackXml());
+  EXPECT_EQ(Changes(kNames), "-2|1|Set up the desk; +2|1|Set up the room, again; ");
+  EXPECT_EQ(Table("KV7_PROCOCC_DURATION from MSP_TASKS where TASK_UID > 0"),
+            "1.00\n2.50\n0.50\n1.00\n3.00\n");
+  EXPECT_EQ(Changes(kLinks), "");
+  EXPECT_THAT(Model(), testing::HasSubstr("A desk,\r\n? chair, screen and telephone"));
+  EXPECT_THAT(desktop.MessageTexts(),
+              testing::ElementsAre(testing::StartsWith("1 character of the plan is not in")));
+}
+
+TEST_F(RoundTrip, XmlThatCannotBeMergedChangesNothing) {
+  struct Case {
+    const char *text, *with, *message;
+  };
+  const std::vector<Case> cases = {
+      {"<FieldID>188743731</FieldID>\n    <Value>", "<FieldID>188743734</FieldID>\n    <Value>",
+       "--overwrite"},
+      {"<Value>2</Value>", "<Value>1</Value>", "(task 2 in line"},
+      {"<Name>Set up the desk", "<Name>Set up the \"desk", "Please change 'Set up the \"desk'"},
+      {"<Name>Set up the desk", "<Name>Set up\nthe desk", "(task 2 in line"},
+      {"<Name>Mentor", "<Name>Mentor, first", "'Mentor, first' (resource 3 in line"},
+      {"<Name>Mentor", "<Name>O'Brien", "apostrophes"},
+      {"<UID>3</UID>", "<UID>2</UID>", "plan.xml, line"},
+  };
+  for (const Case& test : cases) {
+    SendOut("onboarding");
+    desktop.shown.clear();
+    const std::string dump = Dump();
+    do {
+      Replace(xml, test.text, test.with);
+    } while (std::string_view(test.message) == "--overwrite" && Holds(xml, test.text));
+    EXPECT_FALSE(BringBackXml()) << test.with;
+    EXPECT_THAT(desktop.MessageTexts(), testing::ElementsAre(testing::HasSubstr(test.message)));
+    EXPECT_EQ(Dump(), dump) << test.with;
+  }
+}
+
+// The plan of `Tasks` as planning XML, with a note and two resources.
+std::string SamePlanAsXml() {
+  const auto task = [](const char* uid, const char* id, const char* name, const char* level,
+                       const char* duration, const std::string& more) {
+    return std::string("<Task><UID>") + uid + "</UID><ID>" + id + "</ID><Name>" + name +
+           "</Name><OutlineLevel>" + level + "</OutlineLevel><Duration>" + duration +
+           "</Duration>" + more + "</Task>";
+  };
+  const auto link = [](const char* uid, const char* type, const char* lag) {
+    return std::string("<PredecessorLink><PredecessorUID>") + uid + "</PredecessorUID><Type>" +
+           type + "</Type><LinkLag>" + lag + "</LinkLag></PredecessorLink>";
+  };
+  return "<Project xmlns='http://schemas.microsoft.com/project'>"
+         "<StartDate>2014-10-17T08:00:00</StartDate><Tasks>" +
+         task("11", "1", "Plan", "1", "PT20H0M0S", "<Notes>one\ntwo</Notes>") +
+         task("12", "2", "Build", "1", "PT24H0M0S", link("11", "1", "0")) +
+         task("13", "3", "Walls", "2", "PT4H0M0S", "") +
+         task("14", "4", "Roof", "2", "PT8H0M0S", link("13", "1", "4800")) +
+         task("15", "5", "Paint", "1", "PT0H30M0S", link("12", "1", "0") + link("11", "2", "0")) +
+         "</Tasks><Resources><Resource><UID>8</UID><ID>1</ID><Name>Crew</Name><MaxUnits>2</"
+         "MaxUnits>"
+         "</Resource><Resource><UID>9</UID><ID>2</ID><Name>Crane</Name><MaxUnits>1</MaxUnits>"
+         "</Resource></Resources><Assignments><Assignment><TaskUID>13</TaskUID><ResourceUID>8"
+         "</ResourceUID><Units>2</Units></Assignment><Assignment><TaskUID>14</TaskUID>"
+         "<ResourceUID>9</ResourceUID><Units>0.5</Units></Assignment></Assignments></Project>";
+}
+
+TEST_F(RoundTrip, SamePlanAsMpxAndAsXmlGivesTheSameModel) {
+  const std::string resources =
+      "50,1,1,Crew,Crew,2,10/h,15/h,,,,,,,,,,,,\r\n50,2,2,Crane,Crane,1,10/h,15/h,,,,,,,,,,,,\r\n";
+  std::string plan = Plan(resources, Tasks("1 Plan 1 - - 2.50d; 2 Build 1 - 1 3d; 3 Walls 2 - - 4h;"
+                                           "4 Roof 2 - 3FS+1d; 5 Paint 1 - 2,1SF 30m"));
+  Replace(plan, "70,2,2", "71,\"one\x7Ftwo\"\r\n70,2,2");
+  Replace(plan, "70,4,4", "75,1,2,8.00h\r\n70,4,4");
+  Replace(plan, "70,5,5", "75,2,0.5,4.00h\r\n70,5,5");
+  ASSERT_TRUE(Translate(plan, kRebuildModel));
+  const auto withoutQuotes = [](std::string text) {
+    std::erase(text, '"');
+    return text;
+  };
+  const std::string dump = withoutQuotes(Dump());
+  const std::string model = withoutQuotes(Model());
+  tables.reset();
+  std::filesystem::copy_file(TemplateDatabase(), databasePath,
+                             std::filesystem::copy_options::overwrite_existing);
+  ASSERT_TRUE(TranslateXmlText(SamePlanAsXml(), kRebuildModel));
+  EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>());
+  std::string again = Dump();
+  Replace(again, "KV7_PROJ_START_DATE='10/17/2014'", "KV7_PROJ_START_DATE='17/10/14'");
+  EXPECT_EQ(again, dump);
+  EXPECT_EQ(Model(), model);
+}
+
+class PlansOfProject : public RoundTrip, public testing::WithParamInterface<const char*> {};
+
+TEST_P(PlansOfProject, BecomeModelsAndComeOutAgain) {
+  const std::string path = std::string(MERIVANE_PLANS) + "/" + GetParam();
+  if (!std::filesystem::exists(path)) GTEST_SKIP() << path << " is not there";
+  EXPECT_TRUE(TranslateXmlText(ReadFile(path), kRebuildModel));
+  EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>());
+  mspdi::WritePlan(*tables, 1, desktop.today, folder.Path("again.xml"));
+  const auto shown = [](const mspdi::FilePlan& plan) {
+    std::ostringstream text;
+    for (const auto& task : plan.tasks) {
+      text << task.id << " " << task.name << " " << task.level << " " << *task.days;
+      for (const auto& link : task.predecessors) {
+        text << " " << link.predecessor << static_cast<int>(link.kind) << LagText(link.lag, 480);
+      }
+      text << "\n";
+    }
+    for (const auto& resource : plan.resources) text << resource.name << *resource.units << "\n";
+    for (const auto& a : plan.assignments) text << a.task << a.resource << a.units << "\n";
+    return text.str();
+  };
+  EXPECT_EQ(shown(mspdi::ReadPlanFile(folder.Path("again.xml"))), shown(mspdi::ReadPlanFile(path)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, PlansOfProject,
+                         testing::Values("task-links-project2003-mspdi.xml",
+                                         "task-links-project2019-mspdi.xml",
+                                         "assignment-assignments-project2010-mspdi.xml",
+                                         "task-text-project2007-mspdi.xml",
+                                         "resource-misc-project2019-mspdi.xml"),
+                         [](const auto& info) { return "n" + std::to_string(info.index); });
 
 }  // namespace
 }  // namespace merivane::test

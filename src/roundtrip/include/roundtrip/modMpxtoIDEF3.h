@@ -1,4 +1,4 @@
-// From an MPX file back into the model: the driver of both modes.
+// From an MPX or XML file back into the model: the driver of both modes.
 #pragma once
 
 #include <cstdint>
@@ -21,5 +21,11 @@ bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
 // Reads the file's head, up to where its layout shows. Errors come up; a file of another kind ends
 // the program with its box.
 void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
+
+// The same from planning XML. Nothing in the database has changed where the file can't be read, a
+// name can't stand in the model, or a merge has nothing to hold on to (no task bears the number of
+// an occurrence, or two bear the same one): each is told in a box with the row, and the result is
+// False. Characters that the model can't hold are counted in a box.
+bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag);
 
 }  // namespace merivane::roundtrip

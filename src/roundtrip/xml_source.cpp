@@ -1,0 +1,168 @@
+#include "xml_source.h"
+
+#include <unordered_map>
+#include <unordered_set>
+
+#include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
+#include "runtime/text.h"
+#include "sql_pieces.h"
+
+namespace merivane::roundtrip {
+
+namespace {
+
+using mspdi::FileLink;
+using mspdi::FileTask;
+using schedule::LinkKind;
+
+constexpr const char* kTitle = "Project to Celvar Translator";
+
+std::string RowOf(const char* kind, std::int64_t id, std::size_t line) {
+  return std::string(kind) + " " + std::to_string(id) + " in line " + std::to_string(line);
+}
+
+const char* KindText(const FileLink& link) {
+  switch (link.kind) {
+    case LinkKind::kFinishToFinish:
+      return "FF";
+    case LinkKind::kStartToFinish:
+      return "SF";
+    case LinkKind::kStartToStart:
+      return "SS";
+    case LinkKind::kFinishToStart:
+      break;
+  }
+  return link.lag.amount == 0 ? "" : "FS";
+}
+
+std::string PredecessorList(const FileTask& task, double minutesPerDay) {
+  std::string list;
+  for (const FileLink& link : task.predecessors) {
+    if (!list.empty()) list += ',';
+    list += std::to_string(link.predecessor) + KindText(link) + LagText(link.lag, minutesPerDay);
+  }
+  return list;
+}
+
+std::unordered_set<std::int64_t> OccurrencesOf(ProjectToModel& state) {
+  Recordset tasks;
+  tasks.OpenStatic("Select KV7_PROCOCC_HEX from MSP_TASKS where TASK_UID > 0" + AndProjId(state),
+                   state.gInterimConn.get());
+  std::unordered_set<std::int64_t> numbers;
+  for (; !tasks.Eof(); tasks.MoveNext()) {
+    const Value number = tasks.Field(0);
+    if (!number.IsNull()) numbers.insert(ToInt32(number));
+  }
+  return numbers;
+}
+
+}  // namespace
+
+PlanHead XmlSource::Open() {
+  plan_ = mspdi::ReadPlanFile(fileName_);
+  CheckNames();
+  if (state_.gRebuildModel == 0) CheckOccurrences();
+  TellLostCharacters();
+  return {.text = plan_.name, .startDate = plan_.start ? FormatDate(*plan_.start) : std::string()};
+}
+
+void XmlSource::RefuseName(const std::string& rule, const std::string& name,
+                           const std::string& row) const {
+  state_.desktop.ShowMessage(
+      {.text = "Merivane requires that " + rule + ".  Please change '" + name + "' (" + row + ").",
+       .icon = MessageIcon::kCritical,
+       .title = kTitle});
+  throw PlanRefused();
+}
+
+void XmlSource::CheckNames() const {
+  constexpr const char* kLineBreaks = "\r\n";
+  for (const auto& resource : plan_.resources) {
+    const std::string row = RowOf("resource", resource.id, resource.line);
+    if (resource.name.find_first_of(",\"") != std::string::npos) {
+      RefuseName("Resource names do not have commas or double quotes", resource.name, row);
+    }
+    if (Holds(resource.name, "'") ||
+        resource.name.find_first_of(kLineBreaks) != std::string::npos) {
+      RefuseName("Resource names do not have apostrophes or line breaks", resource.name, row);
+    }
+  }
+  for (const auto& task : plan_.tasks) {
+    const std::string row = RowOf("task", task.id, task.line);
+    if (Holds(task.name, "\"")) {
+      RefuseName("Task and Resource names do not have double quotes", task.name, row);
+    }
+    if (task.name.find_first_of(kLineBreaks) != std::string::npos) {
+      RefuseName("Task names do not have line breaks", task.name, row);
+    }
+  }
+}
+
+void XmlSource::CheckOccurrences() const {
+  const std::unordered_set<std::int64_t> known = OccurrencesOf(state_);
+  std::unordered_map<std::int64_t, const FileTask*> bearers;
+  bool anyKnown = false;
+  for (const FileTask& task : plan_.tasks) {
+    if (!IsNumericText(task.text1)) continue;
+    const std::int64_t number = ToInt32(task.text1);
+    if (number == 0) continue;
+    anyKnown = anyKnown || known.contains(number);
+    const auto [earlier, fresh] = bearers.emplace(number, &task);
+    if (fresh) continue;
+    throw RunTimeError(kInvalidFileFormat,
+                       "The field Text1 of '" + earlier->second->name + "' (" +
+                           RowOf("task", earlier->second->id, earlier->second->line) +
+                           ") and of '" + task.name + "' (" + RowOf("task", task.id, task.line) +
+                           ") holds the same number, " + std::to_string(number) +
+                           ".  Clear it at the task that is new, and merge again.");
+  }
+  if (anyKnown) return;
+  throw RunTimeError(
+      kInvalidFileFormat,
+      "No task of the plan bears a number of this project's model in the field Text1, so a merge "
+      "would add every task a second time.  Save the plan with that field, or build a new model "
+      "from the plan alone (Overwrite; --overwrite).");
+}
+
+void XmlSource::TellLostCharacters() const {
+  if (plan_.lostCharacters == 0) return;
+  const bool one = plan_.lostCharacters == 1;
+  state_.desktop.ShowMessage(
+      {.text = std::to_string(plan_.lostCharacters) +
+               (one ? " character of the plan is" : " characters of the plan are") +
+               " not in the model's character set (Windows-1252) and became '?'.",
+       .icon = MessageIcon::kExclamation,
+       .title = kTitle});
+}
+
+void XmlSource::HandResources(WorkTables& tables) {
+  tables.BeginResources();
+  for (const auto& resource : plan_.resources) {
+    tables.BeginResource({.id = resource.id,
+                          .name = resource.name,
+                          .quantity = resource.units ? Value(*resource.units) : Value()});
+    const bool noted = resource.notes && !resource.notes->empty();
+    tables.EndResource(noted ? resource.notes : std::nullopt);
+  }
+  tables.EndResources();
+}
+
+void XmlSource::HandTasks(WorkTables& tables) {
+  for (const FileTask& task : plan_.tasks) {
+    tables.AddTask({.id = static_cast<std::int32_t>(task.id),
+                    .name = task.name,
+                    .duration = FixedTwo(task.days.value_or(1)),
+                    .level = static_cast<std::int32_t>(task.level),
+                    .predecessors = PredecessorList(task, plan_.minutesPerDay),
+                    .text1 = task.text1,
+                    .notes = task.notes});
+  }
+  for (const auto& assignment : plan_.assignments) {
+    tables.AddAssignment({.task = static_cast<std::int32_t>(assignment.task),
+                          .resource = assignment.resource,
+                          .units = assignment.units});
+  }
+}
+
+}  // namespace merivane::roundtrip
