@@ -1,5 +1,5 @@
 // Measures both directions and prints the times beside their floors. One argument picks a part:
-// model, plan or mpx; none runs all.
+// model, plan, mpx or xml; none runs all.
 #include <cstring>
 
 #include "bench_support.h"
@@ -9,4 +9,5 @@ int main(int argc, char** argv) {
   if (wanted("model")) merivane::bench::MeasureModelToPlan();
   if (wanted("plan")) merivane::bench::MeasurePlanToModel();
   if (wanted("mpx")) merivane::bench::MeasureMpxToModel();
+  if (wanted("xml")) merivane::bench::MeasurePlanningXml();
 }

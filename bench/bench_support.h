@@ -44,5 +44,6 @@ double SelectAndPrintFloor(const std::string& database, const std::string& text,
 void MeasureModelToPlan();
 void MeasurePlanToModel();
 void MeasureMpxToModel();
+void MeasurePlanningXml();
 
 }  // namespace merivane::bench
