@@ -14,11 +14,12 @@ namespace {
 
 constexpr const char* kFooter = R"(Examples:
   merivane-batch check model.txt
-  merivane-batch to-project model.txt --database plan.mdb --mpx plan.mpx
+  merivane-batch to-project model.txt --database plan.mdb --xml plan.xml
   merivane-batch to-project model.txt --database plan.mdb --append --choose "Main line"
   merivane-batch projects plan.mdb --json
   merivane-batch to-model --database plan.mdb --project 1 --output again.txt
-  merivane-batch to-model --mpx plan.mpx --interim plan.mdb --merge 1 --output merged.txt
+  merivane-batch to-model --xml plan.xml --interim plan.mdb --merge 1 --output merged.txt
+  merivane-batch export plan.mdb --project 1 --xml plan.xml
   merivane-batch draw model.txt --output model.svg
   merivane-batch chart plan.mdb --project 1 --output plan.pdf
 
@@ -30,6 +31,7 @@ struct CommandLine {
   ToProjectOptions toProject;
   ToModelOptions toModel;
   CheckOptions check;
+  ExportOptions exported;
   ProjectsOptions projects;
   DrawOptions draw;
   ChartOptions chart;
@@ -57,20 +59,32 @@ CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("to-project", "translate a model text into a plan");
   AddName(command, "MODEL", options.model, "Neutral Text file (.txt)")->required();
   AddName(command, "--database", options.database,
-          "database to write (.mdb); with --mpx the interim database")
+          "database to write (.mdb); with --mpx or --xml the interim database")
       ->required();
   auto* overwrite = command->add_flag("--overwrite", options.overwrite,
                                       "replace the database; the old one is kept as .bak");
   command->add_flag("--append", options.append, "add a project to the database")
       ->excludes(overwrite);
   AddName(command, "--mpx", options.mpx, "MPX file to write as well (.mpx)");
-  command->add_flag("--force", options.force, "replace an MPX file that exists");
+  AddName(command, "--xml", options.xml, "planning XML to write as well (.xml)");
+  command->add_flag("--force", options.force, "replace an MPX or XML file that exists");
   command
       ->add_option("--choose", options.choices,
                    "scenario or decomposition to take where the program asks, in order")
       ->allow_extra_args(false);
   AddCommonOptions(command, line);
   return command;
+}
+
+void CheckSource(const ToModelOptions& options) {
+  const bool file = !options.mpx.empty() || !options.xml.empty();
+  if (options.database.empty() && !file) {
+    throw CLI::ValidationError("to-model", "--database, --mpx or --xml is required");
+  }
+  if (file && !options.overwrite && options.merge.empty()) {
+    throw CLI::ValidationError("to-model", std::string(options.mpx.empty() ? "--xml" : "--mpx") +
+                                               " needs --overwrite or --merge");
+  }
 }
 
 CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
@@ -80,6 +94,7 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
   auto* project =
       command->add_option("--project", options.project, "id or name of the project to translate");
   auto* mpx = AddName(command, "--mpx", options.mpx, "plan as MPX file (.mpx)");
+  auto* xml = AddName(command, "--xml", options.xml, "plan as planning XML (.xml)");
   auto* interim = AddName(command, "--interim", options.interim, "interim database (.mdb)");
   auto* overwrite =
       command->add_flag("--overwrite", options.overwrite, "build a new model from the plan alone");
@@ -89,21 +104,27 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
                                      "keep no copy of the interim database before a merge");
   AddName(command, "--output", options.output, "Neutral Text file to write (.txt)")->required();
   command->add_flag("--force", options.force, "replace an output that exists");
-  database->needs(project)->excludes(mpx);
+  database->needs(project)->excludes(mpx)->excludes(xml);
   project->needs(database);
-  mpx->needs(interim);
-  for (auto* option : {interim, overwrite, merge}) option->needs(mpx);
+  mpx->needs(interim)->excludes(xml);
+  xml->needs(interim);
+  for (auto* option : {interim, overwrite, merge}) option->excludes(database);
   overwrite->excludes(merge);
   noBackup->needs(merge);
   AddCommonOptions(command, line);
-  command->callback([&options] {
-    if (options.database.empty() && options.mpx.empty()) {
-      throw CLI::ValidationError("to-model", "--database or --mpx is required");
-    }
-    if (!options.mpx.empty() && !options.overwrite && options.merge.empty()) {
-      throw CLI::ValidationError("to-model", "--mpx needs --overwrite or --merge");
-    }
-  });
+  command->callback([&options] { CheckSource(options); });
+  return command;
+}
+
+CLI::App* AddExport(CLI::App& app, CommandLine& line) {
+  ExportOptions& options = line.exported;
+  CLI::App* command = app.add_subcommand("export", "write a plan as planning XML");
+  AddName(command, "DATABASE", options.database, "plan database (.mdb)")->required();
+  command->add_option("--project", options.project, "id or name of the project to write")
+      ->required();
+  AddName(command, "--xml", options.xml, "planning XML to write (.xml)")->required();
+  command->add_flag("--force", options.force, "replace an XML file that exists");
+  AddCommonOptions(command, line);
   return command;
 }
 
@@ -135,6 +156,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   const CLI::App* toProject = AddToProject(app, line);
   const CLI::App* toModel = AddToModel(app, line);
   const CLI::App* check = AddCheck(app, line);
+  const CLI::App* exported = AddExport(app, line);
   AddProjects(app, line);
   CLI::App* draw = AddDraw(app, line.draw);
   CLI::App* chart = AddChart(app, line.chart);
@@ -151,6 +173,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
     if (*toProject) return RunToProject(session, line.toProject);
     if (*toModel) return RunToModel(session, line.toModel);
     if (*check) return RunCheck(session, line.check);
+    if (*exported) return RunExport(session, line.exported);
     if (*draw) return RunDraw(session, line.draw);
     if (*chart) return RunChart(session, line.chart);
     return RunProjects(session, line.projects);

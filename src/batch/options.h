@@ -26,6 +26,7 @@ struct ToProjectOptions {
   std::string model;
   std::string database;
   std::string mpx;
+  std::string xml;
   bool overwrite = false;
   bool append = false;
   bool force = false;
@@ -36,6 +37,7 @@ struct ToModelOptions {
   std::string database;
   std::string project;
   std::string mpx;
+  std::string xml;
   std::string interim;
   bool overwrite = false;
   std::string merge;
@@ -47,6 +49,13 @@ struct ToModelOptions {
 struct CheckOptions {
   std::string model;
   bool json = false;
+};
+
+struct ExportOptions {
+  std::string database;
+  std::string project;
+  std::string xml;
+  bool force = false;
 };
 
 struct ProjectsOptions {

@@ -85,6 +85,7 @@ class Session {
 int RunToProject(Session& session, const ToProjectOptions& options);
 int RunToModel(Session& session, const ToModelOptions& options);
 int RunCheck(Session& session, const CheckOptions& options);
+int RunExport(Session& session, const ExportOptions& options);
 int RunProjects(Session& session, const ProjectsOptions& options);
 
 }  // namespace merivane::batch

@@ -113,40 +113,75 @@ std::string CountsOfWork(Session& session, const ToModelOptions& options) {
          count("Links_in_Scenario") + " links, " + count("ProjectResReqts") + " assignments";
 }
 
-int FromMpx(Session& session, const ToModelOptions& options) {
+// The file that the plan comes from, picked on its tab. False where it is refused there.
+bool BrowseFile(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
-  session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
-  if (form.txtMPX.text.empty()) return kRefused;
-  std::optional<std::int32_t> project;
-  if (!options.merge.empty()) {
-    if (!FileIsThere(options.interim)) {
-      return session.Refuse(options.interim + " isn't there: nothing to merge with.");
-    }
-    std::string reason;
-    try {
-      project = FindProject(ListProjects(session.program.workspace, options.interim), options.merge,
-                            reason);
-    } catch (const RunTimeError& error) {
-      reason = options.interim + ": " + ToUtf8(error.Description());
-    }
-    if (!project) return session.Refuse(reason);
+  if (options.mpx.empty()) {
+    form.SSTabInput = frmProjectToIDEF3::kXmlTab;
+    session.Browse(options.xml, [&] { form.cmdBrowseXML(); });
+    return !form.txtXML.text.empty();
   }
-  if (!ProveMpx(session.program.projectToModel, options.mpx)) {
-    session.Say(options.mpx + " can't be read as an MPX file.");
-    return kFailed;
-  }
-  session.OnModalForm([&](ModalForm& shown) {
-    if (auto* merge = dynamic_cast<frmDBMerge*>(&shown)) AnswerMerge(session, *merge, project);
-  });
   form.SSTabInput = frmProjectToIDEF3::kMpxTab;
+  session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
+  return !form.txtMPX.text.empty();
+}
+
+bool ProveFile(Session& session, const ToModelOptions& options) {
+  ProjectToModel& state = session.program.projectToModel;
+  if (options.mpx.empty()) return ProveXml(state, options.xml);
+  if (ProveMpx(state, options.mpx)) return true;
+  session.Say(options.mpx + " can't be read as an MPX file.");
+  return false;
+}
+
+// Leaves `project` empty where nothing is to be merged. False where the project isn't there.
+bool FindMergedProject(Session& session, const ToModelOptions& options,
+                       std::optional<std::int32_t>& project) {
+  if (options.merge.empty()) return true;
+  if (!FileIsThere(options.interim)) {
+    session.Say(options.interim + " isn't there: nothing to merge with.");
+    return false;
+  }
+  std::string reason;
+  try {
+    project = FindProject(ListProjects(session.program.workspace, options.interim), options.merge,
+                          reason);
+  } catch (const RunTimeError& error) {
+    reason = options.interim + ": " + ToUtf8(error.Description());
+  }
+  if (!project) session.Say(reason);
+  return project.has_value();
+}
+
+void BrowseInterim(Session& session, const ToModelOptions& options) {
+  frmProjectToIDEF3& form = session.main.projectToModel;
   form.KeepBackup = false;
-  if (!OpenOutput(session, options)) return kRefused;
   session.kept.KeepDatabase(
       session.program.workspace, options.interim,
       options.noBackup ? KeptFiles::Copy::kUntilDone : KeptFiles::Copy::kBackup);
-  session.Browse(options.interim, [&] { form.cmdInterimDB(); });
+  session.Browse(options.interim, [&] {
+    if (options.mpx.empty()) {
+      form.cmdInterimDB_xml();
+    } else {
+      form.cmdInterimDB();
+    }
+  });
+}
+
+int FromFile(Session& session, const ToModelOptions& options) {
+  frmProjectToIDEF3& form = session.main.projectToModel;
+  if (!BrowseFile(session, options)) return kRefused;
+  std::optional<std::int32_t> project;
+  if (!FindMergedProject(session, options, project)) return kRefused;
+  if (!ProveFile(session, options)) return kFailed;
+  session.OnModalForm([&](ModalForm& shown) {
+    if (auto* merge = dynamic_cast<frmDBMerge*>(&shown)) AnswerMerge(session, *merge, project);
+  });
+  if (!OpenOutput(session, options)) return kRefused;
+  BrowseInterim(session, options);
+  const TextBox& interim = options.mpx.empty() ? form.txtInterimDB_xml : form.txtInterimDB;
   const auto& connection = session.program.projectToModel.gInterimConn;
-  if (form.txtInterimDB.text.empty() || !connection || !connection->IsOpen()) {
+  if (interim.text.empty() || !connection || !connection->IsOpen()) {
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
   return PressOk(
@@ -160,13 +195,14 @@ int RunToModel(Session& session, const ToModelOptions& options) {
   const char* outputWord = options.force ? "" : "--force to replace it";
   if (!session.Admits({{"--database", options.database},
                        {"--mpx", options.mpx},
+                       {"--xml", options.xml},
                        {"--interim", options.interim, true},
                        {"--output", options.output, true, outputWord}})) {
     return kRefused;
   }
   session.main.mnuProjectToIDEF3();
   if (OutputIsRefused(session, options)) return kRefused;
-  return options.mpx.empty() ? FromDatabase(session, options) : FromMpx(session, options);
+  return options.database.empty() ? FromFile(session, options) : FromDatabase(session, options);
 }
 
 }  // namespace merivane::batch

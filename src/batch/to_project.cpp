@@ -86,7 +86,8 @@ Counts CountsOf(Session& session, const ToProjectOptions& options) {
                            count("MSP_RESOURCES", " and RES_UID > 0") + " resources, " +
                            count("MSP_LINKS") + " links, " + count("MSP_ASSIGNMENTS") +
                            " assignments; written: " + options.database +
-                           (options.mpx.empty() ? "" : ", " + options.mpx);
+                           (options.mpx.empty() ? "" : ", " + options.mpx) +
+                           (options.xml.empty() ? "" : ", " + options.xml);
   return {CountRows(connection, "select Proj_ID from MSP_PROJECTS" + project), text};
 }
 
@@ -108,12 +109,39 @@ void BrowseDatabase(Session& session, const ToProjectOptions& options) {
       session.program.workspace, options.database,
       options.overwrite ? KeptFiles::Copy::kBackup : KeptFiles::Copy::kUntilDone);
   session.Browse(options.database, [&] {
-    if (options.mpx.empty()) {
-      form.BrowsedbBt();
-    } else {
+    if (form.SSTabGenerateOpt == frmIDEF3ToProject::kMpxTab) {
       form.BrowsedbBt_mpx();
+    } else if (form.SSTabGenerateOpt == frmIDEF3ToProject::kXmlTab) {
+      form.BrowsedbBt_xml();
+    } else {
+      form.BrowsedbBt();
     }
   });
+}
+
+const TextBox& DatabaseBox(const frmIDEF3ToProject& form) {
+  if (form.SSTabGenerateOpt == frmIDEF3ToProject::kMpxTab) return form.txtDatabase_mpx;
+  return form.SSTabGenerateOpt == frmIDEF3ToProject::kXmlTab ? form.txtDatabase_xml
+                                                             : form.txtDatabase;
+}
+
+// The XML is written, like the MPX file, whenever its box holds a name, whatever tab is in front.
+// False where the dialog refuses a name.
+bool BrowseFiles(Session& session, const ToProjectOptions& options) {
+  frmIDEF3ToProject& form = session.main.modelToProject;
+  if (!options.xml.empty()) {
+    form.SSTabGenerateOpt = frmIDEF3ToProject::kXmlTab;
+    session.Browse(options.xml, [&] { form.cmdBrowseXML(); });
+    if (form.txtXml.text.empty()) return false;
+    form.txtXml.text = session.kept.StandInFor(options.xml);
+  }
+  if (!options.mpx.empty()) {
+    form.SSTabGenerateOpt = frmIDEF3ToProject::kMpxTab;
+    session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
+    if (form.txtMpx.text.empty()) return false;
+    session.kept.KeepText(session.program.files, options.mpx);
+  }
+  return true;
 }
 
 int PressOk(Session& session, const ToProjectOptions& options) {
@@ -135,15 +163,10 @@ int Translate(Session& session, const ToProjectOptions& options) {
   session.main.mnuIDEF3ToProject();
   session.Browse(options.model, [&] { form.cmdBrowseText(); });
   if (form.txtCelvarFilename.text.empty()) return kRefused;
-  if (!options.mpx.empty()) {
-    form.SSTabGenerateOpt = frmIDEF3ToProject::kMpxTab;
-    session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
-    if (form.txtMpx.text.empty()) return kRefused;
-    session.kept.KeepText(session.program.files, options.mpx);
-  }
+  if (!BrowseFiles(session, options)) return kRefused;
   if (!ProveModelText(session.program.modelToProject, options.model)) return kFailed;
   BrowseDatabase(session, options);
-  if ((options.mpx.empty() ? form.txtDatabase : form.txtDatabase_mpx).text.empty()) return kRefused;
+  if (DatabaseBox(form).text.empty()) return kRefused;
   const auto& connection = session.program.modelToProject.gMspConn;
   if (!connection || !connection->IsOpen()) {
     return session.Refuse(options.database + " can't be opened or replaced.");
@@ -158,10 +181,11 @@ int Translate(Session& session, const ToProjectOptions& options) {
 
 int RunToProject(Session& session, const ToProjectOptions& options) {
   const char* databaseWord = options.overwrite || options.append ? "" : "--overwrite or --append";
-  const char* mpxWord = options.force ? "" : "--force to replace it";
+  const char* fileWord = options.force ? "" : "--force to replace it";
   if (!session.Admits({{"the model", options.model},
                        {"--database", options.database, true, databaseWord},
-                       {"--mpx", options.mpx, true, mpxWord}})) {
+                       {"--mpx", options.mpx, true, fileWord},
+                       {"--xml", options.xml, true, fileWord}})) {
     return kRefused;
   }
   ScenarioChooser chooser(session, options.choices);

@@ -1,5 +1,6 @@
 #include "shell/drivers.h"
 
+#include "mspdi/plan_writer.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
 #include "translator/modIDEF3ToProject.h"
@@ -9,12 +10,23 @@ namespace merivane::shell {
 using namespace neutraltext;
 using namespace translator;
 
+namespace {
+
+void WriteXml(ModelToProject& state, const std::string& fileName) {
+  if (fileName.empty()) return;
+  if (!state.gMspConn) throw RunTimeError(kObjectNotSet);
+  mspdi::WritePlan(*state.gMspConn, state.gMspProjId, state.desktop.Today(), fileName);
+}
+
+}  // namespace
+
 bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
-                      const std::string& mpxFileName) {
+                      const std::string& mpxFileName, const std::string& xmlFileName) {
   bool done = false;
   try {
     ReadNeutralText(state, textFileName);
     TranslateToProject(state, mpxFileName);
+    WriteXml(state, xmlFileName);
     CloseMspConnection(state);
     done = true;
   } catch (const RunTimeError& error) {

@@ -14,36 +14,33 @@ namespace merivane::shell {
 
 void frmIDEF3ToProject::Load() {
   txtCelvarFilename = txtDatabase = txtDatabase_mpx = txtMpx = TextBox{};
+  txtDatabase_xml = txtXml = TextBox{};
   SSTabGenerateOpt = kDatabaseTab;
   CkLaunchMsprojApp = {};
   GenerateResult.reset();
   BackupName.clear();
 }
 
-void frmIDEF3ToProject::cmdBrowseText() {
+void frmIDEF3ToProject::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(
-            desktop_, {"Text (*.txt)|*.txt", "Please Select Celvar Text File"}, "txt")) {
-      txtCelvarFilename.text = *name;
-    }
+    if (auto name = BrowseForFile(desktop_, dialog, extension)) box.text = *name;
   } catch (const RunTimeError& error) {
     ReportError(desktop_, error);
   }
   Changed();
 }
 
+void frmIDEF3ToProject::cmdBrowseText() {
+  BrowseFor(txtCelvarFilename, {"Text (*.txt)|*.txt", "Please Select Celvar Text File"}, "txt");
+}
+
 void frmIDEF3ToProject::cmdBrowseMPX() {
-  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
-  try {
-    if (auto name = BrowseForFile(
-            desktop_, {"Project (*.mpx)|*.mpx", "Please Select Target MPX File"}, "mpx")) {
-      txtMpx.text = *name;
-    }
-  } catch (const RunTimeError& error) {
-    ReportError(desktop_, error);
-  }
-  Changed();
+  BrowseFor(txtMpx, {"Project (*.mpx)|*.mpx", "Please Select Target MPX File"}, "mpx");
+}
+
+void frmIDEF3ToProject::cmdBrowseXML() {
+  BrowseFor(txtXml, {"Project (*.xml)|*.xml", "Please Select Target XML File"}, "xml");
 }
 
 void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
@@ -102,6 +99,15 @@ void frmIDEF3ToProject::AppendTo(const std::string& path) {
   }
 }
 
+bool frmIDEF3ToProject::ValidateFileTab(const TextBox& file, const char* noFile,
+                                        const TextBox& database) {
+  const char* missing = file.text.empty()       ? noFile
+                        : database.text.empty() ? "Please Give an interim Database Name."
+                                                : nullptr;
+  if (missing != nullptr) desktop_.ShowMessage({missing});
+  return missing == nullptr;
+}
+
 bool frmIDEF3ToProject::Validate() {
   const auto refuse = [this](const char* text) {
     desktop_.ShowMessage({text});
@@ -113,16 +119,22 @@ bool frmIDEF3ToProject::Validate() {
   if (DatabaseTabActive()) {
     return !txtDatabase.text.empty() || refuse("Please Select MS Project 2000 Database name");
   }
-  if (txtMpx.text.empty()) return refuse("Please Select Mpx Output Filename.");
-  return !txtDatabase_mpx.text.empty() || refuse("Please Give an interim Database Name.");
+  return XmlTabActive()
+             ? ValidateFileTab(txtXml, "Please Select Xml Output Filename.", txtDatabase_xml)
+             : ValidateFileTab(txtMpx, "Please Select Mpx Output Filename.", txtDatabase_mpx);
+}
+
+const TextBox& frmIDEF3ToProject::DatabaseOfTab() const {
+  if (DatabaseTabActive()) return txtDatabase;
+  return XmlTabActive() ? txtDatabase_xml : txtDatabase_mpx;
 }
 
 void frmIDEF3ToProject::cmdOK() {
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
     if (!Validate()) return;
-    state_.gDatabaseName = FromUtf8(DatabaseTabActive() ? txtDatabase.text : txtDatabase_mpx.text);
-    GenerateResult = GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text);
+    state_.gDatabaseName = FromUtf8(DatabaseOfTab().text);
+    GenerateResult = GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, txtXml.text);
     state_.workspace.CommitAll();
     if (*GenerateResult && CkLaunchMsprojApp.checked) LaunchProject();
     Unload();
@@ -136,9 +148,11 @@ void frmIDEF3ToProject::cmdOK() {
 
 void frmIDEF3ToProject::LaunchProject() {
   const std::string& database = txtDatabase.text;
-  const std::string& target = DatabaseTabActive() ? database : txtMpx.text;
-  // The bound is the database's length on both tabs: an MPX name goes unquoted when that is empty.
-  const bool blank = HasInnerBlank(target, database.size());
+  const std::string& target = DatabaseTabActive() ? database
+                              : XmlTabActive()    ? txtXml.text
+                                                  : txtMpx.text;
+  // For an MPX name the bound is the database's length: it goes unquoted when that is empty.
+  const bool blank = HasInnerBlank(target, XmlTabActive() ? target.size() : database.size());
   if (blank) {
     const std::string name = FromUtf8(target);
     desktop_.ShowMessage(
@@ -149,7 +163,7 @@ void frmIDEF3ToProject::LaunchProject() {
                    name + "\r\nhas been generated. \r\nPlease open it from MsProject 2000."});
   }
   ExecuteApp(desktop_, blank ? paths_.gProjectPath : paths_.gProjectPath + " " + target);
-  txtDatabase.enabled = txtMpx.enabled = false;
+  txtDatabase.enabled = txtMpx.enabled = txtXml.enabled = false;
   CkLaunchMsprojApp = {false, false};
 }
 
@@ -157,12 +171,14 @@ void frmIDEF3ToProject::CkLaunchMsprojApp_Click() {
   if (!CkLaunchMsprojApp.checked) return;
   try {
     paths_.gProjectPath = GetCommandPath(desktop_, kProject2000Key);
-    if (paths_.gProjectPath.empty() && !DatabaseTabActive()) {
+    const bool mpxTab = !DatabaseTabActive() && !XmlTabActive();
+    if (paths_.gProjectPath.empty() && mpxTab) {
       paths_.gProjectPath = GetCommandPath(desktop_, kProject98Key);
     }
     if (paths_.gProjectPath.empty()) {
       desktop_.ShowMessage(
-          {DatabaseTabActive()
+          {XmlTabActive() ? "Microsoft Project is not installed."
+           : DatabaseTabActive()
                ? "Microsoft Project 2000 is not installed."
                : "Both Microsoft Project 2000 and Microsoft Project 98 are not installed."});
       CkLaunchMsprojApp.checked = false;

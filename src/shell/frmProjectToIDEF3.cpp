@@ -22,14 +22,15 @@ const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File
 const FileDialog kDatabaseDialog{"Database (*.mdb)|*.mdb",
                                  "Please Select Existing Project Database in Access 2000 Format"};
 const FileDialog kMpxDialog{"Text File (*.mpx)|*.mpx", "Source MPX Text File"};
+const FileDialog kXmlDialog{"XML File (*.xml)|*.xml", "Source XML File"};
 const FileDialog kInterimDialog{"Database (*.mdb)|*.mdb",
                                 "Please Select Microsoft Project 2000 MDB"};
 
 }  // namespace
 
 void frmProjectToIDEF3::Load() {
-  txtCelvarFilename = txtInterimDB = TextBox{};
-  txtDatabase = txtMPX = TextBox{"", false};
+  txtCelvarFilename = txtInterimDB = txtInterimDB_xml = TextBox{};
+  txtDatabase = txtMPX = txtXML = TextBox{"", false};
   comboProject = {{}, {}, false, true};
   SSTabInput = kDatabaseTab;
   optLaunchCelvar = {};
@@ -82,27 +83,31 @@ void frmProjectToIDEF3::cmdBrowseDatabase() {
   Changed();
 }
 
-void frmProjectToIDEF3::cmdBrowseMPX() {
+void frmProjectToIDEF3::cmdBrowseMPX() { BrowseFor(txtMPX, kMpxDialog, "mpx"); }
+
+void frmProjectToIDEF3::cmdBrowseXML() { BrowseFor(txtXML, kXmlDialog, "xml"); }
+
+void frmProjectToIDEF3::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(desktop_, kMpxDialog, "mpx")) txtMPX = {*name, true};
+    if (auto name = BrowseForFile(desktop_, dialog, extension)) box = {*name, true};
   } catch (const RunTimeError& error) {
     ReportError(desktop_, error);
   }
   Changed();
 }
 
-void frmProjectToIDEF3::cmdInterimDB() {
+void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
     if (auto name = BrowseForFile(desktop_, kInterimDialog, "mdb")) {
-      txtInterimDB.text = *name;
+      box.text = *name;
       BackupName.clear();
       if (FileIsThere(*name)) {
-        ChooseForExistingInterimDb();
+        ChooseForExistingInterimDb(box);
       } else {
         state_.gRoundTripMerge = false;
-        MakeInterimDb();
+        MakeInterimDb(box.text);
         state_.gInterimProjId = 1;
       }
     }
@@ -113,29 +118,29 @@ void frmProjectToIDEF3::cmdInterimDB() {
   Changed();
 }
 
-void frmProjectToIDEF3::MakeInterimDb() {
+void frmProjectToIDEF3::MakeInterimDb(const std::string& path) {
   const std::string templatePath = desktop_.TemplatePath();
   if (!CheckTemplateDb(state_.workspace, templatePath)) {
     ShowTemplateMissing(desktop_, templatePath);
   }
-  BackupName = ReplaceDatabase(state_.workspace, templatePath, txtInterimDB.text, KeepBackup);
+  BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
   state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
-  state_.gInterimConn->Open(ConnectionText(txtInterimDB.text));
+  state_.gInterimConn->Open(ConnectionText(path));
 }
 
-void frmProjectToIDEF3::ChooseForExistingInterimDb() {
+void frmProjectToIDEF3::ChooseForExistingInterimDb(TextBox& box) {
   Hide();
   state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
-  state_.gInterimConn->Open(ConnectionText(txtInterimDB.text));
+  state_.gInterimConn->Open(ConnectionText(box.text));
   desktop_.SetMousePointer(kPointerArrow);
   frmDBMerge merge(state_);
   desktop_.ShowModal(merge);
   if (!state_.gRoundTripMerge) {
     state_.gInterimConn->Close();
     state_.gInterimConn.reset();
-    MakeInterimDb();
+    MakeInterimDb(box.text);
   } else if (state_.gInterimProjId == 0) {
-    txtInterimDB.text.clear();
+    box.text.clear();
   }
   Show();
 }
@@ -160,31 +165,41 @@ bool frmProjectToIDEF3::ValidateDatabaseTab() {
          Refuse("Please Select Target Celvar Text Filename");
 }
 
-bool frmProjectToIDEF3::ValidateMpxTab() {
-  if (Trim(txtMPX.text).empty()) return Refuse("Please Select a MPX txt file");
-  if (Trim(txtInterimDB.text).empty()) {
+bool frmProjectToIDEF3::ValidateFileTab(const TextBox& file, const char* noFile,
+                                        const TextBox& interim) {
+  if (Trim(file.text).empty()) return Refuse(noFile);
+  if (Trim(interim.text).empty()) {
     return Refuse("Please Give an Interim Access Database Filename");
   }
   return !Trim(txtCelvarFilename.text).empty() ||
          Refuse("Please Select Target Celvar Text Filename.");
 }
 
+bool frmProjectToIDEF3::TranslateFile() {
+  const auto mergeFlag = static_cast<std::int16_t>(state_.gRoundTripMerge ? -1 : 0);
+  if (SSTabInput == kXmlTab) return TranslateXml(state_, txtXML.text, mergeFlag);
+  return TranslateMpx(state_, txtMPX.text, txtInterimDB.text, mergeFlag);
+}
+
 void frmProjectToIDEF3::cmdOK() {
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
-    if (SSTabInput == kMpxTab) {
-      if (!ValidateMpxTab()) return;
+    if (SSTabInput == kMpxTab || SSTabInput == kXmlTab) {
+      const bool valid =
+          SSTabInput == kXmlTab
+              ? ValidateFileTab(txtXML, "Please Select a XML file", txtInterimDB_xml)
+              : ValidateFileTab(txtMPX, "Please Select a MPX txt file", txtInterimDB);
+      if (!valid) return;
       BackUpInterimDb();
-      GenerateResult = TranslateMpx(state_, txtMPX.text, txtInterimDB.text,
-                                    static_cast<std::int16_t>(state_.gRoundTripMerge ? -1 : 0));
+      GenerateResult = TranslateFile();
     } else {
       if (!ValidateDatabaseTab()) return;
       GenerateResult = GenerateTextFromProject(state_);
     }
     state_.workspace.CommitAll();
     if (optLaunchCelvar.checked && *GenerateResult) LaunchCelvar();
-    txtMPX.enabled = txtInterimDB.enabled = txtDatabase.enabled = comboProject.enabled =
-        txtCelvarFilename.enabled = false;
+    txtXML.enabled = txtInterimDB_xml.enabled = txtMPX.enabled = txtInterimDB.enabled =
+        txtDatabase.enabled = comboProject.enabled = txtCelvarFilename.enabled = false;
   } catch (const RunTimeError& error) {
     ShowDescription(desktop_, error);
   }
@@ -202,7 +217,7 @@ void frmProjectToIDEF3::LaunchCelvar() {
   if (blank) {
     const std::string name = FromUtf8(target);
     desktop_.ShowMessage(
-        {SSTabInput == kMpxTab
+        {SSTabInput != kDatabaseTab
              ? "There are spaces in the target directory or file name. \r\nPlease import file " +
                    name + "\r\nfrom Celvar."
              : "There are spaces in the target directory or file name.\r\nThe target file \r\n" +

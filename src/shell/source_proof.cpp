@@ -1,5 +1,6 @@
 #include "shell/source_proof.h"
 
+#include "mspdi/plan_reader.h"
 #include "program/error_boxes.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/run_time_error.h"
@@ -26,6 +27,14 @@ bool ProveMpx(ProjectToModel& state, const std::string& path) try {
   ShowDescription(state.desktop, error);
   return false;
 } catch (const ProgramEnd&) {
+  return false;
+}
+
+bool ProveXml(ProjectToModel& state, const std::string& path) try {
+  mspdi::ReadPlanFile(path);
+  return true;
+} catch (const RunTimeError& error) {
+  ShowDescription(state.desktop, error);
   return false;
 }
 

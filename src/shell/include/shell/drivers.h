@@ -9,10 +9,11 @@ namespace merivane::shell {
 
 using namespace program;
 
-// Reads the text, translates, closes gMspConn. True when all three ran; a run-time error that comes
-// up is shown, and the connection then stays open.
+// Reads the text, translates, writes the planning XML, closes gMspConn. True when all of it ran; a
+// run-time error that comes up is shown, and the connection then stays open. A file without a name
+// isn't written.
 bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
-                      const std::string& mpxFileName);
+                      const std::string& mpxFileName, const std::string& xmlFileName = {});
 
 // Closes gMspConn and drops it.
 void CloseMspConnection(ModelToProject& state);

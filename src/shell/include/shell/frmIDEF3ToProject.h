@@ -16,6 +16,7 @@ class frmIDEF3ToProject : public Form {
   static constexpr int kHelpButtonContextId = 2001;
   static constexpr const char* kDatabaseTab = "Generate Microsoft Project 2000 MDB";
   static constexpr const char* kMpxTab = "Generate MPX";
+  static constexpr const char* kXmlTab = "Generate XML";
 
   frmIDEF3ToProject(ModelToProject& state, ApplicationPaths& paths)
       : state_(state), desktop_(state.desktop), paths_(paths) {}
@@ -24,15 +25,19 @@ class frmIDEF3ToProject : public Form {
   TextBox txtDatabase;
   TextBox txtDatabase_mpx;
   TextBox txtMpx;
+  TextBox txtDatabase_xml;
+  TextBox txtXml;
   std::string SSTabGenerateOpt = kDatabaseTab;  // caption of the active tab
   CheckBox CkLaunchMsprojApp;
 
   void cmdBrowseText();
   void cmdBrowseMPX();
+  void cmdBrowseXML();
   // Copies the template over the picked name or opens it for a further project; failures are
   // silent, as the state shows: gMspConn stays unset.
   void BrowsedbBt() { BrowseDatabase(txtDatabase); }
   void BrowsedbBt_mpx() { BrowseDatabase(txtDatabase_mpx); }
+  void BrowsedbBt_xml() { BrowseDatabase(txtDatabase_xml); }
   void cmdBrowseDatabase() {}
   void cmdOK();
   void cmdCancel() { Unload(); }
@@ -59,7 +64,11 @@ class frmIDEF3ToProject : public Form {
   void AppendTo(const std::string& path);
   bool Validate();
   void LaunchProject();
+  bool ValidateFileTab(const TextBox& file, const char* noFile, const TextBox& database);
   bool DatabaseTabActive() const { return SSTabGenerateOpt == kDatabaseTab; }
+  bool XmlTabActive() const { return SSTabGenerateOpt == kXmlTab; }
+  const TextBox& DatabaseOfTab() const;
+  void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
 
   ModelToProject& state_;
   Desktop& desktop_;

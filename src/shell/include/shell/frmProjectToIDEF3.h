@@ -18,6 +18,7 @@ class frmProjectToIDEF3 : public Form {
   static constexpr int kHelpButtonContextId = 3001;
   static constexpr const char* kDatabaseTab = "From Microsoft Project 2000 MDB";
   static constexpr const char* kMpxTab = "From MPX";
+  static constexpr const char* kXmlTab = "From XML";
 
   frmProjectToIDEF3(ProjectToModel& state, ApplicationPaths& paths)
       : state_(state), desktop_(state.desktop), paths_(paths) {}
@@ -26,6 +27,8 @@ class frmProjectToIDEF3 : public Form {
   TextBox txtDatabase{"", false};
   TextBox txtMPX{"", false};
   TextBox txtInterimDB;
+  TextBox txtXML{"", false};
+  TextBox txtInterimDB_xml;
   ComboBox comboProject{{}, {}, false, true};
   std::string SSTabInput = kDatabaseTab;  // caption of the active tab
   CheckBox optLaunchCelvar;
@@ -33,7 +36,9 @@ class frmProjectToIDEF3 : public Form {
   void cmdBrowseText();
   void cmdBrowseDatabase();
   void cmdBrowseMPX();
-  void cmdInterimDB();
+  void cmdInterimDB() { BrowseInterimDb(txtInterimDB); }
+  void cmdBrowseXML();
+  void cmdInterimDB_xml() { BrowseInterimDb(txtInterimDB_xml); }
   void comboProject_Click();  // after an entry was selected
   void cmdOK();
   void cmdCancel() { Unload(); }
@@ -55,9 +60,12 @@ class frmProjectToIDEF3 : public Form {
 
  private:
   bool ValidateDatabaseTab();
-  bool ValidateMpxTab();
-  void MakeInterimDb();
-  void ChooseForExistingInterimDb();
+  bool ValidateFileTab(const TextBox& file, const char* noFile, const TextBox& interim);
+  bool TranslateFile();
+  void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
+  void BrowseInterimDb(TextBox& box);
+  void MakeInterimDb(const std::string& path);
+  void ChooseForExistingInterimDb(TextBox& box);
   void BackUpInterimDb();
   void LaunchCelvar();
   bool Refuse(const char* text);

@@ -13,4 +13,7 @@ using namespace neutraltext;
 bool ProveModelText(ModelToProject& state, const std::string& path);
 bool ProveMpx(ProjectToModel& state, const std::string& path);
 
+// The same for the whole of a file of planning XML.
+bool ProveXml(ProjectToModel& state, const std::string& path);
+
 }  // namespace merivane::shell

@@ -1,0 +1,45 @@
+#include "mspdi/plan_writer.h"
+#include "project_lookup.h"
+#include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
+#include "session.h"
+#include "shell/browse.h"
+
+namespace merivane::batch {
+namespace {
+
+int Export(Session& session, const ExportOptions& options) {
+  std::string reason;
+  const auto project = FindProject(ListProjects(session.program.workspace, options.database),
+                                   options.project, reason);
+  if (!project) return session.Refuse(reason);
+  Connection connection(session.program.workspace);
+  connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
+  const mspdi::WrittenCounts counts = mspdi::WritePlan(connection, *project, session.desktop.today,
+                                                       session.kept.StandInFor(options.xml));
+  session.Report(std::to_string(counts.tasks) + " tasks, " + std::to_string(counts.resources) +
+                 " resources, " + std::to_string(counts.links) + " links, " +
+                 std::to_string(counts.assignments) + " assignments; written: " + options.xml);
+  return kDone;
+}
+
+}  // namespace
+
+int RunExport(Session& session, const ExportOptions& options) {
+  if (!HasExtension(options.xml, "xml")) {
+    return session.Refuse(options.xml + " is no name of planning XML: .xml.");
+  }
+  if (!session.Admits(
+          {{"the database", options.database},
+           {"--xml", options.xml, true, options.force ? "" : "--force to replace it"}})) {
+    return kRefused;
+  }
+  try {
+    return Export(session, options);
+  } catch (const RunTimeError& error) {
+    session.Say(options.database + ": " + ToUtf8(error.Description()));
+    return kFailed;
+  }
+}
+
+}  // namespace merivane::batch
