@@ -50,6 +50,7 @@ XmlFile::XmlFile(const std::string& path) {
   RefuseDefinitionsAndEntities();
   Parse();
   RefuseDeclaredEncoding();
+  RefuseDeepNesting();
 }
 
 void XmlFile::Load(const std::string& path) {
@@ -134,6 +135,23 @@ void XmlFile::RefuseDeclaredEncoding() const {
   const std::string encoding = UpperCase(declaration.attribute("encoding").value());
   if (encoding.empty() || encoding == "UTF-8" || encoding == "US-ASCII") return;
   Refuse(1, "the text is " + FromUtf8(encoding) + ". Save the file as UTF-8.");
+}
+
+void XmlFile::RefuseDeepNesting() const {
+  constexpr int kDeepest = 100;  // a plan has nine levels
+  int depth = 0;
+  for (pugi::xml_node node = Root(); depth >= 0;) {
+    if (const pugi::xml_node child = node.first_child()) {
+      node = child;
+      if (++depth > kDeepest) Refuse(node, "elements lie deeper than 100 levels in each other.");
+      continue;
+    }
+    while (depth >= 0 && !node.next_sibling()) {
+      node = node.parent();
+      --depth;
+    }
+    node = node.next_sibling();
+  }
 }
 
 std::string_view LocalName(const pugi::xml_node& node) {

@@ -29,6 +29,7 @@ class XmlFile {
   void RefuseDefinitionsAndEntities() const;
   void Parse();
   void RefuseDeclaredEncoding() const;
+  void RefuseDeepNesting() const;
   std::size_t LineAt(std::size_t offset) const;
 
   std::string name_;  // Windows-1252, without its folder

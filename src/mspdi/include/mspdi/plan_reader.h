@@ -65,9 +65,9 @@ struct FilePlan {
 //
 // Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
 // tells the file, the line and what was found: another encoding, a document type definition, an
-// entity beyond the five of XML, no XML, other XML, a number, duration or lag that can't be, a UID
-// or ID that stands twice, an ID beyond 32,767, a task that is linked to itself, an outline that
-// skips a level.
+// entity beyond the five of XML, no XML, other XML, elements nested beyond reason, a number,
+// duration or lag that can't be, a UID or ID that stands twice, an ID beyond 32,767, a task that is
+// linked to itself, an outline that skips a level.
 FilePlan ReadPlanFile(const std::string& path);
 
 }  // namespace merivane::mspdi
