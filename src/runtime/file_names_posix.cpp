@@ -46,4 +46,12 @@ void SyncFile(const std::string& path) {
   if (result != 0) ThrowFailure(path);
 }
 
+void SyncFolderOf(const std::string& path) {
+  const auto folder = std::filesystem::absolute(PathOf(path)).parent_path();
+  const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (file < 0) return;
+  fsync(file);
+  close(file);
+}
+
 }  // namespace merivane::runtime

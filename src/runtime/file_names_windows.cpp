@@ -31,4 +31,7 @@ void SyncFile(const std::string& path) {
   if (result != 0) throw FileError(kDeviceIoError, path);
 }
 
+// The system keeps its folders by itself.
+void SyncFolderOf(const std::string& /*path*/) {}
+
 }  // namespace merivane::runtime

@@ -57,6 +57,21 @@ void Connection::Commit() {
   engine_->Commit();
 }
 
+void Connection::BeginWrite() {
+  if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
+  engine_->BeginWrite();
+}
+
+std::int64_t Connection::Version() {
+  if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
+  const StatementHandle version =
+      PrepareStatement(engine_->Database(), "pragma data_version", databaseName_);
+  if (sqlite3_step(version.get()) != SQLITE_ROW) {
+    throw DatabaseError(engine_->Database(), databaseName_);
+  }
+  return sqlite3_column_int64(version.get(), 0);
+}
+
 void Connection::OpenSchema(int schema, Recordset& tables) {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
   if (schema != adSchemaTables) throw RunTimeError(kInvalidProcedureCall);

@@ -58,4 +58,10 @@ std::string TemporaryName() {
   return TemporaryNameIn(folder);
 }
 
+NewFile::~NewFile() {
+  if (path_.empty()) return;
+  std::error_code error;
+  fs::remove(PathOf(path_), error);
+}
+
 }  // namespace merivane::store

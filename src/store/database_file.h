@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "runtime/file_names.h"
 
@@ -25,5 +26,19 @@ void RemoveJournals(const std::string& path);
 
 // A name in the folder of temporary files.
 std::string TemporaryName();
+
+// A file in the making, which goes with this unless it is let go of.
+class NewFile {
+ public:
+  explicit NewFile(std::string path) : path_(std::move(path)) {}
+  ~NewFile();
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  const std::string& Path() const { return path_; }
+  void LetGo() { path_.clear(); }
+
+ private:
+  std::string path_;
+};
 
 }  // namespace merivane::store

@@ -12,8 +12,21 @@ namespace merivane::store {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+std::uintmax_t SizeOf(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(PathOf(path), error);
+  return error ? 0 : size;
+}
+
+}  // namespace
+
 Engine::Engine(DatabaseHandle database, std::string path, bool readOnly)
-    : database_(std::move(database)), path_(std::move(path)), readOnly_(readOnly) {
+    : database_(std::move(database)),
+      path_(std::move(path)),
+      limit_(Database(), SizeOf(path_)),
+      readOnly_(readOnly) {
   sqlite3_busy_handler(Database(), &Engine::Busy, this);
 }
 
@@ -42,7 +55,7 @@ void Engine::OnBusy(std::function<void()> callback) { onBusy_ = std::move(callba
 
 int Engine::Busy(void* self, int count) {
   constexpr auto kPause = 10ms;
-  constexpr int kMostPauses = 200;
+  constexpr int kMostPauses = 300;
   if (count > kMostPauses) return 0;
   auto& engine = *static_cast<Engine*>(self);
   if (count == 0 && engine.onBusy_) {
@@ -147,6 +160,11 @@ void Engine::BeginWrite() {
   }
   inTransaction_ = true;
   ++transaction_;
+  changesBefore_ = sqlite3_total_changes64(Database());
+}
+
+bool Engine::IsTaken() const {
+  return inTransaction_ && sqlite3_total_changes64(Database()) == changesBefore_;
 }
 
 void Engine::LetGo() {

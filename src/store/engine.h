@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "hardening.h"
 #include "select_shape.h"
 #include "statement.h"
 #include "table_data.h"
@@ -80,6 +81,8 @@ class Engine {
   // Begins a transaction where none runs. Error 70 where another process writes, 3251 read-only.
   void BeginWrite();
   std::uint64_t Transaction() const { return transaction_; }
+  // A transaction runs in which nothing has been written yet.
+  bool IsTaken() const;
   void Commit();
   void CloseSets() noexcept;
 
@@ -100,11 +103,13 @@ class Engine {
 
   DatabaseHandle database_;
   std::string path_;
+  StepLimit limit_;
   bool readOnly_;
   bool holdsFile_ = true;
   std::string ownFile_;
   std::function<void()> onBusy_;
   std::uint64_t transaction_ = 0;
+  std::int64_t changesBefore_ = 0;  // of the transaction
   bool inTransaction_ = false;
   bool waiting_ = false;
   SplitStatement split_;

@@ -21,17 +21,23 @@ void EmptyTable(const char* sql, Connection& connection) {
 
 }  // namespace
 
+void ProveTemplateDb(Workspace& workspace, const std::string& path) {
+  Connection connection(workspace);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  for (const char* table :
+       {"MSP_PROJECTS", "MSP_TASKS", "MSP_RESOURCES", "MSP_LINKS", "MSP_ASSIGNMENTS",
+        "Activity_Pool", "Object_Pool", "Fact_Pool", "Misc", "Scenario", "Activity_in_Scenario",
+        "Object_in_Activity_in_Scenario", "Junctions_in_Scenario", "Facts_in_Junction",
+        "Links_in_Scenario", "OSTN_List", "ProjectAct", "ProjectRes", "ProjectResReqts"}) {
+    Recordset rows;
+    rows.OpenDynamic("select * from " + std::string(table), &connection);
+    rows.Eof();
+  }
+}
+
 bool CheckTemplateDb(Workspace& workspace, const std::string& path) {
   try {
-    Connection connection(workspace);
-    connection.Open(ConnectionText(path), OpenMode::kReadOnly);
-    Recordset tasks;
-    Recordset resources;
-    Recordset projects;
-    tasks.OpenDynamic("select * from MSP_TASKS", &connection);
-    resources.OpenDynamic("select * from MSP_RESOURCES", &connection);
-    projects.OpenDynamic("select * from MSP_Projects", &connection);
-    connection.Close();
+    ProveTemplateDb(workspace, path);
     return true;
   } catch (const std::exception&) {
     return false;

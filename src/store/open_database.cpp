@@ -4,8 +4,10 @@
 
 #include "access_reader.h"
 #include "database_file.h"
+#include "hardening.h"
 #include "index_choice.h"
 #include "runtime/code_page.h"
+#include "whole_copy.h"
 
 namespace merivane::store {
 
@@ -13,7 +15,6 @@ namespace {
 
 void SetUp(sqlite3* database, const std::string& path) {
   sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-  sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   Execute(database, "pragma synchronous = normal; pragma temp_store = memory", path);
   Execute(database, "pragma cache_size = -16384", path);
 }
@@ -21,7 +22,10 @@ void SetUp(sqlite3* database, const std::string& path) {
 // A damaged head shows only when something is read.
 constexpr const char* kProof = "select count(*) from sqlite_master";
 
-void Prove(sqlite3* database, const std::string& path) { Execute(database, kProof, path); }
+void Prove(sqlite3* database, const std::string& path) {
+  Execute(database, kProof, path);
+  RefuseSharedPages(database, path);
+}
 
 std::string AsUri(const std::string& path) {
   constexpr const char* kDigits = "0123456789ABCDEF";
@@ -60,7 +64,7 @@ std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& cop
   engine->IsCopy(copy);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path);
-  Execute(engine->Database(), "pragma journal_mode = off", path);
+  Execute(engine->Database(), "pragma journal_mode = memory", path);
   AddMissingKeyIndexes(engine->Database(), path);
   return engine;
 }
@@ -72,14 +76,13 @@ bool WasCutOff(sqlite3* database) {
 
 // A transaction that a crash has cut off is undone by writing, so it is undone in a copy.
 std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string& name) {
-  const std::string copy = TemporaryName();
-  for (const char* ending : {"", "-journal"}) {
-    std::error_code error;
-    std::filesystem::copy_file(PathOf(name + ending), PathOf(copy + ending), error);
-    std::filesystem::permissions(PathOf(copy + ending), std::filesystem::perms::owner_write,
-                                 std::filesystem::perm_options::add, error);
-  }
-  return OpenCopy(path, copy);
+  NewFile copy(TemporaryName());
+  const NewFile journal(copy.Path() + "-journal");
+  CopyBytes(name, copy.Path(), copy.Path());
+  CopyBytes(name + "-journal", journal.Path(), journal.Path());
+  auto engine = OpenCopy(path, copy.Path());
+  copy.LetGo();
+  return engine;
 }
 
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
@@ -92,9 +95,9 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
   DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   CopyPages(engine->Database(), memory.get(), path);
   SetUp(memory.get(), path);
-  AddMissingKeyIndexes(memory.get(), path);
   auto copy = std::make_shared<Engine>(std::move(memory), path, true);
   copy->IsCopy();
+  AddMissingKeyIndexes(copy->Database(), path);
   return copy;
 }
 
@@ -112,14 +115,18 @@ DatabaseHandle OpenHandle(const std::string& path, int flags) {
   DatabaseHandle database(raw);
   if (result != SQLITE_OK) throw DatabaseError(raw, path);
   sqlite3_extended_result_codes(raw, 1);
+  Harden(raw);
   return database;
 }
 
 void CopyPages(sqlite3* from, sqlite3* to, const std::string& path) {
   sqlite3_backup* copy = sqlite3_backup_init(to, "main", from, "main");
   if (copy == nullptr) throw DatabaseError(to, path);
-  sqlite3_backup_step(copy, -1);
-  if (sqlite3_backup_finish(copy) != SQLITE_OK) throw DatabaseError(to, path);
+  const int result = sqlite3_backup_step(copy, -1);
+  sqlite3_backup_finish(copy);
+  // One that waits in vain for another's writing ends without an error of its own.
+  if (result == SQLITE_BUSY || result == SQLITE_LOCKED) throw InUseError(path);
+  if (result != SQLITE_DONE) throw DatabaseError(to, path);
 }
 
 std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse) {

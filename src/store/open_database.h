@@ -14,7 +14,7 @@ namespace merivane::store {
 // key columns' indexes into memory, where it gets them. See Connection::Open for the failures.
 std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse);
 
-// A handle without more: waits for nobody. Errors as DatabaseError tells.
+// A handle that waits for nobody, with the limits of hardening.h. Errors as DatabaseError tells.
 DatabaseHandle OpenHandle(const std::string& path, int flags);
 
 // Copies all pages. Errors as DatabaseError tells, on `path` of the source.

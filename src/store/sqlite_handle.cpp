@@ -3,6 +3,7 @@
 #include <cstring>
 #include <new>
 
+#include "hardening.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 
@@ -24,14 +25,24 @@ bool IsAscii(const char* text, std::size_t size) {
   return true;
 }
 
+void Check(sqlite3_stmt* statement, int result) {
+  if (result == SQLITE_OK) return;
+  sqlite3* database = sqlite3_db_handle(statement);
+  const char* path = sqlite3_db_filename(database, "main");
+  throw DatabaseError(database, path == nullptr ? "" : path);
+}
+
 void BindText(sqlite3_stmt* statement, int parameter, const std::string& text) {
+  int result = SQLITE_OK;
   if (IsAscii(text.data(), text.size())) {
-    sqlite3_bind_text64(statement, parameter, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+    result = sqlite3_bind_text64(statement, parameter, text.data(), text.size(), SQLITE_STATIC,
+                                 SQLITE_UTF8);
   } else {
     const std::string utf8 = ToUtf8(text);
-    sqlite3_bind_text64(statement, parameter, utf8.data(), utf8.size(), SQLITE_TRANSIENT,
-                        SQLITE_UTF8);
+    result = sqlite3_bind_text64(statement, parameter, utf8.data(), utf8.size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8);
   }
+  Check(statement, result);
 }
 
 void ThrowIfOutOfMemory(sqlite3* database) {
@@ -50,20 +61,30 @@ std::string FromColumn(const char* utf8, std::size_t size) {
 
 }  // namespace
 
+RunTimeError InUseError(const std::string& path) {
+  return {kPermissionDenied, ErrorText(kPermissionDenied) + ": the database '" + FromUtf8(path) +
+                                 "' is in use by another program."};
+}
+
 RunTimeError DatabaseError(sqlite3* database, const std::string& path) {
   ThrowIfOutOfMemory(database);
   const std::string file = "'" + FromUtf8(path) + "'";
   switch (sqlite3_errcode(database) & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
+      return InUseError(path);
     case SQLITE_PERM:
     case SQLITE_AUTH:
     case SQLITE_CANTOPEN:
       return RunTimeError(kPermissionDenied);
     case SQLITE_FULL:
-      return RunTimeError(kDiskFull);
+      return FileError(kDiskFull, path);
     case SQLITE_IOERR:
-      return RunTimeError(kDeviceIoError);
+      return FileError(kDeviceIoError, path);
+    case SQLITE_TOOBIG:
+      return TooLongError(database, file);
+    case SQLITE_INTERRUPT:
+      return {kDatabaseError, "The file " + file + " is damaged: reading it never ends."};
     case SQLITE_READONLY:
       return {kNotUpdatable, "The database " + file + " is open for reading only."};
     case SQLITE_NOTADB:
@@ -101,7 +122,8 @@ void Bind(sqlite3_stmt* statement, int parameter, const Literal& literal) {
     sqlite3_bind_double(statement, parameter, *real);
   } else {
     const auto& text = std::get<std::string>(literal);
-    sqlite3_bind_text64(statement, parameter, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+    Check(statement, sqlite3_bind_text64(statement, parameter, text.data(), text.size(),
+                                         SQLITE_STATIC, SQLITE_UTF8));
   }
 }
 
@@ -118,7 +140,8 @@ void Bind(sqlite3_stmt* statement, int parameter, const Value& value) {
     sqlite3_bind_zeroblob(statement, parameter, 0);
   } else {
     const Bytes& bytes = value.GetBytes();
-    sqlite3_bind_blob64(statement, parameter, bytes.data(), bytes.size(), SQLITE_STATIC);
+    Check(statement,
+          sqlite3_bind_blob64(statement, parameter, bytes.data(), bytes.size(), SQLITE_STATIC));
   }
 }
 

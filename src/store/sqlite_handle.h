@@ -29,15 +29,17 @@ using Literal = std::variant<std::int64_t, double, std::string>;
 
 // The last failure on the database as an error: 70 locked by another process, 61 no room, 57 a
 // failed read or write, 3251 read-only, 6 a number out of range; anything else is kDatabaseError
-// with SQLite's words and `path`.
+// with SQLite's words and `path`. A text beyond the limit is looked for, to tell its table and
+// column.
 RunTimeError DatabaseError(sqlite3* database, const std::string& path);
+RunTimeError InUseError(const std::string& path);  // 70
 
 // The error is kStatementError where SQLite refuses the text.
 StatementHandle PrepareStatement(sqlite3* database, const std::string& sql,
                                  const std::string& path);
 void Execute(sqlite3* database, const char* sql, const std::string& path);
 
-// The bound data must outlive the next step.
+// The bound data must outlive the next step. A text beyond the limit is kDatabaseError.
 void Bind(sqlite3_stmt* statement, int parameter, const Literal& literal);
 void Bind(sqlite3_stmt* statement, int parameter, const Value& value);
 

@@ -63,6 +63,19 @@ char Lower(char character) {
   return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
 }
 
+// A value of any size can come out of a function, for each row of a small file.
+bool IsMadeByFunction(sqlite3* database, const std::string& path, const std::string& quotedTable,
+                      const std::string& quotedColumn) {
+  constexpr int kOpcode = 1;  // column of the answer
+  const StatementHandle program =
+      PrepareStatement(database, "explain select " + quotedColumn + " from " + quotedTable, path);
+  while (sqlite3_step(program.get()) == SQLITE_ROW) {
+    const std::string opcode = ColumnText(program.get(), kOpcode);
+    if (opcode == "Function" || opcode == "PureFunc" || opcode == "Concat") return true;
+  }
+  return false;
+}
+
 const char* RawText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
   return text == nullptr ? "" : text;
@@ -72,10 +85,11 @@ const char* RawText(sqlite3_stmt* statement, int column) {
 
 std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::string& path,
                                              std::string_view name) {
-  const StatementHandle find = PrepareStatement(
-      database,
-      "select name from sqlite_master where type in ('table', 'view') and name = ?1 collate nocase",
-      path);
+  const StatementHandle find =
+      PrepareStatement(database,
+                       "select name, rootpage > 0 from sqlite_master"
+                       " where type in ('table', 'view') and name = ?1 collate nocase",
+                       path);
   const Value wanted(name);  // outlives the step
   Bind(find.get(), 1, wanted);
   const int found = sqlite3_step(find.get());
@@ -85,6 +99,10 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
   const std::string utf8 = RawText(find.get(), 0);
   schema.name_ = FromUtf8(utf8);
   schema.quotedName_ = Quoted(utf8);
+  if (sqlite3_column_int(find.get(), 1) == 0) {
+    throw RunTimeError(kUnknownTable, "'" + schema.name_ + "' in the database '" + FromUtf8(path) +
+                                          "' is not a table, and only tables are read.");
+  }
   schema.ReadColumns(database, path);
   schema.FindRowId(database);
   schema.ReadIndexes(database, path);
@@ -93,15 +111,23 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
 }
 
 void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
-  constexpr int kHiddenColumn = 1;
+  constexpr int kHidden = 6;        // column of the answer
+  constexpr int kMostComputed = 8;  // of columns that may each repeat a long value
+  int computed = 0;
   const StatementHandle info =
       PrepareStatement(database, "pragma table_xinfo(" + quotedName_ + ")", path);
   const std::string table = ToUtf8(name_);
   int keyColumns = 0;
   int step = SQLITE_ROW;
   while ((step = sqlite3_step(info.get())) == SQLITE_ROW) {
-    if (sqlite3_column_int(info.get(), 6) == kHiddenColumn) continue;
     const std::string utf8 = RawText(info.get(), 1);
+    if (sqlite3_column_int(info.get(), kHidden) != 0 &&
+        (++computed > kMostComputed ||
+         IsMadeByFunction(database, path, quotedName_, Quoted(utf8)))) {
+      throw RunTimeError(kDatabaseError, "The column '" + FromUtf8(utf8) + "' of the table '" +
+                                             name_ + "' in the database '" + FromUtf8(path) +
+                                             "' is computed in a way that is not read.");
+    }
     const std::string type = RawText(info.get(), 2);
     if (sqlite3_column_int(info.get(), 5) > 0) {
       ++keyColumns;
@@ -127,12 +153,7 @@ void TableSchema::FindRowId(sqlite3* database) {
     sqlite3_stmt* probe = nullptr;
     const std::string sql =
         "select " + std::string(alias) + " from " + quotedName_ + " order by " + alias;
-    // A view answers to the name too, but with Null; its rows have no numbers.
-    if (sqlite3_prepare_v2(database, sql.c_str(), -1, &probe, nullptr) == SQLITE_OK &&
-        sqlite3_table_column_metadata(database, nullptr, ToUtf8(name_).c_str(), alias, nullptr,
-                                      nullptr, nullptr, nullptr, nullptr) == SQLITE_OK) {
-      rowId_ = alias;
-    }
+    if (sqlite3_prepare_v2(database, sql.c_str(), -1, &probe, nullptr) == SQLITE_OK) rowId_ = alias;
     sqlite3_finalize(probe);
     return;
   }

@@ -28,7 +28,8 @@ struct TableIndex {
 
 class TableSchema {
  public:
-  // Nothing where the database has no such table or view (names ignore case).
+  // Nothing where the database has no such table (names ignore case). A view or a virtual table of
+  // the name is kUnknownTable, a column that a function makes kDatabaseError.
   static std::optional<TableSchema> Read(sqlite3* database, const std::string& path,
                                          std::string_view name);
 

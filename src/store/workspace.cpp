@@ -5,6 +5,7 @@
 #include "database_file.h"
 #include "open_database.h"
 #include "runtime/code_page.h"
+#include "whole_copy.h"
 #include "workspace_state.h"
 
 namespace merivane::store {
@@ -13,48 +14,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A file is dropped when its making fails.
-class NewFile {
- public:
-  explicit NewFile(std::string path) : path_(std::move(path)) {}
-  ~NewFile() {
-    std::error_code error;
-    fs::remove(PathOf(path_), error);
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
 RunTimeError SystemError(const std::error_code& error, const std::string& path) {
-  if (error == std::errc::no_space_on_device) return RunTimeError(kDiskFull);
+  if (error == std::errc::no_space_on_device) return FileError(kDiskFull, path);
   if (error == std::errc::no_such_file_or_directory) return FileError(kPathNotFound, path);
   return FileError(kPermissionDenied, path);
 }
 
-void CopyBytes(const std::string& from, const std::string& to) {
-  std::ifstream source(PathOf(from), std::ios::binary);
-  if (!source) throw FileError(kPermissionDenied, from);
-  errno = 0;
-  std::ofstream target(PathOf(to), std::ios::binary);
-  if (!target) throw SystemError({errno, std::generic_category()}, to);
-  if (source.peek() != std::ifstream::traits_type::eof()) target << source.rdbuf();
-  target.close();
-  if (source.bad()) throw RunTimeError(kDeviceIoError);
-  if (!target) throw SystemError({errno, std::generic_category()}, to);
-}
-
-void CopyDatabasePages(sqlite3* from, const std::string& path, const std::string& to) {
-  const DatabaseHandle target = OpenHandle(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  CopyPages(from, target.get(), path);
+bool HasLog(const std::string& path) {
+  std::error_code error;
+  return fs::exists(PathOf(path + "-wal"), error);
 }
 
 bool HasJournal(const std::string& path) {
   std::error_code error;
-  return fs::exists(PathOf(path + "-journal"), error) || fs::exists(PathOf(path + "-wal"), error);
+  return HasLog(path) || fs::exists(PathOf(path + "-journal"), error);
 }
 
 // Refuses a file that may not be written or that another process holds locked. A transaction that a
@@ -73,11 +46,17 @@ void CheckReplaceable(const std::string& path) {
   if (result == SQLITE_BUSY || result == SQLITE_LOCKED) throw FileError(kPermissionDenied, path);
 }
 
-void CopyTo(const std::string& from, Engine* inUse, const std::string& to) {
-  if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to);
-  if (KindOfFile(from) == FileKind::kOther || !HasJournal(from)) return CopyBytes(from, to);
+void CopyTo(const std::string& from, Engine* inUse, const std::string& to,
+            const std::string& shown) {
+  constexpr int kPatience = 3000;  // milliseconds
+  if (inUse != nullptr && inUse->IsTaken() && !HasLog(from)) {
+    return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown);
+  }
+  if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to, shown);
+  if (KindOfFile(from) == FileKind::kOther || !HasJournal(from)) return CopyBytes(from, to, shown);
   const DatabaseHandle source = OpenHandle(from, SQLITE_OPEN_READWRITE);
-  CopyDatabasePages(source.get(), from, to);
+  sqlite3_busy_timeout(source.get(), kPatience);
+  CopyDatabasePages(source.get(), from, to, shown);
 }
 
 bool Holds(const Engine* engine, const std::string& path) {
@@ -132,12 +111,13 @@ void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
   std::error_code error;
   if (!fs::exists(PathOf(from), error)) throw FileError(kFileNotFound, from);
   if (IsSameFile(from, to)) throw FileError(kPermissionDenied, to);
-  state_->CommitOthers(from, nullptr);
+  Engine* source = state_->EngineOn(from);
+  if (source == nullptr || !source->IsTaken()) state_->CommitOthers(from, nullptr);
   const bool held = state_->CommitOthers(to, nullptr);
   if (!held) CheckReplaceable(to);
   const std::string target = Followed(to);
   const NewFile made(TemporaryNameBeside(target));
-  CopyTo(from, state_->EngineOn(from), made.Path());
+  CopyTo(from, source, made.Path(), to);
   if (fs::exists(PathOf(target), error)) {
     fs::permissions(PathOf(made.Path()), fs::status(PathOf(target), error).permissions(), error);
   }
@@ -155,6 +135,7 @@ void Workspace::PutInPlace(const std::string& copy, const std::string& to) {
   } else if (error) {
     throw SystemError(error, to);
   }
+  SyncFolderOf(target);
 }
 
 }  // namespace merivane::store

@@ -1,4 +1,8 @@
 // Putting a database in another's place.
+#include <sys/resource.h>
+
+#include <csignal>
+
 #include "store_fixture.h"
 
 namespace merivane::test {
@@ -101,6 +105,54 @@ TEST_F(CopyDatabase, IsRefusedWithoutTouchingTheTarget) {
   }
   EXPECT_EQ(ReadFile(target), before);
   EXPECT_EQ(FilesInFolder(), 3U);
+}
+
+// As long as it lives, a file of this process ends at so many bytes, as on a full disk.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit full{bytes, before_.rlim_max};
+    handler_ = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &full);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int) = SIG_DFL;
+};
+
+TEST_F(CopyDatabase, OnAFullDiskLeavesWhatStoodThereAndNothingNew) {
+  RawDatabase(path).Run("insert into T (Note) values (hex(zeroblob(200000)))");
+  workspace.CopyDatabase(path, target);
+  const std::string before = ReadFile(target);
+  for (const bool inUse : {true, false}) {
+    if (!inUse) connection.Close();
+    for (const std::string& to : {target, folder.Path("new.mdb")}) {
+      std::string description;
+      {
+        const FullDisk disk(65536);
+        EXPECT_NE(ErrorOf([&] { workspace.CopyDatabase(path, to); }, &description), 0) << inUse;
+      }
+      EXPECT_NE(description.find(to), std::string::npos) << description;
+      EXPECT_EQ(ReadFile(target), before) << inUse;
+      EXPECT_EQ(FilesInFolder(), 2U) << inUse;
+    }
+  }
+}
+
+TEST_F(CopyDatabase, OfADatabaseThatAnotherProcessIsWritingFailsInsteadOfBeingEmpty) {
+  RawDatabase writer(path);
+  ASSERT_EQ(All("select * from T where Num = 1"), "a ");
+  ASSERT_EQ(writer.Run("begin exclusive"), SQLITE_OK);
+  EXPECT_EQ(CopyError(path, target), kPermissionDenied);
+  EXPECT_EQ(FilesInFolder(), 1U);
 }
 
 TEST_F(CopyDatabase, FollowsALinkAndKeepsTheTargetsPermissions) {

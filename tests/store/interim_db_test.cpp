@@ -76,6 +76,10 @@ TEST_F(InterimDb, OnlyADatabaseWithThePlansTablesIsATemplate) {
   EXPECT_FALSE(CheckTemplateDb(workspace, folder.Path("missing.mdb")));
   EXPECT_FALSE(CheckTemplateDb(workspace, folder.Write("text.mdb", "text")));
   EXPECT_FALSE(CheckTemplateDb(workspace, folder.Path(".")));
+  folder.Write("cut.mdb", ReadFile(plan).substr(0, 100000));
+  EXPECT_FALSE(CheckTemplateDb(workspace, folder.Path("cut.mdb")));
+  RawDatabase(plan).Run("drop table ProjectAct");
+  EXPECT_FALSE(CheckTemplateDb(workspace, plan)) << "no table for the plans that come back";
 }
 
 TEST_F(InterimDb, LooksUpTablesAndColumnsWithTheirCase) {

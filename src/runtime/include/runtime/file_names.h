@@ -27,5 +27,7 @@ bool MakeNewFile(const std::string& path);
 
 // Waits until the disk holds what was written to the file. Errors: 57, 61.
 void SyncFile(const std::string& path);
+// And until it holds the names in the folder of `path`, as far as the system can tell.
+void SyncFolderOf(const std::string& path);
 
 }  // namespace merivane::runtime

@@ -1,6 +1,7 @@
 // A connection to one database file, and the workspace that knows all connections of a program.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -33,8 +34,9 @@ class Workspace {
 
   // Puts a plain copy of `from` in the place of `to`: made beside `to`, then renamed over it, with
   // a stale journal of `to` removed. `from` may be a database in use here (SQLite's backup call is
-  // used then). Errors: 53 `from` is not there, 70 `to` is refused or held locked by another
-  // process, 61 no room; `to` is as it was then.
+  // used then). The copy is on the disk to its last byte before it takes that place. Errors: 53
+  // `from` is not there, 70 `to` is refused or one of them is in use by another process, 57 or 61
+  // the disk; `to` is as it was then.
   void CopyDatabase(const std::string& from, const std::string& to);
 
   // Moves the file `copy` over the database `to`, which is open nowhere here. Errors as above.
@@ -60,6 +62,13 @@ class Connection {
   void Close();  // commits; record sets still open on it are closed
   bool IsOpen() const;
   void Commit();
+
+  // Begins the transaction before anything is written, so that what is read from now on is what the
+  // file holds until Commit. Waits some seconds for another process that writes, then error 70;
+  // 3251 where the file is open for reading only.
+  void BeginWrite();
+  // Changes when another connection or process has changed the file, and at no other time.
+  std::int64_t Version();
 
   // The path given to Open; stays readable after Close.
   const std::string& DatabaseName() const { return databaseName_; }

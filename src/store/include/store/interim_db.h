@@ -10,8 +10,10 @@ namespace merivane::store {
 
 inline constexpr const char* kTemplateFileName = "MerivaneTemplate.mdb";
 
-// Proves a file as a database that holds the MSP_ tables: opens it and the record sets of
-// MSP_TASKS, MSP_RESOURCES and MSP_Projects. False on any failure, without a word.
+// Proves a file as a template: opens it and a record set on each of the tables that the program
+// writes to, those of the plan and those of the model. The first failure comes up.
+void ProveTemplateDb(Workspace& workspace, const std::string& path);
+// False on any failure, without a word.
 bool CheckTemplateDb(Workspace& workspace, const std::string& path);
 
 // Makes `gMspConn` new and opens it on `path`. With `gOverwriteDb` it then empties MSP_PROJECTS and

@@ -1,0 +1,21 @@
+// Copies of files that are whole or are told to have failed.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+
+namespace merivane::store {
+
+// Each makes `to` and proves it: it is on the disk to its last byte. `shown` names it in errors:
+// 57, 61 no room, 70 refused, 76 no such folder. A copy that failed may be left in part.
+void CopyBytes(const std::string& from, const std::string& to, const std::string& shown);
+// Of an open database. REQUIRES: nobody writes to it meanwhile, and no log stands beside it.
+void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,
+                           const std::string& shown);
+// Of an open database, which waits for its writers as its busy handler has it; `from` names it in
+// the errors that its file is to blame for.
+void CopyDatabasePages(sqlite3* database, const std::string& from, const std::string& to,
+                       const std::string& shown);
+
+}  // namespace merivane::store
