@@ -156,9 +156,16 @@ bool FindMergedProject(Session& session, const ToModelOptions& options,
 void BrowseInterim(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   form.KeepBackup = false;
-  session.kept.KeepDatabase(
-      session.program.workspace, options.interim,
-      options.noBackup ? KeptFiles::Copy::kUntilDone : KeptFiles::Copy::kBackup);
+  const auto keep = [&session, &options] {
+    session.kept.KeepDatabase(
+        session.program.workspace, options.interim,
+        options.noBackup ? KeptFiles::Copy::kUntilDone : KeptFiles::Copy::kBackup);
+  };
+  if (options.merge.empty()) {
+    keep();
+  } else {
+    form.OnDatabaseTaken = keep;
+  }
   session.Browse(options.interim, [&] {
     if (options.mpx.empty()) {
       form.cmdInterimDB_xml();

@@ -105,9 +105,16 @@ void AnswerAppend(frmDbFileAppend& question, const ToProjectOptions& options) {
 void BrowseDatabase(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   form.KeepBackup = false;
-  session.kept.KeepDatabase(
-      session.program.workspace, options.database,
-      options.overwrite ? KeptFiles::Copy::kBackup : KeptFiles::Copy::kUntilDone);
+  const auto keep = [&session, &options] {
+    session.kept.KeepDatabase(
+        session.program.workspace, options.database,
+        options.overwrite ? KeptFiles::Copy::kBackup : KeptFiles::Copy::kUntilDone);
+  };
+  if (options.append && FileIsThere(options.database)) {
+    form.OnDatabaseTaken = keep;
+  } else {
+    keep();
+  }
   session.Browse(options.database, [&] {
     if (form.SSTabGenerateOpt == frmIDEF3ToProject::kMpxTab) {
       form.BrowsedbBt_mpx();

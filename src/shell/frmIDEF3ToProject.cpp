@@ -87,10 +87,16 @@ void frmIDEF3ToProject::CopyTemplate(const std::string& path) {
   BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
   OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
   state_.gMspProjId = 1;
+  pickedVersion_ = state_.gMspConn->Version();
 }
 
 void frmIDEF3ToProject::AppendTo(const std::string& path) {
   OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
+  TakeNextNumber();
+}
+
+void frmIDEF3ToProject::TakeNextNumber() {
+  pickedVersion_ = state_.gMspConn->Version();
   Recordset projects;
   projects.OpenStatic("SELECT PROJ_ID, PROJ_NAME FROM [MSP_PROJECTS]", state_.gMspConn.get());
   if (projects.RecordCount() > 0) {
@@ -106,6 +112,18 @@ bool frmIDEF3ToProject::ValidateFileTab(const TextBox& file, const char* noFile,
                                                 : nullptr;
   if (missing != nullptr) desktop_.ShowMessage({missing});
   return missing == nullptr;
+}
+
+bool frmIDEF3ToProject::TakeDatabase() try {
+  if (!state_.gMspConn || !state_.gMspConn->IsOpen()) return true;  // the reader tells
+  state_.gMspConn->BeginWrite();
+  if (state_.gMspConn->Version() != pickedVersion_) TakeNextNumber();
+  if (OnDatabaseTaken) OnDatabaseTaken();
+  return true;
+} catch (const RunTimeError& error) {
+  if (error.Number() == kNotUpdatable) return true;
+  ShowDescription(desktop_, error);
+  return false;
 }
 
 bool frmIDEF3ToProject::Validate() {
@@ -134,7 +152,8 @@ void frmIDEF3ToProject::cmdOK() {
   try {
     if (!Validate()) return;
     state_.gDatabaseName = FromUtf8(DatabaseOfTab().text);
-    GenerateResult = GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, txtXml.text);
+    GenerateResult = TakeDatabase() &&
+                     GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, txtXml.text);
     state_.workspace.CommitAll();
     if (*GenerateResult && CkLaunchMsprojApp.checked) LaunchProject();
     Unload();

@@ -122,6 +122,7 @@ void frmProjectToIDEF3::MakeInterimDb(const std::string& path) {
   const std::string templatePath = desktop_.TemplatePath();
   if (!CheckTemplateDb(state_.workspace, templatePath)) {
     ShowTemplateMissing(desktop_, templatePath);
+    ProveTemplateDb(state_.workspace, templatePath);  // nothing is replaced by what fails here
   }
   BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
   state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
@@ -190,7 +191,7 @@ void frmProjectToIDEF3::cmdOK() {
               ? ValidateFileTab(txtXML, "Please Select a XML file", txtInterimDB_xml)
               : ValidateFileTab(txtMPX, "Please Select a MPX txt file", txtInterimDB);
       if (!valid) return;
-      BackUpInterimDb();
+      TakeInterimDb();
       GenerateResult = TranslateFile();
     } else {
       if (!ValidateDatabaseTab()) return;
@@ -206,9 +207,11 @@ void frmProjectToIDEF3::cmdOK() {
   Unload();
 }
 
-void frmProjectToIDEF3::BackUpInterimDb() {
-  if (!KeepBackup || !state_.gRoundTripMerge || !state_.gInterimConn) return;
-  BackupName = MakeBackup(state_.workspace, state_.gInterimConn->DatabaseName());
+void frmProjectToIDEF3::TakeInterimDb() {
+  if (!state_.gRoundTripMerge || !state_.gInterimConn || !state_.gInterimConn->IsOpen()) return;
+  state_.gInterimConn->BeginWrite();
+  if (KeepBackup) BackupName = MakeBackup(state_.workspace, state_.gInterimConn->DatabaseName());
+  if (OnDatabaseTaken) OnDatabaseTaken();
 }
 
 void frmProjectToIDEF3::LaunchCelvar() {

@@ -106,6 +106,61 @@ TEST_F(ModelToProjectForm, MissingTemplateNamesItAndTheReaderThenFailsWithoutACo
   EXPECT_EQ(desktop.shown.size(), 3U);  // the reader's report, then the translator's last box
 }
 
+TEST_F(ModelToProjectForm, TwoAppendsAtOnceTakeTwoNumbers) {
+  AddProjects({6});
+  AnswerAppend();
+  Browse(databasePath);
+  EXPECT_EQ(state.gMspProjId, 7);
+  Program otherProgram(desktop);
+  frmMain otherMain(otherProgram);
+  frmIDEF3ToProject& other = otherMain.modelToProject;
+  other.Show();
+  desktop.fileNames.push_back(databasePath);
+  other.BrowsedbBt();
+  for (frmIDEF3ToProject* each : {&other, &form}) {
+    each->txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
+    each->cmdOK();
+    EXPECT_EQ(each->GenerateResult, true);
+  }
+  auto connection = Connect();
+  EXPECT_EQ(test::ColumnOf(*connection, "PROJ_ID", "MSP_PROJECTS"), (std::vector<Value>{6, 7, 8}));
+  for (const char* project : {"7", "8"}) {
+    EXPECT_EQ(test::CountRows(*connection, "MSP_TASKS", std::string("where PROJ_ID = ") + project),
+              5U);
+  }
+}
+
+TEST_F(ModelToProjectForm, ADatabaseThatAnotherProgramWritesIsToldAndNothingIsTranslated) {
+  AnswerAppend();
+  Browse(databasePath);
+  Program otherProgram(desktop);
+  Connection writer(otherProgram.workspace);
+  writer.Open(ConnectionText(databasePath));
+  writer.BeginWrite();
+  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
+  form.cmdOK();
+  EXPECT_EQ(form.GenerateResult, false);
+  EXPECT_EQ(desktop.MessageTexts(),
+            std::vector<std::string>{"Permission denied: the database '" + databasePath +
+                                     "' is in use by another program."});
+}
+
+TEST_F(ModelToProjectForm, ABadTemplateReplacesNothing) {
+  AddProjects({1});
+  desktop.modalHandler = [](ModalForm& shown) {
+    dynamic_cast<frmDbFileAppend&>(shown).CmdOverwrite();
+  };
+  const std::string before = test::ReadFile(databasePath);
+  for (const std::string& bytes :
+       {std::string("xy"), test::ReadFile(test::TemplateDatabase()).substr(0, 100000)}) {
+    desktop.templatePath = folder.Write("template.mdb", bytes);
+    Browse(databasePath);
+    EXPECT_EQ(desktop.MessageTexts().back(),
+              "Cannot Open Merivane Access Database Template: " + desktop.templatePath);
+    EXPECT_EQ(test::ReadFile(databasePath), before);
+  }
+}
+
 TEST_F(ModelToProjectForm, ADamagedDatabaseFailsInSilence) {
   const std::string path = folder.Write("text.mdb", "no database");
   AnswerAppend();

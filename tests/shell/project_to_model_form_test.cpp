@@ -146,6 +146,48 @@ TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
   EXPECT_EQ(desktop.beeps, 1);
 }
 
+TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
+  AddProject(4, "Yard");
+  desktop.modalHandler = [](ModalForm& shown) {
+    dynamic_cast<frmDBMerge&>(shown).OptOverwrite();
+    dynamic_cast<frmDBMerge&>(shown).CmdOK();
+  };
+  const std::string before = test::ReadFile(databasePath);
+  for (const std::string& bytes :
+       {std::string("xy"), test::ReadFile(test::TemplateDatabase()).substr(0, 100000)}) {
+    desktop.templatePath = folder.Write("template.mdb", bytes);
+    BrowseInterim(databasePath);
+    EXPECT_EQ(test::ReadFile(databasePath), before);
+    EXPECT_FALSE(state.gInterimConn);
+  }
+}
+
+TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLeavesNoBackup) {
+  AddProject(4, "Yard");
+  AddTask("1");
+  desktop.modalHandler = [](ModalForm& shown) {
+    auto& merge = dynamic_cast<frmDBMerge&>(shown);
+    merge.OptMerge();
+    merge.comboInterimProject.listIndex = 0;
+    merge.comboInterimProject_Click();
+    merge.CmdOK();
+  };
+  BrowseInterim(databasePath);
+  form.SSTabInput = form.kMpxTab;
+  form.txtMPX.text = folder.Path("none.mpx");
+  Output("model.txt");
+  const std::string before = test::ReadFile(databasePath);
+  Program otherProgram(desktop);
+  Connection writer(otherProgram.workspace);
+  writer.Open(ConnectionText(databasePath));
+  writer.BeginWrite();
+  form.cmdOK();
+  EXPECT_FALSE(form.GenerateResult.has_value());
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            "Permission denied: the database '" + databasePath + "' is in use by another program.");
+  EXPECT_EQ(test::ReadFile(databasePath), before);
+}
+
 TEST_F(ProjectToModelForm, CancelWithTheFlagFalseOverwrites) {
   AddProject(4, "Yard");
   desktop.modalHandler = [](ModalForm& shown) { dynamic_cast<frmDBMerge&>(shown).CmdCancel(); };

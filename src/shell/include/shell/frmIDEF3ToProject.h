@@ -1,6 +1,8 @@
 // The dialog of the direction from model to plan.
 #pragma once
 
+#include <functional>
+
 #include "program/program.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
@@ -47,6 +49,8 @@ class frmIDEF3ToProject : public Form {
   // switched off. BackupName is the copy of the last one picked, empty without one.
   bool KeepBackup = true;
   std::string BackupName;
+  // Called before a run changes anything, when nobody else can write to the database any more.
+  std::function<void()> OnDatabaseTaken;
 
   // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
   std::optional<bool> GenerateResult;
@@ -62,6 +66,10 @@ class frmIDEF3ToProject : public Form {
   void SettleDatabase(const std::string& path);
   void CopyTemplate(const std::string& path);
   void AppendTo(const std::string& path);
+  void TakeNextNumber();
+  // Keeps other processes from writing until the run is over, and takes the project's number anew
+  // where one has written since the database was picked. False when it is told that it can't.
+  bool TakeDatabase();
   bool Validate();
   void LaunchProject();
   bool ValidateFileTab(const TextBox& file, const char* noFile, const TextBox& database);
@@ -71,6 +79,7 @@ class frmIDEF3ToProject : public Form {
   void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
 
   ModelToProject& state_;
+  std::int64_t pickedVersion_ = 0;
   Desktop& desktop_;
   ApplicationPaths& paths_;
 };

@@ -1,6 +1,7 @@
 // The dialog of the direction from plan to model.
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "program/program.h"
@@ -51,6 +52,8 @@ class frmProjectToIDEF3 : public Form {
   // ".bak2", ...), unless this is switched off. BackupName is the last copy, empty without one.
   bool KeepBackup = true;
   std::string BackupName;
+  // Called before a merge changes anything, when nobody else can write to the database any more.
+  std::function<void()> OnDatabaseTaken;
 
   // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
   std::optional<bool> GenerateResult;
@@ -66,7 +69,8 @@ class frmProjectToIDEF3 : public Form {
   void BrowseInterimDb(TextBox& box);
   void MakeInterimDb(const std::string& path);
   void ChooseForExistingInterimDb(TextBox& box);
-  void BackUpInterimDb();
+  // For a merge: keeps other processes from writing until it is over, and makes the backup.
+  void TakeInterimDb();
   void LaunchCelvar();
   bool Refuse(const char* text);
 

@@ -35,8 +35,9 @@ class KeptFiles {
     kBackup,     // stays beside the database when the run succeeds
     kUntilDone,  // goes then
   };
-  // For a database that the run replaces or changes. REQUIRES: it is not open here. Where none
-  // stands, nothing is copied.
+  // For a database that the run replaces or changes. Where it is changed, the run has taken it
+  // (Connection::BeginWrite), so that what is put back is not what another process changed since.
+  // Where none stands, nothing is copied.
   void KeepDatabase(Workspace& workspace, const std::string& path, Copy copy);
 
   // The name under which the run writes the file anew, beside the place that Finish moves it to.
