@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -32,6 +31,11 @@ std::string Allowed(std::string_view text) {
   return kept;
 }
 
+// With zeros in front.
+void PutDigits(char* to, int digits, int number) {
+  for (; digits > 0; number /= 10) to[--digits] = static_cast<char>('0' + number % 10);
+}
+
 }  // namespace
 
 void Element::Text(const char* name, std::string_view text, std::size_t most) {
@@ -53,10 +57,14 @@ void Element::Decimal(const char* name, double number) {
 }
 
 void Element::Date(const char* name, const DateTime& date) {
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d", date.year, date.month,
-                date.day, date.seconds / 3600, date.seconds / 60 % 60, date.seconds % 60);
-  Add(name, text.data());
+  char text[] = "0000-00-00T00:00:00";
+  PutDigits(text, 4, date.year);
+  PutDigits(text + 5, 2, date.month);
+  PutDigits(text + 8, 2, date.day);
+  PutDigits(text + 11, 2, date.seconds / 3600);
+  PutDigits(text + 14, 2, date.seconds / 60 % 60);
+  PutDigits(text + 17, 2, date.seconds % 60);
+  Add(name, text);
 }
 
 void Element::Duration(const char* name, schedule::Tenths duration) {
@@ -64,9 +72,15 @@ void Element::Duration(const char* name, schedule::Tenths duration) {
 }
 
 void Element::Seconds(const char* name, std::int64_t seconds) {
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "PT%lldH%dM%dS", static_cast<long long>(seconds / 3600),
-                static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60));
+  std::array<char, 64> text{'P', 'T'};
+  char* at = text.data() + 2;
+  const auto put = [&](std::int64_t number, char unit) {
+    at = std::to_chars(at, text.data() + text.size() - 1, number).ptr;
+    *at++ = unit;
+  };
+  put(seconds / 3600, 'H');
+  put(seconds / 60 % 60, 'M');
+  put(seconds % 60, 'S');
   Add(name, text.data());
 }
 
