@@ -1,0 +1,91 @@
+// Writes what the targets begin with: fuzz_seeds FOLDER.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "access_file_builder.h"
+#include "first_answer.h"
+#include "memory_database.h"
+#include "mspdi/plan_writer.h"
+#include "neutraltext/modGlobal.h"
+#include "store/interim_db.h"
+#include "translator/modIDEF3ToProject.h"
+
+namespace merivane::fuzz {
+
+using namespace program;
+using namespace neutraltext;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Content(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void Write(const fs::path& path, const std::string& bytes) {
+  fs::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary).write(bytes.data(), std::ssize(bytes));
+}
+
+// The sample as it stands, and its plans for both modes of the merge.
+void WriteModel(const fs::path& sample, MemoryDatabase& database, const fs::path& folder) {
+  const std::string name = sample.stem().string();
+  Write(folder / "neutral_text" / name, Content(sample));
+  database.Reset();
+  const fs::path plan = folder / (name + ".mpx");
+  const fs::path xml = folder / (name + ".xml");
+  {
+    ScriptedDesktop desktop;
+    AnswerWithTheFirst(desktop);
+    Program program(desktop);
+    ModelToProject& state = program.modelToProject;
+    state.gMspProjId = 1;
+    OpenInterimDb(program.workspace, state.gMspConn, false, database.Path());
+    ReadNeutralText(state, sample.string());
+    TranslateToProject(state, plan.string());
+    mspdi::WritePlan(*state.gMspConn, 1, desktop.Today(), xml.string());
+  }
+  for (const char* mode : {"0", "1"}) {
+    Write(folder / "mpx" / (name + mode), mode + Content(plan));
+    Write(folder / "xml" / (name + mode), mode + Content(xml));
+  }
+  fs::remove(plan);
+  fs::remove(xml);
+}
+
+void WriteAccess(const fs::path& folder) {
+  using test::Raw;
+  using test::Raw16;
+  test::AccessFileBuilder file;
+  file.AddTable(
+      u"MSP_TASKS",
+      {{u"TASK_UID", 4},
+       {u"TASK_NAME", 10},
+       {u"Note", 12},
+       {u"Real", 7},
+       {u"Day", 8},
+       {u"Money", 5},
+       {u"Mark", 1},
+       {u"Id", 15},
+       {u"Data", 11}},
+      {{Raw(1), test::Utf16(u"Dig"), file.Chained(test::Utf16(u"A note")), Raw(1.5), Raw(36526.25),
+        Raw(std::int64_t{15000}), "", std::string(16, 'x'), file.Chained("data")}});
+  Write(folder / "access" / "small", file.Build());
+}
+
+}  // namespace
+}  // namespace merivane::fuzz
+
+int main(int count, char** arguments) {
+  using namespace merivane::fuzz;
+  const fs::path folder = count > 1 ? arguments[1] : ".";
+  const auto database = TemplateInMemory();
+  for (const auto& sample : fs::directory_iterator(MERIVANE_SAMPLES)) {
+    if (sample.path().extension() == ".txt") WriteModel(sample.path(), *database, folder);
+  }
+  WriteAccess(folder);
+  return 0;
+}
