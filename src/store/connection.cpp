@@ -1,8 +1,7 @@
 #include "store/connection.h"
 
 #include "open_database.h"
-#include "recordset_impl.h"
-#include "snapshot_rows.h"
+#include "store/recordset.h"
 #include "workspace_state.h"
 
 namespace merivane::store {
@@ -75,9 +74,7 @@ std::int64_t Connection::Version() {
 void Connection::OpenSchema(int schema, Recordset& tables) {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
   if (schema != adSchemaTables) throw RunTimeError(kInvalidProcedureCall);
-  tables.impl_->CheckNotOpen();
-  tables.impl_->Prepare("", this, true);
-  tables.impl_->Open(*engine_, std::make_unique<SnapshotRows>("TABLE_NAME", engine_->TableNames()));
+  tables.OpenList("TABLE_NAME", engine_->TableNames(), this);
 }
 
 ReadScope::ReadScope(const Connection* connection) {

@@ -2,14 +2,134 @@
 
 #include <algorithm>
 #include <optional>
+#include <variant>
 
+#include "dynamic_set.h"
 #include "engine.h"
-#include "keyed_rows.h"
-#include "recordset_impl.h"
-#include "snapshot_rows.h"
+#include "snapshot_set.h"
 #include "store/connection.h"
 
 namespace merivane::store {
+namespace {
+
+enum class Position : std::uint8_t {
+  kFresh,  // nothing asked yet: the first row, if there is one
+  kBof,
+  kRow,
+  kEof,
+  kEmpty,  // at BOF and EOF
+};
+
+}  // namespace
+
+// The open rows, the position in them, and the changes that wait for Update.
+struct Recordset::Impl final : private OpenSet {
+  Impl() = default;
+  ~Impl() { Close(); }
+  Impl(const Impl&) = delete;
+  Impl& operator=(const Impl&) = delete;
+
+  std::string source;
+  Connection* connection = nullptr;
+  bool isStatic = false;
+
+  Engine* engine = nullptr;  // null while closed
+  std::variant<std::monostate, DynamicSet, SnapshotSet> rows;
+  Position at = Position::kFresh;
+  Place place = kNoPlace;
+  bool adding = false;
+  std::vector<FieldChange> changes;
+
+  bool IsOpen() const { return engine != nullptr; }
+  void CheckOpen() const {
+    if (!IsOpen()) throw RunTimeError(kObjectClosed);
+  }
+  void CheckNotOpen() const {
+    if (IsOpen()) throw RunTimeError(kObjectOpen);
+  }
+
+  // What both kinds of rows can do. REQUIRES: open.
+  template <class Work>
+  auto With(Work work) {
+    if (auto* set = std::get_if<DynamicSet>(&rows)) return work(*set);
+    return work(std::get<SnapshotSet>(rows));
+  }
+  DynamicSet& Writable() {
+    CheckOpen();
+    auto* set = std::get_if<DynamicSet>(&rows);
+    if (set == nullptr || isStatic) throw RunTimeError(kNotUpdatable);
+    set->CheckWritable();
+    return *set;
+  }
+
+  void Opened(Engine& database) {
+    database.AddSet(*this);
+    engine = &database;
+    at = Position::kFresh;
+  }
+
+  void Close() noexcept {
+    if (!IsOpen()) return;
+    DropChanges();
+    rows.emplace<std::monostate>();
+    engine->RemoveSet(*this);
+    engine = nullptr;
+  }
+
+  void Ask() {
+    CheckOpen();
+    if (at != Position::kFresh) return;
+    MoveTo(With([](auto& set) { return set.First(); }), Position::kEmpty);
+  }
+
+  void MoveTo(Place target, Position otherwise) {
+    place = target;
+    at = target == kNoPlace ? otherwise : Position::kRow;
+  }
+
+  bool IsAt(Position end) {
+    Ask();
+    return at == end || at == Position::kEmpty;
+  }
+
+  void CheckField(int field) {
+    CheckOpen();
+    const int count = With([](auto& set) { return set.FieldCount(); });
+    if (field < 0 || field >= count) throw RunTimeError(kItemNotFound);
+  }
+
+  void CheckOnRow() {
+    Ask();
+    const bool there =
+        at == Position::kRow && With([this](auto& set) { return set.IsThere(place); });
+    if (!there) throw RunTimeError(kNoCurrentRecord);
+  }
+
+  FieldChange* FindChange(int column) {
+    const auto found = std::find_if(changes.begin(), changes.end(), [&](const FieldChange& change) {
+      return change.column == column;
+    });
+    return found == changes.end() ? nullptr : &*found;
+  }
+
+  void SaveChanges() {
+    CheckOpen();
+    if (adding) {
+      Writable().Insert(changes);
+    } else if (!changes.empty()) {
+      Writable().Update(place, changes);
+    }
+    DropChanges();
+  }
+
+  void DropChanges() noexcept {
+    adding = false;
+    changes.clear();
+  }
+
+ private:
+  void ConnectionCloses() noexcept override { Close(); }
+};
 
 Recordset::Recordset() : impl_(std::make_shared<Impl>()) {}
 Recordset::~Recordset() = default;
@@ -18,14 +138,27 @@ Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 
 void Recordset::OpenDynamic(std::string_view sql, Connection* connection) {
   impl_->CheckNotOpen();
-  impl_->Prepare(sql, connection, false);
+  impl_->source = sql;
+  impl_->connection = connection;
+  impl_->isStatic = false;
   Open();
 }
 
 void Recordset::OpenStatic(std::string_view sql, Connection* connection) {
   impl_->CheckNotOpen();
-  impl_->Prepare(sql, connection, true);
+  impl_->source = sql;
+  impl_->connection = connection;
+  impl_->isStatic = true;
   Open();
+}
+
+void Recordset::OpenList(std::string fieldName, std::vector<std::string> texts,
+                         Connection* connection) {
+  impl_->CheckNotOpen();
+  impl_->connection = connection;
+  impl_->isStatic = true;
+  impl_->rows.emplace<SnapshotSet>(std::move(fieldName), std::move(texts));
+  impl_->Opened(*connection->engine_);
 }
 
 void Recordset::Source(std::string_view sql) {
@@ -42,7 +175,15 @@ void Recordset::Open() {
   impl_->CheckNotOpen();
   if (impl_->connection == nullptr) throw RunTimeError(kObjectNotSet);
   if (!impl_->connection->engine_) throw RunTimeError(kConnectionInvalid);
-  impl_->Open(*impl_->connection->engine_);
+  Engine& engine = *impl_->connection->engine_;
+  std::vector<Literal> literals;
+  SelectShape& shape = engine.FindSelect(impl_->source, literals);
+  if (impl_->isStatic || !shape.HasKeys()) {
+    impl_->rows.emplace<SnapshotSet>(engine, shape, std::move(literals));
+  } else {
+    impl_->rows.emplace<DynamicSet>(engine, shape, std::move(literals));
+  }
+  impl_->Opened(engine);
 }
 
 void Recordset::Close() {
@@ -50,88 +191,93 @@ void Recordset::Close() {
   impl_->Close();
 }
 
-bool Recordset::IsOpen() const { return impl_->rows != nullptr; }
+bool Recordset::IsOpen() const { return impl_->IsOpen(); }
 
-bool Recordset::Eof() {
-  impl_->Ask();
-  return impl_->at == Position::kEof || impl_->at == Position::kEmpty;
-}
+bool Recordset::Eof() { return impl_->IsAt(Position::kEof); }
 
-bool Recordset::Bof() {
-  impl_->Ask();
-  return impl_->at == Position::kBof || impl_->at == Position::kEmpty;
-}
+bool Recordset::Bof() { return impl_->IsAt(Position::kBof); }
 
 void Recordset::MoveFirst() {
   impl_->SaveChanges();
-  impl_->MoveTo(impl_->rows->First(), Position::kEmpty);
+  impl_->MoveTo(impl_->With([](auto& set) { return set.First(); }), Position::kEmpty);
   impl_->CheckOnRow();
 }
 
 void Recordset::MoveLast() {
   impl_->SaveChanges();
-  impl_->MoveTo(impl_->rows->Last(), Position::kEmpty);
+  impl_->MoveTo(impl_->With([](auto& set) { return set.Last(); }), Position::kEmpty);
   impl_->CheckOnRow();
 }
 
 void Recordset::MoveNext() {
   impl_->SaveChanges();
-  impl_->Ask();
-  if (impl_->at == Position::kEof || impl_->at == Position::kEmpty) {
-    throw RunTimeError(kNoCurrentRecord);
-  }
-  Rows& rows = *impl_->rows;
+  if (impl_->IsAt(Position::kEof)) throw RunTimeError(kNoCurrentRecord);
   const bool before = impl_->at == Position::kBof;
-  impl_->MoveTo(before ? rows.First() : rows.After(impl_->place), Position::kEof);
+  const Place place = impl_->place;
+  const auto move = [&](auto& set) { return before ? set.First() : set.After(place); };
+  impl_->MoveTo(impl_->With(move), Position::kEof);
 }
 
 void Recordset::MovePrevious() {
   impl_->SaveChanges();
-  impl_->Ask();
-  if (impl_->at == Position::kBof || impl_->at == Position::kEmpty) {
-    throw RunTimeError(kNoCurrentRecord);
-  }
-  Rows& rows = *impl_->rows;
+  if (impl_->IsAt(Position::kBof)) throw RunTimeError(kNoCurrentRecord);
   const bool behind = impl_->at == Position::kEof;
-  impl_->MoveTo(behind ? rows.Last() : rows.Before(impl_->place), Position::kBof);
+  const Place place = impl_->place;
+  const auto move = [&](auto& set) { return behind ? set.Last() : set.Before(place); };
+  impl_->MoveTo(impl_->With(move), Position::kBof);
 }
 
 long Recordset::RecordCount() {
   impl_->CheckOpen();
-  return impl_->isStatic ? static_cast<long>(impl_->rows->Count()) : -1;
+  return impl_->isStatic ? static_cast<long>(std::get<SnapshotSet>(impl_->rows).Count()) : -1;
 }
 
 int Recordset::FieldCount() {
   impl_->CheckOpen();
-  return impl_->rows->FieldCount();
+  return impl_->With([](auto& set) { return set.FieldCount(); });
 }
 
 std::string Recordset::FieldName(int index) {
   impl_->CheckField(index);
-  return impl_->rows->FieldName(index);
+  return impl_->With([&](auto& set) { return set.FieldName(index); });
 }
 
 int Recordset::FindField(std::string_view name) {
   impl_->CheckOpen();
-  return impl_->rows->FindField(name);
+  return impl_->With([&](auto& set) { return set.FindField(name); });
 }
 
 Value Recordset::Field(std::string_view name) { return Field(FindField(name)); }
 
 Value Recordset::Field(int index) {
   impl_->CheckField(index);
-  return impl_->Read(index);
+  if (impl_->adding || !impl_->changes.empty()) {
+    const int column = impl_->Writable().ColumnOf(index);
+    if (const FieldChange* change = impl_->FindChange(column)) return change->value;
+    if (impl_->adding) return {};
+  }
+  impl_->Ask();
+  if (impl_->at != Position::kRow) throw RunTimeError(kNoCurrentRecord);
+  return impl_->With([&](auto& set) { return set.Read(impl_->place, index); });
 }
 
 void Recordset::SetField(std::string_view name, Value value) {
   const int field = FindField(name);
   impl_->CheckField(field);
-  impl_->Change(field, std::move(value));
+  DynamicSet& set = impl_->Writable();
+  if (!impl_->adding) impl_->CheckOnRow();
+  const int column = set.ColumnOf(field);
+  ConvertTo(set.KindOf(column), value);
+  if (FieldChange* change = impl_->FindChange(column)) {
+    change->value = std::move(value);
+  } else {
+    impl_->changes.push_back({column, std::move(value)});
+  }
 }
 
 void Recordset::AddNew() {
   impl_->SaveChanges();
-  impl_->rows->CheckWritable();
+  impl_->Writable();
   impl_->adding = true;
 }
 
@@ -150,11 +296,10 @@ void Recordset::AddNew(const std::vector<std::string>& names, const std::vector<
 void Recordset::Update() { impl_->SaveChanges(); }
 
 void Recordset::Delete() {
-  impl_->CheckOpen();
-  impl_->rows->CheckWritable();
+  DynamicSet& set = impl_->Writable();
   impl_->DropChanges();
   impl_->CheckOnRow();
-  impl_->rows->Delete(impl_->place);
+  set.Delete(impl_->place);
 }
 
 }  // namespace merivane::store

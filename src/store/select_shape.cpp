@@ -12,23 +12,14 @@ namespace {
 // Columns are taken up in blocks of neighbours, as a reader of one mostly asks for the next.
 constexpr int kBlock = 8;
 
-bool HasColumns(ReadKind kind) { return kind != ReadKind::kKeys && kind != ReadKind::kSnapshot; }
+bool HasColumns(ReadKind kind) {
+  return kind == ReadKind::kWalk || kind == ReadKind::kLast || kind == ReadKind::kRow;
+}
 
 }  // namespace
 
-LentStatement& LentStatement::operator=(LentStatement&& other) noexcept {
-  if (this != &other) {
-    GiveBack();
-    owner_ = other.owner_;
-    kind_ = other.kind_;
-    width_ = other.width_;
-    statement_ = std::move(other.statement_);
-  }
-  return *this;
-}
-
-void LentStatement::GiveBack() noexcept {
-  if (statement_) owner_->TakeBack(kind_, width_, std::move(statement_));
+void StatementReturner::operator()(sqlite3_stmt* statement) const noexcept {
+  owner->TakeBack(kind, statement);
 }
 
 SelectShape::SelectShape(sqlite3* database, const std::string& path, StatementParts statement,
@@ -39,10 +30,9 @@ SelectShape::SelectShape(sqlite3* database, const std::string& path, StatementPa
       table_(table),
       hint_(IndexHint(statement_)),
       slots_(table.Schema().Columns().size(), -1) {
-  if (HasKeys()) return;
-  // Proves that SQLite can run what it could read.
-  const StatementHandle proof = Prepare(ReadKind::kSnapshot);
   if (statement_.list.empty()) return;
+  const StatementHandle proof = PrepareStatement(
+      database_, "select " + statement_.list + " from " + table_.Schema().QuotedName(), path_);
   for (int field = 0; field < sqlite3_column_count(proof.get()); ++field) {
     computed_.push_back(FromUtf8(sqlite3_column_name(proof.get(), field)));
   }
@@ -53,9 +43,8 @@ int SelectShape::FieldCount() const {
 }
 
 std::string SelectShape::FieldName(int field) const {
-  const auto index = static_cast<std::size_t>(field);
-  if (!computed_.empty()) return computed_[index];
-  return table_.Schema().Columns()[static_cast<std::size_t>(statement_.columns[index])].name;
+  if (!computed_.empty()) return computed_[static_cast<std::size_t>(field)];
+  return table_.Schema().Columns()[static_cast<std::size_t>(ColumnOf(field))].name;
 }
 
 int SelectShape::FindField(std::string_view name) const {
@@ -72,30 +61,35 @@ int SelectShape::FindField(std::string_view name) const {
   return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
-int SelectShape::SlotOf(int column) {
+int SelectShape::SlotOfColumn(int column) {
   const auto index = static_cast<std::size_t>(column);
   if (slots_[index] < 0) {
     const int end = std::min(column + kBlock, static_cast<int>(slots_.size()));
     for (int next = column; next < end; ++next) {
       auto& slot = slots_[static_cast<std::size_t>(next)];
       if (slot >= 0) continue;
-      slot = static_cast<std::int16_t>(slotColumns_.size());
       slotColumns_.push_back(next);
+      slot = static_cast<std::int16_t>(slotColumns_.size());  // behind the row number
     }
-    for (auto& pool : free_) {
-      if (&pool != &free_[static_cast<std::size_t>(ReadKind::kKeys)] &&
-          &pool != &free_[static_cast<std::size_t>(ReadKind::kSnapshot)]) {
-        pool.clear();
-      }
+    for (const ReadKind kind : {ReadKind::kWalk, ReadKind::kLast, ReadKind::kRow}) {
+      free_[static_cast<std::size_t>(kind)].clear();
     }
   }
   return slots_[index];
 }
 
+Value SelectShape::ValueIn(sqlite3_stmt* row, int field) {
+  const bool text = HasKeys() && table_.Schema().KindOf(ColumnOf(field)) == ColumnKind::kText;
+  return ColumnValue(row, SlotOf(field), text);
+}
+
 std::string SelectShape::Columns() const {
-  std::string columns = table_.Schema().RowId();
-  for (const int column : slotColumns_) {
-    columns += ", " + table_.Schema().Columns()[static_cast<std::size_t>(column)].quotedName;
+  if (!computed_.empty()) return statement_.list;
+  const bool keys = HasKeys();
+  std::string columns = keys ? table_.Schema().RowId() : "";
+  for (const int column : keys ? slotColumns_ : statement_.columns) {
+    columns += columns.empty() ? "" : ", ";
+    columns += table_.Schema().Columns()[static_cast<std::size_t>(column)].quotedName;
   }
   return columns;
 }
@@ -111,30 +105,26 @@ std::string SelectShape::Sql(ReadKind kind) const {
   const std::string& rowId = table_.Schema().RowId();
   const std::string& table = table_.Schema().QuotedName();
   const std::string source = " from " + table + hint_;
-  const std::string comma = statement_.order.empty() ? "" : ", ";
-  const std::string order = statement_.order + comma + rowId;
+  const std::string comma = statement_.order.empty() || !HasKeys() ? "" : ", ";
+  const std::string order = statement_.order + comma + (HasKeys() ? rowId : "");
   const std::string between = rowId + " > ?" + std::to_string(statement_.parameters + 1) + " and " +
                               rowId + " <= ?" + std::to_string(statement_.parameters + 2);
   switch (kind) {
     case ReadKind::kWalk:
-      return "select " + Columns() + source + Where("") + " order by " + order;
+      return "select " + Columns() + source + Where("") +
+             (order.empty() ? "" : " order by " + order);
+    case ReadKind::kCount:
+      return "select count(*) from (select " + (HasKeys() ? rowId : Columns()) + source +
+             Where("") + ")";
     case ReadKind::kLast:
       return "select " + Columns() + source + Where(between) + " order by " +
              statement_.reversedOrder + comma + rowId + " desc limit 1";
     case ReadKind::kKeys:
       return "select " + rowId + source + Where(between) + " order by " + order;
     case ReadKind::kRow:
-      return "select " + Columns() + " from " + table + " where " + rowId + " = ?1";
-    case ReadKind::kSnapshot:
       break;
   }
-  std::string fields = statement_.list;
-  for (const int column : statement_.columns) {
-    fields += fields.empty() ? "" : ", ";
-    fields += table_.Schema().Columns()[static_cast<std::size_t>(column)].quotedName;
-  }
-  return "select " + fields + source + Where("") +
-         (statement_.order.empty() ? "" : " order by " + statement_.order);
+  return "select " + Columns() + " from " + table + " where " + rowId + " = ?1";
 }
 
 StatementHandle SelectShape::Prepare(ReadKind kind) {
@@ -160,15 +150,16 @@ LentStatement SelectShape::Lend(ReadKind kind, std::span<const Literal> literals
     int parameter = 0;
     for (const Literal& literal : literals) Bind(statement.get(), ++parameter, literal);
   }
-  const int width = HasColumns(kind) ? static_cast<int>(slotColumns_.size()) : 0;
-  return {this, kind, std::move(statement), width};
+  return {statement.release(), {this, kind}};
 }
 
-void SelectShape::TakeBack(ReadKind kind, int width, StatementHandle statement) noexcept {
-  sqlite3_reset(statement.get());
-  sqlite3_clear_bindings(statement.get());
-  if (HasColumns(kind) && width != static_cast<int>(slotColumns_.size())) return;
-  free_[static_cast<std::size_t>(kind)].push_back(std::move(statement));
+void SelectShape::TakeBack(ReadKind kind, sqlite3_stmt* statement) noexcept {
+  StatementHandle owned(statement);
+  sqlite3_reset(statement);
+  sqlite3_clear_bindings(statement);
+  const bool narrow = HasColumns(kind) && HasKeys() &&
+                      sqlite3_column_count(statement) <= static_cast<int>(slotColumns_.size());
+  if (!narrow) free_[static_cast<std::size_t>(kind)].push_back(std::move(owned));
 }
 
 }  // namespace merivane::store

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -12,38 +13,24 @@
 
 namespace merivane::store {
 
-enum class ReadKind {
-  kWalk,      // row number and columns, from the first row on
-  kLast,      // the same of the last row, above one row number and up to another
-  kKeys,      // row numbers alone, likewise
-  kRow,       // the columns of the row with a row number
-  kSnapshot,  // all fields, without row numbers
+enum class ReadKind : std::uint8_t {
+  kWalk,   // the rows, from the first one on
+  kCount,  // their number
+  // REQUIRES: HasKeys, for the rest.
+  kLast,  // the last row, above one row number and up to another
+  kKeys,  // row numbers alone, likewise
+  kRow,   // the row with a row number
 };
 
 class SelectShape;
 
-// A lent statement; it goes back when this is dropped, so that it locks nothing any more.
-class LentStatement {
- public:
-  LentStatement() = default;
-  LentStatement(SelectShape* owner, ReadKind kind, StatementHandle statement, int width)
-      : owner_(owner), kind_(kind), width_(width), statement_(std::move(statement)) {}
-  LentStatement(LentStatement&& other) noexcept = default;
-  LentStatement& operator=(LentStatement&& other) noexcept;
-  ~LentStatement() { GiveBack(); }
-
-  explicit operator bool() const { return statement_ != nullptr; }
-  sqlite3_stmt* get() const { return statement_.get(); }
-  ReadKind Kind() const { return kind_; }
-  int Width() const { return width_; }
-  void GiveBack() noexcept;
-
- private:
-  SelectShape* owner_ = nullptr;
-  ReadKind kind_ = ReadKind::kWalk;
-  int width_ = 0;
-  StatementHandle statement_;
+// A lent statement goes back when it is dropped, so that it locks nothing any more.
+struct StatementReturner {
+  SelectShape* owner = nullptr;
+  ReadKind kind = ReadKind::kWalk;
+  void operator()(sqlite3_stmt* statement) const noexcept;
 };
+using LentStatement = std::unique_ptr<sqlite3_stmt, StatementReturner>;
 
 class SelectShape {
  public:
@@ -54,37 +41,42 @@ class SelectShape {
 
   const StatementParts& Statement() const { return statement_; }
   TableData& Table() const { return table_; }
-  bool HasKeys() const { return statement_.list.empty() && !table_.Schema().RowId().empty(); }
+  // The rows have numbers, which stand before the values; their values are columns of the table.
+  bool HasKeys() const { return computed_.empty() && !table_.Schema().RowId().empty(); }
 
   int FieldCount() const;
   std::string FieldName(int field) const;
   // The field of that name, ignoring case; -1 where there is none.
   int FindField(std::string_view name) const;
+  int ColumnOf(int field) const { return statement_.columns[static_cast<std::size_t>(field)]; }
 
-  // Where a column stands behind the row number. Only columns that were ever asked for are read
-  // with a row; a statement lent before may be too narrow (see Width) to have it.
-  int SlotOf(int column);
-  int Width() const { return static_cast<int>(slotColumns_.size()); }
+  // Where a field stands in the rows, and its value in the row that a statement stands on. Only
+  // columns that were ever asked for are read with a row that has a number, so that a statement
+  // lent before may be too narrow.
+  int SlotOf(int field) { return HasKeys() ? SlotOfColumn(ColumnOf(field)) : field; }
+  int SlotOfColumn(int column);
+  Value ValueIn(sqlite3_stmt* row, int field);
+  static bool IsIn(sqlite3_stmt* row, int slot) { return slot < sqlite3_column_count(row); }
 
   LentStatement Lend(ReadKind kind, std::span<const Literal> literals);
 
  private:
-  friend class LentStatement;
+  friend struct StatementReturner;
 
   std::string Sql(ReadKind kind) const;
   std::string Columns() const;
   std::string Where(std::string_view more) const;
   StatementHandle Prepare(ReadKind kind);
-  void TakeBack(ReadKind kind, int width, StatementHandle statement) noexcept;
+  void TakeBack(ReadKind kind, sqlite3_stmt* statement) noexcept;
 
   sqlite3* database_;
   const std::string& path_;
   StatementParts statement_;
   TableData& table_;
   std::string hint_;
-  std::vector<std::int16_t> slots_;  // by column; -1 for one that nobody asked for
-  std::vector<int> slotColumns_;
   std::vector<std::string> computed_;  // the fields' names where they are no columns
+  std::vector<std::int16_t> slots_;    // by column; -1 for one that nobody asked for
+  std::vector<int> slotColumns_;
   std::array<std::vector<StatementHandle>, 5> free_;
 };
 

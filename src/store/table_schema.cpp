@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -36,7 +35,7 @@ constexpr auto kTypes = std::to_array<DeclaredType>({
     {"BLOB", ColumnKind::kBytes},
 });
 
-ColumnKind KindOf(std::string_view declared) {
+ColumnKind KindOfType(std::string_view declared) {
   declared = declared.substr(0, declared.find('('));
   while (!declared.empty() && declared.back() == ' ') declared.remove_suffix(1);
   const auto* type = std::find_if(kTypes.begin(), kTypes.end(), [&](const DeclaredType& known) {
@@ -49,14 +48,6 @@ ColumnKind KindOf(std::string_view declared) {
 // that type keeps a real all the same.
 bool IsEarlierQuantity(std::string_view table, std::string_view column) {
   return SameName(table, "Object_in_Activity_in_Scenario") && SameName(column, "Qty");
-}
-
-std::size_t Hash(std::string_view name) {
-  std::uint32_t hash = 2166136261U;
-  for (const char character : name) {
-    hash = (hash ^ (static_cast<unsigned char>(character) | 0x20U)) * 16777619U;
-  }
-  return hash ^ (hash >> 15U);
 }
 
 char Lower(char character) {
@@ -106,7 +97,6 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
   schema.ReadColumns(database, path);
   schema.FindRowId(database);
   schema.ReadIndexes(database, path);
-  schema.BuildLookUp();
   return schema;
 }
 
@@ -136,7 +126,7 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
     const char* collation = nullptr;
     sqlite3_table_column_metadata(database, nullptr, table.c_str(), utf8.c_str(), nullptr,
                                   &collation, nullptr, nullptr, nullptr);
-    const ColumnKind kind = IsEarlierQuantity(table, utf8) ? ColumnKind::kReal : KindOf(type);
+    const ColumnKind kind = IsEarlierQuantity(table, utf8) ? ColumnKind::kReal : KindOfType(type);
     columns_.push_back({FromUtf8(utf8), Quoted(utf8), kind,
                         collation != nullptr && SameName(collation, "NOCASE")});
   }
@@ -186,21 +176,16 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
   std::erase_if(indexes_, [](const TableIndex& index) { return index.columns.empty(); });
 }
 
-void TableSchema::BuildLookUp() {
-  slots_.assign(std::bit_ceil(columns_.size() * 2 + 1), -1);
-  for (std::size_t column = 0; column < columns_.size(); ++column) {
-    std::size_t slot = Hash(columns_[column].name) & (slots_.size() - 1);
-    while (slots_[slot] >= 0) slot = (slot + 1) & (slots_.size() - 1);
-    slots_[slot] = static_cast<std::int16_t>(column);
-  }
-}
-
 int TableSchema::Find(std::string_view name) const {
-  for (std::size_t slot = Hash(name) & (slots_.size() - 1); slots_[slot] >= 0;
-       slot = (slot + 1) & (slots_.size() - 1)) {
-    if (SameName(columns_[static_cast<std::size_t>(slots_[slot])].name, name)) return slots_[slot];
-  }
-  return -1;
+  const auto address = reinterpret_cast<std::uintptr_t>(name.data());
+  Known& known = known_[(address ^ (address >> 7U)) % known_.size()];
+  if (known.column >= 0 && known.name == name) return known.column;
+  const auto found = std::find_if(columns_.begin(), columns_.end(), [&](const Column& column) {
+    return SameName(column.name, name);
+  });
+  if (found == columns_.end()) return -1;
+  known = {std::string(name), static_cast<int>(found - columns_.begin())};
+  return known.column;
 }
 
 bool SameName(std::string_view a, std::string_view b) {

@@ -36,6 +36,7 @@ class TableSchema {
   const std::string& Name() const { return name_; }
   const std::string& QuotedName() const { return quotedName_; }
   const std::vector<Column>& Columns() const { return columns_; }
+  ColumnKind KindOf(int column) const { return columns_[static_cast<std::size_t>(column)].kind; }
   const std::vector<TableIndex>& Indexes() const { return indexes_; }
   // The name that reaches the row number; empty for a table without one.
   const std::string& RowId() const { return rowId_; }
@@ -48,7 +49,6 @@ class TableSchema {
   void ReadColumns(sqlite3* database, const std::string& path);
   void ReadIndexes(sqlite3* database, const std::string& path);
   void FindRowId(sqlite3* database);
-  void BuildLookUp();
 
   std::string name_;
   std::string quotedName_;
@@ -56,7 +56,14 @@ class TableSchema {
   std::vector<TableIndex> indexes_;
   std::string rowId_;
   bool rowIdIsColumn_ = false;
-  std::vector<std::int16_t> slots_;  // open addressing; its size is a power of two
+
+  // The program names a column mostly by one literal after the other, so that a name found once is
+  // known by where it lies; its letters tell whether it is still that name.
+  struct Known {
+    std::string name;
+    int column = -1;
+  };
+  mutable std::vector<Known> known_{128};
 };
 
 // Letters of ASCII without case, as names of tables and columns compare.

@@ -73,6 +73,9 @@ class Recordset {
 
  private:
   friend class Connection;
+  // A static set of texts that no table holds.
+  void OpenList(std::string fieldName, std::vector<std::string> texts, Connection* connection);
+
   struct Impl;
   std::shared_ptr<Impl> impl_;
 };

@@ -1,14 +1,14 @@
-#include "keyed_rows.h"
+#include "dynamic_set.h"
 
 #include <algorithm>
 
 namespace merivane::store {
 
-KeyedRows::~KeyedRows() {
+DynamicSet::~DynamicSet() {
   if (asked_) engine_.Unwatch(*this);
 }
 
-void KeyedRows::Ask() {
+void DynamicSet::Ask() {
   if (asked_) return;
   asked_ = true;
   if (added_.empty()) deletesSeen_ = table_.Deletes();
@@ -17,7 +17,7 @@ void KeyedRows::Ask() {
 
 // ---------------------------------------------------------------- reading the list
 
-void KeyedRows::Step() {
+void DynamicSet::Step() {
   const bool fresh = !asked_;
   Ask();
   if (!walk_) {
@@ -40,13 +40,13 @@ void KeyedRows::Step() {
   }
 }
 
-void KeyedRows::ReadRest() {
+void DynamicSet::ReadRest() {
   if (!walk_ && !complete_) ReadKeys();
   while (!complete_) Step();
 }
 
 // Of an ordered set all rows, as they are read in one go once its walk has ended.
-LentStatement KeyedRows::LendUnread(ReadKind kind) {
+LentStatement DynamicSet::LendUnread(ReadKind kind) {
   LentStatement statement = shape_.Lend(kind, literals_);
   const int parameters = shape_.Statement().parameters;
   sqlite3_bind_int64(statement.get(), parameters + 1, IsOrdered() ? kDeleted : lastRead_);
@@ -54,7 +54,7 @@ LentStatement KeyedRows::LendUnread(ReadKind kind) {
   return statement;
 }
 
-void KeyedRows::ReadKeys() {
+void DynamicSet::ReadKeys() {
   Ask();
   if (IsOrdered()) keys_.clear();
   const LentStatement keys = LendUnread(ReadKind::kKeys);
@@ -70,7 +70,7 @@ void KeyedRows::ReadKeys() {
   EndList();
 }
 
-void KeyedRows::EndList() {
+void DynamicSet::EndList() {
   EndWalk();
   complete_ = true;
   if (tail_) {
@@ -81,33 +81,33 @@ void KeyedRows::EndList() {
   added_.clear();
 }
 
-void KeyedRows::EndWalk() {
-  walk_.GiveBack();
+void DynamicSet::EndWalk() {
+  walk_.reset();
   walkStands_ = false;
 }
 
 // ---------------------------------------------------------------- places
 
-bool KeyedRows::Has(Place place) {
+bool DynamicSet::Has(Place place) {
   while (place >= keys_.size() && !complete_) Step();
   return place < keys_.size();
 }
 
-Place KeyedRows::NextThere(Place place) {
+Place DynamicSet::NextThere(Place place) {
   for (; Has(place); ++place) {
     if (IsThere(place)) return place;
   }
   return kNoPlace;
 }
 
-Place KeyedRows::PreviousThere(Place end) {
+Place DynamicSet::PreviousThere(Place end) {
   while (end > 0) {
     if (IsThere(--end)) return end;
   }
   return kNoPlace;
 }
 
-Place KeyedRows::Last() {
+Place DynamicSet::Last() {
   if (!complete_ && added_.empty()) {
     const Place tail = FindTail();
     if (tail != kNoPlace) return tail;
@@ -116,7 +116,7 @@ Place KeyedRows::Last() {
   return PreviousThere(keys_.size());
 }
 
-Place KeyedRows::FindTail() {
+Place DynamicSet::FindTail() {
   if (tail_) return IsThere(kTail) ? kTail : kNoPlace;
   Ask();
   LentStatement last = LendUnread(ReadKind::kLast);
@@ -137,7 +137,7 @@ Place KeyedRows::FindTail() {
   return kTail;
 }
 
-Place KeyedRows::After(Place place) {
+Place DynamicSet::After(Place place) {
   if (place == kTail) {
     if (!complete_ && added_.empty()) return kNoPlace;
     ReadRest();
@@ -146,7 +146,7 @@ Place KeyedRows::After(Place place) {
   return NextThere(place + 1);
 }
 
-Place KeyedRows::Before(Place place) {
+Place DynamicSet::Before(Place place) {
   if (place == kTail) {
     ReadRest();
     place = tailPlace_;
@@ -154,20 +154,15 @@ Place KeyedRows::Before(Place place) {
   return PreviousThere(place);
 }
 
-std::size_t KeyedRows::Count() {
-  ReadRest();
-  return keys_.size();
-}
-
-std::int64_t& KeyedRows::KeyAt(Place place) {
+std::int64_t& DynamicSet::KeyAt(Place place) {
   if (place != kTail) return keys_[place];
   return complete_ ? keys_[tailPlace_] : *tail_;
 }
 
-bool KeyedRows::IsThere(Place place) {
+bool DynamicSet::IsThere(Place place) {
   const std::int64_t key = KeyAt(place);
   if (key == kDeleted) return false;
-  if (valuesKept_ || deletesSeen_ == table_.Deletes()) return true;
+  if (deletesSeen_ == table_.Deletes()) return true;
   if (StandOn(key, 0)) return true;
   KeyAt(place) = kDeleted;
   return false;
@@ -175,34 +170,27 @@ bool KeyedRows::IsThere(Place place) {
 
 // ---------------------------------------------------------------- values
 
-std::string KeyedRows::FieldName(int field) const { return shape_.FieldName(field); }
-
-Value KeyedRows::Read(Place place, int field) {
-  const auto index = static_cast<std::size_t>(field);
-  if (valuesKept_) {
-    if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
-    return values_[place == kTail ? tailPlace_ : place][index];
-  }
-  const int column = ColumnOf(field);
-  const int slot = shape_.SlotOf(column);
-  return ColumnValue(StatementWith(place, slot), slot + 1, KindOf(column) == ColumnKind::kText);
+Value DynamicSet::Read(Place place, int field) {
+  return shape_.ValueIn(RowWith(place, shape_.SlotOf(field)), field);
 }
 
-sqlite3_stmt* KeyedRows::StatementWith(Place place, int slot) {
+sqlite3_stmt* DynamicSet::RowWith(Place place, int slot) {
   const std::int64_t key = KeyAt(place);
-  if (walkStands_ && keys_.back() == key && slot < walk_.Width()) return walk_.get();
-  if (key == kDeleted || !StandOn(key, slot + 1)) throw RunTimeError(kNoCurrentRecord);
+  if (walkStands_ && keys_.back() == key && SelectShape::IsIn(walk_.get(), slot)) {
+    return walk_.get();
+  }
+  if (key == kDeleted || !StandOn(key, slot)) throw RunTimeError(kNoCurrentRecord);
   return row_.get();
 }
 
-// The row's columns of that width are there to be read; false for a row deleted since.
-bool KeyedRows::StandOn(std::int64_t key, int width) {
-  const bool fits = row_ && row_.Width() >= width;
+// The row's value at that slot is there to be read; false for a row deleted since.
+bool DynamicSet::StandOn(std::int64_t key, int slot) {
+  const bool fits = row_ && SelectShape::IsIn(row_.get(), slot);
   if (fits && rowKey_ == key && rowWrites_ == table_.Writes()) return true;
-  if (fits && row_.Kind() == ReadKind::kRow) {
+  if (fits && row_.get_deleter().kind == ReadKind::kRow) {
     sqlite3_reset(row_.get());
   } else {
-    row_.GiveBack();
+    row_.reset();
     row_ = shape_.Lend(ReadKind::kRow, literals_);
   }
   sqlite3_bind_int64(row_.get(), 1, key);
@@ -211,7 +199,7 @@ bool KeyedRows::StandOn(std::int64_t key, int width) {
   if (step == SQLITE_DONE) return false;
   if (step != SQLITE_ROW) {
     RunTimeError error = DatabaseError(engine_.Database(), engine_.Path());
-    row_.GiveBack();
+    row_.reset();
     throw error;
   }
   rowKey_ = key;
@@ -219,41 +207,14 @@ bool KeyedRows::StandOn(std::int64_t key, int width) {
   return true;
 }
 
-void KeyedRows::KeepValues() {
-  ReadRest();
-  for (const int column : shape_.Statement().columns) shape_.SlotOf(column);
-  values_.resize(keys_.size());
-  for (Place place = 0; place < keys_.size(); ++place) {
-    if (!IsThere(place)) continue;
-    for (int field = 0; field < FieldCount(); ++field) {
-      values_[place].push_back(Read(place, field));
-    }
-  }
-  valuesKept_ = true;
-  row_.GiveBack();
-}
-
 // ---------------------------------------------------------------- writing
 
-void KeyedRows::CheckWritable() const {
-  if (fixed_) throw RunTimeError(kNotUpdatable);
-  engine_.CheckWritable();
-}
-
-int KeyedRows::ColumnOf(int field) const {
-  return shape_.Statement().columns[static_cast<std::size_t>(field)];
-}
-
-ColumnKind KeyedRows::KindOf(int column) const {
-  return table_.Schema().Columns()[static_cast<std::size_t>(column)].kind;
-}
-
-void KeyedRows::BeginWrite() {
+void DynamicSet::BeginWrite() {
   engine_.BeginWrite();
   table_.BeginTransaction(engine_.Transaction());
 }
 
-void KeyedRows::Insert(std::span<const FieldChange> changes) {
+void DynamicSet::Insert(std::span<const FieldChange> changes) {
   BeginWrite();
   const bool numbered = !table_.Schema().RowIdIsColumn();
   const std::int64_t rowId = numbered ? table_.NextRowId() : 0;
@@ -262,10 +223,10 @@ void KeyedRows::Insert(std::span<const FieldChange> changes) {
   (complete_ ? keys_ : added_).push_back(table_.Insert(rowId, changes));
 }
 
-void KeyedRows::Update(Place place, std::vector<FieldChange>& changes) {
+void DynamicSet::Update(Place place, std::vector<FieldChange>& changes) {
   std::erase_if(changes, [&](const FieldChange& change) {
-    const int slot = shape_.SlotOf(change.column);
-    return ColumnHolds(StatementWith(place, slot), slot + 1, change.value);
+    const int slot = shape_.SlotOfColumn(change.column);
+    return ColumnHolds(RowWith(place, slot), slot, change.value);
   });
   if (changes.empty()) return;
   const std::int64_t key = KeyAt(place);
@@ -274,7 +235,7 @@ void KeyedRows::Update(Place place, std::vector<FieldChange>& changes) {
   table_.Update(key, changes);
 }
 
-void KeyedRows::Delete(Place place) {
+void DynamicSet::Delete(Place place) {
   if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
   BeginWrite();
   engine_.BeforeDelete(table_);
@@ -286,45 +247,38 @@ void KeyedRows::Delete(Place place) {
 
 // ---------------------------------------------------------------- what others write
 
-bool KeyedRows::IsPending(const TableData& table) const {
-  return &table == &table_ && (fixed_ ? !valuesKept_ : !complete_);
-}
-
-bool KeyedRows::Uses(std::span<const FieldChange> changes) const {
+bool DynamicSet::Uses(std::span<const FieldChange> changes) const {
   const auto& used = shape_.Statement().used;
   return std::any_of(changes.begin(), changes.end(), [&](const FieldChange& change) {
     return used[static_cast<std::size_t>(change.column)];
   });
 }
 
-void KeyedRows::BeforeInsert(const TableData& table, std::int64_t rowId) {
+void DynamicSet::BeforeInsert(const TableData& table, std::int64_t rowId) {
   if (!IsPending(table)) return;
-  if (fixed_) return KeepValues();
   if (IsOrdered() || table.Schema().RowIdIsColumn()) return ReadRest();
   limit_ = std::min(limit_, rowId - 1);
   EndWalk();
 }
 
-void KeyedRows::BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
-                             std::span<const FieldChange> changes) {
+void DynamicSet::BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+                              std::span<const FieldChange> changes) {
   if (!IsPending(table)) return;
-  if (fixed_) return KeepValues();
   const bool known = rowId && (*rowId <= lastRead_ || *rowId > limit_ || rowId == tail_);
   if (IsOrdered() || (!known && Uses(changes))) return ReadRest();
   EndWalk();
 }
 
-void KeyedRows::BeforeDelete(const TableData& table) {
+void DynamicSet::BeforeDelete(const TableData& table) {
   if (!IsPending(table)) return;
-  if (fixed_) return KeepValues();
   if (IsOrdered()) return ReadRest();
   EndWalk();
 }
 
-void KeyedRows::LetGo() {
+void DynamicSet::LetGo() {
   if (IsOrdered() && walk_) ReadRest();
   EndWalk();
-  row_.GiveBack();
+  row_.reset();
 }
 
 }  // namespace merivane::store

@@ -1,12 +1,11 @@
-// Rows that are known by their row numbers: the list grows as it is asked for, and values are read
-// when they are.
+// The rows of a dynamic set: a list of row numbers that grows as it is asked for, with live values.
 #pragma once
 
 #include <optional>
 #include <vector>
 
 #include "engine.h"
-#include "rows.h"
+#include "snapshot_set.h"
 
 namespace merivane::store {
 
@@ -14,36 +13,35 @@ namespace merivane::store {
 // the engine that could change what is still unread, the rest is read; a write that can't (an added
 // row has a greater number than all before) only ends the reading statement, and the rest is read
 // when it is wanted. So opening, asking for a row and adding one cost the same whatever the table
-// holds.
-class KeyedRows : public Rows, private RowWatcher {
+// holds. REQUIRES: a shape with keys.
+class DynamicSet : private RowWatcher {
  public:
-  // A fixed set keeps its values as they were when it was first asked, and can't be written.
-  KeyedRows(Engine& engine, SelectShape& shape, std::vector<Literal> literals, bool fixed)
-      : engine_(engine),
-        shape_(shape),
-        table_(shape.Table()),
-        literals_(std::move(literals)),
-        fixed_(fixed) {}
-  ~KeyedRows() override;
+  DynamicSet(Engine& engine, SelectShape& shape, std::vector<Literal> literals)
+      : engine_(engine), shape_(shape), table_(shape.Table()), literals_(std::move(literals)) {}
+  ~DynamicSet();
+  DynamicSet(const DynamicSet&) = delete;
+  DynamicSet& operator=(const DynamicSet&) = delete;
 
-  Place First() override { return NextThere(0); }
-  Place Last() override;
-  Place After(Place place) override;
-  Place Before(Place place) override;
-  std::size_t Count() override;
-  bool IsThere(Place place) override;
+  // Places hold from one call to the next, whatever is written. These give kNoPlace where there is
+  // no row, pass over rows deleted since, and read no more than they need.
+  Place First() { return NextThere(0); }
+  Place Last();
+  Place After(Place place);
+  Place Before(Place place);
+  bool IsThere(Place place);  // not deleted since
 
-  int FieldCount() const override { return shape_.FieldCount(); }
-  std::string FieldName(int field) const override;
-  int FindField(std::string_view name) const override { return shape_.FindField(name); }
-  Value Read(Place place, int field) override;
+  int FieldCount() const { return shape_.FieldCount(); }
+  std::string FieldName(int field) const { return shape_.FieldName(field); }
+  int FindField(std::string_view name) const { return shape_.FindField(name); }
+  int ColumnOf(int field) const { return shape_.ColumnOf(field); }
+  ColumnKind KindOf(int column) const { return table_.Schema().KindOf(column); }
+  Value Read(Place place, int field);  // error 3021 for a row deleted since
 
-  void CheckWritable() const override;
-  int ColumnOf(int field) const override;
-  ColumnKind KindOf(int column) const override;
-  void Insert(std::span<const FieldChange> changes) override;
-  void Update(Place place, std::vector<FieldChange>& changes) override;
-  void Delete(Place place) override;
+  void CheckWritable() const { engine_.CheckWritable(); }
+  void Insert(std::span<const FieldChange> changes);  // the new row's place is the last
+  // Writes the changes that differ from what the row holds; the others are taken out.
+  void Update(Place place, std::vector<FieldChange>& changes);
+  void Delete(Place place);
 
  private:
   // The last row, found from the end while the places before it are not known.
@@ -57,7 +55,7 @@ class KeyedRows : public Rows, private RowWatcher {
   void LetGo() override;
 
   bool IsOrdered() const { return !shape_.Statement().order.empty(); }
-  bool IsPending(const TableData& table) const;
+  bool IsPending(const TableData& table) const { return &table == &table_ && !complete_; }
   bool Uses(std::span<const FieldChange> changes) const;
   void Ask();
   bool Has(Place place);
@@ -67,20 +65,18 @@ class KeyedRows : public Rows, private RowWatcher {
   LentStatement LendUnread(ReadKind kind);
   void EndList();
   void EndWalk();
-  void KeepValues();
   void BeginWrite();
   Place NextThere(Place place);
   Place PreviousThere(Place end);
   Place FindTail();
   std::int64_t& KeyAt(Place place);
-  bool StandOn(std::int64_t key, int width);
-  sqlite3_stmt* StatementWith(Place place, int slot);
+  bool StandOn(std::int64_t key, int slot);
+  sqlite3_stmt* RowWith(Place place, int slot);
 
   Engine& engine_;
   SelectShape& shape_;
   TableData& table_;
   std::vector<Literal> literals_;
-  bool fixed_;
 
   std::vector<std::int64_t> keys_;
   bool asked_ = false;
@@ -97,8 +93,6 @@ class KeyedRows : public Rows, private RowWatcher {
   LentStatement row_;  // stands on the row `rowKey_` as it was at write `rowWrites_`
   std::int64_t rowKey_ = kDeleted;
   std::uint64_t rowWrites_ = 0;
-  std::vector<std::vector<Value>> values_;  // of a fixed set, once something was written
-  bool valuesKept_ = false;
 };
 
 }  // namespace merivane::store

@@ -1,0 +1,104 @@
+#include "snapshot_set.h"
+
+namespace merivane::store {
+
+SnapshotSet::SnapshotSet(std::string fieldName, std::vector<std::string> texts)
+    : fieldName_(std::move(fieldName)), count_(texts.size()), kept_(true) {
+  for (std::string& text : texts) rows_.emplace_back().emplace_back(std::move(text));
+}
+
+SnapshotSet::~SnapshotSet() {
+  if (asked_) engine_->Unwatch(*this);
+}
+
+void SnapshotSet::Ask() {
+  if (asked_ || kept_) return;
+  LentStatement walk = shape_->Lend(ReadKind::kWalk, literals_);
+  const bool any = Step(walk);
+  asked_ = true;
+  engine_->Watch(*this);
+  if (any) {
+    walk_ = std::move(walk);
+  } else {
+    count_ = 0;
+  }
+}
+
+// Ends a statement that fails.
+bool SnapshotSet::Step(LentStatement& statement) {
+  const int step = sqlite3_step(statement.get());
+  if (step == SQLITE_ROW) return true;
+  if (step == SQLITE_DONE) return false;
+  RunTimeError error = DatabaseError(engine_->Database(), engine_->Path());
+  statement.reset();
+  throw error;
+}
+
+bool SnapshotSet::Has(Place place) {
+  Ask();
+  if (!count_ && !walk_) Keep();  // its reading failed before
+  if (count_) return place < *count_;
+  for (; at_ < place; ++at_) {
+    if (Step(walk_)) continue;
+    count_ = at_ + 1;
+    walk_.reset();
+    return false;
+  }
+  return true;
+}
+
+std::size_t SnapshotSet::Count() {
+  Ask();
+  if (!count_) {
+    LentStatement count = shape_->Lend(ReadKind::kCount, literals_);
+    Step(count);
+    count_ = static_cast<std::size_t>(sqlite3_column_int64(count.get(), 0));
+  }
+  return *count_;
+}
+
+int SnapshotSet::FindField(std::string_view name) const {
+  if (shape_ != nullptr) return shape_->FindField(name);
+  return SameName(fieldName_, name) ? 0 : -1;
+}
+
+// A walk that has gone by the row begins again at the first one; for any other the rows are kept.
+void SnapshotSet::StandOn(Place place) {
+  if (!walk_ || place < at_) {
+    if (place > 0) return Keep();
+    walk_ = shape_->Lend(ReadKind::kWalk, literals_);
+    at_ = 0;
+    Step(walk_);
+  }
+  for (; at_ < place; ++at_) Step(walk_);
+}
+
+Value SnapshotSet::Read(Place place, int field) {
+  if (!kept_) StandOn(place);
+  if (kept_) return rows_[place][static_cast<std::size_t>(field)];
+  if (!SelectShape::IsIn(walk_.get(), shape_->SlotOf(field))) {
+    LentStatement wider = shape_->Lend(ReadKind::kWalk, literals_);
+    for (Place passed = 0; passed <= place; ++passed) Step(wider);
+    walk_ = std::move(wider);
+  }
+  return shape_->ValueIn(walk_.get(), field);
+}
+
+void SnapshotSet::Keep() {
+  if (kept_) return;
+  for (int field = 0; field < FieldCount(); ++field) shape_->SlotOf(field);
+  LentStatement all = shape_->Lend(ReadKind::kWalk, literals_);
+  std::vector<std::vector<Value>> rows;
+  while (Step(all)) {
+    auto& row = rows.emplace_back();
+    for (int field = 0; field < FieldCount(); ++field) {
+      row.push_back(shape_->ValueIn(all.get(), field));
+    }
+  }
+  rows_ = std::move(rows);
+  kept_ = true;
+  count_ = rows_.size();
+  walk_.reset();
+}
+
+}  // namespace merivane::store

@@ -1,0 +1,72 @@
+// The rows of a static set, and of a set that no table's rows stand behind.
+#pragma once
+
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "engine.h"
+
+namespace merivane::store {
+
+using Place = std::size_t;  // of a row in its set
+inline constexpr Place kNoPlace = std::numeric_limits<Place>::max();
+
+// The rows as they were when they were first asked for. They are read one by one while nothing
+// could change them; before a write to their table, before the file is let go, and for going back
+// they are copied whole.
+class SnapshotSet : private RowWatcher {
+ public:
+  SnapshotSet(Engine& engine, SelectShape& shape, std::vector<Literal> literals)
+      : engine_(&engine), shape_(&shape), literals_(std::move(literals)) {}
+  SnapshotSet(std::string fieldName, std::vector<std::string> texts);
+  ~SnapshotSet();
+  SnapshotSet(const SnapshotSet&) = delete;
+  SnapshotSet& operator=(const SnapshotSet&) = delete;
+
+  // kNoPlace where there is no such row.
+  Place First() { return Has(0) ? 0 : kNoPlace; }
+  Place Last() { return Count() == 0 ? kNoPlace : Count() - 1; }
+  Place After(Place place) { return Has(place + 1) ? place + 1 : kNoPlace; }
+  static Place Before(Place place) { return place == 0 ? kNoPlace : place - 1; }
+  std::size_t Count();
+  static bool IsThere(Place /*place*/) { return true; }
+
+  int FieldCount() const { return shape_ == nullptr ? 1 : shape_->FieldCount(); }
+  std::string FieldName(int field) const {
+    return shape_ == nullptr ? fieldName_ : shape_->FieldName(field);
+  }
+  int FindField(std::string_view name) const;
+  Value Read(Place place, int field);
+
+ private:
+  void BeforeInsert(const TableData& table, std::int64_t /*rowId*/) override { Written(table); }
+  void BeforeUpdate(const TableData& table, std::optional<std::int64_t> /*rowId*/,
+                    std::span<const FieldChange> /*changes*/) override {
+    Written(table);
+  }
+  void BeforeDelete(const TableData& table) override { Written(table); }
+  void LetGo() override { Keep(); }
+  void Written(const TableData& table) {
+    if (&table == &shape_->Table()) Keep();
+  }
+
+  void Ask();
+  bool Has(Place place);
+  bool Step(LentStatement& statement);
+  void StandOn(Place place);
+  void Keep();
+
+  Engine* engine_ = nullptr;
+  SelectShape* shape_ = nullptr;
+  std::vector<Literal> literals_;
+  std::string fieldName_;
+  bool asked_ = false;
+  std::optional<std::size_t> count_;
+  LentStatement walk_;  // stands on the row at `at_`
+  Place at_ = 0;
+  bool kept_ = false;
+  std::vector<std::vector<Value>> rows_;
+};
+
+}  // namespace merivane::store
