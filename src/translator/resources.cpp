@@ -1,4 +1,5 @@
 #include <array>
+#include <unordered_map>
 
 #include "mpx/mpx_format.h"
 #include "translation_steps.h"
@@ -42,7 +43,7 @@ bool IsResource(const Value& type) {
   return text == "Shared Resource" || text == "Dedicated Resource" || text == "Transport";
 }
 
-// By name: objects of one name share the marks of the last.
+// By name.
 void MarkOccurrences(ModelToProject& state, Recordset& object) {
   const Value sent = object.Field("Send_to_Project");
   const Value pid = object.Field("PID");
@@ -88,8 +89,10 @@ void AddResource(Pass& pass, Recordset& object, Recordset& resources) {
 
 void MarkResources(Pass& pass) {
   ModelToProject& state = pass.state;
+  std::unordered_map<std::string, int> objectsToCome;  // of each name
   Recordset objects = Rows(state, kObjects, state.gMspProjId);
   for (; !objects.Eof(); objects.MoveNext()) {
+    ++objectsToCome[Joined(objects.Field("Name"))];
     if (!IsResource(objects.Field("Celvar_Type"))) continue;
     objects.SetField("Send_to_Project", 1);
     objects.SetField("PID", pass.resourceCounter);
@@ -98,7 +101,10 @@ void MarkResources(Pass& pass) {
   }
   objects.Close();
   objects = Rows(state, kObjects, state.gMspProjId);
-  for (; !objects.Eof(); objects.MoveNext()) MarkOccurrences(state, objects);
+  for (; !objects.Eof(); objects.MoveNext()) {
+    // Objects of one name share the marks of the last.
+    if (--objectsToCome[Joined(objects.Field("Name"))] == 0) MarkOccurrences(state, objects);
+  }
 }
 
 void WriteResources(Pass& pass) {
