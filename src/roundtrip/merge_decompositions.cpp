@@ -27,7 +27,6 @@ class DecompositionPasses {
   void MergeSelectedLinks();
 
  private:
-  void MoveTo(std::size_t row);
   void Mark(std::size_t row, const char* column, int mark);
   bool EnterScenarioOf(const Value& parent);
 
@@ -37,22 +36,19 @@ class DecompositionPasses {
   std::vector<std::size_t> selected_;
   std::size_t firstOpen_ = 0;  // no row in front of it is unprocessed
   Recordset tasks_;
-  std::size_t position_ = 0;  // of tasks_
+  std::vector<std::size_t> bookmarks_;  // of its rows
 };
 
-void DecompositionPasses::MoveTo(std::size_t row) {
-  for (; position_ < row; ++position_) tasks_.MoveNext();
-  for (; position_ > row; --position_) tasks_.MovePrevious();
-}
-
 void DecompositionPasses::Mark(std::size_t row, const char* column, int mark) {
-  MoveTo(row);
+  tasks_.MoveTo(bookmarks_[row]);
   tasks_.SetField(column, mark);
   tasks_.Update();
 }
 
 void DecompositionPasses::InitProcessedFlags() {
   for (std::size_t row = 0; row < outline_.Size(); ++row) {
+    if (row > 0) tasks_.MoveNext();
+    bookmarks_.push_back(tasks_.Bookmark());
     const auto level = outline_.Level(row);
     processed_.push_back(level && *level <= 1);
     Mark(row, "Processed", processed_[row] ? 1 : 0);
@@ -89,7 +85,7 @@ bool DecompositionPasses::SelectNextDecomposition() {
 
 void DecompositionPasses::MergeSelectedLinks() {
   for (const std::size_t row : selected_) {
-    MoveTo(row);
+    tasks_.MoveTo(bookmarks_[row]);
     MergeLinksOfTask(state_, tasks_);
     Mark(row, "Processed", 1);
     processed_[row] = true;

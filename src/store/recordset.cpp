@@ -227,6 +227,16 @@ void Recordset::MovePrevious() {
   impl_->MoveTo(impl_->With(move), Position::kBof);
 }
 
+std::size_t Recordset::Bookmark() {
+  impl_->CheckOnRow();
+  return impl_->place;
+}
+
+void Recordset::MoveTo(std::size_t bookmark) {
+  impl_->SaveChanges();
+  impl_->MoveTo(bookmark, Position::kEmpty);
+}
+
 long Recordset::RecordCount() {
   impl_->CheckOpen();
   return impl_->isStatic ? static_cast<long>(std::get<SnapshotSet>(impl_->rows).Count()) : -1;

@@ -55,7 +55,13 @@ class Recordset {
   void MoveLast();
   void MoveNext();      // saves a changed row first; at EOF error 3021
   void MovePrevious();  // likewise; at BOF error 3021
-  long RecordCount();   // exact for a static set; -1 for a dynamic one
+
+  // The current row (error 3021 without one), and the way back to it from anywhere in the set,
+  // which saves a changed row first. A bookmark holds until the set is closed.
+  std::size_t Bookmark();
+  void MoveTo(std::size_t bookmark);
+
+  long RecordCount();  // exact for a static set; -1 for a dynamic one
 
   int FieldCount();
   std::string FieldName(int index);      // as the table declares it
