@@ -84,7 +84,10 @@ Engine* Workspace::State::EngineOn(const std::string& path) const {
   return nullptr;
 }
 
-Workspace::Workspace() : state_(std::make_unique<State>()) {}
+// Nobody asks for SQLite's statistics of memory, which take a lock for each piece of it.
+Workspace::Workspace() : state_(std::make_unique<State>()) {
+  sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);  // refused once SQLite runs
+}
 Workspace::~Workspace() = default;
 
 void Workspace::CommitAll() {
