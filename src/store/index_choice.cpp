@@ -136,7 +136,7 @@ std::string IndexHint(const StatementParts& statement) {
     }
   }
   if (service.keys == 0 && !statement.order.empty()) return "";
-  return best == nullptr ? " not indexed" : " indexed by " + best->quotedName;
+  return best == nullptr ? std::string(kNotIndexed) : " indexed by " + best->quotedName;
 }
 
 void AddMissingKeyIndexes(sqlite3* database, const std::string& path) {

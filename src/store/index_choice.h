@@ -8,6 +8,8 @@
 
 namespace merivane::store {
 
+inline constexpr std::string_view kNotIndexed = " not indexed";
+
 // What stands behind the table's name: " indexed by ...", " not indexed", or nothing where SQLite
 // may choose.
 std::string IndexHint(const StatementParts& statement);

@@ -114,8 +114,9 @@ std::string SelectShape::Sql(ReadKind kind) const {
       return "select " + Columns() + source + Where("") +
              (order.empty() ? "" : " order by " + order);
     case ReadKind::kCount:
-      return "select count(*) from (select " + (HasKeys() ? rowId : Columns()) + source +
-             Where("") + ")";
+      // Of rows in any order, which another index may serve.
+      return "select count(*) from (select " + (HasKeys() ? rowId : Columns()) +
+             (hint_ == kNotIndexed ? " from " + table : source) + Where("") + ")";
     case ReadKind::kLast:
       return "select " + Columns() + source + Where(between) + " order by " +
              statement_.reversedOrder + comma + rowId + " desc limit 1";

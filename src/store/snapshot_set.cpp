@@ -13,15 +13,16 @@ SnapshotSet::~SnapshotSet() {
 
 void SnapshotSet::Ask() {
   if (asked_ || kept_) return;
-  LentStatement walk = shape_->Lend(ReadKind::kWalk, literals_);
-  const bool any = Step(walk);
   asked_ = true;
   engine_->Watch(*this);
-  if (any) {
-    walk_ = std::move(walk);
-  } else {
-    count_ = 0;
-  }
+}
+
+void SnapshotSet::Begin() {
+  walk_ = shape_->Lend(ReadKind::kWalk, literals_);
+  at_ = 0;
+  if (Step(walk_)) return;
+  count_ = 0;
+  walk_.reset();
 }
 
 // Ends a statement that fails.
@@ -36,7 +37,7 @@ bool SnapshotSet::Step(LentStatement& statement) {
 
 bool SnapshotSet::Has(Place place) {
   Ask();
-  if (!count_ && !walk_) Keep();  // its reading failed before
+  if (!count_ && !walk_) Begin();
   if (count_) return place < *count_;
   for (; at_ < place; ++at_) {
     if (Step(walk_)) continue;
@@ -64,12 +65,8 @@ int SnapshotSet::FindField(std::string_view name) const {
 
 // A walk that has gone by the row begins again at the first one; for any other the rows are kept.
 void SnapshotSet::StandOn(Place place) {
-  if (!walk_ || place < at_) {
-    if (place > 0) return Keep();
-    walk_ = shape_->Lend(ReadKind::kWalk, literals_);
-    at_ = 0;
-    Step(walk_);
-  }
+  if (walk_ && place < at_ && place > 0) return Keep();
+  if (!walk_ || place < at_) Begin();
   for (; at_ < place; ++at_) Step(walk_);
 }
 

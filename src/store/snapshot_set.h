@@ -52,6 +52,7 @@ class SnapshotSet : private RowWatcher {
   }
 
   void Ask();
+  void Begin();
   bool Has(Place place);
   bool Step(LentStatement& statement);
   void StandOn(Place place);
