@@ -261,10 +261,10 @@ void DynamicSet::BeforeInsert(const TableData& table, std::int64_t rowId) {
   EndWalk();
 }
 
-void DynamicSet::BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+void DynamicSet::BeforeUpdate(const TableData& table, std::int64_t rowId,
                               std::span<const FieldChange> changes) {
   if (!IsPending(table)) return;
-  const bool known = rowId && (*rowId <= lastRead_ || *rowId > limit_ || rowId == tail_);
+  const bool known = rowId <= lastRead_ || rowId > limit_ || rowId == tail_;
   if (IsOrdered() || (!known && Uses(changes))) return ReadRest();
   EndWalk();
 }

@@ -49,7 +49,7 @@ class DynamicSet : private RowWatcher {
   static constexpr std::int64_t kDeleted = std::numeric_limits<std::int64_t>::min();
 
   void BeforeInsert(const TableData& table, std::int64_t rowId) override;
-  void BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+  void BeforeUpdate(const TableData& table, std::int64_t rowId,
                     std::span<const FieldChange> changes) override;
   void BeforeDelete(const TableData& table) override;
   void LetGo() override;

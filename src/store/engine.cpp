@@ -5,7 +5,6 @@
 #include <thread>
 
 #include "database_file.h"
-#include "index_choice.h"
 #include "runtime/code_page.h"
 
 namespace merivane::store {
@@ -41,7 +40,6 @@ void Engine::CloseSets() noexcept {
 Engine::~Engine() {
   CloseSets();
   selects_.clear();
-  updates_.clear();
   tables_.clear();
   database_.reset();
   if (!ownFile_.empty()) {
@@ -102,29 +100,6 @@ SelectShape& Engine::FindSelect(std::string_view sql, std::vector<Literal>& lite
   return *found->second;
 }
 
-UpdateShape& Engine::FindUpdate(std::string_view sql, std::vector<Literal>& literals) {
-  SplitLiterals(sql, split_);
-  auto found = updates_.find(split_.shape);
-  if (found == updates_.end()) {
-    TableData* table = nullptr;
-    auto statement = ReadUpdate(
-        Database(), split_.shape, sql, [&](std::string_view name) -> const auto& {
-          table = &FindTable(name);
-          return table->Schema();
-        });
-    const std::string where = statement.condition.empty() ? "" : " where " + statement.condition;
-    auto prepared = PrepareStatement(Database(),
-                                     "update " + statement.table->QuotedName() +
-                                         IndexHint(statement) + " set " + statement.list + where,
-                                     path_);
-    UpdateShape shape{std::move(statement), {}, table, std::move(prepared)};
-    for (const int column : shape.statement.columns) shape.assigned.push_back({column, {}});
-    found = updates_.emplace(split_.shape, std::move(shape)).first;
-  }
-  literals.swap(split_.literals);
-  return found->second;
-}
-
 std::vector<std::string> Engine::TableNames() {
   const StatementHandle list = PrepareStatement(
       Database(),
@@ -183,7 +158,7 @@ void Engine::BeforeInsert(const TableData& table, std::int64_t rowId) {
   for (std::size_t i = watchers_.size(); i-- > 0;) watchers_[i]->BeforeInsert(table, rowId);
 }
 
-void Engine::BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+void Engine::BeforeUpdate(const TableData& table, std::int64_t rowId,
                           std::span<const FieldChange> changes) {
   for (std::size_t i = watchers_.size(); i-- > 0;)
     watchers_[i]->BeforeUpdate(table, rowId, changes);

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,8 +21,7 @@ namespace merivane::store {
 class RowWatcher {
  public:
   virtual void BeforeInsert(const TableData& table, std::int64_t rowId) = 0;
-  // Without a row number: any row may change.
-  virtual void BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+  virtual void BeforeUpdate(const TableData& table, std::int64_t rowId,
                             std::span<const FieldChange> changes) = 0;
   virtual void BeforeDelete(const TableData& table) = 0;
   // Gives back what keeps the file locked for reading; reading may go on later.
@@ -40,14 +38,6 @@ class OpenSet {
 
  protected:
   ~OpenSet() = default;
-};
-
-// One shape of UPDATE.
-struct UpdateShape {
-  StatementParts statement;
-  std::vector<FieldChange> assigned;  // by column only
-  TableData* table;
-  StatementHandle prepared;
 };
 
 class Engine {
@@ -74,7 +64,6 @@ class Engine {
   // The shape of the statement, with its literals; see statement.h for the failures, and
   // kUnknownTable.
   SelectShape& FindSelect(std::string_view sql, std::vector<Literal>& literals);
-  UpdateShape& FindUpdate(std::string_view sql, std::vector<Literal>& literals);
   std::vector<std::string> TableNames();
 
   void CheckWritable() const;  // error 3251 read-only
@@ -87,7 +76,7 @@ class Engine {
   void CloseSets() noexcept;
 
   void BeforeInsert(const TableData& table, std::int64_t rowId);
-  void BeforeUpdate(const TableData& table, std::optional<std::int64_t> rowId,
+  void BeforeUpdate(const TableData& table, std::int64_t rowId,
                     std::span<const FieldChange> changes);
   void BeforeDelete(const TableData& table);
 
@@ -115,7 +104,6 @@ class Engine {
   SplitStatement split_;
   std::vector<std::unique_ptr<TableData>> tables_;
   std::unordered_map<std::string, std::unique_ptr<SelectShape>> selects_;
-  std::unordered_map<std::string, UpdateShape> updates_;
   std::vector<RowWatcher*> watchers_;
   std::vector<OpenSet*> sets_;
 };

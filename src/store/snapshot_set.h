@@ -41,7 +41,7 @@ class SnapshotSet : private RowWatcher {
 
  private:
   void BeforeInsert(const TableData& table, std::int64_t /*rowId*/) override { Written(table); }
-  void BeforeUpdate(const TableData& table, std::optional<std::int64_t> /*rowId*/,
+  void BeforeUpdate(const TableData& table, std::int64_t /*rowId*/,
                     std::span<const FieldChange> /*changes*/) override {
     Written(table);
   }

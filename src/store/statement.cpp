@@ -315,20 +315,6 @@ class Reader {
     return Proved();
   }
 
-  StatementParts Update() {
-    parts_.parameters = 1;
-    mayHaveParameter_ = true;
-    Expect("update");
-    Table();
-    Expect("set");
-    text_ = "update " + parts_.table->QuotedName() + " set";
-    const std::size_t start = text_.size();
-    Assignments();
-    parts_.list = text_.substr(start);
-    Where();
-    return Proved();
-  }
-
  private:
   const Token& Now() const { return tokens_[at_]; }
   bool Take(std::string_view keyword) {
@@ -408,19 +394,6 @@ class Reader {
            Now().Is("order");
   }
 
-  void Assignments() {
-    for (bool target = true; !ClauseEnds(); ++at_) {
-      const int column = target ? ColumnOf(Now()) : -1;
-      target = Now().IsSymbol(",");
-      if (column < 0) {
-        Operand();
-      } else {
-        parts_.columns.push_back(column);
-        Add(Declared(column).quotedName);
-      }
-    }
-  }
-
   void Where() {
     if (!Now().Is("where")) return;
     Add("where");
@@ -460,7 +433,7 @@ class Reader {
   void Operand() {
     const Token& token = Now();
     if (token.IsLiteral()) return Add(NextParameter());
-    if (token.IsSymbol("?")) return Parameter();
+    if (token.IsSymbol("?")) Refuse(token);
     if (token.kind == TokenKind::kSymbol || IsKeyword(token)) return Add(token.text);
     const int column = ColumnOf(token);
     if (column < 0 && !unknown_) unknown_ = at_;
@@ -473,12 +446,6 @@ class Reader {
   }
 
   std::string NextParameter() { return "?" + std::to_string(++parts_.parameters); }
-
-  void Parameter() {
-    if (!mayHaveParameter_ || parts_.hasParameter) Refuse(Now());
-    parts_.hasParameter = true;
-    Add("?1");
-  }
 
   // A text column is searched by range, so that an index serves it; another by its value's text.
   void Range(int column) {
@@ -562,7 +529,6 @@ class Reader {
   std::string text_;           // the whole statement in SQLite's words
   std::vector<Place> places_;  // where the tokens stand in it
   std::optional<std::size_t> unknown_;
-  bool mayHaveParameter_ = false;
   bool hasAlternative_ = false;
   int depth_ = 0;
 };
@@ -574,11 +540,6 @@ void SplitLiterals(std::string_view sql, SplitStatement& out) { Splitter(sql, ou
 StatementParts ReadSelect(sqlite3* database, std::string_view shape, std::string_view sql,
                           const FindTable& find) {
   return Reader(database, shape, sql, find).Select();
-}
-
-StatementParts ReadUpdate(sqlite3* database, std::string_view shape, std::string_view sql,
-                          const FindTable& find) {
-  return Reader(database, shape, sql, find).Update();
 }
 
 }  // namespace merivane::store

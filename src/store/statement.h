@@ -24,20 +24,19 @@ struct SplitStatement {
 // memory is used again.
 void SplitLiterals(std::string_view sql, SplitStatement& out);
 
-// SELECT list FROM table [WHERE condition] [ORDER BY columns], or UPDATE table SET ... [WHERE ...],
-// with literals as numbered parameters.
+// SELECT list FROM table [WHERE condition] [ORDER BY columns], with literals as parameters that are
+// numbered from 1.
 struct StatementParts {
   const TableSchema* table = nullptr;
-  std::vector<int> columns;  // of a SELECT whose list holds columns alone; or those assigned
-  std::string list;          // the list of any other SELECT; or the assignments
+  std::vector<int> columns;  // of a list that holds columns alone
+  std::string list;          // any other list
   std::string condition;     // empty without WHERE
   std::string order;         // empty without ORDER BY
   std::string reversedOrder;
   std::vector<bool> used;          // by column: WHERE or ORDER BY name it
   std::vector<int> equalColumns;   // every row has one literal in it
   std::vector<int> prefixColumns;  // every row begins with one literal in it
-  int parameters = 0;              // the literals, numbered from 1; of an UPDATE from 2
-  bool hasParameter = false;       // of an UPDATE: number 1, where the text has its one '?'
+  int parameters = 0;
 };
 
 // Gives the schema of a table; throws where there is none.
@@ -46,8 +45,6 @@ using FindTable = std::function<const TableSchema&(std::string_view name)>;
 // `shape` as SplitLiterals makes it, `sql` for messages. Failures are RunTimeErrors: kUnknownName
 // for an unknown column, kStatementError for what SQLite refuses and for anything behind the end.
 StatementParts ReadSelect(sqlite3* database, std::string_view shape, std::string_view sql,
-                          const FindTable& find);
-StatementParts ReadUpdate(sqlite3* database, std::string_view shape, std::string_view sql,
                           const FindTable& find);
 
 }  // namespace merivane::store

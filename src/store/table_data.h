@@ -42,7 +42,6 @@ class TableData {
   std::int64_t Insert(std::int64_t rowId, std::span<const FieldChange> changes);
   void Update(std::int64_t rowId, std::span<const FieldChange> changes);  // 3021 for no such row
   void Delete(std::int64_t rowId);                                        // likewise
-  void WrittenElsewhere() { ++writes_; }
 
  private:
   using Statements = std::unordered_map<std::string, StatementHandle>;

@@ -9,7 +9,7 @@
 #include "program/model_words.h"
 #include "program/program.h"
 #include "runtime/conversions.h"
-#include "store/command.h"
+#include "store/recordset.h"
 
 namespace merivane::translator {
 
@@ -24,7 +24,6 @@ struct Pass {
   std::int32_t taskDays = 0;         // whole days of the current task
   std::string glossaryText{};        // last glossary of an activity; not cleared between tasks
   bool projectMarked = false;        // PROJ_EXT_EDITED is set
-  Command rtfNote{};                 // one for all tasks
 
   void PrintMpx(std::string_view line) {
     if (mpxWanted) state.files.Print(state.mpxFileNo, line);

@@ -1,19 +1,18 @@
 #include "runtime/rtf_notes.h"
+#include "runtime/run_time_error.h"
 #include "translation_steps.h"
 #include "translator/task_note.h"
 
 namespace merivane::translator {
 
-void WriteRtfNote(Pass& pass, const Value& projectId) {
-  Command& command = pass.rtfNote;
-  command.ActiveConnection(pass.state.gMspConn.get());
-  command.CommandText("update MSP_TASKS set TASK_RTF_NOTES = ? where PROJ_ID = " +
-                      std::to_string(pass.state.gMspProjId) +
-                      " and TASK_UID = " + Joined(projectId));
-  if (!command.HasParameter()) command.AppendBinaryParameter(kMostNoteBytes);
-  const std::string note = RtfNote(pass.glossaryText);
-  command.ParameterValue(Bytes(note.begin(), note.end()));
-  command.Execute();
+Bytes NoteOfTask(std::string_view glossary) {
+  const std::string note = RtfNote(glossary);
+  if (note.size() > kMostNoteBytes) {
+    throw RunTimeError(kDatabaseError, "The parameter's value has " + std::to_string(note.size()) +
+                                           " bytes, and its size is " +
+                                           std::to_string(kMostNoteBytes) + ".");
+  }
+  return {note.begin(), note.end()};
 }
 
 }  // namespace merivane::translator

@@ -62,7 +62,7 @@ void WriteNote(Pass& pass, const Value& name) {
   pass.PrintMpx(MpxNote(kMpxTaskNote, pass.glossaryText));
 }
 
-void FillTask(const Pass& pass, Recordset& activity, Recordset& task) {
+void FillTask(const Pass& pass, Recordset& activity, Bytes note, Recordset& task) {
   const Value projectId = activity.Field("Project_ID");
   task.SetField("Proj_ID", pass.state.gMspProjId);
   task.SetField("TASK_UID", projectId);
@@ -73,16 +73,17 @@ void FillTask(const Pass& pass, Recordset& activity, Recordset& task) {
   task.SetField("TASK_OUTLINE_LEVEL", activity.Field("outline"));
   task.SetField("EXT_EDIT_REF_DATA", 1);
   task.SetField("TASK_HAS_NOTES", -1);
+  task.SetField("TASK_RTF_NOTES", std::move(note));
   for (const Column& column : kModelColumns) {
     task.SetField(column.name, activity.Field(column.source));
   }
 }
 
-void AddTask(Pass& pass, Recordset& activity) {
+void AddTask(Pass& pass, Recordset& activity, Bytes note) {
   Recordset tasks = Rows(pass.state, "select * from MSP_TASKS");
   if (tasks.Bof() || tasks.Eof()) return;
   tasks.AddNew();
-  FillTask(pass, activity, tasks);
+  FillTask(pass, activity, std::move(note), tasks);
   tasks.Update();
 }
 
@@ -95,9 +96,8 @@ void WriteTask(Pass& pass, Recordset& activity) {
       activity.Field("outline"),    predecessors,           activity.Field("Use_Num")};
   pass.PrintMpx(MpxTaskRecord(mpxLine, pass.state.codePage));
   WriteNote(pass, mpxLine.name);
-  AddTask(pass, activity);
+  AddTask(pass, activity, NoteOfTask(pass.glossaryText));
   WriteAssignments(pass, activity);
-  WriteRtfNote(pass, mpxLine.id);
 }
 
 }  // namespace

@@ -38,8 +38,8 @@ std::string WriteLinksOfTask(Pass& pass, Recordset& task);
 // Resources of a task that has no decomposition, by its labor rule.
 void WriteAssignments(Pass& pass, Recordset& task);
 
-// Puts glossaryText into the task's RTF note.
-void WriteRtfNote(Pass& pass, const Value& projectId);
+// A glossary as a task's RTF note, which has at most 20,000 bytes.
+Bytes NoteOfTask(std::string_view glossary);
 
 // TASK_OUTLINE_NUM of all tasks of levels 1 and 2 in the database.
 void NumberOutline(ModelToProject& state);

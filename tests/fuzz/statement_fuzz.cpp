@@ -1,7 +1,6 @@
-// A statement as the program would write it: through record sets of both kinds, and as a command.
+// A statement as the program would write it: through record sets of both kinds.
 #include "memory_database.h"
 #include "runtime/run_time_error.h"
-#include "store/command.h"
 #include "store/connection.h"
 #include "store/recordset.h"
 
@@ -77,14 +76,6 @@ void Run(const std::string& sql, const std::string& database) {
     rows.MoveFirst();
     rows.Delete();
     Walk(rows);
-  });
-  Guarded([&] {
-    Command command;
-    command.ActiveConnection(&connection);
-    command.CommandText(sql);
-    command.AppendBinaryParameter(8);
-    command.ParameterValue(Bytes(4));
-    command.Execute();
   });
   connection.Close();
 }

@@ -1,7 +1,6 @@
-// The interim database, and the command that writes notes into it.
+// The interim database.
 #include "store/interim_db.h"
 
-#include "store/command.h"
 #include "store_fixture.h"
 
 namespace merivane::test {
@@ -90,42 +89,6 @@ TEST_F(InterimDb, LooksUpTablesAndColumnsWithTheirCase) {
   EXPECT_EQ(TableExists(&connection, "Empty"), 1);
   EXPECT_EQ(TableExists(&connection, "empty"), 0);
   EXPECT_EQ(ErrorOf([] { TableExists(nullptr, "T"); }), kObjectNotSet);
-}
-
-TEST_F(InterimDb, ACommandWritesItsBytesWhereTheConditionHolds) {
-  Command command;
-  EXPECT_EQ(ErrorOf([&] { command.Execute(); }), kObjectNotSet);
-  command.ActiveConnection(&connection);
-  command.AppendBinaryParameter(8);
-  Recordset seen = Dynamic("select * from T where Num = 3");
-  EXPECT_TRUE(seen.Field("Data").IsNull());
-  for (const int num : {3, 4}) {
-    command.CommandText("update T set Data = ? , Odd = 7 where Num = " + std::to_string(num) +
-                        " and Size is null");
-    command.ParameterValue(Bytes(static_cast<std::size_t>(num), 0xE4));
-    command.Execute();
-  }
-  EXPECT_EQ(seen.Field("Data"), Value(Bytes(3, 0xE4)));
-  EXPECT_EQ(All("select * from T where Odd = 7"), "c d ");
-  command.ParameterValue(Bytes(8, 1));
-  EXPECT_EQ(ErrorOf([&] { command.Execute(); }), 0);
-  command.ParameterValue(Bytes(9, 1));
-  EXPECT_EQ(ErrorOf([&] { command.Execute(); }), kDatabaseError);
-  command.ParameterValue({});
-  const struct {
-    const char* sql;
-    int number;
-  } refused[] = {{"update T set Num = 1", kStatementError},
-                 {"update T set Num = ? where Odd = ?", kStatementError},
-                 {"update T set Nmu = ?", kUnknownName},
-                 {"update Nowhere set Num = ?", kUnknownTable},
-                 {"update T set Num = ?; drop table T", kStatementError},
-                 {"select * from T", kStatementError}};
-  for (const auto& item : refused) {
-    command.CommandText(item.sql);
-    EXPECT_EQ(ErrorOf([&] { command.Execute(); }), item.number) << item.sql;
-  }
-  EXPECT_EQ(All("select * from T"), "a b c d e ");
 }
 
 }  // namespace

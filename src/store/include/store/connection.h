@@ -79,7 +79,6 @@ class Connection {
 
  private:
   friend class Recordset;
-  friend class Command;
   friend class Workspace;
   friend class ReadScope;
   Workspace& workspace_;
