@@ -21,20 +21,12 @@ class InterimDb : public StoreFixture {
     return counts;
   }
 
-  static constexpr const char* kTables[] = {"MSP_PROJECTS",
-                                            "Activity_Pool",
-                                            "Object_Pool",
-                                            "Fact_Pool",
-                                            "Misc",
-                                            "Scenario",
-                                            "Junctions_in_Scenario",
-                                            "Facts_in_Junction",
-                                            "Links_in_Scenario",
-                                            "OSTN_List",
-                                            "Activity_in_Scenario",
-                                            "Object_in_Activity_in_Scenario",
-                                            "MSP_TASKS",
-                                            "MSP_LINKS"};
+  // clang-format off
+  static constexpr const char* kTables[] = {
+      "MSP_PROJECTS", "Activity_Pool", "Object_Pool", "Fact_Pool", "Misc", "Scenario",
+      "Junctions_in_Scenario", "Facts_in_Junction", "Links_in_Scenario", "OSTN_List",
+      "Activity_in_Scenario", "Object_in_Activity_in_Scenario", "MSP_TASKS", "MSP_LINKS"};
+  // clang-format on
   std::string plan = folder.Path("plan.mdb");
   std::unique_ptr<Connection> gMspConn;
 };

@@ -112,12 +112,10 @@ TEST_F(Statements, FailByTheirKindAndNameWhatIsWrong) {
 }
 
 TEST_F(Statements, NestedBeyondAllReasonFailAndLeaveTheConnectionUsable) {
-  const std::string open(100000, '(');
-  EXPECT_EQ(ErrorOf([&] { Dynamic("select * from T where " + open + "Num = 1"); }),
-            kStatementError);
-  std::string minus(100000, '-');
-  EXPECT_EQ(ErrorOf([&] { Dynamic("select * from T where Num = " + minus + "1"); }),
-            kStatementError);
+  for (const char nesting : {'(', '-'}) {
+    const std::string sql = "select * from T where " + std::string(100000, nesting) + "Num = 1";
+    EXPECT_EQ(ErrorOf([&] { Dynamic(sql); }), kStatementError) << nesting;
+  }
   EXPECT_EQ(All("select * from T where Num = 1"), "a ");
 }
 
