@@ -39,11 +39,9 @@ void WriteGeneratedJunction(LineWriter& out, const JunctionRow& junction) {
 
 void WriteStoredJunctions(ProjectToModel& state, std::int16_t scenarioNum, Connection* connection) {
   LineWriter out(state);
-  Recordset junctions;
-  junctions.OpenStatic(
-      "Select * from Junctions_in_Scenario where Scenario_Num = " + std::to_string(scenarioNum) +
-          " and Msp_ProjID = " + std::to_string(state.gInterimProjId),
-      connection);
+  Recordset junctions = AskStatic(
+      connection, "Select * from Junctions_in_Scenario where Scenario_Num = ", scenarioNum,
+      " and Msp_ProjID = ", state.gInterimProjId);
   for (; !junctions.Eof(); junctions.MoveNext()) WriteStoredJunction(out, junctions);
 }
 

@@ -33,15 +33,13 @@ void WriteGeneratedLink(LineWriter& out, const LinkRow& link) {
 std::optional<std::int16_t> FindScenarioOf(ProjectToModel& state, std::int16_t number,
                                            Connection* connection) {
   const std::string project = std::to_string(state.gInterimProjId);
-  Recordset tasks;
-  tasks.OpenStatic("Select * From MSP_TASKS where KV7_PROCOCC_HEX = " + std::to_string(number) +
-                       " and Proj_ID = " + project,
-                   connection);
+  Recordset tasks =
+      AskStatic(connection, "Select * From MSP_TASKS where KV7_PROCOCC_HEX = ", number,
+                " and Proj_ID = ", project);
   if (!tasks.Eof()) return ToInt16(tasks.Field("KV7_Scenario_HEX"));
-  Recordset junctions;
-  junctions.OpenStatic("Select * From Junctions_in_Scenario where Num = " + std::to_string(number) +
-                           " and Msp_ProjID = " + project,
-                       connection);
+  Recordset junctions =
+      AskStatic(connection, "Select * From Junctions_in_Scenario where Num = ", number,
+                " and Msp_ProjID = ", project);
   if (!junctions.Eof()) return ToInt16(junctions.Field("Scenario_num"));
   return std::nullopt;
 }
@@ -70,11 +68,9 @@ int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t des
 void WriteStoredLinks(ProjectToModel& state, std::int16_t scenarioNum, Connection* connection,
                       ScenarioOfElement& known) {
   LineWriter out(state);
-  Recordset links;
-  links.OpenStatic(
-      "Select * From Links_in_Scenario where Scenario_num = " + std::to_string(scenarioNum) +
-          " and Msp_ProjID = " + std::to_string(state.gInterimProjId),
-      connection);
+  Recordset links =
+      AskStatic(connection, "Select * From Links_in_Scenario where Scenario_num = ", scenarioNum,
+                " and Msp_ProjID = ", state.gInterimProjId);
   for (; !links.Eof(); links.MoveNext()) {
     const std::int16_t origin = ToInt16(links.Field("Origin_Num"));
     const std::int16_t destination = ToInt16(links.Field("Destination_Num"));
@@ -86,8 +82,7 @@ void WriteStoredLinks(ProjectToModel& state, std::int16_t scenarioNum, Connectio
 
 void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable& linkTable) {
   tree.out.Lines({"", "Link List"});
-  Recordset tasks;
-  tasks.OpenStatic("Select * From [MSP_TASKS] ", tree.state.gProjectConn.get());
+  Recordset tasks = AskStatic(tree.state.gProjectConn.get(), "Select * From [MSP_TASKS] ");
   if (tree.HasScenarioColumn(tasks) && scenarioNum > 0) {
     WriteStoredLinks(tree.state, scenarioNum, tree.state.gProjectConn.get(), tree.scenarioOf);
   } else {

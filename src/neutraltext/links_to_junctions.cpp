@@ -126,8 +126,8 @@ void FinishTogether(ProjectToModel& state, ScenarioLinks& links, std::int16_t ta
 }  // namespace
 
 void AddFanInJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset rows;
-  rows.OpenStatic(LinksAhead(state, taskUid, " AND PROJ_ID = "), state.gProjectConn.get());
+  Recordset rows =
+      AskStatic(state.gProjectConn.get(), LinksAhead(state, taskUid, " AND PROJ_ID = "));
   if (rows.RecordCount() < 2) return;
   std::int16_t& next = state.nextElementNum;
   const std::int16_t junction = links.junctionTable.Add(next, kFanIn, kAsyncAnd);
@@ -139,8 +139,7 @@ void AddFanInJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks
 }
 
 void AddFanOutJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset rows;
-  rows.OpenStatic(LinksBehind(state, taskUid), state.gProjectConn.get());
+  Recordset rows = AskStatic(state.gProjectConn.get(), LinksBehind(state, taskUid));
   if (rows.RecordCount() < 2) return;
   std::int16_t& next = state.nextElementNum;
   const std::int16_t junction = links.junctionTable.Add(next, kFanOut, kAsyncAnd);
@@ -152,10 +151,9 @@ void AddFanOutJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLink
 }
 
 void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset behind;
-  behind.OpenStatic(LinksBehind(state, taskUid), state.gProjectConn.get());
-  Recordset ahead;
-  ahead.OpenStatic(LinksAhead(state, taskUid, "AND PROJ_ID = "), state.gProjectConn.get());
+  Recordset behind = AskStatic(state.gProjectConn.get(), LinksBehind(state, taskUid));
+  Recordset ahead =
+      AskStatic(state.gProjectConn.get(), LinksAhead(state, taskUid, "AND PROJ_ID = "));
   const bool singleBehind = behind.RecordCount() == 1;
   if (!singleBehind && ahead.RecordCount() != 1) return;
   Recordset& row = singleBehind ? behind : ahead;
@@ -166,8 +164,7 @@ void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& li
 }
 
 void ResolveStartToStartLinks(ProjectToModel& state, ScenarioLinks& links) {
-  Recordset rows;
-  rows.OpenStatic(LinksOfType(state, "3"), state.gProjectConn.get());
+  Recordset rows = AskStatic(state.gProjectConn.get(), LinksOfType(state, "3"));
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::int16_t taskA = ToInt16(rows.Field(kPredecessor));
     const std::int16_t taskB = ToInt16(rows.Field(kSuccessor));
@@ -176,8 +173,7 @@ void ResolveStartToStartLinks(ProjectToModel& state, ScenarioLinks& links) {
 }
 
 void ResolveFinishToFinishLinks(ProjectToModel& state, ScenarioLinks& links) {
-  Recordset rows;
-  rows.OpenStatic(LinksOfType(state, "0"), state.gProjectConn.get());
+  Recordset rows = AskStatic(state.gProjectConn.get(), LinksOfType(state, "0"));
   std::int16_t destB = 0;
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::int16_t taskA = ToInt16(rows.Field(kPredecessor));

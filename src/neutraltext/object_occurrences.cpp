@@ -33,11 +33,10 @@ class ObjectOccurrenceWriter {
 };
 
 void ObjectOccurrenceWriter::WriteAll() {
-  Recordset occurrences;
-  occurrences.OpenStatic(
-      "Select * from Object_in_Activity_in_Scenario where Scenario_Num = " + owner_.ScenarioNum() +
-          " and Activity_Num = " + owner_.OccurrenceNum() + " and Msp_ProjID = " + project_,
-      connection_);
+  Recordset occurrences = AskStatic(
+      connection_,
+      "Select * from Object_in_Activity_in_Scenario where Scenario_Num = ", owner_.ScenarioNum(),
+      " and Activity_Num = ", owner_.OccurrenceNum(), " and Msp_ProjID = ", project_);
   for (; !occurrences.Eof(); occurrences.MoveNext()) WriteOne(occurrences);
 }
 
@@ -51,10 +50,9 @@ void ObjectOccurrenceWriter::WriteOne(Recordset& occurrence) {
 }
 
 bool ObjectOccurrenceWriter::IsEntity(const std::string& objectNum) {
-  Recordset resource;
-  resource.OpenStatic(
-      "Select * from MSP_RESOURCES where KV7_OBJ_HEX = " + objectNum + " and Proj_ID = " + project_,
-      connection_);
+  Recordset resource =
+      AskStatic(connection_, "Select * from MSP_RESOURCES where KV7_OBJ_HEX = ", objectNum,
+                " and Proj_ID = ", project_);
   return !resource.Eof() && Joined(resource.Field(kCelvarType)) == "Entity";
 }
 
@@ -67,31 +65,26 @@ void ObjectOccurrenceWriter::WriteEntity(Recordset& occurrence) {
 
 std::string ObjectOccurrenceWriter::LaborText(Recordset& occurrence) {
   std::string labor = RuleOfDecomposed(occurrence);
-  Recordset brought;
-  brought.OpenStatic("Select * from Object_in_Activity_in_Scenario where Scenario_Num = " +
-                         owner_.BroughtScenarioNum() +
-                         " and Activity_Num = " + owner_.OccurrenceNum() +
-                         " and Brought_from_Project = 1 and Msp_ProjID = " + project_,
-                     connection_);
+  Recordset brought =
+      AskStatic(connection_, "Select * from Object_in_Activity_in_Scenario where Scenario_Num = ",
+                owner_.BroughtScenarioNum(), " and Activity_Num = ", owner_.OccurrenceNum(),
+                " and Brought_from_Project = 1 and Msp_ProjID = ", project_);
   for (; !brought.Eof(); brought.MoveNext()) AddBroughtTerm(labor, brought);
   return labor;
 }
 
 // A stored rule counts only for an occurrence that a scenario decomposes.
 std::string ObjectOccurrenceWriter::RuleOfDecomposed(Recordset& occurrence) {
-  Recordset below;
-  below.OpenStatic("Select * from Scenario where Parent_Num = " +
-                       Joined(occurrence.Field("Activity_Num")) + " and Msp_ProjID = " + project_,
-                   connection_);
+  Recordset below = AskStatic(connection_, "Select * from Scenario where Parent_Num = ",
+                              occurrence.Field("Activity_Num"), " and Msp_ProjID = ", project_);
   if (below.Eof()) return "";
   const std::string rule = Joined(occurrence.Field("Labor_Rule"));
   return rule == "None" ? "" : rule;
 }
 
 void ObjectOccurrenceWriter::AddBroughtTerm(std::string& labor, Recordset& brought) {
-  Recordset resource;
-  resource.OpenStatic(owner_.BroughtResource(Joined(brought.Field("Object_Occ_Num")), project_),
-                      connection_);
+  Recordset resource = AskStatic(
+      connection_, owner_.BroughtResource(Joined(brought.Field("Object_Occ_Num")), project_));
   if (resource.Eof() || Joined(resource.Field(kCelvarType)) != "Shared Resource") return;
   const char* alias = labor.empty() ? "KV7_OBJ_Alias" : owner_.LaterAlias();
   if (!labor.empty()) labor += " AND ";

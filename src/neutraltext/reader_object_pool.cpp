@@ -71,8 +71,7 @@ void AddObject(ModelToProject& state) {
 void ReadObjectPool(ModelToProject& state) {
   constexpr std::string_view kEnd = "End  Object Pool";
   // Proves that the plan's resources can be appended to, before any object is read.
-  Recordset resources;
-  resources.OpenDynamic("Select * from MSP_RESOURCES", state.gMspConn.get());
+  Recordset resources = Ask(state.gMspConn.get(), "Select * from MSP_RESOURCES");
   resources.MoveLast();
   SkipTo(state, "Object Pool");
   NextLine(state);

@@ -39,8 +39,7 @@ std::string NameApartFromOthers(ModelToProject& state, Recordset& projects, std:
 }
 
 void AddProject(ModelToProject& state, const Summary& summary) {
-  Recordset projects;
-  projects.OpenDynamic("select * from MSP_PROJECTS", state.gMspConn.get());
+  Recordset projects = Ask(state.gMspConn.get(), "select * from MSP_PROJECTS");
   const std::string name = NameApartFromOthers(state, projects, ToText(summary.name));
   projects.AddNew();
   projects.SetField("PROJ_ID", state.gMspProjId);

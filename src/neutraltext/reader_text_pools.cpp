@@ -36,10 +36,8 @@ std::string ReadPoolText(ModelToProject& state, const std::string& name) {
 }
 
 void SetStartTime(ModelToProject& state, const std::string& line) {
-  Recordset project;
-  project.OpenDynamic(
-      "select * from MSP_PROJECTS Where PROJ_ID = " + std::to_string(state.gMspProjId),
-      state.gMspConn.get());
+  Recordset project =
+      Ask(state.gMspConn.get(), "select * from MSP_PROJECTS Where PROJ_ID = ", state.gMspProjId);
   project.SetField("PROJ_OPT_DEF_START_TIME", line);
   project.Update();
   project.Close();

@@ -53,8 +53,8 @@ class RebuiltWriter {
 };
 
 void RebuiltWriter::WriteScenarioList() {
-  Recordset scenarios;
-  scenarios.OpenStatic("SELECT * FROM Scenario WHERE Msp_ProjID = " + project_, connection_);
+  Recordset scenarios =
+      AskStatic(connection_, "SELECT * FROM Scenario WHERE Msp_ProjID = ", project_);
   out_.Lines({"Scenario List", ""});
   for (; !scenarios.Eof(); scenarios.MoveNext()) WriteScenario(scenarios);
   out_.Lines({"End  Scenario List", ""});
@@ -76,10 +76,9 @@ void RebuiltWriter::WriteScenario(Recordset& scenario) {
 }
 
 void RebuiltWriter::WriteProcessOccurrences(std::int16_t scenarioNum) {
-  Recordset tasks;
-  tasks.OpenStatic("SELECT * FROM MSP_TASKS where KV7_Scenario_HEX = " +
-                       std::to_string(scenarioNum) + " And Proj_ID = " + project_,
-                   connection_);
+  Recordset tasks =
+      AskStatic(connection_, "SELECT * FROM MSP_TASKS where KV7_Scenario_HEX = ", scenarioNum,
+                " And Proj_ID = ", project_);
   out_.Line("Process Occurrence List");
   for (; !tasks.Eof(); tasks.MoveNext()) WriteProcessOccurrence(scenarioNum, tasks);
   out_.Lines({"End  Process Occurrence List", ""});

@@ -74,9 +74,8 @@ void WriteScenarioHeader(ScenarioTree& tree, Recordset& tasks, const std::string
     WriteGeneratedHead(tree, parentOutline, parentTaskUid);
     return;
   }
-  Recordset scenario;
-  scenario.OpenStatic("SELECT * from SCENARIO where Num = " + Joined(tasks.Field(kScenarioHex)),
-                      tree.state.gProjectConn.get());
+  Recordset scenario = AskStatic(tree.state.gProjectConn.get(),
+                                 "SELECT * from SCENARIO where Num = ", tasks.Field(kScenarioHex));
   WriteStoredScenarioHead(tree.out, scenario, ModelText::kDirect);
 }
 

@@ -96,9 +96,8 @@ void ScenarioLevel::WriteScenario() {
 
 void ScenarioLevel::WriteReferentList(std::int16_t scenarioNum) {
   if (!tree_.HasScenarioTable()) return;
-  Recordset scenario;
-  scenario.OpenStatic("SELECT * FROM SCENARIO WHERE NUM = " + std::to_string(scenarioNum),
-                      tree_.state.gProjectConn.get());
+  Recordset scenario =
+      AskStatic(tree_.state.gProjectConn.get(), "SELECT * FROM SCENARIO WHERE NUM = ", scenarioNum);
   tree_.out.Block("Referent List", scenario, "Referent_List", NullBlock::kNoLine);
 }
 

@@ -91,8 +91,8 @@ void WriteUnsentObject(LineWriter& out, Recordset& object) {
 
 // Objects of the model that never went to the plan, of every project in the file.
 void WriteUnsentObjects(LineWriter& out, Connection* connection) {
-  Recordset objects;
-  objects.OpenStatic("SELECT * FROM [Object_Pool] WHERE SEND_TO_PROJECT = 0", connection);
+  Recordset objects =
+      AskStatic(connection, "SELECT * FROM [Object_Pool] WHERE SEND_TO_PROJECT = 0");
   for (; !objects.Eof(); objects.MoveNext()) {
     if (AboveZero(objects.Field("Num"))) WriteUnsentObject(out, objects);
   }
@@ -103,10 +103,9 @@ void WriteUnsentObjects(LineWriter& out, Connection* connection) {
 void WriteObjectPool(ProjectToModel& state) {
   try {
     LineWriter out(state);
-    Recordset resources;
-    resources.OpenStatic("SELECT * FROM [MSP_RESOURCES] WHERE RES_UID > 0 AND [PROJ_ID] = " +
-                             std::to_string(state.gInterimProjId),
-                         state.gProjectConn.get());
+    Recordset resources = AskStatic(
+        state.gProjectConn.get(),
+        "SELECT * FROM [MSP_RESOURCES] WHERE RES_UID > 0 AND [PROJ_ID] = ", state.gInterimProjId);
     if (resources.RecordCount() < 1) return;
     resources.MoveLast();
     resources.MoveFirst();

@@ -28,9 +28,8 @@ void WriteFact(LineWriter& out, Recordset& fact) {
 }
 
 void WriteFactPool(ProjectToModel& state, LineWriter& out, Connection* connection) {
-  Recordset facts;
-  facts.OpenStatic("SELECT * FROM Fact_Pool WHERE Msp_ProjID = " + ProjectFilter(state),
-                   connection);
+  Recordset facts =
+      AskStatic(connection, "SELECT * FROM Fact_Pool WHERE Msp_ProjID = ", ProjectFilter(state));
   out.Lines({"", "Fact Pool"});
   for (; !facts.Eof(); facts.MoveNext()) WriteFact(out, facts);
   out.Lines({"End  Fact Pool", ""});
@@ -44,8 +43,8 @@ void WriteMiscPool(LineWriter& out, std::string_view title, Recordset& misc,
 }
 
 void WriteMiscPools(ProjectToModel& state, LineWriter& out, Connection* connection) {
-  Recordset misc;
-  misc.OpenStatic("SELECT * FROM Misc WHERE MSP_PROJID = " + ProjectFilter(state), connection);
+  Recordset misc =
+      AskStatic(connection, "SELECT * FROM Misc WHERE MSP_PROJID = ", ProjectFilter(state));
   out.EmptyLine();
   WriteMiscPool(out, "State Pool", misc, "State_Pool");
   out.EmptyLines(2);

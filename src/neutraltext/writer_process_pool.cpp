@@ -10,11 +10,9 @@ namespace {
 
 // The name and the ID line come from the plan, so that a name changed there wins.
 void WriteStoredProcess(LineWriter& out, Recordset& task, Connection* connection) {
-  Recordset pool;
-  pool.OpenStatic(
-      "SELECT * FROM [ACTIVITY_POOL] WHERE NUM = " + Joined(task.Field("KV7_PROC_HEX")) +
-          " AND MSP_PROJID = " + Joined(task.Field("PROJ_ID")),
-      connection);
+  Recordset pool = AskStatic(
+      connection, "SELECT * FROM [ACTIVITY_POOL] WHERE NUM = ", task.Field("KV7_PROC_HEX"),
+      " AND MSP_PROJID = ", task.Field("PROJ_ID"));
   out.Keyword("Process  ", pool.Field("Num"));
   out.Keyword("  Name:  ", task.Field("Task_Name"));
   out.Keyword("  Creator:  ", pool.Field("CREATOR"));
@@ -52,10 +50,9 @@ void WriteProcessPool(ProjectToModel& state) {
   try {
     LineWriter out(state);
     Connection* connection = state.gProjectConn.get();
-    Recordset tasks;
-    tasks.OpenStatic("SELECT * FROM [MSP_TASKS] WHERE TASK_UID > 0 AND [PROJ_ID] = " +
-                         std::to_string(state.gInterimProjId),
-                     connection);
+    Recordset tasks = AskStatic(
+        connection,
+        "SELECT * FROM [MSP_TASKS] WHERE TASK_UID > 0 AND [PROJ_ID] = ", state.gInterimProjId);
     if (tasks.RecordCount() < 1) return;
     tasks.MoveLast();
     tasks.MoveFirst();

@@ -37,10 +37,9 @@ void WriteProperties(LineWriter& out, Recordset& project, bool hasRow) {
 void WriteProjectSummary(ProjectToModel& state) {
   try {
     LineWriter out(state);
-    Recordset project;
-    project.OpenStatic(
-        "SELECT * FROM [MSP_PROJECTS] WHERE [PROJ_ID] = " + std::to_string(state.gInterimProjId),
-        state.gProjectConn.get());
+    Recordset project =
+        AskStatic(state.gProjectConn.get(),
+                  "SELECT * FROM [MSP_PROJECTS] WHERE [PROJ_ID] = ", state.gInterimProjId);
     out.Lines({"Dunmar Neutral Text; Version:2.20;  ", "Project Summary"});
     const bool hasRow = project.RecordCount() >= 1;
     if (hasRow) {

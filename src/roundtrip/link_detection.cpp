@@ -19,18 +19,16 @@ struct JunctionKind {
 };
 
 bool ReachesJunctionFrom(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  Recordset links;
-  links.OpenDynamic(
+  Recordset links = Ask(
+      state.gInterimConn.get(),
       LinksWhere(state,
-                 " AND Destination_Num = " + Joined(destination) + " and Origin_Num = ", origin),
-      state.gInterimConn.get());
+                 " AND Destination_Num = " + Joined(destination) + " and Origin_Num = ", origin));
   return HasRow(links) && TextIs(links.Field("Destination_Type"), kJunction);
 }
 
 std::optional<std::int16_t> JunctionOfKind(ProjectToModel& state, const Value& number,
                                            const JunctionKind& kind) {
-  Recordset junctions;
-  junctions.OpenDynamic(JunctionsWhere(state, kind.piece, number), state.gInterimConn.get());
+  Recordset junctions = Ask(state.gInterimConn.get(), JunctionsWhere(state, kind.piece, number));
   if (!HasRow(junctions) || !Holds(Joined(junctions.Field("Type")), kind.word)) {
     return std::nullopt;
   }
@@ -41,9 +39,8 @@ bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t dest
                    const JunctionKind& kind) {
   std::unordered_set<std::int16_t> passed;
   while (passed.insert(destination).second) {
-    Recordset incoming;
-    incoming.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", destination),
-                         state.gInterimConn.get());
+    Recordset incoming =
+        Ask(state.gInterimConn.get(), LinksWhere(state, " AND Destination_Num = ", destination));
     if (!HasRow(incoming)) {
       return false;
     }
@@ -62,9 +59,8 @@ bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t dest
 }  // namespace
 
 bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  Recordset links;
-  links.OpenDynamic(LinkBetween(state, origin, " and Origin_Num = ", destination),
-                    state.gInterimConn.get());
+  Recordset links =
+      Ask(state.gInterimConn.get(), LinkBetween(state, origin, " and Origin_Num = ", destination));
   return HasRow(links);
 }
 
@@ -77,14 +73,13 @@ bool LinkedThroughOr(ProjectToModel& state, std::int16_t origin, std::int16_t de
 }
 
 bool AddDirectLink(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  Recordset outgoing;
-  outgoing.OpenDynamic(LinksWhere(state, " AND Origin_Num = ", origin), state.gInterimConn.get());
+  Recordset outgoing =
+      Ask(state.gInterimConn.get(), LinksWhere(state, " AND Origin_Num = ", origin));
   if (HasRow(outgoing)) {
     return false;
   }
-  Recordset incoming;
-  incoming.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", destination),
-                       state.gInterimConn.get());
+  Recordset incoming =
+      Ask(state.gInterimConn.get(), LinksWhere(state, " AND Destination_Num = ", destination));
   if (HasRow(incoming)) {
     return false;
   }
@@ -101,13 +96,11 @@ bool AddDirectLink(ProjectToModel& state, std::int16_t origin, std::int16_t dest
 }
 
 void DropPlainIncomingLinks(ProjectToModel& state, std::int16_t destination) {
-  Recordset links;
-  links.OpenDynamic(LinksWhere(state, " AND Destination_num = ", destination),
-                    state.gInterimConn.get());
+  Recordset links =
+      Ask(state.gInterimConn.get(), LinksWhere(state, " AND Destination_num = ", destination));
   for (; !links.Eof(); links.MoveNext()) {
-    Recordset junction;
-    junction.OpenDynamic(JunctionsWhere(state, " AND Num = ", links.Field("Origin_Num")),
-                         state.gInterimConn.get());
+    Recordset junction = Ask(state.gInterimConn.get(),
+                             JunctionsWhere(state, " AND Num = ", links.Field("Origin_Num")));
     // A link from a process has no junction: the set is empty, and reading its type fails.
     if ((junction.Eof() && !junction.Bof()) || !TextIs(junction.Field("Type"), kSyncAnd)) {
       links.Delete();
@@ -116,8 +109,7 @@ void DropPlainIncomingLinks(ProjectToModel& state, std::int16_t destination) {
 }
 
 bool IsJunction(ProjectToModel& state, std::int16_t number) {
-  Recordset junctions;
-  junctions.OpenDynamic(JunctionsWhere(state, " AND Num = ", number), state.gInterimConn.get());
+  Recordset junctions = Ask(state.gInterimConn.get(), JunctionsWhere(state, " AND Num = ", number));
   return HasRow(junctions);
 }
 

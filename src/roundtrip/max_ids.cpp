@@ -11,8 +11,7 @@ namespace {
 
 // 0 where no row has a number.
 std::int16_t MaxId(ProjectToModel& state, const std::string& sql) {
-  Recordset maximum;
-  maximum.OpenStatic(sql, state.gInterimConn.get());
+  Recordset maximum = AskStatic(state.gInterimConn.get(), sql);
   const Value highest = maximum.Field("Max_ID");
   return highest.IsNull() ? std::int16_t{0} : ToInt16(highest);
 }
@@ -30,10 +29,8 @@ void UpdateMaxIds(ProjectToModel& state) {
   const std::int16_t junction =
       MaxId(state, "SELECT Max(Num) as Max_ID FROM Junctions_in_Scenario" + WhereMspProjId(state));
 
-  Recordset project;
-  project.OpenDynamic(
-      "SELECT * FROM MSP_PROJECTS Where Proj_ID = " + std::to_string(state.gInterimProjId),
-      state.gInterimConn.get());
+  Recordset project = Ask(state.gInterimConn.get(),
+                          "SELECT * FROM MSP_PROJECTS Where Proj_ID = ", state.gInterimProjId);
   if (project.Eof()) {
     project.AddNew();
     project.SetField("Proj_ID", state.gInterimProjId);

@@ -56,10 +56,9 @@ void DecompositionPasses::InitProcessedFlags() {
 }
 
 bool DecompositionPasses::EnterScenarioOf(const Value& parent) {
-  Recordset scenario;
-  scenario.OpenDynamic(
-      "Select * from Scenario where Parent_Num = " + OccurrenceText(parent) + AndMspProjId(state_),
-      state_.gInterimConn.get());
+  Recordset scenario = Ask(state_.gInterimConn.get(),
+                           "Select * from Scenario where Parent_Num = ", OccurrenceText(parent),
+                           AndMspProjId(state_));
   if (scenario.Eof()) return false;
   state_.gCurrentScenario = ToInt16(scenario.Field("Num"));
   return true;

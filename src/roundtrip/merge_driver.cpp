@@ -12,9 +12,8 @@ namespace merivane::roundtrip {
 namespace {
 
 void ForgetEarlierMerges(ProjectToModel& state) {
-  Recordset occurrences;
-  occurrences.OpenDynamic("Select * from MSP_TASKS where TASK_UID > 0" + AndProjId(state),
-                          state.gInterimConn.get());
+  Recordset occurrences =
+      Ask(state.gInterimConn.get(), "Select * from MSP_TASKS where TASK_UID > 0", AndProjId(state));
   for (; !occurrences.Eof(); occurrences.MoveNext()) {
     occurrences.SetField("KV7_PROCOCC_Brought_Back", 0);
     occurrences.Update();
@@ -32,8 +31,8 @@ void MakeAllTasksNew(Recordset& tasks) {
 
 void BringBackTasks(ProjectToModel& state) {
   ForgetEarlierMerges(state);
-  Recordset tasks;
-  tasks.OpenDynamic("Select * from ProjectAct" + WhereMspProjId(state), state.gInterimConn.get());
+  Recordset tasks =
+      Ask(state.gInterimConn.get(), "Select * from ProjectAct", WhereMspProjId(state));
   if (state.gRebuildModel == 1) MakeAllTasksNew(tasks);
   tasks.MoveLast();
   tasks.MoveFirst();
@@ -55,19 +54,17 @@ void MergeLinks(ProjectToModel& state) {
 }
 
 void MergeTopLevelLinks(ProjectToModel& state) {
-  Recordset topScenarios;
-  topScenarios.OpenDynamic(
-      "Select * from Scenario Where Parent_Num = 0 and Send_To_Project = 1" + AndMspProjId(state),
-      state.gInterimConn.get());
+  Recordset topScenarios = Ask(
+      state.gInterimConn.get(),
+      "Select * from Scenario Where Parent_Num = 0 and Send_To_Project = 1", AndMspProjId(state));
   if (topScenarios.Eof()) {
     state.gNoTopScenario = 1;
   } else {
     state.gCurrentScenario = ToInt16(topScenarios.Field("Num"));
   }
   if (state.gNoTopScenario == 1) EndOnBrokenModel(state, "Project to Celvar Translator.");
-  Recordset tasks;
-  tasks.OpenDynamic("Select * from ProjectAct where Outline = 1" + AndMspProjId(state),
-                    state.gInterimConn.get());
+  Recordset tasks = Ask(state.gInterimConn.get(), "Select * from ProjectAct where Outline = 1",
+                        AndMspProjId(state));
   for (; !tasks.Eof(); tasks.MoveNext()) MergeLinksOfTask(state, tasks);
 }
 

@@ -67,8 +67,8 @@ void NumberCounter::WriteBack() {
 std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
                          std::string_view cardinality, std::string_view type) {
   const std::int16_t number = numbers.Next();
-  Recordset junctions;
-  junctions.OpenDynamic(JunctionsOfScenario(state) + AndMspProjId(state), state.gInterimConn.get());
+  Recordset junctions =
+      Ask(state.gInterimConn.get(), JunctionsOfScenario(state), AndMspProjId(state));
   junctions.AddNew();
   junctions.SetField("Scenario_Num", state.gCurrentScenario);
   junctions.SetField("Num", number);
@@ -81,8 +81,7 @@ std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
 
 void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink& link) {
   const std::int16_t number = numbers.Next();
-  Recordset links;
-  links.OpenDynamic(LinksOfScenario(state) + AndMspProjId(state), state.gInterimConn.get());
+  Recordset links = Ask(state.gInterimConn.get(), LinksOfScenario(state), AndMspProjId(state));
   links.AddNew();
   links.SetField("Scenario_Num", state.gCurrentScenario);
   links.SetField("Num", number);

@@ -61,10 +61,9 @@ void ReopenForWriters(ProjectToModel& state) {
 }
 
 bool WriteProjects(ProjectToModel& state) {
-  Recordset projects;
-  projects.OpenStatic("SELECT PROJ_ID, PROJ_NAME FROM [MSP_PROJECTS] Where PROJ_ID = " +
-                          std::to_string(state.gInterimProjId),
-                      state.gProjectConn.get());
+  Recordset projects = AskStatic(
+      state.gProjectConn.get(),
+      "SELECT PROJ_ID, PROJ_NAME FROM [MSP_PROJECTS] Where PROJ_ID = ", state.gInterimProjId);
   if (projects.Eof()) {
     state.desktop.ShowMessage(
         {.text = "Database has no Project", .icon = MessageIcon::kCritical, .title = {}});

@@ -11,9 +11,8 @@ namespace {
 std::string NotesOf(Recordset& task) { return Joined(task.Field("Notes")); }
 
 std::int16_t AddActivity(ProjectToModel& state, Recordset& task, std::int16_t lastActivity) {
-  Recordset pool;
-  pool.OpenDynamic("Select * from Activity_Pool " + WhereMspProjId(state),
-                   state.gInterimConn.get());
+  Recordset pool =
+      Ask(state.gInterimConn.get(), "Select * from Activity_Pool ", WhereMspProjId(state));
   pool.AddNew();
   const std::int16_t activity = AddInt16(lastActivity, 1);
   pool.SetField("Num", activity);
@@ -28,9 +27,8 @@ std::int16_t AddActivity(ProjectToModel& state, Recordset& task, std::int16_t la
 std::int16_t AddOccurrence(ProjectToModel& state, Recordset& task, std::int16_t activity,
                            std::int16_t lastUse) {
   const std::int16_t use = AddInt16(lastUse, 1);
-  Recordset occurrences;
-  occurrences.OpenDynamic("Select * from MSP_TASKS  Where TASK_UID > 0" + AndProjId(state),
-                          state.gInterimConn.get());
+  Recordset occurrences = Ask(state.gInterimConn.get(),
+                              "Select * from MSP_TASKS  Where TASK_UID > 0", AndProjId(state));
   occurrences.AddNew();
   occurrences.SetField("TASK_UID", activity);
   occurrences.SetField("KV7_Scenario_HEX", state.gCurrentScenario);
@@ -45,10 +43,8 @@ std::int16_t AddOccurrence(ProjectToModel& state, Recordset& task, std::int16_t 
 }
 
 void AddNewActivity(ProjectToModel& state, Recordset& task) {
-  Recordset project;
-  project.OpenDynamic(
-      "Select * from MSP_PROJECTS  Where Proj_ID = " + std::to_string(state.gInterimProjId),
-      state.gInterimConn.get());
+  Recordset project = Ask(state.gInterimConn.get(),
+                          "Select * from MSP_PROJECTS  Where Proj_ID = ", state.gInterimProjId);
   const std::int16_t lastActivity = ToInt16(project.Field("KV7_PROJ_Max_Act_Id"));
   const std::int16_t lastUse = ToInt16(project.Field("KV7_PROJ_Max_Use_Id"));
   const std::int16_t activity = AddActivity(state, task, lastActivity);
@@ -65,10 +61,8 @@ void AddNewActivity(ProjectToModel& state, Recordset& task) {
 [[noreturn]] void DetachMovedTask() { throw RunTimeError(kTypeMismatch); }
 
 void TakeOverNameAndNotes(ProjectToModel& state, Recordset& task, const Value& activity) {
-  Recordset pool;
-  pool.OpenDynamic(
-      "Select * from Activity_Pool where Num = " + Joined(activity) + AndMspProjId(state),
-      state.gInterimConn.get());
+  Recordset pool = Ask(state.gInterimConn.get(),
+                       "Select * from Activity_Pool where Num = ", activity, AndMspProjId(state));
   if (pool.Eof()) return;
   pool.SetField("Name", task.Field("Name"));
   pool.SetField("Glossary", NotesOf(task));
@@ -83,10 +77,9 @@ void MergeTask(ProjectToModel& state, Recordset& task) {
     AddNewActivity(state, task);
     return;
   }
-  Recordset occurrence;
-  occurrence.OpenDynamic(
-      "Select * from MSP_TASKS where KV7_PROCOCC_HEX = " + Joined(text1) + AndProjId(state),
-      state.gInterimConn.get());
+  Recordset occurrence =
+      Ask(state.gInterimConn.get(), "Select * from MSP_TASKS where KV7_PROCOCC_HEX = ", text1,
+          AndProjId(state));
   if (occurrence.Eof()) return;
   const Value scenario = occurrence.Field("KV7_Scenario_HEX");
   if (!scenario.IsNull() && !Equal(scenario, state.gCurrentScenario)) DetachMovedTask();
@@ -101,10 +94,8 @@ void MergeTask(ProjectToModel& state, Recordset& task) {
 }
 
 std::int16_t ModelIdOfTask(ProjectToModel& state, std::int16_t pid) {
-  Recordset task;
-  task.OpenDynamic(
-      "Select * from ProjectAct Where PID = " + std::to_string(pid) + AndMspProjId(state),
-      state.gInterimConn.get());
+  Recordset task = Ask(state.gInterimConn.get(), "Select * from ProjectAct Where PID = ", pid,
+                       AndMspProjId(state));
   if (task.Eof()) return 0;
   const Value text1 = task.Field("Text1");
   return IsBlank(text1) ? std::int16_t{0} : ToInt16(text1);

@@ -5,9 +5,8 @@
 namespace merivane::roundtrip {
 
 WorkTables::ResourceNumbers WorkTables::LastResourceNumbers() {
-  Recordset resources;
-  resources.OpenDynamic("SELECT * FROM MSP_RESOURCES where KV7_OBJ_HEX > 0" + AndProjId(state_),
-                        state_.gInterimConn.get());
+  Recordset resources = Ask(state_.gInterimConn.get(),
+                            "SELECT * FROM MSP_RESOURCES where KV7_OBJ_HEX > 0", AndProjId(state_));
   if (resources.Eof()) return {};
   resources.MoveLast();
   return {ToInt16(resources.Field("KV7_OBJ_HEX")), ToInt16(resources.Field("RES_UID"))};
@@ -15,10 +14,9 @@ WorkTables::ResourceNumbers WorkTables::LastResourceNumbers() {
 
 // Until it is seen in the plan, a resource that was sent there counts as dropped from it.
 void WorkTables::MarkSentResourcesUnseen() {
-  Recordset resources;
-  resources.OpenDynamic("SELECT * FROM MSP_RESOURCES Where Proj_ID = " +
-                            std::to_string(state_.gInterimProjId) + " AND RES_UID > 0 ",
-                        state_.gInterimConn.get());
+  Recordset resources = Ask(state_.gInterimConn.get(),
+                            "SELECT * FROM MSP_RESOURCES Where Proj_ID = ", state_.gInterimProjId,
+                            " AND RES_UID > 0 ");
   for (; !resources.Eof(); resources.MoveNext()) {
     resources.SetField("KV7_OBJ_Brought_Back", resources.Field("KV7_OBJ_Send_To_Project"));
     resources.Update();
@@ -31,11 +29,10 @@ void WorkTables::BeginResources() {
 }
 
 void WorkTables::EndResources() {
-  Recordset resources;
-  resources.OpenDynamic(
-      "SELECT * FROM MSP_RESOURCES where RES_UID >0 AND KV7_OBJ_Brought_Back = 1 " +
-          AndProjId(state_),
-      state_.gInterimConn.get());
+  Recordset resources =
+      Ask(state_.gInterimConn.get(),
+          "SELECT * FROM MSP_RESOURCES where RES_UID >0 AND KV7_OBJ_Brought_Back = 1 ",
+          AndProjId(state_));
   for (; !resources.Eof(); resources.MoveNext()) resources.Delete();
 }
 
@@ -55,8 +52,7 @@ void WorkTables::AddResource(const PlanResource& resource) {
 }
 
 void WorkTables::AddPlanResource(const PlanResource& resource) {
-  Recordset rows;
-  rows.OpenDynamic("SELECT * FROM ProjectRes", state_.gInterimConn.get());
+  Recordset rows = Ask(state_.gInterimConn.get(), "SELECT * FROM ProjectRes");
   rows.AddNew();
   rows.SetField("PID", resource.id);
   rows.SetField("Name", resource.name);

@@ -5,8 +5,8 @@
 namespace merivane::roundtrip {
 
 void WorkTables::AddTask(const PlanTask& task) {
-  Recordset row;
-  row.OpenDynamic("SELECT * FROM ProjectAct" + WhereMspProjId(state_), state_.gInterimConn.get());
+  Recordset row =
+      Ask(state_.gInterimConn.get(), "SELECT * FROM ProjectAct", WhereMspProjId(state_));
   row.AddNew();
   row.SetField("PID", task.id);
   row.SetField("Name", task.name);
@@ -20,11 +20,9 @@ void WorkTables::AddTask(const PlanTask& task) {
 }
 
 void WorkTables::AddAssignment(const PlanAssignment& assignment) {
-  Recordset requirement;
-  requirement.OpenDynamic(
-      "SELECT * FROM ProjectResReqts where Activitypid = " + std::to_string(assignment.task) +
-          " and ResourcePID = " + Joined(assignment.resource) + AndMspProjId(state_),
-      state_.gInterimConn.get());
+  Recordset requirement = Ask(state_.gInterimConn.get(),
+                              "SELECT * FROM ProjectResReqts where Activitypid = ", assignment.task,
+                              " and ResourcePID = ", assignment.resource, AndMspProjId(state_));
   if (!requirement.Eof()) return;
   requirement.AddNew();
   requirement.SetField("ActivityPID", assignment.task);

@@ -20,8 +20,7 @@ std::string NextEntry(const std::string& list, std::size_t& position) {
 }
 
 std::int16_t OccurrenceOfPlanTask(ProjectToModel& state, std::int16_t pid) {
-  Recordset task;
-  task.OpenDynamic(TaskOfPlan(state, pid), state.gInterimConn.get());
+  Recordset task = Ask(state.gInterimConn.get(), TaskOfPlan(state, pid));
   if (!HasRow(task)) {
     return 0;
   }

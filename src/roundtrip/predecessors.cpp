@@ -14,11 +14,10 @@ namespace merivane::roundtrip {
 namespace {
 
 bool LiesInScenario(ProjectToModel& state, std::int16_t occurrence) {
-  Recordset tasks;
-  tasks.OpenDynamic("Select * from MSP_TASKS Where TASK_UID > 0 AND KV7_Scenario_HEX = " +
-                        Joined(state.gCurrentScenario) +
-                        " And KV7_PROCOCC_HEX = " + Joined(occurrence) + AndProjId(state),
-                    state.gInterimConn.get());
+  Recordset tasks = Ask(
+      state.gInterimConn.get(),
+      "Select * from MSP_TASKS Where TASK_UID > 0 AND KV7_Scenario_HEX = ", state.gCurrentScenario,
+      " And KV7_PROCOCC_HEX = ", occurrence, AndProjId(state));
   return HasRow(tasks);
 }
 
@@ -88,11 +87,10 @@ void FilterNewPredecessors(ProjectToModel& state, Recordset& task) {
   state.gDestinationUse = ToInt16(task.Field("Text1"));
   for (const std::int16_t predecessor : state.gFsPredecessors) {
     state.gOriginUse = predecessor;
-    Recordset tasks;
-    tasks.OpenDynamic(
-        "Select * from MSP_TASKS Where KV7_Scenario_HEX = " + Joined(state.gCurrentScenario) +
-            "And KV7_PROCOCC_HEX = " + Joined(predecessor) + AndProjId(state),
-        state.gInterimConn.get());
+    Recordset tasks =
+        Ask(state.gInterimConn.get(),
+            "Select * from MSP_TASKS Where KV7_Scenario_HEX = ", state.gCurrentScenario,
+            "And KV7_PROCOCC_HEX = ", predecessor, AndProjId(state));
     if (HasRow(tasks) && !IsLinked(state, predecessor, state.gDestinationUse) && predecessor != 0) {
       state.gNewPredecessors.push_back(predecessor);
     }

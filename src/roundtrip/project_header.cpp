@@ -3,10 +3,8 @@
 namespace merivane::roundtrip {
 
 void StoreProjectHeader(ProjectToModel& state, const std::string& date) {
-  Recordset project;
-  project.OpenDynamic(
-      "SELECT * FROM MSP_Projects Where Proj_ID = " + std::to_string(state.gInterimProjId),
-      state.gInterimConn.get());
+  Recordset project = Ask(state.gInterimConn.get(),
+                          "SELECT * FROM MSP_Projects Where Proj_ID = ", state.gInterimProjId);
   if (project.Eof()) {
     project.AddNew();
     project.SetField("Proj_ID", state.gInterimProjId);

@@ -9,17 +9,15 @@ namespace {
 // Copies a column of the first row that the statement finds; leaves the requirement without one.
 void TakeOver(ProjectToModel& state, const std::string& sql, const char* from,
               Recordset& requirement, const char* to) {
-  Recordset found;
-  found.OpenDynamic(sql, state.gInterimConn.get());
+  Recordset found = Ask(state.gInterimConn.get(), sql);
   if (found.Eof()) return;
   requirement.SetField(to, found.Field(from));
   requirement.Update();
 }
 
 void ResolveResourceRequirements(ProjectToModel& state) {
-  Recordset requirements;
-  requirements.OpenDynamic("Select * from ProjectResReqts" + WhereMspProjId(state),
-                           state.gInterimConn.get());
+  Recordset requirements =
+      Ask(state.gInterimConn.get(), "Select * from ProjectResReqts", WhereMspProjId(state));
   for (; !requirements.Eof(); requirements.MoveNext()) {
     TakeOver(state,
              "Select * from ProjectAct where PID = " + Joined(requirements.Field("ActivityPID")) +
@@ -39,9 +37,8 @@ void ResolveResourceRequirements(ProjectToModel& state) {
 }
 
 void ForgetEarlierAssignments(ProjectToModel& state) {
-  Recordset objects;
-  objects.OpenDynamic("Select * from Object_in_Activity_in_Scenario" + WhereMspProjId(state),
-                      state.gInterimConn.get());
+  Recordset objects = Ask(state.gInterimConn.get(), "Select * from Object_in_Activity_in_Scenario",
+                          WhereMspProjId(state));
   for (; !objects.Eof(); objects.MoveNext()) {
     objects.SetField("Brought_from_Project", 0);
     objects.Update();
@@ -50,10 +47,9 @@ void ForgetEarlierAssignments(ProjectToModel& state) {
 
 // A task that no occurrence stands for gets no object.
 void AddObject(ProjectToModel& state, Recordset& requirement, Recordset& objects) {
-  Recordset occurrence;
-  occurrence.OpenDynamic("Select * from MSP_TASKS where TASK_UID > 0 AND KV7_PROCOCC_HEX = " +
-                             Joined(requirement.Field("ActIdInDunmar")) + AndProjId(state),
-                         state.gInterimConn.get());
+  Recordset occurrence = Ask(state.gInterimConn.get(),
+                             "Select * from MSP_TASKS where TASK_UID > 0 AND KV7_PROCOCC_HEX = ",
+                             requirement.Field("ActIdInDunmar"), AndProjId(state));
   if (occurrence.Eof()) return;
   objects.AddNew();
   objects.SetField("Scenario_Num", occurrence.Field("KV7_Scenario_HEX"));
@@ -70,11 +66,10 @@ void MergeRequirement(ProjectToModel& state, Recordset& requirement) {
   const Value activity = requirement.Field("ActIdInDunmar");
   const Value object = requirement.Field("ResIdInDunmar");
   if (activity.IsNull() || object.IsNull()) return;
-  Recordset objects;
-  objects.OpenDynamic(
-      "Select * from Object_in_Activity_in_Scenario where Activity_Num = " + Joined(activity) +
-          " and Object_Occ_Num = " + Joined(object) + AndMspProjId(state),
-      state.gInterimConn.get());
+  Recordset objects =
+      Ask(state.gInterimConn.get(),
+          "Select * from Object_in_Activity_in_Scenario where Activity_Num = ", activity,
+          " and Object_Occ_Num = ", object, AndMspProjId(state));
   if (objects.Eof()) {
     AddObject(state, requirement, objects);
     return;
@@ -88,17 +83,16 @@ void MergeRequirement(ProjectToModel& state, Recordset& requirement) {
 // Objects that were sent to the plan and aren't assigned there any more; those of a decomposed
 // occurrence stay.
 void DeleteDroppedObjects(ProjectToModel& state) {
-  Recordset objects;
-  objects.OpenDynamic(
-      "Select * from Object_in_Activity_in_Scenario where Send_To_Project = 1 and "
-      "Brought_from_Project = 0" +
-          AndMspProjId(state),
-      state.gInterimConn.get());
+  Recordset objects =
+      Ask(state.gInterimConn.get(),
+          "Select * from Object_in_Activity_in_Scenario where Send_To_Project = 1 and "
+          "Brought_from_Project = 0",
+          AndMspProjId(state));
   for (; !objects.Eof(); objects.MoveNext()) {
-    Recordset decomposition;
-    decomposition.OpenDynamic("Select * from Scenario where Parent_num = " +
-                                  Joined(objects.Field("Activity_num")) + AndMspProjId(state),
-                              state.gInterimConn.get());
+    Recordset decomposition =
+        Ask(state.gInterimConn.get(),
+            "Select * from Scenario where Parent_num = ", objects.Field("Activity_num"),
+            AndMspProjId(state));
     if (decomposition.Eof()) objects.Delete();
   }
 }
@@ -108,9 +102,8 @@ void DeleteDroppedObjects(ProjectToModel& state) {
 void MergeResourceRequirements(ProjectToModel& state) {
   ResolveResourceRequirements(state);
   ForgetEarlierAssignments(state);
-  Recordset requirements;
-  requirements.OpenDynamic("Select * from ProjectResReqts" + WhereMspProjId(state),
-                           state.gInterimConn.get());
+  Recordset requirements =
+      Ask(state.gInterimConn.get(), "Select * from ProjectResReqts", WhereMspProjId(state));
   for (; !requirements.Eof(); requirements.MoveNext()) MergeRequirement(state, requirements);
   if (state.gRebuildModel == 1) DeleteDroppedObjects(state);
 }

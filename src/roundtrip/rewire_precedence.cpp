@@ -17,8 +17,8 @@ bool IsAndOf(Recordset& junction, std::string_view cardinality) {
 }
 
 bool HasIncomingLink(ProjectToModel& state, std::int16_t number) {
-  Recordset links;
-  links.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", number), state.gInterimConn.get());
+  Recordset links =
+      Ask(state.gInterimConn.get(), LinksWhere(state, " AND Destination_Num = ", number));
   return HasRow(links);
 }
 
@@ -29,14 +29,12 @@ struct LinkEnd {
 
 // The end from which the new link of `origin` leaves.
 LinkEnd LeavingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin) {
-  Recordset link;
-  link.OpenDynamic(LinksWhere(state, " AND Origin_Num = ", origin), state.gInterimConn.get());
+  Recordset link = Ask(state.gInterimConn.get(), LinksWhere(state, " AND Origin_Num = ", origin));
   if (!HasRow(link)) {
     return {.number = origin, .isFree = true};
   }
-  Recordset junction;
-  junction.OpenDynamic(JunctionsWhere(state, " AND Num = ", link.Field("Destination_Num")),
-                       state.gInterimConn.get());
+  Recordset junction = Ask(state.gInterimConn.get(),
+                           JunctionsWhere(state, " AND Num = ", link.Field("Destination_Num")));
   if (IsAndOf(junction, kFanOut)) {
     return {.number = ToInt16(junction.Field("Num"))};
   }
@@ -64,15 +62,13 @@ std::int16_t FanInBehind(ProjectToModel& state, NumberCounter& numbers, Recordse
 
 // The end at which the new link to `destination` arrives.
 LinkEnd ArrivingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t destination) {
-  Recordset link;
-  link.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", destination),
-                   state.gInterimConn.get());
+  Recordset link =
+      Ask(state.gInterimConn.get(), LinksWhere(state, " AND Destination_Num = ", destination));
   if (!HasRow(link)) {
     return {.number = destination, .isFree = true};
   }
-  Recordset junction;
-  junction.OpenDynamic(JunctionsWhere(state, " AND Num = ", link.Field("Origin_Num")),
-                       state.gInterimConn.get());
+  Recordset junction =
+      Ask(state.gInterimConn.get(), JunctionsWhere(state, " AND Num = ", link.Field("Origin_Num")));
   if (HasRow(junction)) {
     const std::int16_t number = ToInt16(junction.Field("Num"));
     if (IsAndOf(junction, kFanIn) || !HasIncomingLink(state, number)) {
@@ -87,9 +83,8 @@ bool IsLinked(ProjectToModel& state, const LinkEnd& leaving, const LinkEnd& arri
   if (leaving.isFree || arriving.isFree) {
     return false;
   }
-  Recordset links;
-  links.OpenDynamic(LinkBetween(state, leaving.number, " AND Origin_Num = ", arriving.number),
-                    state.gInterimConn.get());
+  Recordset links = Ask(state.gInterimConn.get(),
+                        LinkBetween(state, leaving.number, " AND Origin_Num = ", arriving.number));
   return HasRow(links);
 }
 
@@ -119,9 +114,8 @@ void AddFanInForPredecessors(ProjectToModel& state, Recordset& task) {
   const std::int16_t fanIn = AddJunction(state, numbers, kFanIn, kAsyncAnd);
   state.gDestinationUse = fanIn;
   const Value occurrence = task.Field("Text1");
-  Recordset link;
-  link.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", occurrence),
-                   state.gInterimConn.get());
+  Recordset link =
+      Ask(state.gInterimConn.get(), LinksWhere(state, " AND Destination_Num = ", occurrence));
   if (HasRow(link)) {
     const std::int16_t origin = ToInt16(link.Field("Origin_Num"));
     RepointOrigin(link, fanIn);
@@ -140,9 +134,8 @@ void AttachNewPredecessors(ProjectToModel& state) {
   NumberCounter numbers(state);
   for (const std::int16_t predecessor : state.gNewPredecessors) {
     state.gOriginUse = predecessor;
-    Recordset link;
-    link.OpenDynamic(LinksWhere(state, " AND Origin_Num = ", predecessor),
-                     state.gInterimConn.get());
+    Recordset link =
+        Ask(state.gInterimConn.get(), LinksWhere(state, " AND Origin_Num = ", predecessor));
     if (HasRow(link)) {
       AttachThroughFanOut(state, numbers, link);
     } else {

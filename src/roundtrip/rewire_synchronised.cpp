@@ -11,8 +11,7 @@ namespace {
 
 // Nothing where the plan doesn't know the task, or its number in the model is none.
 std::optional<std::int16_t> OccurrenceOf(ProjectToModel& state, std::int16_t pid) {
-  Recordset task;
-  task.OpenDynamic(TaskOfPlan(state, pid), state.gInterimConn.get());
+  Recordset task = Ask(state.gInterimConn.get(), TaskOfPlan(state, pid));
   if (!HasRow(task)) {
     return std::nullopt;
   }

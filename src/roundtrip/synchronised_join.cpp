@@ -31,15 +31,13 @@ void SynchronisedJoin::Run() {
 }
 
 Recordset SynchronisedJoin::LinksOf(std::string_view piece, std::int16_t number) {
-  Recordset links;
-  links.OpenDynamic(LinksWhere(state_, piece, number), state_.gInterimConn.get());
+  Recordset links = Ask(state_.gInterimConn.get(), LinksWhere(state_, piece, number));
   return links;
 }
 
 Recordset SynchronisedJoin::JunctionOf(const Value& number) {
-  Recordset junctions;
-  junctions.OpenDynamic(JunctionsWhere(state_, rules_.junctionPiece, number),
-                        state_.gInterimConn.get());
+  Recordset junctions =
+      Ask(state_.gInterimConn.get(), JunctionsWhere(state_, rules_.junctionPiece, number));
   return junctions;
 }
 

@@ -9,10 +9,9 @@
 namespace merivane::roundtrip {
 
 std::int16_t TaskScenarios::ScenarioForTask(Recordset& task) {
-  Recordset topScenarios;
-  topScenarios.OpenDynamic(
-      "Select * from Scenario where Parent_Num = 0 and Send_to_Project = 1" + AndMspProjId(state_),
-      state_.gInterimConn.get());
+  Recordset topScenarios = Ask(
+      state_.gInterimConn.get(),
+      "Select * from Scenario where Parent_Num = 0 and Send_to_Project = 1", AndMspProjId(state_));
   if (Equal(task.Field("Outline"), 1)) {
     if (topScenarios.Eof()) return Add(topScenarios, 1, 0);
     return ToInt16(topScenarios.Field("Num"));
@@ -22,10 +21,9 @@ std::int16_t TaskScenarios::ScenarioForTask(Recordset& task) {
 }
 
 std::int16_t TaskScenarios::DecompositionOf(const std::string& parent, Recordset& scenarios) {
-  Recordset scenario;
-  scenario.OpenDynamic("Select * from Scenario where Parent_Num = " + parent +
-                           " and Send_To_Project = 1" + AndMspProjId(state_),
-                       state_.gInterimConn.get());
+  Recordset scenario =
+      Ask(state_.gInterimConn.get(), "Select * from Scenario where Parent_Num = ", parent,
+          " and Send_To_Project = 1", AndMspProjId(state_));
   if (!scenario.Eof()) return ToInt16(scenario.Field("Num"));
   return Add(scenarios, NextNumber(), parent);
 }
@@ -43,9 +41,8 @@ std::int16_t TaskScenarios::Add(Recordset& scenarios, std::int16_t number, const
 
 std::int16_t TaskScenarios::NextNumber() {
   if (!highest_) {
-    Recordset maximum;
-    maximum.OpenDynamic("Select Max(Num) as Max_ID from Scenario" + WhereMspProjId(state_),
-                        state_.gInterimConn.get());
+    Recordset maximum = Ask(state_.gInterimConn.get(), "Select Max(Num) as Max_ID from Scenario",
+                            WhereMspProjId(state_));
     if (maximum.Eof()) EndOnBrokenModel(state_, "Project to Celvar Translator");
     highest_ = ToInt16(maximum.Field(0));
   }

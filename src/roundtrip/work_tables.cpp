@@ -8,16 +8,14 @@ namespace merivane::roundtrip {
 namespace {
 
 void DeleteRows(ProjectToModel& state, std::string_view sql) {
-  Recordset rows;
-  rows.OpenDynamic(sql, state.gInterimConn.get());
+  Recordset rows = Ask(state.gInterimConn.get(), sql);
   for (; !rows.Eof(); rows.MoveNext()) rows.Delete();
 }
 
 }  // namespace
 
 void WorkTables::KeepHead(const std::string& text) {
-  Recordset misc;
-  misc.OpenDynamic("SELECT * FROM P_Misc", state_.gInterimConn.get());
+  Recordset misc = Ask(state_.gInterimConn.get(), "SELECT * FROM P_Misc");
   misc.AddNew();
   misc.SetField("Header", text);
   misc.SetField("Msp_ProjID", state_.gInterimProjId);

@@ -46,9 +46,9 @@ std::string PredecessorList(const FileTask& task, double minutesPerDay) {
 }
 
 std::unordered_set<std::int64_t> OccurrencesOf(ProjectToModel& state) {
-  Recordset tasks;
-  tasks.OpenStatic("Select KV7_PROCOCC_HEX from MSP_TASKS where TASK_UID > 0" + AndProjId(state),
-                   state.gInterimConn.get());
+  Recordset tasks =
+      AskStatic(state.gInterimConn.get(),
+                "Select KV7_PROCOCC_HEX from MSP_TASKS where TASK_UID > 0", AndProjId(state));
   std::unordered_set<std::int64_t> numbers;
   for (; !tasks.Eof(); tasks.MoveNext()) {
     const Value number = tasks.Field(0);

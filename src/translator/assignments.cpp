@@ -11,14 +11,15 @@ namespace {
 constexpr double kWorkInHour = 60000;  // thousandths of a minute
 
 bool HasDecomposition(ModelToProject& state, const Value& useNum) {
-  return !Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-               " and Parent_num = ", useNum)
+  return !Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+              " and Parent_num = ", useNum)
               .Eof();
 }
 
 std::string AliasOf(ModelToProject& state, const Value& objectNum) {
-  Recordset object = Rows(state, "Select * from Object_Pool where Msp_ProjID = ", state.gMspProjId,
-                          " and Num = ", objectNum);
+  Recordset object =
+      Ask(state.gMspConn.get(), "Select * from Object_Pool where Msp_ProjID = ", state.gMspProjId,
+          " and Num = ", objectNum);
   return object.Eof() ? std::string() : Joined(object.Field("Alias"));
 }
 
@@ -32,7 +33,7 @@ std::string UnitsInRule(const std::string& rule, const std::string& alias) {
 
 void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const std::string& units) {
   const std::string hours = FixedTwo(ToDouble(units) * pass.taskHours);
-  Recordset assignments = Rows(pass.state, "Select * from MSP_ASSIGNMENTS");
+  Recordset assignments = Ask(pass.state.gMspConn.get(), "Select * from MSP_ASSIGNMENTS");
   assignments.AddNew();
   pass.assignmentUID = AddInt16(pass.assignmentUID, 1);
   assignments.SetField("PROJ_ID", pass.state.gMspProjId);
@@ -54,9 +55,10 @@ void WriteAssignments(Pass& pass, Recordset& task) {
   if (HasDecomposition(state, useNum)) return;
   const std::string rule = Joined(task.Field("Labor_rule"));
   const Value projectId = task.Field("Project_ID");
-  Recordset occurrences = Rows(
-      state, "Select * from Object_in_Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-      " and send_to_project = 1 and Activity_Num = ", useNum);
+  Recordset occurrences =
+      Ask(state.gMspConn.get(),
+          "Select * from Object_in_Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+          " and send_to_project = 1 and Activity_Num = ", useNum);
   for (; !occurrences.Eof(); occurrences.MoveNext()) {
     const std::string alias = AliasOf(state, occurrences.Field("Object_Occ_Num"));
     if (alias.empty()) continue;

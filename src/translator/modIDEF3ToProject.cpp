@@ -31,7 +31,8 @@ void OpenMpx(ModelToProject& state, const std::string& mpxFileName) {
 // A model with a start date gets no project header.
 void WriteProjectHeader(Pass& pass, const std::string& mpxFileName) {
   ModelToProject& state = pass.state;
-  Recordset project = Rows(state, "select * from MSP_PROJECTS WHERE PROJ_ID = ", state.gMspProjId);
+  Recordset project =
+      Ask(state.gMspConn.get(), "select * from MSP_PROJECTS WHERE PROJ_ID = ", state.gMspProjId);
   if (!project.Eof() && !project.Field("KV7_PROJ_START_DATE").IsNull()) return;
   DateTime today = state.desktop.Today();
   today.seconds = 0;

@@ -32,22 +32,22 @@ void Place(Recordset& activity, const Value& outline, const std::string& order) 
 }
 
 int CountScenarios(ModelToProject& state, std::string_view condition) {
-  Recordset scenarios = Rows(state, kScenarios, state.gMspProjId, condition);
+  Recordset scenarios = Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, condition);
   return CountRows(scenarios);
 }
 
 void PlaceDecompositions(ModelToProject& state, const Value& useNum, int depth) {
   if (useNum.IsNull()) return;
   Recordset decompositions =
-      Rows(state, kScenarios, state.gMspProjId, " and Parent_num = ", useNum);
+      Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, " and Parent_num = ", useNum);
   for (; !decompositions.Eof(); decompositions.MoveNext()) {
     decompositions.SetField("Project_Order", depth);
   }
 }
 
 void PlaceChildrenOf(ModelToProject& state, int depth) {
-  Recordset scenarios =
-      Rows(state, kScenarios, state.gMspProjId, " and Project_order = ", Value(depth));
+  Recordset scenarios = Ask(state.gMspConn.get(), kScenarios, state.gMspProjId,
+                            " and Project_order = ", Value(depth));
   for (; !scenarios.Eof(); scenarios.MoveNext()) {
     Recordset activities = ActivitiesOfScenario(state, scenarios.Field("Num"));
     for (; !activities.Eof(); activities.MoveNext()) {
@@ -108,7 +108,7 @@ void OutlineScenario(ModelToProject& state, Recordset& scenario) {
 
 void OrderScenarios(ModelToProject& state) {
   const int all = CountScenarios(state, "");
-  Recordset top = Rows(state, kScenarios, state.gMspProjId, " and Parent_num = 0");
+  Recordset top = Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, " and Parent_num = 0");
   for (; !top.Eof(); top.MoveNext()) {
     top.SetField("Project_Order", 0);
     top.Update();
@@ -120,7 +120,8 @@ void OrderScenarios(ModelToProject& state) {
 
 void BuildOutline(ModelToProject& state) {
   OrderScenarios(state);
-  Recordset scenarios = Rows(state, kScenarios, state.gMspProjId, " Order By Project_Order");
+  Recordset scenarios =
+      Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, " Order By Project_Order");
   for (; !scenarios.Eof(); scenarios.MoveNext()) OutlineScenario(state, scenarios);
 }
 

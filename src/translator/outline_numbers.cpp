@@ -39,7 +39,8 @@ class OutlineCounter {
     const auto [known, isNew] = parents_.try_emplace(parentKey_);
     if (isNew) {
       Recordset parent =
-          Rows(state_, "Select * from MSP_TASKS where KV7_PROCOCC_P_ORDER = '", parentKey_, "'");
+          Ask(state_.gMspConn.get(), "Select * from MSP_TASKS where KV7_PROCOCC_P_ORDER = '",
+              parentKey_, "'");
       if (!parent.Eof()) known->second = Joined(parent.Field("TASK_OUTLINE_NUM"));
     }
     return known->second;
@@ -64,7 +65,7 @@ class OutlineCounter {
 
 void NumberOutline(ModelToProject& state) {
   OutlineCounter counter(state);
-  Recordset tasks = Rows(state, "Select * from MSP_TASKS where TASK_UID > 0");
+  Recordset tasks = Ask(state.gMspConn.get(), "Select * from MSP_TASKS where TASK_UID > 0");
   for (; !tasks.Eof(); tasks.MoveNext()) counter.Number(tasks);
 }
 

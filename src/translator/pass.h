@@ -4,12 +4,11 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <type_traits>
 
 #include "program/model_words.h"
 #include "program/program.h"
 #include "runtime/conversions.h"
-#include "store/recordset.h"
+#include "store/ask.h"
 
 namespace merivane::translator {
 
@@ -30,25 +29,6 @@ struct Pass {
   }
 };
 
-template <class Piece>
-void AppendPiece(std::string& sql, const Piece& piece) {
-  if constexpr (std::is_convertible_v<Piece, std::string_view>) {
-    sql += std::string_view(piece);
-  } else {
-    sql += Joined(piece);
-  }
-}
-
-// A work record set over a statement joined from pieces; a Null value gives no text.
-template <class... Pieces>
-Recordset Rows(ModelToProject& state, const Pieces&... pieces) {
-  std::string sql;
-  (AppendPiece(sql, pieces), ...);
-  Recordset rows;
-  rows.OpenDynamic(sql, state.gMspConn.get());
-  return rows;
-}
-
 // Walks the set from its position to its end.
 inline int CountRows(Recordset& rows) {
   int count = 0;
@@ -58,23 +38,27 @@ inline int CountRows(Recordset& rows) {
 
 // The places in a model that the steps ask for by the same statement.
 inline Recordset ActivitiesOfScenario(ModelToProject& state, const Value& scenario) {
-  return Rows(state, "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-              " and Scenario_Num = ", scenario);
+  return Ask(state.gMspConn.get(),
+             "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+             " and Scenario_Num = ", scenario);
 }
 
 inline Recordset ActivityByUse(ModelToProject& state, const Value& useNum) {
-  return Rows(state, "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-              " and Use_Num = ", useNum);
+  return Ask(state.gMspConn.get(),
+             "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+             " and Use_Num = ", useNum);
 }
 
 inline Recordset LinksFrom(ModelToProject& state, const Value& origin) {
-  return Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-              " and origin_num = ", origin);
+  return Ask(state.gMspConn.get(),
+             "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+             " and origin_num = ", origin);
 }
 
 inline Recordset LinksTo(ModelToProject& state, const Value& destination) {
-  return Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-              " and Destination_Num = ", destination);
+  return Ask(state.gMspConn.get(),
+             "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+             " and Destination_Num = ", destination);
 }
 
 }  // namespace merivane::translator

@@ -36,13 +36,14 @@ void PathPruning::Prune(const Value& junctionNum) {
 }
 
 bool PathPruning::ReadFact(const Value& junctionNum) {
-  Recordset facts =
-      Rows(state_, "Select * from facts_in_junction where Msp_ProjID = ", state_.gMspProjId,
-           " and scenario_num = ", state_.currentScenarioNum, " and Junction_Num = ", junctionNum,
-           " order by Fact_num ");
+  Recordset facts = Ask(state_.gMspConn.get(),
+                        "Select * from facts_in_junction where Msp_ProjID = ", state_.gMspProjId,
+                        " and scenario_num = ", state_.currentScenarioNum,
+                        " and Junction_Num = ", junctionNum, " order by Fact_num ");
   if (facts.Eof() || !HoldsNoCase(Joined(facts.Field("Fact_Name")), "PathAt")) return false;
-  Recordset pool = Rows(state_, "Select * from Fact_Pool where Msp_ProjID = ", state_.gMspProjId,
-                        " and Num = ", facts.Field("Fact_Num"));
+  Recordset pool =
+      Ask(state_.gMspConn.get(), "Select * from Fact_Pool where Msp_ProjID = ", state_.gMspProjId,
+          " and Num = ", facts.Field("Fact_Num"));
   if (pool.Eof()) return false;
   const Value glossary = pool.Field("Glossary");
   if (!glossary.IsNull()) ReadPath(Joined(glossary));
@@ -61,15 +62,17 @@ void PathPruning::ReadPath(const std::string& glossary) {
 }
 
 void PathPruning::FindStopJunction() {
-  Recordset junction = Rows(
-      state_, "Select * from junctions_in_scenario where Msp_ProjID = ", state_.gMspProjId,
+  Recordset junction = Ask(
+      state_.gMspConn.get(),
+      "Select * from junctions_in_scenario where Msp_ProjID = ", state_.gMspProjId,
       " and scenario_num = ", state_.currentScenarioNum, " and ID = '", "J", junctionDigits_, "'");
   if (!junction.Eof()) state_.stopJunctionNum = ToInt16(junction.Field("num"));
 }
 
 Recordset PathPruning::ActivityHere(const Value& useNum) {
-  return Rows(state_, "Select * from activity_in_scenario where Msp_ProjID = ", state_.gMspProjId,
-              " and scenario_num = ", state_.currentScenarioNum, " and Use_Num = ", useNum);
+  return Ask(state_.gMspConn.get(),
+             "Select * from activity_in_scenario where Msp_ProjID = ", state_.gMspProjId,
+             " and scenario_num = ", state_.currentScenarioNum, " and Use_Num = ", useNum);
 }
 
 // True for a UOB, which is on the work list then. The walk behind a junction is done at once.
@@ -82,8 +85,9 @@ bool PathPruning::LeaveOut(Recordset& activity, const Value& destination) {
   }
   if (Equal(destination, state_.stopJunctionNum)) return false;
   Recordset junction =
-      Rows(state_, "Select * from junctions_in_scenario where Msp_ProjID = ", state_.gMspProjId,
-           " and scenario_num = ", state_.currentScenarioNum, " and Num = ", destination);
+      Ask(state_.gMspConn.get(),
+          "Select * from junctions_in_scenario where Msp_ProjID = ", state_.gMspProjId,
+          " and scenario_num = ", state_.currentScenarioNum, " and Num = ", destination);
   if (junction.Eof()) return false;
   StartJunctionQueue(state_, Joined(destination));
   ExcludeBehindJunction(state_);
@@ -93,8 +97,9 @@ bool PathPruning::LeaveOut(Recordset& activity, const Value& destination) {
 void PathPruning::RunWorkList() {
   for (int rounds = 0;; ++rounds) {
     Recordset marked =
-        Rows(state_, "Select * from Activity_in_Scenario where Msp_ProjID = ", state_.gMspProjId,
-             " and scenario_Num = ", state_.currentScenarioNum, " and Processed = 1");
+        Ask(state_.gMspConn.get(),
+            "Select * from Activity_in_Scenario where Msp_ProjID = ", state_.gMspProjId,
+            " and scenario_Num = ", state_.currentScenarioNum, " and Processed = 1");
     if (marked.Eof()) return;
     CheckRounds(rounds);
     marked.SetField("Processed", 0);
@@ -117,7 +122,8 @@ void PathPruning::CheckRounds(int rounds) {
   if (rounds < kRoundsForEachOccurrence) return;
   if (!occurrences_) {
     Recordset all =
-        Rows(state_, "Select * from Activity_in_Scenario where Msp_ProjID = ", state_.gMspProjId);
+        Ask(state_.gMspConn.get(),
+            "Select * from Activity_in_Scenario where Msp_ProjID = ", state_.gMspProjId);
     occurrences_ = CountRows(all);
   }
   if (rounds / kRoundsForEachOccurrence >= *occurrences_) throw RunTimeError(kSubscriptOutOfRange);
@@ -127,8 +133,8 @@ namespace {
 
 void ExcludeTask(ModelToProject& state, const Value& useNum) {
   Recordset task =
-      Rows(state, "Select * from MSP_TASKS where Proj_ID = ", state.gMspProjId,
-           " and KV7_SCENARIO_HEX = ", state.currentScenarioNum, " and KV7_PROCOCC_HEX = ", useNum);
+      Ask(state.gMspConn.get(), "Select * from MSP_TASKS where Proj_ID = ", state.gMspProjId,
+          " and KV7_SCENARIO_HEX = ", state.currentScenarioNum, " and KV7_PROCOCC_HEX = ", useNum);
   if (task.Eof()) return;
   task.SetField("KV7_PROCOCC_SEND_TO_PROJECT", 0);
   task.Update();
@@ -139,10 +145,10 @@ void ExcludeTask(ModelToProject& state, const Value& useNum) {
 
 void ExcludeBehindJunction(ModelToProject& state) {
   for (std::size_t i = 0; i <= static_cast<std::size_t>(state.junctionQueueTop); ++i) {
-    Recordset links =
-        Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-             " and Scenario_Num = ", state.currentScenarioNum,
-             " and origin_Num = ", state.junctionQueue[i]);
+    Recordset links = Ask(state.gMspConn.get(),
+                          "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+                          " and Scenario_Num = ", state.currentScenarioNum,
+                          " and origin_Num = ", state.junctionQueue[i]);
     for (; !links.Eof(); links.MoveNext()) {
       const std::string type = Joined(links.Field("Destination_Type"));
       const Value destination = links.Field("Destination_Num");

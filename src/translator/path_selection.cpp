@@ -21,10 +21,11 @@ bool LeftOutWithParent(ModelToProject& state, Recordset& scenario) {
 
 void PruneScenario(ModelToProject& state, PathPruning& pruning) {
   Recordset fanOuts =
-      Rows(state, "Select * from junctions_in_scenario where Msp_ProjID = ", state.gMspProjId,
-           " and scenario_num = ", state.currentScenarioNum,
-           " and processed = 0 and cardinality = 'Fan Out' and ",
-           "Type in ('XOR', 'Async. OR', 'Sync. OR')");
+      Ask(state.gMspConn.get(),
+          "Select * from junctions_in_scenario where Msp_ProjID = ", state.gMspProjId,
+          " and scenario_num = ", state.currentScenarioNum,
+          " and processed = 0 and cardinality = 'Fan Out' and ",
+          "Type in ('XOR', 'Async. OR', 'Sync. OR')");
   for (; !fanOuts.Eof(); fanOuts.MoveNext()) {
     pruning.Prune(fanOuts.Field("Num"));
     fanOuts.SetField("Processed", 1);
@@ -33,9 +34,9 @@ void PruneScenario(ModelToProject& state, PathPruning& pruning) {
 }
 
 void NumberTasks(ModelToProject& state) {
-  Recordset tasks =
-      Rows(state, "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-           " and Send_to_Project = 1 order by P_Order");
+  Recordset tasks = Ask(state.gMspConn.get(),
+                        "Select * from Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+                        " and Send_to_Project = 1 order by P_Order");
   std::int16_t counter = 1;
   for (; !tasks.Eof(); tasks.MoveNext()) {
     tasks.SetField("Project_ID", counter);
@@ -48,7 +49,8 @@ void NumberTasks(ModelToProject& state) {
 
 void SelectPathsAndNumberTasks(ModelToProject& state) {
   PathPruning pruning(state);
-  Recordset scenarios = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId);
+  Recordset scenarios =
+      Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId);
   for (; !scenarios.Eof(); scenarios.MoveNext()) {
     if (LeftOutWithParent(state, scenarios)) continue;
     state.currentScenarioNum = ToInt16(scenarios.Field("Num"));

@@ -32,8 +32,8 @@ void AddLink(Pass& pass, Recordset& links, const Value& predUID, const Value& su
 // The mark stays, so one write in a pass serves all links.
 void MarkProjectEdited(Pass& pass) {
   if (pass.projectMarked) return;
-  Recordset project =
-      Rows(pass.state, "select * from MSP_PROJECTS Where PROJ_ID = ", pass.state.gMspProjId);
+  Recordset project = Ask(pass.state.gMspConn.get(),
+                          "select * from MSP_PROJECTS Where PROJ_ID = ", pass.state.gMspProjId);
   project.SetField("PROJ_EXT_EDITED", -1);
   project.Update();
   pass.projectMarked = true;
@@ -42,20 +42,22 @@ void MarkProjectEdited(Pass& pass) {
 // The predecessor item of a UOB in the plan, with its MSP_LINKS row; nothing for any other.
 std::string LinkFromActivity(Pass& pass, const Value& origin, const Value& succUID,
                              std::optional<int> type) {
-  Recordset activity = Rows(
-      pass.state, "Select * from Activity_in_Scenario where Msp_ProjID = ", pass.state.gMspProjId,
-      " and send_to_project = 1 and use_num = ", origin);
+  Recordset activity =
+      Ask(pass.state.gMspConn.get(),
+          "Select * from Activity_in_Scenario where Msp_ProjID = ", pass.state.gMspProjId,
+          " and send_to_project = 1 and use_num = ", origin);
   if (activity.Eof()) return {};
   const Value projectId = activity.Field("Project_ID");
   MarkProjectEdited(pass);
-  Recordset links = Rows(pass.state, "select * from MSP_LINKS");
+  Recordset links = Ask(pass.state.gMspConn.get(), "select * from MSP_LINKS");
   AddLink(pass, links, projectId, succUID, type);
   return Joined(projectId) + ",";
 }
 
 bool JunctionExists(ModelToProject& state, const Value& name) {
-  return !Rows(state, "select * from Junctions_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-               " and ID = '", name, "'")
+  return !Ask(state.gMspConn.get(),
+              "select * from Junctions_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+              " and ID = '", name, "'")
               .Eof();
 }
 
@@ -78,7 +80,7 @@ std::string LinkRelations(Pass& pass, const Value& relations, const Value& proje
   if (relations.IsNull()) return {};
   const std::string text = Joined(relations);
   const int items = CountCommas(text) + 1;
-  Recordset links = Rows(pass.state, "select * from MSP_LINKS");
+  Recordset links = Ask(pass.state.gMspConn.get(), "select * from MSP_LINKS");
   std::size_t start = 1;
   for (int item = 0; item < items; ++item) {
     const std::size_t found = Find(text, suffix, start);
@@ -106,9 +108,9 @@ std::string CollectJunctionPredecessors(Pass& pass, const Value& succUID) {
   ModelToProject& state = pass.state;
   std::string predecessors;
   for (std::size_t i = 0; i <= static_cast<std::size_t>(state.junctionQueueTop); ++i) {
-    Recordset links =
-        Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-             " and Destination_Name = '", state.junctionQueue[i], "'");
+    Recordset links = Ask(state.gMspConn.get(),
+                          "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+                          " and Destination_Name = '", state.junctionQueue[i], "'");
     for (; !links.Eof(); links.MoveNext()) {
       const std::string type = Joined(links.Field("Origin_Type"));
       if (type == kProcessOccurrence) {

@@ -47,9 +47,10 @@ bool IsResource(const Value& type) {
 void MarkOccurrences(ModelToProject& state, Recordset& object) {
   const Value sent = object.Field("Send_to_Project");
   const Value pid = object.Field("PID");
-  Recordset occurrences = Rows(
-      state, "select * from Object_in_Activity_in_scenario where Msp_ProjID = ", state.gMspProjId,
-      " and Object_Name = '", object.Field("Name"), "'");
+  Recordset occurrences =
+      Ask(state.gMspConn.get(),
+          "select * from Object_in_Activity_in_scenario where Msp_ProjID = ", state.gMspProjId,
+          " and Object_Name = '", object.Field("Name"), "'");
   for (; !occurrences.Eof(); occurrences.MoveNext()) {
     occurrences.SetField("Send_to_Project", sent);
     occurrences.SetField("PID", pid);
@@ -90,7 +91,7 @@ void AddResource(Pass& pass, Recordset& object, Recordset& resources) {
 void MarkResources(Pass& pass) {
   ModelToProject& state = pass.state;
   std::unordered_map<std::string, int> objectsToCome;  // of each name
-  Recordset objects = Rows(state, kObjects, state.gMspProjId);
+  Recordset objects = Ask(state.gMspConn.get(), kObjects, state.gMspProjId);
   for (; !objects.Eof(); objects.MoveNext()) {
     ++objectsToCome[Joined(objects.Field("Name"))];
     if (!IsResource(objects.Field("Celvar_Type"))) continue;
@@ -100,7 +101,7 @@ void MarkResources(Pass& pass) {
     objects.Update();
   }
   objects.Close();
-  objects = Rows(state, kObjects, state.gMspProjId);
+  objects = Ask(state.gMspConn.get(), kObjects, state.gMspProjId);
   for (; !objects.Eof(); objects.MoveNext()) {
     // Objects of one name share the marks of the last.
     if (--objectsToCome[Joined(objects.Field("Name"))] == 0) MarkOccurrences(state, objects);
@@ -109,8 +110,9 @@ void MarkResources(Pass& pass) {
 
 void WriteResources(Pass& pass) {
   ModelToProject& state = pass.state;
-  Recordset objects = Rows(state, kObjects, state.gMspProjId, " and Send_to_Project = 1");
-  Recordset resources = Rows(state, "Select * from MSP_RESOURCES");
+  Recordset objects =
+      Ask(state.gMspConn.get(), kObjects, state.gMspProjId, " and Send_to_Project = 1");
+  Recordset resources = Ask(state.gMspConn.get(), "Select * from MSP_RESOURCES");
   if (!resources.Eof()) resources.MoveLast();
   for (; !objects.Eof(); objects.MoveNext()) {
     pass.PrintMpx(

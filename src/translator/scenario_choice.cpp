@@ -56,8 +56,9 @@ bool StandsOnLastOfSeveral(Recordset& scenarios) {
 }
 
 void ChooseTopScenario(ModelToProject& state, Recordset& facts) {
-  Recordset tops = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-                        " and Parent_Num = 0");
+  Recordset tops =
+      Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+          " and Parent_Num = 0");
   if (!StandsOnLastOfSeveral(tops)) return;
   bool undecided = true;
   for (; !tops.Eof(); tops.MoveNext()) {
@@ -82,8 +83,9 @@ void AskForDecomposition(ModelToProject& state, const Value& parentNum, Recordse
 
 // `facts` stays open once a group had to be decided, so that a second such group fails.
 void ChooseDecomposition(ModelToProject& state, const Value& parentNum, Recordset& facts) {
-  Recordset group = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-                         " and send_to_project = 1 and parent_num = ", parentNum);
+  Recordset group =
+      Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+          " and send_to_project = 1 and parent_num = ", parentNum);
   if (!StandsOnLastOfSeveral(group)) return;
   OpenFacts(state, facts);
   bool undecided = true;
@@ -100,16 +102,17 @@ std::vector<Value> TakeOut(ModelToProject& state, const Value& number) {
   Recordset activities = ActivitiesOfScenario(state, number);
   for (; !activities.Eof(); activities.MoveNext()) {
     Recordset decompositions =
-        Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-             " and Parent_num = ", activities.Field("Use_Num"));
+        Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+            " and Parent_num = ", activities.Field("Use_Num"));
     for (; !decompositions.Eof(); decompositions.MoveNext()) {
       children.push_back(decompositions.Field("Num"));
     }
     activities.SetField("send_to_project", 0);
     activities.Update();
   }
-  Recordset scenario = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-                            " and num = ", number);
+  Recordset scenario =
+      Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+          " and num = ", number);
   scenario.SetField("Send_To_Project", 0);
   scenario.Update();
   return children;
@@ -136,8 +139,9 @@ void ExcludeScenario(ModelToProject& state, const Value& scenarioNum) {
 void ChooseScenarios(ModelToProject& state) {
   Recordset facts;
   ChooseTopScenario(state, facts);
-  Recordset scenarios = Rows(state, "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-                             " and send_to_project = 1");
+  Recordset scenarios =
+      Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
+          " and send_to_project = 1");
   for (; !scenarios.Eof(); scenarios.MoveNext()) {
     ChooseDecomposition(state, scenarios.Field("Parent_Num"), facts);
   }

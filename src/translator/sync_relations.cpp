@@ -19,8 +19,9 @@ constexpr Side kStart = {"cardinality = 'Fan Out' and Type = 'Sync. AND'", "SS",
                          "Origin_num", "Destination_Num"};
 
 Recordset LinksAt(ModelToProject& state, const Side& side, const Value& element) {
-  return Rows(state, "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-              " and ", side.nearEnd, " = ", element);
+  return Ask(state.gMspConn.get(),
+             "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId, " and ",
+             side.nearEnd, " = ", element);
 }
 
 // Judged by the branch's first link on its far side alone.
@@ -28,8 +29,9 @@ bool BehindOtherSyncAnd(ModelToProject& state, const Side& side, const Value& br
   Recordset links = LinksAt(state, side, branch);
   if (links.Eof()) return false;
   Recordset junction =
-      Rows(state, "Select * from junctions_in_Scenario where Msp_ProjID = ", state.gMspProjId,
-           " and Num = ", links.Field(side.branch));
+      Ask(state.gMspConn.get(),
+          "Select * from junctions_in_Scenario where Msp_ProjID = ", state.gMspProjId,
+          " and Num = ", links.Field(side.branch));
   return !junction.Eof() && Joined(junction.Field("Type")) == kSyncAnd;
 }
 
@@ -61,8 +63,9 @@ std::string RelationsToOthers(ModelToProject& state, const Side& side, const Val
 
 void BuildRelations(ModelToProject& state, const Side& side) {
   Recordset junctions =
-      Rows(state, "Select * from junctions_in_scenario where Msp_ProjID = ", state.gMspProjId,
-           " and ", side.cardinality);
+      Ask(state.gMspConn.get(),
+          "Select * from junctions_in_scenario where Msp_ProjID = ", state.gMspProjId, " and ",
+          side.cardinality);
   for (; !junctions.Eof(); junctions.MoveNext()) {
     const Value junctionNum = junctions.Field("Num");
     const std::int32_t main = MainBranch(state, side, junctionNum);

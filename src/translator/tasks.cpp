@@ -53,9 +53,9 @@ std::string TakeDuration(Pass& pass, const Value& duration) {
 }
 
 void WriteNote(Pass& pass, const Value& name) {
-  Recordset activity =
-      Rows(pass.state, "Select * from Activity_Pool where Msp_ProjID = ", pass.state.gMspProjId,
-           " and Name = '", name, "'");
+  Recordset activity = Ask(pass.state.gMspConn.get(),
+                           "Select * from Activity_Pool where Msp_ProjID = ", pass.state.gMspProjId,
+                           " and Name = '", name, "'");
   const Value glossary = activity.Field("Glossary");
   if (glossary.IsNull()) return;
   pass.glossaryText = Joined(glossary);
@@ -80,7 +80,7 @@ void FillTask(const Pass& pass, Recordset& activity, Bytes note, Recordset& task
 }
 
 void AddTask(Pass& pass, Recordset& activity, Bytes note) {
-  Recordset tasks = Rows(pass.state, "select * from MSP_TASKS");
+  Recordset tasks = Ask(pass.state.gMspConn.get(), "select * from MSP_TASKS");
   if (tasks.Bof() || tasks.Eof()) return;
   tasks.AddNew();
   FillTask(pass, activity, std::move(note), tasks);
@@ -103,9 +103,10 @@ void WriteTask(Pass& pass, Recordset& activity) {
 }  // namespace
 
 void WriteTasks(Pass& pass) {
-  Recordset activities = Rows(
-      pass.state, "Select * from Activity_in_Scenario where Msp_ProjID = ", pass.state.gMspProjId,
-      " and send_to_project = 1 order by Project_ID");
+  Recordset activities =
+      Ask(pass.state.gMspConn.get(),
+          "Select * from Activity_in_Scenario where Msp_ProjID = ", pass.state.gMspProjId,
+          " and send_to_project = 1 order by Project_ID");
   pass.PrintMpx(kMpxTaskFields);
   pass.PrintMpx(kMpxTaskFieldNumbers);
   for (; !activities.Eof(); activities.MoveNext()) WriteTask(pass, activities);

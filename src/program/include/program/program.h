@@ -12,8 +12,8 @@
 #include "platform/desktop.h"
 #include "runtime/text_files.h"
 #include "runtime/value.h"
+#include "store/ask.h"
 #include "store/connection.h"
-#include "store/recordset.h"
 
 namespace merivane::neutraltext {
 class ReaderListener;
