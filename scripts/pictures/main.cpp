@@ -2,7 +2,6 @@
 // failure.
 #include <QAction>
 #include <QApplication>
-#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QImage>
@@ -128,6 +127,10 @@ void Studio::TakeToProject() {
   Browse(form, "cmdBrowseMPX", Scratch("bakery.mpx"));
   Browse(form, "BrowsedbBt_mpx", Scratch("interim.mdb"));
   Take(window_, "model-to-mpx");
+  form.findChild<QTabWidget*>("SSTabGenerateOpt")->setCurrentIndex(2);
+  Browse(form, "cmdBrowseXML", Scratch("bakery.xml"));
+  Take(window_, "model-to-xml");
+  form.findChild<QTabWidget*>("SSTabGenerateOpt")->setCurrentIndex(1);
   TakeNext("choose", [this](QDialog& dialog) {
     QTest::keyClick(dialog.findChild<QWidget*>("List1"), Qt::Key_Down);
     Take(dialog, "choose");
@@ -148,13 +151,13 @@ void Studio::TakeToModel() {
   QWidget& form = Open("mnuProjectToIDEF3", "frmProjectToIDEF3");
   Browse(form, "cmdBrowseText", Scratch("bakery-again.txt"));
   Browse(form, "cmdBrowseDatabase", Scratch("interim.mdb"));
-  form.findChild<QComboBox*>("comboProject")->setCurrentIndex(0);
+  QTest::keyClick(form.findChild<QWidget*>("comboProject"), Qt::Key_Down);
   Take(window_, "project-to-model");
   form.findChild<QTabWidget*>("SSTabInput")->setCurrentIndex(1);
   Browse(form, "cmdBrowseMPX", Scratch("bakery.mpx"));
   TakeNext("merge", [this](QDialog& dialog) {
     dialog.findChild<QRadioButton*>("OptMerge")->click();
-    dialog.findChild<QComboBox*>("comboInterimProject")->setCurrentIndex(0);
+    QTest::keyClick(dialog.findChild<QWidget*>("comboInterimProject"), Qt::Key_Down);
     Take(dialog, "merge");
     Click(dialog, "CmdOK");
   });

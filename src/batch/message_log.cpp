@@ -5,6 +5,7 @@
 #include "printable.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
+#include "shell/message_advice.h"
 
 namespace merivane::batch {
 
@@ -62,7 +63,10 @@ void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
     if (message.icon != MessageIcon::kNone) *readable_ << " (" << NameOf(message.icon) << ")";
     *readable_ << ": " << Readable(message.text);
     if (message.buttons == MessageButtons::kYesNo) *readable_ << " [" << NameOf(answer) << "]";
-    *readable_ << '\n' << std::flush;
+    *readable_ << '\n';
+    const std::string advice = shell::MessageAdvice(message.text);
+    if (!advice.empty()) *readable_ << "  " << advice << '\n';
+    *readable_ << std::flush;
   }
   if (!file_.is_open()) return;
   const Json line = {{"text", ToUtf8(message.text)},

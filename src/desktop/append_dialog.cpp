@@ -5,7 +5,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "elided_label.h"
 #include "help_context.h"
+#include "qt_text.h"
 
 namespace merivane::desktop {
 
@@ -16,6 +18,12 @@ AppendDialog::AppendDialog(frmDbFileAppend& form, QtDesktop& desktop, QWidget* p
   SetHelpContext(this, frmDbFileAppend::kHelpContextId);
   auto* question = new QLabel("Selected Database Exists.  Overwriting or Appending?");
   question->setObjectName("Label1");
+  auto* file = new ElidedLabel(PathToQt(form.FileName));
+  file->setObjectName("fileName");
+  file->setTextFormat(Qt::PlainText);
+  file->setToolTip(file->text());
+  file->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  file->setMinimumWidth(fontMetrics().averageCharWidth() * 60);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(AddButton("CmdAppend", "Append", [&form] { form.CmdAppend(); }));
@@ -24,6 +32,7 @@ AppendDialog::AppendDialog(frmDbFileAppend& form, QtDesktop& desktop, QWidget* p
   auto* column = new QVBoxLayout(this);
   column->setSpacing(column->spacing() * 2);
   column->addWidget(question);
+  column->addWidget(file);
   column->addLayout(buttons);
 }
 

@@ -37,7 +37,11 @@ ChooserDialog::ChooserDialog(multi& form, QtDesktop& desktop, QWidget* parent)
     : ModalDialog(form, desktop, parent), form_(form) {
   setObjectName("multi");
   setWindowTitle("Select Scenario");
-  if (!form.HelpFile.empty()) SetHelpFile(this, PathToQt(form.HelpFile));
+  if (form.HelpFile.empty()) {
+    SetHelpContext(this, multi::kHelpContextId);
+  } else {
+    SetHelpFile(this, PathToQt(form.HelpFile));
+  }
   QListWidget* list = MakeList();
   QLabel* task = MakeLabel("Label2", form.Label2);
   task->setBuddy(list);

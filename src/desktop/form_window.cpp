@@ -4,6 +4,8 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDir>
+#include <QDragEnterEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -11,19 +13,32 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
+#include <QUrl>
 
 #include "help_context.h"
 #include "path_field.h"
 #include "qt_text.h"
+#include "shell/browse.h"
 
 namespace merivane::desktop {
+namespace {
+
+QString DroppedFile(const QDropEvent& event) {
+  const QList<QUrl> urls = event.mimeData()->urls();
+  return urls.size() == 1 ? QDir::toNativeSeparators(urls.first().toLocalFile()) : QString();
+}
+
+}  // namespace
 
 FormWindow::FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext)
     : desktop_(desktop), form_(form), column_(new QVBoxLayout(this)) {
   setWindowTitle(caption);
   SetHelpContext(this, helpContext);
+  setAcceptDrops(true);
   form_.OnChange = [this] { Sync(); };
   connect(qApp, &QApplication::focusChanged, this,
           [this](QWidget* /*old*/, const QWidget* now) { ShowDefaultButton(now); });
@@ -85,7 +100,7 @@ QFormLayout* FormWindow::AddRows() {
 }
 
 QTabWidget* FormWindow::AddTabs(const char* name, std::string& caption) {
-  auto* tabs = new QTabWidget;
+  auto* tabs = tabs_ = new QTabWidget;
   tabs->setObjectName(name);
   tabs->setAccessibleName(windowTitle());
   column_->addWidget(tabs);
@@ -137,10 +152,7 @@ void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   });
   connect(field->Button(), &QPushButton::clicked, this,
           [this, browse = row.browse] { Run(browse); });
-  field->OnDrop = [this, browse = row.browse](const std::string& name) {
-    desktop_.RunWithFileName(form_, name, browse);
-    Draw();
-  };
+  targets_.push_back({field, row.extension, row.browse});
   draws_.emplace_back([field, &box] { field->Draw(box); });
 }
 
@@ -218,6 +230,56 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   }
 }
 
+void FormWindow::dragEnterEvent(QDragEnterEvent* event) {
+  const QString file = DroppedFile(*event);
+  if (isEnabled() && !file.isEmpty() && TargetOf(file, event->position().toPoint()) != nullptr) {
+    event->acceptProposedAction();
+  }
+}
+
+void FormWindow::dropEvent(QDropEvent* event) {
+  const QString file = DroppedFile(*event);
+  const PathTarget* target = TargetOf(file, event->position().toPoint());
+  if (!isEnabled() || file.isEmpty() || target == nullptr) return;
+  event->acceptProposedAction();
+  // Later, so that the program that the file comes from needn't wait for questions asked here.
+  QTimer::singleShot(0, this, [this, target, file] { Take(*target, file.toStdString()); });
+}
+
+// A file of a kind that no box takes goes where it was dropped, which tells so.
+const FormWindow::PathTarget* FormWindow::TargetOf(const QString& file, QPoint place) const {
+  const QWidget* under = childAt(place);
+  const PathTarget* dropped = nullptr;
+  const PathTarget* front = nullptr;
+  const PathTarget* hidden = nullptr;
+  for (const PathTarget& target : targets_) {
+    const bool takes = HasExtension(file.toStdString(), target.extension);
+    if (under != nullptr && (under == target.field || target.field->isAncestorOf(under))) {
+      if (takes) return &target;
+      dropped = &target;
+    } else if (takes && target.field->isVisible()) {
+      front = front != nullptr ? front : &target;
+    } else if (takes) {
+      hidden = hidden != nullptr ? hidden : &target;
+    }
+  }
+  if (front != nullptr) return front;
+  return hidden != nullptr ? hidden : dropped;
+}
+
+void FormWindow::Take(const PathTarget& target, const std::string& file) {
+  if (!form_.IsVisible()) return;
+  ShowTabOf(*target.field);
+  desktop_.RunWithFileName(form_, file, target.browse);
+  Draw();
+}
+
+void FormWindow::ShowTabOf(const QWidget& field) {
+  for (int tab = 0; tab < tabs_->count(); ++tab) {
+    if (tabs_->widget(tab)->isAncestorOf(&field)) tabs_->setCurrentIndex(tab);
+  }
+}
+
 void FormWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
   Run([this] { form_.Unload(); });
@@ -226,6 +288,11 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 void FormWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange) AlignLabels();
   QWidget::changeEvent(event);
+}
+
+void ConnectChoice(QComboBox* widget, const std::function<void(std::size_t row)>& choose) {
+  QObject::connect(widget, &QComboBox::activated, widget,
+                   [choose](int row) { choose(static_cast<std::size_t>(row)); });
 }
 
 void DrawComboBox(QComboBox* widget, const ComboBox& box) {

@@ -29,11 +29,13 @@ struct PathRow {
   const char* edit;
   const char* button;
   TextBox& box;
+  const char* extension;  // of the files that it takes
   std::function<void()> browse;
 };
 
 // Draws a form in a window of the MDI area whenever its state changes. Enter presses OK, or the
-// button that has the focus, Escape Cancel; closing it by its frame unloads the form.
+// button that has the focus, Escape Cancel; closing it by its frame unloads the form. A file may be
+// dropped anywhere on it: the box for files of its kind takes it, one in front before a hidden one.
 class FormWindow : public QWidget {
  public:
   FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext);
@@ -63,10 +65,20 @@ class FormWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
   QtDesktop& desktop_;
 
  private:
+  struct PathTarget {
+    PathField* field;
+    const char* extension;
+    std::function<void()> browse;
+  };
+  const PathTarget* TargetOf(const QString& file, QPoint place) const;
+  void Take(const PathTarget& target, const std::string& file);
+  void ShowTabOf(const QWidget& field);
   void AddRow(QFormLayout* rows, const char* label, const char* caption, QWidget* field,
               QWidget* buddy);
   QPushButton* AddButton(const char* name, const char* caption);
@@ -80,6 +92,8 @@ class FormWindow : public QWidget {
   QMdiSubWindow* frame_ = nullptr;
   QVBoxLayout* column_;
   std::vector<std::function<void()>> draws_;  // one for each control
+  std::vector<PathTarget> targets_;
+  QTabWidget* tabs_ = nullptr;
   std::vector<QWidget*> labels_;
   std::vector<QWidget*> order_;  // of the keyboard
   QPushButton* ok_ = nullptr;
@@ -87,6 +101,9 @@ class FormWindow : public QWidget {
   QPointer<QWidget> lastFocus_;  // when it was hidden
   bool wasLoaded_ = false;
 };
+
+// Called for every choice of the user, also of the row that is chosen already.
+void ConnectChoice(QComboBox* widget, const std::function<void(std::size_t row)>& choose);
 
 // Fills the list anew where its entries changed.
 void DrawComboBox(QComboBox* widget, const ComboBox& box);

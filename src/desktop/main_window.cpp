@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <functional>
 
@@ -59,7 +60,8 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
   result_->setObjectName("result");
   result_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(result_, 1);
-  resize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40);
+  resize(QSize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40)
+             .boundedTo(screen()->availableSize() * 9 / 10));  // with room for its frame
   AddMenus();
   AddForm(new ModelToProjectWindow(main_.modelToProject, desktop_));
   AddForm(new ProjectToModelWindow(main_.projectToModel, desktop_));

@@ -13,12 +13,28 @@
 #include "help_context.h"
 
 namespace merivane::desktop {
+namespace {
+
+// An arrow key chooses what it moves to, also while nothing is chosen yet.
+class OptionButton : public QRadioButton {
+ public:
+  using QRadioButton::QRadioButton;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    QRadioButton::keyPressEvent(event);
+    auto* now = qobject_cast<QRadioButton*>(parentWidget()->focusWidget());
+    if (now != nullptr && now != this && !now->isChecked()) now->click();
+  }
+};
+
+}  // namespace
 
 MergeDialog::MergeDialog(frmDBMerge& form, QtDesktop& desktop, QWidget* parent)
     : ModalDialog(form, desktop, parent),
       form_(form),
-      overwrite_(new QRadioButton("Overwrite")),
-      merge_(new QRadioButton("Round trip merge")),
+      overwrite_(new OptionButton("Overwrite")),
+      merge_(new OptionButton("Round trip merge")),
       label_(new QLabel("Select Project to Merge:")),
       projects_(new QComboBox) {
   setObjectName("frmDBMerge");
@@ -42,10 +58,9 @@ MergeDialog::MergeDialog(frmDBMerge& form, QtDesktop& desktop, QWidget* parent)
   column->addLayout(projectRow);
   column->addStretch();
   column->addLayout(MakeButtons());
-  connect(projects_, &QComboBox::currentIndexChanged, this, [this](int index) {
-    Run([this, index] {
-      form_.comboInterimProject.listIndex.reset();
-      if (index >= 0) form_.comboInterimProject.listIndex = static_cast<std::size_t>(index);
+  ConnectChoice(projects_, [this](std::size_t row) {
+    Run([this, row] {
+      form_.comboInterimProject.listIndex = row;
       form_.comboInterimProject_Click();
     });
   });

@@ -13,16 +13,21 @@ ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& d
       form_(form) {
   setObjectName("frmIDEF3ToProject");
   AddPath(AddRows(), {"Label1", "Celvar Text File:", "txtCelvarFilename", "cmdBrowseText",
-                      form.txtCelvarFilename, [&form] { form.cmdBrowseText(); }});
+                      form.txtCelvarFilename, "txt", [&form] { form.cmdBrowseText(); }});
   QTabWidget* tabs = AddTabs("SSTabGenerateOpt", form.SSTabGenerateOpt);
   AddPath(AddTab(tabs, frmIDEF3ToProject::kDatabaseTab),
-          {"Label3", "MS Project MDB:", "txtDatabase", "BrowsedbBt", form.txtDatabase,
+          {"Label3", "MS Project MDB:", "txtDatabase", "BrowsedbBt", form.txtDatabase, "mdb",
            [&form] { form.BrowsedbBt(); }});
   QFormLayout* mpx = AddTab(tabs, frmIDEF3ToProject::kMpxTab);
   AddPath(mpx, {"Label5", "Interim Database:", "txtDatabase_mpx", "BrowsedbBt_mpx",
-                form.txtDatabase_mpx, [&form] { form.BrowsedbBt_mpx(); }});
-  AddPath(mpx, {"Label6", "MPX File:", "txtMpx", "cmdBrowseMPX", form.txtMpx,
+                form.txtDatabase_mpx, "mdb", [&form] { form.BrowsedbBt_mpx(); }});
+  AddPath(mpx, {"Label6", "MPX File:", "txtMpx", "cmdBrowseMPX", form.txtMpx, "mpx",
                 [&form] { form.cmdBrowseMPX(); }});
+  QFormLayout* xml = AddTab(tabs, frmIDEF3ToProject::kXmlTab);
+  AddPath(xml, {"Label7", "Interim Database:", "txtDatabase_xml", "BrowsedbBt_xml",
+                form.txtDatabase_xml, "mdb", [&form] { form.BrowsedbBt_xml(); }});
+  AddPath(xml, {"Label8", "XML File:", "txtXml", "cmdBrowseXML", form.txtXml, "xml",
+                [&form] { form.cmdBrowseXML(); }});
   auto* append = new QPushButton("Append...", this);
   append->setObjectName("cmdBrowseDatabase");
   append->hide();

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QWidget>
-#include <functional>
 
 #include "shell/form.h"
 
@@ -13,8 +12,7 @@ namespace merivane::desktop {
 
 using namespace shell;
 
-// Shows the end of a name that is too long, and the whole name as a tool tip. A file may be dropped
-// anywhere on it, also while the text box is disabled.
+// Shows the end of a name that is too long, and the whole name as a tool tip.
 class PathField : public QWidget {
  public:
   PathField(const char* editName, const char* buttonName, const QString& accessibleName);
@@ -22,12 +20,6 @@ class PathField : public QWidget {
   void Draw(const TextBox& box);
   QLineEdit* Edit() const { return edit_; }
   QPushButton* Button() const { return button_; }
-
-  std::function<void(const std::string& name)> OnDrop;
-
- protected:
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
 
  private:
   QLineEdit* edit_;

@@ -12,11 +12,13 @@ ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& d
     : FormWindow(form, desktop, "MS Project to Celvar", frmProjectToIDEF3::kHelpContextId),
       form_(form) {
   setObjectName("frmProjectToIDEF3");
-  AddPath(AddRows(), {"Label1", "Target Celvar Text Filename:", "txtCelvarFilename",
-                      "cmdBrowseText", form.txtCelvarFilename, [&form] { form.cmdBrowseText(); }});
+  AddPath(AddRows(),
+          {"Label1", "Target Celvar Text Filename:", "txtCelvarFilename", "cmdBrowseText",
+           form.txtCelvarFilename, "txt", [&form] { form.cmdBrowseText(); }});
   QTabWidget* tabs = AddTabs("SSTabInput", form.SSTabInput);
   AddDatabaseTab(tabs);
   AddMpxTab(tabs);
+  AddXmlTab(tabs);
   AddCheckBox("optLaunchCelvar", "Launch Celvar and Import Text", form.optLaunchCelvar,
               [&form] { form.optLaunchCelvar_Click(); });
   AddButtons(
@@ -28,17 +30,16 @@ ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& d
 void ProjectToModelWindow::AddDatabaseTab(QTabWidget* tabs) {
   QFormLayout* rows = AddTab(tabs, frmProjectToIDEF3::kDatabaseTab);
   AddPath(rows, {"Label2", "MS Project Database:", "txtDatabase", "cmdBrowseDatabase",
-                 form_.txtDatabase, [this] { form_.cmdBrowseDatabase(); }});
+                 form_.txtDatabase, "mdb", [this] { form_.cmdBrowseDatabase(); }});
   projects_ = new QComboBox;
   projects_->setObjectName("comboProject");
   projects_->setAccessibleName("Select Project");
   projects_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   projects_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   AddField(rows, "Label3", "Select Project:", projects_);
-  connect(projects_, &QComboBox::currentIndexChanged, this, [this](int index) {
-    Run([this, index] {
-      form_.comboProject.listIndex.reset();
-      if (index >= 0) form_.comboProject.listIndex = static_cast<std::size_t>(index);
+  ConnectChoice(projects_, [this](std::size_t row) {
+    Run([this, row] {
+      form_.comboProject.listIndex = row;
       form_.comboProject_Click();
     });
   });
@@ -46,10 +47,18 @@ void ProjectToModelWindow::AddDatabaseTab(QTabWidget* tabs) {
 
 void ProjectToModelWindow::AddMpxTab(QTabWidget* tabs) {
   QFormLayout* rows = AddTab(tabs, frmProjectToIDEF3::kMpxTab);
-  AddPath(rows, {"Label4", "MPX:", "txtMPX", "cmdBrowseMPX", form_.txtMPX,
+  AddPath(rows, {"Label4", "MPX:", "txtMPX", "cmdBrowseMPX", form_.txtMPX, "mpx",
                  [this] { form_.cmdBrowseMPX(); }});
   AddPath(rows, {"Label5", "Interim Database:", "txtInterimDB", "cmdInterimDB", form_.txtInterimDB,
-                 [this] { form_.cmdInterimDB(); }});
+                 "mdb", [this] { form_.cmdInterimDB(); }});
+}
+
+void ProjectToModelWindow::AddXmlTab(QTabWidget* tabs) {
+  QFormLayout* rows = AddTab(tabs, frmProjectToIDEF3::kXmlTab);
+  AddPath(rows, {"Label6", "XML:", "txtXML", "cmdBrowseXML", form_.txtXML, "xml",
+                 [this] { form_.cmdBrowseXML(); }});
+  AddPath(rows, {"Label7", "Interim Database:", "txtInterimDB_xml", "cmdInterimDB_xml",
+                 form_.txtInterimDB_xml, "mdb", [this] { form_.cmdInterimDB_xml(); }});
 }
 
 void ProjectToModelWindow::Draw() {
@@ -72,7 +81,7 @@ QString ProjectToModelWindow::ResultText() const {
                : "The merge stopped; the database as it was before: " + backup;
   }
   const QString written = "Model text written: " + PathToQt(form_.txtCelvarFilename.text);
-  return backup.isEmpty() ? written : written + "; the database before the merge: " + backup;
+  return backup.isEmpty() ? written : written + "; the database as it was before: " + backup;
 }
 
 }  // namespace merivane::desktop

@@ -16,6 +16,7 @@ class ProjectToModelWindow : public FormWindow {
  private:
   void AddDatabaseTab(QTabWidget* tabs);
   void AddMpxTab(QTabWidget* tabs);
+  void AddXmlTab(QTabWidget* tabs);
   void Ok();
   QString ResultText() const;
 

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -18,10 +19,26 @@
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
 #include "shell/form.h"
+#include "shell/message_advice.h"
 
 namespace merivane::desktop {
 
 using namespace shell;
+
+namespace {
+
+// A frame's title stands between an icon and the frame's buttons, in a bold font, and may be
+// centred. A box that is no wider than its text would cut it.
+void LeaveRoomForTitle(QMessageBox& box) {
+  QFont bold = box.font();
+  bold.setBold(true);
+  const QFontMetrics metrics(bold);
+  const int width = metrics.horizontalAdvance(box.windowTitle()) + 8 * metrics.height();
+  auto* grid = qobject_cast<QGridLayout*>(box.layout());
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+}  // namespace
 
 // A nested event loop under way: the wait pointer gives way to the normal one meanwhile.
 class QtDesktop::Wait {
@@ -102,12 +119,14 @@ MessageAnswer QtDesktop::ShowMessage(const Message& message) {
   box.setWindowTitle(message.title.empty() ? QString::fromLatin1(kApplicationTitle)
                                            : ToQt(message.title));
   box.setText(BreakableText(ToQt(message.text)));
+  box.setInformativeText(ToQt(MessageAdvice(message.text)));
   if (message.icon == MessageIcon::kCritical) box.setIcon(QMessageBox::Critical);
   if (message.icon == MessageIcon::kExclamation) box.setIcon(QMessageBox::Warning);
   const bool asks = message.buttons == MessageButtons::kYesNo;
   box.setStandardButtons(asks ? QMessageBox::Yes | QMessageBox::No
                               : QMessageBox::StandardButtons(QMessageBox::Ok));
   for (QAbstractButton* button : box.buttons()) button->setIcon({});
+  LeaveRoomForTitle(box);
   ++messageCount_;
   Execute(box);
   if (!asks) return MessageAnswer::kOk;

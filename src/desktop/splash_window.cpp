@@ -1,6 +1,7 @@
 #include "splash_window.h"
 
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "pictures.h"
@@ -26,8 +27,8 @@ void SplashWindow::Sync() {
     hide();
     return;
   }
-  const QRect window = parentWidget()->frameGeometry();
-  move(window.center() - rect().center());
+  // The main window has no place yet: the system gives it one only after it is shown.
+  move(parentWidget()->screen()->availableGeometry().center() - rect().center());
   show();
   raise();
   repaint();

@@ -9,7 +9,7 @@ namespace merivane::desktop {
 
 using namespace shell;
 
-// Shows and hides with its form, in the middle of the main window, and paints at once.
+// Shows and hides with its form, in the middle of the screen, and paints at once.
 class SplashWindow : public QWidget {
  public:
   SplashWindow(frmSplash& form, QWidget* parent);

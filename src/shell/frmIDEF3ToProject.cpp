@@ -65,7 +65,7 @@ void frmIDEF3ToProject::SettleDatabase(const std::string& path) {
   BackupName.clear();
   if (FileIsThere(path)) {
     Hide();
-    frmDbFileAppend append(state_.gOverwriteDb);
+    frmDbFileAppend append(state_.gOverwriteDb, path);
     desktop_.ShowModal(append);
     Show();
   } else {

@@ -89,19 +89,20 @@ class DesktopTest : public ::testing::Test {
   static std::string TextOf(QWidget& form, const char* name) {
     return User::Get<QLineEdit>(form, name).text().toStdString();
   }
-  // Onto the field that holds a text box, which may be disabled. False where it is refused.
-  static bool StartDrop(QWidget& form, const char* box, const char* file) {
-    QWidget& field = *User::Find(form, box).parentWidget();
+  // Onto a control of the form. False where it is refused.
+  static bool StartDrop(QWidget& form, const char* control, const char* file) {
+    QWidget& place = User::Find(form, control);
+    const QPoint at = place.mapTo(&form, place.rect().center());
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(file)});
-    QDragEnterEvent enter({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&field, &enter);
-    QDropEvent drop({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&field, &drop);
-    return field.acceptDrops() && enter.isAccepted();
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&form, &enter);
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&form, &drop);
+    return enter.isAccepted();
   }
-  static bool Drop(QWidget& form, const char* box, const char* file) {
-    const bool taken = StartDrop(form, box, file);
+  static bool Drop(QWidget& form, const char* control, const char* file) {
+    const bool taken = StartDrop(form, control, file);
     QTest::qWait(10);
     return taken;
   }

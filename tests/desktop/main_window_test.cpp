@@ -1,8 +1,10 @@
 #include <QAction>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 
 #include "desktop_fixture.h"
 
@@ -90,6 +92,35 @@ TEST_F(MainWindowTest, AnUnguardedFailureIsShownAndTheProgramGoesOn) {
   EXPECT_EQ(user.boxes[1], "out of\nsorts");
   EXPECT_THAT(user.boxes[2], HasSubstr(" not found."));
   EXPECT_EQ(ends, 0);
+}
+
+TEST_F(MainWindowTest, AMenuItemBringsItsDialogForwardAsItWas) {
+  QWidget& form = OpenToProject();
+  QWidget& frame = *form.parentWidget();
+  frame.showMinimized();
+  OpenToModel();
+  OpenToProject();
+  EXPECT_FALSE(frame.isMinimized());
+  EXPECT_TRUE(form.isVisible() && form.isAncestorOf(QApplication::focusWidget()));
+  const QSize size = frame.size();
+  for (const bool maximised : {true, false}) {
+    SCOPED_TRACE(maximised);
+    maximised ? frame.showMaximized() : frame.showNormal();
+    QTest::keyClick(&form, Qt::Key_Escape);
+    OpenToProject();
+    EXPECT_EQ(frame.isMaximized(), maximised);
+    EXPECT_EQ(frame.width() >= frame.parentWidget()->width(), maximised);
+  }
+  EXPECT_EQ(frame.size(), size);
+}
+
+TEST_F(MainWindowTest, FitsTheScreenWithTheSplashInItsMiddle) {
+  const QRect screen = window.screen()->availableGeometry();
+  EXPECT_TRUE(screen.size().expandedTo(window.frameGeometry().size()) == screen.size());
+  window.move(200, 100);
+  main.splash.Show();
+  EXPECT_EQ(User::Find(window, "frmSplash").geometry().center(), screen.center());
+  main.splash.Unload();
 }
 
 TEST_F(MainWindowTest, TheFileDialogTakesANewNameAndStartsWhereItEnded) {

@@ -1,9 +1,11 @@
 #include <sqlite3.h>
 
 #include <QCheckBox>
+#include <QLabel>
 
 #include "desktop_fixture.h"
 #include "keyboard.h"
+#include "translator/multi.h"
 
 namespace merivane::test {
 
@@ -91,6 +93,8 @@ TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {
   for (const Case& c : cases) {
     user.steps.emplace_back([&](QDialog& dialog) {
       EXPECT_FALSE(form.isVisible());
+      EXPECT_EQ(User::Get<QLabel>(dialog, "fileName").text().toStdString(),
+                folder.Path("plan.mdb"));
       c.step(dialog);
     });
     Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
@@ -99,13 +103,28 @@ TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {
   }
 }
 
-TEST_F(ModelToProjectWindow, ADroppedFileIsCheckedLikeAPickedOne) {
-  for (const char* name : {"/models/a.doc", "/models/a.txt"}) {
-    EXPECT_TRUE(Drop(form, "txtCelvarFilename", name));
+TEST_F(ModelToProjectWindow, AFileDroppedAnywhereGoesIntoTheBoxForItsKind) {
+  const std::string database = folder.Path("new.mdb");
+  const struct {
+    const char* place;
+    std::string file;
+    const char* box;
+  } drops[] = {{"cmdOK", "/models/a.TXT", "txtCelvarFilename"},
+               {"txtCelvarFilename", "/plans/a.mpx", "txtMpx"},
+               {"CkLaunchMsprojApp", database, "txtDatabase_mpx"},  // its tab is in front now
+               {"cmdHelp2", "/plans/a.xml", "txtXml"},
+               {"txtCelvarFilename", "/models/b.txt", "txtCelvarFilename"}};
+  for (const auto& drop : drops) {
+    SCOPED_TRACE(drop.file);
+    EXPECT_TRUE(Drop(form, drop.place, drop.file.c_str()));
+    EXPECT_EQ(TextOf(form, drop.box), drop.file);
+    EXPECT_TRUE(User::Find(form, drop.box).isVisible());
   }
+  EXPECT_EQ(TextOf(form, "txtDatabase"), "");
+  EXPECT_FALSE(Drop(form, "cmdOK", "/models/a.doc"));
+  EXPECT_TRUE(Drop(form, "txtCelvarFilename", "/models/a.doc"));
   EXPECT_THAT(user.boxes, ElementsAre("Incorrect File Type"));
   EXPECT_THAT(user.icons, ElementsAre(QMessageBox::Critical));
-  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "/models/a.txt");
 }
 
 // Two top scenarios and no fact, so the program asks.
@@ -122,6 +141,8 @@ class Chooser : public ModelToProjectWindow {
 TEST_F(Chooser, TakesTheSelectedEntryByKeyboardAndRefusesNone) {
   Translate([&](QDialog& dialog) {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    QTest::keyClick(&User::Find(dialog, "List1"), Qt::Key_F1);
+    EXPECT_THAT(desktop.helpContexts, ElementsAre(translator::multi::kHelpContextId));
     User::Click(dialog, "Command1");
     EXPECT_TRUE(dialog.isVisible());
     QTest::keyClick(&User::Find(dialog, "List1"), Qt::Key_Down);

@@ -31,7 +31,7 @@ class ProjectToModelWindow : public test::DesktopTest {
     EXPECT_TRUE(projects.isVisible() && projects.isEnabled());
     User::Click(dialog, "CmdOK");  // refused: nothing is selected
     EXPECT_TRUE(dialog.isVisible());
-    projects.setCurrentIndex(0);
+    User::Choose(dialog, "comboInterimProject", 0);
     User::Click(dialog, "CmdOK");
   }
 
@@ -59,7 +59,7 @@ TEST_F(ProjectToModelWindow, OkTellsWhatIsMissingTabByTab) {
   User::Click(form, "cmdOK");
   Browse(form, "cmdBrowseDatabase", database);
   User::Click(form, "cmdOK");
-  User::Get<QComboBox>(form, "comboProject").setCurrentIndex(0);
+  User::Choose(form, "comboProject", 0);
   User::Click(form, "cmdOK");
   SelectTab(form, "SSTabInput", 1);
   User::Click(form, "cmdOK");
@@ -67,21 +67,24 @@ TEST_F(ProjectToModelWindow, OkTellsWhatIsMissingTabByTab) {
   User::Click(form, "cmdOK");
   QTest::keyClicks(&User::Find(form, "txtInterimDB"), "typed.mdb");
   User::Click(form, "cmdOK");
+  QTest::keyClicks(&User::Find(form, "txtCelvarFilename"), "typed.txt");
   User::Click(form, "optLaunchCelvar");
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(user.advice.back(), HasSubstr("a name that is only typed is not opened"));
   EXPECT_THAT(
       user.boxes,
       ElementsAre("Please Select MS Project 2000 Database", "Please Select Project Name",
                   "Please Select Target Celvar Text Filename", "Please Select a MPX txt file",
                   "Please Give an Interim Access Database Filename",
-                  "Please Select Target Celvar Text Filename.", "Vorn Celvar not installed."));
-  EXPECT_TRUE(form.isVisible());
+                  "Please Select Target Celvar Text Filename.", "Vorn Celvar not installed.",
+                  "Object variable or With block variable not set"));
 }
 
 TEST_F(ProjectToModelWindow, WritesAModelFromADatabaseByClicksAlone) {
   QWidget& form = OpenToModel();
   Browse(form, "cmdBrowseText", text);
   Browse(form, "cmdBrowseDatabase", database);
-  User::Get<QComboBox>(form, "comboProject").setCurrentIndex(0);
+  User::Choose(form, "comboProject", 0);
   User::Click(form, "cmdOK");
   EXPECT_TRUE(user.boxes.empty());
   EXPECT_FALSE(form.isVisible());
@@ -89,11 +92,40 @@ TEST_F(ProjectToModelWindow, WritesAModelFromADatabaseByClicksAlone) {
   EXPECT_THAT(test::ReadFile(text), HasSubstr("Scenario List\r\n"));
 }
 
+TEST_F(ProjectToModelWindow, AChoiceCountsAlsoWhereTheRowIsChosenAlready) {
+  QWidget& form = OpenToModel();
+  Browse(form, "cmdBrowseDatabase", database);
+  const auto& chosen = program.projectToModel.gInterimProjId;
+  User::Choose(form, "comboProject", 0);
+  EXPECT_EQ(chosen, 1);
+  program.projectToModel.gInterimProjId = 7;  // as a database of the other tab settles it
+  User::Choose(form, "comboProject", 0);
+  EXPECT_EQ(chosen, 1);
+}
+
+TEST_F(ProjectToModelWindow, TheArrowKeysChooseBetweenOverwriteAndMerge) {
+  const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+  OpenMpxTab([&](QDialog& dialog) {
+    const auto& merge = User::Get<QRadioButton>(dialog, "OptMerge");
+    User::Find(dialog, "OptOverwrite").setFocus();
+    for (const bool merges : {true, false, true}) {
+      press(merges ? Qt::Key_Down : Qt::Key_Up);
+      EXPECT_EQ(merge.isChecked(), merges);
+      EXPECT_EQ(User::Find(dialog, "comboInterimProject").isVisible(), merges);
+    }
+    EXPECT_TRUE(merge.hasFocus());
+    User::Choose(dialog, "comboInterimProject", 0);
+    User::Click(dialog, "CmdOK");
+  });
+  EXPECT_TRUE(program.projectToModel.gRoundTripMerge);
+  EXPECT_EQ(program.projectToModel.gInterimProjId, 1);
+}
+
 TEST_F(ProjectToModelWindow, AMergeTellsWhereTheDatabaseBeforeItIs) {
   const std::string broken = folder.Write("cut.mpx", "MPX,Merivane,4.0\r\n");
   const std::pair<std::string, std::string> cases[] = {
       {mpx,
-       "Model text written: " + text + "; the database before the merge: " + database + ".bak"},
+       "Model text written: " + text + "; the database as it was before: " + database + ".bak"},
       {broken, "The merge stopped; the database as it was before: " + database +
                    ".bak2; 1 message was shown"}};
   for (const auto& [plan, result] : cases) {
@@ -121,8 +153,29 @@ TEST_F(ProjectToModelWindow, OverwriteAndCancelBothBeginAnew) {
     Browse(form, "cmdBrowseText", text);
     User::Click(form, "cmdOK");
     EXPECT_TRUE(user.boxes.empty()) << user.boxes.front();
-    EXPECT_EQ(window.Result().toStdString(), "Model text written: " + text);
+    EXPECT_THAT(window.Result().toStdString(), HasSubstr("as it was before: " + database + ".bak"));
   }
+}
+
+TEST_F(ProjectToModelWindow, APlanGoesOutAndComesBackAsXml) {
+  const std::string xml = folder.Path("plan.xml");
+  const std::string interim = folder.Path("interim.mdb");
+  QWidget& out = OpenToProject();
+  SelectTab(out, "SSTabGenerateOpt", 2);
+  Browse(out, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(out, "BrowsedbBt_xml", interim);
+  Browse(out, "cmdBrowseXML", xml);
+  User::Click(out, "cmdOK");
+  EXPECT_THAT(test::ReadFile(xml), HasSubstr("<Task>"));
+  QWidget& back = OpenToModel();
+  SelectTab(back, "SSTabInput", 2);
+  Browse(back, "cmdBrowseXML", xml);
+  user.steps.push_back(ChooseMerge);
+  Browse(back, "cmdInterimDB_xml", interim);
+  Browse(back, "cmdBrowseText", text);
+  User::Click(back, "cmdOK");
+  EXPECT_THAT(user.boxes, ElementsAre("Please Select a Project to be merged."));
+  EXPECT_THAT(test::ReadFile(text), HasSubstr("Scenario List\r\n"));
 }
 
 TEST_F(ProjectToModelWindow, ADisabledFieldTakesADroppedFile) {
@@ -131,6 +184,8 @@ TEST_F(ProjectToModelWindow, ADisabledFieldTakesADroppedFile) {
   ASSERT_FALSE(User::Find(form, "txtMPX").isEnabled());
   EXPECT_TRUE(Drop(form, "txtMPX", "/plans/a.mpx"));
   EXPECT_EQ(TextOf(form, "txtMPX"), "/plans/a.mpx");
+  EXPECT_TRUE(Drop(form, "cmdOK", "/plans/a.xml"));
+  EXPECT_EQ(TextOf(form, "txtXML"), "/plans/a.xml");
   EXPECT_TRUE(User::Find(form, "txtMPX").isEnabled());
 }
 

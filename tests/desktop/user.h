@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -26,6 +28,7 @@ class User : public QObject {
   std::deque<QMessageBox::StandardButton> answers;
   std::deque<std::function<void(QDialog&)>> steps;
   std::vector<std::string> boxes;
+  std::vector<std::string> advice;  // the second sentence of each box
   std::vector<QMessageBox::Icon> icons;
 
   static QWidget& Find(QWidget& window, const char* name) {
@@ -42,6 +45,17 @@ class User : public QObject {
     // A check box may be wider than the part that takes the click.
     const QPoint left(widget.height() / 2, widget.height() / 2);
     QTest::mouseClick(&widget, Qt::LeftButton, {}, left);
+  }
+  // Opens a list and takes one of its rows, by keyboard.
+  static void Choose(QWidget& window, const char* name, int row) {
+    auto& list = Get<QComboBox>(window, name);
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_Space);
+    QAbstractItemView* rows = list.view();
+    QTest::keyClick(rows, Qt::Key_Home);
+    for (int i = 0; i < row; ++i) QTest::keyClick(rows, Qt::Key_Down);
+    QTest::keyClick(rows, Qt::Key_Return);
+    EXPECT_EQ(list.currentIndex(), row);
   }
   // A step that clicks one button.
   static std::function<void(QDialog&)> Clicks(const char* name) {
@@ -63,6 +77,8 @@ class User : public QObject {
     connect(dialog, &QObject::destroyed, this, [this, dialog] {
       if (inHand_ == dialog) inHand_ = nullptr;
     });
+    dialog->activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([dialog] { return dialog->isActiveWindow(); }));
     if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
       Answer(*box);
       inHand_ = before;
@@ -77,7 +93,11 @@ class User : public QObject {
   }
   void Answer(QMessageBox& box) {
     boxes.push_back(box.text().remove(QChar(0x200B)).toStdString());
+    advice.push_back(box.informativeText().toStdString());
     icons.push_back(box.icon());
+    QFont bold = box.font();  // as frames draw their titles
+    bold.setBold(true);
+    EXPECT_GT(box.width(), QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + 80);
     QAbstractButton* button = box.buttons().first();
     if (box.buttons().size() > 1 && !answers.empty()) {
       button = box.button(answers.front());

@@ -1,6 +1,9 @@
 // Asks whether an existing database is overwritten or gets a further project.
 #pragma once
 
+#include <string>
+#include <utility>
+
 #include "platform/desktop.h"
 
 namespace merivane::shell {
@@ -12,7 +15,10 @@ class frmDbFileAppend : public ModalForm {
  public:
   static constexpr int kHelpContextId = 5000;
 
-  explicit frmDbFileAppend(bool& gOverwriteDb) : gOverwriteDb_(gOverwriteDb) {}
+  frmDbFileAppend(bool& gOverwriteDb, std::string fileName)
+      : FileName(std::move(fileName)), gOverwriteDb_(gOverwriteDb) {}
+
+  const std::string FileName;  // of the database, UTF-8
 
   void CmdAppend() {
     gOverwriteDb_ = false;

@@ -14,6 +14,8 @@ using namespace platform;
 // Caption "Select Scenario". The caller fills labels and list before showing it modally.
 class multi : public ModalForm {
  public:
+  static constexpr int kHelpContextId = 7000;  // in the application's help file
+
   multi(Desktop& desktop, std::string& chosenName) : desktop_(desktop), chosenName_(chosenName) {}
 
   std::string Label1;
