@@ -1,4 +1,3 @@
-#include <optional>
 #include <utility>
 
 #include "reader_lines.h"
@@ -78,37 +77,25 @@ void AddObjectOccurrence(ModelToProject& state) {
           {"Property_List", f.Property_List}});
 }
 
-struct SimulationValues {
-  Value duration;
-  Value laborRule;
-};
-
-void SetSimulationValues(ModelToProject& state, const SimulationValues& values) {
+// The occurrence ends with the values of its last object.
+void SetSimulationValues(ModelToProject& state) {
   ChangeLastRow(state, state.rsActivityInScenario, "Activity_In_Scenario",
                 " and Use_Num = " + std::to_string(state.gUseNum),
-                {{"Duration", values.duration}, {"Labor_Rule", values.laborRule}});
+                {{"Duration", state.fields.Duration}, {"Labor_Rule", state.fields.Labor_Rule}});
 }
 
 }  // namespace
 
-// The occurrence ends with the values of its last object, also where the text breaks off behind it.
 void ReadObjectOccurrences(ModelToProject& state) {
   constexpr std::string_view kEnd = "        End  Object Occurrence List";
   SkipTo(state, "        Object Occurrence List");
   NextLine(state);
-  std::optional<SimulationValues> last;
-  try {
-    while (state.gLine != kEnd) {
-      ReadObjectOccurrence(state, kEnd);
-      NextLines(state, 2);
-      AddObjectOccurrence(state);
-      last = {state.fields.Duration, state.fields.Labor_Rule};
-    }
-  } catch (...) {
-    if (last) SetSimulationValues(state, *last);
-    throw;
+  while (state.gLine != kEnd) {
+    ReadObjectOccurrence(state, kEnd);
+    NextLines(state, 2);
+    AddObjectOccurrence(state);
+    SetSimulationValues(state);
   }
-  if (last) SetSimulationValues(state, *last);
 }
 
 }  // namespace merivane::neutraltext
