@@ -42,14 +42,11 @@ class JunctionTable {
 
   // Makes the first junction of that number and cardinality a "Sync. And" one; False without one.
   // A table that never got a row is error 9.
-  bool MakeFanOutSync(std::int16_t number) { return MakeSync(number, kFanOut); }
-  bool MakeFanInSync(std::int16_t number) { return MakeSync(number, kFanIn); }
+  bool MakeSync(std::int16_t number, std::string_view cardinality);
 
   const std::vector<JunctionRow>& Rows() const { return rows_; }
 
  private:
-  bool MakeSync(std::int16_t number, std::string_view cardinality);
-
   std::vector<JunctionRow> rows_;
   std::unordered_map<std::int16_t, std::size_t> byNumber_;
   std::int16_t nJunctions_ = 0;

@@ -17,48 +17,73 @@ std::string ProjectNumber(const ProjectToModel& state) {
   return std::to_string(state.gInterimProjId);
 }
 
-// Two of the three statements let the number touch AND.
-std::string LinksBehind(const ProjectToModel& state, std::int16_t taskUid) {
-  return "SELECT * FROM [MSP_LINKS] WHERE LINK_PRED_UID = " + std::to_string(taskUid) +
-         "AND PROJ_ID = " + ProjectNumber(state) + " AND LINK_TYPE = 1";
-}
-
-std::string LinksAhead(const ProjectToModel& state, std::int16_t taskUid, const char* andProject) {
-  return "SELECT * FROM [MSP_LINKS] WHERE LINK_SUCC_UID = " + std::to_string(taskUid) + andProject +
-         ProjectNumber(state) + " AND LINK_TYPE = 1";
-}
-
 std::string LinksOfType(const ProjectToModel& state, const char* type) {
   return "SELECT * FROM [MSP_LINKS] WHERE PROJ_ID = " + ProjectNumber(state) +
          " AND LINK_TYPE = " + type;
 }
 
-// Whether two tasks start or finish together: the near ends of links are theirs, the far ends are
-// what leads into them or follows them.
-enum class Side { kStart, kFinish };
+// One side of tasks. What is done in front of them and behind them mirrors each other: the near
+// ends of links are the tasks', the far ends are what leads into them or follows them.
+struct Side {
+  bool isInFront;
+  const char* nearColumn;
+  const char* farColumn;
+  std::string_view plainJunction;  // cardinality where one task has several links
+  std::string_view syncJunction;   // where two tasks start or finish together
 
-const std::vector<std::size_t>& LinksAt(const LinkTable& table, Side side, std::int16_t task) {
-  return side == Side::kStart ? table.WithDestination(task) : table.WithOrigin(task);
+  std::int16_t FarEnd(const LinkRow& link) const {
+    return isInFront ? link.origin : link.destination;
+  }
+  const std::vector<std::size_t>& LinksAt(const LinkTable& table, std::int16_t task) const {
+    return isInFront ? table.WithDestination(task) : table.WithOrigin(task);
+  }
+};
+
+constexpr Side kInFront = {true, kSuccessor, kPredecessor, kFanIn, kFanOut};
+constexpr Side kBehind = {false, kPredecessor, kSuccessor, kFanOut, kFanIn};
+
+// The finish-to-start rows of a task on that side. `andProject` may let the number touch AND.
+std::string LinksOfTask(const ProjectToModel& state, const Side& side, std::int16_t taskUid,
+                        const char* andProject = "AND PROJ_ID = ") {
+  return std::string("SELECT * FROM [MSP_LINKS] WHERE ") + side.nearColumn + " = " +
+         std::to_string(taskUid) + andProject + ProjectNumber(state) + " AND LINK_TYPE = 1";
 }
 
-std::int16_t FarEnd(const LinkRow& link, Side side) {
-  return side == Side::kStart ? link.origin : link.destination;
+void AddLink(ProjectToModel& state, LinkTable& table, const Side& side, const Value& farEnd,
+             const Value& nearEnd) {
+  table.Add(state.nextElementNum, side.isInFront ? farEnd : nearEnd,
+            side.isInFront ? nearEnd : farEnd);
 }
 
-bool MakeSync(JunctionTable& table, Side side, std::int16_t number) {
-  return side == Side::kStart ? table.MakeFanOutSync(number) : table.MakeFanInSync(number);
+void AddLinkUnlessThere(ProjectToModel& state, LinkTable& table, const Side& side,
+                        std::int16_t farEnd, std::int16_t nearEnd) {
+  table.AddUnlessThere(state.nextElementNum, side.isInFront ? farEnd : nearEnd,
+                       side.isInFront ? nearEnd : farEnd);
+}
+
+void AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const Side& side,
+                      const std::string& sql) {
+  Recordset rows = AskStatic(state.gProjectConn.get(), sql);
+  if (rows.RecordCount() < 2) return;
+  const std::int16_t junction =
+      links.junctionTable.Add(state.nextElementNum, side.plainJunction, kAsyncAnd);
+  AddLink(state, links.linkTable, side, junction, rows.Field(side.nearColumn));
+  for (; !rows.Eof(); rows.MoveNext()) {
+    links.consumedLinks.Add(rows.Field(kLinkUid));
+    AddLink(state, links.linkTable, side, rows.Field(side.farColumn), junction);
+  }
 }
 
 // The junction that the last of the links at either task hangs on, 0 without one. Links that hang
 // on anything else are deleted.
-std::int16_t FindSyncJunction(ScenarioLinks& links, Side side, std::int16_t taskA,
+std::int16_t FindSyncJunction(ScenarioLinks& links, const Side& side, std::int16_t taskA,
                               std::int16_t taskB) {
   std::int16_t junction = 0;
   std::optional<std::size_t> last;
   for (std::int16_t task : {taskA, taskB}) {
-    for (std::size_t i : LinksAt(links.linkTable, side, task)) {
-      const std::int16_t far = FarEnd(links.linkTable.Row(i), side);
-      if (!MakeSync(links.junctionTable, side, far)) {
+    for (std::size_t i : side.LinksAt(links.linkTable, task)) {
+      const std::int16_t far = side.FarEnd(links.linkTable.Row(i));
+      if (!links.junctionTable.MakeSync(far, side.syncJunction)) {
         links.linkTable.Delete(i);
       } else if (!last || i > *last) {
         last = i;
@@ -69,91 +94,56 @@ std::int16_t FindSyncJunction(ScenarioLinks& links, Side side, std::int16_t task
   return junction;
 }
 
-std::optional<std::int16_t> LastDeletedEnd(const LinkTable& table, Side side, std::int16_t task) {
+std::optional<std::int16_t> LastDeletedEnd(const LinkTable& table, const Side& side,
+                                           std::int16_t task) {
   std::optional<std::int16_t> end;
-  for (std::size_t i : LinksAt(table, side, task)) {
-    if (table.Row(i).deleted) end = FarEnd(table.Row(i), side);
+  for (std::size_t i : side.LinksAt(table, task)) {
+    if (table.Row(i).deleted) end = side.FarEnd(table.Row(i));
   }
   return end;
 }
 
-void StartTogether(ProjectToModel& state, ScenarioLinks& links, std::int16_t taskA,
-                   std::int16_t taskB) {
+// Hangs two tasks on one "Sync. And" junction and what was at them on its other side. `farB` keeps
+// its value where B has lost no link.
+void Synchronise(ProjectToModel& state, ScenarioLinks& links, const Side& side, std::int16_t taskA,
+                 std::int16_t taskB, std::int16_t& farB) {
   std::int16_t& next = state.nextElementNum;
-  LinkTable& table = links.linkTable;
-  std::int16_t syncJunction = FindSyncJunction(links, Side::kStart, taskA, taskB);
-  const std::int16_t originA = LastDeletedEnd(table, Side::kStart, taskA).value_or(0);
-  const std::int16_t originB =
-      taskA == taskB ? std::int16_t{0} : LastDeletedEnd(table, Side::kStart, taskB).value_or(0);
-  if (syncJunction == 0) syncJunction = links.junctionTable.Add(next, kFanOut, kWrittenSyncAnd);
-  if (originA != 0 && originB != 0) {
-    const std::int16_t newFanIn = links.junctionTable.Add(next, kFanIn, kAsyncAnd);
-    table.AddUnlessThere(next, originA, newFanIn);
-    table.AddUnlessThere(next, originB, newFanIn);
-    table.AddUnlessThere(next, newFanIn, syncJunction);
-  } else if (originA != 0) {
-    table.AddUnlessThere(next, originA, syncJunction);
-  } else if (originB != 0) {
-    table.AddUnlessThere(next, originB, syncJunction);
+  JunctionTable& junctions = links.junctionTable;
+  const auto link = [&](std::int16_t farEnd, std::int16_t nearEnd) {
+    AddLinkUnlessThere(state, links.linkTable, side, farEnd, nearEnd);
+  };
+  std::int16_t sync = FindSyncJunction(links, side, taskA, taskB);
+  const std::int16_t farA = LastDeletedEnd(links.linkTable, side, taskA).value_or(0);
+  if (taskA != taskB) farB = LastDeletedEnd(links.linkTable, side, taskB).value_or(farB);
+  if (sync == 0) sync = junctions.Add(next, side.syncJunction, kWrittenSyncAnd);
+  if (farA != 0 && farB != 0) {
+    const std::int16_t plain = junctions.Add(next, side.plainJunction, kAsyncAnd);
+    link(farA, plain);
+    link(farB, plain);
+    link(plain, sync);
+  } else if (farA != 0) {
+    link(farA, sync);
+  } else if (farB != 0) {
+    link(farB, sync);
   }
-  table.AddUnlessThere(next, syncJunction, taskA);
-  table.AddUnlessThere(next, syncJunction, taskB);
-}
-
-// `destB` is handed from row to row: it keeps its value where this row finds none.
-void FinishTogether(ProjectToModel& state, ScenarioLinks& links, std::int16_t taskA,
-                    std::int16_t taskB, std::int16_t& destB) {
-  std::int16_t& next = state.nextElementNum;
-  LinkTable& table = links.linkTable;
-  std::int16_t syncJunction = FindSyncJunction(links, Side::kFinish, taskA, taskB);
-  const std::int16_t destA = LastDeletedEnd(table, Side::kFinish, taskA).value_or(0);
-  if (taskA != taskB) destB = LastDeletedEnd(table, Side::kFinish, taskB).value_or(destB);
-  if (syncJunction == 0) syncJunction = links.junctionTable.Add(next, kFanIn, kWrittenSyncAnd);
-  if (destA != 0 && destB != 0) {
-    const std::int16_t newFanOut = links.junctionTable.Add(next, kFanOut, kAsyncAnd);
-    table.AddUnlessThere(next, newFanOut, destA);
-    table.AddUnlessThere(next, newFanOut, destB);
-    table.AddUnlessThere(next, syncJunction, newFanOut);
-  } else if (destA != 0) {
-    table.AddUnlessThere(next, syncJunction, destA);
-  } else if (destB != 0) {
-    table.AddUnlessThere(next, syncJunction, destB);
-  }
-  table.AddUnlessThere(next, taskA, syncJunction);
-  table.AddUnlessThere(next, taskB, syncJunction);
+  link(sync, taskA);
+  link(sync, taskB);
 }
 
 }  // namespace
 
 void AddFanInJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset rows =
-      AskStatic(state.gProjectConn.get(), LinksAhead(state, taskUid, " AND PROJ_ID = "));
-  if (rows.RecordCount() < 2) return;
-  std::int16_t& next = state.nextElementNum;
-  const std::int16_t junction = links.junctionTable.Add(next, kFanIn, kAsyncAnd);
-  links.linkTable.Add(next, junction, rows.Field(kSuccessor));
-  for (; !rows.Eof(); rows.MoveNext()) {
-    links.consumedLinks.Add(rows.Field(kLinkUid));
-    links.linkTable.Add(next, rows.Field(kPredecessor), junction);
-  }
+  AddPlainJunction(state, links, kInFront,
+                   LinksOfTask(state, kInFront, taskUid, " AND PROJ_ID = "));
 }
 
 void AddFanOutJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset rows = AskStatic(state.gProjectConn.get(), LinksBehind(state, taskUid));
-  if (rows.RecordCount() < 2) return;
-  std::int16_t& next = state.nextElementNum;
-  const std::int16_t junction = links.junctionTable.Add(next, kFanOut, kAsyncAnd);
-  links.linkTable.Add(next, rows.Field(kPredecessor), junction);
-  for (; !rows.Eof(); rows.MoveNext()) {
-    links.consumedLinks.Add(rows.Field(kLinkUid));
-    links.linkTable.Add(next, junction, rows.Field(kSuccessor));
-  }
+  AddPlainJunction(state, links, kBehind, LinksOfTask(state, kBehind, taskUid));
 }
 
 void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset behind = AskStatic(state.gProjectConn.get(), LinksBehind(state, taskUid));
-  Recordset ahead =
-      AskStatic(state.gProjectConn.get(), LinksAhead(state, taskUid, "AND PROJ_ID = "));
+  Recordset behind = AskStatic(state.gProjectConn.get(), LinksOfTask(state, kBehind, taskUid));
+  Recordset ahead = AskStatic(state.gProjectConn.get(), LinksOfTask(state, kInFront, taskUid));
   const bool singleBehind = behind.RecordCount() == 1;
   if (!singleBehind && ahead.RecordCount() != 1) return;
   Recordset& row = singleBehind ? behind : ahead;
@@ -168,17 +158,18 @@ void ResolveStartToStartLinks(ProjectToModel& state, ScenarioLinks& links) {
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::int16_t taskA = ToInt16(rows.Field(kPredecessor));
     const std::int16_t taskB = ToInt16(rows.Field(kSuccessor));
-    StartTogether(state, links, taskA, taskB);
+    std::int16_t originB = 0;
+    Synchronise(state, links, kInFront, taskA, taskB, originB);
   }
 }
 
 void ResolveFinishToFinishLinks(ProjectToModel& state, ScenarioLinks& links) {
   Recordset rows = AskStatic(state.gProjectConn.get(), LinksOfType(state, "0"));
-  std::int16_t destB = 0;
+  std::int16_t destB = 0;  // handed from row to row
   for (; !rows.Eof(); rows.MoveNext()) {
     const std::int16_t taskA = ToInt16(rows.Field(kPredecessor));
     const std::int16_t taskB = ToInt16(rows.Field(kSuccessor));
-    FinishTogether(state, links, taskA, taskB, destB);
+    Synchronise(state, links, kBehind, taskA, taskB, destB);
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,16 @@ struct Pass {
     if (mpxWanted) state.files.Print(state.mpxFileNo, line);
   }
 };
+
+// A column of the plan and the one of the model that it takes its values from.
+struct CopiedColumn {
+  const char* name;
+  const char* source;
+};
+
+inline void CopyColumns(std::span<const CopiedColumn> columns, Recordset& from, Recordset& to) {
+  for (const CopiedColumn& column : columns) to.SetField(column.name, from.Field(column.source));
+}
 
 // Walks the set from its position to its end.
 inline int CountRows(Recordset& rows) {

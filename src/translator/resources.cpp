@@ -12,12 +12,8 @@ namespace {
 
 constexpr std::string_view kObjects = "Select * from Object_Pool where Msp_ProjID = ";
 
-struct Column {
-  const char* name;
-  const char* source;  // column of Object_Pool
-};
-
-constexpr Column kModelColumns[] = {
+// From Object_Pool.
+constexpr CopiedColumn kModelColumns[] = {
     {"KV7_OBJ_HEX", "Num"},
     {"KV7_OBJ_CREATOR", "Creator"},
     {"KV7_OBJ_DATE_CREATED", "Date_created"},
@@ -71,9 +67,7 @@ void FillResource(const Pass& pass, Recordset& object, Recordset& resource) {
   resource.SetField("Res_Max_Units", quantity.IsNull() ? Value(1) : quantity);
   resource.SetField("Res_STD_RATE", 10);
   resource.SetField("Res_OVT_RATE", 15);
-  for (const Column& column : kModelColumns) {
-    resource.SetField(column.name, object.Field(column.source));
-  }
+  CopyColumns(kModelColumns, object, resource);
 }
 
 void AddResource(Pass& pass, Recordset& object, Recordset& resources) {

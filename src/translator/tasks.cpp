@@ -11,12 +11,8 @@ constexpr std::int64_t kTenthsOfMinuteInDay = 4800;
 constexpr double kHoursInDay = 8;
 constexpr int kDurationInDays = 7;
 
-struct Column {
-  const char* name;
-  const char* source;  // column of Activity_in_Scenario
-};
-
-constexpr Column kModelColumns[] = {
+// From Activity_in_Scenario.
+constexpr CopiedColumn kModelColumns[] = {
     {"KV7_PROCOCC_HEX", "Use_Num"},
     {"KV7_PROC_HEX", "Process_Num"},
     {"KV7_SCENARIO_HEX", "Scenario_Num"},
@@ -74,9 +70,7 @@ void FillTask(const Pass& pass, Recordset& activity, Bytes note, Recordset& task
   task.SetField("EXT_EDIT_REF_DATA", 1);
   task.SetField("TASK_HAS_NOTES", -1);
   task.SetField("TASK_RTF_NOTES", std::move(note));
-  for (const Column& column : kModelColumns) {
-    task.SetField(column.name, activity.Field(column.source));
-  }
+  CopyColumns(kModelColumns, activity, task);
 }
 
 void AddTask(Pass& pass, Recordset& activity, Bytes note) {
