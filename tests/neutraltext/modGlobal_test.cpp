@@ -12,22 +12,6 @@ using namespace neutraltext;
 
 namespace {
 
-TEST(FieldAfterBlanks, TakesWhatStandsBehindTheFirstDoubleBlank) {
-  const struct {
-    const char* line;
-    std::size_t start;
-    std::size_t length;
-    const char* field;
-  } cases[] = {
-      {"  Name:  Sand", 3, 250, "Sand"}, {"  Name:  Sand", 1, 4, "Name"},
-      {"  Name: Sand", 3, 250, ""},      {"  Name:   Sand  ", 3, 3, " Sa"},
-      {"  Name:  ", 3, 250, ""},         {"", 1, 250, ""},
-  };
-  for (const auto& [line, start, length, field] : cases) {
-    EXPECT_EQ(FieldAfterBlanks(line, start, length), field) << line;
-  }
-}
-
 TEST(Reporters, ShowTheErrorsDescription) {
   ScriptedDesktop desktop;
   ReportError(desktop, RunTimeError(kPermissionDenied, "locked"));

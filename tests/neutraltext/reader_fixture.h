@@ -50,16 +50,16 @@ class ReaderTest : public DatabaseFixture {
   }
 
   // Rows of the project that was read last.
-  std::vector<std::size_t> RowCounts() {
-    std::vector<std::size_t> counts;
+  std::size_t CountOfRows() {
+    std::size_t count = 0;
     for (const char* table :
          {"Activity_Pool", "Object_Pool", "Fact_Pool", "Misc", "Scenario", "Activity_in_Scenario",
           "Object_in_Activity_in_Scenario", "Junctions_in_Scenario", "Facts_in_Junction",
           "Links_in_Scenario", "OSTN_List"}) {
-      counts.push_back(
-          CountRows(Model(), table, "where Msp_ProjID = " + std::to_string(State().gMspProjId)));
+      count +=
+          CountRows(Model(), table, "where Msp_ProjID = " + std::to_string(State().gMspProjId));
     }
-    return counts;
+    return count;
   }
 
  private:

@@ -1,10 +1,7 @@
 // Plans that a test writes into a database by SQL, and the texts that come out of them.
 #pragma once
 
-#include <sqlite3.h>
-
 #include <algorithm>
-#include <sstream>
 
 #include "database_fixture.h"
 #include "neutraltext/modProjectToIDEF3.h"
@@ -16,15 +13,6 @@ using namespace neutraltext;
 class WriterFixture : public DatabaseFixture {
  protected:
   ProjectToModel& state = program->projectToModel;
-
-  void Sql(const std::string& statements) {
-    sqlite3* database = nullptr;
-    sqlite3_open(databasePath.c_str(), &database);
-    char* message = nullptr;
-    sqlite3_exec(database, statements.c_str(), nullptr, nullptr, &message);
-    EXPECT_EQ(message, nullptr) << message << "\n" << statements;
-    sqlite3_close(database);
-  }
 
   // A database that another program made: the plan's tables alone, without the model's columns.
   void UsePlanOfAnotherProgram() {
@@ -61,15 +49,18 @@ class WriterFixture : public DatabaseFixture {
     program->files.OpenForOutput(state.gOutFile, folder.Path("model.txt"));
   }
 
-  // The written lines, with a bar for each line end.
+  // The written text, with LF as line end.
   std::string Written() {
     program->files.CloseAll();
     std::string text = ReadFile(folder.Path("model.txt"));
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\r'),
-              std::count(text.begin(), text.end(), '\n'));
+    EXPECT_EQ(std::ranges::count(text, '\r'), std::ranges::count(text, '\n'));
     std::erase(text, '\r');
-    std::replace(text.begin(), text.end(), '\n', '|');
     return text;
+  }
+
+  // A whole example as it must come out.
+  static std::string Expected(const std::string& name) {
+    return ReadFile(MERIVANE_SAMPLES "/../tests/neutraltext/expected/" + name);
   }
 
   std::string Generate() {
@@ -89,39 +80,5 @@ class WriterFixture : public DatabaseFixture {
 
   bool result = false;
 };
-
-// A text of a test with its short forms written out and with line ends in place of its bars:
-// "[  Glossary=x]" is the block with the line x between its keywords, "[  Glossary]" one without a
-// line, "{  =o=f=c}" the elaboration at that indentation with a line in each list, "{  }" an empty
-// one.
-inline std::string Lines(const std::string& text) {
-  std::string lines;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] != '[' && text[at] != '{') {
-      lines += text[at] == '|' ? '\n' : text[at];
-      continue;
-    }
-    const std::size_t end = text.find(text[at] == '[' ? ']' : '}', at);
-    std::vector<std::string> parts;
-    std::istringstream items(text.substr(at + 1, end - at - 1) + "=");
-    for (std::string item; std::getline(items, item, '=');) parts.push_back(Lines(item));
-    const auto block = [&](const std::string& indent, const std::string& title, std::size_t part) {
-      lines += indent + title + "\n" + (part < parts.size() ? parts[part] + "\n" : "") + indent +
-               "End  " + title + "\n";
-    };
-    if (text[at] == '[') {
-      const std::size_t indent = parts[0].find_first_not_of(' ');
-      block(parts[0].substr(0, indent), parts[0].substr(indent), 1);
-    } else {
-      lines += parts[0] + "Elaboration\n";
-      block(parts[0] + "  ", "Object Occurrence List", 1);
-      block(parts[0] + "  ", "Fact List", 2);
-      block(parts[0] + "  ", "Constraint List", 3);
-      lines += parts[0] + "End  Elaboration\n";
-    }
-    at = end;
-  }
-  return lines;
-}
 
 }  // namespace merivane::test

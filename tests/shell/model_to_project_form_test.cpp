@@ -24,13 +24,6 @@ class ModelToProjectForm : public DatabaseFixture {
       dynamic_cast<frmDbFileAppend&>(shown).CmdAppend();
     };
   }
-  void AddProjects(const std::vector<int>& ids) {
-    auto connection = Connect();
-    Recordset projects;
-    projects.OpenDynamic("select * from MSP_PROJECTS", connection.get());
-    for (const int id : ids) projects.AddNew({"PROJ_ID", "PROJ_NAME"}, {id, "P"});
-  }
-
   ModelToProject& state = program->modelToProject;
   frmMain main{*program};
   frmIDEF3ToProject& form = main.modelToProject;
@@ -51,18 +44,16 @@ TEST_F(ModelToProjectForm, BrowseRefusesOtherExtensionsAndKeepsTheBox) {
 }
 
 TEST_F(ModelToProjectForm, AppendTakesTheLastRowsIdPlusOne) {
-  struct Case {
-    std::vector<int> ids;
-    std::int16_t expected;
-  };
-  for (const Case& c : {Case{{}, 5}, Case{{1, 2, 7}, 8}, Case{{7, 2}, 3}, Case{{32767}, 5}}) {
+  for (const auto& [ids, expected] :
+       {std::pair{"null", 5}, {"1), (7", 8}, {"7), (2", 3}, {"32767", 5}}) {
     std::filesystem::copy_file(test::TemplateDatabase(), databasePath,
                                std::filesystem::copy_options::overwrite_existing);
-    AddProjects(c.ids);
+    Sql(std::string("insert into MSP_PROJECTS (PROJ_ID) values (") + ids +
+        "); delete from MSP_PROJECTS where PROJ_ID is null");
     AnswerAppend();
     state.gMspProjId = 5;  // kept where no row settles it, and where the id overflows
     Browse(databasePath);
-    EXPECT_EQ(state.gMspProjId, c.expected) << c.ids.size();
+    EXPECT_EQ(state.gMspProjId, expected) << ids;
     EXPECT_FALSE(state.gOverwriteDb);
     EXPECT_TRUE(form.IsVisible());
     state.gMspConn.reset();
@@ -80,7 +71,7 @@ TEST_F(ModelToProjectForm, NewNameCopiesTheTemplateWithoutAsking) {
 }
 
 TEST_F(ModelToProjectForm, OverwriteReplacesAFileThatIsOpenHere) {
-  AddProjects({1});
+  Sql("insert into MSP_PROJECTS (PROJ_ID) values (1)");
   desktop.modalHandler = [](ModalForm& shown) {
     dynamic_cast<frmDbFileAppend&>(shown).CmdOverwrite();
   };
@@ -107,7 +98,7 @@ TEST_F(ModelToProjectForm, MissingTemplateNamesItAndTheReaderThenFailsWithoutACo
 }
 
 TEST_F(ModelToProjectForm, TwoAppendsAtOnceTakeTwoNumbers) {
-  AddProjects({6});
+  Sql("insert into MSP_PROJECTS (PROJ_ID) values (6)");
   AnswerAppend();
   Browse(databasePath);
   EXPECT_EQ(state.gMspProjId, 7);
@@ -146,7 +137,7 @@ TEST_F(ModelToProjectForm, ADatabaseThatAnotherProgramWritesIsToldAndNothingIsTr
 }
 
 TEST_F(ModelToProjectForm, ABadTemplateReplacesNothing) {
-  AddProjects({1});
+  Sql("insert into MSP_PROJECTS (PROJ_ID) values (1)");
   desktop.modalHandler = [](ModalForm& shown) {
     dynamic_cast<frmDbFileAppend&>(shown).CmdOverwrite();
   };

@@ -15,18 +15,12 @@ class ProjectToModelForm : public DatabaseFixture {
  protected:
   ProjectToModelForm() { form.Show(); }
 
-  void AddProject(const Value& id, const Value& name) {
-    auto connection = Connect();
-    Recordset projects;
-    projects.OpenDynamic("select * from MSP_PROJECTS", connection.get());
-    projects.AddNew({"PROJ_ID", "PROJ_NAME"}, {id, name});
+  void AddProject(const char* idAndName = "4, 'Yard'") {
+    Sql(std::string("insert into MSP_PROJECTS (PROJ_ID, PROJ_NAME) values (") + idAndName + ")");
   }
-  void AddTask(const Value& outline) {
-    auto connection = Connect();
-    Recordset tasks;
-    tasks.OpenDynamic("select * from MSP_TASKS", connection.get());
-    tasks.AddNew({"PROJ_ID", "TASK_UID", "TASK_NAME", "TASK_OUTLINE_LEVEL", "TASK_OUTLINE_NUM"},
-                 {4, 1, "Dig", 1, outline});
+  void AddOutlinedTask() {
+    Sql("insert into MSP_TASKS (PROJ_ID, TASK_UID, TASK_NAME, TASK_OUTLINE_LEVEL, TASK_OUTLINE_NUM)"
+        " values (4, 1, 'Dig', 1, '1')");
   }
   void BrowseDatabase() {
     desktop.fileNames.push_back(databasePath);
@@ -51,21 +45,21 @@ constexpr const char* kNoProject = "Database has no Project or no task_outline_n
 
 TEST_F(ProjectToModelForm, AListOfProjectsNeedsNamesAndAnOutlinedFirstTask) {
   BrowseDatabase();
-  AddProject(4, "Yard");
+  AddProject();
   BrowseDatabase();
   EXPECT_EQ(desktop.MessageTexts(), (std::vector<std::string>{kNoProject, kNoProject}));
   EXPECT_EQ(form.txtDatabase.text, "");
   EXPECT_FALSE(state.gProjectConn);
 
-  AddTask("1");
+  AddOutlinedTask();
   BrowseDatabase();
   EXPECT_EQ(form.txtDatabase.text, databasePath);
   EXPECT_TRUE(form.comboProject.enabled);
   ASSERT_EQ(form.comboProject.entries.size(), 1U);
   EXPECT_EQ(form.comboProject.entries[0].itemData, 4);
 
-  AddProject(5, Value());
-  AddProject(6, "Never reached");
+  AddProject("5, null");
+  AddProject("6, 'Never reached'");
   BrowseDatabase();
   EXPECT_EQ(desktop.MessageTexts().back(),
             "Project id or project name is empty.  Please check table MSP_PROJECTS.");
@@ -73,31 +67,38 @@ TEST_F(ProjectToModelForm, AListOfProjectsNeedsNamesAndAnOutlinedFirstTask) {
   EXPECT_FALSE(state.gProjectConn);
 }
 
-TEST_F(ProjectToModelForm, DatabaseTabChecksInOrderAndWritesTheText) {
+TEST_F(ProjectToModelForm, OkAsksForWhatIsMissingAndThenWritesTheText) {
+  form.SSTabInput = "Somewhere else";
   form.cmdOK();
-  AddProject(4, "Yard");
-  AddTask("1");
+  form.SSTabInput = form.kMpxTab;
+  form.cmdOK();
+  desktop.fileNames.push_back("plan.mpx");
+  form.cmdBrowseMPX();
+  form.cmdOK();
+  form.txtInterimDB.text = "typed.mdb";
+  form.cmdOK();
+  form.SSTabInput = form.kDatabaseTab;
+  form.cmdOK();
+  AddProject();
+  AddOutlinedTask();
   BrowseDatabase();
   form.cmdOK();
   form.comboProject.listIndex = 0;
   form.comboProject_Click();
   form.cmdOK();
-  EXPECT_EQ(desktop.MessageTexts(),
-            (std::vector<std::string>{"Please Select MS Project 2000 Database",
-                                      "Please Select Project Name",
-                                      "Please Select Target Celvar Text Filename"}));
+  EXPECT_EQ(
+      desktop.MessageTexts(),
+      (std::vector<std::string>{
+          "Please Select Source Type", "Please Select a MPX txt file",
+          "Please Give an Interim Access Database Filename",
+          "Please Select Target Celvar Text Filename.", "Please Select MS Project 2000 Database",
+          "Please Select Project Name", "Please Select Target Celvar Text Filename"}));
   const std::string output = Output("model.txt");
   form.cmdOK();
   EXPECT_EQ(form.GenerateResult, true);
   EXPECT_FALSE(form.IsLoaded());
   EXPECT_NE(test::ReadFile(output).find("  Name:  Dig\r\n"), std::string::npos);
-  EXPECT_EQ(desktop.shown.size(), 3U);
-}
-
-TEST_F(ProjectToModelForm, ATabWithAnotherCaptionHasNoSource) {
-  form.SSTabInput = "Somewhere else";
-  form.cmdOK();
-  EXPECT_EQ(desktop.MessageTexts().back(), "Please Select Source Type");
+  EXPECT_EQ(desktop.shown.size(), 7U);
 }
 
 TEST_F(ProjectToModelForm, ASecondTargetClosesTheFirstAndBothAreEmptied) {
@@ -112,20 +113,6 @@ TEST_F(ProjectToModelForm, ASecondTargetClosesTheFirstAndBothAreEmptied) {
   form.cmdBrowseText();
   EXPECT_EQ(desktop.MessageTexts().back(),
             "Cannot Open Output File: " + folder.Path("no folder/third.txt"));
-}
-
-TEST_F(ProjectToModelForm, MpxTabChecksInOrder) {
-  form.SSTabInput = form.kMpxTab;
-  form.cmdOK();
-  desktop.fileNames.push_back("plan.mpx");
-  form.cmdBrowseMPX();
-  form.cmdOK();
-  form.txtInterimDB.text = "typed.mdb";
-  form.cmdOK();
-  EXPECT_EQ(desktop.MessageTexts(),
-            (std::vector<std::string>{"Please Select a MPX txt file",
-                                      "Please Give an Interim Access Database Filename",
-                                      "Please Select Target Celvar Text Filename."}));
 }
 
 TEST_F(ProjectToModelForm, NewInterimNameSkipsTheQuestion) {
@@ -147,7 +134,7 @@ TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
 }
 
 TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
-  AddProject(4, "Yard");
+  AddProject();
   desktop.modalHandler = [](ModalForm& shown) {
     dynamic_cast<frmDBMerge&>(shown).OptOverwrite();
     dynamic_cast<frmDBMerge&>(shown).CmdOK();
@@ -163,8 +150,8 @@ TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
 }
 
 TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLeavesNoBackup) {
-  AddProject(4, "Yard");
-  AddTask("1");
+  AddProject();
+  AddOutlinedTask();
   desktop.modalHandler = [](ModalForm& shown) {
     auto& merge = dynamic_cast<frmDBMerge&>(shown);
     merge.OptMerge();
@@ -189,7 +176,7 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
 }
 
 TEST_F(ProjectToModelForm, CancelWithTheFlagFalseOverwrites) {
-  AddProject(4, "Yard");
+  AddProject();
   desktop.modalHandler = [](ModalForm& shown) { dynamic_cast<frmDBMerge&>(shown).CmdCancel(); };
   BrowseInterim(databasePath);
   EXPECT_EQ(test::CountRows(*state.gInterimConn, "MSP_PROJECTS"), 0U);
@@ -197,8 +184,8 @@ TEST_F(ProjectToModelForm, CancelWithTheFlagFalseOverwrites) {
 }
 
 TEST_F(ProjectToModelForm, MergeNeedsAProjectAndKeepsTheConnection) {
-  AddProject(4, "Yard");
-  AddTask("1");
+  AddProject();
+  AddOutlinedTask();
   desktop.modalHandler = [&](ModalForm& shown) {
     auto& merge = dynamic_cast<frmDBMerge&>(shown);
     EXPECT_FALSE(merge.comboInterimProject.enabled);
@@ -233,8 +220,8 @@ TEST_F(ProjectToModelForm, MergeOfAnEmptyDatabaseIsRefusedAndTheBoxEmptied) {
 
 TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {
   main.paths.gCelvarPath = "celvar";
-  AddProject(4, "Yard");
-  AddTask("1");
+  AddProject();
+  AddOutlinedTask();
   BrowseDatabase();
   form.comboProject.listIndex = 0;
   form.comboProject_Click();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -115,6 +116,16 @@ class DatabaseFixture : public ::testing::Test {
     auto connection = std::make_unique<Connection>(program->workspace);
     connection->Open(ConnectionText(databasePath), mode);
     return connection;
+  }
+
+  // Statements through a handle of its own, as another program has one.
+  void Sql(const std::string& statements) {
+    sqlite3* database = nullptr;
+    sqlite3_open(databasePath.c_str(), &database);
+    char* message = nullptr;
+    sqlite3_exec(database, statements.c_str(), nullptr, nullptr, &message);
+    EXPECT_EQ(message, nullptr) << message << "\n" << statements;
+    sqlite3_close(database);
   }
 
   // True when `action` ended the program.

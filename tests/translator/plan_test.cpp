@@ -125,11 +125,5 @@ TEST_F(WrittenPlan, EndsWithTheRowsSoFarWhereATaskFails) {
   EXPECT_EQ(Plan(), "U1");
 }
 
-TEST_F(WrittenPlan, NeverRunsASecondStatementOutOfAName) {
-  Object(7, "x'; delete from Scenario; select '", "Transport");
-  EXPECT_NE(AbortOf(), "");
-  EXPECT_EQ(CountRows(Model(), "Scenario"), 1U);
-}
-
 }  // namespace
 }  // namespace merivane::test
