@@ -63,9 +63,8 @@ void Reading::OnLine(const std::string& line) {
 }
 
 const std::string* Reading::Keyword(std::string_view keyword) {
-  std::string& known = keywords_[keyword.data()];
-  if (known != keyword) known = keyword;
-  return &known;
+  const auto known = keywords_.find(keyword);
+  return &*(known == keywords_.end() ? keywords_.emplace(keyword).first : known);
 }
 
 void Reading::OnSearch(std::string_view keyword) {
@@ -235,15 +234,14 @@ void Reading::StopAtEnd() {
 // A keyword that was passed over belongs to what comes behind the one that was searched for, so
 // that one is missing where the passed one stands.
 void Reading::ReportPassedKeywords() {
-  std::unordered_map<std::string_view, bool> known;
-  for (const auto& [address, keyword] : keywords_) known.emplace(keyword, true);
   const auto indent = [](std::string_view line) {
     return std::min(line.find_first_not_of(' '), line.size());
   };
   for (const SearchRange& range : ranges_) {
     for (std::size_t line = range.from; line < range.to; ++line) {
       const std::string_view passed = Line(line);
-      if (passed.empty() || indent(passed) > indent(*range.keyword) || !known.contains(passed)) {
+      if (passed.empty() || indent(passed) > indent(*range.keyword) ||
+          !keywords_.contains(passed)) {
         continue;
       }
       findings_.push_back({Severity::kError,

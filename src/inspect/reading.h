@@ -1,8 +1,10 @@
 // Reads a model with the program's own reader and keeps what it found, with its place.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -31,7 +33,7 @@ class Reading : public ReaderListener {
   void OnRecord(Element element, std::string_view listEnd) override;
   void OnField(std::size_t start, std::size_t length) override;
   void OnCut(std::size_t length) override;
-  bool OnRow(RowChange change, std::string_view table, std::initializer_list<Cell> cells) override;
+  bool OnRow(RowChange change, std::string_view table, std::span<const Cell> cells) override;
 
   // A box of the reader, in the midst of the reading.
   void OnMessage(const Message& message);
@@ -51,7 +53,7 @@ class Reading : public ReaderListener {
     std::size_t from;
     std::size_t to;  // the line of the keyword
   };
-  using Cells = std::initializer_list<Cell>;
+  using Cells = std::span<const Cell>;
 
   void Add(Severity severity, std::string sentence, std::string advice);
   ElementName CurrentElement() const;
@@ -99,7 +101,7 @@ class Reading : public ReaderListener {
   std::size_t fieldStart_ = 0;
   std::size_t fieldLength_ = 0;
 
-  std::unordered_map<const void*, std::string> keywords_;  // by the address of the reader's text
+  std::set<std::string, std::less<>> keywords_;
   const std::string* searched_ = nullptr;
   std::size_t searchedFrom_ = 0;
   std::size_t foundAt_ = 0;  // the line that ended the last search

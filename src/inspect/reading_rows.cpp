@@ -11,10 +11,10 @@ namespace merivane::inspect {
 
 namespace {
 
-const Value& Get(std::initializer_list<Cell> cells, std::string_view column) {
+const Value& Get(std::span<const Cell> cells, std::string_view column) {
   static const Value kNone;
-  const auto* cell = std::find_if(cells.begin(), cells.end(),
-                                  [&](const Cell& each) { return each.column == column; });
+  const auto cell = std::find_if(cells.begin(), cells.end(),
+                                 [&](const Cell& each) { return each.column == column; });
   return cell == cells.end() ? kNone : cell->value;
 }
 
@@ -72,7 +72,7 @@ bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
   if (change == RowChange::kChanged) {
     if (table == "Activity_In_Scenario") {
       ChangeUnit(cells);
-    } else if (table == "Junctions_In_Scenario") {
+    } else if (table == "Junctions_in_Scenario") {
       const std::size_t place = model_.junctions.back().place;
       TakeNote(TakeCarried(cells, place), place);
     }

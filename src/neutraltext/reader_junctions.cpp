@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "reader_lines.h"
+#include "reader_records.h"
 #include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -8,6 +9,44 @@
 namespace merivane::neutraltext {
 
 namespace {
+
+using F = FieldVariables;
+
+constexpr Column kJunctionColumns[] = {{"Num", &F::Num},
+                                       {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                       {"ID", &F::ID},
+                                       {"Cardinality", &F::Cardinality},
+                                       {"Type", &F::Type},
+                                       {"Date_Created", &F::Date_Created},
+                                       {"Last_Modified", &F::Last_Modified},
+                                       {"Column", &F::Column},
+                                       {"Row", &F::Row},
+                                       {"Glossary", &F::Glossary},
+                                       {"Object_Occ_List", &F::Object_Occ_List},
+                                       {"Fact_List", &F::Fact_List},
+                                       {"Constraint_List", &F::Constraint_List},
+                                       {"Note_List", &F::Note_List},
+                                       {"Property_List", &F::Property_List}};
+constexpr Record kJunctionRecord = {.table = "Junctions_in_Scenario",
+                                    .rows = &ModelToProject::rsJunctions,
+                                    .columns = kJunctionColumns,
+                                    .key = &F::Num};
+
+// What stands behind the junction's head; its row is there already.
+constexpr Column kJunctionLists[] = {{"Fact_List", &F::Fact_List},
+                                     {"Constraint_List", &F::Constraint_List},
+                                     {"Note_List", &F::Note_List},
+                                     {"Property_List", &F::Property_List}};
+
+constexpr Column kJunctionFactColumns[] = {{"Junction_Num", &ModelToProject::gJunctionNum},
+                                           {"Fact_Num", &F::Fact_Num},
+                                           {"Junction_ID", &ModelToProject::gJunctionId},
+                                           {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                           {"Fact_Name", &F::Fact_Name}};
+constexpr Record kJunctionFact = {.table = "Facts_in_Junction",
+                                  .rows = &ModelToProject::rsFactsInJunction,
+                                  .columns = kJunctionFactColumns,
+                                  .inAnyProject = true};
 
 void ReadJunctionHead(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kJunction, listEnd);
@@ -23,33 +62,11 @@ void ReadJunctionHead(ModelToProject& state, std::string_view listEnd) {
   KeepNextField(state, f.Last_Modified, kIndent, 25);
   NextLine(state);
   ReadPlacement(state);
-  KeepBlock(state, f.Glossary, "    Glossary", "    End  Glossary");
-  KeepBlock(state, f.Object_Occ_List, "      Object Occurrence List",
-            "      End  Object Occurrence List");
+  KeepBlock(state, f.Glossary, "    Glossary");
+  KeepBlock(state, f.Object_Occ_List, "      Object Occurrence List");
   for (FieldVariable* list : {&f.Fact_List, &f.Constraint_List, &f.Note_List, &f.Property_List}) {
     *list = " ";
   }
-}
-
-void AddJunction(ModelToProject& state) {
-  const FieldVariables& f = state.fields;
-  AddRow(state, state.rsJunctions, "Junctions_in_Scenario", IsRecordWanted(state),
-         {{"Num", f.Num},
-          {"Msp_ProjID", state.gMspProjId},
-          {"Scenario_Num", state.gScenarioNum},
-          {"ID", f.ID},
-          {"Cardinality", f.Cardinality},
-          {"Type", f.Type},
-          {"Date_Created", f.Date_Created},
-          {"Last_Modified", f.Last_Modified},
-          {"Column", f.Column},
-          {"Row", f.Row},
-          {"Glossary", f.Glossary},
-          {"Object_Occ_List", f.Object_Occ_List},
-          {"Fact_List", f.Fact_List},
-          {"Constraint_List", f.Constraint_List},
-          {"Note_List", f.Note_List},
-          {"Property_List", f.Property_List}});
 }
 
 // The number stands from column 9 up to a double blank, the name between brackets behind it. A
@@ -66,17 +83,6 @@ void ReadJunctionFact(FieldVariables& fields, const std::string& line) {
   if (open > 0 && close > open) fields.Fact_Name = line.substr(open, close - open - 1);
 }
 
-void AddJunctionFact(ModelToProject& state) {
-  const Value project = state.gMspProjId == 0 ? Value() : Value(state.gMspProjId);
-  AddRow(state, state.rsFactsInJunction, "Facts_in_Junction", true,
-         {{"Junction_Num", state.gJunctionNum},
-          {"Fact_Num", state.fields.Fact_Num},
-          {"Junction_ID", state.gJunctionId},
-          {"Scenario_Num", state.gScenarioNum},
-          {"Fact_Name", state.fields.Fact_Name},
-          {"Msp_ProjID", project}});
-}
-
 void ReadJunctionFacts(ModelToProject& state) {
   SkipTo(state, "      Fact List");
   NextLine(state);
@@ -87,43 +93,30 @@ void ReadJunctionFacts(ModelToProject& state) {
     BeginRecord(state, Element::kJunctionFact);
     ReadJunctionFact(state.fields, state.gLine);
     NextLine(state);
-    AddJunctionFact(state);
+    AddRecord(state, kJunctionFact);
   }
   Keep(state.fields.Fact_List, std::move(facts));
-}
-
-// The project's last junction row is the one being read.
-void SetJunctionLists(ModelToProject& state) {
-  const FieldVariables& f = state.fields;
-  ChangeLastRow(state, state.rsJunctions, "Junctions_In_Scenario", "",
-                {{"Fact_List", f.Fact_List},
-                 {"Constraint_List", f.Constraint_List},
-                 {"Note_List", f.Note_List},
-                 {"Property_List", f.Property_List}});
 }
 
 void ReadJunctionLists(ModelToProject& state) {
   FieldVariables& f = state.fields;
   ReadJunctionFacts(state);
-  KeepBlock(state, f.Constraint_List, "      Constraint List", "      End  Constraint List");
-  KeepBlock(state, f.Note_List, "    Note List", "    End  Note List");
-  KeepBlock(state, f.Property_List, "  Property List", "  End  Property List");
-  SetJunctionLists(state);
+  KeepBlock(state, f.Constraint_List, "      Constraint List");
+  KeepBlock(state, f.Note_List, "    Note List");
+  KeepBlock(state, f.Property_List, "  Property List");
+  SetInLastRow(state, kJunctionRecord, kJunctionLists);
 }
 
 }  // namespace
 
 void ReadJunctions(ModelToProject& state) {
   constexpr std::string_view kEnd = "  End  Junction List";
-  SkipTo(state, "  Junction List");
-  NextLine(state);
-  if (state.gLine != kEnd) NextLine(state);
+  EnterList(state, "  Junction List", kEnd);
   while (state.gLine != kEnd) {
     ReadJunctionHead(state, kEnd);
-    AddJunction(state);
+    AddRecord(state, kJunctionRecord);
     ReadJunctionLists(state);
-    NextLines(state, 2);
-    if (state.gLine != kEnd) NextLine(state);
+    LeaveRecord(state, 2, kEnd);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "neutraltext/modGlobal.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
@@ -35,6 +34,20 @@ void SkipToLineThatHolds(ModelToProject& state, std::string_view text) {
   while (!Holds(state.gLine, text)) NextLine(state);
 }
 
+std::string EndOf(std::string_view opening) {
+  return std::string(opening).insert(opening.find_first_not_of(' '), "End  ");
+}
+
+void EnterList(ModelToProject& state, std::string_view opening, std::string_view closing) {
+  SkipTo(state, opening);
+  LeaveRecord(state, 1, closing);
+}
+
+void LeaveRecord(ModelToProject& state, int count, std::string_view closing) {
+  NextLines(state, count);
+  if (state.gLine != closing) NextLine(state);
+}
+
 std::string CollectTo(ModelToProject& state, std::string_view closing) {
   Search(state, closing);
   std::string block;
@@ -45,10 +58,10 @@ std::string CollectTo(ModelToProject& state, std::string_view closing) {
   return block;
 }
 
-std::string ReadBlock(ModelToProject& state, std::string_view opening, std::string_view closing) {
+std::string ReadBlock(ModelToProject& state, std::string_view opening) {
   SkipTo(state, opening);
   NextLine(state);
-  return CollectTo(state, closing);
+  return CollectTo(state, EndOf(opening));
 }
 
 std::string Field(const ModelToProject& state, std::size_t start, std::size_t length) {
@@ -74,60 +87,12 @@ void KeepNextField(ModelToProject& state, FieldVariable& variable, std::size_t s
   Keep(variable, NextField(state, start, length));
 }
 
-void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening,
-               std::string_view closing) {
-  Keep(variable, ReadBlock(state, opening, closing));
+void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening) {
+  Keep(variable, ReadBlock(state, opening));
 }
 
 void Cut(ModelToProject& state, std::size_t length) {
   if (state.readerListener) state.readerListener->OnCut(length);
-}
-
-bool IsRecordWanted(const ModelToProject& state) {
-  return state.gMspProjId != 0 && !IsBlank(state.fields.Num);
-}
-
-bool IsStored(const ModelToProject& state, RowChange change, std::string_view table,
-              std::initializer_list<Cell> cells) {
-  if (!state.readerListener) return true;
-  const bool stored = state.readerListener->OnRow(change, table, cells);
-  for (const Cell& cell : cells) {
-    if (cell.variable) cell.variable->fresh = false;
-  }
-  return stored;
-}
-
-void AddRow(ModelToProject& state, Recordset& rows, std::string_view table, bool wanted,
-            std::initializer_list<Cell> cells) {
-  if (wanted && !IsStored(state, RowChange::kAdded, table, cells)) return;
-  std::string sql = "select * from ";
-  rows.OpenDynamic(sql.append(table), state.gMspConn.get());
-  if (wanted) {
-    rows.AddNew();
-    for (const Cell& cell : cells) {
-      if (!IsBlank(cell.value)) rows.SetField(cell.column, cell.value);
-    }
-    rows.Update();
-  }
-  rows.Close();
-}
-
-void ChangeLastRow(ModelToProject& state, Recordset& rows, std::string_view table,
-                   std::string_view condition, std::initializer_list<Cell> cells) {
-  if (!IsStored(state, RowChange::kChanged, table, cells)) return;
-  rows.OpenDynamic(RowsOfProject(state, table).append(condition), state.gMspConn.get());
-  if (!rows.Bof() && !rows.Eof()) {
-    rows.MoveLast();
-    for (const Cell& cell : cells) rows.SetField(cell.column, cell.value);
-    rows.Update();
-  }
-  rows.Close();
-}
-
-std::string RowsOfProject(const ModelToProject& state, std::string_view table) {
-  std::string sql = "select * from ";
-  sql.append(table).append(" where Msp_ProjID = ").append(std::to_string(state.gMspProjId));
-  return sql;
 }
 
 }  // namespace merivane::neutraltext

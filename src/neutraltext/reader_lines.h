@@ -2,7 +2,6 @@
 // at which the next step goes on. Running past the end of the file is error 62.
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -10,8 +9,6 @@
 #include "neutraltext/reader_listener.h"
 
 namespace merivane::neutraltext {
-
-using namespace program;
 
 void NextLine(ModelToProject& state);
 void NextLines(ModelToProject& state, int count);
@@ -25,10 +22,18 @@ void BeginRecord(ModelToProject& state, Element element, std::string_view listEn
 void SkipTo(ModelToProject& state, std::string_view keyword);
 void SkipToLineThatHolds(ModelToProject& state, std::string_view text);
 
+// The closing keyword of a list or block: "End  " goes in behind the indentation.
+std::string EndOf(std::string_view opening);
+
+// In front of a list's first record, or to its end: the keyword, and a line in front of a record.
+void EnterList(ModelToProject& state, std::string_view opening, std::string_view closing);
+// Over `count` lines behind a record, and the one in front of the next record if there is one.
+void LeaveRecord(ModelToProject& state, int count, std::string_view closing);
+
 // The lines from the current one up to the closing keyword, each with CR LF behind it.
 std::string CollectTo(ModelToProject& state, std::string_view closing);
-// The same from behind the opening keyword.
-std::string ReadBlock(ModelToProject& state, std::string_view opening, std::string_view closing);
+// The same from behind the opening keyword up to its end.
+std::string ReadBlock(ModelToProject& state, std::string_view opening);
 
 // A field of the current line, or of the next one.
 std::string Field(const ModelToProject& state, std::size_t start, std::size_t length);
@@ -40,8 +45,7 @@ void KeepInteger(FieldVariable& variable, const std::string& text);
 
 void KeepNextField(ModelToProject& state, FieldVariable& variable, std::size_t start,
                    std::size_t length);
-void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening,
-               std::string_view closing);
+void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening);
 
 // Longest text that a pool, a referent list and an OSTN list may have.
 inline constexpr std::size_t kTextLimit = 64000;
@@ -49,24 +53,5 @@ inline constexpr std::size_t kTextLimit = 64000;
 // Tells a listener that a text longer than `length` ends at the current line and what is lost: the
 // rest of it, or all of it.
 void Cut(ModelToProject& state, std::size_t length);
-
-// Whether a record with a number of its own goes into its table: only in a settled project.
-bool IsRecordWanted(const ModelToProject& state);
-
-// Whether a listener leaves the row to the database; true without one.
-bool IsStored(const ModelToProject& state, RowChange change, std::string_view table,
-              std::initializer_list<Cell> cells);
-
-// Adds a row to the table, leaving out columns whose value is blank. A row that is not `wanted`
-// still opens and closes the table.
-void AddRow(ModelToProject& state, Recordset& rows, std::string_view table, bool wanted,
-            std::initializer_list<Cell> cells);
-
-// Sets columns in the last of the project's rows that the condition leaves; nothing without one.
-void ChangeLastRow(ModelToProject& state, Recordset& rows, std::string_view table,
-                   std::string_view condition, std::initializer_list<Cell> cells);
-
-// "select * from <table> where Msp_ProjID = <number>".
-std::string RowsOfProject(const ModelToProject& state, std::string_view table);
 
 }  // namespace merivane::neutraltext

@@ -1,4 +1,5 @@
 #include "reader_lines.h"
+#include "reader_records.h"
 #include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -6,6 +7,28 @@
 namespace merivane::neutraltext {
 
 namespace {
+
+using F = FieldVariables;
+
+constexpr Column kLinkColumns[] = {{"Num", &F::Num},
+                                   {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                   {"Origin_Num", &F::Origin_Num},
+                                   {"Origin_Type", &F::Origin_Type},
+                                   {"Origin_Name", &F::Origin_Name},
+                                   {"Destination_Num", &F::Destination_Num},
+                                   {"Destination_Type", &F::Destination_Type},
+                                   {"Destination_Name", &F::Destination_Name},
+                                   {"ID", &F::ID},
+                                   {"Type", &F::Type},
+                                   {"Glossary", &F::Glossary},
+                                   {"Object_Occ_List", &F::Object_Occ_List},
+                                   {"Fact_List", &F::Fact_List},
+                                   {"Constraint_List", &F::Constraint_List},
+                                   {"Property_List", &F::Property_List}};
+constexpr Record kLink = {.table = "Links_in_Scenario",
+                          .rows = &ModelToProject::rsLinks,
+                          .columns = kLinkColumns,
+                          .key = &F::Num};
 
 struct LinkEnd {
   FieldVariable& number;
@@ -40,38 +63,16 @@ void ReadLinkHead(ModelToProject& state, std::string_view listEnd) {
 
 void ReadLinkBlocks(ModelToProject& state) {
   FieldVariables& f = state.fields;
-  KeepBlock(state, f.Glossary, "    Glossary", "    End  Glossary");
-  KeepBlock(state, f.Object_Occ_List, "      Object Occurrence List",
-            "      End  Object Occurrence List");
-  KeepBlock(state, f.Fact_List, "      Fact List", "      End  Fact List");
-  KeepBlock(state, f.Constraint_List, "      Constraint List", "      End  Constraint List");
+  KeepBlock(state, f.Glossary, "    Glossary");
+  KeepBlock(state, f.Object_Occ_List, "      Object Occurrence List");
+  KeepBlock(state, f.Fact_List, "      Fact List");
+  KeepBlock(state, f.Constraint_List, "      Constraint List");
   NextLines(state, 3);
   if (HoldsNoCase(state.gLine, "Property List")) {
     NextLine(state);
     Keep(f.Property_List, CollectTo(state, "  End  Property List"));
     NextLines(state, 2);
   }
-}
-
-void AddLink(ModelToProject& state) {
-  const FieldVariables& f = state.fields;
-  AddRow(state, state.rsLinks, "Links_in_Scenario", IsRecordWanted(state),
-         {{"Num", f.Num},
-          {"Msp_ProjID", state.gMspProjId},
-          {"Scenario_Num", state.gScenarioNum},
-          {"Origin_Num", f.Origin_Num},
-          {"Origin_Type", f.Origin_Type},
-          {"Origin_Name", f.Origin_Name},
-          {"Destination_Num", f.Destination_Num},
-          {"Destination_Type", f.Destination_Type},
-          {"Destination_Name", f.Destination_Name},
-          {"ID", f.ID},
-          {"Type", f.Type},
-          {"Glossary", f.Glossary},
-          {"Object_Occ_List", f.Object_Occ_List},
-          {"Fact_List", f.Fact_List},
-          {"Constraint_List", f.Constraint_List},
-          {"Property_List", f.Property_List}});
 }
 
 }  // namespace
@@ -83,7 +84,7 @@ void ReadLinks(ModelToProject& state) {
   while (state.gLine != kEnd) {
     ReadLinkHead(state, kEnd);
     ReadLinkBlocks(state);
-    AddLink(state);
+    AddRecord(state, kLink);
   }
 }
 

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "reader_lines.h"
+#include "reader_records.h"
 #include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -9,15 +10,23 @@ namespace merivane::neutraltext {
 
 namespace {
 
-void Append(std::string& text, const std::string& line) { text.append(line).append(kCrLf); }
+using F = FieldVariables;
 
-void AddLinesTo(ModelToProject& state, std::string& text, std::string_view closing) {
-  Search(state, closing);
-  while (state.gLine != closing) {
-    Append(text, state.gLine);
-    NextLine(state);
-  }
-}
+constexpr Column kColumns[] = {{"Scenario_Num", &ModelToProject::gScenarioNum},
+                               {"Activity_Num", &ModelToProject::gUseNum},
+                               {"Object_Occ_Num", &F::Object_Occ_Num},
+                               {"Object_Name", &F::Object_Name},
+                               {"Labor_Rule", &F::Labor_Rule},
+                               {"Property_List", &F::Property_List}};
+constexpr Record kObjectOccurrence = {.table = "Object_in_Activity_in_Scenario",
+                                      .rows = &ModelToProject::rsObjectInActivity,
+                                      .columns = kColumns,
+                                      .inAnyProject = true};
+
+// The occurrence around it ends with the values of its last object.
+constexpr Column kSimulationValues[] = {{"Duration", &F::Duration}, {"Labor_Rule", &F::Labor_Rule}};
+
+void Append(std::string& text, const std::string& line) { text.append(line).append(kCrLf); }
 
 // A value behind a double blank whose label is exactly that key.
 void TakeSimulationValue(const ModelToProject& state, std::string_view key,
@@ -31,8 +40,7 @@ void TakeSimulationValue(const ModelToProject& state, std::string_view key,
 // From the first property line on. Cycle time and labor rule count in the glossary's second and
 // third line alone.
 std::string ReadSimulationProperties(ModelToProject& state) {
-  std::string text;
-  AddLinesTo(state, text, "                Glossary");
+  std::string text = CollectTo(state, "                Glossary");
   for (int line = 0; line < 2; ++line) {  // the keyword and the glossary's first line
     Append(text, state.gLine);
     NextLine(state);
@@ -43,8 +51,7 @@ std::string ReadSimulationProperties(ModelToProject& state) {
     NextLine(state);
     TakeSimulationValue(state, "Labor-Rule:", state.fields.Labor_Rule);
   }
-  AddLinesTo(state, text, "            End  Property List");
-  return text;
+  return text + CollectTo(state, "            End  Property List");
 }
 
 void ReadObjectOccurrence(ModelToProject& state, std::string_view listEnd) {
@@ -64,26 +71,6 @@ void ReadObjectOccurrence(ModelToProject& state, std::string_view listEnd) {
   }
 }
 
-void AddObjectOccurrence(ModelToProject& state) {
-  const FieldVariables& f = state.fields;
-  const Value project = state.gMspProjId == 0 ? Value() : Value(state.gMspProjId);
-  AddRow(state, state.rsObjectInActivity, "Object_in_Activity_in_Scenario", true,
-         {{"Scenario_Num", state.gScenarioNum},
-          {"Activity_Num", state.gUseNum},
-          {"Object_Occ_Num", f.Object_Occ_Num},
-          {"Msp_ProjID", project},
-          {"Object_Name", f.Object_Name},
-          {"Labor_Rule", f.Labor_Rule},
-          {"Property_List", f.Property_List}});
-}
-
-// The occurrence ends with the values of its last object.
-void SetSimulationValues(ModelToProject& state) {
-  ChangeLastRow(state, state.rsActivityInScenario, "Activity_In_Scenario",
-                " and Use_Num = " + std::to_string(state.gUseNum),
-                {{"Duration", state.fields.Duration}, {"Labor_Rule", state.fields.Labor_Rule}});
-}
-
 }  // namespace
 
 void ReadObjectOccurrences(ModelToProject& state) {
@@ -93,8 +80,9 @@ void ReadObjectOccurrences(ModelToProject& state) {
   while (state.gLine != kEnd) {
     ReadObjectOccurrence(state, kEnd);
     NextLines(state, 2);
-    AddObjectOccurrence(state);
-    SetSimulationValues(state);
+    AddRecord(state, kObjectOccurrence);
+    SetInLastRow(state, kOccurrence, kSimulationValues,
+                 " and Use_Num = " + std::to_string(state.gUseNum));
   }
 }
 

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "reader_lines.h"
+#include "reader_records.h"
 #include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -9,6 +10,20 @@
 namespace merivane::neutraltext {
 
 namespace {
+
+using F = FieldVariables;
+
+constexpr Column kColumns[] = {{"Use_Num", &F::Use_Num},
+                               {"Scenario_Num", &ModelToProject::gScenarioNum},
+                               {"Process_Num", &F::Process_Num},
+                               {"Name", &F::Name},
+                               {"ID", &F::ID},
+                               {"Ref", &F::Ref},
+                               {"Column", &F::Column},
+                               {"Row", &F::Row}};
+
+constexpr Column kLists[] = {{"Fact_List", &F::Fact_List},
+                             {"Constraint_List", &F::Constraint_List}};
 
 void KeepNumeric(FieldVariable& variable, std::string text) {
   if (IsNumericText(text)) variable = std::move(text);
@@ -29,21 +44,6 @@ bool ReadNumbers(ModelToProject& state, std::string_view listEnd) {
   return true;
 }
 
-void AddOccurrence(ModelToProject& state) {
-  const FieldVariables& f = state.fields;
-  const bool wanted = state.gMspProjId != 0 && !IsBlank(f.Use_Num);
-  AddRow(state, state.rsActivityInScenario, "Activity_In_Scenario", wanted,
-         {{"Use_Num", f.Use_Num},
-          {"Msp_ProjID", state.gMspProjId},
-          {"Scenario_Num", state.gScenarioNum},
-          {"Process_Num", f.Process_Num},
-          {"Name", f.Name},
-          {"ID", f.ID},
-          {"Ref", f.Ref},
-          {"Column", f.Column},
-          {"Row", f.Row}});
-}
-
 void ReadOccurrenceHead(ModelToProject& state) {
   constexpr std::size_t kIndent = 7;
   FieldVariables& f = state.fields;
@@ -52,19 +52,21 @@ void ReadOccurrenceHead(ModelToProject& state) {
   KeepNextField(state, f.Ref, kIndent, 250);
   NextLine(state);
   ReadPlacement(state);
-  AddOccurrence(state);
+  AddRecord(state, kOccurrence);
 }
 
-// The project's last occurrence row is the one being read.
 void ReadOccurrenceLists(ModelToProject& state) {
-  FieldVariables& f = state.fields;
-  KeepBlock(state, f.Fact_List, "        Fact List", "        End  Fact List");
-  KeepBlock(state, f.Constraint_List, "        Constraint List", "        End  Constraint List");
-  ChangeLastRow(state, state.rsActivityInScenario, "Activity_In_Scenario", "",
-                {{"Fact_List", f.Fact_List}, {"Constraint_List", f.Constraint_List}});
+  KeepBlock(state, state.fields.Fact_List, "        Fact List");
+  KeepBlock(state, state.fields.Constraint_List, "        Constraint List");
+  SetInLastRow(state, kOccurrence, kLists);
 }
 
 }  // namespace
+
+constinit const Record kOccurrence = {.table = "Activity_In_Scenario",
+                                      .rows = &ModelToProject::rsActivityInScenario,
+                                      .columns = kColumns,
+                                      .key = &F::Use_Num};
 
 void ReadPlacement(ModelToProject& state) {
   constexpr std::size_t kIndent = 7;
@@ -78,9 +80,7 @@ void ReadPlacement(ModelToProject& state) {
 
 void ReadOccurrences(ModelToProject& state) {
   constexpr std::string_view kEnd = "  End  Process Occurrence List";
-  SkipTo(state, "  Process Occurrence List");
-  NextLine(state);
-  if (state.gLine != kEnd) NextLine(state);
+  EnterList(state, "  Process Occurrence List", kEnd);
   while (state.gLine != kEnd) {
     if (ReadNumbers(state, kEnd)) {
       ReadOccurrenceHead(state);
@@ -88,8 +88,7 @@ void ReadOccurrences(ModelToProject& state) {
       ReadOccurrenceLists(state);
     }
     SkipTo(state, "    End  Process");
-    NextLine(state);
-    if (state.gLine != kEnd) NextLine(state);
+    LeaveRecord(state, 1, kEnd);
   }
 }
 

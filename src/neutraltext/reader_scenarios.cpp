@@ -1,13 +1,41 @@
 #include <utility>
 
 #include "reader_lines.h"
+#include "reader_records.h"
 #include "reader_sections.h"
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
 namespace merivane::neutraltext {
 
 namespace {
+
+using F = FieldVariables;
+
+constexpr Column kColumns[] = {{"Num", &F::Num},
+                               {"Name", &F::Name},
+                               {"Parent_Num", &F::Parent_Num},
+                               {"Parent", &F::Parent},
+                               {"Type", &F::Scenario_Type},
+                               {"Creator", &F::Creator},
+                               {"ID", &F::ID},
+                               {"Revision_Number", &F::Revision_Number},
+                               {"Review_Status", &F::Review_Status},
+                               {"Date_Created", &F::Date_Created},
+                               {"Last_Modified", &F::Last_Modified},
+                               {"Purpose", &F::Purpose},
+                               {"Viewpoint", &F::Viewpoint},
+                               {"Context", &F::Context},
+                               {"Description", &F::Description},
+                               {"Object_Occ_List", &F::Object_Occ_List},
+                               {"Fact_List", &F::Fact_List},
+                               {"Constraint_List", &F::Constraint_List},
+                               {"Note_List", &F::Note_List},
+                               {"Source_List", &F::Source_List},
+                               {"Referent_List", &F::Referent_List}};
+constexpr Record kScenario = {
+    .table = "Scenario", .rows = &ModelToProject::rsScenario, .columns = kColumns, .key = &F::Num};
 
 constexpr std::size_t kIndent = 3;
 
@@ -41,16 +69,15 @@ void ReadParentAndType(ModelToProject& state) {
 
 void ReadScenarioBlocks(ModelToProject& state) {
   FieldVariables& f = state.fields;
-  f.Purpose = ReadBlock(state, "  Purpose", "  End  Purpose");
-  f.Viewpoint = ReadBlock(state, "  Viewpoint", "  End  Viewpoint");
-  f.Context = ReadBlock(state, "  Context", "  End  Context");
-  f.Description = ReadBlock(state, "  Description", "  End  Description");
-  f.Object_Occ_List =
-      ReadBlock(state, "    Object Occurrence List", "    End  Object Occurrence List");
-  f.Fact_List = ReadBlock(state, "    Fact List", "    End  Fact List");
-  f.Constraint_List = ReadBlock(state, "    Constraint List", "    End  Constraint List");
-  f.Note_List = ReadBlock(state, "  Note List", "  End  Note List");
-  f.Source_List = ReadBlock(state, "  Source List", "  End  Source List");
+  f.Purpose = ReadBlock(state, "  Purpose");
+  f.Viewpoint = ReadBlock(state, "  Viewpoint");
+  f.Context = ReadBlock(state, "  Context");
+  f.Description = ReadBlock(state, "  Description");
+  f.Object_Occ_List = ReadBlock(state, "    Object Occurrence List");
+  f.Fact_List = ReadBlock(state, "    Fact List");
+  f.Constraint_List = ReadBlock(state, "    Constraint List");
+  f.Note_List = ReadBlock(state, "  Note List");
+  f.Source_List = ReadBlock(state, "  Source List");
 }
 
 // Every variable takes what the scenario gives, empty text too.
@@ -71,61 +98,28 @@ void ReadScenarioHead(ModelToProject& state, std::string_view listEnd) {
   f.Referent_List = " ";
 }
 
-void AddScenario(ModelToProject& state) {
-  const FieldVariables& f = state.fields;
-  AddRow(state, state.rsScenario, "Scenario", IsRecordWanted(state),
-         {{"Num", f.Num},
-          {"Msp_ProjID", state.gMspProjId},
-          {"Name", f.Name},
-          {"Parent_Num", f.Parent_Num},
-          {"Parent", f.Parent},
-          {"Type", f.Scenario_Type},
-          {"Creator", f.Creator},
-          {"ID", f.ID},
-          {"Revision_Number", f.Revision_Number},
-          {"Review_Status", f.Review_Status},
-          {"Date_Created", f.Date_Created},
-          {"Last_Modified", f.Last_Modified},
-          {"Purpose", f.Purpose},
-          {"Viewpoint", f.Viewpoint},
-          {"Context", f.Context},
-          {"Description", f.Description},
-          {"Object_Occ_List", f.Object_Occ_List},
-          {"Fact_List", f.Fact_List},
-          {"Constraint_List", f.Constraint_List},
-          {"Note_List", f.Note_List},
-          {"Source_List", f.Source_List},
-          {"Referent_List", f.Referent_List}});
-}
-
-// The project's last scenario row is the one being read.
-void SetInLastScenario(ModelToProject& state, std::string_view column, const Value& text) {
-  if (!IsStored(state, RowChange::kChanged, "Scenario", {{column, text}})) return;
-  Recordset& rows = state.rsScenario;
-  rows.Source(RowsOfProject(state, "Scenario"));
-  rows.ActiveConnection(state.gMspConn.get());
-  rows.Open();
-  rows.MoveLast();
-  rows.SetField(column, text);
-  rows.Update();
-  rows.Close();
+// A project without a scenario row is error 3021.
+void SetInScenario(ModelToProject& state, std::string_view column, std::string text) {
+  if (!SetInLastRow(state, kScenario, {Cell{column, std::move(text)}})) {
+    throw RunTimeError(kNoCurrentRecord);
+  }
 }
 
 void ReadReferentList(ModelToProject& state) {
   SkipToLineThatHolds(state, "Referent List");
   NextLine(state);
-  const std::string referents = CollectTo(state, "  End  Referent List");
+  std::string referents = CollectTo(state, "  End  Referent List");
   if (referents.size() > kTextLimit) Cut(state, kTextLimit);
   if (referents.empty() || referents.size() > kTextLimit) return;
-  SetInLastScenario(state, "Referent_List", referents);
+  SetInScenario(state, "Referent_List", std::move(referents));
 }
 
 void ReadScenarioEnd(ModelToProject& state) {
   Search(state, "End  Scenario");
   while (state.gLine != "End  Scenario") {
     if (HoldsNoCase(state.gLine, "Decomp-rightmost:")) {
-      const std::string rightmost = Field(state, 5, 50);
-      if (!rightmost.empty()) SetInLastScenario(state, "Decomp_rightmost", rightmost);
+      std::string rightmost = Field(state, 5, 50);
+      if (!rightmost.empty()) SetInScenario(state, "Decomp_rightmost", std::move(rightmost));
     }
     NextLine(state);
   }
@@ -139,14 +133,13 @@ void ReadScenarios(ModelToProject& state) {
   NextLines(state, 2);
   while (state.gLine != kEnd) {
     ReadScenarioHead(state, kEnd);
-    AddScenario(state);
+    AddRecord(state, kScenario);
     ReadOccurrences(state);
     ReadJunctions(state);
     ReadReferentList(state);
     ReadLinks(state);
     ReadScenarioEnd(state);
-    NextLines(state, 2);
-    if (state.gLine != kEnd) NextLine(state);
+    LeaveRecord(state, 2, kEnd);
   }
 }
 

@@ -67,7 +67,7 @@ void ReadSummary(ModelToProject& state) {
   const Summary summary = ReadSummaryFields(state);
   NextLines(state, 2);
   std::string description = CollectTo(state, "  End  Description");
-  std::string properties = ReadBlock(state, "  Property List", "  End  Property List");
+  std::string properties = ReadBlock(state, "  Property List");
   Keep(state.fields.Description, std::move(description));
   Keep(state.fields.Property_List, std::move(properties));
   AddProject(state, summary);

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "reader_lines.h"
+#include "reader_records.h"
 #include "reader_sections.h"
 #include "runtime/dates.h"
 #include "runtime/text.h"
@@ -9,11 +10,13 @@ namespace merivane::neutraltext {
 
 namespace {
 
+constexpr Record kMisc = {.table = "Misc", .rows = &ModelToProject::rsMisc};
+
 // Collects a pool's lines and stops behind the one that brings the text beyond the limit; the rest
 // is left to the next section's search. `lookAt` sees each line.
 template <typename LookAt>
-std::string ReadPoolText(ModelToProject& state, const std::string& name, LookAt lookAt) {
-  const std::string end = "End  " + name;
+std::string ReadPoolText(ModelToProject& state, std::string_view name, LookAt lookAt) {
+  const std::string end = EndOf(name);
   SkipTo(state, name);
   NextLine(state);
   std::string text;
@@ -31,7 +34,7 @@ std::string ReadPoolText(ModelToProject& state, const std::string& name, LookAt 
   return text;
 }
 
-std::string ReadPoolText(ModelToProject& state, const std::string& name) {
+std::string ReadPoolText(ModelToProject& state, std::string_view name) {
   return ReadPoolText(state, name, [](const std::string&) {});
 }
 
@@ -76,9 +79,7 @@ class StartDateSearch {
 }  // namespace
 
 void ReadStatePool(ModelToProject& state) {
-  const Value states = ReadPoolText(state, "State Pool");
-  AddRow(state, state.rsMisc, "Misc", state.gMspProjId != 0,
-         {{"Msp_ProjID", state.gMspProjId}, {"State_Pool", states}});
+  AddRow(state, kMisc, {Cell{"State_Pool", ReadPoolText(state, "State Pool")}});
 }
 
 void ReadPropertyPool(ModelToProject& state) {
@@ -87,22 +88,23 @@ void ReadPropertyPool(ModelToProject& state) {
 }
 
 void ReadRemainingPools(ModelToProject& state) {
-  const std::string constraints = ReadPoolText(state, "Constraint Pool");
-  const std::string notes = ReadPoolText(state, "Note Pool");
-  const std::string sources = ReadPoolText(state, "Source Pool");
-  const std::string unknown = ReadPoolText(state, "Unknown Pool");
-  Recordset& misc = state.rsMisc;
-  misc.OpenDynamic(RowsOfProject(state, "Misc"), state.gMspConn.get());
-  if (!misc.Bof() && !misc.Eof()) {
-    misc.MoveLast();
-    misc.SetField("Property_Pool", "No peoperty pool");
-    misc.SetField("Constraint_Pool", constraints);
-    misc.SetField("Note_Pool", notes);
-    misc.SetField("Source_Pool", sources);
-    misc.SetField("Unknown_Pool", unknown);
-    misc.Update();
-  }
-  misc.Close();
+  std::vector<Cell> pools = {Cell{"Property_Pool", "No peoperty pool"}};
+  pools.push_back({"Constraint_Pool", ReadPoolText(state, "Constraint Pool")});
+  pools.push_back({"Note_Pool", ReadPoolText(state, "Note Pool")});
+  pools.push_back({"Source_Pool", ReadPoolText(state, "Source Pool")});
+  pools.push_back({"Unknown_Pool", ReadPoolText(state, "Unknown Pool")});
+  SetInLastRow(state, kMisc, std::move(pools));
+}
+
+void ReadOstnList(ModelToProject& state) {
+  NextLine(state);
+  const std::string text = CollectTo(state, "End  OSTN List");
+  if (text.size() > kTextLimit) Cut(state, kTextLimit);
+  if (text.empty() || text.size() > kTextLimit) return;
+  Recordset& rows = state.rsOstn;
+  rows.OpenDynamic("select * from OSTN_List", state.gMspConn.get());
+  rows.AddNew({"OSTN_List", "Msp_ProjID"}, {text, state.gMspProjId});
+  rows.Close();
 }
 
 }  // namespace merivane::neutraltext

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -23,14 +23,10 @@ enum class Element {
   kLink,
 };
 
-// One column of a row. The value lives as long as the call that it is handed to.
+// One column of a row.
 struct Cell {
-  Cell(std::string_view name, const Value& content) : column(name), value(content) {}
-  Cell(std::string_view name, const FieldVariable& content)
-      : column(name), value(content), variable(&content) {}
-
   std::string_view column;
-  const Value& value;
+  Value value;
   const FieldVariable* variable = nullptr;  // null: not from a field variable
 };
 
@@ -54,8 +50,7 @@ class ReaderListener {
   // A block that ends at the current line is longer than `length` and is cut or dropped.
   virtual void OnCut(std::size_t length) = 0;
   // Whether the row goes into the database as well.
-  virtual bool OnRow(RowChange change, std::string_view table,
-                     std::initializer_list<Cell> cells) = 0;
+  virtual bool OnRow(RowChange change, std::string_view table, std::span<const Cell> cells) = 0;
 };
 
 }  // namespace merivane::neutraltext
