@@ -5,6 +5,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # Release builds warn of an overlap in every "literal" + std::string (GCC bug 105329).
   target_compile_options(merivane_options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
 endif()
+# Release builds see the whole program at the link, and refuse one name with two definitions.
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
+  target_link_options(merivane_options INTERFACE -Werror=odr -Werror=lto-type-mismatch)
+endif()
 if(MERIVANE_SANITIZE)
   target_compile_options(merivane_options INTERFACE -fsanitize=address,undefined
                          -fno-sanitize-recover=all -fno-omit-frame-pointer
