@@ -13,6 +13,7 @@ namespace merivane::bench {
 
 using namespace runtime;
 using namespace store;
+using namespace mspdi;
 
 namespace {
 

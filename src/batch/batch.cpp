@@ -85,6 +85,9 @@ void CheckSource(const ToModelOptions& options) {
     throw CLI::ValidationError("to-model", std::string(options.mpx.empty() ? "--xml" : "--mpx") +
                                                " needs --overwrite or --merge");
   }
+  if (options.output.empty() && !options.dryRun) {
+    throw CLI::ValidationError("to-model", "--output is required");
+  }
 }
 
 CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
@@ -102,7 +105,10 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
                                     "id or name of the project to fold the plan into");
   auto* noBackup = command->add_flag("--no-backup", options.noBackup,
                                      "keep no copy of the interim database before a merge");
-  AddName(command, "--output", options.output, "Neutral Text file to write (.txt)")->required();
+  auto* dryRun = command->add_flag("--dry-run", options.dryRun,
+                                   "merge in a copy and tell what would change; writes nothing");
+  command->add_flag("--json", options.json, "with --dry-run: as a JSON object")->needs(dryRun);
+  AddName(command, "--output", options.output, "Neutral Text file to write (.txt)");
   command->add_flag("--force", options.force, "replace an output that exists");
   database->needs(project)->excludes(mpx)->excludes(xml);
   project->needs(database);
@@ -110,7 +116,7 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
   xml->needs(interim);
   for (auto* option : {interim, overwrite, merge}) option->excludes(database);
   overwrite->excludes(merge);
-  noBackup->needs(merge);
+  for (auto* option : {noBackup, dryRun}) option->needs(merge);
   AddCommonOptions(command, line);
   command->callback([&options] { CheckSource(options); });
   return command;

@@ -6,6 +6,9 @@
 #include "shell/browse.h"
 
 namespace merivane::batch {
+
+using namespace mspdi;
+
 namespace {
 
 int Export(Session& session, const ExportOptions& options) {

@@ -9,6 +9,8 @@
 
 namespace merivane::batch {
 
+using namespace shell;
+
 namespace {
 
 using Json = nlohmann::ordered_json;

@@ -42,6 +42,8 @@ struct ToModelOptions {
   bool overwrite = false;
   std::string merge;
   bool noBackup = false;
+  bool dryRun = false;
+  bool json = false;  // with dryRun
   std::string output;
   bool force = false;
 };

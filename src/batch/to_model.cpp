@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "inspect/merge_preview.h"
+#include "merge_report.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -175,12 +177,54 @@ void BrowseInterim(Session& session, const ToModelOptions& options) {
   });
 }
 
+// Ends as the merge would, and shows the boxes that it would show.
+int Preview(Session& session, const ToModelOptions& options, std::int32_t project) {
+  const inspect::MergePreview preview = inspect::PreviewMerge(
+      options.mpx.empty() ? options.xml : options.mpx, options.interim, project);
+  if (options.json) {
+    PrintPreviewJson(session.out, preview);
+  } else {
+    session.out << ChangesText(preview.changes);
+  }
+  for (const Message& box : preview.boxes) session.desktop.ShowMessage(box);
+  return session.StatusOf(preview.merged);
+}
+
+// Told behind a merge: what it changed.
+class MergeReport {
+ public:
+  MergeReport(Session& session, const ToModelOptions& options,
+              const std::optional<std::int32_t>& project)
+      : session_(session), options_(options), project_(session.quiet ? std::nullopt : project) {}
+
+  void Begin() {
+    if (project_) {
+      before_ = inspect::ReadSnapshot(*session_.program.projectToModel.gInterimConn, *project_);
+    }
+  }
+
+  std::string Text() const {
+    if (!project_) return "";
+    Connection connection(session_.program.workspace);
+    connection.Open(ConnectionText(options_.interim), OpenMode::kReadOnly);
+    return ChangesText(
+        inspect::ChangesBetween(before_, inspect::ReadSnapshot(connection, *project_)));
+  }
+
+ private:
+  Session& session_;
+  const ToModelOptions& options_;
+  std::optional<std::int32_t> project_;
+  inspect::ModelSnapshot before_;
+};
+
 int FromFile(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   if (!BrowseFile(session, options)) return kRefused;
   std::optional<std::int32_t> project;
   if (!FindMergedProject(session, options, project)) return kRefused;
   if (!ProveFile(session, options)) return kFailed;
+  if (options.dryRun) return Preview(session, options, *project);
   session.OnModalForm([&](ModalForm& shown) {
     if (auto* merge = dynamic_cast<frmDBMerge*>(&shown)) AnswerMerge(session, *merge, project);
   });
@@ -191,8 +235,10 @@ int FromFile(Session& session, const ToModelOptions& options) {
   if (interim.text.empty() || !connection || !connection->IsOpen()) {
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
+  MergeReport report(session, options, project);
+  report.Begin();
   return PressOk(
-      session, [&] { return CountsOfWork(session, options); },
+      session, [&] { return report.Text() + CountsOfWork(session, options); },
       options.output + ", " + options.interim);
 }
 
@@ -203,12 +249,13 @@ int RunToModel(Session& session, const ToModelOptions& options) {
   if (!session.Admits({{"--database", options.database},
                        {"--mpx", options.mpx},
                        {"--xml", options.xml},
-                       {"--interim", options.interim, true},
+                       {"--interim", options.interim, !options.dryRun},
                        {"--output", options.output, true, outputWord}})) {
     return kRefused;
   }
   session.main.mnuProjectToIDEF3();
-  if (OutputIsRefused(session, options)) return kRefused;
+  const bool namesOutput = !options.dryRun || !options.output.empty();
+  if (namesOutput && OutputIsRefused(session, options)) return kRefused;
   return options.database.empty() ? FromFile(session, options) : FromDatabase(session, options);
 }
 

@@ -25,6 +25,7 @@
 #include "shell/browse.h"
 
 namespace merivane::desktop {
+
 namespace {
 
 QString DroppedFile(const QDropEvent& event) {
@@ -184,6 +185,22 @@ QPushButton* FormWindow::AddButton(const char* name, const char* caption) {
   return button;
 }
 
+void FormWindow::AddToRow(QFormLayout* rows, const char* name, const char* caption,
+                          const std::function<void()>& click) {
+  QPushButton* button = AddButton(name, caption);
+  const QLayoutItem* last = rows->itemAt(rows->rowCount() - 1, QFormLayout::FieldRole);
+  last->widget()->layout()->addWidget(button);
+  connect(button, &QPushButton::clicked, this, [this, click] { Run(click); });
+}
+
+QPushButton* FormWindow::AddBesideOk(const char* name, const char* caption,
+                                     const std::function<void()>& click) {
+  QPushButton* button = AddButton(name, caption);
+  besideOk_.push_back(button);
+  connect(button, &QPushButton::clicked, this, [this, click] { Run(click); });
+  return button;
+}
+
 void FormWindow::AddButtons(const char* helpName, int helpContext, const std::function<void()>& ok,
                             const std::function<void()>& cancel) {
   ok_ = AddButton("cmdOK", "OK");
@@ -193,6 +210,7 @@ void FormWindow::AddButtons(const char* helpName, int helpContext, const std::fu
   ok_->setDefault(true);
   auto* row = new QHBoxLayout;
   row->addStretch();
+  for (QPushButton* button : besideOk_) row->addWidget(button);
   for (QPushButton* button : {ok_, cancel_, help}) row->addWidget(button);
   column_->addLayout(row);
   connect(ok_, &QPushButton::clicked, this, [this, ok] { Run(ok); });

@@ -56,6 +56,11 @@ class FormWindow : public QWidget {
   QFormLayout* AddTab(QTabWidget* tabs, const char* caption);
   QFormLayout* AddRows();
   void AddPath(QFormLayout* rows, const PathRow& row);
+  // A button at the end of the row that was added last, or in front of OK.
+  void AddToRow(QFormLayout* rows, const char* name, const char* caption,
+                const std::function<void()>& click);
+  QPushButton* AddBesideOk(const char* name, const char* caption,
+                           const std::function<void()>& click);
   void AddField(QFormLayout* rows, const char* label, const char* caption, QWidget* field);
   void AddCheckBox(const char* name, const char* caption, CheckBox& box,
                    const std::function<void()>& click);
@@ -69,6 +74,7 @@ class FormWindow : public QWidget {
   void dropEvent(QDropEvent* event) override;
 
   QtDesktop& desktop_;
+  std::vector<std::function<void()>> draws_;  // one for each control
 
  private:
   struct PathTarget {
@@ -91,11 +97,11 @@ class FormWindow : public QWidget {
   Form& form_;
   QMdiSubWindow* frame_ = nullptr;
   QVBoxLayout* column_;
-  std::vector<std::function<void()>> draws_;  // one for each control
   std::vector<PathTarget> targets_;
   QTabWidget* tabs_ = nullptr;
   std::vector<QWidget*> labels_;
   std::vector<QWidget*> order_;  // of the keyboard
+  std::vector<QPushButton*> besideOk_;
   QPushButton* ok_ = nullptr;
   QPushButton* cancel_ = nullptr;
   QPointer<QWidget> lastFocus_;  // when it was hidden

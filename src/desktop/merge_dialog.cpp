@@ -13,6 +13,7 @@
 #include "help_context.h"
 
 namespace merivane::desktop {
+
 namespace {
 
 // An arrow key chooses what it moves to, also while nothing is chosen yet.

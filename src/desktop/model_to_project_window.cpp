@@ -1,19 +1,29 @@
 #include "model_to_project_window.h"
 
+#include <QFormLayout>
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "check_window.h"
+#include "inspect/check.h"
+#include "neutraltext/modGlobal.h"
+#include "program/error_boxes.h"
 #include "qt_text.h"
 #include "result_text.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::desktop {
+
+using namespace neutraltext;
 
 ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& desktop)
     : FormWindow(form, desktop, "Celvar to MS Project", frmIDEF3ToProject::kHelpContextId),
       form_(form) {
   setObjectName("frmIDEF3ToProject");
-  AddPath(AddRows(), {"Label1", "Celvar Text File:", "txtCelvarFilename", "cmdBrowseText",
-                      form.txtCelvarFilename, "txt", [&form] { form.cmdBrowseText(); }});
+  QFormLayout* source = AddRows();
+  AddPath(source, {"Label1", "Celvar Text File:", "txtCelvarFilename", "cmdBrowseText",
+                   form.txtCelvarFilename, "txt", [&form] { form.cmdBrowseText(); }});
+  AddToRow(source, "cmdCheck", "Check", [this] { Check(); });
   QTabWidget* tabs = AddTabs("SSTabGenerateOpt", form.SSTabGenerateOpt);
   AddPath(AddTab(tabs, frmIDEF3ToProject::kDatabaseTab),
           {"Label3", "MS Project MDB:", "txtDatabase", "BrowsedbBt", form.txtDatabase, "mdb",
@@ -39,6 +49,22 @@ ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& d
       "cmdHelp2", frmIDEF3ToProject::kHelpButtonContextId, [this] { Ok(); },
       [&form] { form.cmdCancel(); });
   Draw();
+}
+
+void ModelToProjectWindow::Check() {
+  const std::string& model = form_.txtCelvarFilename.text;
+  if (model.empty()) {
+    desktop_.ShowMessage({"Please Select Source Celvar Text Filename"});
+    return;
+  }
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  try {
+    auto* list =
+        new CheckWindow(model, inspect::CheckModel(model, desktop_.TemplatePath()), window());
+    list->show();
+  } catch (const RunTimeError& error) {
+    ShowDescription(desktop_, error);
+  }
 }
 
 void ModelToProjectWindow::Ok() {

@@ -12,6 +12,7 @@ class ModelToProjectWindow : public FormWindow {
 
  private:
   void Ok();
+  void Check();
 
   frmIDEF3ToProject& form_;
 };

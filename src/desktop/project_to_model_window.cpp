@@ -1,12 +1,20 @@
 #include "project_to_model_window.h"
 
 #include <QComboBox>
+#include <QPushButton>
 #include <QTabWidget>
 
+#include "inspect/merge_preview.h"
+#include "neutraltext/modGlobal.h"
+#include "preview_window.h"
+#include "program/error_boxes.h"
 #include "qt_text.h"
 #include "result_text.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::desktop {
+
+using namespace neutraltext;
 
 ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& desktop)
     : FormWindow(form, desktop, "MS Project to Celvar", frmProjectToIDEF3::kHelpContextId),
@@ -21,6 +29,7 @@ ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& d
   AddXmlTab(tabs);
   AddCheckBox("optLaunchCelvar", "Launch Celvar and Import Text", form.optLaunchCelvar,
               [&form] { form.optLaunchCelvar_Click(); });
+  AddPreview();
   AddButtons(
       "cmdHelp3", frmProjectToIDEF3::kHelpButtonContextId, [this] { Ok(); },
       [&form] { form.cmdCancel(); });
@@ -59,6 +68,36 @@ void ProjectToModelWindow::AddXmlTab(QTabWidget* tabs) {
                  [this] { form_.cmdBrowseXML(); }});
   AddPath(rows, {"Label7", "Interim Database:", "txtInterimDB_xml", "cmdInterimDB_xml",
                  form_.txtInterimDB_xml, "mdb", [this] { form_.cmdInterimDB_xml(); }});
+}
+
+// A preview is of a merge, and of what one tab names.
+void ProjectToModelWindow::AddPreview() {
+  QPushButton* preview = AddBesideOk("cmdPreview", "Preview...", [this] { Preview(); });
+  draws_.emplace_back([this, preview] {
+    preview->setVisible(form_.SSTabInput != frmProjectToIDEF3::kDatabaseTab);
+    const auto [plan, interim] = PlanAndInterim();
+    preview->setEnabled(form_.MergedProject() && !plan.empty() && !interim.empty());
+  });
+}
+
+std::pair<std::string, std::string> ProjectToModelWindow::PlanAndInterim() const {
+  if (form_.SSTabInput == frmProjectToIDEF3::kXmlTab) {
+    return {form_.txtXML.text, form_.txtInterimDB_xml.text};
+  }
+  return {form_.txtMPX.text, form_.txtInterimDB.text};
+}
+
+void ProjectToModelWindow::Preview() {
+  const auto [plan, interim] = PlanAndInterim();
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  try {
+    auto* table = new PreviewWindow(
+        plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject()), window());
+    connect(table, &QDialog::accepted, this, [this] { Run([this] { Ok(); }); });
+    table->open();
+  } catch (const RunTimeError& error) {
+    ShowDescription(desktop_, error);
+  }
 }
 
 void ProjectToModelWindow::Draw() {

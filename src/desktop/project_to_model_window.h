@@ -1,6 +1,9 @@
 // The window of the direction from plan to model.
 #pragma once
 
+#include <string>
+#include <utility>
+
 #include "form_window.h"
 #include "shell/frmProjectToIDEF3.h"
 
@@ -18,6 +21,9 @@ class ProjectToModelWindow : public FormWindow {
   void AddMpxTab(QTabWidget* tabs);
   void AddXmlTab(QTabWidget* tabs);
   void Ok();
+  void AddPreview();
+  std::pair<std::string, std::string> PlanAndInterim() const;  // of the tab in front
+  void Preview();
   QString ResultText() const;
 
   frmProjectToIDEF3& form_;

@@ -13,6 +13,7 @@
 namespace merivane::mspdi {
 
 using namespace runtime;
+using namespace schedule;
 
 // What a column of the tables holds, and so how its value is written.
 enum class Kind {

@@ -11,6 +11,7 @@ namespace merivane::mspdi {
 
 using namespace runtime;
 using namespace store;
+using namespace schedule;
 
 using Notes = std::unordered_map<std::int64_t, std::string>;  // by the task's UID
 

@@ -15,7 +15,8 @@ namespace {
 // beside the table, so that a pass costs its own group and not the whole plan.
 class DecompositionPasses {
  public:
-  explicit DecompositionPasses(ProjectToModel& state) : state_(state) {
+  DecompositionPasses(ProjectToModel& state, MergeListener* listener)
+      : state_(state), listener_(listener) {
     tasks_.OpenDynamic("Select * from ProjectAct" + WhereMspProjId(state),
                        state.gInterimConn.get());
     outline_.Read(tasks_);
@@ -31,6 +32,7 @@ class DecompositionPasses {
   bool EnterScenarioOf(const Value& parent);
 
   ProjectToModel& state_;
+  MergeListener* listener_;
   PlanOutline outline_;
   std::vector<bool> processed_;
   std::vector<std::size_t> selected_;
@@ -85,7 +87,7 @@ bool DecompositionPasses::SelectNextDecomposition() {
 void DecompositionPasses::MergeSelectedLinks() {
   for (const std::size_t row : selected_) {
     tasks_.MoveTo(bookmarks_[row]);
-    MergeLinksOfTask(state_, tasks_);
+    MergeLinksOfTask(state_, tasks_, listener_);
     Mark(row, "Processed", 1);
     processed_[row] = true;
   }
@@ -93,8 +95,8 @@ void DecompositionPasses::MergeSelectedLinks() {
 
 }  // namespace
 
-void MergeDecompositionLinks(ProjectToModel& state) {
-  DecompositionPasses passes(state);
+void MergeDecompositionLinks(ProjectToModel& state, MergeListener* listener) {
+  DecompositionPasses passes(state, listener);
   passes.InitProcessedFlags();
   while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
 }

@@ -29,7 +29,7 @@ void MakeAllTasksNew(Recordset& tasks) {
 
 }  // namespace
 
-void BringBackTasks(ProjectToModel& state) {
+void BringBackTasks(ProjectToModel& state, MergeListener* listener) {
   ForgetEarlierMerges(state);
   Recordset tasks =
       Ask(state.gInterimConn.get(), "Select * from ProjectAct", WhereMspProjId(state));
@@ -42,18 +42,19 @@ void BringBackTasks(ProjectToModel& state) {
   TaskScenarios scenarios(state, outline);
   for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
     if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
+    if (listener) listener->OnTask(MergeStep::kTask, tasks.Field("PID"));
     state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
     MergeTask(state, tasks);
     outline.SetText1(row, tasks.Field("Text1"));
   }
 }
 
-void MergeLinks(ProjectToModel& state) {
-  MergeTopLevelLinks(state);
-  MergeDecompositionLinks(state);
+void MergeLinks(ProjectToModel& state, MergeListener* listener) {
+  MergeTopLevelLinks(state, listener);
+  MergeDecompositionLinks(state, listener);
 }
 
-void MergeTopLevelLinks(ProjectToModel& state) {
+void MergeTopLevelLinks(ProjectToModel& state, MergeListener* listener) {
   Recordset topScenarios = Ask(
       state.gInterimConn.get(),
       "Select * from Scenario Where Parent_Num = 0 and Send_To_Project = 1", AndMspProjId(state));
@@ -65,7 +66,7 @@ void MergeTopLevelLinks(ProjectToModel& state) {
   if (state.gNoTopScenario == 1) EndOnBrokenModel(state, "Project to Celvar Translator.");
   Recordset tasks = Ask(state.gInterimConn.get(), "Select * from ProjectAct where Outline = 1",
                         AndMspProjId(state));
-  for (; !tasks.Eof(); tasks.MoveNext()) MergeLinksOfTask(state, tasks);
+  for (; !tasks.Eof(); tasks.MoveNext()) MergeLinksOfTask(state, tasks, listener);
 }
 
 }  // namespace merivane::roundtrip

@@ -24,12 +24,13 @@ std::string ReadPlan(ProjectToModel& state, PlanSource& source) {
   return head.startDate;
 }
 
-void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTasks) {
+void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTasks,
+               MergeListener* listener) {
   StoreProjectHeader(state, startDate);
   UpdateMaxIds(state);
   if (hasTasks) {
-    BringBackTasks(state);
-    MergeLinks(state);
+    BringBackTasks(state, listener);
+    MergeLinks(state, listener);
   }
   MergeResourceRequirements(state);
   RemoveDanglingJunctions(state);
@@ -73,13 +74,14 @@ bool WriteProjects(ProjectToModel& state) {
   return true;
 }
 
-bool TranslatePlan(ProjectToModel& state, PlanSource& source, std::int16_t mergeFlag) {
+bool TranslatePlan(ProjectToModel& state, PlanSource& source, std::int16_t mergeFlag,
+                   MergeListener* listener) {
   try {
     if (mergeFlag == 0) state.gRebuildModel = 1;
     if (mergeFlag == -1) state.gRebuildModel = 0;
     state.scenarioCounter = 0;
     const std::string startDate = ReadPlan(state, source);
-    MergePlan(state, startDate, source.HasTasks());
+    MergePlan(state, startDate, source.HasTasks(), listener);
     CloseMpxFile(state);
     ReopenForWriters(state);
     return WriteProjects(state);
@@ -99,14 +101,16 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName) {
 }
 
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
-                  const std::string& /*interimFileName*/, std::int16_t mergeFlag) {
+                  const std::string& /*interimFileName*/, std::int16_t mergeFlag,
+                  MergeListener* listener) {
   MpxSource source(state, mpxFileName);
-  return TranslatePlan(state, source, mergeFlag);
+  return TranslatePlan(state, source, mergeFlag, listener);
 }
 
-bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag) {
+bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
+                  MergeListener* listener) {
   XmlSource source(state, xmlFileName);
-  return TranslatePlan(state, source, mergeFlag);
+  return TranslatePlan(state, source, mergeFlag, listener);
 }
 
 }  // namespace merivane::roundtrip

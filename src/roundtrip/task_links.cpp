@@ -26,7 +26,8 @@ void RemoveIncomingLink(ProjectToModel& state, std::int16_t task) {
 
 }  // namespace
 
-void MergeLinksOfTask(ProjectToModel& state, Recordset& task) {
+void MergeLinksOfTask(ProjectToModel& state, Recordset& task, MergeListener* listener) {
+  if (listener) listener->OnTask(MergeStep::kLinks, task.Field("PID"));
   const std::int16_t count = CountPredecessors(task.Field("Predecessor"));
   if (count > 1) {
     ApplySeveralPredecessors(state, task);

@@ -8,6 +8,7 @@
 
 namespace merivane::roundtrip {
 
+using namespace mspdi;
 using namespace program;
 
 class XmlSource : public PlanSource {

@@ -7,6 +7,7 @@
 
 namespace merivane::shell {
 
+using namespace mspdi;
 using namespace neutraltext;
 using namespace translator;
 

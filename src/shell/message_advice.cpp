@@ -5,6 +5,7 @@
 namespace merivane::shell {
 
 using namespace runtime;
+
 namespace {
 
 struct Advice {

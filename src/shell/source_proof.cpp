@@ -7,6 +7,7 @@
 
 namespace merivane::shell {
 
+using namespace mspdi;
 using namespace roundtrip;
 
 bool ProveModelText(ModelToProject& state, const std::string& path) {

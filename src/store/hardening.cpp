@@ -9,6 +9,7 @@
 #include "sqlite_handle.h"
 
 namespace merivane::store {
+
 namespace {
 
 constexpr int kLongestValue = 16 << 20;

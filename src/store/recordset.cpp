@@ -10,6 +10,7 @@
 #include "store/connection.h"
 
 namespace merivane::store {
+
 namespace {
 
 enum class Position : std::uint8_t {

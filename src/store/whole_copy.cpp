@@ -11,6 +11,7 @@
 #include "runtime/run_time_error.h"
 
 namespace merivane::store {
+
 namespace {
 
 constexpr std::size_t kBlock = 1U << 18U;

@@ -212,5 +212,41 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
   EXPECT_EQ(test::ReadFile(svg), "precious");
 }
 
+TEST_F(Batch, CheckTellsFindingsByLineAndInJson) {
+  EXPECT_EQ(Run({"check", Sample("onboarding.txt")}), kDone);
+  EXPECT_EQ(out.str(), "0 errors, 0 warnings\n");
+  EXPECT_EQ(Run({"check", Sample("clinic.txt")}), kDoneWithMessages);
+  EXPECT_EQ(Run({"check", Sample("bakery.txt")}), kFailed);
+  EXPECT_EQ(out.str().rfind(Sample("bakery.txt") + ":379: error: scenario 1 'Weekday bread': ", 0),
+            0U);
+  EXPECT_EQ(Run({"check", folder.Path("none.txt")}), kRefused);
+  EXPECT_EQ(Run({"check", Sample("bakery.txt"), "--json"}), kFailed);
+  const auto json = nlohmann::json::parse(out.str());
+  EXPECT_EQ(json["errors"], 1);
+  EXPECT_EQ(json["findings"][0]["line"], 379);
+  EXPECT_EQ(json["findings"][0]["element"]["name"], "Weekday bread");
+}
+
+TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
+  ToProject(Sample("onboarding.txt"), {"--mpx", mpx});
+  Replace(mpx, "Set up the desk", "Build the desk");
+  const std::string change = "changed: unit 2 'Build the desk': It was called 'Set up the desk'.\n";
+  const std::string before = test::ReadFile(plan);
+  const std::vector<std::string> merge = {"to-model", "--mpx",   mpx, "--interim",
+                                          plan,       "--merge", "1"};
+  const auto with = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), merge.begin(), merge.end());
+    return Run(more);
+  };
+  EXPECT_EQ(with({"--dry-run"}), kDone);
+  EXPECT_EQ(out.str(), change + "0 added, 1 changed, 0 removed, 0 kept\n");
+  EXPECT_EQ(with({"--dry-run", "--json"}), kDone);
+  EXPECT_EQ(nlohmann::json::parse(out.str())["changes"][0]["change"], "changed");
+  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_EQ(with({}), kRefused);
+  EXPECT_EQ(with({"--output", model}), kDone);
+  EXPECT_EQ(out.str().rfind(change, 0), 0U);
+}
+
 }  // namespace
 }  // namespace merivane::test

@@ -6,8 +6,8 @@
 
 namespace merivane::test {
 
-using namespace batch;
 using namespace store;
+using namespace batch;
 
 namespace {
 

@@ -1,13 +1,17 @@
 #include <sqlite3.h>
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
+#include <QTableView>
 
 #include "desktop_fixture.h"
 #include "keyboard.h"
 #include "translator/multi.h"
 
 namespace merivane::test {
+
+using namespace translator;
 
 namespace {
 
@@ -22,12 +26,13 @@ class ModelToProjectWindow : public test::DesktopTest {
 
 TEST_F(ModelToProjectWindow, TheKeyboardGoesThroughTheControlsInOrder) {
   EXPECT_EQ(test::TabOrder(form),
-            "txtCelvarFilename cmdBrowseText SSTabGenerateOpt txtDatabase BrowsedbBt "
+            "txtCelvarFilename cmdBrowseText cmdCheck SSTabGenerateOpt txtDatabase BrowsedbBt "
             "CkLaunchMsprojApp cmdOK cmdCancel cmdHelp2 ");
   SelectTab(form, "SSTabGenerateOpt", 1);
-  EXPECT_EQ(test::TabOrder(form),
-            "txtCelvarFilename cmdBrowseText SSTabGenerateOpt txtDatabase_mpx BrowsedbBt_mpx "
-            "txtMpx cmdBrowseMPX CkLaunchMsprojApp cmdOK cmdCancel cmdHelp2 ");
+  EXPECT_EQ(
+      test::TabOrder(form),
+      "txtCelvarFilename cmdBrowseText cmdCheck SSTabGenerateOpt txtDatabase_mpx BrowsedbBt_mpx "
+      "txtMpx cmdBrowseMPX CkLaunchMsprojApp cmdOK cmdCancel cmdHelp2 ");
 }
 
 TEST_F(ModelToProjectWindow, OkTellsWhatIsMissingTabByTab) {
@@ -71,6 +76,26 @@ TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
   EXPECT_EQ(window.Result().toStdString(), "Plan written: " + plan);
   EXPECT_THAT(desktop.started, ElementsAre("project  " + plan));
   EXPECT_THAT(desktop.pointersAtStart, ElementsAre(Qt::WaitCursor));
+}
+
+TEST_F(ModelToProjectWindow, CheckListsFindingsThatCanBeFilteredAndCopied) {
+  User::Click(form, "cmdCheck");
+  EXPECT_THAT(user.boxes, ElementsAre("Please Select Source Celvar Text Filename"));
+  const std::string model = MERIVANE_SAMPLES "/festival.txt";
+  Browse(form, "cmdBrowseText", model);
+  User::Click(form, "cmdCheck");
+  QWidget& list = User::Find(window, "checkWindow");
+  const auto& table = User::Get<QTableView>(list, "results");
+  const int all = table.model()->rowCount();
+  QTest::keyClicks(&User::Find(list, "filter"), "weather");
+  ASSERT_EQ(table.model()->rowCount(), 1);
+  EXPECT_GT(all, 1);
+  const QRect cell = table.visualRect(table.model()->index(0, 0));
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, cell.center());
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+            model +
+                ":632: warning: object 2 'Weather': No unit uses this object. Leave it out, or "
+                "add it to the units that need it.");
 }
 
 TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {

@@ -1,5 +1,6 @@
 #include <QComboBox>
 #include <QRadioButton>
+#include <QTableView>
 
 #include "desktop_fixture.h"
 #include "keyboard.h"
@@ -33,6 +34,11 @@ class ProjectToModelWindow : public test::DesktopTest {
     EXPECT_TRUE(dialog.isVisible());
     User::Choose(dialog, "comboInterimProject", 0);
     User::Click(dialog, "CmdOK");
+  }
+
+  static std::string Renamed(std::string plan) {
+    const std::string name = "Set up the desk";
+    return plan.replace(plan.find(name), name.size(), "Build the desk");
   }
 
   std::string database = folder.Path("plan.mdb");
@@ -136,6 +142,24 @@ TEST_F(ProjectToModelWindow, AMergeTellsWhereTheDatabaseBeforeItIs) {
     EXPECT_EQ(user.boxes.front(), "Please Select a Project to be merged.");
     EXPECT_EQ(window.Result().toStdString(), result);
   }
+}
+
+TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {
+  QWidget& form = OpenMpxTab(ChooseMerge);
+  EXPECT_FALSE(User::Find(form, "cmdPreview").isEnabled());
+  const std::string plan = folder.Write("changed.mpx", Renamed(test::ReadFile(mpx)));
+  Browse(form, "cmdBrowseMPX", plan);
+  Browse(form, "cmdBrowseText", text);
+  const std::string before = test::ReadFile(database);
+  User::Click(form, "cmdPreview");
+  QWidget& preview = User::Find(window, "previewWindow");
+  const QAbstractItemModel& rows = *User::Get<QTableView>(preview, "results").model();
+  ASSERT_EQ(rows.rowCount(), 1);
+  EXPECT_EQ(rows.index(0, 3).data().toString(), "It was called 'Set up the desk'.");
+  EXPECT_EQ(test::ReadFile(database), before);
+  User::Click(preview, "cmdMerge");
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("Model text written: " + text));
+  EXPECT_THAT(test::ReadFile(text), HasSubstr("Build the desk"));
 }
 
 TEST_F(ProjectToModelWindow, OverwriteAndCancelBothBeginAnew) {

@@ -9,9 +9,9 @@
 
 namespace merivane::test {
 
+using namespace neutraltext;
 using namespace translator;
 using namespace inspect;
-using namespace neutraltext;
 
 namespace {
 

@@ -6,7 +6,10 @@
 #include "runtime/run_time_error.h"
 #include "temporary_folder.h"
 
-namespace merivane::mspdi {
+namespace merivane::test {
+
+using namespace mspdi;
+
 namespace {
 
 using test::TemporaryFolder;
@@ -156,4 +159,4 @@ TEST(Reader, TakesAnyEditionOrderAndPrefix) {
 }
 
 }  // namespace
-}  // namespace merivane::mspdi
+}  // namespace merivane::test

@@ -12,7 +12,10 @@
 #include "store/recordset.h"
 #include "temporary_folder.h"
 
-namespace merivane::mspdi {
+namespace merivane::test {
+
+using namespace mspdi;
+
 namespace {
 
 using testing::HasSubstr;
@@ -137,4 +140,4 @@ TEST_F(Writer, DatabaseAndXmlOfProjectHoldTheSamePlan) {
 }
 
 }  // namespace
-}  // namespace merivane::mspdi
+}  // namespace merivane::test

@@ -16,6 +16,7 @@
 
 namespace merivane::test {
 
+using namespace mspdi;
 using namespace neutraltext;
 using namespace translator;
 

@@ -5,6 +5,7 @@
 #include "store_fixture.h"
 
 namespace merivane::test {
+
 namespace {
 
 class RecordSets : public StoreFixture {};

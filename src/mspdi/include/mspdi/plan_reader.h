@@ -12,6 +12,7 @@
 namespace merivane::mspdi {
 
 using namespace runtime;
+using namespace schedule;
 
 // Texts are Windows-1252. `line` is where the element begins, from 1.
 

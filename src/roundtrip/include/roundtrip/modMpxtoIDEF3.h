@@ -5,6 +5,7 @@
 #include <string>
 
 #include "program/program.h"
+#include "roundtrip/merge_listener.h"
 
 namespace merivane::roundtrip {
 
@@ -14,9 +15,10 @@ using namespace program;
 // or builds a new one from it (mergeFlag 0), and writes the Neutral Text to gOutFile. True when it
 // ran to its end without reaching its error trap and wrote a project. A failure shows its
 // description; name rules and the merge's fatal reports end the program.
-// `interimFileName` is handed over and not used.
+// `interimFileName` is handed over and not used. A listener hears how far the merge has come.
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
-                  const std::string& interimFileName, std::int16_t mergeFlag);
+                  const std::string& interimFileName, std::int16_t mergeFlag,
+                  MergeListener* listener = nullptr);
 
 // Reads the file's head, up to where its layout shows. Errors come up; a file of another kind ends
 // the program with its box.
@@ -26,6 +28,7 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
 // name can't stand in the model, or a merge has nothing to hold on to (no task bears the number of
 // an occurrence, or two bear the same one): each is told in a box with the row, and the result is
 // False. Characters that the model can't hold are counted in a box.
-bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag);
+bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
+                  MergeListener* listener = nullptr);
 
 }  // namespace merivane::roundtrip

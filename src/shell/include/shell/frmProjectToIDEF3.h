@@ -45,6 +45,12 @@ class frmProjectToIDEF3 : public Form {
   void cmdCancel() { Unload(); }
   void optLaunchCelvar_Click();  // after the box was toggled
 
+  // The project that the plan is to be folded into; nothing where no merge was chosen.
+  std::optional<std::int32_t> MergedProject() const {
+    if (!state_.gRoundTripMerge) return std::nullopt;
+    return state_.gInterimProjId;
+  }
+
   // Takes a free number into gOutFile and opens the name for output; False on any error.
   bool OpenOutputFile();
 

@@ -7,6 +7,8 @@
 
 namespace merivane::translator {
 
+using namespace runtime;
+
 inline constexpr std::size_t kMostNoteBytes = 20000;
 
 // Characters of the longest glossary that a note takes; a longer one ends the translation.

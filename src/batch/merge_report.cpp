@@ -1,0 +1,82 @@
+#include "merge_report.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "printable.h"
+#include "runtime/code_page.h"
+
+namespace merivane::batch {
+
+using namespace runtime;
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using inspect::ChangeKind;
+using inspect::MergeChange;
+
+const char* WordOf(ChangeKind kind) {
+  switch (kind) {
+    case ChangeKind::kAdded:
+      return "added";
+    case ChangeKind::kChanged:
+      return "changed";
+    case ChangeKind::kRemoved:
+      return "removed";
+    case ChangeKind::kKept:
+      return "kept";
+    case ChangeKind::kStop:
+      break;
+  }
+  return "stop";
+}
+
+std::string Line(const MergeChange& change) {
+  std::string text = std::string(WordOf(change.kind)) + ": ";
+  if (change.planRow) text += "row " + std::to_string(*change.planRow) + " of the plan, ";
+  text += Described(change.element) + ": " + change.sentence;
+  if (!change.advice.empty()) text += " " + change.advice;
+  return PrintableLine(ToUtf8(text)) + '\n';
+}
+
+std::string Counts(const std::vector<MergeChange>& changes) {
+  std::string text;
+  for (const ChangeKind kind :
+       {ChangeKind::kAdded, ChangeKind::kChanged, ChangeKind::kRemoved, ChangeKind::kKept}) {
+    const auto count = std::count_if(changes.begin(), changes.end(),
+                                     [&](const MergeChange& each) { return each.kind == kind; });
+    text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + WordOf(kind);
+  }
+  return text + '\n';
+}
+
+}  // namespace
+
+std::string ChangesText(const std::vector<MergeChange>& changes) {
+  std::string text;
+  for (const MergeChange& change : changes) text += Line(change);
+  const bool stops = !changes.empty() && changes.front().kind == ChangeKind::kStop;
+  return stops ? text : text + Counts(changes);
+}
+
+void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview) {
+  Json changes = Json::array();
+  for (const MergeChange& change : preview.changes) {
+    const auto& element = change.element;
+    changes.push_back({{"change", WordOf(change.kind)},
+                       {"planRow", change.planRow ? Json(*change.planRow) : Json(nullptr)},
+                       {"element",
+                        {{"kind", element.kind},
+                         {"number", element.number ? Json(*element.number) : Json(nullptr)},
+                         {"name", ToUtf8(element.name)}}},
+                       {"sentence", ToUtf8(change.sentence)},
+                       {"advice", ToUtf8(change.advice)}});
+  }
+  Json boxes = Json::array();
+  for (const platform::Message& box : preview.boxes) boxes.push_back(ToUtf8(box.text));
+  const Json report = {{"merges", preview.merged}, {"changes", changes}, {"messages", boxes}};
+  out << PrintableJson(report.dump(2)) << '\n';
+}
+
+}  // namespace merivane::batch

@@ -1,0 +1,83 @@
+#include "check_window.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QTableView>
+#include <algorithm>
+
+#include "help_context.h"
+#include "open_at_line.h"
+#include "qt_text.h"
+
+namespace merivane::desktop {
+
+namespace {
+
+using inspect::Finding;
+using inspect::Severity;
+
+const char* WordOf(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+
+ResultModel* ModelOf(const std::vector<Finding>& findings) {
+  constexpr int kLineColumn = 1;
+  std::vector<ResultModel::Row> rows;
+  for (const Finding& finding : findings) {
+    rows.push_back(
+        {{WordOf(finding.severity), QString::number(finding.line), ToQt(Described(finding.element)),
+          ToQt(finding.sentence), ToQt(finding.advice)},
+         finding.severity == Severity::kError ? QColor(200, 40, 40) : QColor(220, 160, 0)});
+  }
+  return new ResultModel({"Kind", "Line", "Element", "Finding", "What to do"}, std::move(rows),
+                         kLineColumn, nullptr);
+}
+
+QString SummaryOf(const std::vector<Finding>& findings) {
+  if (findings.empty()) return "Nothing was found.";
+  const auto errors = std::count_if(findings.begin(), findings.end(), [](const Finding& finding) {
+    return finding.severity == Severity::kError;
+  });
+  const auto warnings = static_cast<std::ptrdiff_t>(findings.size()) - errors;
+  return QStringLiteral("%1 error%2, %3 warning%4. A click copies a row.")
+      .arg(errors)
+      .arg(QLatin1String(errors == 1 ? "" : "s"))
+      .arg(warnings)
+      .arg(QLatin1String(warnings == 1 ? "" : "s"));
+}
+
+}  // namespace
+
+CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> findings,
+                         QWidget* parent)
+    : ResultTable(ModelOf(findings), SummaryOf(findings), parent),
+      modelPath_(modelPath),
+      findings_(std::move(findings)) {
+  constexpr int kHelpContext = 7010;
+  setObjectName("checkWindow");
+  setWindowTitle("Check: " + QFileInfo(PathToQt(modelPath)).fileName());
+  SetHelpContext(this, kHelpContext);
+  QPushButton* open = AddButton("cmdOpen", "Open");
+  open->setEnabled(!findings_.empty());
+  connect(open, &QPushButton::clicked, this, [this] { Open(); });
+  connect(table_, &QTableView::clicked, this, [this] { Copy(CurrentRow()); });
+}
+
+void CheckWindow::Copy(int row) const {
+  if (row < 0) return;
+  const Finding& finding = findings_[static_cast<std::size_t>(row)];
+  const QString element = ToQt(Described(finding.element));
+  QApplication::clipboard()->setText(QStringLiteral("%1:%2: %3: %4%5 %6")
+                                         .arg(PathToQt(modelPath_), QString::number(finding.line),
+                                              WordOf(finding.severity),
+                                              element.isEmpty() ? element : element + ": ",
+                                              ToQt(finding.sentence), ToQt(finding.advice)));
+}
+
+// Without a chosen row the first finding is meant.
+void CheckWindow::Open() const {
+  const int row = std::max(CurrentRow(), 0);
+  OpenAtLine(PathToQt(modelPath_), findings_[static_cast<std::size_t>(row)].line);
+}
+
+}  // namespace merivane::desktop

@@ -1,0 +1,28 @@
+// The findings of a model text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "inspect/finding.h"
+#include "result_table.h"
+
+namespace merivane::desktop {
+
+using namespace inspect;
+
+// A click copies a finding to the clipboard; "Open" shows the text at its line.
+class CheckWindow : public ResultTable {
+ public:
+  CheckWindow(const std::string& modelPath, std::vector<inspect::Finding> findings,
+              QWidget* parent);
+
+ private:
+  void Copy(int row) const;
+  void Open() const;
+
+  std::string modelPath_;
+  std::vector<inspect::Finding> findings_;
+};
+
+}  // namespace merivane::desktop

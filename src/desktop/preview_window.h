@@ -1,0 +1,19 @@
+// What a merge would change, before it runs.
+#pragma once
+
+#include <string>
+
+#include "inspect/merge_preview.h"
+#include "result_table.h"
+
+namespace merivane::desktop {
+
+using namespace inspect;
+
+// "Merge" accepts the dialog; it is off where the merge would stop.
+class PreviewWindow : public ResultTable {
+ public:
+  PreviewWindow(const std::string& planPath, const inspect::MergePreview& preview, QWidget* parent);
+};
+
+}  // namespace merivane::desktop

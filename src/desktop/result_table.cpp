@@ -1,0 +1,102 @@
+#include "result_table.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace merivane::desktop {
+
+ResultModel::ResultModel(QStringList headings, std::vector<Row> rows, int numberColumn,
+                         QObject* parent)
+    : QAbstractTableModel(parent),
+      headings_(std::move(headings)),
+      rows_(std::move(rows)),
+      numberColumn_(numberColumn) {}
+
+int ResultModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int ResultModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(headings_.size());
+}
+
+QVariant ResultModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const Row& row = rows_[static_cast<std::size_t>(index.row())];
+  const QString& text = row.texts[index.column()];
+  if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return text;
+  if (role == Qt::DecorationRole && index.column() == kWordColumn) return row.colour;
+  if (role != Qt::UserRole) return {};
+  return index.column() == numberColumn_ ? QVariant(text.toInt()) : QVariant(text);
+}
+
+QVariant ResultModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  return headings_.value(section);
+}
+
+ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* parent)
+    : QDialog(parent),
+      table_(new QTableView),
+      shown_(new QSortFilterProxyModel(this)),
+      buttons_(new QHBoxLayout) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  model->setParent(this);
+  shown_->setSourceModel(model);
+  shown_->setSortRole(Qt::UserRole);
+  shown_->setFilterKeyColumn(-1);
+  shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
+  auto* filter = new QLineEdit;
+  filter->setObjectName("filter");
+  filter->setAccessibleName("Filter");
+  filter->setPlaceholderText("Show only rows that hold this text");
+  filter->setClearButtonEnabled(true);
+  connect(filter, &QLineEdit::textChanged, shown_, &QSortFilterProxyModel::setFilterFixedString);
+  table_->setObjectName("results");
+  table_->setAccessibleName("Results");
+  table_->setModel(shown_);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setTabKeyNavigation(false);
+  table_->verticalHeader()->hide();
+  table_->horizontalHeader()->setStretchLastSection(true);
+  table_->setSortingEnabled(true);
+  table_->sortByColumn(-1, Qt::AscendingOrder);
+  table_->resizeColumnsToContents();
+  auto* text = new QLabel(summary);
+  text->setObjectName("summary");
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  buttons_->addWidget(text, 1);
+  auto* close = new QPushButton("Close");
+  close->setObjectName("cmdClose");
+  connect(close, &QPushButton::clicked, this, &QDialog::reject);
+  buttons_->addWidget(close);
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(filter);
+  column->addWidget(table_, 1);
+  column->addLayout(buttons_);
+  resize(fontMetrics().averageCharWidth() * 140, fontMetrics().height() * 26);
+}
+
+int ResultTable::CurrentRow() const {
+  const QModelIndex index = shown_->mapToSource(table_->currentIndex());
+  return index.isValid() ? index.row() : -1;
+}
+
+QPushButton* ResultTable::AddButton(const char* name, const char* caption) {
+  auto* button = new QPushButton(caption);
+  button->setObjectName(name);
+  button->setAccessibleName(caption);
+  buttons_->insertWidget(buttons_->count() - 1, button);
+  return button;
+}
+
+}  // namespace merivane::desktop

@@ -1,0 +1,58 @@
+// A list of results in a window of its own: sorted by a click on a column, filtered by a text.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QDialog>
+#include <QStringList>
+#include <vector>
+
+class QHBoxLayout;
+class QSortFilterProxyModel;
+class QTableView;
+
+namespace merivane::desktop {
+
+// Rows of texts; one column of words has a colour for each, and one may hold numbers.
+class ResultModel : public QAbstractTableModel {
+ public:
+  struct Row {
+    QStringList texts;
+    QColor colour;
+  };
+
+  ResultModel(QStringList headings, std::vector<Row> rows, int numberColumn, QObject* parent);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  // Qt::UserRole: what the column is sorted by.
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  static constexpr int kWordColumn = 0;
+
+ private:
+  QStringList headings_;
+  std::vector<Row> rows_;
+  int numberColumn_;
+};
+
+// Deletes itself when it is closed.
+class ResultTable : public QDialog {
+ public:
+  // The dialog owns the model. `summary` stands below the table.
+  ResultTable(ResultModel* model, const QString& summary, QWidget* parent);
+
+ protected:
+  // The row of the model that is chosen in the table; -1 for none.
+  int CurrentRow() const;
+  // A button in front of "Close".
+  class QPushButton* AddButton(const char* name, const char* caption);
+
+  QTableView* table_;
+
+ private:
+  QSortFilterProxyModel* shown_;
+  QHBoxLayout* buttons_;
+};
+
+}  // namespace merivane::desktop

@@ -1,0 +1,27 @@
+// A merge tried in a copy.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "inspect/model_snapshot.h"
+#include "platform/desktop.h"
+
+namespace merivane::inspect {
+
+using namespace platform;
+
+struct MergePreview {
+  std::vector<MergeChange> changes;  // or the one thing that stops the merge
+  std::vector<Message> boxes;        // what the merge would show
+  bool merged = false;
+};
+
+// Folds the plan into a copy of the interim database, and tells what that changed. Nothing of the
+// user's is touched. Paths are UTF-8; a plan whose name ends in ".xml" is planning XML, any other
+// MPX. Errors: a database that can't be copied, no temporary folder.
+MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
+                          std::int32_t project);
+
+}  // namespace merivane::inspect

@@ -1,0 +1,191 @@
+#include <algorithm>
+#include <utility>
+
+#include "inspect/model_snapshot.h"
+#include "runtime/conversions.h"
+
+namespace merivane::inspect {
+
+using namespace runtime;
+
+namespace {
+
+// Numbers by their value; a duration that isn't given is the plan's one day.
+bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank) {
+  const auto number = [&](const std::string& text) {
+    return IsNumericText(text) ? ToDouble(text) : whenBlank;
+  };
+  return number(a) == number(b);
+}
+
+class Comparison {
+ public:
+  Comparison(const ModelSnapshot& before, const ModelSnapshot& after)
+      : before_(before),
+        after_(after),
+        wasMerged_(std::any_of(before.units.begin(), before.units.end(),
+                               [](const auto& unit) { return unit.second.cameBack; })) {}
+
+  std::vector<MergeChange> Run() {
+    CompareUnits();
+    CompareJunctions();
+    CompareLinks();
+    CompareResources();
+    CompareAssignments();
+    return std::move(changes_);
+  }
+
+ private:
+  void Add(ChangeKind kind, ElementName element, std::string sentence) {
+    changes_.push_back({kind, std::move(element), std::move(sentence)});
+  }
+
+  // As the merged model names it, or the earlier one.
+  ElementName Unit(std::int32_t number) const {
+    for (const ModelSnapshot* model : {&after_, &before_}) {
+      const auto unit = model->units.find(number);
+      if (unit != model->units.end()) return {"unit", number, unit->second.name};
+    }
+    return {"unit", number, ""};
+  }
+
+  ElementName End(std::int32_t number) const {
+    const bool isUnit = after_.units.contains(number) || before_.units.contains(number);
+    return isUnit ? Unit(number) : ElementName{"junction", number, ""};
+  }
+
+  ElementName Resource(std::int32_t number) const {
+    for (const ModelSnapshot* model : {&after_, &before_}) {
+      const auto resource = model->resources.find(number);
+      if (resource != model->resources.end()) return {"resource", number, resource->second.name};
+    }
+    return {"resource", number, ""};
+  }
+
+  void CompareUnits() {
+    for (const auto& [number, unit] : after_.units) {
+      const auto old = before_.units.find(number);
+      if (old == before_.units.end()) {
+        Add(ChangeKind::kAdded, Unit(number), "It comes new from the plan.");
+        continue;
+      }
+      if (!unit.cameBack) {
+        if (old->second.sent) {
+          Add(ChangeKind::kKept, Unit(number),
+              "The plan no longer has it; it lives on in the model.");
+        }
+        continue;
+      }
+      CompareUnit(number, old->second, unit);
+    }
+  }
+
+  void CompareUnit(std::int32_t number, const ModelSnapshot::Unit& old,
+                   const ModelSnapshot::Unit& unit) {
+    if (unit.name != old.name) {
+      Add(ChangeKind::kChanged, Unit(number), "It was called '" + old.name + "'.");
+    }
+    if (!IsSameNumber(old.duration, unit.duration, 1)) {
+      Add(ChangeKind::kChanged, Unit(number),
+          "It takes " + unit.duration + " days instead of " +
+              (old.duration.empty() ? "1" : old.duration) + ".");
+    }
+    if (unit.note != old.note) {
+      Add(ChangeKind::kChanged, Unit(number),
+          unit.note.empty() ? "It loses its note." : "It has another note.");
+    }
+  }
+
+  void CompareJunctions() {
+    for (const auto& [number, kind] : after_.junctions) {
+      const auto old = before_.junctions.find(number);
+      const ElementName name{"junction", number, ""};
+      if (old == before_.junctions.end()) {
+        Add(ChangeKind::kAdded, name, "It is new: " + kind + ".");
+      } else if (old->second != kind) {
+        Add(ChangeKind::kChanged, name, "It is " + kind + " instead of " + old->second + ".");
+      }
+    }
+    for (const auto& [number, kind] : before_.junctions) {
+      if (!after_.junctions.contains(number)) {
+        Add(ChangeKind::kRemoved, {"junction", number, ""}, "It joined nothing any more.");
+      }
+    }
+  }
+
+  void CompareLinks() {
+    ReportLinks(after_.links, before_.links, ChangeKind::kAdded);
+    ReportLinks(before_.links, after_.links, ChangeKind::kRemoved);
+  }
+
+  void ReportLinks(const std::multiset<ModelSnapshot::Link>& here,
+                   const std::multiset<ModelSnapshot::Link>& there, ChangeKind kind) {
+    std::multiset<ModelSnapshot::Link> rest = there;
+    for (const ModelSnapshot::Link& link : here) {
+      const auto same = rest.find(link);
+      if (same != rest.end()) {
+        rest.erase(same);
+        continue;
+      }
+      Add(kind, {"link", std::nullopt, ""},
+          "It leads from " + Described(End(std::get<1>(link))) + " to " +
+              Described(End(std::get<2>(link))) + ".");
+    }
+  }
+
+  void CompareResources() {
+    for (const auto& [number, resource] : after_.resources) {
+      const auto old = before_.resources.find(number);
+      if (old == before_.resources.end()) {
+        Add(ChangeKind::kAdded, Resource(number), "It comes new from the plan.");
+      } else if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
+        Add(ChangeKind::kChanged, Resource(number),
+            "There are " + resource.quantity + " of it instead of " +
+                (old->second.quantity.empty() ? "1" : old->second.quantity) + ".");
+      }
+    }
+    for (const auto& [number, resource] : before_.resources) {
+      if (!after_.resources.contains(number)) {
+        Add(ChangeKind::kRemoved, Resource(number), "The plan no longer has it.");
+      }
+    }
+  }
+
+  // Until a first merge the plan has what was sent.
+  bool WasInPlan(const ModelSnapshot::Assignment& assignment) const {
+    return assignment.cameBack || (assignment.sent && !wasMerged_);
+  }
+
+  void CompareAssignments() {
+    for (const auto& [key, assignment] : after_.assignments) {
+      const auto old = before_.assignments.find(key);
+      const bool was = old != before_.assignments.end() && WasInPlan(old->second);
+      const std::string what =
+          Described(Resource(key.second)) + " for " + Described(Unit(key.first));
+      const ElementName name{"assignment", std::nullopt, ""};
+      if (assignment.cameBack && !was) {
+        Add(ChangeKind::kAdded, name, "Of " + what + ": " + assignment.quantity + ".");
+      } else if (!assignment.cameBack && was) {
+        Add(ChangeKind::kRemoved, name, "Of " + what + ".");
+      } else if (assignment.cameBack &&
+                 !IsSameNumber(old->second.quantity, assignment.quantity, 1)) {
+        Add(ChangeKind::kChanged, name,
+            "Of " + what + ": " + assignment.quantity + " instead of " + old->second.quantity +
+                ".");
+      }
+    }
+  }
+
+  const ModelSnapshot& before_;
+  const ModelSnapshot& after_;
+  bool wasMerged_;
+  std::vector<MergeChange> changes_;
+};
+
+}  // namespace
+
+std::vector<MergeChange> ChangesBetween(const ModelSnapshot& before, const ModelSnapshot& after) {
+  return Comparison(before, after).Run();
+}
+
+}  // namespace merivane::inspect

@@ -1,0 +1,153 @@
+#include "inspect/merge_preview.h"
+
+#include <optional>
+
+#include "platform/scripted_desktop.h"
+#include "roundtrip/merge_listener.h"
+#include "roundtrip/modMpxtoIDEF3.h"
+#include "runtime/conversions.h"
+#include "runtime/text.h"
+#include "scratch_folder.h"
+#include "store/recordset.h"
+
+namespace merivane::inspect {
+
+using namespace roundtrip;
+
+namespace {
+
+// The task that the merge had come to when it stopped.
+class Progress : public MergeListener {
+ public:
+  void OnTask(MergeStep step, const Value& planId) override {
+    step_ = step;
+    task_ = ToInt32(planId);
+  }
+  MergeStep Step() const { return step_; }
+  std::optional<std::int32_t> Task() const { return task_; }
+
+ private:
+  MergeStep step_ = MergeStep::kTask;
+  std::optional<std::int32_t> task_;
+};
+
+struct PlanTask {
+  std::string name;
+  std::string predecessors;
+};
+
+PlanTask TaskOf(Connection& connection, std::int32_t task, std::int32_t project) {
+  Recordset rows;
+  rows.OpenStatic("Select * from ProjectAct where PID = " + std::to_string(task) +
+                      " and Msp_ProjID = " + std::to_string(project),
+                  &connection);
+  if (rows.Eof()) return {};
+  return {Joined(rows.Field("Name")), Joined(rows.Field("Predecessor"))};
+}
+
+struct Explanation {
+  std::string sentence;
+  std::string advice;
+};
+
+Explanation ExplainTask(const std::string& description) {
+  if (description == ErrorText(kTypeMismatch)) {
+    return {"The task was moved under another summary task, which stops the merge.",
+            "Move it back to where it was, or build a new model by overwriting."};
+  }
+  return {"The task can't be taken over: " + description + ".",
+          "Mend the task in the plan, or build a new model by overwriting."};
+}
+
+Explanation ExplainLinks(const PlanTask& task, const std::string& description) {
+  const bool alone = !Holds(task.predecessors, ",");
+  if (alone && HoldsNoCase(task.predecessors, "SS")) {
+    return {"Its only predecessor '" + task.predecessors +
+                "' is of the kind start-to-start, which stops the merge.",
+            "Give the task a second predecessor, or take this one out."};
+  }
+  if (alone && description == ErrorText(kNoCurrentRecord)) {
+    return {"Its new predecessor '" + task.predecessors +
+                "' stops the merge, since the task's only link in the model comes straight from a "
+                "unit.",
+            "Take the predecessor out and draw the link in the model, or keep the old predecessor "
+            "beside the new one."};
+  }
+  if (description == ErrorText(kOutOfStackSpace)) {
+    return {"The junctions in front of it run in a circle, which stops the merge.",
+            "Take the circle out of the model, or the predecessors '" + task.predecessors +
+                "' out of the plan."};
+  }
+  return {"Its predecessors '" + task.predecessors + "' stop the merge: " + description + ".",
+          "Put the predecessors back as they were, or build a new model by overwriting."};
+}
+
+MergeChange StopOf(const Progress& progress, Connection* connection, std::int32_t project,
+                   const std::string& description) {
+  if (!progress.Task() || connection == nullptr || !connection->IsOpen()) {
+    return {ChangeKind::kStop,
+            {"plan", std::nullopt, ""},
+            description,
+            "Mend the plan, and try again."};
+  }
+  const PlanTask task = TaskOf(*connection, *progress.Task(), project);
+  const Explanation why = progress.Step() == MergeStep::kTask ? ExplainTask(description)
+                                                              : ExplainLinks(task, description);
+  return {ChangeKind::kStop,
+          {"task", progress.Task(), task.name},
+          why.sentence,
+          why.advice,
+          progress.Task()};
+}
+
+void OpenWork(ProjectToModel& state, const std::string& database, std::int32_t project,
+              const std::string& text) {
+  state.gInterimConn = std::make_unique<Connection>(state.workspace);
+  state.gInterimConn->Open(ConnectionText(database));
+  state.gInterimProjId = project;
+  state.gRoundTripMerge = true;
+  state.gOutFile = state.files.FreeFile();
+  state.files.OpenForOutput(state.gOutFile, text);
+}
+
+bool Merge(ProjectToModel& state, const std::string& planPath, Progress& progress) {
+  constexpr std::int16_t kMerge = -1;
+  try {
+    if (HoldsNoCase(Right(planPath, 4), ".xml")) {
+      return TranslateXml(state, planPath, kMerge, &progress);
+    }
+    return TranslateMpx(state, planPath, "", kMerge, &progress);
+  } catch (const ProgramEnd&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
+                          std::int32_t project) {
+  const ScratchFolder folder;
+  const std::string database = folder.Path("interim.mdb");
+  MergePreview preview;
+  ScriptedDesktop desktop;
+  desktop.onMessage = [&](const ScriptedDesktop::ShownMessage& shown) {
+    preview.boxes.push_back(shown.message);
+  };
+  Program program(desktop);
+  program.workspace.CopyDatabase(interimPath, database);
+  ProjectToModel& state = program.projectToModel;
+  OpenWork(state, database, project, folder.Path("model.txt"));
+  const ModelSnapshot before = ReadSnapshot(*state.gInterimConn, project);
+  Progress progress;
+  preview.merged = Merge(state, planPath, progress);
+  if (preview.merged) {
+    preview.changes = ChangesBetween(before, ReadSnapshot(*state.gProjectConn, project));
+  } else {
+    preview.changes.push_back(StopOf(progress, state.gInterimConn.get(), project,
+                                     preview.boxes.empty() ? "" : preview.boxes.back().text));
+  }
+  program.files.CloseAll();
+  return preview;
+}
+
+}  // namespace merivane::inspect
