@@ -71,6 +71,7 @@ class Studio {
   static QString Scratch(const char* name) { return QString(kScratch) + '/' + name; }
   void TakeToProject();
   void TakeToModel();
+  void TakePictureWindow();
   void TakeRest();
 
   QString folder_;
@@ -172,6 +173,20 @@ void Studio::TakeToModel() {
   Click(form, "cmdCancel");
 }
 
+void Studio::TakePictureWindow() {
+  names_.names.push_back(Scratch("bakery.txt"));
+  window_.findChild<QAction*>("mnuProcessDiagram")->trigger();
+  auto* picture = window_.findChild<QMainWindow*>("pictureWindow");
+  if (picture == nullptr) {
+    std::fputs("no window with a diagram\n", stderr);
+    good_ = false;
+    return;
+  }
+  QTest::keyClicks(picture->findChild<QWidget*>("search"), "dough");
+  Take(*picture, "view-diagram");
+  picture->close();
+}
+
 void Studio::TakeRest() {
   QWidget& paths = Open("mnuPath", "frmOptions");
   Take(paths, "paths");
@@ -200,6 +215,7 @@ bool Studio::TakeAll() {
                  window_.fontMetrics().height() * 30);
   TakeToProject();
   TakeToModel();
+  TakePictureWindow();
   TakeRest();
   return good_;
 }

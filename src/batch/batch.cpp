@@ -22,6 +22,7 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch export plan.mdb --project 1 --xml plan.xml
   merivane-batch draw model.txt --output model.svg
   merivane-batch chart plan.mdb --project 1 --output plan.pdf
+  merivane-batch report model.txt --output model.html
 
 Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is
 refused, nothing was touched. For check: 0 nothing found; 3 warnings only; 1 errors.)";
@@ -35,6 +36,7 @@ struct CommandLine {
   ProjectsOptions projects;
   DrawOptions draw;
   ChartOptions chart;
+  ReportOptions report;
   std::string todayText;
 };
 
@@ -166,7 +168,8 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   AddProjects(app, line);
   CLI::App* draw = AddDraw(app, line.draw);
   CLI::App* chart = AddChart(app, line.chart);
-  for (CLI::App* command : {draw, chart}) AddCommonOptions(command, line);
+  CLI::App* report = AddReport(app, line.report);
+  for (CLI::App* command : {draw, chart, report}) AddCommonOptions(command, line);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
@@ -182,6 +185,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
     if (*exported) return RunExport(session, line.exported);
     if (*draw) return RunDraw(session, line.draw);
     if (*chart) return RunChart(session, line.chart);
+    if (*report) return RunReport(session, line.report);
     return RunProjects(session, line.projects);
   });
 }

@@ -46,6 +46,18 @@ CLI::App* AddChart(CLI::App& app, ChartOptions& options) {
   return command;
 }
 
+CLI::App* AddReport(CLI::App& app, ReportOptions& options) {
+  CLI::App* command = app.add_subcommand("report", "tell a model and its plan on one page");
+  AddName(command, "MODEL", options.model, "Neutral Text file (.txt)")->required();
+  command
+      ->add_option("--choose", options.choices,
+                   "scenario or decomposition to take where the program asks, in order")
+      ->allow_extra_args(false);
+  command->add_flag("--objects", options.objects, "list the objects of each unit below it");
+  AddOutput(command, options.output, options.force, "page to write (.html)");
+  return command;
+}
+
 bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
                       bool force) {
   if (!pictures::IsPictureName(output)) {

@@ -26,12 +26,22 @@ struct ChartOptions {
   bool force = false;
 };
 
+struct ReportOptions {
+  std::string model;
+  std::string output;
+  std::vector<std::string> choices;
+  bool objects = false;
+  bool force = false;
+};
+
 // Each adds a command and its own options.
 CLI::App* AddDraw(CLI::App& app, DrawOptions& options);
 CLI::App* AddChart(CLI::App& app, ChartOptions& options);
+CLI::App* AddReport(CLI::App& app, ReportOptions& options);
 
 int RunDraw(Session& session, const DrawOptions& options);
 int RunChart(Session& session, const ChartOptions& options);
+int RunReport(Session& session, const ReportOptions& options);
 
 // True, with a word, for a name that is no picture's, that is one of the sources, or that stands
 // already without --force.

@@ -1,9 +1,9 @@
 #include <algorithm>
-#include <deque>
 
 #include "neutraltext/modGlobal.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
+#include "scenario_chooser.h"
 #include "session.h"
 #include "shell/browse.h"
 #include "shell/frmDbFileAppend.h"
@@ -16,41 +16,6 @@ using namespace neutraltext;
 using namespace translator;
 
 namespace {
-
-class ScenarioChooser {
- public:
-  ScenarioChooser(Session& session, const std::vector<std::string>& choices)
-      : session_(session), choices_(choices.begin(), choices.end()) {}
-
-  void Answer(multi& form) {
-    const auto chosen = NextChoice(form.List1);
-    if (chosen) {
-      const std::string name = form.List1[*chosen];
-      session_.log.AddChooser(form.Label1, form.Label2, form.List1, name);
-      form.ListIndex = chosen;
-      form.Command1();
-      return;
-    }
-    session_.log.AddChooser(form.Label1, form.Label2, form.List1, std::nullopt);
-    std::string names;
-    for (const std::string& name : form.List1) names += "\n  " + ToUtf8(name);
-    session_.Say(ToUtf8(form.Label1) + " Say which with --choose NAME:" + names);
-    form.Command2();
-  }
-
- private:
-  std::optional<std::size_t> NextChoice(const std::vector<std::string>& names) {
-    if (choices_.empty()) return std::nullopt;
-    const std::string wanted = FromUtf8(choices_.front());
-    choices_.pop_front();
-    const auto found = std::find(names.begin(), names.end(), wanted);
-    if (found == names.end()) return std::nullopt;
-    return static_cast<std::size_t>(found - names.begin());
-  }
-
-  Session& session_;
-  std::deque<std::string> choices_;
-};
 
 // Why the database can't take a project under this number; nothing where it can.
 std::optional<std::string> AppendRefusal(Session& session, const ToProjectOptions& options) {

@@ -16,6 +16,7 @@
 #include "pictures.h"
 #include "project_to_model_window.h"
 #include "splash_window.h"
+#include "view_menu.h"
 
 namespace merivane::desktop {
 
@@ -97,6 +98,7 @@ void MainWindow::AddMenus() {
     action->setMenuRole(QAction::NoRole);
     if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
   }
+  new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, main_.workspace);
 }
 
 void MainWindow::Press(void (frmMain::*handler)()) {

@@ -63,11 +63,12 @@ class ChartDrawer {
         outline_(OutlineWidth()),
         axis_(dates.Start(), dates.Finish(), kMargin + kNumberWidth + outline_) {}
 
-  Picture Draw() {
+  Picture Draw(bool headline) {
     picture_.id = "plan";
     picture_.title = plan_.name;
     picture_.width = axis_.Right() + kMargin;
-    AddHeadline();
+    Describe();
+    if (headline) AddHeadline();
     const double top = picture_.height;
     picture_.height += TimeAxis::Height() + 4;
     for (std::size_t task = 0; task < plan_.tasks.size(); ++task) bars_.push_back(BarOf(task));
@@ -98,12 +99,15 @@ class ChartDrawer {
     return std::min(width, kMostOutline);
   }
 
-  void AddHeadline() {
+  void Describe() {
     const std::string tasks =
         std::to_string(plan_.tasks.size()) + (plan_.tasks.size() == 1 ? " task, " : " tasks, ");
     picture_.description = DateText(dates_.Start(), false) + " to " +
                            DateText(dates_.Finish(), false) + ", " + tasks +
                            DaysText(dates_.finish) + " of work from start to finish";
+  }
+
+  void AddHeadline() {
     Figure figure;
     const std::string name = Shortened(plan_.name, 800, Ink::kTitle);
     figure.shapes.push_back(Text{Ink::kTitle, {kMargin, kMargin + 15}, name});
@@ -240,15 +244,17 @@ TaskResources ReadTaskResources(Connection& connection, std::int32_t project, co
   return result;
 }
 
-Picture DrawChart(const Plan& plan, const Schedule& dates, const TaskResources& resources) {
-  return ChartDrawer(plan, dates, resources).Draw();
+Picture DrawChart(const Plan& plan, const Schedule& dates, const TaskResources& resources,
+                  bool headline) {
+  return ChartDrawer(plan, dates, resources).Draw(headline);
 }
 
-Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today) {
+Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
+                  bool headline) {
   const ReadScope scope(&connection);
   const Plan plan = schedule::ReadPlan(connection, project, today);
-  return DrawChart(plan, schedule::MakeSchedule(plan),
-                   ReadTaskResources(connection, project, plan));
+  return DrawChart(plan, schedule::MakeSchedule(plan), ReadTaskResources(connection, project, plan),
+                   headline);
 }
 
 }  // namespace merivane::pictures

@@ -14,6 +14,7 @@ namespace merivane::pictures {
 namespace {
 
 constexpr double kMargin = 24;
+constexpr double kEdge = 4;  // above a diagram without a headline
 constexpr double kHeadline = 22;
 constexpr double kGap = 28;
 constexpr double kBelow = 16;  // room for the name of a junction in the lowest row
@@ -112,8 +113,8 @@ class DiagramDrawer {
     picture_.title = scenario.name;
     picture_.description = DescriptionOf(scenario);
     picture_.width = 2 * kMargin;
-    picture_.height = kMargin;
-    AddHeadline();
+    picture_.height = options.headline ? kMargin : kEdge;
+    if (options.headline) AddHeadline();
   }
 
   Picture Draw(const ScenarioGraph& graph, const Layout& layout) {
@@ -165,6 +166,9 @@ class DiagramDrawer {
   void AddHeadline() {
     constexpr double kMost = 900;
     Figure figure;
+    figure.id = picture_.id;
+    figure.title = scenario_.name;
+    figure.area = {kMargin, picture_.height, kHeadline, kHeadline};
     const std::string name = Shortened(scenario_.name, kMost, Ink::kTitle);
     figure.shapes.push_back(Text{Ink::kTitle, {kMargin, picture_.height + 15}, name});
     Grow(kMargin + WidthOf(name, Ink::kTitle), picture_.height + kHeadline);

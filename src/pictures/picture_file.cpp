@@ -7,13 +7,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 #include <memory>
-#include <random>
 
 #include "pictures/svg.h"
 #include "runtime/code_page.h"
+#include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
@@ -22,8 +21,6 @@ namespace merivane::pictures {
 using namespace runtime;
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr double kSharpness = 2;          // dots of a PNG for each pixel
 constexpr double kMostDots = 60'000'000;  // of a PNG in all
@@ -47,7 +44,7 @@ using Handle = std::unique_ptr<RsvgHandle, FreeWith<g_object_unref>>;
 }
 
 std::string EndingOf(const std::string& path) {
-  return UpperCase(fs::path(std::u8string(path.begin(), path.end())).extension().string());
+  return UpperCase(Utf8Of(PathOf(path).extension()));
 }
 
 cairo_status_t Append(void* bytes, const unsigned char* data, unsigned length) {
@@ -110,11 +107,6 @@ std::string ToPdf(const std::vector<Picture>& pictures) {
   return bytes;
 }
 
-std::string RandomEnding() {
-  std::random_device device;
-  return "." + std::to_string(device()) + ".tmp";
-}
-
 }  // namespace
 
 bool IsPictureName(const std::string& path) {
@@ -125,34 +117,29 @@ bool IsPictureName(const std::string& path) {
 double WritePictures(const std::vector<Picture>& pictures, const std::string& path) {
   const std::string ending = EndingOf(path);
   if (ending == ".PDF") {
-    WriteWholeFile(path, ToPdf(pictures));
+    WriteFile(path, ToPdf(pictures));
     double smallest = kPointsOfPixel;
     for (const Picture& picture : pictures) smallest = std::min(smallest, PdfScale(picture));
     return smallest / kPointsOfPixel;
   }
   const Picture all = Stacked(pictures);
   if (ending == ".PNG") {
-    WriteWholeFile(path, ToPng(all));
+    WriteFile(path, ToPng(all));
     return PngScale(all) / kSharpness;
   }
-  WriteWholeFile(path, ToSvgFile(all));
+  WriteFile(path, ToSvgFile(all));
   return 1;
 }
 
-void WriteWholeFile(const std::string& path, std::string_view bytes) {
-  const fs::path target(std::u8string(path.begin(), path.end()));
-  fs::path beside = target;
-  beside += RandomEnding();
-  std::ofstream file(beside, std::ios::binary);
-  if (!file) throw RunTimeError(kPermissionDenied);
+void WriteFile(const std::string& path, std::string_view bytes) {
+  const auto fail = [&](int number) {
+    throw RunTimeError(number, ErrorText(number) + ": '" + FromUtf8(path) + "'");
+  };
+  std::ofstream file(PathOf(path), std::ios::binary);
+  if (!file) fail(kPermissionDenied);
   file.write(bytes.data(), std::ssize(bytes));
   file.close();
-  std::error_code error;
-  if (file) fs::rename(beside, target, error);
-  if (file && !error) return;
-  const int number = file ? kPermissionDenied : kDiskFull;
-  fs::remove(beside, error);
-  throw RunTimeError(number);
+  if (!file) fail(kDiskFull);
 }
 
 }  // namespace merivane::pictures

@@ -1,13 +1,14 @@
 #include "pictures/scratch_model.h"
 
 #include <filesystem>
-#include <random>
 
+#include "runtime/file_names.h"
 #include "store/interim_db.h"
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::pictures {
 
+using namespace runtime;
 using namespace translator;
 
 namespace {
@@ -16,15 +17,12 @@ std::string TemporaryDatabase() {
   std::error_code error;
   const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
   if (error) throw RunTimeError(kPathNotFound);
-  std::random_device device;
-  const std::u8string path =
-      (folder / ("merivane-" + std::to_string(device()) + std::to_string(device()))).u8string();
-  return {path.begin(), path.end()};
+  return TemporaryNameIn(folder);
 }
 
 void Remove(const std::string& path) {
   std::error_code ignored;
-  std::filesystem::remove(std::u8string(path.begin(), path.end()), ignored);
+  std::filesystem::remove(PathOf(path), ignored);
 }
 
 }  // namespace

@@ -20,7 +20,8 @@ class SvgWriter {
     const std::string height = Number(picture_.height);
     out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"" + Attribute("width", width) +
             Attribute("height", height) + Attribute("viewBox", "0 0 " + width + ' ' + height) +
-            Attribute("role", "img") + Attribute("font-family", kFonts) + ">\n<title>" +
+            Attribute("role", inPage_ ? "group" : "img") + Attribute("font-family", kFonts) +
+            (inPage_ ? Attribute("style", LeastWidth()) : "") + ">\n<title>" +
             Escaped(picture_.title) + "</title>\n<desc>" + Escaped(picture_.description) +
             "</desc>\n";
     if (!inPage_) out_ += "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
@@ -30,6 +31,12 @@ class SvgWriter {
   }
 
  private:
+  // A page that is narrower scrolls.
+  std::string LeastWidth() const {
+    constexpr double kReadable = 0.6;
+    return "min-width:" + Number(picture_.width * kReadable) + "px";
+  }
+
   void Add(const Figure& figure) {
     faint_ = figure.faint;
     if (!figure.target.empty()) out_ += "<a href=\"#" + figure.target + "\">";

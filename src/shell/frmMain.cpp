@@ -12,7 +12,8 @@ constexpr int kLowestSuccess = 33;  // results below it are failures of the page
 }  // namespace
 
 frmMain::frmMain(Program& program)
-    : modelToProject(program.modelToProject, paths),
+    : workspace(program.workspace),
+      modelToProject(program.modelToProject, paths),
       projectToModel(program.projectToModel, paths),
       options(program.desktop),
       desktop_(program.desktop) {}

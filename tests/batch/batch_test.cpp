@@ -192,6 +192,19 @@ TEST_F(Batch, PicturesAreDrawnOfATextAndOfATranslatedModel) {
   EXPECT_NE(test::ReadFile(chart).find(">Carpenter, Flatbed truck</text>"), std::string::npos);
 }
 
+TEST_F(Batch, AReportGoesOnWithoutThePlanThatTheModelLeavesOpen) {
+  const std::string page = folder.Path("report.html");
+  const std::vector<std::string> command = {"report", Sample("bakery.txt"), "--output", page};
+  EXPECT_EQ(Run(command), kDoneWithMessages);
+  EXPECT_NE(err.str().find("--choose"), std::string::npos) << err.str();
+  EXPECT_NE(test::ReadFile(page).find("Multiple scenarios found."), std::string::npos);
+  EXPECT_EQ(Run(command), kRefused);
+  std::vector<std::string> chosen = command;
+  chosen.insert(chosen.end(), {"--force", "--choose", "Weekday bread"});
+  EXPECT_EQ(Run(chosen), kDone) << err.str();
+  EXPECT_NE(test::ReadFile(page).find("id=\"plan-task-1\""), std::string::npos);
+}
+
 TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
   const std::string svg = folder.Write("model.svg", "precious");
   const std::string wrong = folder.Write("wrong.txt", "Just a letter.\n");

@@ -39,13 +39,12 @@ TEST(PictureFileTest, TheEndingTellsTheKind) {
   EXPECT_LT(WritePictures({Drawing(400'000)}, folder.Path("wide.png")), 0.1);
 }
 
-TEST(PictureFileTest, AFileThatFailsLeavesNothingBehind) {
+TEST(PictureFileTest, APlaceThatRefusesIsTold) {
   const test::TemporaryFolder folder;
-  fs::create_directories(folder.Path("a.svg/full"));
-  EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path("a.svg")), RunTimeError);
-  EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path("none/a.svg")), RunTimeError);
-  const fs::directory_iterator left(folder.Path(""));
-  EXPECT_EQ(std::distance(begin(left), end(left)), 1);
+  fs::create_directories(folder.Path("a.svg"));
+  for (const char* name : {"a.svg", "none/a.svg"}) {
+    EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path(name)), RunTimeError) << name;
+  }
 }
 
 }  // namespace

@@ -23,10 +23,11 @@ TaskResources ReadTaskResources(Connection& connection, std::int32_t project,
 // Critical tasks and links stand out; what a task is of stands behind its bar. The id of the
 // picture is "plan", of a task's figure "task-" and its UID.
 Picture DrawChart(const schedule::Plan& plan, const schedule::Schedule& dates,
-                  const TaskResources& resources);
+                  const TaskResources& resources, bool headline = true);
 
 // Reads, works out the dates and draws. `today` is the beginning of a plan that tells none. Errors
 // of the database come up as RunTimeErrors, links in a circle as error 5.
-Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today);
+Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
+                  bool headline = true);
 
 }  // namespace merivane::pictures

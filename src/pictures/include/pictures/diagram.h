@@ -12,6 +12,7 @@ namespace merivane::pictures {
 
 struct DiagramOptions {
   bool objects = false;                     // list the objects of a unit below it
+  bool headline = true;                     // the scenario's name above it
   std::chrono::milliseconds limit{10'000};  // for the layout of all scenarios together
 };
 

@@ -42,6 +42,8 @@ class frmMain : public Form {
 
   std::string HelpFile;  // set at the end of start-up
 
+  Workspace& workspace;  // of the program
+
   ApplicationPaths paths;
   frmIDEF3ToProject modelToProject;
   frmProjectToIDEF3 projectToModel;

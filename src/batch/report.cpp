@@ -1,0 +1,92 @@
+#include "pictures/report.h"
+
+#include <algorithm>
+
+#include "inspect/check.h"
+#include "picture_commands.h"
+#include "pictures/chart.h"
+#include "pictures/picture_file.h"
+#include "pictures/scratch_model.h"
+#include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
+#include "runtime/text.h"
+#include "scenario_chooser.h"
+
+namespace merivane::batch {
+
+using namespace pictures;
+
+namespace {
+
+// Why a translation ended before its time: the question left open, or the last box.
+std::string WhyNoPlan(const Session& session, const ScenarioChooser& chooser) {
+  const std::string begin = "The plan is not drawn, since the translation did not get to its end: ";
+  if (!chooser.OpenQuestion().empty()) return begin + chooser.OpenQuestion();
+  const std::vector<std::string> texts = session.desktop.MessageTexts();
+  return begin + (texts.empty() ? "" : texts.back());
+}
+
+// The model as it was read and, where a translation gets through, its plan.
+Report ReadReport(Session& session, const ReportOptions& options, ScenarioChooser& chooser) {
+  Report report;
+  ScratchModel scratch(session.program);
+  scratch.Read(options.model);
+  const auto read = [&] {
+    report.model = ReadProcessModel(scratch.Database(), ScratchModel::kProject);
+  };
+  read();
+  if (report.model.scenarios.empty()) return report;
+  try {
+    scratch.Translate();
+    report.chart =
+        DrawChart(scratch.Database(), ScratchModel::kProject, session.desktop.today, false);
+    read();
+  } catch (const ProgramEnd&) {
+    report.whyNoChart = WhyNoPlan(session, chooser);
+  } catch (const RunTimeError& error) {
+    report.whyNoChart = "The plan is not drawn: " + error.Description();
+  }
+  return report;
+}
+
+bool IsPageName(const std::string& path) {
+  const std::string name = UpperCase(path);
+  return name.ends_with(".HTML") || name.ends_with(".HTM");
+}
+
+}  // namespace
+
+int RunReport(Session& session, const ReportOptions& options) {
+  if (!IsPageName(options.output)) {
+    return session.Refuse(options.output + " is no name of a page: .html.");
+  }
+  if (!session.Admits(
+          {{"the model", options.model},
+           {"--output", options.output, true, options.force ? "" : "--force to replace it"}})) {
+    return kRefused;
+  }
+  ScenarioChooser chooser(session, options.choices);
+  session.OnModalForm([&](ModalForm& form) {
+    if (auto* scenarios = dynamic_cast<multi*>(&form)) chooser.Answer(*scenarios);
+  });
+  Report report = ReadReport(session, options, chooser);
+  if (report.model.scenarios.empty()) {
+    session.Say(options.model + " holds no scenario: there is nothing to report.");
+    return kFailed;
+  }
+  report.findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
+  report.diagrams =
+      DrawDiagrams(report.model.scenarios, {.objects = options.objects, .headline = false});
+  WriteFile(session.kept.StandInFor(options.output), ReportPage(report));
+  if (!report.chart) session.Say(ToUtf8(report.whyNoChart));
+  const std::size_t count = report.diagrams.size();
+  session.Report(std::to_string(count) + (count == 1 ? " diagram" : " diagrams") +
+                 (report.chart ? " and the plan" : "") + "; written: " + options.output +
+                 session.Notes());
+  const bool asAsked =
+      report.chart && std::none_of(report.diagrams.begin(), report.diagrams.end(),
+                                   [](const Diagram& diagram) { return diagram.outline; });
+  return asAsked && session.log.MessageCount() == 0 ? kDone : kDoneWithMessages;
+}
+
+}  // namespace merivane::batch

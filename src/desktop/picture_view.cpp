@@ -1,0 +1,162 @@
+#include "picture_view.h"
+
+#include <QGraphicsItem>
+#include <QStyleOptionGraphicsItem>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+#include "paint_figure.h"
+#include "qt_text.h"
+
+namespace merivane::desktop {
+
+namespace {
+
+constexpr double kSmallest = 0.02;
+constexpr double kLargest = 8;
+constexpr double kLeastAtFirst = 0.5;  // a picture that would be smaller is shown from its top left
+constexpr double kReadable = 0.25;     // below it texts are left out
+
+}  // namespace
+
+class FigureItem : public QGraphicsItem {
+ public:
+  explicit FigureItem(const pictures::Figure& figure) : figure_(figure), bounds_(BoundsOf(figure)) {
+    const QString title = ToQt(figure.title);
+    if (!title.isEmpty()) {
+      // Rich text wraps long lines.
+      setToolTip("<p>" + title.toHtmlEscaped().replace('\n', "<br>") + "</p>");
+    }
+  }
+
+  const pictures::Figure& Shown() const { return figure_; }
+  QString Headline() const { return ToQt(figure_.title).section('\n', 0, 0); }
+  void SetMarked(bool marked) {
+    marked_ = marked;
+    update();
+  }
+
+  QRectF boundingRect() const override { return bounds_.adjusted(-kMark, -kMark, kMark, kMark); }
+  QPainterPath shape() const override {
+    QPainterPath path;
+    path.addRect(bounds_);
+    return path;
+  }
+  void paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
+             QWidget* /*widget*/) override {
+    const double scale =
+        QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+    PaintFigure(*painter, figure_, scale >= kReadable);
+    if (!marked_) return;
+    QPen pen(QColor(0xe0, 0x8a, 0x00), 3);
+    pen.setCosmetic(true);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(bounds_.adjusted(-3, -3, 3, 3), 4, 4);
+  }
+
+ private:
+  static constexpr double kMark = 8;
+  const pictures::Figure& figure_;
+  QRectF bounds_;
+  bool marked_ = false;
+};
+
+PictureView::PictureView(pictures::Picture picture) : picture_(std::move(picture)) {
+  setObjectName("picture");
+  setAccessibleName(ToQt(picture_.title));
+  setAccessibleDescription(ToQt(picture_.description));
+  setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+  setDragMode(ScrollHandDrag);
+  setTransformationAnchor(AnchorUnderMouse);
+  setBackgroundBrush(palette().brush(QPalette::Mid));
+  const QRectF sheet(0, 0, picture_.width, picture_.height);
+  scene_.addRect(sheet, Qt::NoPen, Qt::white);
+  for (const pictures::Figure& figure : picture_.figures) {
+    items_.push_back(new FigureItem(figure));
+    scene_.addItem(items_.back());
+  }
+  scene_.setSceneRect(sheet);
+  setScene(&scene_);
+}
+
+void PictureView::ZoomTo(double scale) {
+  const double wanted = std::clamp(scale, kSmallest, kLargest);
+  QGraphicsView::scale(wanted / Scale(), wanted / Scale());
+  if (OnZoom) OnZoom();
+}
+
+void PictureView::ZoomBy(double factor) { ZoomTo(Scale() * factor); }
+
+void PictureView::Fit() {
+  const QSizeF room = viewport()->size();
+  ZoomTo(std::min({1.0, room.width() / picture_.width, room.height() / picture_.height}));
+  centerOn(sceneRect().center());
+}
+
+void PictureView::showEvent(QShowEvent* event) {
+  QGraphicsView::showEvent(event);
+  if (shown_) return;
+  shown_ = true;
+  Fit();
+  if (Scale() >= kLeastAtFirst) return;
+  ZoomTo(1);
+  centerOn(0, 0);
+}
+
+void PictureView::wheelEvent(QWheelEvent* event) {
+  constexpr double kFactorOfNotch = 1.2;
+  constexpr double kNotch = 120;
+  if ((event->modifiers() & Qt::ControlModifier) == 0) {
+    QGraphicsView::wheelEvent(event);
+    return;
+  }
+  ZoomBy(std::pow(kFactorOfNotch, event->angleDelta().y() / kNotch));
+  event->accept();
+}
+
+void PictureView::Mark(FigureItem* item) {
+  if (marked_ != nullptr) marked_->SetMarked(false);
+  marked_ = item;
+  if (item == nullptr) return;
+  item->SetMarked(true);
+  if (Scale() < kReadable) ZoomTo(1);
+  const pictures::Point centre = item->Shown().area.Centre();
+  centerOn(centre.x, centre.y);
+}
+
+PictureView::Found PictureView::Find(const QString& text, bool anew) {
+  std::vector<FigureItem*> fitting;
+  if (!text.isEmpty()) {
+    for (FigureItem* item : items_) {
+      if (item->Headline().contains(text, Qt::CaseInsensitive)) fitting.push_back(item);
+    }
+  }
+  auto next = fitting.begin();
+  if (!anew) {
+    const auto marked = std::find(fitting.begin(), fitting.end(), marked_);
+    if (marked != fitting.end() && marked + 1 != fitting.end()) next = marked + 1;
+  }
+  Mark(next == fitting.end() ? nullptr : *next);
+  Found found{.place = 0, .count = static_cast<int>(fitting.size())};
+  if (!fitting.empty()) found.place = static_cast<int>(next - fitting.begin()) + 1;
+  return found;
+}
+
+bool PictureView::GoTo(const std::string& id) {
+  const auto found = std::find_if(items_.begin(), items_.end(),
+                                  [&](FigureItem* item) { return item->Shown().id == id; });
+  if (id.empty() || found == items_.end()) return false;
+  Mark(*found);
+  return true;
+}
+
+QString PictureView::Marked() const { return marked_ == nullptr ? QString() : marked_->Headline(); }
+
+void PictureView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const auto* item = dynamic_cast<FigureItem*>(itemAt(event->position().toPoint()));
+  if (item == nullptr || !GoTo(item->Shown().target)) QGraphicsView::mouseDoubleClickEvent(event);
+}
+
+}  // namespace merivane::desktop

@@ -1,0 +1,46 @@
+// The window that shows diagrams or a chart.
+#pragma once
+
+#include <QMainWindow>
+#include <vector>
+
+#include "pictures/picture.h"
+
+class QLabel;
+class QLineEdit;
+class QToolBar;
+
+namespace merivane::desktop {
+
+using namespace pictures;
+
+class PictureView;
+class QtDesktop;
+
+// Shows the pictures one below the other, and goes away when it is closed. `note` stands in the
+// status bar.
+class PictureWindow : public QMainWindow {
+ public:
+  static constexpr int kHelpContextId = 7020;
+
+  PictureWindow(std::vector<pictures::Picture> shown, const QString& note, QtDesktop& desktop,
+                QWidget* parent);
+
+ private:
+  void AddTools();
+  void AddSearch(QToolBar& tools);
+  QAction* AddAction(QToolBar& tools, const char* name, const QString& text,
+                     const QKeySequence& keys);
+  void Search(bool anew);
+  void Export();
+  void Print();
+
+  QtDesktop& desktop_;
+  std::vector<pictures::Picture> pictures_;
+  PictureView* view_;
+  QLineEdit* search_;
+  QLabel* found_;
+  QLabel* zoom_;
+};
+
+}  // namespace merivane::desktop

@@ -1,0 +1,155 @@
+#include "view_menu.h"
+
+#include <QAction>
+#include <QInputDialog>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "desktop/qt_desktop.h"
+#include "help_context.h"
+#include "picture_window.h"
+#include "pictures/chart.h"
+#include "pictures/diagram.h"
+#include "pictures/scratch_model.h"
+#include "platform/scripted_desktop.h"
+#include "qt_text.h"
+#include "runtime/conversions.h"
+#include "shell/browse.h"
+#include "store/recordset.h"
+
+namespace merivane::desktop {
+
+namespace {
+
+constexpr int kMenuContext = 1012;
+constexpr int kDiagramContext = 1013;
+constexpr int kChartContext = 1014;
+
+// What the reader's boxes said, for the status bar.
+QString NoteOf(const ScriptedDesktop& desktop) {
+  QStringList texts;
+  for (const std::string& text : desktop.MessageTexts()) texts.append(ToQt(text).simplified());
+  return texts.join("  ");
+}
+
+void OpenDiagrams(const pictures::ProcessModel& model, QString note, QtDesktop& desktop,
+                  QWidget* parent) {
+  std::vector<pictures::Picture> drawings;
+  for (pictures::Diagram& diagram : pictures::DrawDiagrams(model.scenarios, {})) {
+    if (diagram.outline) {
+      note += " The scenario '" + ToQt(diagram.picture.title) +
+              "' is too large to be laid out: its units stand in a list.";
+    }
+    drawings.push_back(std::move(diagram.picture));
+  }
+  (new PictureWindow(std::move(drawings), note.trimmed(), desktop, parent))->show();
+}
+
+}  // namespace
+
+ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace)
+    : QObject(&window), window_(window), desktop_(desktop), workspace_(workspace) {
+  auto* menu = new QMenu("&View", &window);
+  QAction* action = window.menuBar()->insertMenu(before, menu);
+  action->setObjectName("mnuView");
+  SetHelpContext(action, kMenuContext);
+  AddItem(*menu, "mnuProcessDiagram", "Process &diagram...", kDiagramContext,
+          &ViewMenu::ShowDiagram);
+  AddItem(*menu, "mnuPlanChart", "Plan &chart...", kChartContext, &ViewMenu::ShowChart);
+}
+
+void ViewMenu::AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
+                       void (ViewMenu::*show)()) {
+  QAction* action = menu.addAction(text);
+  action->setObjectName(name);
+  SetHelpContext(action, helpContext);
+  connect(action, &QAction::triggered, this,
+          [this, show] { desktop_.Run([this, show] { (this->*show)(); }); });
+}
+
+void ViewMenu::ShowDiagram() {
+  const std::string path =
+      desktop_.AskFileName({"Models and translated models (*.txt *.mdb)|*.txt", "Process diagram"});
+  if (path.empty()) return;
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  if (HasExtension(path, "mdb")) {
+    ShowDatabase(path);
+  } else {
+    ShowText(path);
+  }
+}
+
+void ViewMenu::ShowText(const std::string& path) {
+  ScriptedDesktop quiet;
+  quiet.appPath = desktop_.AppPath();
+  quiet.templatePath = desktop_.TemplatePath();
+  Program program(quiet);
+  pictures::ProcessModel model;
+  try {
+    pictures::ScratchModel scratch(program);
+    scratch.Read(path);
+    model = pictures::ReadProcessModel(scratch.Database(), pictures::ScratchModel::kProject);
+  } catch (const ProgramEnd&) {
+    model.scenarios.clear();
+  }
+  if (model.scenarios.empty()) {
+    desktop_.ShowMessage({FromUtf8(path) + " holds no scenario that can be drawn. " +
+                              FromUtf8(NoteOf(quiet).toStdString()),
+                          MessageIcon::kExclamation});
+    return;
+  }
+  OpenDiagrams(model, NoteOf(quiet), desktop_, &window_);
+}
+
+void ViewMenu::ShowDatabase(const std::string& path) {
+  Connection connection(workspace_);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  const auto project = PickProject(connection);
+  if (!project) return;
+  const pictures::ProcessModel model = pictures::ReadProcessModel(connection, *project);
+  if (model.scenarios.empty()) {
+    desktop_.ShowMessage({FromUtf8(path) + " holds no model of this project, only its plan.",
+                          MessageIcon::kExclamation});
+    return;
+  }
+  OpenDiagrams(model, "Grey: stays out of the plan.", desktop_, &window_);
+}
+
+void ViewMenu::ShowChart() {
+  const std::string path = desktop_.AskFileName({"Plans (*.mdb)|*.mdb", "Plan chart"});
+  if (path.empty()) return;
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  Connection connection(workspace_);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  const auto project = PickProject(connection);
+  if (!project) return;
+  pictures::Picture chart = pictures::DrawChart(connection, *project, desktop_.Today());
+  const QString note = ToQt(chart.description);
+  (new PictureWindow({std::move(chart)}, note, desktop_, &window_))->show();
+}
+
+std::optional<std::int32_t> ViewMenu::PickProject(Connection& connection) {
+  std::vector<std::int32_t> ids;
+  QStringList names;
+  Recordset rows;
+  rows.OpenStatic("select PROJ_ID, PROJ_NAME from MSP_PROJECTS", &connection);
+  for (; !rows.Eof(); rows.MoveNext()) {
+    if (!IsNumeric(rows.Field(0))) continue;
+    ids.push_back(ToInt32(rows.Field(0)));
+    names.append(QString("%1  %2").arg(ids.back()).arg(ToQt(Joined(rows.Field(1)))));
+  }
+  if (ids.empty()) {
+    desktop_.ShowMessage(
+        {FromUtf8(connection.DatabaseName()) + " holds no project.", MessageIcon::kExclamation});
+    return std::nullopt;
+  }
+  if (ids.size() == 1) return ids.front();
+  bool picked = false;
+  const QString name =
+      QInputDialog::getItem(&window_, "Choose a project", "Project:", names, 0, false, &picked);
+  if (!picked) return std::nullopt;
+  return ids[static_cast<std::size_t>(names.indexOf(name))];
+}
+
+}  // namespace merivane::desktop

@@ -1,0 +1,40 @@
+// The menu "View": opens pictures of a model or a plan.
+#pragma once
+
+#include <QObject>
+#include <optional>
+
+#include "store/connection.h"
+
+class QAction;
+class QMainWindow;
+class QMenu;
+
+namespace merivane::desktop {
+
+using namespace store;
+
+class QtDesktop;
+
+class ViewMenu : public QObject {
+ public:
+  // Adds the menu in front of `before`. All outlive it; it belongs to the window.
+  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace);
+
+ private:
+  void AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
+               void (ViewMenu::*show)());
+  void ShowDiagram();
+  void ShowChart();
+  void ShowText(const std::string& path);
+  void ShowDatabase(const std::string& path);
+  // The project of the database, or the one that the user picks; nothing when cancelled or where
+  // there is none, which shows a box.
+  std::optional<std::int32_t> PickProject(Connection& connection);
+
+  QMainWindow& window_;
+  QtDesktop& desktop_;
+  Workspace& workspace_;
+};
+
+}  // namespace merivane::desktop

@@ -1,0 +1,69 @@
+#include "report_style.h"
+
+namespace merivane::pictures {
+
+const char* const kReportStyle = R"(
+:root { color-scheme: light dark; --paper: #ffffff; --text: #1f2933; --quiet: #5f6c7b;
+  --line: #d9e2ec; --tint: #f5f7fa; --link: #2a6496; --error: #b3402a; --warning: #8a6100; }
+* { box-sizing: border-box; }
+body { margin: 0 auto; max-width: 84rem; padding: 2rem 1.5rem 4rem; background: var(--paper);
+  color: var(--text); font: 15px/1.5 'Segoe UI', 'Helvetica Neue', Arial, 'DejaVu Sans', sans-serif; }
+h1 { font-size: 1.9rem; line-height: 1.2; margin: 0 0 .3rem; }
+h2 { font-size: 1.3rem; margin: 0 0 .4rem; }
+p { margin: .3rem 0 .8rem; max-width: 48rem; }
+a { color: var(--link); }
+.quiet { color: var(--quiet); }
+section { margin-top: 2.6rem; padding-top: 1.2rem; border-top: 1px solid var(--line); }
+nav ul { list-style: none; margin: 0; padding-left: 1.1rem; }
+nav > ul { padding: 0; columns: 18rem; margin-top: 1rem; }
+figure { margin: .8rem 0; overflow-x: auto; }
+figure svg { display: block; max-width: 100%; height: auto; }
+figure a:hover .unit, figure a:focus .unit { stroke-width: 2.4; }
+table { border-collapse: collapse; width: 100%; margin: .6rem 0; font-size: .9rem; }
+th, td { text-align: left; vertical-align: top; padding: .35rem .7rem .35rem 0;
+  border-bottom: 1px solid var(--line); overflow-wrap: anywhere; }
+th { color: var(--quiet); font-weight: 600; white-space: nowrap; }
+td { min-width: 6rem; }
+td:nth-child(2) { min-width: 14rem; }
+td.number { min-width: 0; white-space: nowrap; }
+.error { color: var(--error); font-weight: 600; }
+.warning { color: var(--warning); font-weight: 600; }
+summary { cursor: pointer; color: var(--link); }
+pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pre-wrap; }
+@media screen and (prefers-color-scheme: dark) {
+  :root { --paper: #14191f; --text: #e4e9ee; --quiet: #9fb0c0; --line: #2c3742; --tint: #1b222a;
+    --link: #7db7e8; --error: #ef8a75; --warning: #e0b04a; }
+  svg .unit, svg .junction { fill: #1b242e; stroke: #86a8c8; }
+  svg .behind { fill: #2a3846; stroke: #86a8c8; }
+  svg .strip { fill: #243140; stroke: #86a8c8; }
+  svg .divider, svg .bar { stroke: #86a8c8; }
+  svg .name, svg .sign, svg .title, svg .listed, svg .tname, svg .sname { fill: #e4e9ee; }
+  svg .number, svg .objects, svg .jname, svg .subtitle, svg .listno, svg .axis, svg .who
+    { fill: #9fb0c0; }
+  svg .link, svg .relation { stroke: #86a8c8; }
+  svg .arrow { fill: #86a8c8; }
+  svg .grid { stroke: #2c3742; }
+  svg .weekend { fill: #1b222a; }
+  svg .task { fill: #5b93c4; }
+  svg .critical { fill: #d9745c; }
+  svg .summary { fill: #b6c6d6; }
+  svg .milestone { fill: #e4e9ee; }
+  svg .faint .unit, svg .faint .strip, svg .faint .behind { fill: #181e25; stroke: #46525e; }
+  svg .faint .junction { fill: #181e25; stroke: #46525e; }
+  svg .faint .divider, svg .faint .bar, svg .faint .link, svg .faint .relation
+    { stroke: #46525e; }
+  svg .faint .arrow { fill: #46525e; }
+  svg .faint text { fill: #66727e; }
+}
+@media print {
+  body { max-width: none; padding: 0; font-size: 10pt; }
+  section { break-inside: auto; }
+  h2, figure { break-after: avoid; break-inside: avoid; }
+  figure { overflow: visible; }
+  figure svg { min-width: 0 !important; }
+  summary, nav { display: none; }
+  a { color: inherit; text-decoration: none; }
+}
+)";
+
+}  // namespace merivane::pictures

@@ -1,0 +1,118 @@
+#include <QGraphicsItem>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPrinter>
+
+#include "desktop_fixture.h"
+#include "picture_printer.h"
+#include "picture_view.h"
+
+namespace merivane::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+class PictureWindowTest : public DesktopTest {
+ protected:
+  // The window that the menu item opens for the file; null where none opens.
+  QMainWindow* Show(const char* item, const std::string& file) {
+    names.names.push_back(file);
+    window.findChild<QAction*>(item)->trigger();
+    return window.findChild<QMainWindow*>("pictureWindow");
+  }
+  static PictureView& View(QMainWindow& picture) {
+    return User::Get<PictureView>(picture, "picture");
+  }
+  static std::string Label(QMainWindow& picture, const char* name) {
+    return User::Get<QLabel>(picture, name).text().toStdString();
+  }
+  static void Trigger(QMainWindow& picture, const char* action) {
+    picture.findChild<QAction*>(action)->trigger();
+  }
+};
+
+TEST_F(PictureWindowTest, SearchMarksAndCentresOneUnitAfterTheOther) {
+  QMainWindow* picture = Show("mnuProcessDiagram", MERIVANE_SAMPLES "/festival.txt");
+  ASSERT_NE(picture, nullptr);
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(picture));
+  PictureView& view = View(*picture);
+  view.ZoomTo(4);
+  QWidget& search = User::Find(*picture, "search");
+  QTest::keyClicks(&search, "PRINT the");
+  EXPECT_EQ(view.Marked().toStdString(), "Print the tickets (unit 8, A31)");
+  EXPECT_EQ(Label(*picture, "found"), "1 of 2");
+  QTest::keyClick(&search, Qt::Key_Return);
+  EXPECT_EQ(view.Marked().toStdString(), "Print the tickets (unit 10, A31)");
+  const QPoint middle = view.viewport()->rect().center();
+  ASSERT_NE(view.itemAt(middle), nullptr);
+  EXPECT_THAT(view.itemAt(middle)->toolTip().toStdString(), HasSubstr("unit 10, A31"));
+  QTest::keyClicks(&search, "!");
+  EXPECT_EQ(Label(*picture, "found"), "Not found");
+  EXPECT_EQ(view.Marked(), QString());
+
+  QTest::keyClick(&search, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(&search, "Sell the tickets");
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, middle);
+  EXPECT_EQ(view.Marked().toStdString(), "Sale at the box office");
+}
+
+TEST_F(PictureWindowTest, ExportWritesByTheEndingAndAsksBeforeItReplaces) {
+  QMainWindow* picture = Show("mnuProcessDiagram", MERIVANE_SAMPLES "/onboarding.txt");
+  ASSERT_NE(picture, nullptr);
+  const std::string file = folder.Write("a.png", "precious");
+  user.answers = {QMessageBox::No, QMessageBox::Yes};
+  for (const auto& name : {file, folder.Path("a.jpg"), file}) {
+    names.names.push_back(name);
+    EXPECT_EQ(ReadFile(file), "precious");
+    Trigger(*picture, "export");
+  }
+  EXPECT_THAT(ReadFile(file), StartsWith("\x89PNG"));
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("replace"), HasSubstr("no name of a picture"),
+                                      HasSubstr("replace")));
+}
+
+TEST_F(PictureWindowTest, ZoomFitsAndEachPictureGetsItsPages) {
+  pictures::Picture wide;
+  wide.width = 4000;
+  wide.height = 30;
+  pictures::Figure figure;
+  figure.id = "end";
+  figure.title = "End";
+  figure.area = {3900, 0, 50, 30};
+  figure.shapes.push_back(pictures::Box{pictures::Ink::kUnit, figure.area});
+  wide.figures.push_back(figure);
+  PictureView view(wide);
+  view.resize(400, 300);
+  view.show();
+  view.Fit();
+  EXPECT_LT(view.Scale(), 0.11);
+  EXPECT_TRUE(view.GoTo("end"));
+  EXPECT_EQ(view.Scale(), 1);  // marked where it can be read
+
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(QString::fromStdString(folder.Path("a.pdf")));
+  PrintPictures(printer, {wide, wide});
+  const std::string pdf = ReadFile(folder.Path("a.pdf"));
+  EXPECT_THAT(pdf, HasSubstr("/Count 6"));
+}
+
+TEST_F(PictureWindowTest, ChartsAndTranslatedModelsComeFromADatabaseAndItsChosenProject) {
+  const std::string database = folder.Path("plan.mdb");
+  MakePlan(database, folder.Path("plan.mpx"));
+  EXPECT_THAT(Label(*Show("mnuPlanChart", database), "pictureNote"), HasSubstr("5 tasks"));
+  delete window.findChild<QMainWindow*>("pictureWindow");
+  EXPECT_THAT(Label(*Show("mnuProcessDiagram", database), "pictureNote"), HasSubstr("Grey"));
+  delete window.findChild<QMainWindow*>("pictureWindow");
+  EXPECT_EQ(Show("mnuPlanChart", folder.Write("wrong.mdb", "none")), nullptr);
+  EXPECT_EQ(Show("mnuProcessDiagram", folder.Write("wrong.txt", "none")), nullptr);
+  EXPECT_EQ(Show("mnuProcessDiagram", folder.Path("none.txt")), nullptr);
+  EXPECT_EQ(user.boxes.size(), 3U);
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,79 @@
+#include "pictures/report.h"
+
+#include <gmock/gmock.h>
+
+#include <regex>
+#include <set>
+
+#include "model_fixture.h"
+
+namespace merivane::test {
+
+using namespace pictures;
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class ReportTest : public test::ModelFixture {
+ protected:
+  std::string Page() {
+    Report report;
+    report.model = ReadProcessModel(Model(), 1);
+    report.diagrams = DrawDiagrams(report.model.scenarios, {.headline = false});
+    report.findings.push_back({.line = 12,
+                               .element = {.kind = "unit", .number = 3, .name = "<i>"},
+                               .sentence = "It's < 1.",
+                               .advice = "Ask."});
+    report.whyNoChart = "No plan & no <chart>.";
+    return ReportPage(report);
+  }
+  static std::vector<std::string> Matches(const std::string& page, const char* pattern) {
+    const std::regex expression(pattern);
+    std::vector<std::string> found;
+    for (std::sregex_iterator at(page.begin(), page.end(), expression), end; at != end; ++at) {
+      found.push_back((*at)[1]);
+    }
+    return found;
+  }
+};
+
+TEST_F(ReportTest, EveryLinkHasItsPlaceAndEveryPlaceIsThereOnce) {
+  Scenario(1, "Yard");
+  Scenario(2, "Of U1", 1);
+  Scenario(3, "Of itself", 30);
+  Uobs({1, 2});
+  Uob(20, 2);
+  Uob(30, 3);
+  Junction(100, "Fan Out", "XOR");
+  Links({{1, 100}, {100, 2}});
+  const std::string page = Page();
+  const auto ids = Matches(page, " id=\"([^\"]*)\"");
+  const std::set<std::string> places(ids.begin(), ids.end());
+  EXPECT_EQ(places.size(), ids.size());
+  const auto targets = Matches(page, " href=\"#([^\"]*)\"");
+  for (const std::string& target : targets) EXPECT_TRUE(places.contains(target)) << target;
+  // In the contents, in the diagram and in its words.
+  EXPECT_EQ(std::count(targets.begin(), targets.end(), "scenario-2"), 3);
+  EXPECT_THAT(page, HasSubstr("junction J100 (XOR)"));
+}
+
+TEST_F(ReportTest, TextsAreTextAndNothingIsFetched) {
+  const std::string nasty = "</svg><script src='http://x'>\x80&\x01";
+  Scenario(1, nasty.c_str());
+  Uob(1, 1, {{"Name", nasty}, {"Constraint_List", "  " + nasty + "\r\n  second\r\n"}}, nasty);
+  Add("Object_Pool", {{"Num", 7}, {"Name", nasty}, {"Alias", nasty}, {"Quantity", 1.5}});
+  Add("Fact_Pool", {{"Num", 8}, {"Name", nasty}, {"Glossary", nasty}});
+  const std::string page = Page();
+  EXPECT_THAT(page, Not(HasSubstr("<script")));
+  EXPECT_THAT(page, Not(HasSubstr("\x01")));
+  EXPECT_THAT(page, HasSubstr("No plan &amp; no &lt;chart&gt;."));
+  EXPECT_THAT(page, HasSubstr("\xe2\x82\xac&amp;\xef\xbf\xbd<br>second"));
+  EXPECT_THAT(page, HasSubstr("<td>1.5</td>"));
+  EXPECT_THAT(page, HasSubstr("<td>unit 3 '&lt;i&gt;'</td><td>It's &lt; 1.</td>"));
+  EXPECT_TRUE(Matches(page, "(src|href|url)=?[\"(](?!#)").empty());
+}
+
+}  // namespace
+}  // namespace merivane::test
