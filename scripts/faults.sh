@@ -30,9 +30,10 @@ base=$place/base
 mkdir "$base"
 cd "$base"
 cp "$root/samples/onboarding.txt" model.txt
-"$batch" to-project model.txt --database plan.mdb --mpx plan.mpx --quiet
+"$batch" to-project model.txt --database plan.mdb --mpx plan.mpx --xml plan.xml --quiet
 sed -i 's/,Set up the desk,/,Set up desk and chair,/' plan.mpx
 echo "an earlier text" > again.txt
+echo "an earlier picture" > again.svg
 
 declare -A commands=(
   [new]="to-project model.txt --database new.mdb --mpx new.mpx"
@@ -41,7 +42,13 @@ declare -A commands=(
   [text]="to-model --database plan.mdb --project 1 --output again.txt --force"
   [merge]="to-model --mpx plan.mpx --interim plan.mdb --merge 1 --output again.txt --force"
   [rebuild]="to-model --mpx plan.mpx --interim plan.mdb --overwrite --output again.txt --force"
+  [xml]="to-model --xml plan.xml --interim plan.mdb --merge 1 --output again.txt --force"
+  [preview]="to-model --mpx plan.mpx --interim plan.mdb --merge 1 --dry-run"
+  [export]="export plan.mdb --project 1 --xml plan.xml --force"
   [projects]="projects plan.mdb"
+  [check]="check model.txt"
+  [draw]="draw model.txt --output again.svg --force"
+  [chart]="chart plan.mdb --project 1 --output again.svg --force"
 )
 
 # text_of DATABASE PROJECT: the project as a text, which only a whole database gives.

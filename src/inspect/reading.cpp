@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "machine_fault.h"
 #include "platform/scripted_desktop.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -279,6 +280,7 @@ void ReadInto(Reading& reading, const std::string& path, const std::string& temp
   } catch (const ProgramEnd&) {
     // The box before it is a finding.
   }
+  ThrowMachineFault(desktop);
   reading.Finish();
 }
 

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "machine_fault.h"
 #include "platform/scripted_desktop.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -20,7 +21,6 @@ using namespace translator;
 
 namespace {
 
-constexpr const char* kFatalTitle = "IDEF3 to Project";
 constexpr std::int32_t kMostRows = 32767;
 
 bool OffersPaths(const Junction& junction) {
@@ -51,8 +51,10 @@ class Trial : public PathListener {
       ReadNeutralText(state, path);
       const std::size_t boxes = desktop_.shown.size();
       TranslateToProject(state, "");
+      ThrowMachineFault(desktop_);
       ReportBoxes(boxes);
     } catch (const ProgramEnd&) {
+      ThrowMachineFault(desktop_);
       const std::vector<std::string> boxes = desktop_.MessageTexts();
       ReportFailure(*state.gMspConn, boxes.empty() ? "" : boxes.back(), isSound);
     }
