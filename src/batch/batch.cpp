@@ -154,7 +154,7 @@ CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
 }
 
 int RunCommandLine(const std::vector<std::string>& arguments, const std::string& programFolder,
-                   std::ostream& out, std::ostream& err) {
+                   std::ostream& out, std::ostream& err, bool terminal) {
   CommandLine line;
   CLI::App app("Translates between IDEF3 process models (Neutral Text) and project plans.",
                "merivane-batch");
@@ -177,7 +177,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   }
   if (!line.todayText.empty()) line.common.today = ParseDate(line.todayText);
 
-  Session session(line.common, programFolder, out, err);
+  Session session(line.common, programFolder, out, err, terminal);
   return session.Run([&]() -> int {
     if (*toProject) return RunToProject(session, line.toProject);
     if (*toModel) return RunToModel(session, line.toModel);
@@ -193,8 +193,8 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
 }  // namespace
 
 int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
-             std::ostream& out, std::ostream& err) {
-  return Guarded(err, [&] { return RunCommandLine(arguments, programFolder, out, err); });
+             std::ostream& out, std::ostream& err, bool terminal) {
+  return Guarded(err, [&] { return RunCommandLine(arguments, programFolder, out, err, terminal); });
 }
 
 }  // namespace merivane::batch

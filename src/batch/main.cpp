@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "batch/batch.h"
+#include "platform/terminal.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ int main(int argc, char** argv) try {
   IgnoreFailedWrites();
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   return merivane::batch::RunBatch(arguments, ProgramFolder(argc > 0 ? argv[0] : ""), std::cout,
-                                   std::cerr);
+                                   std::cerr, merivane::platform::StandardErrorIsTerminal());
 } catch (const std::exception& error) {
   std::cerr << "merivane-batch: " << error.what() << '\n';
   return merivane::batch::kFailed;

@@ -4,9 +4,12 @@
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
+#include "shell/run_result.h"
 #include "store/recordset.h"
 
 namespace merivane::batch {
+
+using namespace shell;
 
 namespace {
 
@@ -38,12 +41,6 @@ std::vector<std::int32_t> IdsOf(const std::vector<ProjectRow>& projects,
 }
 
 }  // namespace
-
-long CountRows(Connection& connection, const std::string& sql) {
-  Recordset rows;
-  rows.OpenStatic(sql, &connection);
-  return rows.RecordCount();
-}
 
 std::vector<ProjectRow> ListProjects(Workspace& workspace, const std::string& path) {
   Connection connection(workspace);

@@ -25,7 +25,4 @@ std::vector<ProjectRow> ListProjects(Workspace& workspace, const std::string& pa
 std::optional<std::int32_t> FindProject(const std::vector<ProjectRow>& projects,
                                         const std::string& idOrName, std::string& reason);
 
-// Rows of a statement "select count(*) ..." shape: the rows that `sql` gives.
-long CountRows(Connection& connection, const std::string& sql);
-
 }  // namespace merivane::batch

@@ -13,11 +13,12 @@ bool Succeeded(int status) { return status == kDone || status == kDoneWithMessag
 }  // namespace
 
 Session::Session(const CommonOptions& common, const std::string& programFolder,
-                 std::ostream& standardOut, std::ostream& standardError)
+                 std::ostream& standardOut, std::ostream& standardError, bool terminal)
     : out(standardOut),
       err(standardError),
       quiet(common.quiet),
       log(common.quiet ? nullptr : &standardError),
+      progressLine(standardError),
       program(desktop),
       main(program),
       common_(common) {
@@ -26,8 +27,12 @@ Session::Session(const CommonOptions& common, const std::string& programFolder,
   desktop.today = common.today.value_or(SystemToday());
   desktop.oemCodePage = common.codePage.value_or(SystemOemCodePage());
   desktop.onMessage = [this](const ScriptedDesktop::ShownMessage& shown) {
+    progressLine.Clear();
     log.AddMessage(shown.message, shown.answer);
   };
+  if (!terminal || quiet) return;
+  desktop.onProgress = [this](const RunProgress& progress) { progressLine.Show(progress); };
+  desktop.onProgressEnd = [this] { progressLine.Clear(); };
 }
 
 bool Session::Admits(std::vector<NamedFile> files) {
@@ -43,6 +48,7 @@ bool Session::Admits(std::vector<NamedFile> files) {
 }
 
 void Session::Say(const std::string& text) const {
+  progressLine.Clear();
   err << "merivane-batch: " << PrintableText(text) << '\n';
 }
 

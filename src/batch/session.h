@@ -13,6 +13,7 @@
 #include "platform/scripted_desktop.h"
 #include "program/error_boxes.h"
 #include "program/program.h"
+#include "progress_line.h"
 #include "shell/frmMain.h"
 #include "shell/kept_files.h"
 #include "shell/named_files.h"
@@ -24,7 +25,7 @@ using namespace shell;
 class Session {
  public:
   Session(const CommonOptions& common, const std::string& programFolder, std::ostream& out,
-          std::ostream& err);
+          std::ostream& err, bool terminal);
 
   // The door for the names that a command was given; the log and the template stand beside them.
   // False, with a word on standard error, where they refuse the run: nothing was touched then.
@@ -68,6 +69,7 @@ class Session {
   std::ostream& err;
   bool quiet;
   MessageLog log;
+  mutable ProgressLine progressLine;  // goes whenever something is said
   KeptFiles kept;
   ScriptedDesktop desktop;
   Program program;

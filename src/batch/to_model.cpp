@@ -37,30 +37,18 @@ bool OpenOutput(Session& session, const ToModelOptions& options) {
   return session.program.files.IsOpen(session.program.projectToModel.gOutFile);
 }
 
-int PressOk(Session& session, const std::function<std::string()>& counts,
-            const std::string& files) {
+// `report`: what is told in front of the closing line.
+int PressOk(Session& session, const std::function<std::string()>& report = nullptr) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   form.cmdOK();
   const ExitStatus status = session.StatusOf(form.GenerateResult);
-  if (status != kFailed) {
-    session.Report(counts() + "; written: " + files + session.Notes());
+  if (status == kFailed) return status;
+  if (form.Result.file.empty()) {
+    session.Say(form.Result.text);
+    return kFailed;
   }
+  session.Report((report ? report() : "") + form.Result.text + session.Notes());
   return status;
-}
-
-std::string CountsOf(Connection& connection, std::int32_t project) {
-  const auto count = [&](const std::string& table, const std::string& where) {
-    try {
-      return std::to_string(CountRows(connection, "select Proj_ID from " + table + " where " +
-                                                      where +
-                                                      "Proj_ID = " + std::to_string(project)));
-    } catch (const RunTimeError&) {
-      return std::string("no");  // a database without that table
-    }
-  };
-  return count("MSP_TASKS", "TASK_UID > 0 and ") + " tasks, " +
-         count("MSP_RESOURCES", "RES_UID > 0 and ") + " resources, " + count("MSP_LINKS", "") +
-         " links, " + count("MSP_ASSIGNMENTS", "") + " assignments";
 }
 
 int FromDatabase(Session& session, const ToModelOptions& options) {
@@ -79,10 +67,8 @@ int FromDatabase(Session& session, const ToModelOptions& options) {
   if (!id || !form.txtDatabase.enabled) return session.Refuse(reason);
   SelectProject(form.comboProject, *id);
   form.comboProject_Click();
-  const std::string counts = CountsOf(*state.gProjectConn, *id);
   if (!OpenOutput(session, options)) return kRefused;
-  return PressOk(
-      session, [&] { return counts; }, options.output);
+  return PressOk(session);
 }
 
 // Presses the buttons of frmDBMerge. A list that can't be used leaves no project chosen.
@@ -100,19 +86,6 @@ void AnswerMerge(Session& session, frmDBMerge& form, const std::optional<std::in
   } else {
     form.CmdCancel();
   }
-}
-
-std::string CountsOfWork(Session& session, const ToModelOptions& options) {
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(options.interim), OpenMode::kReadOnly);
-  const std::string project =
-      " where Msp_ProjID = " + std::to_string(session.program.projectToModel.gInterimProjId);
-  const auto count = [&](const char* table) {
-    return std::to_string(
-        CountRows(connection, std::string("select Msp_ProjID from ") + table + project));
-  };
-  return count("ProjectAct") + " tasks, " + count("ProjectRes") + " resources, " +
-         count("Links_in_Scenario") + " links, " + count("ProjectResReqts") + " assignments";
 }
 
 // The file that the plan comes from, picked on its tab. False where it is refused there.
@@ -237,9 +210,7 @@ int FromFile(Session& session, const ToModelOptions& options) {
   }
   MergeReport report(session, options, project);
   report.Begin();
-  return PressOk(
-      session, [&] { return report.Text() + CountsOfWork(session, options); },
-      options.output + ", " + options.interim);
+  return PressOk(session, [&] { return report.Text(); });
 }
 
 }  // namespace

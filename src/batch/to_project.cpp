@@ -33,29 +33,6 @@ std::optional<std::string> AppendRefusal(Session& session, const ToProjectOption
          ", must be free and end at 32767.";
 }
 
-struct Counts {
-  long projects = 0;
-  std::string text;
-};
-
-Counts CountsOf(Session& session, const ToProjectOptions& options) {
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
-  const std::string project =
-      " where Proj_ID = " + std::to_string(session.program.modelToProject.gMspProjId);
-  const auto count = [&](const char* table, const std::string& more = "") {
-    return std::to_string(
-        CountRows(connection, std::string("select Proj_ID from ") + table + project + more));
-  };
-  const std::string text = count("MSP_TASKS", " and TASK_UID > 0") + " tasks, " +
-                           count("MSP_RESOURCES", " and RES_UID > 0") + " resources, " +
-                           count("MSP_LINKS") + " links, " + count("MSP_ASSIGNMENTS") +
-                           " assignments; written: " + options.database +
-                           (options.mpx.empty() ? "" : ", " + options.mpx) +
-                           (options.xml.empty() ? "" : ", " + options.xml);
-  return {CountRows(connection, "select Proj_ID from MSP_PROJECTS" + project), text};
-}
-
 // A database that came up since the names were admitted is neither replaced nor changed.
 void AnswerAppend(frmDbFileAppend& question, const ToProjectOptions& options) {
   if (options.append) {
@@ -105,7 +82,7 @@ bool BrowseFiles(Session& session, const ToProjectOptions& options) {
     form.SSTabGenerateOpt = frmIDEF3ToProject::kXmlTab;
     session.Browse(options.xml, [&] { form.cmdBrowseXML(); });
     if (form.txtXml.text.empty()) return false;
-    form.txtXml.text = session.kept.StandInFor(options.xml);
+    form.XmlStandIn = session.kept.StandInFor(options.xml);
   }
   if (!options.mpx.empty()) {
     form.SSTabGenerateOpt = frmIDEF3ToProject::kMpxTab;
@@ -116,17 +93,16 @@ bool BrowseFiles(Session& session, const ToProjectOptions& options) {
   return true;
 }
 
-int PressOk(Session& session, const ToProjectOptions& options) {
+int PressOk(Session& session) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   form.cmdOK();
   const ExitStatus status = session.StatusOf(form.GenerateResult);
   if (status == kFailed) return status;
-  const Counts counts = CountsOf(session, options);
-  if (counts.projects == 0) {
-    session.Say("no project was written to " + options.database + ".");
+  if (form.Result.file.empty()) {
+    session.Say(form.Result.text);
     return kFailed;
   }
-  session.Report(counts.text + session.Notes());
+  session.Report(form.Result.text + session.Notes());
   return status;
 }
 
@@ -146,7 +122,7 @@ int Translate(Session& session, const ToProjectOptions& options) {
   if (!session.program.modelToProject.gOverwriteDb) {
     if (const auto refusal = AppendRefusal(session, options)) return session.Refuse(*refusal);
   }
-  return PressOk(session, options);
+  return PressOk(session);
 }
 
 }  // namespace

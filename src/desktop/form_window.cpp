@@ -22,6 +22,7 @@
 #include "help_context.h"
 #include "path_field.h"
 #include "qt_text.h"
+#include "result_text.h"
 #include "shell/browse.h"
 
 namespace merivane::desktop {
@@ -55,6 +56,17 @@ void FormWindow::SetFrame(QMdiSubWindow* frame) {
 void FormWindow::Run(const std::function<void()>& handler) {
   desktop_.Run(form_, handler);
   Draw();
+}
+
+void FormWindow::RunOk(const std::function<void()>& ok, const RunResult& result,
+                       const std::string& backup) {
+  const int before = desktop_.MessageCount();
+  ok();
+  if (form_.IsLoaded() || !OnResult) return;
+  QString text = result.text.empty() ? "Nothing written" : PathToQt(result.text);
+  text[0] = text[0].toUpper();
+  if (!backup.empty()) text += "; as it was before: " + PathToQt(backup);
+  OnResult(text + MessageNote(desktop_.MessageCount() - before), PathToQt(result.file));
 }
 
 void FormWindow::Draw() {
@@ -151,6 +163,8 @@ void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   connect(field->Edit(), &QLineEdit::textChanged, this, [this, &box](const QString& text) {
     if (!desktop_.Ended()) box.text = text.toStdString();
   });
+  connect(field->Edit(), &QLineEdit::editingFinished, this,
+          [this, &box] { desktop_.RememberName(box.text); });
   connect(field->Button(), &QPushButton::clicked, this,
           [this, browse = row.browse] { Run(browse); });
   targets_.push_back({field, row.extension, row.browse});

@@ -8,6 +8,7 @@
 
 #include "desktop/qt_desktop.h"
 #include "shell/form.h"
+#include "shell/run_result.h"
 
 class QCheckBox;
 class QComboBox;
@@ -41,14 +42,16 @@ class FormWindow : public QWidget {
   FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext);
   ~FormWindow() override;
 
-  // Told in a line what came of a translation.
-  std::function<void(const QString&)> OnResult;
+  // Told in a line what came of a translation, and the file that was written, if one was.
+  std::function<void(const QString& text, const QString& file)> OnResult;
 
   // Puts it into its frame, which shows and hides with the form.
   void SetFrame(QMdiSubWindow* frame);
 
  protected:
   virtual void Draw();
+  // Runs the handler of OK, and tells the result once the form is gone.
+  void RunOk(const std::function<void()>& ok, const RunResult& result, const std::string& backup);
   // Runs a handler and draws what it changed.
   void Run(const std::function<void()>& handler);
 

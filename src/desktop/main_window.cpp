@@ -1,8 +1,10 @@
 #include "desktop/main_window.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
 #include <functional>
@@ -61,6 +63,10 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
   result_->setObjectName("result");
   result_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(result_, 1);
+  open_ = AddResultButton("openResult", "Open", [](const QString& file) { return file; });
+  showInFolder_ = AddResultButton("showResult", "Show in folder", [](const QString& file) {
+    return QFileInfo(file).absolutePath();
+  });
   resize(QSize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40)
              .boundedTo(screen()->availableSize() * 9 / 10));  // with room for its frame
   AddMenus();
@@ -107,20 +113,35 @@ void MainWindow::Press(void (frmMain::*handler)()) {
 }
 
 void MainWindow::AddForm(FormWindow* window) {
-  window->OnResult = [this](const QString& text) { ShowResult(text); };
+  window->OnResult = [this](const QString& text, const QString& file) { ShowResult(text, file); };
   window->SetFrame(area_->addSubWindow(window));
 }
 
-void MainWindow::ShowResult(const QString& text) {
+void MainWindow::ShowResult(const QString& text, const QString& file) {
   result_->setText(text);
   result_->setToolTip(text);
+  written_ = file;
+  open_->setVisible(!file.isEmpty());
+  showInFolder_->setVisible(!file.isEmpty());
+}
+
+QPushButton* MainWindow::AddResultButton(const char* name, const char* caption,
+                                         QString (*place)(const QString& file)) {
+  auto* button = new QPushButton(caption);
+  button->setObjectName(name);
+  button->setAccessibleName(caption);
+  button->hide();
+  statusBar()->addPermanentWidget(button);
+  connect(button, &QPushButton::clicked, this,
+          [this, place] { desktop_.Run([&] { desktop_.OpenPlace(place(written_)); }); });
+  return button;
 }
 
 QString MainWindow::Result() const { return result_->text(); }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   desktop_.Run([this] { main_.mnuExit(); });
-  event->accept();
+  event->setAccepted(desktop_.Ended());
 }
 
 }  // namespace merivane::desktop

@@ -68,19 +68,7 @@ void ModelToProjectWindow::Check() {
 }
 
 void ModelToProjectWindow::Ok() {
-  const int messages = desktop_.MessageCount();
-  form_.cmdOK();
-  if (form_.IsLoaded() || !OnResult) return;
-  const int shown = desktop_.MessageCount() - messages;
-  if (!form_.GenerateResult.value_or(false)) {
-    OnResult("The plan was not finished: " + PathToQt(form_.txtCelvarFilename.text) +
-             MessageNote(shown));
-    return;
-  }
-  const bool database = form_.SSTabGenerateOpt == frmIDEF3ToProject::kDatabaseTab;
-  QString files = PathToQt(database ? form_.txtDatabase.text : form_.txtDatabase_mpx.text);
-  if (!form_.txtMpx.text.empty()) files += " and " + PathToQt(form_.txtMpx.text);
-  OnResult("Plan written: " + files + MessageNote(shown));
+  RunOk([this] { form_.cmdOK(); }, form_.Result, form_.BackupName);
 }
 
 }  // namespace merivane::desktop

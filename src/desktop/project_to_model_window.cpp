@@ -8,8 +8,6 @@
 #include "neutraltext/modGlobal.h"
 #include "preview_window.h"
 #include "program/error_boxes.h"
-#include "qt_text.h"
-#include "result_text.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::desktop {
@@ -106,21 +104,7 @@ void ProjectToModelWindow::Draw() {
 }
 
 void ProjectToModelWindow::Ok() {
-  const int messages = desktop_.MessageCount();
-  form_.cmdOK();
-  if (form_.IsLoaded() || !OnResult) return;
-  OnResult(ResultText() + MessageNote(desktop_.MessageCount() - messages));
-}
-
-QString ProjectToModelWindow::ResultText() const {
-  const QString backup = PathToQt(form_.BackupName);
-  if (!form_.GenerateResult.value_or(false)) {
-    return backup.isEmpty()
-               ? "The model text was not finished: " + PathToQt(form_.txtCelvarFilename.text)
-               : "The merge stopped; the database as it was before: " + backup;
-  }
-  const QString written = "Model text written: " + PathToQt(form_.txtCelvarFilename.text);
-  return backup.isEmpty() ? written : written + "; the database as it was before: " + backup;
+  RunOk([this] { form_.cmdOK(); }, form_.Result, form_.BackupName);
 }
 
 }  // namespace merivane::desktop

@@ -24,7 +24,6 @@ class ProjectToModelWindow : public FormWindow {
   void AddPreview();
   std::pair<std::string, std::string> PlanAndInterim() const;  // of the tab in front
   void Preview();
-  QString ResultText() const;
 
   frmProjectToIDEF3& form_;
   QComboBox* projects_ = nullptr;

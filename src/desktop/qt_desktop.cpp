@@ -4,9 +4,12 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QTimer>
+#include <QUrl>
 
 #include "desktop/help_window.h"
 #include "help_context.h"
@@ -16,6 +19,7 @@
 #include "platform/profile_file.h"
 #include "platform/program_start.h"
 #include "platform/system_locale.h"
+#include "progress_dialog.h"
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
 #include "shell/form.h"
@@ -63,7 +67,7 @@ QtDesktop::QtDesktop(FileNames& fileNames) : fileNames_(fileNames) {}
 QtDesktop::~QtDesktop() { SetMousePointer(kPointerDefault); }
 
 void QtDesktop::Run(const std::function<void()>& handler) {
-  if (ended_) return;
+  if (ended_ || breathing_) return;
   try {
     RunReported(handler);
   } catch (const ProgramEnd&) {
@@ -85,10 +89,13 @@ void QtDesktop::Run(const Form& form, const std::function<void()>& handler) {
 
 void QtDesktop::RunWithFileName(const Form& form, const std::string& name,
                                 const std::function<void()>& handler) {
+  RememberName(name);
   givenName_ = name;
   Run(form, handler);
   givenName_.reset();
 }
+
+void QtDesktop::RememberName(const std::string& name) { fileNames_.Remember(PathToQt(name)); }
 
 void QtDesktop::End() {
   if (ended_) return;
@@ -155,6 +162,33 @@ void QtDesktop::SetMousePointer(int pointer) {
   ApplyPointer();
 }
 
+// A short run is over before anyone could read how far it is.
+void QtDesktop::ShowProgress(const RunProgress& progress) {
+  constexpr std::int64_t kShortRun = 400;
+  if (!progressSince_) progressSince_ = Ticks();
+  if (!progress_) {
+    if (Ticks() - *progressSince_ < kShortRun) return;
+    progress_ = std::make_unique<ProgressDialog>(Parent());
+    progress_->show();
+  }
+  progress_->Draw(progress);
+}
+
+void QtDesktop::EndProgress() {
+  progress_.reset();
+  progressSince_.reset();
+}
+
+// Input waits until the dialog that takes it is there.
+bool QtDesktop::Breathe() {
+  constexpr int kMostMilliseconds = 20;
+  const QScopedValueRollback<bool> breathing(breathing_, true);
+  QApplication::processEvents(
+      progress_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents, kMostMilliseconds);
+  if (ended_) EndProgram();
+  return !progress_ || !progress_->IsCancelled();
+}
+
 void QtDesktop::ApplyPointer() {
   const bool busy = pointer_ == kPointerHourglass || pointer_ == kPointerArrowHourglass;
   if (busy && waits_.empty()) {
@@ -207,6 +241,13 @@ std::optional<std::string> QtDesktop::RegistryDefault(const std::string& key) co
 bool QtDesktop::StartProgram(const std::string& commandLine) { return StartDetached(commandLine); }
 
 int QtDesktop::OpenWebPage(const std::string& url) { return OpenInBrowser(url); }
+
+void QtDesktop::OpenPlace(const QString& path) {
+  const QString place = QFileInfo(path).absoluteFilePath();
+  const std::string address = QUrl::fromLocalFile(place).toEncoded().toStdString();
+  if (OpenWebPage(address) >= kLowestSuccess) return;
+  ShowMessage({"No program could be started to open " + FromUtf8(path.toStdString())});
+}
 
 void QtDesktop::RequestHelp(const QWidget* widget) {
   const HelpTarget target = HelpTargetOf(widget);

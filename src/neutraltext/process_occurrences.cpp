@@ -79,6 +79,7 @@ void WriteProcessOccurrenceList(ScenarioTree& tree, Recordset& tasks,
   std::vector<std::int16_t> taskUids;
   for (; !tasks.Eof(); tasks.MoveNext()) {
     if (!BelongsTo(tasks, parentOutline)) continue;
+    tree.state.progress.Step();
     WriteProcessOccurrence(tree, tasks);
     taskUids.push_back(ToInt16(tasks.Field("TASK_UID")));
     AddFanInJunction(tree.state, taskUids.back(), links);

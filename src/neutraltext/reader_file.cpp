@@ -71,6 +71,7 @@ void ReadNeutralText(ModelToProject& state, const std::string& fileName) {
 
 bool CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) {
   ReleaseNeutralTextFile(state);
+  state.progress.Begin("Reading the model", CountLines(fileName));
   state.gTextFile = state.files.FreeFile();
   state.files.Reserve(state.gTextFile);
   try {

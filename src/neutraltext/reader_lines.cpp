@@ -8,6 +8,7 @@
 namespace merivane::neutraltext {
 
 void NextLine(ModelToProject& state) {
+  state.progress.Step();
   state.gLine = state.files.ReadLine(state.gTextFile);
   if (state.readerListener) state.readerListener->OnLine(state.gLine);
 }

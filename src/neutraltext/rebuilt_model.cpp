@@ -56,6 +56,7 @@ void RebuiltWriter::WriteScenarioList() {
   Recordset scenarios =
       AskStatic(connection_, "SELECT * FROM Scenario WHERE Msp_ProjID = ", project_);
   out_.Lines({"Scenario List", ""});
+  state_.progress.Begin("Writing the scenarios", CountProjectTasks(state_));
   for (; !scenarios.Eof(); scenarios.MoveNext()) WriteScenario(scenarios);
   out_.Lines({"End  Scenario List", ""});
 }
@@ -80,7 +81,9 @@ void RebuiltWriter::WriteProcessOccurrences(std::int16_t scenarioNum) {
       AskStatic(connection_, "SELECT * FROM MSP_TASKS where KV7_Scenario_HEX = ", scenarioNum,
                 " And Proj_ID = ", project_);
   out_.Line("Process Occurrence List");
-  for (; !tasks.Eof(); tasks.MoveNext()) WriteProcessOccurrence(scenarioNum, tasks);
+  for (; !tasks.Eof(); tasks.MoveNext(), state_.progress.Step()) {
+    WriteProcessOccurrence(scenarioNum, tasks);
+  }
   out_.Lines({"End  Process Occurrence List", ""});
 }
 

@@ -167,6 +167,7 @@ bool ScenarioTree::HasScenarioTable() {
 // levels deep.
 void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
                         const std::string& parentOutline, std::int16_t level) {
+  state.progress.Begin("Writing the scenarios", CountProjectTasks(state));
   ScenarioTree tree(state);
   std::vector<std::unique_ptr<ScenarioLevel>> open;
   std::optional<Place> place = Place{parentTaskUid, parentOutline, level};

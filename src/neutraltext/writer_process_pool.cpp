@@ -57,8 +57,9 @@ void WriteProcessPool(ProjectToModel& state) {
     tasks.MoveLast();
     tasks.MoveFirst();
     out.Lines({"", "Process Pool"});
+    state.progress.Begin("Writing the processes", tasks.RecordCount());
     const bool hasNumber = FieldExists(tasks, "KV7_PROC_HEX") == 1;
-    for (; !tasks.Eof(); tasks.MoveNext()) {
+    for (; !tasks.Eof(); tasks.MoveNext(), state.progress.Step()) {
       if (hasNumber && AboveZero(tasks.Field("KV7_PROC_HEX"))) {
         WriteStoredProcess(out, tasks, connection);
       } else {

@@ -50,6 +50,16 @@ void ScriptedDesktop::ShowModal(ModalForm& form) {
   form.Unload();
 }
 
+void ScriptedDesktop::ShowProgress(const RunProgress& progress) {
+  if (onProgress) onProgress(progress);
+}
+
+void ScriptedDesktop::EndProgress() {
+  if (onProgressEnd) onProgressEnd();
+}
+
+bool ScriptedDesktop::Breathe() { return !onBreath || onBreath(); }
+
 std::string ScriptedDesktop::TemplatePath() const {
   return templatePath.empty() ? Desktop::TemplatePath() : templatePath;
 }

@@ -4,8 +4,11 @@ namespace merivane::program {
 
 Program::Program(Desktop& theDesktop)
     : desktop(theDesktop),
-      modelToProject(Direction{theDesktop, files, workspace, codePage}),
-      projectToModel(Direction{theDesktop, files, workspace, codePage}) {}
+      progress(theDesktop),
+      modelToProject(Direction{theDesktop, files, workspace, progress, codePage}),
+      projectToModel(Direction{theDesktop, files, workspace, progress, codePage}) {
+  workspace.OnWork = [this] { progress.Beat(); };
+}
 
 Program::~Program() { workspace.CommitAllQuietly(); }
 

@@ -39,8 +39,10 @@ void BringBackTasks(ProjectToModel& state, MergeListener* listener) {
   PlanOutline outline;
   outline.Read(tasks);
   tasks.MoveFirst();
+  state.progress.Begin("Merging the tasks", static_cast<std::int64_t>(outline.Size()));
   TaskScenarios scenarios(state, outline);
   for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
+    state.progress.Step();
     if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
     if (listener) listener->OnTask(MergeStep::kTask, tasks.Field("PID"));
     state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
@@ -50,6 +52,7 @@ void BringBackTasks(ProjectToModel& state, MergeListener* listener) {
 }
 
 void MergeLinks(ProjectToModel& state, MergeListener* listener) {
+  state.progress.Begin("Merging the links of the tasks", 0);
   MergeTopLevelLinks(state, listener);
   MergeDecompositionLinks(state, listener);
 }

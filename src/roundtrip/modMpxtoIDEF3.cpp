@@ -33,6 +33,7 @@ void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTask
     MergeLinks(state, listener);
   }
   MergeResourceRequirements(state);
+  state.progress.Begin("Clearing up junctions", 0);
   RemoveDanglingJunctions(state);
   CollapseJunctions(state);
 }

@@ -64,6 +64,7 @@ void CloseMpxFile(ProjectToModel& state) {
 }
 
 void MpxLines::Read() {
+  state_.progress.Step();
   text_ = state_.files.ReadLine(state_.mpxInFileNo);
   record_ = RecordNumber(text_);
 }

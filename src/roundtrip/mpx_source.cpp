@@ -3,6 +3,7 @@
 namespace merivane::roundtrip {
 
 PlanHead MpxSource::Open() {
+  state_.progress.Begin("Reading the plan", CountLines(fileName_));
   OpenMpxFile(state_, fileName_);
   return ReadMpxHeader(state_, lines_);
 }

@@ -100,11 +100,14 @@ void DeleteDroppedObjects(ProjectToModel& state) {
 }  // namespace
 
 void MergeResourceRequirements(ProjectToModel& state) {
+  state.progress.Begin("Merging the assignments", 0);
   ResolveResourceRequirements(state);
   ForgetEarlierAssignments(state);
   Recordset requirements =
       Ask(state.gInterimConn.get(), "Select * from ProjectResReqts", WhereMspProjId(state));
-  for (; !requirements.Eof(); requirements.MoveNext()) MergeRequirement(state, requirements);
+  for (; !requirements.Eof(); requirements.MoveNext(), state.progress.Step()) {
+    MergeRequirement(state, requirements);
+  }
   if (state.gRebuildModel == 1) DeleteDroppedObjects(state);
 }
 

@@ -28,6 +28,7 @@ void RemoveIncomingLink(ProjectToModel& state, std::int16_t task) {
 
 void MergeLinksOfTask(ProjectToModel& state, Recordset& task, MergeListener* listener) {
   if (listener) listener->OnTask(MergeStep::kLinks, task.Field("PID"));
+  state.progress.Step();
   const std::int16_t count = CountPredecessors(task.Field("Predecessor"));
   if (count > 1) {
     ApplySeveralPredecessors(state, task);

@@ -60,6 +60,7 @@ std::unordered_set<std::int64_t> OccurrencesOf(ProjectToModel& state) {
 }  // namespace
 
 PlanHead XmlSource::Open() {
+  state_.progress.Begin("Reading the plan", 0);
   plan_ = mspdi::ReadPlanFile(fileName_);
   CheckNames();
   if (state_.gRebuildModel == 0) CheckOccurrences();

@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -225,6 +227,19 @@ TextFiles::File& TextFiles::Opened(std::int16_t number) const {
 void TextFiles::RequireFree(std::int16_t number) const {
   if (number < 1 || number > kLastNumber) throw RunTimeError(kBadFileNumber);
   if (IsOpen(number)) throw RunTimeError(kFileAlreadyOpen);
+}
+
+std::int64_t CountLines(const std::string& path) {
+  const std::filesystem::path name = std::filesystem::u8path(path);
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(name, error)) return 0;
+  std::ifstream file(name, std::ios::binary);
+  std::vector<char> chunk(kChunk);
+  std::int64_t lines = 0;
+  while (file.read(chunk.data(), static_cast<std::streamsize>(chunk.size())), file.gcount() > 0) {
+    lines += std::count(chunk.begin(), chunk.begin() + file.gcount(), '\n');
+  }
+  return lines;
 }
 
 }  // namespace merivane::runtime

@@ -11,8 +11,9 @@ bool HasExtension(const std::string& name, const std::string& extension) {
   return EqualNoCase(Right(name, 3), extension);
 }
 
-std::optional<std::string> BrowseForFile(Desktop& desktop, const FileDialog& dialog,
-                                         const std::string& extension) {
+std::optional<std::string> BrowseForFile(Desktop& desktop, FileDialog dialog,
+                                         const std::string& current, const std::string& extension) {
+  dialog.current = current;
   const std::string name = desktop.AskFileName(dialog);
   std::string trimmed = Trim(name);
   if (trimmed.empty()) return std::nullopt;

@@ -32,6 +32,9 @@ bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
     done = true;
   } catch (const RunTimeError& error) {
     ShowDescription(state.desktop, error);
+  } catch (const RunCancelled&) {
+    ReleaseNeutralTextFile(state);
+    throw;
   }
   ReleaseNeutralTextFile(state);
   return done;

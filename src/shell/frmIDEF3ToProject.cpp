@@ -5,6 +5,7 @@
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "shell/browse.h"
+#include "shell/cancellable_run.h"
 #include "shell/drivers.h"
 #include "shell/frmDbFileAppend.h"
 #include "shell/kept_files.h"
@@ -18,13 +19,14 @@ void frmIDEF3ToProject::Load() {
   SSTabGenerateOpt = kDatabaseTab;
   CkLaunchMsprojApp = {};
   GenerateResult.reset();
+  Result = {};
   BackupName.clear();
 }
 
 void frmIDEF3ToProject::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(desktop_, dialog, extension)) box.text = *name;
+    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box.text = *name;
   } catch (const RunTimeError& error) {
     ReportError(desktop_, error);
   }
@@ -36,19 +38,19 @@ void frmIDEF3ToProject::cmdBrowseText() {
 }
 
 void frmIDEF3ToProject::cmdBrowseMPX() {
-  BrowseFor(txtMpx, {"Project (*.mpx)|*.mpx", "Please Select Target MPX File"}, "mpx");
+  BrowseFor(txtMpx, {"Project (*.mpx)|*.mpx", "Please Select Target MPX File", true}, "mpx");
 }
 
 void frmIDEF3ToProject::cmdBrowseXML() {
-  BrowseFor(txtXml, {"Project (*.xml)|*.xml", "Please Select Target XML File"}, "xml");
+  BrowseFor(txtXml, {"Project (*.xml)|*.xml", "Please Select Target XML File", true}, "xml");
 }
 
 void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
     const auto name = BrowseForFile(
-        desktop_, {"Database (*.mdb)|*.mdb", "Please Select Microsoft Project 2000 Database"},
-        "mdb");
+        desktop_, {"Database (*.mdb)|*.mdb", "Please Select Microsoft Project 2000 Database", true},
+        box.text, "mdb");
     if (!name) return;
     box.enabled = true;
     box.text = *name;
@@ -152,10 +154,8 @@ void frmIDEF3ToProject::cmdOK() {
   try {
     if (!Validate()) return;
     state_.gDatabaseName = FromUtf8(DatabaseOfTab().text);
-    GenerateResult = TakeDatabase() &&
-                     GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, txtXml.text);
-    state_.workspace.CommitAll();
-    if (*GenerateResult && CkLaunchMsprojApp.checked) LaunchProject();
+    Generate();
+    if (GenerateResult.value_or(false) && CkLaunchMsprojApp.checked) LaunchProject();
     Unload();
   } catch (const RunTimeError& error) {
     Unload();
@@ -163,6 +163,49 @@ void frmIDEF3ToProject::cmdOK() {
     ShowDescription(desktop_, error);
     ReportError(desktop_, error);
   }
+}
+
+void frmIDEF3ToProject::Generate() {
+  // A name in the box may be another one, of a database that couldn't be opened.
+  const std::string database = state_.gMspConn ? state_.gMspConn->DatabaseName() : "";
+  const std::string xml = XmlStandIn.empty() ? txtXml.text : XmlStandIn;
+  CancellableRun run;
+  run.take = [this] { return TakeDatabase(); };
+  if (KeepBackup) run.targets = {database, KeptFiles::Copy::kUntilDone, txtMpx.text};
+  run.driver = [&] { return GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, xml); };
+  run.drop = [this] { DropRun(); };
+  GenerateResult = RunUntilCancelled(state_, run).done;
+  Result = ResultOf(database);
+}
+
+void frmIDEF3ToProject::DropRun() {
+  if (state_.gMspConn) state_.gMspConn->Close();
+  state_.gMspConn.reset();
+  state_.files.Close(state_.mpxFileNo);
+  state_.mpxFileNo = 0;
+}
+
+RunResult frmIDEF3ToProject::ResultOf(const std::string& database) try {
+  if (!GenerateResult) {
+    return {"cancelled, nothing written; " + database + " is as it was before the run", ""};
+  }
+  if (!*GenerateResult) return {"the plan was not finished: " + txtCelvarFilename.text, ""};
+  Connection connection(state_.workspace);
+  connection.Open(ConnectionText(database), OpenMode::kReadOnly);
+  const std::string project = std::to_string(state_.gMspProjId);
+  if (CountRows(connection, "select PROJ_ID from MSP_PROJECTS where PROJ_ID = " + project) == 0) {
+    return {"nothing written: no project came into " + database, ""};
+  }
+  std::vector<std::string> files{database};
+  for (const std::string& file : {txtMpx.text, txtXml.text}) {
+    if (!file.empty()) files.push_back(file);
+  }
+  return {CountsOfPlan(connection, state_.gMspProjId) + WrittenNote(files),
+          DatabaseTabActive() ? database
+          : XmlTabActive()    ? txtXml.text
+                              : txtMpx.text};
+} catch (const RunTimeError& error) {
+  return {"what was written can't be read: " + ToUtf8(error.Description()), ""};
 }
 
 void frmIDEF3ToProject::LaunchProject() {

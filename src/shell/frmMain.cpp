@@ -7,7 +7,6 @@ namespace merivane::shell {
 namespace {
 
 constexpr int kSplashMilliseconds = 1000;
-constexpr int kLowestSuccess = 33;  // results below it are failures of the page's opening
 
 }  // namespace
 
@@ -42,7 +41,7 @@ void frmMain::mnuProjectToIDEF3() { ShowGuarded(projectToModel); }
 
 void frmMain::mnuAboutVorn() {
   const std::string url = HomePage();
-  if (desktop_.OpenWebPage(url) < kLowestSuccess) {
+  if (desktop_.OpenWebPage(url) < Desktop::kLowestSuccess) {
     desktop_.ShowMessage({"Cannot launch the default browser or site " + url + " not found."});
   }
 }

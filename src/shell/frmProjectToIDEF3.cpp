@@ -6,8 +6,8 @@
 #include "runtime/code_page.h"
 #include "runtime/text.h"
 #include "shell/browse.h"
+#include "shell/cancellable_run.h"
 #include "shell/frmDBMerge.h"
-#include "shell/kept_files.h"
 #include "shell/project_list.h"
 #include "store/interim_db.h"
 
@@ -18,13 +18,13 @@ using namespace roundtrip;
 
 namespace {
 
-const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File"};
+const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File", true};
 const FileDialog kDatabaseDialog{"Database (*.mdb)|*.mdb",
                                  "Please Select Existing Project Database in Access 2000 Format"};
 const FileDialog kMpxDialog{"Text File (*.mpx)|*.mpx", "Source MPX Text File"};
 const FileDialog kXmlDialog{"XML File (*.xml)|*.xml", "Source XML File"};
 const FileDialog kInterimDialog{"Database (*.mdb)|*.mdb",
-                                "Please Select Microsoft Project 2000 MDB"};
+                                "Please Select Microsoft Project 2000 MDB", true};
 
 }  // namespace
 
@@ -35,6 +35,8 @@ void frmProjectToIDEF3::Load() {
   SSTabInput = kDatabaseTab;
   optLaunchCelvar = {};
   GenerateResult.reset();
+  Result = {};
+  outputName_.clear();
   BackupName.clear();
   state_.gProjectConn.reset();
   state_.gInterimConn.reset();
@@ -44,7 +46,7 @@ void frmProjectToIDEF3::cmdBrowseText() {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
     if (!txtCelvarFilename.text.empty()) state_.files.Close(state_.gOutFile);
-    if (auto name = BrowseForFile(desktop_, kTextDialog, "txt")) {
+    if (auto name = BrowseForFile(desktop_, kTextDialog, txtCelvarFilename.text, "txt")) {
       txtCelvarFilename = {*name, true};
       if (!OpenOutputFile()) {
         desktop_.ShowMessage({"Cannot Open Output File: " + FromUtf8(*name)});
@@ -58,7 +60,8 @@ void frmProjectToIDEF3::cmdBrowseText() {
 
 bool frmProjectToIDEF3::OpenOutputFile() try {
   state_.gOutFile = state_.files.FreeFile();
-  state_.files.OpenForOutput(state_.gOutFile, Trim(txtCelvarFilename.text));
+  outputName_ = Trim(txtCelvarFilename.text);
+  state_.files.OpenForOutput(state_.gOutFile, outputName_);
   return true;
 } catch (const RunTimeError&) {
   return false;
@@ -67,7 +70,7 @@ bool frmProjectToIDEF3::OpenOutputFile() try {
 void frmProjectToIDEF3::cmdBrowseDatabase() {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(desktop_, kDatabaseDialog, "mdb")) {
+    if (auto name = BrowseForFile(desktop_, kDatabaseDialog, txtDatabase.text, "mdb")) {
       state_.gProjectConn = std::make_unique<Connection>(state_.workspace);
       state_.gProjectConn->Open(ConnectionText(*name), OpenMode::kReadOnly);
       if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject)) {
@@ -90,7 +93,7 @@ void frmProjectToIDEF3::cmdBrowseXML() { BrowseFor(txtXML, kXmlDialog, "xml"); }
 void frmProjectToIDEF3::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(desktop_, dialog, extension)) box = {*name, true};
+    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box = {*name, true};
   } catch (const RunTimeError& error) {
     ReportError(desktop_, error);
   }
@@ -100,7 +103,7 @@ void frmProjectToIDEF3::BrowseFor(TextBox& box, const FileDialog& dialog, const 
 void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(desktop_, kInterimDialog, "mdb")) {
+    if (auto name = BrowseForFile(desktop_, kInterimDialog, box.text, "mdb")) {
       box.text = *name;
       BackupName.clear();
       if (FileIsThere(*name)) {
@@ -191,14 +194,12 @@ void frmProjectToIDEF3::cmdOK() {
               ? ValidateFileTab(txtXML, "Please Select a XML file", txtInterimDB_xml)
               : ValidateFileTab(txtMPX, "Please Select a MPX txt file", txtInterimDB);
       if (!valid) return;
-      TakeInterimDb();
-      GenerateResult = TranslateFile();
+      GenerateFromFile();
     } else {
       if (!ValidateDatabaseTab()) return;
-      GenerateResult = GenerateTextFromProject(state_);
+      GenerateFromDatabase();
     }
-    state_.workspace.CommitAll();
-    if (optLaunchCelvar.checked && *GenerateResult) LaunchCelvar();
+    if (optLaunchCelvar.checked && GenerateResult.value_or(false)) LaunchCelvar();
     txtXML.enabled = txtInterimDB_xml.enabled = txtMPX.enabled = txtInterimDB.enabled =
         txtDatabase.enabled = comboProject.enabled = txtCelvarFilename.enabled = false;
   } catch (const RunTimeError& error) {
@@ -210,8 +211,73 @@ void frmProjectToIDEF3::cmdOK() {
 void frmProjectToIDEF3::TakeInterimDb() {
   if (!state_.gRoundTripMerge || !state_.gInterimConn || !state_.gInterimConn->IsOpen()) return;
   state_.gInterimConn->BeginWrite();
-  if (KeepBackup) BackupName = MakeBackup(state_.workspace, state_.gInterimConn->DatabaseName());
   if (OnDatabaseTaken) OnDatabaseTaken();
+}
+
+void frmProjectToIDEF3::GenerateFromDatabase() {
+  const std::string counts = CountsOfPlan(*state_.gProjectConn, state_.gInterimProjId);
+  CancellableRun run;
+  run.driver = [this] { return GenerateTextFromProject(state_); };
+  run.drop = [this] { DropRun(); };
+  GenerateResult = RunUntilCancelled(state_, run).done;
+  Result = ResultOf(counts, "");
+}
+
+void frmProjectToIDEF3::GenerateFromFile() {
+  const std::string database = state_.gInterimConn ? state_.gInterimConn->DatabaseName() : "";
+  CancellableRun run;
+  run.take = [this] {
+    TakeInterimDb();
+    return true;
+  };
+  if (KeepBackup) {
+    run.targets.database = database;
+    if (state_.gRoundTripMerge) run.targets.copy = KeptFiles::Copy::kBackup;
+  }
+  run.driver = [this] { return TranslateFile(); };
+  run.drop = [this] { DropRun(); };
+  const RunEnd end = RunUntilCancelled(state_, run);
+  GenerateResult = end.done;
+  if (!end.backupName.empty()) BackupName = end.backupName;
+  try {
+    std::string counts;
+    if (GenerateResult.value_or(false)) {
+      Connection connection(state_.workspace);
+      connection.Open(ConnectionText(database), OpenMode::kReadOnly);
+      counts = CountsOfWork(connection, state_.gInterimProjId);
+    }
+    Result = ResultOf(counts, database);
+  } catch (const RunTimeError& error) {
+    Result = {"what was written can't be read: " + ToUtf8(error.Description()), ""};
+  }
+}
+
+// The text was emptied when it was picked; half of a model must not be taken for a whole one.
+void frmProjectToIDEF3::DropRun() {
+  for (auto* connection : {&state_.gProjectConn, &state_.gInterimConn}) {
+    if (*connection && (*connection)->IsOpen()) (*connection)->Close();
+    connection->reset();
+  }
+  if (outputName_.empty() || !state_.files.IsOpen(state_.gOutFile)) return;
+  state_.files.Close(state_.gOutFile);
+  state_.files.OpenForOutput(state_.gOutFile, outputName_);
+  state_.files.Close(state_.gOutFile);
+}
+
+RunResult frmProjectToIDEF3::ResultOf(const std::string& counts,
+                                      const std::string& database) const {
+  if (!GenerateResult) {
+    const std::string kept = "; " + database + " is as it was before the run";
+    return {"cancelled, nothing written" + (database.empty() ? "" : kept), ""};
+  }
+  if (!*GenerateResult) {
+    const bool merge = state_.gRoundTripMerge && SSTabInput != kDatabaseTab;
+    return {(merge ? "the merge was not finished: " : "the model was not finished: ") + outputName_,
+            ""};
+  }
+  std::vector<std::string> files{outputName_};
+  if (!database.empty()) files.push_back(database);
+  return {counts + WrittenNote(files), outputName_};
 }
 
 void frmProjectToIDEF3::LaunchCelvar() {

@@ -53,6 +53,7 @@ void RunPass(ModelToProject& state, const std::string& mpxFileName) {
   WriteProjectHeader(pass, mpxFileName);
   pass.PrintMpx(kMpxResourceFields);
   pass.PrintMpx(kMpxResourceFieldNumbers);
+  state.progress.Begin("Laying out the plan", 0);
   MarkResources(pass);
   WriteResources(pass);
   BuildOutline(state);
@@ -60,6 +61,7 @@ void RunPass(ModelToProject& state, const std::string& mpxFileName) {
   BuildStartRelations(state);
   BuildFinishRelations(state);
   WriteTasks(pass);
+  state.progress.Begin("Numbering the outline", 0);
   NumberOutline(state);
   if (pass.mpxWanted) EndMpx(state);
 }

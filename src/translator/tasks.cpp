@@ -94,6 +94,15 @@ void WriteTask(Pass& pass, Recordset& activity) {
   WriteAssignments(pass, activity);
 }
 
+// The tasks are numbered from 1. Leaves the set at its start.
+std::int64_t LastNumber(Recordset& activities) {
+  if (activities.Eof()) return 0;
+  activities.MoveLast();
+  const std::int64_t last = ToInt32(activities.Field("Project_ID"));
+  activities.MoveFirst();
+  return last;
+}
+
 }  // namespace
 
 void WriteTasks(Pass& pass) {
@@ -103,7 +112,10 @@ void WriteTasks(Pass& pass) {
           " and send_to_project = 1 order by Project_ID");
   pass.PrintMpx(kMpxTaskFields);
   pass.PrintMpx(kMpxTaskFieldNumbers);
-  for (; !activities.Eof(); activities.MoveNext()) WriteTask(pass, activities);
+  pass.state.progress.Begin("Writing the tasks", LastNumber(activities));
+  for (; !activities.Eof(); activities.MoveNext(), pass.state.progress.Step()) {
+    WriteTask(pass, activities);
+  }
 }
 
 }  // namespace merivane::translator

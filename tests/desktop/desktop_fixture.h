@@ -23,7 +23,9 @@ using namespace desktop;
 class ScriptedNames : public FileNames {
  public:
   std::deque<std::string> names;
-  QString Ask(const FileDialog& /*dialog*/, QWidget* /*parent*/) override {
+  std::vector<FileDialog> asked;
+  QString Ask(const FileDialog& dialog, QWidget* /*parent*/) override {
+    asked.push_back(dialog);
     if (names.empty()) return {};
     const std::string name = names.front();
     names.pop_front();
@@ -40,7 +42,16 @@ class TestDesktop : public QtDesktop {
   std::vector<std::string> started;
   std::vector<Qt::CursorShape> pointersAtStart;  // while a handler runs
   std::vector<int> helpContexts;
+  int webPageResult = 2;  // a failure
+  std::vector<std::string> opened;
+  std::int64_t ticksPerLook = 0;  // time stands still
+  std::function<void(const RunProgress&)> onProgress;
 
+  std::int64_t Ticks() const override { return ticks_ += ticksPerLook; }
+  void ShowProgress(const RunProgress& progress) override {
+    QtDesktop::ShowProgress(progress);
+    if (onProgress) onProgress(progress);
+  }
   std::string TemplatePath() const override { return templatePath; }
   std::optional<std::string> RegistryDefault(const std::string& key) const override {
     const auto entry = registry.find(key);
@@ -54,10 +65,16 @@ class TestDesktop : public QtDesktop {
     }
     return true;
   }
-  int OpenWebPage(const std::string& /*url*/) override { return 2; }
+  int OpenWebPage(const std::string& url) override {
+    opened.push_back(url);
+    return webPageResult;
+  }
   void ShowHelp(const std::string& /*helpFile*/, int /*command*/, int context) override {
     helpContexts.push_back(context);
   }
+
+ private:
+  mutable std::int64_t ticks_ = 0;
 };
 
 class DesktopTest : public ::testing::Test {

@@ -123,23 +123,55 @@ TEST_F(MainWindowTest, FitsTheScreenWithTheSplashInItsMiddle) {
   main.splash.Unload();
 }
 
-TEST_F(MainWindowTest, TheFileDialogTakesANewNameAndStartsWhereItEnded) {
+TEST_F(MainWindowTest, ABrowseButtonTellsItsNameAndWhetherTheFileMayBeNew) {
+  struct Button {
+    int tab;
+    const char* name;
+    const char* box;
+    bool newName;
+  };
+  const auto look = [this](QWidget& form, const char* tabs, const std::vector<Button>& buttons) {
+    for (const Button& button : buttons) {
+      SelectTab(form, tabs, button.tab);
+      User::Get<QLineEdit>(form, button.box).setText(button.name);
+      User::Click(form, button.name);
+      EXPECT_EQ(names.asked.back().newName, button.newName) << button.name;
+      EXPECT_EQ(names.asked.back().current, button.name);
+    }
+  };
+  look(OpenToProject(), "SSTabGenerateOpt",
+       {{0, "cmdBrowseText", "txtCelvarFilename", false},
+        {0, "BrowsedbBt", "txtDatabase", true},
+        {1, "BrowsedbBt_mpx", "txtDatabase_mpx", true},
+        {1, "cmdBrowseMPX", "txtMpx", true}});
+  look(OpenToModel(), "SSTabInput",
+       {{0, "cmdBrowseText", "txtCelvarFilename", true},
+        {0, "cmdBrowseDatabase", "txtDatabase", false},
+        {1, "cmdBrowseMPX", "txtMPX", false},
+        {1, "cmdInterimDB", "txtInterimDB", true}});
+}
+
+TEST_F(MainWindowTest, TheFileDialogTakesNewNamesWithoutAQuestionInTheFolderOfTheLastName) {
   DialogFileNames real;
-  const FileDialog dialog{"Text (*.txt)|*.txt", "Pick"};
-  user.steps.emplace_back([this](QDialog& shown) {
-    auto& picker = dynamic_cast<QFileDialog&>(shown);
-    EXPECT_EQ(picker.windowTitle(), "Pick");
-    picker.setDirectory(QString::fromStdString(folder.Path("")));
-    User::Get<QLineEdit>(picker, "fileNameEdit").setText("new");
-    QTest::keyClick(&User::Find(picker, "fileNameEdit"), Qt::Key_Return);
-  });
-  EXPECT_EQ(real.Ask(dialog, &window).toStdString(), folder.Path("new.txt"));
-  user.steps.emplace_back([this](QDialog& shown) {
-    EXPECT_EQ(dynamic_cast<QFileDialog&>(shown).directory(),
-              QDir(QString::fromStdString(folder.Path(""))));
-    shown.reject();
-  });
-  EXPECT_EQ(real.Ask(dialog, &window), "");
+  folder.Write("old.txt", "stands");
+  const auto ask = [&](const FileDialog& dialog, const char* name) {
+    user.steps.emplace_back([&](QDialog& shown) {
+      auto& picker = dynamic_cast<QFileDialog&>(shown);
+      EXPECT_EQ(picker.windowTitle(), "Pick");
+      EXPECT_EQ(picker.acceptMode() == QFileDialog::AcceptSave, dialog.newName);
+      EXPECT_EQ(picker.directory(), QDir(QString::fromStdString(folder.Path(""))));
+      User::Get<QLineEdit>(picker, "fileNameEdit").setText(name);
+      QTest::keyClick(&User::Find(picker, "fileNameEdit"), Qt::Key_Return);
+    });
+    return real.Ask(dialog, &window).toStdString();
+  };
+  const std::string typed = folder.Path("typed.mdb");
+  real.Remember(QString::fromStdString(typed));
+  EXPECT_EQ(ask({"Text (*.txt)|*.txt", "Pick"}, "new"), folder.Path("new.txt"));
+  EXPECT_EQ(ask({"Text (*.txt)|*.txt", "Pick", true}, "old.txt"), folder.Path("old.txt"));
+  real.Remember("/typed.mdb");
+  EXPECT_EQ(ask({"Text (*.txt)|*.txt", "Pick", true, typed}, "a"), folder.Path("a.txt"));
+  EXPECT_TRUE(user.boxes.empty());
 }
 
 }  // namespace

@@ -17,7 +17,9 @@ namespace {
 
 using test::User;
 using ::testing::ElementsAre;
-using ::testing::StartsWith;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 
 class ModelToProjectWindow : public test::DesktopTest {
  protected:
@@ -73,7 +75,8 @@ TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
   User::Click(form, "cmdOK");
   EXPECT_TRUE(user.boxes.empty());
   EXPECT_FALSE(form.isVisible());
-  EXPECT_EQ(window.Result().toStdString(), "Plan written: " + plan);
+  EXPECT_THAT(window.Result().toStdString(),
+              MatchesRegex("[1-9][0-9]* tasks, .*; written: " + plan));
   EXPECT_THAT(desktop.started, ElementsAre("project  " + plan));
   EXPECT_THAT(desktop.pointersAtStart, ElementsAre(Qt::WaitCursor));
 }
@@ -175,7 +178,7 @@ TEST_F(Chooser, TakesTheSelectedEntryByKeyboardAndRefusesNone) {
   });
   EXPECT_THAT(user.boxes, ElementsAre(""));
   EXPECT_EQ(program.modelToProject.chosenName, "Weekday bread");
-  EXPECT_THAT(window.Result().toStdString(), StartsWith("Plan written: "));
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: "));
 }
 
 TEST_F(Chooser, AnAbortEndsTheProgramOnceItIsConfirmed) {
@@ -226,6 +229,69 @@ TEST_F(ModelToProjectWindow, BadInputLeavesTheWindowUsable) {
   EXPECT_EQ(test::ReadFile(plan), before);
   EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(user.boxes.size(), 1U);
+}
+
+TEST_F(ModelToProjectWindow, TheResultNamesTheDatabaseThatWasWrittenAndOpensIt) {
+  const std::string first = folder.Path("first plan.mdb");
+  const std::string locked = folder.Path("locked.mdb");
+  std::filesystem::copy_file(test::TemplateDatabase(), locked);
+  EXPECT_FALSE(User::Find(window, "openResult").isVisible());
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(form, "BrowsedbBt", first);
+  {
+    Locked lock(locked);
+    user.steps.push_back(User::Clicks("CmdOverwrite"));
+    Browse(form, "BrowsedbBt", locked);  // without a word, and the first one stays open
+  }
+  EXPECT_EQ(TextOf(form, "txtDatabase"), locked);
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(window.Result().toStdString(), EndsWith("; written: " + first));
+  User::Click(window, "openResult");
+  desktop.webPageResult = Desktop::kLowestSuccess;
+  User::Click(window, "openResult");
+  User::Click(window, "showResult");
+  const std::string address =
+      QUrl::fromLocalFile(QString::fromStdString(first)).toEncoded().toStdString();
+  EXPECT_THAT(desktop.opened, ElementsAre(address, address, address.substr(0, address.rfind('/'))));
+  EXPECT_THAT(user.boxes, ElementsAre("No program could be started to open " + first));
+}
+
+TEST_F(ModelToProjectWindow, CancelLeavesEveryFileAsItWas) {
+  const std::string plan = folder.Path("plan.mdb");
+  const std::string mpx = folder.Path("plan.mpx");
+  MakePlan(plan, mpx);
+  const std::string mpxBefore = test::ReadFile(mpx);
+  const auto rows = [&] {
+    Connection connection(program.workspace);
+    connection.Open(ConnectionText(plan), OpenMode::kReadOnly);
+    return CountRows(connection, "Activity_in_Scenario") + CountRows(connection, "MSP_TASKS");
+  };
+  const auto rowsBefore = rows();
+  desktop.ticksPerLook = 200;
+  for (const char* stage : {"Reading the model", "Laying out the plan", "Writing the tasks"}) {
+    SCOPED_TRACE(stage);
+    bool cancelled = false;
+    desktop.onProgress = [&](const RunProgress& progress) {
+      if (progress.stage != stage || window.findChild<QDialog*>("progress") == nullptr) return;
+      QTest::keyClick(window.windowHandle(), Qt::Key_Return);  // goes nowhere
+      User::Click(window, "progressCancel");
+      cancelled = true;
+    };
+    OpenToProject();
+    SelectTab(form, "SSTabGenerateOpt", 1);
+    Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+    user.steps.push_back(User::Clicks("CmdAppend"));
+    Browse(form, "BrowsedbBt_mpx", plan);
+    Browse(form, "cmdBrowseMPX", mpx);
+    User::Click(form, "cmdOK");
+    EXPECT_TRUE(cancelled && !form.isVisible());
+    EXPECT_EQ(window.findChild<QDialog*>("progress"), nullptr);
+    EXPECT_EQ(rows(), rowsBefore);
+    EXPECT_EQ(test::ReadFile(mpx), mpxBefore);
+    EXPECT_EQ(window.Result().toStdString(),
+              "Cancelled, nothing written; " + plan + " is as it was before the run");
+  }
+  EXPECT_TRUE(user.boxes.empty());
 }
 
 TEST_F(ModelToProjectWindow, ASourceThatVanishedEndsTheProgramWithItsBox) {

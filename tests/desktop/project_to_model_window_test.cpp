@@ -11,7 +11,9 @@ namespace {
 
 using test::User;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 
 class ProjectToModelWindow : public test::DesktopTest {
  protected:
@@ -94,7 +96,8 @@ TEST_F(ProjectToModelWindow, WritesAModelFromADatabaseByClicksAlone) {
   User::Click(form, "cmdOK");
   EXPECT_TRUE(user.boxes.empty());
   EXPECT_FALSE(form.isVisible());
-  EXPECT_EQ(window.Result().toStdString(), "Model text written: " + text);
+  EXPECT_THAT(window.Result().toStdString(),
+              MatchesRegex("[1-9][0-9]* tasks, .*; written: " + text));
   EXPECT_THAT(test::ReadFile(text), HasSubstr("Scenario List\r\n"));
 }
 
@@ -130,9 +133,8 @@ TEST_F(ProjectToModelWindow, TheArrowKeysChooseBetweenOverwriteAndMerge) {
 TEST_F(ProjectToModelWindow, AMergeTellsWhereTheDatabaseBeforeItIs) {
   const std::string broken = folder.Write("cut.mpx", "MPX,Merivane,4.0\r\n");
   const std::pair<std::string, std::string> cases[] = {
-      {mpx,
-       "Model text written: " + text + "; the database as it was before: " + database + ".bak"},
-      {broken, "The merge stopped; the database as it was before: " + database +
+      {mpx, "; written: " + text + ", " + database + "; as it was before: " + database + ".bak"},
+      {broken, "The merge was not finished: " + text + "; as it was before: " + database +
                    ".bak2; 1 message was shown"}};
   for (const auto& [plan, result] : cases) {
     QWidget& form = OpenMpxTab(ChooseMerge);
@@ -140,7 +142,34 @@ TEST_F(ProjectToModelWindow, AMergeTellsWhereTheDatabaseBeforeItIs) {
     Browse(form, "cmdBrowseText", text);
     User::Click(form, "cmdOK");
     EXPECT_EQ(user.boxes.front(), "Please Select a Project to be merged.");
-    EXPECT_EQ(window.Result().toStdString(), result);
+    EXPECT_THAT(window.Result().toStdString(), EndsWith(result));
+  }
+}
+
+TEST_F(ProjectToModelWindow, ACancelledMergeLeavesTheModelAsItWas) {
+  const auto marked = [this] {
+    Connection connection(program.workspace);
+    connection.Open(ConnectionText(database), OpenMode::kReadOnly);
+    return CountRows(connection, "MSP_TASKS", "where KV7_PROCOCC_Brought_Back = 1") +
+           CountRows(connection, "ProjectAct");
+  };
+  ASSERT_EQ(marked(), 0U);
+  for (const char* stage : {"Reading the plan", "Merging the tasks", "Writing the scenarios"}) {
+    SCOPED_TRACE(stage);
+    QWidget& form = OpenMpxTab(ChooseMerge);
+    Browse(form, "cmdBrowseMPX", mpx);
+    Browse(form, "cmdBrowseText", text);
+    desktop.ticksPerLook = 200;
+    desktop.onProgress = [&](const RunProgress& progress) {
+      auto* dialog = window.findChild<QDialog*>("progress");
+      if (progress.stage == stage && dialog != nullptr) QTest::keyClick(dialog, Qt::Key_Escape);
+    };
+    User::Click(form, "cmdOK");
+    EXPECT_EQ(marked(), 0U);
+    EXPECT_EQ(test::ReadFile(text), "");
+    EXPECT_FALSE(std::filesystem::exists(database + ".bak"));
+    EXPECT_EQ(window.Result().toStdString(),
+              "Cancelled, nothing written; " + database + " is as it was before the run");
   }
 }
 
@@ -158,7 +187,7 @@ TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {
   EXPECT_EQ(rows.index(0, 3).data().toString(), "It was called 'Set up the desk'.");
   EXPECT_EQ(test::ReadFile(database), before);
   User::Click(preview, "cmdMerge");
-  EXPECT_THAT(window.Result().toStdString(), HasSubstr("Model text written: " + text));
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
   EXPECT_THAT(test::ReadFile(text), HasSubstr("Build the desk"));
 }
 
@@ -177,7 +206,7 @@ TEST_F(ProjectToModelWindow, OverwriteAndCancelBothBeginAnew) {
     Browse(form, "cmdBrowseText", text);
     User::Click(form, "cmdOK");
     EXPECT_TRUE(user.boxes.empty()) << user.boxes.front();
-    EXPECT_THAT(window.Result().toStdString(), HasSubstr("as it was before: " + database + ".bak"));
+    EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text + ", " + database));
   }
 }
 

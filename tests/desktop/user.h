@@ -71,7 +71,7 @@ class User : public QObject {
   }
   void Look() {
     auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    if (dialog == nullptr || dialog == inHand_) return;
+    if (dialog == nullptr || dialog == inHand_ || dialog->objectName() == "progress") return;
     QDialog* before = inHand_;
     inHand_ = dialog;
     connect(dialog, &QObject::destroyed, this, [this, dialog] {

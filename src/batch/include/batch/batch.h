@@ -15,7 +15,8 @@ enum ExitStatus {
 };
 
 // Runs one command line (without the program's name). `programFolder` is where the template lies.
+// With `terminal`, `err` is one: how far a run is stands there in a line that comes and goes.
 int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
-             std::ostream& out, std::ostream& err);
+             std::ostream& out, std::ostream& err, bool terminal = false);
 
 }  // namespace merivane::batch

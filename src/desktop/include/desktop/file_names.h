@@ -15,13 +15,18 @@ class FileNames {
   virtual ~FileNames() = default;
   // The name that the user picked, of a file that need not exist; empty when cancelled.
   virtual QString Ask(const FileDialog& dialog, QWidget* parent) = 0;
+  // A name that came another way: typed or dropped.
+  virtual void Remember(const QString& /*name*/) {}
 };
 
-// A file dialog that starts in the folder where the last one ended.
+// A file dialog that starts in the folder of the name chosen so far, otherwise in that of the last
+// name, otherwise among the user's documents. For a file to be written it is a dialog that takes a
+// new name, and it doesn't ask about one that stands: the forms do.
 class DialogFileNames : public FileNames {
  public:
   DialogFileNames();
   QString Ask(const FileDialog& dialog, QWidget* parent) override;
+  void Remember(const QString& name) override;
 
  private:
   QString folder_;

@@ -8,6 +8,7 @@
 #include "shell/frmMain.h"
 
 class QMdiArea;
+class QPushButton;
 
 namespace merivane::desktop {
 
@@ -34,13 +35,18 @@ class MainWindow : public QMainWindow {
   void AddMenus();
   void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
-  void ShowResult(const QString& text);
+  void ShowResult(const QString& text, const QString& file);
+  QPushButton* AddResultButton(const char* name, const char* caption,
+                               QString (*place)(const QString& file));
 
   QtDesktop& desktop_;
   frmMain& main_;
   std::unique_ptr<HelpKey> helpKey_;
   QMdiArea* area_;
   ElidedLabel* result_;
+  QString written_;  // by the last translation; empty: nothing
+  QPushButton* open_ = nullptr;
+  QPushButton* showInFolder_ = nullptr;
 };
 
 }  // namespace merivane::desktop

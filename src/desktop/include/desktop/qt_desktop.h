@@ -19,6 +19,7 @@ namespace merivane::desktop {
 using namespace shell;
 
 class HelpWindow;
+class ProgressDialog;
 
 // REQUIRES: a QApplication that outlives it.
 class QtDesktop : public Desktop {
@@ -31,7 +32,8 @@ class QtDesktop : public Desktop {
 
   // Runs a form's handler. Every slot goes through here, so that no exception crosses Qt: a failure
   // that the handler did not guard shows its description, and the end of the program leaves all
-  // open dialogs, unwinds the handlers that wait for them and calls OnEnd. Nothing once ended.
+  // open dialogs, unwinds the handlers that wait for them and calls OnEnd. Nothing once ended, and
+  // nothing while the screen catches up with a run.
   void Run(const std::function<void()>& handler);
   // The same for an event of a form's window. An event that comes while the form isn't shown, a key
   // on its way when it was unloaded for instance, is dropped.
@@ -39,6 +41,8 @@ class QtDesktop : public Desktop {
   // The same for a browse handler, with `name` as the answer of its file dialog.
   void RunWithFileName(const Form& form, const std::string& name,
                        const std::function<void()>& handler);
+  // A name that was typed into a box.
+  void RememberName(const std::string& name);
   bool Ended() const { return ended_; }
   std::function<void()> OnEnd;
 
@@ -46,6 +50,9 @@ class QtDesktop : public Desktop {
   void RequestHelp(const QWidget* widget);
   std::function<void(int context)> OnHelpRequest;
   HelpWindow* Help() const { return help_.get(); }
+
+  // Opens a file or a folder in the program that the user has for it.
+  void OpenPlace(const QString& path);
 
   // Boxes shown so far.
   int MessageCount() const { return messageCount_; }
@@ -55,6 +62,9 @@ class QtDesktop : public Desktop {
   std::string AskFileName(const FileDialog& dialog) override;
   int MousePointer() const override { return pointer_; }
   void SetMousePointer(int pointer) override;
+  void ShowProgress(const RunProgress& progress) override;
+  void EndProgress() override;
+  bool Breathe() override;
   void ShowModal(ModalForm& form) override;
   void Sleep(int milliseconds) override;
   std::string AppPath() const override;
@@ -78,6 +88,9 @@ class QtDesktop : public Desktop {
   FileNames& fileNames_;
   QWidget* window_ = nullptr;
   std::unique_ptr<HelpWindow> help_;
+  std::unique_ptr<ProgressDialog> progress_;   // while a run shows how far it is
+  std::optional<std::int64_t> progressSince_;  // ticks when it was told first
+  bool breathing_ = false;
   std::optional<std::string> givenName_;
   std::vector<std::function<void()>> waits_;  // leaves each nested event loop, innermost last
   int pointer_ = kPointerDefault;

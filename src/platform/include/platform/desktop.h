@@ -32,6 +32,8 @@ struct Message {
 struct FileDialog {
   std::string filter;
   std::string title;
+  bool newName = false;      // the file is to be written, and may be new
+  std::string current = {};  // the name chosen so far, UTF-8; empty without one
 };
 
 // Values of the pointer that handlers set.
@@ -39,6 +41,13 @@ inline constexpr int kPointerDefault = 0;
 inline constexpr int kPointerArrow = 1;
 inline constexpr int kPointerHourglass = 11;
 inline constexpr int kPointerArrowHourglass = 13;
+
+// How far a long run has come.
+struct RunProgress {
+  std::string stage = {};  // "Reading the model", Windows-1252
+  std::int64_t done = 0;   // rows
+  std::int64_t total = 0;  // 0: not known
+};
 
 // A form that can be shown modally. Its handlers call Unload to end the wait.
 class ModalForm {
@@ -82,6 +91,14 @@ class Desktop {
   // Waits with the windows painted; nothing where there is no window.
   virtual void Sleep(int /*milliseconds*/) {}
 
+  // Shows how far a run is, at most ten times a second, until EndProgress.
+  virtual void ShowProgress(const RunProgress& /*progress*/) {}
+  virtual void EndProgress() {}
+  // Milliseconds of a clock that never goes back.
+  virtual std::int64_t Ticks() const;
+  // Lets the screen catch up while a run is under way. False once the user has cancelled it.
+  virtual bool Breathe() { return true; }
+
   [[noreturn]] void EndProgram() { throw ProgramEnd(); }
 
   // Directory of the program's file, without a separator at its end.
@@ -98,7 +115,9 @@ class Desktop {
   virtual std::optional<std::string> RegistryDefault(const std::string& key) const = 0;
   // Starts a command line (UTF-8) without waiting; False where it can't be started.
   virtual bool StartProgram(const std::string& commandLine) = 0;
-  // Opens a page in the browser; a result below 33 is a failure.
+  // Opens a page, or a file by its address, in the program for it; a result below kLowestSuccess is
+  // a failure.
+  static constexpr int kLowestSuccess = 33;
   virtual int OpenWebPage(const std::string& url) = 0;
   virtual void ShowHelp(const std::string& helpFile, int command, int context) = 0;
   // Value of a key in an ini file; `fallback` where there is none. At most 255 characters.

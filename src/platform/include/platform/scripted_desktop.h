@@ -40,6 +40,9 @@ class ScriptedDesktop : public Desktop {
   std::function<void(ModalForm&)> modalHandler;  // plays the user of a form; without it, closes it
   std::function<void(const ShownMessage&)> onMessage;  // after a box was answered and recorded
   std::function<void(const Chooser&)> onChooser;       // after a chooser was recorded
+  std::function<void(const RunProgress&)> onProgress;
+  std::function<void()> onProgressEnd;
+  std::function<bool()> onBreath;  // False cancels the run
   std::string appPath = ".";
   std::string templatePath;  // empty: beside the program
   DateTime today{2000, 1, 3, 0};
@@ -70,6 +73,9 @@ class ScriptedDesktop : public Desktop {
   int MousePointer() const override { return pointer; }
   void SetMousePointer(int value) override { pointer = value; }
   void ShowModal(ModalForm& form) override;
+  void ShowProgress(const RunProgress& progress) override;
+  void EndProgress() override;
+  bool Breathe() override;
   std::string AppPath() const override { return appPath; }
   std::string TemplatePath() const override;
   DateTime Today() const override { return today; }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/desktop.h"
+#include "program/progress.h"
 #include "runtime/text_files.h"
 #include "runtime/value.h"
 #include "store/ask.h"
@@ -33,6 +34,7 @@ struct Direction {
   Desktop& desktop;
   TextFiles& files;
   Workspace& workspace;
+  Progress& progress;
   std::int32_t& codePage;  // set by the model-to-project pass, read by both; 0 before
 };
 
@@ -139,6 +141,7 @@ class Program {
   Desktop& desktop;
   TextFiles files;
   Workspace workspace;
+  Progress progress;
   std::int32_t codePage = 0;
   ModelToProject modelToProject;
   ProjectToModel projectToModel;

@@ -60,4 +60,7 @@ class TextFiles {
   std::map<std::string, std::string> standIns_;
 };
 
+// Lines of a file; 0 where it isn't a file that can be read twice.
+std::int64_t CountLines(const std::string& path);
+
 }  // namespace merivane::runtime

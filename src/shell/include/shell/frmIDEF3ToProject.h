@@ -2,10 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "program/program.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
+#include "shell/run_result.h"
 
 namespace merivane::shell {
 
@@ -29,6 +32,7 @@ class frmIDEF3ToProject : public Form {
   TextBox txtMpx;
   TextBox txtDatabase_xml;
   TextBox txtXml;
+  std::string XmlStandIn;  // where the XML is written in txtXml's stead; empty: there
   std::string SSTabGenerateOpt = kDatabaseTab;  // caption of the active tab
   CheckBox CkLaunchMsprojApp;
 
@@ -54,6 +58,7 @@ class frmIDEF3ToProject : public Form {
 
   // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
   std::optional<bool> GenerateResult;
+  RunResult Result;  // of that run
 
   // Opens "MSProject2kDB.mdb" beside the program and proves it as CheckTemplateDb does.
   bool OpenProj2kTemplate();
@@ -71,6 +76,9 @@ class frmIDEF3ToProject : public Form {
   // where one has written since the database was picked. False when it is told that it can't.
   bool TakeDatabase();
   bool Validate();
+  void Generate();
+  void DropRun();
+  RunResult ResultOf(const std::string& database);
   void LaunchProject();
   bool ValidateFileTab(const TextBox& file, const char* noFile, const TextBox& database);
   bool DatabaseTabActive() const { return SSTabGenerateOpt == kDatabaseTab; }

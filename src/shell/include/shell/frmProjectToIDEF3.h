@@ -7,6 +7,7 @@
 #include "program/program.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
+#include "shell/run_result.h"
 
 namespace merivane::shell {
 
@@ -63,6 +64,7 @@ class frmProjectToIDEF3 : public Form {
 
   // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
   std::optional<bool> GenerateResult;
+  RunResult Result;  // of that run
 
  protected:
   void Load() override;
@@ -75,11 +77,17 @@ class frmProjectToIDEF3 : public Form {
   void BrowseInterimDb(TextBox& box);
   void MakeInterimDb(const std::string& path);
   void ChooseForExistingInterimDb(TextBox& box);
-  // For a merge: keeps other processes from writing until it is over, and makes the backup.
+  // For a merge: keeps other processes from writing until it is over, and tells whoever keeps a
+  // copy.
   void TakeInterimDb();
+  void GenerateFromDatabase();
+  void GenerateFromFile();
+  void DropRun();
+  RunResult ResultOf(const std::string& counts, const std::string& database) const;
   void LaunchCelvar();
   bool Refuse(const char* text);
 
+  std::string outputName_;  // the file that gOutFile is open on; the box may say another one
   ProjectToModel& state_;
   Desktop& desktop_;
   ApplicationPaths& paths_;

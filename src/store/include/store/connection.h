@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -26,6 +27,10 @@ class Workspace {
   ~Workspace();
   Workspace(const Workspace&) = delete;
   Workspace& operator=(const Workspace&) = delete;
+
+  // Called now and then while statements run; what it throws leaves the call of the record set
+  // that ran one.
+  std::function<void()> OnWork;
 
   // Commits what every connection has written so far. For the end of a handler (errors come up) ...
   void CommitAll();
