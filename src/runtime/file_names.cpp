@@ -25,13 +25,14 @@ bool IsTemporaryName(std::string_view name) {
 
 void RemoveWhatKilledRunsLeft(const fs::path& folder) {
   const auto yesterday = fs::file_time_type::clock::now() - std::chrono::hours(24);
-  std::error_code error;
-  fs::directory_iterator entry(folder, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+  for (const std::string& name : NamesIn(folder)) {
+    if (!IsTemporaryName(name)) continue;
+    const fs::path left = folder / PathOf(name);
     std::error_code unknown;
-    if (!IsTemporaryName(Utf8Of(entry->path().filename()))) continue;
-    const bool old = entry->is_regular_file(unknown) && entry->last_write_time(unknown) < yesterday;
-    if (old && !unknown) fs::remove(entry->path(), unknown);
+    const auto status = fs::symlink_status(left, unknown);
+    const bool ours = fs::is_regular_file(status) || fs::is_directory(status);
+    const bool old = ours && fs::last_write_time(left, unknown) < yesterday;
+    if (old && !unknown) fs::remove_all(left, unknown);
   }
 }
 

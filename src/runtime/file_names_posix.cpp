@@ -1,7 +1,9 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
@@ -26,6 +28,16 @@ namespace {
 }
 
 }  // namespace
+
+// The standard library's iterator ends the program where memory runs out.
+std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
+  const auto close = [](DIR* open) { closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> open(opendir(folder.c_str()), close);
+  std::vector<std::string> names;
+  if (!open) return names;
+  while (const dirent* entry = readdir(open.get())) names.emplace_back(entry->d_name);
+  return names;
+}
 
 bool MakeNewFile(const std::string& path) {
   constexpr mode_t kForAllAsTheUserAllows = 0666;

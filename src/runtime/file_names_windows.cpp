@@ -10,6 +10,16 @@
 
 namespace merivane::runtime {
 
+std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    names.push_back(Utf8Of(entry->path().filename()));
+  }
+  return names;
+}
+
 bool MakeNewFile(const std::string& path) {
   int file = -1;
   const errno_t failure =

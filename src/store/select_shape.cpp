@@ -1,6 +1,7 @@
 #include "select_shape.h"
 
 #include <algorithm>
+#include <new>
 
 #include "index_choice.h"
 #include "runtime/code_page.h"
@@ -160,7 +161,12 @@ void SelectShape::TakeBack(ReadKind kind, sqlite3_stmt* statement) noexcept {
   sqlite3_clear_bindings(statement);
   const bool narrow = HasColumns(kind) && HasKeys() &&
                       sqlite3_column_count(statement) <= static_cast<int>(slotColumns_.size());
-  if (!narrow) free_[static_cast<std::size_t>(kind)].push_back(std::move(owned));
+  if (narrow) return;
+  try {
+    free_[static_cast<std::size_t>(kind)].push_back(std::move(owned));
+  } catch (const std::bad_alloc&) {
+    // Without room it is finalized, and prepared anew where it is needed again.
+  }
 }
 
 }  // namespace merivane::store

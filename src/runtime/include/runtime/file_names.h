@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace merivane::runtime {
 
@@ -21,6 +22,9 @@ bool IsSamePlace(const std::string& a, const std::string& b);
 // older than a day.
 std::string TemporaryNameIn(const std::filesystem::path& folder);
 std::string TemporaryNameBeside(const std::string& path);
+
+// The names in a folder, without their places; none where it can't be listed.
+std::vector<std::string> NamesIn(const std::filesystem::path& folder);
 
 // Makes an empty file; False where something stands there already. Errors: 61, 70, 75, 76.
 bool MakeNewFile(const std::string& path);

@@ -26,6 +26,17 @@ class Value {
   Value(Bytes bytes) : data_(std::move(bytes)) {}
   Value(bool) = delete;  // a flag in a column is 1, 0 or -1: say which
 
+  // Made around the copied content: a variant of GCC 12 whose own copy fails ends the program.
+  Value(const Value& other)
+      : data_(std::visit([](const auto& content) { return Data(content); }, other.data_)) {}
+  Value& operator=(const Value& other) {
+    if (this != &other) *this = Value(other);
+    return *this;
+  }
+  Value(Value&&) noexcept = default;
+  Value& operator=(Value&&) noexcept = default;
+  ~Value() = default;
+
   bool IsNull() const { return std::holds_alternative<std::monostate>(data_); }
   bool IsInteger() const { return std::holds_alternative<std::int64_t>(data_); }
   bool IsReal() const { return std::holds_alternative<double>(data_); }
@@ -43,7 +54,8 @@ class Value {
   friend bool operator==(const Value&, const Value&) = default;
 
  private:
-  std::variant<std::monostate, std::int64_t, double, std::string, Bytes> data_;
+  using Data = std::variant<std::monostate, std::int64_t, double, std::string, Bytes>;
+  Data data_;
 };
 
 }  // namespace merivane::runtime
