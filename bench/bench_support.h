@@ -1,7 +1,5 @@
-// Clock, temporary files and raw SQLite for the measurements.
+// Temporary files, and what a run of a program costs.
 #pragma once
-
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <functional>
@@ -10,40 +8,40 @@
 
 namespace merivane::bench {
 
-constexpr int kSizes[] = {1000, 2000, 4000, 8000};
-constexpr int kRuns = 3;  // the fastest is quoted
-
-double Seconds(const std::function<void()>& work);
-
-// Runs `work` in a child process; its peak resident memory in MiB.
-double PeakMemory(const std::function<void()>& work);
-
 class TemporaryFolder {
  public:
   TemporaryFolder();
   ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
   std::string File(const std::string& name) const { return (path_ / name).string(); }
-  std::string TemplateCopy(const std::string& name) const;
 
  private:
   std::filesystem::path path_;
 };
 
+std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, const std::string& content);
-void Execute(const std::string& database, const std::string& sql);
 
-// All rows of all tables of `from` inserted by prepared statements in one transaction into `into`,
-// which holds the same tables; seconds for the inserting alone.
-double InsertFloor(const std::string& from, const std::string& into);
+struct Cost {
+  double seconds = 0;  // of CPU; the least of three runs
+  double wall = 0;     // of the same run
+  double peakMegabytes = 0;
+  double instructions = 0;  // millions; 0 where they weren't asked for
+};
 
-// Every row and column of the MSP_ tables read by plain selects, and the lines of `text` printed to
-// `copy`; seconds.
-double SelectAndPrintFloor(const std::string& database, const std::string& text,
-                           const std::string& copy);
+// Runs the command with `folder` as its working folder, each time after `prepare`. A run that ends
+// with another status than 0 or 3 is a runtime_error.
+Cost Measure(const std::vector<std::string>& command, const TemporaryFolder& folder,
+             const std::function<void()>& prepare, bool instructions);
 
-void MeasureModelToPlan();
-void MeasurePlanToModel();
-void MeasureMpxToModel();
-void MeasurePlanningXml();
+// Of the work in this process, by the wall clock.
+double Seconds(const std::function<void()>& work);
+// Peak resident memory in MiB of a child that does the work.
+double PeakMemory(const std::function<void()>& work);
+
+// Does the work in a child: a process hands its own peak memory on to what it starts.
+void InChild(const std::function<void()>& work);
 
 }  // namespace merivane::bench

@@ -259,19 +259,24 @@ std::string GenerateModel(int occurrences) {
   return text.Take();
 }
 
-std::string GenerateBlockText(int megabytes) {
-  constexpr int kProcesses = 200;
-  const std::size_t perProcess = static_cast<std::size_t>(megabytes) * 1000000 / kProcesses;
-  std::string glossary;
-  while (glossary.size() < perProcess) {
-    glossary +=
-        "The crew lays out the parts in the order of the sheet and checks each of them.\r\n";
+std::string GenerateObjectsOfOneName(int occurrences) {
+  std::string model = GenerateModel(occurrences);
+  for (int object = kObjects; object > 1; --object) {
+    const std::string name = ObjectName(object);
+    for (std::size_t at = model.find(name); at != std::string::npos; at = model.find(name, at)) {
+      model.replace(at, name.size(), ObjectName(1));
+    }
   }
-  Text text;
-  Summary(text);
-  Pools(text, kProcesses, glossary);
-  Scenarios(text, 0);  // a task would take the glossary into its note, which is shorter
-  return text.Take();
+  const std::string head = "Object  1\r\n";
+  const std::string end = "End  Object 1\r\n\r\n";
+  const std::size_t start = model.find("\r\n" + head) + 2 + head.size();
+  const std::string record = model.substr(start, model.find(end, start) - start);
+  std::string more;
+  for (int object = kObjects + 1; object <= occurrences; ++object) {
+    more += "Object  " + Number(object) + "\r\n" + record + "End  Object " + Number(object) +
+            "\r\n\r\n";
+  }
+  return model.insert(model.find("End  Object Pool"), more);
 }
 
 }  // namespace merivane::bench

@@ -9,7 +9,7 @@ namespace merivane::bench {
 // scenarios of twenty, decomposed four to a scenario; with junctions, object occurrences, facts.
 std::string GenerateModel(int occurrences);
 
-// A model whose size is mostly block text (glossaries, notes), about `megabytes` large.
-std::string GenerateBlockText(int megabytes);
+// The same with an object for each occurrence, all of one name.
+std::string GenerateObjectsOfOneName(int occurrences);
 
 }  // namespace merivane::bench

@@ -77,9 +77,11 @@ bool CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) 
   try {
     state.files.OpenForInput(state.gTextFile, fileName);
     NextLine(state);
-  } catch (const RunTimeError&) {
-    state.desktop.ShowMessage(
-        {"cannot open the celvar input text file", MessageIcon::kCritical, kTitle});
+  } catch (const RunTimeError& error) {
+    state.desktop.ShowMessage({.text = "cannot open the celvar input text file",
+                               .icon = MessageIcon::kCritical,
+                               .title = kTitle,
+                               .error = error.Number()});
     state.desktop.EndProgram();
   }
   const bool valid = Holds(state.gLine, "Dunmar Neutral Text");
