@@ -1,6 +1,9 @@
 #include "store/connection.h"
 
+#include <filesystem>
+
 #include "open_database.h"
+#include "runtime/file_names.h"
 #include "store/recordset.h"
 #include "workspace_state.h"
 
@@ -37,7 +40,11 @@ void Connection::Open(const std::string& connectionText, OpenMode mode) {
   if (IsOpen()) throw RunTimeError(kObjectOpen);
   databaseName_ = PathIn(connectionText);
   const bool inUse = workspace_.state_->CommitOthers(databaseName_, this);
-  engine_ = OpenDatabase(databaseName_, mode, inUse);
+  std::filesystem::file_time_type& proven = workspace_.state_->proven[databaseName_];
+  std::error_code error;
+  const auto written = std::filesystem::last_write_time(PathOf(databaseName_), error);
+  engine_ = OpenDatabase(databaseName_, mode, {inUse, !error && proven == written});
+  if (!error) proven = written;
   engine_->OnBusy([this] { workspace_.state_->CommitOthers(databaseName_, this); });
 }
 

@@ -22,9 +22,9 @@ void SetUp(sqlite3* database, const std::string& path) {
 // A damaged head shows only when something is read.
 constexpr const char* kProof = "select count(*) from sqlite_master";
 
-void Prove(sqlite3* database, const std::string& path) {
+void Prove(sqlite3* database, const std::string& path, bool proven) {
   Execute(database, kProof, path);
-  RefuseSharedPages(database, path);
+  if (!proven) RefuseSharedPages(database, path);
 }
 
 std::string AsUri(const std::string& path) {
@@ -39,12 +39,13 @@ std::string AsUri(const std::string& path) {
   return uri + "?immutable=1";
 }
 
-std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::string& name) {
+std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::string& name,
+                                       bool proven) {
   DatabaseHandle database = OpenHandle(name, SQLITE_OPEN_READWRITE);
   SetUp(database.get(), path);
   const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
   auto engine = std::make_shared<Engine>(std::move(database), path, readOnly);
-  Prove(engine->Database(), path);
+  Prove(engine->Database(), path, proven);
   if (!readOnly) Execute(engine->Database(), "pragma journal_mode = delete", path);
   return engine;
 }
@@ -63,7 +64,7 @@ std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& cop
   auto engine = std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, true);
   engine->IsCopy(copy);
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path);
+  Prove(engine->Database(), path, false);
   Execute(engine->Database(), "pragma journal_mode = memory", path);
   AddMissingKeyIndexes(engine->Database(), path);
   return engine;
@@ -86,11 +87,11 @@ std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string
 }
 
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
-                                       FileKind kind) {
+                                       FileKind kind, bool proven) {
   auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true);
   if (WasCutOff(engine->Database())) return OpenRecovered(path, name);
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path);
+  Prove(engine->Database(), path, proven);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
   DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   CopyPages(engine->Database(), memory.get(), path);
@@ -129,15 +130,16 @@ void CopyPages(sqlite3* from, sqlite3* to, const std::string& path) {
   if (result != SQLITE_DONE) throw DatabaseError(to, path);
 }
 
-std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse) {
-  const FileKind kind = inUse ? FileKind::kSqlite : KindOfFile(path);
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode,
+                                     const KnownFile& known) {
+  const FileKind kind = known.inUse ? FileKind::kSqlite : KindOfFile(path);
   if (kind == FileKind::kOther) {
     if (IsAccessFile(path)) return OpenAccess(path);
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
   const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
-  return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind)
-                                     : OpenForWriting(path, name);
+  return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind, known.proven)
+                                     : OpenForWriting(path, name, known.proven);
 }
 
 }  // namespace merivane::store

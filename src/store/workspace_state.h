@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,8 @@ struct Workspace::State {
   Engine* EngineOn(const std::string& path) const;
 
   std::vector<Connection*> connections;
+  // When the file was written whose pages were looked through, by name.
+  std::map<std::string, std::filesystem::file_time_type> proven;
 
  private:
   friend class Workspace;
