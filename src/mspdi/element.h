@@ -47,7 +47,9 @@ class Element {
 
  private:
   void Seconds(const char* name, std::int64_t seconds);
-  void Add(const char* name, const char* text) { node_.append_child(name).text().set(text); }
+  void Add(const char* name, const char* text) {
+    node_.append_child(name).append_child(pugi::node_pcdata).set_value(text);
+  }
 
   pugi::xml_node node_;
 };

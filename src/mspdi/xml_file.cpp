@@ -32,7 +32,9 @@ struct Section {
 };
 
 Section NextSection(std::string_view text, std::size_t from) {
-  const std::size_t begin = std::min(text.find("<!", from), text.size());
+  std::size_t mark = text.find('!', from + 1);  // rarer than "<"
+  while (mark != std::string_view::npos && text[mark - 1] != '<') mark = text.find('!', mark + 1);
+  const std::size_t begin = std::min(mark, text.size() + 1) - 1;
   const std::string_view rest = text.substr(begin);
   const std::string_view closing = rest.starts_with("<!--")        ? "-->"
                                    : rest.starts_with("<![CDATA[") ? "]]>"
@@ -60,9 +62,15 @@ void XmlFile::Load(const std::string& path) {
   if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);
   std::ifstream file(place, std::ios::binary);
   if (!file.is_open() || fs::is_directory(place, error)) throw RunTimeError(kPermissionDenied);
+  constexpr std::size_t kBlock = 1 << 20;
   const auto size = fs::file_size(place, error);
-  if (!error) text_.reserve(size);
-  text_.assign(std::istreambuf_iterator<char>(file), {});
+  if (!error) text_.reserve(size + kBlock);
+  while (file) {
+    const std::size_t read = text_.size();
+    text_.resize(read + kBlock);
+    file.read(text_.data() + read, kBlock);
+    text_.resize(read + static_cast<std::size_t>(file.gcount()));
+  }
 }
 
 void XmlFile::FindLines() {

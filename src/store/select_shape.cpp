@@ -31,7 +31,13 @@ SelectShape::SelectShape(sqlite3* database, const std::string& path, StatementPa
       table_(table),
       hint_(IndexHint(statement_)),
       slots_(table.Schema().Columns().size(), -1) {
-  if (statement_.list.empty()) return;
+  if (statement_.list.empty()) {
+    const bool some = statement_.columns.size() < slots_.size();
+    for (const int column : statement_.columns) {
+      if (some) AddSlot(column);
+    }
+    return;
+  }
   const StatementHandle proof = PrepareStatement(
       database_, "select " + statement_.list + " from " + table_.Schema().QuotedName(), path_);
   for (int field = 0; field < sqlite3_column_count(proof.get()); ++field) {
@@ -62,16 +68,18 @@ int SelectShape::FindField(std::string_view name) const {
   return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
+void SelectShape::AddSlot(int column) {
+  auto& slot = slots_[static_cast<std::size_t>(column)];
+  if (slot >= 0) return;
+  slotColumns_.push_back(column);
+  slot = static_cast<std::int16_t>(slotColumns_.size());  // behind the row number
+}
+
 int SelectShape::SlotOfColumn(int column) {
   const auto index = static_cast<std::size_t>(column);
   if (slots_[index] < 0) {
     const int end = std::min(column + kBlock, static_cast<int>(slots_.size()));
-    for (int next = column; next < end; ++next) {
-      auto& slot = slots_[static_cast<std::size_t>(next)];
-      if (slot >= 0) continue;
-      slotColumns_.push_back(next);
-      slot = static_cast<std::int16_t>(slotColumns_.size());  // behind the row number
-    }
+    for (int next = column; next < end; ++next) AddSlot(next);
     for (const ReadKind kind : {ReadKind::kWalk, ReadKind::kLast, ReadKind::kRow}) {
       free_[static_cast<std::size_t>(kind)].clear();
     }

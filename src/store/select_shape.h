@@ -50,9 +50,9 @@ class SelectShape {
   int FindField(std::string_view name) const;
   int ColumnOf(int field) const { return statement_.columns[static_cast<std::size_t>(field)]; }
 
-  // Where a field stands in the rows, and its value in the row that a statement stands on. Only
-  // columns that were ever asked for are read with a row that has a number, so that a statement
-  // lent before may be too narrow.
+  // Where a field stands in the rows, and its value in the row that a statement stands on. Of a
+  // row that has a number, only the columns that the statement names are read, and where it names
+  // all of them, those that were ever asked for, so that a statement lent before may be too narrow.
   int SlotOf(int field) { return HasKeys() ? SlotOfColumn(ColumnOf(field)) : field; }
   int SlotOfColumn(int column);
   Value ValueIn(sqlite3_stmt* row, int field);
@@ -63,6 +63,7 @@ class SelectShape {
  private:
   friend struct StatementReturner;
 
+  void AddSlot(int column);
   std::string Sql(ReadKind kind) const;
   std::string Columns() const;
   std::string Where(std::string_view more) const;
