@@ -1,46 +1,44 @@
 #include "mpx/mpx_fields.h"
 
-#include <optional>
-
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
 namespace merivane::mpx {
 
-namespace {
+using namespace runtime;
 
-[[noreturn]] void RefuseQuotes(Desktop& desktop, std::string_view line, const std::string& title) {
-  desktop.ShowMessage(
-      {.text = "Merivane requires that Task and Resource names do not have double quotes.  "
-               "Please change '" +
-               std::string(line) + "'.",
-       .icon = MessageIcon::kCritical,
-       .title = title});
-  desktop.SetMousePointer(kPointerDefault);
-  desktop.EndProgram();
-}
+namespace {
 
 // Where a field lies: `begin` behind the comma in front of it, `end` at the comma behind it.
 struct FieldPlace {
   std::size_t begin = 0;
   std::size_t end = 0;
   bool quoted = false;
+  bool refused = false;  // the way ends here, at a name that can't stand in the model
 };
 
 // The ways of the two look-ups differ in one field and the title of their box.
 struct FieldWalk {
-  Desktop& desktop;
   std::string_view line;
   bool quotesInField8 = false;
-  std::string title;
+  std::string_view title;
 
+  // Nothing where the line holds no such field.
   [[nodiscard]] std::optional<FieldPlace> Find(int n) const {
     FieldPlace place;
     for (int field = 1;; ++field) {
       if (!FindEnd(field, place)) return std::nullopt;
-      if (field == n) return place;
+      if (place.refused || field == n) return place;
       place.begin = place.end + 1;
     }
+  }
+
+  [[nodiscard]] NameRefusal Refusal() const {
+    return {
+        "Merivane requires that Task and Resource names do not have double quotes.  "
+        "Please change '" +
+            std::string(line) + "'.",
+        std::string(title)};
   }
 
  private:
@@ -55,8 +53,8 @@ struct FieldWalk {
     if (closing == std::string_view::npos) return false;
     place.end = closing + 1;
     const bool another = place.end < line.size() && line[place.end] == '"';
-    if (field != 8 && (another || closing == place.begin + 1)) RefuseQuotes(desktop, line, title);
-    return place.end < line.size();
+    place.refused = field != 8 && (another || closing == place.begin + 1);
+    return place.refused || place.end < line.size();
   }
 };
 
@@ -73,17 +71,19 @@ std::int16_t RecordNumber(std::string_view line) {
   return IsNumericText(number) ? ToInt16(number) : std::int16_t{0};
 }
 
-std::string GetField(Desktop& desktop, std::string_view line, int n) {
-  const FieldWalk walk{desktop, line, true, "Project to Celvar Translator"};
+FoundField GetField(std::string_view line, int n) {
+  const FieldWalk walk{line, true, "Project to Celvar Translator"};
   const auto place = walk.Find(n);
   if (!place) return {};
+  if (place->refused) return walk.Refusal();
   return std::string(Between(line, place->begin, place->quoted ? place->end - 1 : place->end));
 }
 
-std::string GetPredecessorField(Desktop& desktop, std::string_view line, int n) {
-  const FieldWalk walk{desktop, line, false, "Project to Celvar Translator."};
+FoundField GetPredecessorField(std::string_view line, int n) {
+  const FieldWalk walk{line, false, "Project to Celvar Translator."};
   const auto place = walk.Find(n);
   if (!place) return {};
+  if (place->refused) return walk.Refusal();
   const std::string_view field = Between(line, place->begin, place->end);
   if (!Holds(field, "\"")) return std::string(field);
   const std::size_t closing = line.find('"', place->begin + 1);
@@ -96,27 +96,20 @@ std::string GetLastField(std::string_view line) {
   return comma == std::string_view::npos ? std::string() : std::string(line.substr(comma + 1));
 }
 
-void CheckTaskName(Desktop& desktop, const std::string& name) {
-  if (!Holds(name, "\"")) return;
-  desktop.SetMousePointer(kPointerDefault);
-  desktop.ShowMessage(
-      {.text =
-           "Merivane requires that Task names do not have commas.  Please change '" + name + "'.",
-       .icon = MessageIcon::kCritical,
-       .title = "Project to Celvar Translator. "});
-  desktop.EndProgram();
+std::optional<NameRefusal> RefusalOfTaskName(const std::string& name) {
+  if (!Holds(name, "\"")) return std::nullopt;
+  return NameRefusal{
+      "Merivane requires that Task names do not have commas.  Please change '" + name + "'.",
+      "Project to Celvar Translator. "};
 }
 
-void CheckResourceName(Desktop& desktop, const std::string& name) {
-  if (!Holds(name, "\"") && !Holds(name, ",")) return;
-  desktop.ShowMessage(
-      {.text = "Merivane requires that Resource names do not have commas or double quotes.  "
-               "Please change '" +
-               name + "'.",
-       .icon = MessageIcon::kCritical,
-       .title = "Project to Celvar Translator."});
-  desktop.SetMousePointer(kPointerDefault);
-  desktop.EndProgram();
+std::optional<NameRefusal> RefusalOfResourceName(const std::string& name) {
+  if (!Holds(name, "\"") && !Holds(name, ",")) return std::nullopt;
+  return NameRefusal{
+      "Merivane requires that Resource names do not have commas or double quotes.  Please change "
+      "'" +
+          name + "'.",
+      "Project to Celvar Translator."};
 }
 
 }  // namespace merivane::mpx

@@ -1,7 +1,7 @@
 #include "mpx_file.h"
 
 #include "mpx/mpx_durations.h"
-#include "mpx/mpx_fields.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "runtime/dates.h"
 #include "runtime/text.h"
@@ -63,6 +63,17 @@ void CloseMpxFile(ProjectToModel& state) {
   state.mpxInFileNo = 0;
 }
 
+void ShowRefusal(Desktop& desktop, const NameRefusal& refusal) {
+  desktop.ShowMessage(
+      {.text = refusal.text, .icon = MessageIcon::kCritical, .title = refusal.title});
+}
+
+void EndOnRefusal(Desktop& desktop, const NameRefusal& refusal) {
+  ShowRefusal(desktop, refusal);
+  RestoreMousePointer(desktop);
+  desktop.EndProgram();
+}
+
 void MpxLines::Read() {
   state_.progress.Step();
   text_ = state_.files.ReadLine(state_.mpxInFileNo);
@@ -74,7 +85,18 @@ void MpxLines::Advance() {
   if (!atEnd_) Read();
 }
 
-std::string MpxLines::Field(int n) const { return GetField(state_.desktop, text_, n); }
+std::string MpxLines::Accepted(FoundField field) const {
+  if (const auto* refusal = std::get_if<NameRefusal>(&field)) {
+    EndOnRefusal(state_.desktop, *refusal);
+  }
+  return std::get<std::string>(std::move(field));
+}
+
+std::string MpxLines::Field(int n) const { return Accepted(GetField(text_, n)); }
+
+std::string MpxLines::PredecessorField(int n) const {
+  return Accepted(GetPredecessorField(text_, n));
+}
 
 std::string MpxLines::TextBehindFirstComma() const {
   const std::size_t comma = text_.find(',');

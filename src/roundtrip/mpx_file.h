@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "mpx/mpx_fields.h"
 #include "plan_source.h"
 #include "program/program.h"
 
@@ -28,6 +29,10 @@ inline constexpr std::int16_t kLastKnownRecord = 79;  // what lies above ends th
 void OpenMpxFile(ProjectToModel& state, const std::string& fileName);
 void CloseMpxFile(ProjectToModel& state);
 
+void ShowRefusal(Desktop& desktop, const mpx::NameRefusal& refusal);
+// The box, and the program ends.
+[[noreturn]] void EndOnRefusal(Desktop& desktop, const mpx::NameRefusal& refusal);
+
 // The lines of the file behind those read so far, one in hand at a time; none before the first move
 // and at the end.
 class MpxLines {
@@ -40,10 +45,14 @@ class MpxLines {
 
   const std::string& Text() const { return text_; }
   std::int16_t Record() const { return record_; }  // 0 for a line that continues a record
+  // A name in the line that can't stand in the model ends the program with its box.
   std::string Field(int n) const;
+  std::string PredecessorField(int n) const;
   std::string TextBehindFirstComma() const;
 
  private:
+  std::string Accepted(mpx::FoundField field) const;
+
   ProjectToModel& state_;
   std::string text_;
   std::int16_t record_ = 0;

@@ -39,7 +39,9 @@ bool BelongsToResource(std::int16_t record) {
 // Leaves the first line behind the resource's records in hand.
 void ReadResource(ProjectToModel& state, MpxLines& lines, WorkTables& tables) {
   const PlanResource resource{lines.Field(2), ResourceName(state, lines), Quantity(state, lines)};
-  CheckResourceName(state.desktop, resource.name);
+  if (const auto refusal = RefusalOfResourceName(resource.name)) {
+    EndOnRefusal(state.desktop, *refusal);
+  }
   if (resource.name.empty()) {
     lines.Advance();
     return;

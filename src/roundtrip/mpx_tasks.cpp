@@ -3,6 +3,7 @@
 #include "mpx/mpx_durations.h"
 #include "mpx/mpx_fields.h"
 #include "mpx_source.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {
@@ -52,7 +53,7 @@ PlanTask TaskOf(const ProjectToModel& state, const MpxLines& lines, const TaskFi
   task.name = name;
   task.duration = IsNumericText(duration) ? duration : "1";
   task.level = IsNumericText(outline) ? ToInt32(outline) : 1;
-  task.predecessors = GetPredecessorField(state.desktop, lines.Text(), fields.predecessors);
+  task.predecessors = lines.PredecessorField(fields.predecessors);
   return task;
 }
 
@@ -66,7 +67,11 @@ void ReadTask(ProjectToModel& state, MpxLines& lines, WorkTables& tables, std::i
     lines.Advance();
     return;
   }
-  CheckTaskName(state.desktop, name);
+  if (const auto refusal = RefusalOfTaskName(name)) {
+    RestoreMousePointer(state.desktop);
+    ShowRefusal(state.desktop, *refusal);
+    state.desktop.EndProgram();
+  }
   PlanTask task = TaskOf(state, lines, fields, name);
   currentId = task.id;
   lines.Advance();

@@ -2,17 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "platform/scripted_desktop.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::test {
 
-using namespace platform;
 using namespace mpx;
+using namespace runtime;
 
 namespace {
 
@@ -46,38 +44,32 @@ TEST(MpxFields, FieldsStandBetweenCommasAndQuotesCountInSomeOfThem) {
       {std::string(1000000, ','), 42, "", ""},
   };
   for (const Case& test : cases) {
-    ScriptedDesktop desktop;
-    EXPECT_EQ(GetField(desktop, test.line, test.n), test.field) << test.line.substr(0, 80);
-    EXPECT_EQ(GetPredecessorField(desktop, test.line, test.n), test.predecessors)
+    EXPECT_EQ(std::get<std::string>(GetField(test.line, test.n)), test.field)
+        << test.line.substr(0, 80);
+    EXPECT_EQ(std::get<std::string>(GetPredecessorField(test.line, test.n)), test.predecessors)
         << test.line.substr(0, 80);
   }
   EXPECT_EQ(GetLastField("70,1,12") + "|" + GetLastField("70,1,") + "|" + GetLastField("70"),
             "12||");
 }
 
-TEST(MpxFields, NamesThatTheModelCannotHoldEndTheProgram) {
-  const auto boxOf = [](const std::function<void(Desktop&)>& action) {
-    ScriptedDesktop desktop;
-    desktop.pointer = kPointerHourglass;
-    EXPECT_THROW(action(desktop), ProgramEnd);
-    EXPECT_EQ(desktop.pointer, kPointerDefault);
-    const Message& box = std::get<ScriptedDesktop::ShownMessage>(desktop.shown.at(0)).message;
-    return box.title + "|" + box.text;
-  };
+TEST(MpxFields, NamesThatTheModelCannotHoldAreRefused) {
+  const auto boxOf = [](const auto& refusal) { return refusal.title + "|" + refusal.text; };
   const std::string text =
       "|Merivane requires that Task and Resource names do not have double quotes.  Please change '";
   for (const std::string line :
        {"70,1,1,\"a\"\"b\",2d,", "70,1,1,\"\",2d,", "70,1,\"\"\"a\",2d,"}) {
-    EXPECT_EQ(boxOf([&](Desktop& desktop) { GetField(desktop, line, 5); }),
-              "Project to Celvar Translator" + text + line + "'.");
-    EXPECT_EQ(boxOf([&](Desktop& desktop) { GetPredecessorField(desktop, line, 5); }),
-              "Project to Celvar Translator." + text + line + "'.");
+    for (const auto& [take, end] :
+         {std::pair{&GetField, ""}, std::pair{&GetPredecessorField, "."}}) {
+      EXPECT_EQ(boxOf(std::get<NameRefusal>(take(line, 5))),
+                "Project to Celvar Translator" + (end + text) + line + "'.");
+    }
   }
-  EXPECT_EQ(boxOf([](Desktop& desktop) { CheckTaskName(desktop, "\"Weld, cut"); }),
+  EXPECT_EQ(boxOf(RefusalOfTaskName("\"Weld, cut").value()),
             "Project to Celvar Translator. |Merivane requires that Task names do not have commas.  "
             "Please change '\"Weld, cut'.");
   for (const std::string name : {"Welder, senior", "Welder \"A\""}) {
-    EXPECT_EQ(boxOf([&](Desktop& desktop) { CheckResourceName(desktop, name); }),
+    EXPECT_EQ(boxOf(RefusalOfResourceName(name).value()),
               "Project to Celvar Translator.|Merivane requires that Resource names do not have "
               "commas or double quotes.  Please change '" +
                   name + "'.");
