@@ -1,6 +1,7 @@
 #include "store/connection.h"
 
 #include <filesystem>
+#include <optional>
 
 #include "open_database.h"
 #include "runtime/file_names.h"
@@ -17,6 +18,23 @@ std::string PathIn(const std::string& connectionText) {
   constexpr std::string_view kKey = "DBQ=";
   const std::size_t at = connectionText.find(kKey);
   return at == std::string::npos ? connectionText : connectionText.substr(at + kKey.size());
+}
+
+// Nothing where the file can't be asked.
+std::optional<std::int64_t> VersionOf(sqlite3* database, const std::string& path) {
+  try {
+    const StatementHandle version = PrepareStatement(database, "pragma data_version", path);
+    if (sqlite3_step(version.get()) != SQLITE_ROW) return std::nullopt;
+    return sqlite3_column_int64(version.get(), 0);
+  } catch (const RunTimeError&) {
+    return std::nullopt;
+  }
+}
+
+std::optional<std::filesystem::file_time_type> WhenWritten(const std::string& path) {
+  std::error_code error;
+  const auto written = std::filesystem::last_write_time(PathOf(path), error);
+  return error ? std::nullopt : std::optional(written);
 }
 
 }  // namespace
@@ -40,11 +58,11 @@ void Connection::Open(const std::string& connectionText, OpenMode mode) {
   if (IsOpen()) throw RunTimeError(kObjectOpen);
   databaseName_ = PathIn(connectionText);
   const bool inUse = workspace_.state_->CommitOthers(databaseName_, this);
-  std::filesystem::file_time_type& proven = workspace_.state_->proven[databaseName_];
-  std::error_code error;
-  const auto written = std::filesystem::last_write_time(PathOf(databaseName_), error);
-  engine_ = OpenDatabase(databaseName_, mode, {inUse, !error && proven == written});
-  if (!error) proven = written;
+  const auto written = WhenWritten(databaseName_);
+  auto& proven = workspace_.state_->proven[databaseName_];
+  engine_ = OpenDatabase(databaseName_, mode, {inUse, written && proven == written});
+  proven = written;
+  versionProven_ = VersionOf(engine_->Database(), databaseName_);
   engine_->OnBusy([this] { workspace_.state_->CommitOthers(databaseName_, this); });
 }
 
@@ -54,6 +72,11 @@ void Connection::Close() {
   engine_ = nullptr;
   engine->CloseSets();
   engine->Commit();
+  if (engine->Transaction() == 0) return;
+  const auto written = WhenWritten(databaseName_);
+  const bool alone =
+      versionProven_ && VersionOf(engine->Database(), databaseName_) == versionProven_;
+  if (alone) workspace_.state_->proven[databaseName_] = written;
 }
 
 bool Connection::IsOpen() const { return engine_ != nullptr; }
@@ -70,12 +93,9 @@ void Connection::BeginWrite() {
 
 std::int64_t Connection::Version() {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
-  const StatementHandle version =
-      PrepareStatement(engine_->Database(), "pragma data_version", databaseName_);
-  if (sqlite3_step(version.get()) != SQLITE_ROW) {
-    throw DatabaseError(engine_->Database(), databaseName_);
-  }
-  return sqlite3_column_int64(version.get(), 0);
+  const auto version = VersionOf(engine_->Database(), databaseName_);
+  if (!version) throw DatabaseError(engine_->Database(), databaseName_);
+  return *version;
 }
 
 void Connection::OpenSchema(int schema, Recordset& tables) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,9 @@ struct Workspace::State {
   Engine* EngineOn(const std::string& path) const;
 
   std::vector<Connection*> connections;
-  // When the file was written whose pages were looked through, by name.
-  std::map<std::string, std::filesystem::file_time_type> proven;
+  // When the file was written last whose pages were looked through and that nobody but its
+  // connection has changed since, by name.
+  std::map<std::string, std::optional<std::filesystem::file_time_type>> proven;
 
  private:
   friend class Workspace;

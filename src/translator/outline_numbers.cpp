@@ -65,7 +65,9 @@ class OutlineCounter {
 
 void NumberOutline(ModelToProject& state) {
   OutlineCounter counter(state);
-  Recordset tasks = Ask(state.gMspConn.get(), "Select * from MSP_TASKS where TASK_UID > 0");
+  Recordset tasks = Ask(state.gMspConn.get(),
+                        "Select TASK_OUTLINE_LEVEL, KV7_PROCOCC_P_ORDER, TASK_OUTLINE_NUM "
+                        "from MSP_TASKS where TASK_UID > 0");
   for (; !tasks.Eof(); tasks.MoveNext()) counter.Number(tasks);
 }
 

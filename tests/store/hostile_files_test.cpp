@@ -113,6 +113,7 @@ TEST_F(HostileFiles, ATableWhosePagesLeadToEachOtherWithoutEndIsDamaged) {
     Patch(inner, 10, page + 1);
     bytes.replace((page - 1) * kPage, kPage, page == 8 ? leaf : inner);
   }
+  EXPECT_EQ(Failure("select * from T", OpenMode::kReadWrite), "none");
   folder.Write("small.mdb", bytes);
   for (const OpenMode mode : {OpenMode::kReadOnly, OpenMode::kReadWrite}) {
     EXPECT_THAT(Failure("select * from T", mode), HasSubstr("is damaged"));

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace merivane::store {
@@ -89,6 +90,7 @@ class Connection {
   Workspace& workspace_;
   std::string databaseName_;
   std::shared_ptr<Engine> engine_;
+  std::optional<std::int64_t> versionProven_;  // when the file's pages had been looked through
 };
 
 // While this lives, everything that is read through the connection comes from one state of the
