@@ -48,7 +48,7 @@ void Translate(const TemporaryFolder& folder, const std::string& model, const ch
   WriteFile(folder.File("model.txt"), model);
   Measure(
       {kProgram, "to-project", "model.txt", "--database", database, "--mpx", "plan.mpx",
-       "--overwrite", "--force", "--quiet"},
+       "--overwrite", "--force"},
       folder, [] {}, false);
 }
 
@@ -87,7 +87,7 @@ std::vector<Case> Cases() {
       {"to-model", "--mpx", "plan.mpx", "--interim", "work.mdb", "--output", "out.txt", "--force"});
   Words merge = overwrite;
   overwrite.emplace_back("--overwrite");
-  for (const char* word : {"--merge", "1", "--no-backup", "--quiet"}) merge.emplace_back(word);
+  for (const char* word : {"--merge", "1", "--no-backup"}) merge.emplace_back(word);
   return {
       {"to-project", toProject, "", kTemplate, "", PrepareModel},
       {"to-model --database", database, "", "", "plan.mdb", PrepareModel},
