@@ -1,4 +1,4 @@
-#include "scenario_tree.h"
+#include "junction_list.h"
 
 namespace merivane::neutraltext {
 

@@ -1,6 +1,7 @@
+#include "link_list.h"
+
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
-#include "scenario_tree.h"
 
 namespace merivane::neutraltext {
 

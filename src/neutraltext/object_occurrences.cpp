@@ -1,5 +1,6 @@
+#include "object_occurrences.h"
+
 #include "runtime/conversions.h"
-#include "stored_elements.h"
 
 namespace merivane::neutraltext {
 

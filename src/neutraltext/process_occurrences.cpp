@@ -1,8 +1,10 @@
+#include "process_occurrences.h"
+
 #include <vector>
 
 #include "links_to_junctions.h"
+#include "object_occurrences.h"
 #include "runtime/conversions.h"
-#include "scenario_tree.h"
 
 namespace merivane::neutraltext {
 

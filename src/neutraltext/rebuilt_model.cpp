@@ -1,6 +1,9 @@
+#include "junction_list.h"
+#include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
+#include "object_occurrences.h"
 #include "runtime/conversions.h"
-#include "stored_elements.h"
+#include "scenario_header.h"
 
 namespace merivane::neutraltext {
 

@@ -1,5 +1,6 @@
+#include "scenario_header.h"
+
 #include "runtime/conversions.h"
-#include "scenario_tree.h"
 
 namespace merivane::neutraltext {
 

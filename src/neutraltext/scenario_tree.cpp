@@ -4,9 +4,13 @@
 #include <utility>
 #include <vector>
 
+#include "junction_list.h"
+#include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
+#include "process_occurrences.h"
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
+#include "scenario_header.h"
 #include "store/interim_db.h"
 
 namespace merivane::neutraltext {

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
+#include "merge_statements.h"
 #include "runtime/conversions.h"
-#include "sql_pieces.h"
 
 namespace merivane::roundtrip {
 

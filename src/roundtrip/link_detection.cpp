@@ -59,17 +59,17 @@ bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t dest
 }  // namespace
 
 bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  Recordset links =
-      Ask(state.gInterimConn.get(), LinkBetween(state, origin, " and Origin_Num = ", destination));
+  Recordset links = Ask(
+      state.gInterimConn.get(),
+      LinksWhere(state,
+                 " and Origin_Num = " + Joined(origin) + " and Destination_Num = ", destination));
   return HasRow(links);
 }
 
-bool LinkedThroughAnd(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  return LinkedThrough(state, origin, destination, {"AND", " AND Num = "});
-}
-
-bool LinkedThroughOr(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  return LinkedThrough(state, origin, destination, {"OR", " and Num = "});
+bool IsLinked(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  return DirectLinkExists(state, origin, destination) ||
+         LinkedThrough(state, origin, destination, {"OR", " and Num = "}) ||
+         LinkedThrough(state, origin, destination, {"AND", " AND Num = "});
 }
 
 bool AddDirectLink(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
@@ -106,15 +106,6 @@ void DropPlainIncomingLinks(ProjectToModel& state, std::int16_t destination) {
       links.Delete();
     }
   }
-}
-
-bool IsJunction(ProjectToModel& state, std::int16_t number) {
-  Recordset junctions = Ask(state.gInterimConn.get(), JunctionsWhere(state, " AND Num = ", number));
-  return HasRow(junctions);
-}
-
-std::string_view EndType(ProjectToModel& state, std::int16_t number) {
-  return IsJunction(state, number) ? kJunction : kProcessOccurrence;
 }
 
 }  // namespace merivane::roundtrip

@@ -1,8 +1,7 @@
 #include "merge_statements.h"
 
-#include "link_detection.h"
+#include "program/error_boxes.h"
 #include "runtime/conversions.h"
-#include "sql_pieces.h"
 
 namespace merivane::roundtrip {
 
@@ -23,14 +22,20 @@ void SetProject(const ProjectToModel& state, Recordset& row) {
 
 }  // namespace
 
-std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number) {
-  return LinksOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
+std::string WhereMspProjId(const ProjectToModel& state) {
+  return " where Msp_ProjID = " + std::to_string(state.gInterimProjId);
 }
 
-std::string LinkBetween(const ProjectToModel& state, std::int16_t origin, std::string_view piece,
-                        std::int16_t destination) {
-  return LinksOfScenario(state).append(piece) + Joined(origin) +
-         " and Destination_Num = " + Joined(destination) + AndMspProjId(state);
+std::string AndMspProjId(const ProjectToModel& state) {
+  return " and Msp_ProjID = " + std::to_string(state.gInterimProjId);
+}
+
+std::string AndProjId(const ProjectToModel& state) {
+  return " and Proj_ID = " + std::to_string(state.gInterimProjId);
+}
+
+std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number) {
+  return LinksOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
 }
 
 std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
@@ -38,8 +43,21 @@ std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
   return JunctionsOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
 }
 
-std::string TaskOfPlan(const ProjectToModel& state, std::int16_t pid) {
-  return "Select * from ProjectAct Where PID = " + Joined(pid) + AndMspProjId(state);
+std::optional<std::int16_t> OccurrenceOfPlanTask(ProjectToModel& state, std::int16_t pid) {
+  Recordset task = Ask(state.gInterimConn.get(), "Select * from ProjectAct Where PID = ", pid,
+                       AndMspProjId(state));
+  if (task.Eof()) return std::nullopt;
+  const Value occurrence = task.Field("Text1");
+  return IsNumeric(occurrence) ? std::optional(ToInt16(occurrence)) : std::nullopt;
+}
+
+bool IsJunction(ProjectToModel& state, std::int16_t number) {
+  Recordset junctions = Ask(state.gInterimConn.get(), JunctionsWhere(state, " AND Num = ", number));
+  return HasRow(junctions);
+}
+
+std::string_view EndType(ProjectToModel& state, std::int16_t number) {
+  return IsJunction(state, number) ? kJunction : kProcessOccurrence;
 }
 
 bool HasRow(Recordset& rows) { return !rows.Eof() && !rows.Bof(); }
@@ -103,6 +121,13 @@ void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t 
            .destination = destination,
            .originType = EndType(state, origin),
            .destinationType = EndType(state, destination)});
+}
+
+void EndOnBrokenModel(ProjectToModel& state, const std::string& title) {
+  state.desktop.ShowMessage(
+      {.text = "Error in Translation", .icon = MessageIcon::kCritical, .title = title});
+  RestoreMousePointer(state.desktop);
+  state.desktop.EndProgram();
 }
 
 void RepointOrigin(Recordset& link, std::int16_t junction) {

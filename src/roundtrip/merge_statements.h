@@ -1,7 +1,8 @@
-// Rows of the scenario under merge: what the steps of the merge ask for and add.
+// Rows of the project and scenario under merge: what the steps of the merge ask for and add.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,15 +13,24 @@ namespace merivane::roundtrip {
 
 using namespace program;
 
+// Pieces of statements that restrict to the project under work.
+std::string WhereMspProjId(const ProjectToModel& state);
+std::string AndMspProjId(const ProjectToModel& state);
+std::string AndProjId(const ProjectToModel& state);
+
 // Statements over the links or junctions of gCurrentScenario. `piece` stands straight behind the
 // scenario's number and before `number`, whose Null is empty text (and so breaks the statement).
 std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number);
-std::string LinkBetween(const ProjectToModel& state, std::int16_t origin, std::string_view piece,
-                        std::int16_t destination);
 std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
                            const Value& number);
-// "Select * from ProjectAct Where PID = ..."
-std::string TaskOfPlan(const ProjectToModel& state, std::int16_t pid);
+
+// The number in the model (Text1) of the plan task `pid`; nothing where the plan doesn't know the
+// task, or it has none. Error 6 for a number beyond 16 bits.
+std::optional<std::int16_t> OccurrenceOfPlanTask(ProjectToModel& state, std::int16_t pid);
+
+// Whether the scenario has a junction of that number, and the type text of a link's end.
+bool IsJunction(ProjectToModel& state, std::int16_t number);
+std::string_view EndType(ProjectToModel& state, std::int16_t number);
 
 // A fresh question for EOF and BOF: false when either holds.
 bool HasRow(Recordset& rows);
@@ -59,6 +69,9 @@ void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink&
 // Adds a link whose two type texts tell which end is a junction of the scenario.
 void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin,
                     std::int16_t destination);
+
+// "Error in Translation", and the program ends.
+[[noreturn]] void EndOnBrokenModel(ProjectToModel& state, const std::string& title);
 
 // Moves one end of the current row of `link` to a junction; the end's name becomes empty. Saved.
 void RepointOrigin(Recordset& link, std::int16_t junction);

@@ -1,14 +1,49 @@
 // An MPX file as the source of a plan.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
-#include "mpx_file.h"
-#include "plan_source.h"
+#include "mpx/mpx_fields.h"
+#include "program/program.h"
+#include "work_tables.h"
 
 namespace merivane::roundtrip {
 
 using namespace program;
+
+// Opens the file under a free number, which stays its own until CloseMpxFile, sets mpxLayout and
+// leaves the first line read. A file that a failed run left open is closed first. A file whose
+// first line doesn't hold "MPX" ends the program; one without records 40 and 60 in that order is
+// error 62.
+void OpenMpxFile(ProjectToModel& state, const std::string& fileName);
+void CloseMpxFile(ProjectToModel& state);
+
+// The lines of the file behind those read so far, one in hand at a time; none before the first move
+// and at the end.
+class MpxLines {
+ public:
+  explicit MpxLines(ProjectToModel& state) : state_(state) {}
+
+  void Read();     // the next line; error 62 at the end
+  void Advance();  // the next line, or none at the end
+  bool AtEnd() const { return atEnd_; }
+
+  const std::string& Text() const { return text_; }
+  std::int16_t Record() const { return record_; }  // 0 for a line that continues a record
+  // A name in the line that can't stand in the model ends the program with its box.
+  std::string Field(int n) const;
+  std::string PredecessorField(int n) const;
+  std::string TextBehindFirstComma() const;
+
+ private:
+  std::string Accepted(mpx::FoundField field) const;
+
+  ProjectToModel& state_;
+  std::string text_;
+  std::int16_t record_ = 0;
+  bool atEnd_ = false;
+};
 
 class MpxSource : public PlanSource {
  public:

@@ -1,17 +1,44 @@
 #include "predecessors.h"
 
+#include <string_view>
+
 #include "link_detection.h"
 #include "merge_statements.h"
-#include "new_elements.h"
-#include "predecessor_entry.h"
 #include "rewire_precedence.h"
 #include "rewire_synchronised.h"
 #include "runtime/conversions.h"
-#include "sql_pieces.h"
+#include "runtime/text.h"
 
 namespace merivane::roundtrip {
 
 namespace {
+
+enum class Relation { kFinishToStart, kStartToStart, kFinishToFinish, kStartToFinish };
+
+// SS, FF and SF are looked for in this order, anywhere in the entry and in any case; a lag isn't
+// read.
+Relation RelationOf(std::string_view entry) {
+  if (HoldsNoCase(entry, "SS")) {
+    return Relation::kStartToStart;
+  }
+  if (HoldsNoCase(entry, "FF")) {
+    return Relation::kFinishToFinish;
+  }
+  return HoldsNoCase(entry, "SF") ? Relation::kStartToFinish : Relation::kFinishToStart;
+}
+
+// The number at the front of the entry, rounded; 0 without one, error 6 beyond 16 bits.
+std::int16_t PlanIdOf(std::string_view entry) { return ToInt16(LeadingNumber(entry)); }
+
+// The entry at `position`, which moves behind it; to 0 behind the last one. A comma right at the
+// position doesn't end the entry.
+std::string NextEntry(const std::string& list, std::size_t& position) {
+  const auto start = static_cast<std::ptrdiff_t>(position);
+  const std::size_t comma = Find(list, ",", position + 1);
+  position = comma > 0 ? comma + 1 : 0;
+  return comma > 0 ? Mid(list, start, static_cast<std::ptrdiff_t>(comma) - start)
+                   : Mid(list, start);
+}
 
 bool LiesInScenario(ProjectToModel& state, std::int16_t occurrence) {
   Recordset tasks = Ask(
@@ -19,12 +46,6 @@ bool LiesInScenario(ProjectToModel& state, std::int16_t occurrence) {
       "Select * from MSP_TASKS Where TASK_UID > 0 AND KV7_Scenario_HEX = ", state.gCurrentScenario,
       " And KV7_PROCOCC_HEX = ", occurrence, AndProjId(state));
   return HasRow(tasks);
-}
-
-bool IsLinked(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  return DirectLinkExists(state, origin, destination) ||
-         LinkedThroughOr(state, origin, destination) ||
-         LinkedThroughAnd(state, origin, destination);
 }
 
 void ApplySinglePrecedence(ProjectToModel& state) {
@@ -43,12 +64,79 @@ void ApplySinglePrecedence(ProjectToModel& state) {
   ConnectThroughJunctions(state, origin, destination);
 }
 
+void OpenLinksInto(ProjectToModel& state, const Value& end, Recordset& links) {
+  links.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", end), state.gInterimConn.get());
+}
+
+void RemoveIncomingLink(ProjectToModel& state, std::int16_t task) {
+  Recordset links;
+  OpenLinksInto(state, task, links);
+  if (!HasRow(links)) return;
+  if (TextIs(links.Field("Origin_Type"), kJunction)) {
+    Recordset linksOfJunction;
+    OpenLinksInto(state, links.Field("Origin_Num"), linksOfJunction);
+    if (!HasRow(linksOfJunction)) return;
+  }
+  links.Delete();
+}
+
 }  // namespace
+
+void MergeLinksOfTask(ProjectToModel& state, Recordset& task, MergeListener* listener) {
+  if (listener) listener->OnTask(MergeStep::kLinks, task.Field("PID"));
+  state.progress.Step();
+  const std::int16_t count = CountPredecessors(task.Field("Predecessor"));
+  if (count > 1) {
+    ApplySeveralPredecessors(state, task);
+  } else if (count == 1) {
+    ApplySinglePredecessor(state, task);
+  } else if (const Value text1 = task.Field("Text1"); !IsBlank(text1)) {
+    if (const std::int16_t number = ToInt16(text1); number != 0) RemoveIncomingLink(state, number);
+  }
+}
+
+std::int16_t CountPredecessors(const Value& text) {
+  if (IsBlank(text)) {
+    return 0;
+  }
+  const std::string list = ToText(text);
+  std::int16_t count = 1;
+  for (std::size_t comma = Find(list, ","); comma > 1; comma = Find(list, ",", comma + 1)) {
+    count = AddInt16(count, 1);
+  }
+  return count;
+}
+
+void ParsePredecessors(ProjectToModel& state, Recordset& task) {
+  const std::string list = Joined(task.Field("Predecessor"));
+  const Value pid = task.Field("PID");
+  state.gFsPredecessors.clear();
+  for (std::size_t position = 1; position > 0;) {
+    const std::string entry = NextEntry(list, position);
+    const std::int16_t predecessor = PlanIdOf(entry);
+    switch (RelationOf(entry)) {
+      case Relation::kStartToStart:
+        JoinStartsByTask(state, ToInt16(pid), predecessor);
+        break;
+      case Relation::kFinishToFinish:
+        JoinFinishesByTask(state, ToInt16(pid), predecessor);
+        break;
+      case Relation::kStartToFinish:
+        break;
+      case Relation::kFinishToStart:
+        state.gFsPredecessors.push_back(predecessor);
+        break;
+    }
+  }
+  for (std::int16_t& predecessor : state.gFsPredecessors) {
+    predecessor = OccurrenceOfPlanTask(state, predecessor).value_or(0);
+  }
+}
 
 void ApplySinglePredecessor(ProjectToModel& state, Recordset& task) {
   state.gDestinationUse = ToInt16(task.Field("Text1"));
   const std::string entry = Joined(task.Field("Predecessor"));
-  state.gOriginUse = ModelIdOfTask(state, PlanIdOf(entry));
+  state.gOriginUse = OccurrenceOfPlanTask(state, PlanIdOf(entry)).value_or(0);
   switch (RelationOf(entry)) {
     case Relation::kStartToStart:
       JoinStarts(state, state.gOriginUse, state.gDestinationUse);

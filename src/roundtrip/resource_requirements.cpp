@@ -1,6 +1,7 @@
-#include "merge_driver.h"
+#include "resource_requirements.h"
+
+#include "merge_statements.h"
 #include "runtime/conversions.h"
-#include "sql_pieces.h"
 
 namespace merivane::roundtrip {
 

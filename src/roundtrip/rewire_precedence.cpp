@@ -78,16 +78,6 @@ LinkEnd ArrivingEnd(ProjectToModel& state, NumberCounter& numbers, std::int16_t 
   return {.number = FanInBehind(state, numbers, link)};
 }
 
-// Asks only where neither end is free: a junction may have thousands of links.
-bool IsLinked(ProjectToModel& state, const LinkEnd& leaving, const LinkEnd& arriving) {
-  if (leaving.isFree || arriving.isFree) {
-    return false;
-  }
-  Recordset links = Ask(state.gInterimConn.get(),
-                        LinkBetween(state, leaving.number, " AND Origin_Num = ", arriving.number));
-  return HasRow(links);
-}
-
 // Puts a new fan-out into the predecessor's link and links it to gDestinationUse.
 void AttachThroughFanOut(ProjectToModel& state, NumberCounter& numbers, Recordset& link) {
   const std::int16_t fanOut = AddJunction(state, numbers, kFanOut, kAsyncAnd);
@@ -103,7 +93,11 @@ void ConnectThroughJunctions(ProjectToModel& state, std::int16_t origin, std::in
   NumberCounter numbers(state);
   const LinkEnd leaving = LeavingEnd(state, numbers, origin);
   const LinkEnd arriving = ArrivingEnd(state, numbers, destination);
-  if (leaving.number != arriving.number && !IsLinked(state, leaving, arriving)) {
+  // The links are asked for only where neither end is free: a junction may have thousands.
+  const bool linked = leaving.number == arriving.number ||
+                      (!leaving.isFree && !arriving.isFree &&
+                       DirectLinkExists(state, leaving.number, arriving.number));
+  if (!linked) {
     AddLinkBetween(state, numbers, leaving.number, arriving.number);
   }
   numbers.WriteBack();

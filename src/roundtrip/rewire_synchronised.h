@@ -1,9 +1,8 @@
 // Tasks that the plan synchronises: two that finish together flow into one "Fan In" junction of
 // type "Sync. AND", two that start together come out of one "Fan Out" of that type.
 //
-// The four routines are one algorithm (synchronised_join.h) with the differences that
-// join_rules.cpp lists. All work in gCurrentScenario. A failure leaves the rows so far and the
-// project's counter as it was.
+// The four routines are one algorithm with different rules. All work in gCurrentScenario. A failure
+// leaves the rows so far and the project's counter as it was.
 #pragma once
 
 #include <cstdint>

@@ -3,10 +3,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "merge_statements.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
-#include "sql_pieces.h"
 
 namespace merivane::roundtrip {
 

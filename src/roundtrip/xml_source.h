@@ -4,7 +4,7 @@
 #include <string>
 
 #include "mspdi/plan_reader.h"
-#include "plan_source.h"
+#include "work_tables.h"
 
 namespace merivane::roundtrip {
 

@@ -1,4 +1,4 @@
-// Where a plan comes from, and what it hands to the work tables.
+// The work tables of a merge, and the sources that hand a plan to them.
 #pragma once
 
 #include <cstdint>

@@ -1,14 +1,12 @@
-// The reporters and primitives that every part calls.
-#include "neutraltext/modGlobal.h"
+#include "program/error_boxes.h"
 
 #include <gmock/gmock.h>
 
 #include "platform/scripted_desktop.h"
-#include "program/error_boxes.h"
 
 namespace merivane::test {
 
-using namespace neutraltext;
+using namespace program;
 
 namespace {
 

@@ -1,11 +1,16 @@
-#include "roundtrip/modMpxtoIDEF3.h"
+#include <algorithm>
+#include <string_view>
 
 #include "junction_cleanup.h"
-#include "merge_driver.h"
+#include "merge_links.h"
+#include "merge_statements.h"
+#include "merge_tasks.h"
 #include "mpx_source.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "program/error_boxes.h"
-#include "project_counters.h"
+#include "resource_requirements.h"
+#include "roundtrip/modMpxtoIDEF3.h"
+#include "runtime/conversions.h"
 #include "xml_source.h"
 
 namespace merivane::roundtrip {
@@ -13,6 +18,51 @@ namespace merivane::roundtrip {
 using namespace neutraltext;
 
 namespace {
+
+// Adds the row of the project where there is none; sets its start date where there is one.
+void StoreProjectHeader(ProjectToModel& state, const std::string& date) {
+  Recordset project = Ask(state.gInterimConn.get(),
+                          "SELECT * FROM MSP_Projects Where Proj_ID = ", state.gInterimProjId);
+  if (project.Eof()) {
+    project.AddNew();
+    project.SetField("Proj_ID", state.gInterimProjId);
+    project.SetField("PROJ_PROP_AUTHOR", "Merivane");
+    project.SetField("KV7_PROJ_Max_Use_Id", 0);
+    project.SetField("KV7_PROJ_Max_Act_Id", 0);
+  }
+  if (!date.empty()) project.SetField("KV7_PROJ_Start_Date", date);
+  project.Update();
+}
+
+// 0 where no row has a number.
+std::int16_t MaxId(ProjectToModel& state, const std::string& sql) {
+  Recordset maximum = AskStatic(state.gInterimConn.get(), sql);
+  const Value highest = maximum.Field("Max_ID");
+  return highest.IsNull() ? std::int16_t{0} : ToInt16(highest);
+}
+
+// Sets the two counters of the project to the greatest numbers given so far.
+void UpdateMaxIds(ProjectToModel& state) {
+  const std::int16_t activity =
+      MaxId(state, "SELECT Max(Num) as Max_ID FROM Activity_Pool" + WhereMspProjId(state));
+  const std::int16_t task =
+      MaxId(state, "SELECT Max(KV7_PROCOCC_HEX) as Max_ID FROM MSP_TASKS where TASK_UID > 0" +
+                       AndProjId(state));
+  const std::int16_t link =
+      MaxId(state, "SELECT Max(Num) as Max_ID FROM Links_in_Scenario" + WhereMspProjId(state));
+  const std::int16_t junction =
+      MaxId(state, "SELECT Max(Num) as Max_ID FROM Junctions_in_Scenario" + WhereMspProjId(state));
+
+  Recordset project = Ask(state.gInterimConn.get(),
+                          "SELECT * FROM MSP_PROJECTS Where Proj_ID = ", state.gInterimProjId);
+  if (project.Eof()) {
+    project.AddNew();
+    project.SetField("Proj_ID", state.gInterimProjId);
+  }
+  project.SetField("KV7_PROJ_Max_Use_ID", std::max({task, link, junction}));
+  project.SetField("KV7_PROJ_Max_Act_ID", activity);
+  project.Update();
+}
 
 // Into the work tables; gives the project's start date.
 std::string ReadPlan(ProjectToModel& state, PlanSource& source) {

@@ -1,11 +1,12 @@
+#include "merge_links.h"
+
 #include <vector>
 
-#include "merge_driver.h"
+#include "merge_statements.h"
 #include "plan_outline.h"
+#include "predecessors.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
-#include "sql_pieces.h"
-#include "task_links.h"
 
 namespace merivane::roundtrip {
 
@@ -93,12 +94,36 @@ void DecompositionPasses::MergeSelectedLinks() {
   }
 }
 
-}  // namespace
+// Without a top scenario the program ends.
+void MergeTopLevelLinks(ProjectToModel& state, MergeListener* listener) {
+  Recordset topScenarios = Ask(
+      state.gInterimConn.get(),
+      "Select * from Scenario Where Parent_Num = 0 and Send_To_Project = 1", AndMspProjId(state));
+  if (topScenarios.Eof()) {
+    state.gNoTopScenario = 1;
+  } else {
+    state.gCurrentScenario = ToInt16(topScenarios.Field("Num"));
+  }
+  if (state.gNoTopScenario == 1) EndOnBrokenModel(state, "Project to Celvar Translator.");
+  Recordset tasks = Ask(state.gInterimConn.get(), "Select * from ProjectAct where Outline = 1",
+                        AndMspProjId(state));
+  for (; !tasks.Eof(); tasks.MoveNext()) MergeLinksOfTask(state, tasks, listener);
+}
 
+// Group by group of siblings. The row in front of a group counts as its parent; one that has no
+// scenario ends the work for good.
 void MergeDecompositionLinks(ProjectToModel& state, MergeListener* listener) {
   DecompositionPasses passes(state, listener);
   passes.InitProcessedFlags();
   while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
+}
+
+}  // namespace
+
+void MergeLinks(ProjectToModel& state, MergeListener* listener) {
+  state.progress.Begin("Merging the links of the tasks", 0);
+  MergeTopLevelLinks(state, listener);
+  MergeDecompositionLinks(state, listener);
 }
 
 }  // namespace merivane::roundtrip
