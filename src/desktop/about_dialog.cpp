@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "pictures.h"
+#include "program_picture.h"
 
 namespace merivane::desktop {
 

@@ -2,13 +2,17 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QFileInfo>
+#include <QProcess>
 #include <QPushButton>
+#include <QStandardPaths>
+#include <QStringList>
 #include <QTableView>
+#include <QUrl>
 #include <algorithm>
 
 #include "help_context.h"
-#include "open_at_line.h"
 #include "qt_text.h"
 
 namespace merivane::desktop {
@@ -44,6 +48,35 @@ QString SummaryOf(const std::vector<Finding>& findings) {
       .arg(QLatin1String(errors == 1 ? "" : "s"))
       .arg(warnings)
       .arg(QLatin1String(warnings == 1 ? "" : "s"));
+}
+
+struct Editor {
+  const char* program;
+  const char* arguments;  // %1 the line, %2 the file; words end at bars
+};
+
+constexpr Editor kEditors[] = {
+    {"kate", "--line|%1|%2"},   {"gedit", "+%1|%2"},          {"xed", "+%1|%2"},
+    {"pluma", "+%1|%2"},        {"mousepad", "--line=%1|%2"}, {"geany", "--line=%1|%2"},
+    {"kwrite", "--line|%1|%2"}, {"gvim", "+%1|%2"},           {"notepad++", "-n%1|%2"},
+};
+
+// Starts an editor that takes a line; without one the desktop opens the file as it would by itself.
+void OpenAtLine(const QString& path, std::size_t line) {
+  for (const Editor& editor : kEditors) {
+    const QString program = QStandardPaths::findExecutable(editor.program);
+    if (program.isEmpty()) continue;
+    QStringList arguments = QString(editor.arguments).split('|');
+    for (QString& argument : arguments) {
+      if (argument == "%2") {
+        argument = path;
+      } else {
+        argument.replace("%1", QString::number(line));
+      }
+    }
+    if (QProcess::startDetached(program, arguments)) return;
+  }
+  QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
 }  // namespace

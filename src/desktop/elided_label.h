@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPainter>
 
 namespace merivane::desktop {
 
@@ -11,7 +12,13 @@ class ElidedLabel : public QLabel {
   QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    const QRect place = contentsRect();
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(place, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter),
+                     fontMetrics().elidedText(text(), Qt::ElideMiddle, place.width()));
+  }
 };
 
 }  // namespace merivane::desktop

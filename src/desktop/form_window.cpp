@@ -22,12 +22,19 @@
 #include "help_context.h"
 #include "path_field.h"
 #include "qt_text.h"
-#include "result_text.h"
 #include "shell/browse.h"
 
 namespace merivane::desktop {
 
 namespace {
+
+// "; 2 messages were shown" behind the result of a run with boxes.
+QString MessageNote(int count) {
+  if (count == 0) return {};
+  return QStringLiteral("; %1 message%2 shown")
+      .arg(count)
+      .arg(QLatin1String(count == 1 ? " was" : "s were"));
+}
 
 QString DroppedFile(const QDropEvent& event) {
   const QList<QUrl> urls = event.mimeData()->urls();

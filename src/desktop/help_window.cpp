@@ -12,7 +12,7 @@
 #include <QVBoxLayout>
 
 #include "help_file.h"
-#include "pictures.h"
+#include "program_picture.h"
 #include "topic_browser.h"
 
 namespace merivane::desktop {

@@ -11,11 +11,10 @@
 
 #include "about_dialog.h"
 #include "elided_label.h"
-#include "form_area.h"
 #include "help_context.h"
 #include "model_to_project_window.h"
 #include "options_dialog.h"
-#include "pictures.h"
+#include "program_picture.h"
 #include "project_to_model_window.h"
 #include "splash_window.h"
 #include "view_menu.h"

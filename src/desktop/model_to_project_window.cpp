@@ -9,7 +9,6 @@
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
 #include "qt_text.h"
-#include "result_text.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::desktop {

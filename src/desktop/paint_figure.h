@@ -2,8 +2,11 @@
 #pragma once
 
 #include <QPainter>
+#include <vector>
 
 #include "pictures/picture.h"
+
+class QPrinter;
 
 namespace merivane::desktop {
 
@@ -14,5 +17,10 @@ QRectF BoundsOf(const pictures::Figure& figure);
 
 // Texts can be left out where they would be too small to read.
 void PaintFigure(QPainter& painter, const pictures::Figure& figure, bool texts = true);
+
+// Each picture begins on a page of its own. One that is wider than the paper is made smaller, down
+// to two fifths; what is larger still goes on over several pages, from left to right, then
+// downwards.
+void PrintPictures(QPrinter& printer, const std::vector<pictures::Picture>& pictures);
 
 }  // namespace merivane::desktop

@@ -13,10 +13,10 @@
 #include "desktop/qt_desktop.h"
 #include "elided_label.h"
 #include "help_context.h"
-#include "picture_printer.h"
+#include "paint_figure.h"
 #include "picture_view.h"
-#include "pictures.h"
 #include "pictures/picture_file.h"
+#include "program_picture.h"
 #include "qt_text.h"
 #include "shell/kept_files.h"
 

@@ -13,7 +13,6 @@
 
 #include "desktop/help_window.h"
 #include "help_context.h"
-#include "message_text.h"
 #include "modal_dialogs.h"
 #include "platform/class_registry.h"
 #include "platform/profile_file.h"

@@ -17,4 +17,8 @@ inline QString ToQt(const std::string& windows1252) {
 // Paths are UTF-8 on both sides.
 inline QString PathToQt(const std::string& path) { return QString::fromStdString(path); }
 
+// Line ends become line feeds, those at the end go, and a long word (the name of a file, mostly)
+// gets places where it may break: zero-width spaces behind its separators.
+QString BreakableText(const QString& text);
+
 }  // namespace merivane::desktop

@@ -4,7 +4,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "pictures.h"
+#include "program_picture.h"
 
 namespace merivane::desktop {
 

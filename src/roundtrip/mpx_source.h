@@ -11,6 +11,7 @@
 namespace merivane::roundtrip {
 
 using namespace program;
+using namespace mpx;
 
 // Opens the file under a free number, which stays its own until CloseMpxFile, sets mpxLayout and
 // leaves the first line read. A file that a failed run left open is closed first. A file whose

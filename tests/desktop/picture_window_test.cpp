@@ -4,7 +4,7 @@
 #include <QPrinter>
 
 #include "desktop_fixture.h"
-#include "picture_printer.h"
+#include "paint_figure.h"
 #include "picture_view.h"
 
 namespace merivane::test {

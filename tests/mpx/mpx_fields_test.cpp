@@ -9,8 +9,8 @@
 
 namespace merivane::test {
 
-using namespace mpx;
 using namespace runtime;
+using namespace mpx;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "pictures.h"
+#include "program_picture.h"
 
 #include <QPainter>
 #include <QPixmap>
@@ -36,6 +36,23 @@ Picture::Picture(const QSize& size, QWidget* parent) : QWidget(parent) {
 void Picture::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   PaintPicture(painter, rect());
+}
+
+FormArea::FormArea() {
+  setObjectName("formArea");
+  setBackground(QBrush(Qt::NoBrush));
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+}
+
+void FormArea::paintEvent(QPaintEvent* /*event*/) {
+  constexpr qreal kFaint = 0.16;
+  QPainter painter(viewport());
+  const QRectF place = viewport()->rect();
+  painter.fillRect(place, palette().color(QPalette::Window).darker(108));
+  const qreal side = qMin(place.width(), place.height()) / 3;
+  painter.setOpacity(kFaint);
+  PaintPicture(painter, QRectF(place.center() - QPointF(side, side) / 2, QSizeF(side, side)));
 }
 
 }  // namespace merivane::desktop

@@ -1,7 +1,8 @@
-// The program's picture: window icon, splash and about box.
+// The program's picture: window icon, splash, about box, and the ground of the main window.
 #pragma once
 
 #include <QIcon>
+#include <QMdiArea>
 #include <QWidget>
 
 class QPainter;
@@ -15,6 +16,15 @@ void PaintPicture(QPainter& painter, const QRectF& place);
 class Picture : public QWidget {
  public:
   Picture(const QSize& size, QWidget* parent = nullptr);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+// The area in which the windows of both directions lie: the picture shows, faintly, where none is.
+class FormArea : public QMdiArea {
+ public:
+  FormArea();
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -1,4 +1,4 @@
-#include "message_text.h"
+#include "qt_text.h"
 
 #include <QStringList>
 
