@@ -1,5 +1,4 @@
 #include "neutraltext/modProjectToIDEF3.h"
-
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "writer_lines.h"

@@ -1,7 +1,6 @@
-#include "shell/modOptions.h"
-
 #include "runtime/code_page.h"
 #include "runtime/text.h"
+#include "shell/modOptions.h"
 
 namespace merivane::shell {
 

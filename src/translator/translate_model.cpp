@@ -1,9 +1,8 @@
-#include "translator/modIDEF3ToProject.h"
-
 #include "mpx/mpx_format.h"
 #include "program/error_boxes.h"
 #include "runtime/code_page.h"
 #include "translation_steps.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::translator {
 
