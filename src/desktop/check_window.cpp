@@ -1,5 +1,6 @@
 #include "check_window.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
@@ -43,7 +44,9 @@ QString SummaryOf(const std::vector<Finding>& findings) {
     return finding.severity == Severity::kError;
   });
   const auto warnings = static_cast<std::ptrdiff_t>(findings.size()) - errors;
-  return QStringLiteral("%1 error%2, %3 warning%4. A click copies a row.")
+  return QStringLiteral(
+             "%1 error%2, %3 warning%4. A click or Ctrl+C copies a row, Enter opens the text at "
+             "its line.")
       .arg(errors)
       .arg(QLatin1String(errors == 1 ? "" : "s"))
       .arg(warnings)
@@ -92,8 +95,15 @@ CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> find
   SetHelpContext(this, kHelpContext);
   QPushButton* open = AddButton("cmdOpen", "Open");
   open->setEnabled(!findings_.empty());
+  open->setDefault(true);
   connect(open, &QPushButton::clicked, this, [this] { Open(); });
   connect(table_, &QTableView::clicked, this, [this] { Copy(CurrentRow()); });
+  connect(table_, &QTableView::doubleClicked, this, [this] { Open(); });
+  auto* copy = new QAction(table_);
+  copy->setShortcut(QKeySequence::Copy);
+  copy->setShortcutContext(Qt::WidgetShortcut);
+  table_->addAction(copy);
+  connect(copy, &QAction::triggered, this, [this] { Copy(CurrentRow()); });
 }
 
 void CheckWindow::Copy(int row) const {

@@ -11,7 +11,8 @@ namespace merivane::desktop {
 
 using namespace inspect;
 
-// A click copies a finding to the clipboard; "Open" shows the text at its line.
+// A click or Ctrl+C copies a finding to the clipboard; "Open", Enter or a double click shows the
+// text at its line.
 class CheckWindow : public ResultTable {
  public:
   CheckWindow(const std::string& modelPath, std::vector<inspect::Finding> findings,

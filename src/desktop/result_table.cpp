@@ -2,9 +2,11 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -44,6 +46,7 @@ QVariant ResultModel::headerData(int section, Qt::Orientation orientation, int r
 ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* parent)
     : QDialog(parent),
       table_(new QTableView),
+      filter_(new QLineEdit),
       shown_(new QSortFilterProxyModel(this)),
       buttons_(new QHBoxLayout) {
   setAttribute(Qt::WA_DeleteOnClose);
@@ -52,12 +55,13 @@ ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* pa
   shown_->setSortRole(Qt::UserRole);
   shown_->setFilterKeyColumn(-1);
   shown_->setFilterCaseSensitivity(Qt::CaseInsensitive);
-  auto* filter = new QLineEdit;
-  filter->setObjectName("filter");
-  filter->setAccessibleName("Filter");
-  filter->setPlaceholderText("Show only rows that hold this text");
-  filter->setClearButtonEnabled(true);
-  connect(filter, &QLineEdit::textChanged, shown_, &QSortFilterProxyModel::setFilterFixedString);
+  filter_->setObjectName("filter");
+  filter_->setAccessibleName("Filter");
+  filter_->setPlaceholderText("Show only rows that hold this text (Ctrl+F)");
+  filter_->setClearButtonEnabled(true);
+  connect(filter_, &QLineEdit::textChanged, shown_, &QSortFilterProxyModel::setFilterFixedString);
+  auto* find = new QShortcut(QKeySequence::Find, this);
+  connect(find, &QShortcut::activated, filter_, [this] { filter_->setFocus(); });
   table_->setObjectName("results");
   table_->setAccessibleName("Results");
   table_->setModel(shown_);
@@ -77,13 +81,25 @@ ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* pa
   buttons_->addWidget(text, 1);
   auto* close = new QPushButton("Close");
   close->setObjectName("cmdClose");
+  close->setAutoDefault(false);
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
   buttons_->addWidget(close);
   auto* column = new QVBoxLayout(this);
-  column->addWidget(filter);
+  column->addWidget(filter_);
   column->addWidget(table_, 1);
   column->addLayout(buttons_);
   resize(fontMetrics().averageCharWidth() * 140, fontMetrics().height() * 26);
+  table_->setFocus();
+}
+
+// An Enter that ends the typing of a filter is no answer to the dialog.
+void ResultTable::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && filter_->hasFocus()) {
+    table_->setFocus();
+  } else {
+    QDialog::keyPressEvent(event);
+  }
 }
 
 int ResultTable::CurrentRow() const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 class QHBoxLayout;
+class QLineEdit;
 class QSortFilterProxyModel;
 class QTableView;
 
@@ -36,7 +37,8 @@ class ResultModel : public QAbstractTableModel {
   int numberColumn_;
 };
 
-// Deletes itself when it is closed.
+// Deletes itself when it is closed. Enter in the filter goes to the table, whose Enter presses the
+// default button; Ctrl+F goes back to the filter.
 class ResultTable : public QDialog {
  public:
   // The dialog owns the model. `summary` stands below the table.
@@ -47,10 +49,12 @@ class ResultTable : public QDialog {
   int CurrentRow() const;
   // A button in front of "Close".
   class QPushButton* AddButton(const char* name, const char* caption);
+  void keyPressEvent(QKeyEvent* event) override;
 
   QTableView* table_;
 
  private:
+  QLineEdit* filter_;
   QSortFilterProxyModel* shown_;
   QHBoxLayout* buttons_;
 };

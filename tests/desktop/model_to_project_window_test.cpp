@@ -88,9 +88,14 @@ TEST_F(ModelToProjectWindow, CheckListsFindingsThatCanBeFilteredAndCopied) {
   Browse(form, "cmdBrowseText", model);
   User::Click(form, "cmdCheck");
   QWidget& list = User::Find(window, "checkWindow");
-  const auto& table = User::Get<QTableView>(list, "results");
+  auto& table = User::Get<QTableView>(list, "results");
   const int all = table.model()->rowCount();
-  QTest::keyClicks(&User::Find(list, "filter"), "weather");
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&list));
+  QWidget& filter = User::Find(list, "filter");
+  filter.setFocus();
+  QTest::keyClicks(&filter, "weather");
+  QTest::keyClick(&filter, Qt::Key_Return);
+  EXPECT_TRUE(list.isVisible());
   ASSERT_EQ(table.model()->rowCount(), 1);
   EXPECT_GT(all, 1);
   const QRect cell = table.visualRect(table.model()->index(0, 0));
@@ -99,6 +104,11 @@ TEST_F(ModelToProjectWindow, CheckListsFindingsThatCanBeFilteredAndCopied) {
             model +
                 ":632: warning: object 2 'Weather': No unit uses this object. Leave it out, or "
                 "add it to the units that need it.");
+  QApplication::clipboard()->clear();
+  QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_THAT(QApplication::clipboard()->text().toStdString(), HasSubstr(":632: warning"));
+  QTest::keyClick(&table, Qt::Key_F1);
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(7010));
 }
 
 TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {

@@ -40,6 +40,8 @@ TEST_F(PictureWindowTest, SearchMarksAndCentresOneUnitAfterTheOther) {
   ASSERT_NE(picture, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(picture));
   PictureView& view = View(*picture);
+  QTest::keyClick(&view, Qt::Key_F1);
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(7020));
   view.ZoomTo(4);
   QWidget& search = User::Find(*picture, "search");
   QTest::keyClicks(&search, "PRINT the");

@@ -180,13 +180,22 @@ TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {
   Browse(form, "cmdBrowseMPX", plan);
   Browse(form, "cmdBrowseText", text);
   const std::string before = test::ReadFile(database);
+  user.steps.emplace_back([](QDialog&) {});  // comes to the front, and stays open
   User::Click(form, "cmdPreview");
   QWidget& preview = User::Find(window, "previewWindow");
-  const QAbstractItemModel& rows = *User::Get<QTableView>(preview, "results").model();
+  auto& table = User::Get<QTableView>(preview, "results");
+  const QAbstractItemModel& rows = *table.model();
   ASSERT_EQ(rows.rowCount(), 1);
   EXPECT_EQ(rows.index(0, 3).data().toString(), "It was called 'Set up the desk'.");
   EXPECT_EQ(test::ReadFile(database), before);
-  User::Click(preview, "cmdMerge");
+  QTest::keyClick(&table, Qt::Key_F1);
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(7011));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&preview));
+  QTest::keyClick(&table, Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(QApplication::focusWidget(), "desk");
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);  // ends the typing alone
+  EXPECT_EQ(test::ReadFile(database), before);
+  QTest::keyClick(&table, Qt::Key_Return);
   EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
   EXPECT_THAT(test::ReadFile(text), HasSubstr("Build the desk"));
 }
