@@ -214,6 +214,7 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
       {{"draw", Sample("bakery.txt"), "--scenario", "x", "--output", svg, "--force"}, kRefused},
       {{"draw", "--output", svg, "--force"}, kRefused},
       {{"chart", wrong, "--project", "1", "--output", svg}, kRefused},
+      {{"draw", Sample("bakery.txt"), "--output", folder.Path("none/a.svg")}, kRefused},
       {{"chart", wrong, "--project", "1", "--output", svg, "--force"}, kFailed},
       {{"draw", wrong, "--output", svg, "--force"}, kFailed},
       {{"draw", folder.Path("none.txt"), "--output", svg, "--force"}, kFailed},

@@ -15,7 +15,8 @@ struct NamedFile {
 };
 
 // A sentence that refuses the run, or nothing: two names stand for one file (by links of either
-// kind too) that the run would write, or a file stands where its word was not said.
+// kind too) that the run would write, one that it would write has no folder, or a file stands where
+// its word was not said.
 std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files);
 
 }  // namespace merivane::shell
