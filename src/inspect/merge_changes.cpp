@@ -90,10 +90,13 @@ class Comparison {
           "It takes " + unit.duration + " days instead of " +
               (old.duration.empty() ? "1" : old.duration) + ".");
     }
-    if (unit.note != old.note) {
-      Add(ChangeKind::kChanged, Unit(number),
-          unit.note.empty() ? "It loses its note." : "It has another note.");
-    }
+    CompareNotes(Unit(number), old.note, unit.note);
+  }
+
+  void CompareNotes(const ElementName& element, const std::string& old, const std::string& note) {
+    if (note == old) return;
+    Add(ChangeKind::kChanged, element,
+        note.empty() ? "It loses its note." : "It has another note.");
   }
 
   void CompareJunctions() {
@@ -138,11 +141,14 @@ class Comparison {
       const auto old = before_.resources.find(number);
       if (old == before_.resources.end()) {
         Add(ChangeKind::kAdded, Resource(number), "It comes new from the plan.");
-      } else if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
+        continue;
+      }
+      if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
         Add(ChangeKind::kChanged, Resource(number),
             "There are " + resource.quantity + " of it instead of " +
                 (old->second.quantity.empty() ? "1" : old->second.quantity) + ".");
       }
+      CompareNotes(Resource(number), old->second.note, resource.note);
     }
     for (const auto& [number, resource] : before_.resources) {
       if (!after_.resources.contains(number)) {

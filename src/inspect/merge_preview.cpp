@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "mpx/mpx_fields.h"
 #include "platform/scripted_desktop.h"
 #include "roundtrip/merge_listener.h"
 #include "roundtrip/modMpxtoIDEF3.h"
@@ -16,17 +17,25 @@ using namespace roundtrip;
 
 namespace {
 
-// The task that the merge had come to when it stopped.
+// The line of the file, or the task, that the merge had come to when it stopped.
 class Progress : public MergeListener {
  public:
+  void OnLine(const std::string& line) override {
+    line_ = line;
+    ++lineNumber_;
+  }
   void OnTask(MergeStep step, const Value& planId) override {
     step_ = step;
     task_ = ToInt32(planId);
   }
   MergeStep Step() const { return step_; }
   std::optional<std::int32_t> Task() const { return task_; }
+  const std::string& Line() const { return line_; }
+  std::size_t LineNumber() const { return lineNumber_; }
 
  private:
+  std::string line_;
+  std::size_t lineNumber_ = 1;
   MergeStep step_ = MergeStep::kTask;
   std::optional<std::int32_t> task_;
 };
@@ -82,13 +91,66 @@ Explanation ExplainLinks(const PlanTask& task, const std::string& description) {
           "Put the predecessors back as they were, or build a new model by overwriting."};
 }
 
+// A box as one sentence of a line.
+std::string SentenceOf(const std::string& box) {
+  std::string text;
+  for (const char letter : box) {
+    const bool isBlank = letter == ' ' || letter == '\r' || letter == '\n';
+    if (!isBlank) {
+      text += letter;
+    } else if (!text.empty() && text.back() != ' ') {
+      text += ' ';
+    }
+  }
+  text = Trim(text);
+  return text.empty() || text.back() == '.' ? text : text + '.';
+}
+
+// A resource or a task of an MPX file, by the number that its line begins with.
+ElementName ElementIn(const std::string& line) {
+  constexpr std::int16_t kResource = 50;
+  constexpr std::int16_t kTask = 70;
+  const std::int16_t record = mpx::RecordNumber(line);
+  if (record != kResource && record != kTask) return {"plan", std::nullopt, ""};
+  ElementName element{record == kTask ? "task" : "resource", std::nullopt, ""};
+  const mpx::FoundField field = mpx::GetField(line, 2);
+  const auto* number = std::get_if<std::string>(&field);
+  if (number != nullptr && IsNumericText(*number)) element.number = ToInt32(*number);
+  return element;
+}
+
+Explanation ExplainLine(const ElementName& element, const std::string& line,
+                        const std::string& description) {
+  constexpr const char* kChange = "Change it in the plan, and save the plan anew.";
+  if (element.kind == "resource" && Holds(line, "'")) {
+    return {"Its name holds an apostrophe, which stops the merge.", kChange};
+  }
+  if (description.starts_with("Merivane requires")) return {SentenceOf(description), kChange};
+  return {"A value in this line can't be taken over: " + SentenceOf(description),
+          "Look at the numbers in it; mend the plan, and save it anew."};
+}
+
+// While the plan was read. Planning XML tells its rows itself.
+MergeChange StopInReading(const Progress& progress, const std::string& description) {
+  if (progress.Line().empty()) {
+    return {ChangeKind::kStop,
+            {"plan", std::nullopt, ""},
+            SentenceOf(description),
+            "Mend the plan, and try again."};
+  }
+  const ElementName element = ElementIn(progress.Line());
+  const Explanation why = ExplainLine(element, progress.Line(), description);
+  return {ChangeKind::kStop,
+          element,
+          "In line " + std::to_string(progress.LineNumber()) + " of the file: " + why.sentence,
+          why.advice,
+          element.number};
+}
+
 MergeChange StopOf(const Progress& progress, Connection* connection, std::int32_t project,
                    const std::string& description) {
   if (!progress.Task() || connection == nullptr || !connection->IsOpen()) {
-    return {ChangeKind::kStop,
-            {"plan", std::nullopt, ""},
-            description,
-            "Mend the plan, and try again."};
+    return StopInReading(progress, description);
   }
   const PlanTask task = TaskOf(*connection, *progress.Task(), project);
   const Explanation why = progress.Step() == MergeStep::kTask ? ExplainTask(description)

@@ -7,10 +7,14 @@ namespace merivane::inspect {
 
 namespace {
 
-// A note comes back from a plan with the quote in front of it and without its last line end.
+// A note comes back from a plan with the quotes around it, and with other line ends behind it.
 std::string NoteText(std::string text) {
-  if (text.starts_with('"')) text.erase(0, 1);
-  while (!text.empty() && (text.back() == '\r' || text.back() == '\n')) text.pop_back();
+  const bool quoted = text.starts_with('"');
+  if (quoted) text.erase(0, 1);
+  const auto isEnd = [&](char letter) {
+    return letter == '\r' || letter == '\n' || (quoted && letter == '"');
+  };
+  while (!text.empty() && isEnd(text.back())) text.pop_back();
   return text;
 }
 
@@ -79,12 +83,13 @@ class Reader {
   }
 
   void ReadResources() {
-    ForEach("KV7_OBJ_HEX, RES_NAME, KV7_OBJ_QUANTITY, RES_UID from MSP_RESOURCES",
+    ForEach("KV7_OBJ_HEX, RES_NAME, KV7_OBJ_QUANTITY, KV7_OBJ_GLOSSARY, RES_UID from MSP_RESOURCES",
             "RES_UID > 0 and Proj_ID = ", [&](Recordset& row) {
               const Value number = row.Field("KV7_OBJ_HEX");
               if (number.IsNull()) return;
               model_.resources[ToInt32(number)] = {Joined(row.Field("RES_NAME")),
-                                                   Joined(row.Field("KV7_OBJ_QUANTITY"))};
+                                                   Joined(row.Field("KV7_OBJ_QUANTITY")),
+                                                   NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY")))};
               objectOfResource_[ToInt32(row.Field("RES_UID"))] = ToInt32(number);
             });
   }

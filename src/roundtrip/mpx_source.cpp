@@ -246,6 +246,7 @@ void CloseMpxFile(ProjectToModel& state) {
 void MpxLines::Read() {
   state_.progress.Step();
   text_ = state_.files.ReadLine(state_.mpxInFileNo);
+  if (listener_) listener_->OnLine(text_);
   record_ = RecordNumber(text_);
 }
 

@@ -6,6 +6,7 @@
 
 #include "mpx/mpx_fields.h"
 #include "program/program.h"
+#include "roundtrip/merge_listener.h"
 #include "work_tables.h"
 
 namespace merivane::roundtrip {
@@ -24,7 +25,8 @@ void CloseMpxFile(ProjectToModel& state);
 // and at the end.
 class MpxLines {
  public:
-  explicit MpxLines(ProjectToModel& state) : state_(state) {}
+  explicit MpxLines(ProjectToModel& state, MergeListener* listener = nullptr)
+      : state_(state), listener_(listener) {}
 
   void Read();     // the next line; error 62 at the end
   void Advance();  // the next line, or none at the end
@@ -41,6 +43,7 @@ class MpxLines {
   std::string Accepted(mpx::FoundField field) const;
 
   ProjectToModel& state_;
+  MergeListener* listener_;
   std::string text_;
   std::int16_t record_ = 0;
   bool atEnd_ = false;
@@ -48,8 +51,9 @@ class MpxLines {
 
 class MpxSource : public PlanSource {
  public:
-  MpxSource(ProjectToModel& state, const std::string& fileName)
-      : state_(state), fileName_(fileName), lines_(state) {}
+  // A listener (null: none) hears each line.
+  MpxSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener)
+      : state_(state), fileName_(fileName), lines_(state, listener) {}
 
   PlanHead Open() override;
 

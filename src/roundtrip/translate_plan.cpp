@@ -154,7 +154,7 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName) {
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
                   const std::string& /*interimFileName*/, std::int16_t mergeFlag,
                   MergeListener* listener) {
-  MpxSource source(state, mpxFileName);
+  MpxSource source(state, mpxFileName, listener);
   return TranslatePlan(state, source, mergeFlag, listener);
 }
 

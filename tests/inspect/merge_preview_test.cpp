@@ -97,9 +97,11 @@ INSTANTIATE_TEST_SUITE_P(
              "removed: assignment: Of resource 4 'Mentor' for " + kWork + "."}},
         Row{"ResourcesAndAssignments",
             {{"75,2,1,12.00h", "75,2,3,12.00h"},
+             {"freed from other work", "the whole day"},
              {"75,3,1,8.00h", "75,4,2,8.00h"},
              {"50,3,3,Mentor", "50,4,4,Cook,Cook,2,10/h,15/h,,,,,,,,,,,,\r\n50,3,3,Mentor"}},
-            {"added: resource 5 'Cook': It comes new from the plan.",
+            {"changed: resource 4 'Mentor': It has another note.",
+             "added: resource 5 'Cook': It comes new from the plan.",
              "changed: assignment: Of resource 3 'System administrator' for unit 2 'Set up the "
              "desk': 3 instead of 1.",
              "removed: assignment: Of resource 4 'Mentor' for unit 4 'Welcome and walk around'.",
@@ -131,8 +133,18 @@ INSTANTIATE_TEST_SUITE_P(
             false},
         Row{"NameWithComma",
             {{"Set up the desk", "\"Set up, the desk\""}},
-            {"stop: plan: Merivane requires that Task names do not have commas.  Please change "
-             "'\"Set up, the desk'."},
+            {"stop: task 2: In line 30 of the file: Merivane requires that Task names do not have "
+             "commas. Please change '\"Set up, the desk'."},
+            false},
+        Row{"ResourceWithApostrophe",
+            {{"Mentor,Mentor", "Ada's mentor,Mentor"}},
+            {"stop: resource 3: In line 22 of the file: Its name holds an apostrophe, which stops "
+             "the merge."},
+            false},
+        Row{"QuantityOfNoNumber",
+            {{"Mentor,Mentor,1,", "Mentor,Mentor,one,"}},
+            {"stop: resource 3: In line 22 of the file: A value in this line can't be taken over: "
+             "Type mismatch."},
             false}),
     [](const auto& row) { return row.param.name; });
 

@@ -29,6 +29,7 @@ struct ModelSnapshot {
   struct Resource {
     std::string name;
     std::string quantity;
+    std::string note;  // as compared: see ReadSnapshot
   };
   struct Assignment {
     std::string quantity;
@@ -44,7 +45,7 @@ struct ModelSnapshot {
   std::map<std::pair<std::int32_t, std::int32_t>, Assignment> assignments;  // unit, object
 };
 
-// Notes are without a quote in front of them and without line ends behind them, which a way through
+// Notes are without quotes around them and without line ends behind them, which a way through
 // a plan alone changes. Errors of the database come up as RunTimeErrors.
 ModelSnapshot ReadSnapshot(Connection& connection, std::int32_t project);
 

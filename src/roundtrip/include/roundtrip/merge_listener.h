@@ -1,5 +1,7 @@
-// Hears which task of the plan the merge has come to.
+// Hears which line of an MPX file, and then which task of the plan, the merge has come to.
 #pragma once
+
+#include <string>
 
 #include "runtime/value.h"
 
@@ -15,6 +17,9 @@ enum class MergeStep {
 class MergeListener {
  public:
   virtual ~MergeListener() = default;
+
+  // The next line of the file is in hand; they count from the second one.
+  virtual void OnLine(const std::string& line) = 0;
 
   // The step begins for the task with this number in the plan.
   virtual void OnTask(MergeStep step, const Value& planId) = 0;
