@@ -13,14 +13,25 @@ class Decompositions {
  public:
   Decompositions(const Model& model, std::vector<Finding>& findings)
       : model_(model), findings_(findings) {
-    for (const Unit& unit : model.units) scenarioOf_[model.At(unit.place).number] = unit.scenario;
+    for (const Unit& unit : model.units) {
+      scenarioOf_[model.At(unit.place).number] = unit.scenario;
+      filled_.insert(unit.scenario);
+    }
     for (const ScenarioEntry& scenario : model.scenarios) {
       byNumber_.try_emplace(model.At(scenario.place).number, &scenario);
     }
   }
 
   void Check() {
+    if (model_.scenarios.empty()) {
+      findings_.push_back({Severity::kWarning,
+                           1,
+                           {},
+                           "The text has no scenario, so that the plan has no task.",
+                           "Draw a scenario in Celvar, and export the model anew."});
+    }
     for (const ScenarioEntry& scenario : model_.scenarios) {
+      CheckUnits(scenario);
       if (scenario.parent == 0) continue;
       const auto unit = scenarioOf_.find(scenario.parent);
       if (unit == scenarioOf_.end()) {
@@ -37,6 +48,14 @@ class Decompositions {
   }
 
  private:
+  void CheckUnits(const ScenarioEntry& scenario) {
+    const Place& place = model_.At(scenario.place);
+    if (filled_.contains(place.number)) return;
+    findings_.push_back(FindingAt(Severity::kWarning, place,
+                                  "It has no unit, so that nothing of it reaches the plan.",
+                                  "Add the units of the scenario, or leave it out."));
+  }
+
   // Goes up from scenario to scenario; a circle is told once, at its first scenario in the text.
   void FollowUp(const ScenarioEntry& start) {
     std::vector<const ScenarioEntry*> way;
@@ -68,6 +87,7 @@ class Decompositions {
   const Model& model_;
   std::vector<Finding>& findings_;
   std::unordered_map<std::int32_t, std::int32_t> scenarioOf_;  // of each unit
+  std::unordered_set<std::int32_t> filled_;                    // scenarios that have units
   std::unordered_map<std::int32_t, const ScenarioEntry*> byNumber_;
   std::unordered_set<const ScenarioEntry*> done_;
 };

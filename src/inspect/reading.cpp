@@ -15,6 +15,8 @@ namespace {
 constexpr const char* kNotReadOn =
     " Nothing behind this line was read, so the rest of the model is not checked.";
 
+constexpr const char* kChooseModel = "Choose a model text that was exported from Celvar.";
+
 // The part of a line behind its label that FieldAfterBlanks would take, uncut.
 std::string_view Behind(std::string_view line, std::size_t start) {
   const std::size_t blanks = Find(line, "  ", start);
@@ -28,8 +30,8 @@ std::string Label(std::string_view line, std::string_view field) {
 }  // namespace
 
 void Reading::Add(Severity severity, std::string sentence, std::string advice) {
-  findings_.push_back(
-      {severity, ends_.size(), CurrentElement(), std::move(sentence), std::move(advice)});
+  findings_.push_back({severity, std::max<std::size_t>(ends_.size(), 1), CurrentElement(),
+                       std::move(sentence), std::move(advice)});
 }
 
 // What is known of an element whose row isn't written yet.
@@ -142,7 +144,11 @@ void Reading::OnMessage(const Message& message) {
     StopAtEnd();
   } else if (text.starts_with("Celvar input text file is not valid")) {
     Add(Severity::kError, "The first line doesn't hold 'Dunmar Neutral Text', so this is no model.",
-        "Choose a model text that was exported from Celvar.");
+        kChooseModel);
+    foreign_ = true;
+  } else if (ends_.empty()) {
+    Add(Severity::kError, "The text is empty.", kChooseModel);
+    StopHere(Stop::Kind::kFinal);
   } else {
     Add(Severity::kError, "The reader stops here: " + Trim(text), "Mend the text here.");
     StopHere(Stop::Kind::kFinal);
@@ -257,6 +263,10 @@ void Reading::ReportPassedKeywords() {
 }
 
 void Reading::Finish() {
+  if (foreign_ && stop_.kind == Stop::Kind::kFinal) {
+    findings_.resize(1);  // what else it holds is no matter of a model
+    return;
+  }
   for (const Unit& unit : model_.units) TakeNote(unit.carried, unit.place);
   ReportCarried();
   ReportPassedKeywords();

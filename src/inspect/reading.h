@@ -88,6 +88,7 @@ class Reading : public ReaderListener {
   Model model_;
   std::vector<Finding> findings_;
   Stop stop_;
+  bool foreign_ = false;                // the text does not begin as a model does
   std::optional<Finding> stopFinding_;  // what to say of it; among the findings as well
 
   std::string text_;               // all lines read, without their ends

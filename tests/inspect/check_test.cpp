@@ -79,6 +79,13 @@ class CheckTest : public DatabaseFixture, public ::testing::WithParamInterface<R
   }
 };
 
+TEST_F(CheckTest, AnEmptyFileIsToldAtItsFirstLine) {
+  const auto findings = inspect::CheckModel(folder.Write("empty.txt", ""), TemplateDatabase());
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0].line, 1U);
+  EXPECT_EQ(findings[0].sentence, "The text is empty.");
+}
+
 TEST_P(CheckTest, TellsWhatAndWhere) {
   EXPECT_THAT(Findings(GetParam().model), ElementsAreArray(GetParam().findings));
   EXPECT_EQ(TranslationStumbles(GetParam().model), GetParam().endsTranslation);
@@ -120,6 +127,19 @@ INSTANTIATE_TEST_SUITE_P(
     Reader, CheckTest,
     ::testing::Values(
         Row{"Clean", ModelOf({}), {}},
+        Row{"OtherFile",
+            "Bread|\x81|Butter",
+            {"Bread: error: The first line doesn't hold 'Dunmar Neutral Text', so this is no "
+             "model."},
+            true},
+        Row{"NoScenario",
+            ModelOf({.objects = "", .scenarios = ""}),
+            {"Dunmar Neutral Text; Version:2.20;  : warning: The text has no scenario, so that the "
+             "plan has no task."}},
+        Row{"ScenarioWithoutUnits",
+            ModelOf({.objects = "", .scenarios = Scenario("1", "Shop", "", "")}),
+            {"Scenario  1: warning: scenario 1 'Shop': It has no unit, so that nothing of it "
+             "reaches the plan."}},
         OfText("KeywordMissing", "  End  Note List|", "",
                {"  Source List: error: The line '  End  Note List' is missing in front of this "
                 "one; all up to line 45 is taken for text.",
