@@ -140,11 +140,9 @@ MergeChange StopInReading(const Progress& progress, const std::string& descripti
   }
   const ElementName element = ElementIn(progress.Line());
   const Explanation why = ExplainLine(element, progress.Line(), description);
-  return {ChangeKind::kStop,
-          element,
+  return {ChangeKind::kStop, element,
           "In line " + std::to_string(progress.LineNumber()) + " of the file: " + why.sentence,
-          why.advice,
-          element.number};
+          why.advice, element.number};
 }
 
 MergeChange StopOf(const Progress& progress, Connection* connection, std::int32_t project,
