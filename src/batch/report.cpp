@@ -66,9 +66,8 @@ int RunReport(Session& session, const ReportOptions& options) {
     return kRefused;
   }
   ScenarioChooser chooser(session, options.choices);
-  session.OnModalForm([&](ModalForm& form) {
-    if (auto* scenarios = dynamic_cast<multi*>(&form)) chooser.Answer(*scenarios);
-  });
+  session.OnModalForm(
+      ForEach{[&](multi* scenarios) { chooser.Answer(*scenarios); }, [](auto* /*other*/) {}});
   Report report = ReadReport(session, options, chooser);
   if (report.model.scenarios.empty()) {
     session.Say(options.model + " holds no scenario: there is nothing to report.");

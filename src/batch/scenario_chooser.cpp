@@ -11,8 +11,7 @@ void ScenarioChooser::Answer(multi& form) {
   if (chosen) {
     const std::string name = form.List1[*chosen];
     session_.log.AddChooser(form.Label1, form.Label2, form.List1, name);
-    form.ListIndex = chosen;
-    form.Command1();
+    form.Choose(*chosen);
     return;
   }
   session_.log.AddChooser(form.Label1, form.Label2, form.List1, std::nullopt);

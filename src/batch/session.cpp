@@ -109,6 +109,18 @@ ExitStatus Session::StatusOf(const std::optional<bool>& driverResult) const {
   return log.MessageCount() == 0 ? kDone : kDoneWithMessages;
 }
 
+int Session::AfterOk(const std::optional<bool>& driverResult, const RunResult& result,
+                     const std::function<std::string()>& report) {
+  const ExitStatus status = StatusOf(driverResult);
+  if (status == kFailed) return status;
+  if (result.file.empty()) {
+    Say(result.text);
+    return kFailed;
+  }
+  Report((report ? report() : "") + result.text + Notes());
+  return status;
+}
+
 std::string Session::Notes() const {
   std::string notes;
   if (const std::string backup = kept.BackupName(); !backup.empty()) {

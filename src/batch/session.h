@@ -16,6 +16,7 @@
 #include "progress_line.h"
 #include "shell/frmMain.h"
 #include "shell/kept_files.h"
+#include "shell/modal_forms.h"
 #include "shell/named_files.h"
 
 namespace merivane::batch {
@@ -36,16 +37,17 @@ class Session {
   // it.
   int Run(const std::function<int()>& command);
 
-  // Shown modally: frmDbFileAppend, frmDBMerge or multi.
-  void OnModalForm(std::function<void(ModalForm&)> handler) {
-    desktop.modalHandler = std::move(handler);
+  // Functions over pointers to the modal forms; a form that they leave open is closed.
+  template <typename Answers>
+  void OnModalForm(Answers answers) {
+    desktop.modalHandler = [answers](ModalForm& form) { std::visit(answers, AsAny(form)); };
   }
 
-  // Runs the handler of a browse button with `name` as the file that the user picks.
-  template <typename Handler>
-  void Browse(const std::string& name, Handler handler) {
+  // Runs what presses a browse button, with `name` as the file that the user picks.
+  template <typename Press>
+  bool Browse(const std::string& name, Press press) {
     desktop.fileNames.push_back(name);
-    handler();
+    return press();
   }
 
   // A word of the batch program itself on standard error.
@@ -54,6 +56,10 @@ class Session {
     Say(text);
     return kRefused;
   }
+  // The exit status behind the OK button, told in the closing line with `report` in front, or in a
+  // word where it gave no file.
+  int AfterOk(const std::optional<bool>& driverResult, const RunResult& result,
+              const std::function<std::string()>& report = nullptr);
   // The closing line of a run that succeeds, unless --quiet.
   void Report(const std::string& line) { report_ = line; }
 

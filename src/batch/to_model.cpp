@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "inspect/merge_preview.h"
 #include "merge_report.h"
 #include "project_lookup.h"
@@ -7,98 +5,48 @@
 #include "runtime/conversions.h"
 #include "session.h"
 #include "shell/browse.h"
-#include "shell/frmDBMerge.h"
 #include "shell/source_proof.h"
 
 namespace merivane::batch {
 
 namespace {
 
-bool SelectProject(ComboBox& combo, std::int32_t id) {
-  const auto entry = std::find_if(combo.entries.begin(), combo.entries.end(),
-                                  [id](const auto& e) { return e.itemData == id; });
-  if (entry == combo.entries.end()) return false;
-  combo.listIndex = static_cast<std::size_t>(entry - combo.entries.begin());
-  return true;
-}
-
 // A name that the dialog refuses is tried before anything else, since nothing happens then.
 bool OutputIsRefused(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   if (HasExtension(options.output, "txt")) return false;
-  session.Browse(options.output, [&] { form.cmdBrowseText(); });
+  session.Browse(options.output, [&] { return form.PickText(); });
   return true;
 }
 
 bool OpenOutput(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   session.kept.KeepText(session.program.files, options.output);
-  session.Browse(options.output, [&] { form.cmdBrowseText(); });
-  return session.program.files.IsOpen(session.program.projectToModel.gOutFile);
-}
-
-// `report`: what is told in front of the closing line.
-int PressOk(Session& session, const std::function<std::string()>& report = nullptr) {
-  frmProjectToIDEF3& form = session.main.projectToModel;
-  form.cmdOK();
-  const ExitStatus status = session.StatusOf(form.GenerateResult);
-  if (status == kFailed) return status;
-  if (form.Result.file.empty()) {
-    session.Say(form.Result.text);
-    return kFailed;
-  }
-  session.Report((report ? report() : "") + form.Result.text + session.Notes());
-  return status;
+  return session.Browse(options.output, [&] { return form.PickText(); });
 }
 
 int FromDatabase(Session& session, const ToModelOptions& options) {
-  ProjectToModel& state = session.program.projectToModel;
   frmProjectToIDEF3& form = session.main.projectToModel;
-  session.Browse(options.database, [&] { form.cmdBrowseDatabase(); });
-  if (!state.gProjectConn || !state.gProjectConn->IsOpen()) {
+  if (!session.Browse(options.database, [&] { return form.PickDatabase(); })) {
     return session.Refuse(options.database + " holds no project that can be listed.");
   }
   std::string reason;
   std::vector<ProjectRow> projects;
-  for (const auto& entry : form.comboProject.entries) {
+  for (const auto& entry : form.Projects()) {
     projects.push_back({entry.itemData, entry.name, 0});
   }
   const auto id = FindProject(projects, options.project, reason);
-  if (!id || !form.txtDatabase.enabled) return session.Refuse(reason);
-  SelectProject(form.comboProject, *id);
-  form.comboProject_Click();
+  if (!id || !form.PickProject(*id)) return session.Refuse(reason);
   if (!OpenOutput(session, options)) return kRefused;
-  return PressOk(session);
-}
-
-// Presses the buttons of frmDBMerge. A list that can't be used leaves no project chosen.
-void AnswerMerge(Session& session, frmDBMerge& form, const std::optional<std::int32_t>& project) {
-  if (!project) {
-    form.OptOverwrite();
-    form.CmdOK();
-    return;
-  }
-  const int boxes = session.log.MessageCount();
-  form.OptMerge();
-  if (session.log.MessageCount() == boxes && SelectProject(form.comboInterimProject, *project)) {
-    form.comboInterimProject_Click();
-    form.CmdOK();
-  } else {
-    form.CmdCancel();
-  }
+  form.cmdOK();
+  return session.AfterOk(form.GenerateResult, form.Result);
 }
 
 // The file that the plan comes from, picked on its tab. False where it is refused there.
 bool BrowseFile(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
-  if (options.mpx.empty()) {
-    form.SSTabInput = frmProjectToIDEF3::kXmlTab;
-    session.Browse(options.xml, [&] { form.cmdBrowseXML(); });
-    return !form.txtXML.text.empty();
-  }
-  form.SSTabInput = frmProjectToIDEF3::kMpxTab;
-  session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
-  return !form.txtMPX.text.empty();
+  return options.mpx.empty() ? session.Browse(options.xml, [&] { return form.PickXml(); })
+                             : session.Browse(options.mpx, [&] { return form.PickMpx(); });
 }
 
 bool ProveFile(Session& session, const ToModelOptions& options) {
@@ -128,7 +76,7 @@ bool FindMergedProject(Session& session, const ToModelOptions& options,
   return project.has_value();
 }
 
-void BrowseInterim(Session& session, const ToModelOptions& options) {
+bool BrowseInterim(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   form.KeepBackup = false;
   const auto keep = [&session, &options] {
@@ -141,13 +89,7 @@ void BrowseInterim(Session& session, const ToModelOptions& options) {
   } else {
     form.OnDatabaseTaken = keep;
   }
-  session.Browse(options.interim, [&] {
-    if (options.mpx.empty()) {
-      form.cmdInterimDB_xml();
-    } else {
-      form.cmdInterimDB();
-    }
-  });
+  return session.Browse(options.interim, [&] { return form.PickInterimDb(); });
 }
 
 // Ends as the merge would, and shows the boxes that it would show.
@@ -198,19 +140,17 @@ int FromFile(Session& session, const ToModelOptions& options) {
   if (!FindMergedProject(session, options, project)) return kRefused;
   if (!ProveFile(session, options)) return kFailed;
   if (options.dryRun) return Preview(session, options, *project);
-  session.OnModalForm([&](ModalForm& shown) {
-    if (auto* merge = dynamic_cast<frmDBMerge*>(&shown)) AnswerMerge(session, *merge, project);
-  });
+  session.OnModalForm(
+      ForEach{[&](frmDBMerge* merge) { project ? merge->MergeWith(*project) : merge->Overwrite(); },
+              [](auto* /*other*/) {}});
   if (!OpenOutput(session, options)) return kRefused;
-  BrowseInterim(session, options);
-  const TextBox& interim = options.mpx.empty() ? form.txtInterimDB_xml : form.txtInterimDB;
-  const auto& connection = session.program.projectToModel.gInterimConn;
-  if (interim.text.empty() || !connection || !connection->IsOpen()) {
+  if (!BrowseInterim(session, options)) {
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
   MergeReport report(session, options, project);
   report.Begin();
-  return PressOk(session, [&] { return report.Text(); });
+  form.cmdOK();
+  return session.AfterOk(form.GenerateResult, form.Result, [&] { return report.Text(); });
 }
 
 }  // namespace

@@ -6,14 +6,11 @@
 #include "scenario_chooser.h"
 #include "session.h"
 #include "shell/browse.h"
-#include "shell/frmDbFileAppend.h"
 #include "shell/source_proof.h"
-#include "translator/multi.h"
 
 namespace merivane::batch {
 
 using namespace neutraltext;
-using namespace translator;
 
 namespace {
 
@@ -44,7 +41,7 @@ void AnswerAppend(frmDbFileAppend& question, const ToProjectOptions& options) {
   }
 }
 
-void BrowseDatabase(Session& session, const ToProjectOptions& options) {
+bool BrowseDatabase(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   form.KeepBackup = false;
   const auto keep = [&session, &options] {
@@ -57,21 +54,7 @@ void BrowseDatabase(Session& session, const ToProjectOptions& options) {
   } else {
     keep();
   }
-  session.Browse(options.database, [&] {
-    if (form.SSTabGenerateOpt == frmIDEF3ToProject::kMpxTab) {
-      form.BrowsedbBt_mpx();
-    } else if (form.SSTabGenerateOpt == frmIDEF3ToProject::kXmlTab) {
-      form.BrowsedbBt_xml();
-    } else {
-      form.BrowsedbBt();
-    }
-  });
-}
-
-const TextBox& DatabaseBox(const frmIDEF3ToProject& form) {
-  if (form.SSTabGenerateOpt == frmIDEF3ToProject::kMpxTab) return form.txtDatabase_mpx;
-  return form.SSTabGenerateOpt == frmIDEF3ToProject::kXmlTab ? form.txtDatabase_xml
-                                                             : form.txtDatabase;
+  return session.Browse(options.database, [&] { return form.PickDatabase(); });
 }
 
 // The XML is written, like the MPX file, whenever its box holds a name, whatever tab is in front.
@@ -79,42 +62,23 @@ const TextBox& DatabaseBox(const frmIDEF3ToProject& form) {
 bool BrowseFiles(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   if (!options.xml.empty()) {
-    form.SSTabGenerateOpt = frmIDEF3ToProject::kXmlTab;
-    session.Browse(options.xml, [&] { form.cmdBrowseXML(); });
-    if (form.txtXml.text.empty()) return false;
+    if (!session.Browse(options.xml, [&] { return form.PickXml(); })) return false;
     form.XmlStandIn = session.kept.StandInFor(options.xml);
   }
   if (!options.mpx.empty()) {
-    form.SSTabGenerateOpt = frmIDEF3ToProject::kMpxTab;
-    session.Browse(options.mpx, [&] { form.cmdBrowseMPX(); });
-    if (form.txtMpx.text.empty()) return false;
+    if (!session.Browse(options.mpx, [&] { return form.PickMpx(); })) return false;
     session.kept.KeepText(session.program.files, options.mpx);
   }
   return true;
 }
 
-int PressOk(Session& session) {
-  frmIDEF3ToProject& form = session.main.modelToProject;
-  form.cmdOK();
-  const ExitStatus status = session.StatusOf(form.GenerateResult);
-  if (status == kFailed) return status;
-  if (form.Result.file.empty()) {
-    session.Say(form.Result.text);
-    return kFailed;
-  }
-  session.Report(form.Result.text + session.Notes());
-  return status;
-}
-
 int Translate(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   session.main.mnuIDEF3ToProject();
-  session.Browse(options.model, [&] { form.cmdBrowseText(); });
-  if (form.txtCelvarFilename.text.empty()) return kRefused;
+  if (!session.Browse(options.model, [&] { return form.PickModel(); })) return kRefused;
   if (!BrowseFiles(session, options)) return kRefused;
   if (!ProveModelText(session.program.modelToProject, options.model)) return kFailed;
-  BrowseDatabase(session, options);
-  if (DatabaseBox(form).text.empty()) return kRefused;
+  if (!BrowseDatabase(session, options)) return kRefused;
   const auto& connection = session.program.modelToProject.gMspConn;
   if (!connection || !connection->IsOpen()) {
     return session.Refuse(options.database + " can't be opened or replaced.");
@@ -122,7 +86,8 @@ int Translate(Session& session, const ToProjectOptions& options) {
   if (!session.program.modelToProject.gOverwriteDb) {
     if (const auto refusal = AppendRefusal(session, options)) return session.Refuse(*refusal);
   }
-  return PressOk(session);
+  form.cmdOK();
+  return session.AfterOk(form.GenerateResult, form.Result);
 }
 
 }  // namespace
@@ -137,13 +102,9 @@ int RunToProject(Session& session, const ToProjectOptions& options) {
     return kRefused;
   }
   ScenarioChooser chooser(session, options.choices);
-  session.OnModalForm([&](ModalForm& form) {
-    if (auto* question = dynamic_cast<frmDbFileAppend*>(&form)) {
-      AnswerAppend(*question, options);
-    } else if (auto* scenarios = dynamic_cast<multi*>(&form)) {
-      chooser.Answer(*scenarios);
-    }
-  });
+  session.OnModalForm(ForEach{[&](frmDbFileAppend* question) { AnswerAppend(*question, options); },
+                              [&](multi* scenarios) { chooser.Answer(*scenarios); },
+                              [](auto* /*other*/) {}});
   return Translate(session, options);
 }
 

@@ -3,12 +3,12 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPushButton>
-#include <stdexcept>
 
 #include "append_dialog.h"
 #include "chooser_dialog.h"
 #include "desktop/qt_desktop.h"
 #include "merge_dialog.h"
+#include "shell/modal_forms.h"
 
 namespace merivane::desktop {
 
@@ -46,16 +46,17 @@ void ModalDialog::closeEvent(QCloseEvent* event) {
 }
 
 std::unique_ptr<QDialog> MakeModalDialog(ModalForm& form, QtDesktop& desktop, QWidget* parent) {
-  if (auto* append = dynamic_cast<frmDbFileAppend*>(&form)) {
-    return std::make_unique<AppendDialog>(*append, desktop, parent);
-  }
-  if (auto* merge = dynamic_cast<frmDBMerge*>(&form)) {
-    return std::make_unique<MergeDialog>(*merge, desktop, parent);
-  }
-  if (auto* chooser = dynamic_cast<multi*>(&form)) {
-    return std::make_unique<ChooserDialog>(*chooser, desktop, parent);
-  }
-  throw std::logic_error("a form without a dialog");
+  using Dialog = std::unique_ptr<QDialog>;
+  return std::visit(ForEach{[&](frmDbFileAppend* append) -> Dialog {
+                              return std::make_unique<AppendDialog>(*append, desktop, parent);
+                            },
+                            [&](frmDBMerge* merge) -> Dialog {
+                              return std::make_unique<MergeDialog>(*merge, desktop, parent);
+                            },
+                            [&](multi* chooser) -> Dialog {
+                              return std::make_unique<ChooserDialog>(*chooser, desktop, parent);
+                            }},
+                    AsAny(form));
 }
 
 }  // namespace merivane::desktop

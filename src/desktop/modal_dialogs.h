@@ -35,7 +35,7 @@ class ModalDialog : public QDialog {
   ModalForm& form_;
 };
 
-// REQUIRES: the form is one of frmDbFileAppend, frmDBMerge, multi.
+// The dialog of one of the modal forms.
 std::unique_ptr<QDialog> MakeModalDialog(ModalForm& form, QtDesktop& desktop, QWidget* parent);
 
 }  // namespace merivane::desktop

@@ -4,7 +4,7 @@
 
 namespace merivane::shell {
 
-void frmDBMerge::OptMerge() {
+bool frmDBMerge::OptMerge() {
   OptMergeSet = true;
   OptOverwriteSet = false;
   LabSelProjVisible = comboInterimProject.visible = comboInterimProject.enabled = true;
@@ -14,10 +14,11 @@ void frmDBMerge::OptMerge() {
   comboInterimProject.listIndex.reset();
   if (LoadProjectList(state_.desktop, state_.gInterimConn.get(), comboInterimProject)) {
     comboInterimProject.enabled = true;
-  } else {
-    state_.desktop.ShowMessage(
-        {"The selected database cannot be merged.  Choose overwrite and retry."});
+    return true;
   }
+  state_.desktop.ShowMessage(
+      {"The selected database cannot be merged.  Choose overwrite and retry."});
+  return false;
 }
 
 void frmDBMerge::OptOverwrite() {
@@ -44,6 +45,20 @@ void frmDBMerge::CmdOK() {
   }
   state_.gInterimProjId = 1;
   Unload();
+}
+
+void frmDBMerge::Overwrite() {
+  OptOverwrite();
+  CmdOK();
+}
+
+void frmDBMerge::MergeWith(std::int32_t project) {
+  if (OptMerge() && comboInterimProject.Select(project)) {
+    comboInterimProject_Click();
+    CmdOK();
+  } else {
+    CmdCancel();
+  }
 }
 
 }  // namespace merivane::shell

@@ -144,9 +144,32 @@ bool frmIDEF3ToProject::Validate() {
              : ValidateFileTab(txtMpx, "Please Select Mpx Output Filename.", txtDatabase_mpx);
 }
 
-const TextBox& frmIDEF3ToProject::DatabaseOfTab() const {
+TextBox& frmIDEF3ToProject::DatabaseOfTab() {
   if (DatabaseTabActive()) return txtDatabase;
   return XmlTabActive() ? txtDatabase_xml : txtDatabase_mpx;
+}
+
+bool frmIDEF3ToProject::PickModel() {
+  cmdBrowseText();
+  return !txtCelvarFilename.text.empty();
+}
+
+bool frmIDEF3ToProject::PickMpx() {
+  SSTabGenerateOpt = kMpxTab;
+  cmdBrowseMPX();
+  return !txtMpx.text.empty();
+}
+
+bool frmIDEF3ToProject::PickXml() {
+  SSTabGenerateOpt = kXmlTab;
+  cmdBrowseXML();
+  return !txtXml.text.empty();
+}
+
+bool frmIDEF3ToProject::PickDatabase() {
+  TextBox& database = DatabaseOfTab();
+  BrowseDatabase(database);
+  return !database.text.empty();
 }
 
 void frmIDEF3ToProject::cmdOK() {

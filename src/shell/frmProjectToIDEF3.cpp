@@ -154,6 +154,41 @@ void frmProjectToIDEF3::comboProject_Click() {
   state_.gInterimProjId = comboProject.entries[*comboProject.listIndex].itemData;
 }
 
+bool frmProjectToIDEF3::PickText() {
+  cmdBrowseText();
+  return state_.files.IsOpen(state_.gOutFile);
+}
+
+bool frmProjectToIDEF3::PickDatabase() {
+  SSTabInput = kDatabaseTab;
+  cmdBrowseDatabase();
+  return txtDatabase.enabled && state_.gProjectConn && state_.gProjectConn->IsOpen();
+}
+
+bool frmProjectToIDEF3::PickMpx() {
+  SSTabInput = kMpxTab;
+  cmdBrowseMPX();
+  return !txtMPX.text.empty();
+}
+
+bool frmProjectToIDEF3::PickXml() {
+  SSTabInput = kXmlTab;
+  cmdBrowseXML();
+  return !txtXML.text.empty();
+}
+
+bool frmProjectToIDEF3::PickInterimDb() {
+  TextBox& database = SSTabInput == kXmlTab ? txtInterimDB_xml : txtInterimDB;
+  BrowseInterimDb(database);
+  return !database.text.empty() && state_.gInterimConn && state_.gInterimConn->IsOpen();
+}
+
+bool frmProjectToIDEF3::PickProject(std::int32_t id) {
+  if (!comboProject.Select(id)) return false;
+  comboProject_Click();
+  return true;
+}
+
 bool frmProjectToIDEF3::Refuse(const char* text) {
   desktop_.ShowMessage({text});
   return false;

@@ -1,6 +1,7 @@
 // Forms as plain state and handlers; the desktop program draws them and passes events on.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -32,6 +33,15 @@ struct ComboBox {
   std::optional<std::size_t> listIndex;  // nothing selected
   bool enabled = true;
   bool visible = true;
+
+  // Selects the first entry with this number; False without one.
+  bool Select(std::int32_t itemData) {
+    const auto entry = std::find_if(entries.begin(), entries.end(),
+                                    [&](const Entry& e) { return e.itemData == itemData; });
+    if (entry == entries.end()) return false;
+    listIndex = static_cast<std::size_t>(entry - entries.begin());
+    return true;
+  }
 };
 
 // A modeless form: a single instance that exists from its first Show on. Its controls start anew

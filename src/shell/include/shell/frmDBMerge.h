@@ -22,11 +22,15 @@ class frmDBMerge : public ModalForm {
   ComboBox comboInterimProject{{}, {}, false, false};
 
   void Load() override { comboInterimProject.enabled = false; }
-  void OptMerge();
+  bool OptMerge();  // False, behind a box, where the list can't be used
   void OptOverwrite();
   void comboInterimProject_Click();  // after an entry was selected
   void CmdOK();
   void CmdCancel() { Unload(); }
+
+  // The two answers in one. A project that the list doesn't offer cancels the form.
+  void Overwrite();
+  void MergeWith(std::int32_t project);
 
  private:
   ProjectToModel& state_;

@@ -49,6 +49,13 @@ class frmIDEF3ToProject : public Form {
   void cmdCancel() { Unload(); }
   void CkLaunchMsprojApp_Click();  // after the box was toggled
 
+  // Each brings its tab to the front, presses its browse button, and is False where the box stays
+  // empty. The database is that of the tab in front.
+  bool PickModel();
+  bool PickMpx();
+  bool PickXml();
+  bool PickDatabase();
+
   // A database that is overwritten is kept beside it (".bak", ".bak2", ...), unless this is
   // switched off. BackupName is the copy of the last one picked, empty without one.
   bool KeepBackup = true;
@@ -83,7 +90,7 @@ class frmIDEF3ToProject : public Form {
   bool ValidateFileTab(const TextBox& file, const char* noFile, const TextBox& database);
   bool DatabaseTabActive() const { return SSTabGenerateOpt == kDatabaseTab; }
   bool XmlTabActive() const { return SSTabGenerateOpt == kXmlTab; }
-  const TextBox& DatabaseOfTab() const;
+  TextBox& DatabaseOfTab();
   void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
 
   ModelToProject& state_;

@@ -46,6 +46,17 @@ class frmProjectToIDEF3 : public Form {
   void cmdCancel() { Unload(); }
   void optLaunchCelvar_Click();  // after the box was toggled
 
+  // Each brings its tab to the front, presses its browse button, and is False where what was named
+  // can't be used. The interim database is that of the tab in front.
+  bool PickText();
+  bool PickDatabase();
+  bool PickMpx();
+  bool PickXml();
+  bool PickInterimDb();
+  // Of the database. False for a number that isn't listed.
+  const std::vector<ComboBox::Entry>& Projects() const { return comboProject.entries; }
+  bool PickProject(std::int32_t id);
+
   // The project that the plan is to be folded into; nothing where no merge was chosen.
   std::optional<std::int32_t> MergedProject() const {
     if (!state_.gRoundTripMerge) return std::nullopt;

@@ -28,6 +28,10 @@ class multi : public ModalForm {
   void Command1();       // Ok: needs a selected entry
   void Command2();       // Cancel: asks, and on Yes ends the program
   void List1DblClick() { Command1(); }
+  void Choose(std::size_t entry) {
+    ListIndex = entry;
+    Command1();
+  }
 
  private:
   Desktop& desktop_;
