@@ -68,7 +68,7 @@ void HelpWindow::AddTools() {
   const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
   tools->setIconSize({icon, icon});
   tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  const auto add = [&](const char* text, QStyle::StandardPixmap picture, QKeySequence keys) {
+  const auto add = [&](const char* text, QStyle::StandardPixmap picture, const QKeySequence& keys) {
     QAction* action = tools->addAction(style()->standardIcon(picture), text);
     action->setShortcut(keys);
     return action;

@@ -158,7 +158,8 @@ void PrintPictures(QPrinter& printer, const std::vector<pictures::Picture>& pict
       first = false;
       painter.resetTransform();
       painter.scale(dots * scale, dots * scale);
-      const QRectF part(QPointF(at % columns * page.width(), at / columns * page.height()), page);
+      const int row = at / columns;
+      const QRectF part(QPointF(at % columns * page.width(), row * page.height()), page);
       painter.translate(-part.topLeft());
       painter.setClipRect(part);
       for (const pictures::Figure& figure : picture.figures) {

@@ -103,7 +103,8 @@ void Reader::ReadHead() {
     if (name == "Name") plan_.name = values_.Text(node);
     if (name == "StartDate") plan_.start = XmlDate(TextOf(node));
     if (name == "MinutesPerDay") {
-      plan_.minutesPerDay = static_cast<double>(values_.Integer(node, 1, 24 * 60));
+      constexpr std::int64_t kMinutesOfDay = 1440;
+      plan_.minutesPerDay = static_cast<double>(values_.Integer(node, 1, kMinutesOfDay));
     }
   }
 }

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <map>
 #include <optional>
 #include <unordered_set>
@@ -146,7 +147,7 @@ class AssignmentWriter {
   void Units(Element& e, const char* name) { e.Decimal(name, units_); }
   void Work(Element& e, const char* name) {
     const auto duration = static_cast<double>(paper_.plan.tasks[task_].duration);
-    e.Duration(name, static_cast<schedule::Tenths>(duration * units_ + 0.5));
+    e.Duration(name, static_cast<schedule::Tenths>(std::trunc(duration * units_ + 0.5)));
   }
 
   const PlanOnPaper& paper_;

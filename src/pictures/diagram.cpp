@@ -135,7 +135,8 @@ class DiagramDrawer {
     const double top = picture_.height;
     for (std::size_t at = 0; at < scenario_.units.size(); ++at) {
       const Unit& unit = scenario_.units[at];
-      const double left = kMargin + static_cast<double>(at / rows) * kColumn;
+      const std::size_t column = at / rows;
+      const double left = kMargin + static_cast<double>(column) * kColumn;
       const double base = top + static_cast<double>(at % rows + 1) * kRow - 5;
       Figure figure;
       figure.id = UnitId(unit.number);

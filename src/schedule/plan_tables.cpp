@@ -1,6 +1,7 @@
 #include "plan_tables.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "runtime/conversions.h"
 
@@ -17,7 +18,7 @@ Tenths DurationOf(std::int64_t tenths, const Value& ofModel) {
   if (!(days >= 0 && days <= kLongest)) return stored;
   const std::string hundredths = FixedTwo(days);
   if (ToInt32(hundredths) * kTenthsOfDay != stored) return stored;
-  return static_cast<Tenths>(ToDouble(hundredths) * kTenthsOfDay + 0.5);
+  return std::llround(ToDouble(hundredths) * kTenthsOfDay);
 }
 
 TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "plan_tables.h"
 #include "runtime/conversions.h"
@@ -70,7 +71,7 @@ void ReadWorkTables(Connection& connection, std::int32_t project, Plan& plan) {
     if (task.id <= 0 || task.level <= 0) continue;
     if (!indices.emplace(task.uid, plan.tasks.size()).second) continue;
     if (const Value days = rows.At(kDuration); IsNumeric(days)) {
-      task.duration = static_cast<Tenths>(std::max(0.0, ToDouble(days)) * kTenthsOfDay + 0.5);
+      task.duration = std::llround(std::max(0.0, ToDouble(days)) * kTenthsOfDay);
     }
     if (const std::int64_t number = rows.IntegerAt(kText1, 0); number > 0) task.occurrence = number;
     plan.tasks.push_back(std::move(task));

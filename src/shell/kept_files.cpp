@@ -85,7 +85,7 @@ std::string KeptFiles::StandInFor(const std::string& path) {
   if (!TakesAnothersPlace(path)) return path;
   if (FileIsThere(path) && !MayBeWritten(path)) throw FileError(kPermissionDenied, path);
   const std::string place = Followed(path);
-  const std::string standIn = TemporaryNameBeside(place);
+  std::string standIn = TemporaryNameBeside(place);
   newFiles_.push_back({PathOf(place), PathOf(standIn), {}});
   return standIn;
 }

@@ -19,7 +19,7 @@ std::string GetCommandPath(const Desktop& desktop, const std::string& keyName) {
 }
 
 void ExecuteApp(Desktop& desktop, const std::string& commandLine) {
-  const std::string line = commandLine.c_str();
+  const std::string line = commandLine.substr(0, commandLine.find('\0'));
   if (!desktop.StartProgram(line)) {
     desktop.ShowMessage({"Unable to launch '" + FromUtf8(line)});
   }
