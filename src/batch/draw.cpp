@@ -63,6 +63,7 @@ int Draw(Session& session, const DrawOptions& options, ProcessModel model) {
   if (!Choose(session, options.scenario, model.scenarios)) return kRefused;
   const std::vector<Diagram> diagrams = DrawDiagrams(model.scenarios, {.objects = options.objects});
   std::vector<Picture> drawings;
+  drawings.reserve(diagrams.size());
   for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
   const double factor = WritePictures(drawings, session.kept.StandInFor(options.output));
   SayHowDrawn(session, diagrams, options.output, factor);

@@ -123,13 +123,6 @@ void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t 
            .destinationType = EndType(state, destination)});
 }
 
-void EndOnBrokenModel(ProjectToModel& state, const std::string& title) {
-  state.desktop.ShowMessage(
-      {.text = "Error in Translation", .icon = MessageIcon::kCritical, .title = title});
-  RestoreMousePointer(state.desktop);
-  state.desktop.EndProgram();
-}
-
 void RepointOrigin(Recordset& link, std::int16_t junction) {
   link.SetField("Origin_Num", junction);
   link.SetField("Origin_Type", kJunction);
@@ -142,6 +135,13 @@ void RepointDestination(Recordset& link, std::int16_t junction) {
   link.SetField("Destination_Type", kJunction);
   link.SetField("Destination_Name", "");
   link.Update();
+}
+
+void EndOnBrokenModel(ProjectToModel& state, const std::string& title) {
+  state.desktop.ShowMessage(
+      {.text = "Error in Translation", .icon = MessageIcon::kCritical, .title = title});
+  RestoreMousePointer(state.desktop);
+  state.desktop.EndProgram();
 }
 
 }  // namespace merivane::roundtrip

@@ -70,11 +70,11 @@ void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink&
 void AddLinkBetween(ProjectToModel& state, NumberCounter& numbers, std::int16_t origin,
                     std::int16_t destination);
 
-// "Error in Translation", and the program ends.
-[[noreturn]] void EndOnBrokenModel(ProjectToModel& state, const std::string& title);
-
 // Moves one end of the current row of `link` to a junction; the end's name becomes empty. Saved.
 void RepointOrigin(Recordset& link, std::int16_t junction);
 void RepointDestination(Recordset& link, std::int16_t junction);
+
+// "Error in Translation", and the program ends.
+[[noreturn]] void EndOnBrokenModel(ProjectToModel& state, const std::string& title);
 
 }  // namespace merivane::roundtrip

@@ -64,6 +64,50 @@ void ApplySinglePrecedence(ProjectToModel& state) {
   ConnectThroughJunctions(state, origin, destination);
 }
 
+// Carries out the SS and FF entries, and leaves the occurrence numbers of the finish-to-start ones
+// in gFsPredecessors (0 for a task that the plan doesn't know).
+void ParsePredecessors(ProjectToModel& state, Recordset& task) {
+  const std::string list = Joined(task.Field("Predecessor"));
+  const Value pid = task.Field("PID");
+  state.gFsPredecessors.clear();
+  for (std::size_t position = 1; position > 0;) {
+    const std::string entry = NextEntry(list, position);
+    const std::int16_t predecessor = PlanIdOf(entry);
+    switch (RelationOf(entry)) {
+      case Relation::kStartToStart:
+        JoinStartsByTask(state, ToInt16(pid), predecessor);
+        break;
+      case Relation::kFinishToFinish:
+        JoinFinishesByTask(state, ToInt16(pid), predecessor);
+        break;
+      case Relation::kStartToFinish:
+        break;
+      case Relation::kFinishToStart:
+        state.gFsPredecessors.push_back(predecessor);
+        break;
+    }
+  }
+  for (std::int16_t& predecessor : state.gFsPredecessors) {
+    predecessor = OccurrenceOfPlanTask(state, predecessor).value_or(0);
+  }
+}
+
+// Leaves those that have no link or chain of junctions to the task yet in gNewPredecessors.
+void FilterNewPredecessors(ProjectToModel& state, Recordset& task) {
+  state.gNewPredecessors.clear();
+  state.gDestinationUse = ToInt16(task.Field("Text1"));
+  for (const std::int16_t predecessor : state.gFsPredecessors) {
+    state.gOriginUse = predecessor;
+    Recordset tasks =
+        Ask(state.gInterimConn.get(),
+            "Select * from MSP_TASKS Where KV7_Scenario_HEX = ", state.gCurrentScenario,
+            "And KV7_PROCOCC_HEX = ", predecessor, AndProjId(state));
+    if (HasRow(tasks) && !IsLinked(state, predecessor, state.gDestinationUse) && predecessor != 0) {
+      state.gNewPredecessors.push_back(predecessor);
+    }
+  }
+}
+
 void OpenLinksInto(ProjectToModel& state, const Value& end, Recordset& links) {
   links.OpenDynamic(LinksWhere(state, " AND Destination_Num = ", end), state.gInterimConn.get());
 }
@@ -107,32 +151,6 @@ std::int16_t CountPredecessors(const Value& text) {
   return count;
 }
 
-void ParsePredecessors(ProjectToModel& state, Recordset& task) {
-  const std::string list = Joined(task.Field("Predecessor"));
-  const Value pid = task.Field("PID");
-  state.gFsPredecessors.clear();
-  for (std::size_t position = 1; position > 0;) {
-    const std::string entry = NextEntry(list, position);
-    const std::int16_t predecessor = PlanIdOf(entry);
-    switch (RelationOf(entry)) {
-      case Relation::kStartToStart:
-        JoinStartsByTask(state, ToInt16(pid), predecessor);
-        break;
-      case Relation::kFinishToFinish:
-        JoinFinishesByTask(state, ToInt16(pid), predecessor);
-        break;
-      case Relation::kStartToFinish:
-        break;
-      case Relation::kFinishToStart:
-        state.gFsPredecessors.push_back(predecessor);
-        break;
-    }
-  }
-  for (std::int16_t& predecessor : state.gFsPredecessors) {
-    predecessor = OccurrenceOfPlanTask(state, predecessor).value_or(0);
-  }
-}
-
 void ApplySinglePredecessor(ProjectToModel& state, Recordset& task) {
   state.gDestinationUse = ToInt16(task.Field("Text1"));
   const std::string entry = Joined(task.Field("Predecessor"));
@@ -167,21 +185,6 @@ void ApplySeveralPredecessors(ProjectToModel& state, Recordset& task) {
   state.gDestinationUse = ToInt16(task.Field("Text1"));
   if (!AddDirectLink(state, state.gOriginUse, state.gDestinationUse)) {
     ConnectThroughJunctions(state, state.gOriginUse, state.gDestinationUse);
-  }
-}
-
-void FilterNewPredecessors(ProjectToModel& state, Recordset& task) {
-  state.gNewPredecessors.clear();
-  state.gDestinationUse = ToInt16(task.Field("Text1"));
-  for (const std::int16_t predecessor : state.gFsPredecessors) {
-    state.gOriginUse = predecessor;
-    Recordset tasks =
-        Ask(state.gInterimConn.get(),
-            "Select * from MSP_TASKS Where KV7_Scenario_HEX = ", state.gCurrentScenario,
-            "And KV7_PROCOCC_HEX = ", predecessor, AndProjId(state));
-    if (HasRow(tasks) && !IsLinked(state, predecessor, state.gDestinationUse) && predecessor != 0) {
-      state.gNewPredecessors.push_back(predecessor);
-    }
   }
 }
 

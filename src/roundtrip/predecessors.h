@@ -31,10 +31,4 @@ void ApplySinglePredecessor(ProjectToModel& state, Recordset& task);
 // the precedences that the model lacks then go in together.
 void ApplySeveralPredecessors(ProjectToModel& state, Recordset& task);
 
-// The two steps of the latter. Parsing leaves the occurrence numbers of the finish-to-start entries
-// in gFsPredecessors (0 for a task that the plan doesn't know), filtering those that have no link
-// or chain of junctions to the task yet in gNewPredecessors.
-void ParsePredecessors(ProjectToModel& state, Recordset& task);
-void FilterNewPredecessors(ProjectToModel& state, Recordset& task);
-
 }  // namespace merivane::roundtrip
