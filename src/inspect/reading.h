@@ -76,6 +76,7 @@ class Reading : public ReaderListener {
   void AddObjectUse(Cells cells);
   void AddJunction(Cells cells);
   void AddLink(Cells cells);
+  void CheckLinkId(Cells cells);
   LinkEnd EndOf(Cells cells, std::string_view number, std::string_view type);
   void ChangeUnit(Cells cells);
   bool IsOfInterest(std::size_t place, std::size_t from) const;

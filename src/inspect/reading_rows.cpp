@@ -41,8 +41,6 @@ constexpr std::array kLabels = {Label{"Name", "name"},
                                 Label{"Alias", "alias"},
                                 Label{"Dunmar_Type", "first type"},
                                 Label{"Celvar_Type", "second type"},
-                                Label{"Column", "placement column"},
-                                Label{"Row", "placement row"},
                                 Label{"Cardinality", "cardinality"},
                                 Label{"Type", "type"},
                                 Label{"Duration", "cycle time"},
@@ -216,6 +214,17 @@ LinkEnd Reading::EndOf(Cells cells, std::string_view number, std::string_view ty
   return end;
 }
 
+// One that a link takes over may be the text of a junction; the store wants a number.
+void Reading::CheckLinkId(Cells cells) {
+  const Value& id = Get(cells, "ID");
+  if (id.IsNull() || IsNumeric(id)) return;
+  findings_.push_back(FindingAt(
+      Severity::kError, model_.places.back(),
+      "It gives no ID of its own, and the '" + Joined(id) + "' that it takes over is no number.",
+      "Write down the ID of the link, a whole number."));
+  stop_.kind = Stop::Kind::kFinal;
+}
+
 void Reading::AddLink(Cells cells) {
   const std::size_t place = model_.places.size();
   model_.places.push_back(
@@ -223,6 +232,7 @@ void Reading::AddLink(Cells cells) {
        Joined(Get(cells, "Origin_Name")) + " to " + Joined(Get(cells, "Destination_Name")),
        elementLine_});
   TakeNote(TakeCarried(cells, place), place);
+  CheckLinkId(cells);
   model_.links.push_back({place, ToInt32(Get(cells, "Scenario_Num")), Joined(Get(cells, "ID")),
                           EndOf(cells, "Origin_Num", "Origin_Type"),
                           EndOf(cells, "Destination_Num", "Destination_Type")});

@@ -27,6 +27,16 @@ bool OffersPaths(const Junction& junction) {
   return junction.cardinality == "Fan Out" && Holds(junction.type, "OR");
 }
 
+bool IsLarge(const Model& model) {
+  constexpr std::size_t kQuick = 4000;
+  return model.units.size() > kQuick;
+}
+
+bool MayHaveTooManyRows(const Model& model) {
+  return model.links.size() > kMostRows || model.objectUses.size() > kMostRows ||
+         model.units.size() > kMostRows;
+}
+
 class Trial : public PathListener {
  public:
   explicit Trial(const Model& model) : model_(model) {
@@ -61,13 +71,19 @@ class Trial : public PathListener {
     return std::move(findings_);
   }
 
-  void OnFanOut(const Value& junctionNum, bool ownFact, const std::string& linkId,
-                const std::string& junctionDigits) override {
+  void OnFanOut(const Value& junctionNum) override {
     const auto entry = junctions_.find(ToInt32(junctionNum));
-    if (entry == junctions_.end()) return;
-    lastFanOut_ = entry->second;
+    lastFanOut_ = entry == junctions_.end() ? nullptr : entry->second;
+  }
+
+  void OnPath(bool ownFact, const std::string& linkId, const std::string& junctionDigits) override {
+    if (lastFanOut_ == nullptr) return;
     const bool leads = IsNumericText(linkId) && IsNumericText(junctionDigits);
-    if (ownFact) {
+    if (ownFact && !leads) {
+      Warn(*lastFanOut_,
+           "The glossary of its path fact names no link and junction, so that all its paths go to "
+           "the plan.");
+    } else if (ownFact) {
       pathFrom_ = lastFanOut_;
       CheckPath(*lastFanOut_, linkId, junctionDigits);
     } else if (leads) {
@@ -78,6 +94,9 @@ class Trial : public PathListener {
       Warn(*lastFanOut_, "It has no path fact, so that all its paths go to the plan.");
     }
   }
+
+  // The tasks of a large model would take seconds, and tell nothing more while they find room.
+  bool OnPathsTaken() override { return !IsLarge(model_) || MayHaveTooManyRows(model_); }
 
  private:
   void Warn(const Junction& junction, std::string sentence) {
@@ -137,7 +156,16 @@ class Trial : public PathListener {
     if (description == ErrorText(kObjectOpen) && ReportSecondGroup()) return;
     if (description == ErrorText(kTypeMismatch) && ReportUnsentPartner(connection)) return;
     if (description == ErrorText(kOverflow) && ReportTooMany(connection)) return;
-    if (description == ErrorText(kSubscriptOutOfRange) && lastFanOut_ && !HasTasks(connection)) {
+    const bool inPaths = lastFanOut_ != nullptr && !HasTasks(connection);
+    if (description == ErrorText(kInvalidProcedureCall) && inPaths) {
+      findings_.push_back(FindingAt(
+          Severity::kError, model_.At(lastFanOut_->place),
+          "The glossary of its path fact can't be read, which ends the translation.",
+          "Write it in the form 'PathAt L12 until J7': the link to keep by its ID, and the "
+          "junction where the paths meet again."));
+      return;
+    }
+    if (description == ErrorText(kSubscriptOutOfRange) && inPaths) {
       findings_.push_back(FindingAt(
           Severity::kError, model_.At(lastFanOut_->place),
           "The links behind the paths that are left out run in a circle, which ends the "
@@ -282,11 +310,7 @@ class Trial : public PathListener {
 }  // namespace
 
 bool IsTrialNeeded(const Model& model) {
-  constexpr std::size_t kQuick = 4000;
-  if (model.units.size() <= kQuick || model.links.size() > kMostRows ||
-      model.objectUses.size() > kMostRows || model.units.size() > kMostRows) {
-    return true;
-  }
+  if (!IsLarge(model) || MayHaveTooManyRows(model)) return true;
   std::unordered_set<std::int32_t> parents;
   for (const ScenarioEntry& scenario : model.scenarios) {
     if (!parents.insert(scenario.parent).second) return true;

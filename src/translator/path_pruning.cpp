@@ -20,10 +20,10 @@ std::string WordWithoutLetter(std::string_view text, std::size_t before, std::si
 }  // namespace
 
 void PathPruning::Prune(const Value& junctionNum) {
+  PathListener* listener = state_.pathListener;
+  if (listener) listener->OnFanOut(junctionNum);
   const bool ownFact = ReadFact(junctionNum);
-  if (state_.pathListener) {
-    state_.pathListener->OnFanOut(junctionNum, ownFact, linkId_, junctionDigits_);
-  }
+  if (listener) listener->OnPath(ownFact, linkId_, junctionDigits_);
   if (!IsNumericText(linkId_) || !IsNumericText(junctionDigits_)) return;
   FindStopJunction();
   Recordset links = LinksFrom(state_, junctionNum);

@@ -3,6 +3,7 @@
 #include "runtime/code_page.h"
 #include "translation_steps.h"
 #include "translator/modIDEF3ToProject.h"
+#include "translator/path_listener.h"
 
 namespace merivane::translator {
 
@@ -59,6 +60,7 @@ void RunPass(ModelToProject& state, const std::string& mpxFileName) {
   SelectPathsAndNumberTasks(state);
   BuildStartRelations(state);
   BuildFinishRelations(state);
+  if (state.pathListener && !state.pathListener->OnPathsTaken()) return;
   WriteTasks(pass);
   state.progress.Begin("Numbering the outline", 0);
   NumberOutline(state);

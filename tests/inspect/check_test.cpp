@@ -237,6 +237,21 @@ INSTANTIATE_TEST_SUITE_P(
                              Link("5", "1", "2") + Link("6", "2", "1")),
                     {"    Process  1  #1: warning: unit 1 'Cut': It is part of a circle of links, "
                      "so that its tasks wait for each other: unit 1 'Cut', unit 2 'Sand'."}),
+        Row{"LinkWithoutId",
+            Changed(ModelOf(With(Fork("Async. AND"))), "ID  1|    Type:  Precedence",
+                    "ID  |    Type:  Precedence"),
+            {"  Link  21: error: link 21 'X to J11': It gives no ID of its own, and the 'J12' that "
+             "it takes over is no number."},
+            true},
+        Row{"PathFactWithoutPath",
+            ModelOf(With(Fork("XOR", kPathFact), Fact("1", "PathAt", "Roof|"))),
+            {"  Junction  11: warning: junction 11 'J11': The glossary of its path fact names no "
+             "link and junction, so that all its paths go to the plan."}},
+        Row{"PathFactCutShort",
+            ModelOf(With(Fork("XOR", kPathFact), Fact("1", "PathAt", "Take L2 until |"))),
+            {"  Junction  11: error: junction 11 'J11': The glossary of its path fact can't be "
+             "read, which ends the translation."},
+            true},
         Row{"CircleBehindPrunedPath",
             ModelOf(With(Fork("XOR", kPathFact, Link("27", "3", "4") + Link("28", "4", "3")),
                          Path("2", "99"))),

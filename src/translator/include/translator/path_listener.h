@@ -13,10 +13,14 @@ class PathListener {
  public:
   virtual ~PathListener() = default;
 
-  // `ownFact`: a path fact of this junction was read. The path leads along the link of that ID to
+  // The path behind this junction is looked for.
+  virtual void OnFanOut(const Value& junctionNum) = 0;
+  // `ownFact`: a path fact of the junction was read. The path leads along the link of that ID to
   // the junction "J" and the digits; nothing is left out while the two are not both numbers.
-  virtual void OnFanOut(const Value& junctionNum, bool ownFact, const std::string& linkId,
-                        const std::string& junctionDigits) = 0;
+  virtual void OnPath(bool ownFact, const std::string& linkId,
+                      const std::string& junctionDigits) = 0;
+  // All paths are taken, and the units numbered. False ends the translation without tasks.
+  virtual bool OnPathsTaken() = 0;
 };
 
 }  // namespace merivane::translator
