@@ -2,6 +2,7 @@
 
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "markup.h"
 #include "pictures/svg.h"
@@ -163,11 +164,37 @@ class PageWriter {
     return below;
   }
 
+  // What the tool tips of the bars tell, line by line.
+  void AddTasks(const Picture& chart) {
+    Table table({"No.", "Task", "When", "Takes", "Resources"});
+    for (const Figure& figure : chart.figures) {
+      if (!figure.id.starts_with("task-")) continue;
+      std::vector<std::string> cells = {Escaped(std::get<Text>(figure.shapes.front()).text)};
+      std::istringstream lines(figure.title);
+      for (std::string line; std::getline(lines, line);) {
+        constexpr std::string_view kResources = "Resources: ";
+        cells.push_back(
+            Escaped(line.starts_with(kResources) ? line.substr(kResources.size()) : line));
+      }
+      cells.resize(5);
+      table.Row(cells);
+    }
+    AddWords("The plan in words", table, chart);
+  }
+
+  // A picture that paper has no room for is printed with its words.
+  void AddWords(const char* summary, const Table& table, const Picture& picture) {
+    constexpr double kPaper = 1400;
+    out_ += std::string("<details") + (picture.width > kPaper ? " class=\"wide\"" : "") +
+            ">\n<summary>" + summary + "</summary>\n" + table.Html() + "</details>\n";
+  }
+
   void AddPlan() {
     BeginSection("the-plan", "Plan");
     if (report_.chart) {
       out_ += "<p class=\"quiet\">" + Escaped(report_.chart->description) + "</p>\n";
       AddFigure(*report_.chart);
+      AddTasks(*report_.chart);
     } else {
       AddParagraph(report_.whyNoChart);
     }
@@ -184,11 +211,11 @@ class PageWriter {
     if (diagram.outline)
       AddParagraph("The scenario is too large to be laid out: its units stand in a list.");
     AddFigure(diagram.picture);
-    AddUnits(scenario);
+    AddUnits(scenario, diagram.picture);
     out_ += "</section>\n";
   }
 
-  void AddUnits(const Scenario& scenario) {
+  void AddUnits(const Scenario& scenario, const Picture& picture) {
     std::map<std::int32_t, std::string> names;
     for (const Unit& unit : scenario.units) names.emplace(unit.number, unit.name);
     for (const Junction& junction : scenario.junctions) {
@@ -216,7 +243,7 @@ class PageWriter {
       table.Row({std::to_string(junction.number), Escaped(names[junction.number]), "", "", "", "",
                  Lines(ways[junction.number])});
     }
-    out_ += "<details>\n<summary>The diagram in words</summary>\n" + table.Html() + "</details>\n";
+    AddWords("The diagram in words", table, picture);
   }
 
   // A decomposed unit leads to its scenarios; what stays out of the plan is told.

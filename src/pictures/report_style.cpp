@@ -16,6 +16,7 @@ a { color: var(--link); }
 section { margin-top: 2.6rem; padding-top: 1.2rem; border-top: 1px solid var(--line); }
 nav ul { list-style: none; margin: 0; padding-left: 1.1rem; }
 nav > ul { padding: 0; columns: 18rem; margin-top: 1rem; }
+nav > ul > li { break-inside: avoid; }
 figure { margin: .8rem 0; overflow-x: auto; }
 figure svg { display: block; max-width: 100%; height: auto; }
 figure a:hover .unit, figure a:focus .unit { stroke-width: 2.4; }
@@ -58,10 +59,12 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
 @media print {
   body { max-width: none; padding: 0; font-size: 10pt; }
   section { break-inside: auto; }
-  h2, figure { break-after: avoid; break-inside: avoid; }
+  h2, h2 + p { break-after: avoid; }
+  h2, figure, tr { break-inside: avoid; }
   figure { overflow: visible; }
   figure svg { min-width: 0 !important; }
   summary, nav { display: none; }
+  details.wide::details-content { content-visibility: visible; block-size: auto; }
   a { color: inherit; text-decoration: none; }
 }
 )";

@@ -18,8 +18,9 @@ using ::testing::Not;
 
 class ReportTest : public test::ModelFixture {
  protected:
-  std::string Page() {
+  std::string Page(std::optional<pictures::Picture> chart = {}) {
     Report report;
+    report.chart = std::move(chart);
     report.model = ReadProcessModel(Model(), 1);
     report.diagrams = DrawDiagrams(report.model.scenarios, {.headline = false});
     report.findings.push_back({.line = 12,
@@ -73,6 +74,24 @@ TEST_F(ReportTest, TextsAreTextAndNothingIsFetched) {
   EXPECT_THAT(page, HasSubstr("<td>1.5</td>"));
   EXPECT_THAT(page, HasSubstr("<td>unit 3 '&lt;i&gt;'</td><td>It's &lt; 1.</td>"));
   EXPECT_TRUE(Matches(page, "(src|href|url)=?[\"(](?!#)").empty());
+}
+
+TEST_F(ReportTest, ThePlanIsToldInWordsAndPrintedWithThemWhereItIsWide) {
+  Figure bar;
+  bar.id = "task-3";
+  bar.title = "Bake <rye>\nJan 5 to Jan 6\n2 days, critical\nResources: Aldo";
+  bar.shapes.push_back(Text{Ink::kListedNumber, {}, "17"});
+  pictures::Picture chart;
+  chart.figures.push_back(bar);
+  const char* row =
+      "<td class=\"number\">17</td><td>Bake &lt;rye&gt;</td><td>Jan 5 to Jan 6</td>"
+      "<td>2 days, critical</td><td>Aldo</td>";
+  for (const double width : {700.0, 3000.0}) {
+    chart.width = width;
+    const std::string page = Page(chart);
+    EXPECT_THAT(page, HasSubstr(row));
+    EXPECT_EQ(Matches(page, "(<details class=\"wide\">)").size(), width > 1400 ? 1U : 0U);
+  }
 }
 
 }  // namespace
