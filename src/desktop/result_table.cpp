@@ -10,6 +10,7 @@
 #include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace merivane::desktop {
 
@@ -70,10 +71,9 @@ ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* pa
   table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   table_->setTabKeyNavigation(false);
   table_->verticalHeader()->hide();
-  table_->horizontalHeader()->setStretchLastSection(true);
   table_->setSortingEnabled(true);
   table_->sortByColumn(-1, Qt::AscendingOrder);
-  table_->resizeColumnsToContents();
+  ShareWidth();
   auto* text = new QLabel(summary);
   text->setObjectName("summary");
   text->setTextFormat(Qt::PlainText);
@@ -90,6 +90,24 @@ ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* pa
   column->addLayout(buttons_);
   resize(fontMetrics().averageCharWidth() * 140, fontMetrics().height() * 26);
   table_->setFocus();
+}
+
+// Sentences share the room that the other columns leave, and wrap in it.
+void ResultTable::ShareWidth() {
+  constexpr int kMostWrapped = 1000;  // rows; measuring more takes too long
+  constexpr int kMostLetters = 30;
+  QHeaderView* columns = table_->horizontalHeader();
+  table_->resizeColumnsToContents();
+  for (int column = 0; column < shown_->columnCount(); ++column) {
+    if (column >= ResultModel::kFirstSentence) {
+      columns->setSectionResizeMode(column, QHeaderView::Stretch);
+    } else {
+      const int most = fontMetrics().averageCharWidth() * kMostLetters;
+      columns->resizeSection(column, std::min(columns->sectionSize(column), most));
+    }
+  }
+  if (shown_->rowCount() > kMostWrapped) return;
+  table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 
 // An Enter that ends the typing of a filter is no answer to the dialog.

@@ -30,6 +30,7 @@ class ResultModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   static constexpr int kWordColumn = 0;
+  static constexpr int kFirstSentence = 3;  // from here on, columns hold sentences
 
  private:
   QStringList headings_;
@@ -54,6 +55,8 @@ class ResultTable : public QDialog {
   QTableView* table_;
 
  private:
+  void ShareWidth();
+
   QLineEdit* filter_;
   QSortFilterProxyModel* shown_;
   QHBoxLayout* buttons_;
