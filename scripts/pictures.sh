@@ -16,7 +16,13 @@ xvfb-run -a -s "-screen 0 2560x1600x24 -dpi 96" "$1/bin/merivane_window_pictures
   --objects --output "$2/diagram.png" --force --quiet
 "$1/bin/merivane-batch" chart "$HOME/festival.mdb" --project 1 --today 6/1/2026 \
   --output "$2/chart.png" --force --quiet
-for name in diagram chart view-diagram main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
+if command -v chromium > /dev/null; then
+  "$1/bin/merivane-batch" report "$root/samples/festival.txt" --choose "Sale by mail order" \
+    --today 6/1/2026 --output "$HOME/festival.html" --force --quiet
+  chromium --headless=new --no-sandbox --disable-gpu --hide-scrollbars --user-data-dir="$HOME/chromium" \
+    --window-size=1100,1000 --screenshot="$2/report.png" "file://$HOME/festival.html" 2> "$HOME/chromium.log"
+fi
+for name in check preview diagram chart view-diagram main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
   message paths about splash help; do
   [ -s "$2/$name.png" ] || { echo "$2/$name.png is missing" >&2; exit 1; }
 done

@@ -53,7 +53,9 @@ class Studio {
     QDir(kScratch).removeRecursively();
     QDir().mkpath(kScratch);
     QDir().mkpath(folder_);
-    QFile::copy(samples + "/bakery.txt", Scratch("bakery.txt"));
+    for (const char* name : {"bakery.txt", "festival.txt"}) {
+      QFile::copy(samples + '/' + name, Scratch(name));
+    }
   }
   ~Studio() { QDir(kScratch).removeRecursively(); }
 
@@ -68,6 +70,8 @@ class Studio {
   static void Click(QWidget& window, const char* name) {
     window.findChild<QAbstractButton*>(name)->click();
   }
+  // Takes a picture of the list that the button opens.
+  void TakeList(QWidget& form, const char* button, const char* list, const QString& name);
   static QString Scratch(const char* name) { return QString(kScratch) + '/' + name; }
   void TakeToProject();
   void TakeToModel();
@@ -119,8 +123,35 @@ void Studio::Browse(QWidget& form, const char* button, const QString& name) {
   Click(form, button);
 }
 
+void Studio::TakeList(QWidget& form, const char* button, const char* list, const QString& name) {
+  Click(form, button);
+  auto* window = window_.findChild<QDialog*>(list);
+  if (window == nullptr) {
+    std::fprintf(stderr, "no window for %s\n", qPrintable(name));
+    good_ = false;
+    return;
+  }
+  Take(*window, name);
+  window->close();
+}
+
+// A name, a duration and a new task.
+void ChangePlan(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadWrite)) return;
+  QByteArray plan = file.readAll();
+  plan.replace("Bake the loaves,0.50d", "Bake the rye loaves,0.75d");
+  const qsizetype last = plan.lastIndexOf("\r\n70,");
+  plan.insert(last + 2,
+              "70,9,9,Feed the sourdough,0.25d,Yes,1,,\"1\"" + QByteArray(34, ',') + "\r\n");
+  file.seek(0);
+  file.write(plan);
+}
+
 void Studio::TakeToProject() {
   QWidget& form = Open("mnuIDEF3ToProject", "frmIDEF3ToProject");
+  Browse(form, "cmdBrowseText", Scratch("festival.txt"));
+  TakeList(form, "cmdCheck", "checkWindow", "check");
   Browse(form, "cmdBrowseText", Scratch("bakery.txt"));
   Browse(form, "BrowsedbBt", Scratch("bakery.mdb"));
   Take(window_, "model-to-project");
@@ -164,6 +195,8 @@ void Studio::TakeToModel() {
   });
   Browse(form, "cmdInterimDB", Scratch("interim.mdb"));
   Take(window_, "mpx-to-model");
+  ChangePlan(Scratch("bakery.mpx"));
+  TakeList(form, "cmdPreview", "previewWindow", "preview");
   form.findChild<QLineEdit*>("txtCelvarFilename")->clear();
   TakeNext("message", [this](QDialog& box) {
     Take(box, "message");
@@ -174,7 +207,7 @@ void Studio::TakeToModel() {
 }
 
 void Studio::TakePictureWindow() {
-  names_.names.push_back(Scratch("bakery.txt"));
+  names_.names.push_back(Scratch("festival.txt"));
   window_.findChild<QAction*>("mnuProcessDiagram")->trigger();
   auto* picture = window_.findChild<QMainWindow*>("pictureWindow");
   if (picture == nullptr) {
@@ -182,7 +215,7 @@ void Studio::TakePictureWindow() {
     good_ = false;
     return;
   }
-  QTest::keyClicks(picture->findChild<QWidget*>("search"), "dough");
+  QTest::keyClicks(picture->findChild<QWidget*>("search"), "raise");
   Take(*picture, "view-diagram");
   picture->close();
 }
