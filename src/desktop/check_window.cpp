@@ -28,6 +28,7 @@ const char* WordOf(Severity severity) { return severity == Severity::kError ? "e
 ResultModel* ModelOf(const std::vector<Finding>& findings) {
   constexpr int kLineColumn = 1;
   std::vector<ResultModel::Row> rows;
+  rows.reserve(findings.size());
   for (const Finding& finding : findings) {
     rows.push_back(
         {{WordOf(finding.severity), QString::number(finding.line), ToQt(Described(finding.element)),
