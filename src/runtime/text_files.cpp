@@ -6,8 +6,8 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <utility>
-#include <vector>
 
 #include "file_open.h"
 #include "runtime/run_time_error.h"
@@ -18,7 +18,7 @@ namespace merivane::runtime {
 namespace {
 
 constexpr std::int16_t kLastNumber = 511;
-constexpr std::size_t kChunk = 262144;
+constexpr std::size_t kChunk = 131072;
 
 [[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, OpenMode mode) {
   switch (failure) {
@@ -52,7 +52,6 @@ struct TextFiles::File {
     stream = OpenStream(place, mode);
     if (stream == nullptr) ThrowOpenFailure(errno, path, mode);
     std::setvbuf(stream, nullptr, _IONBF, 0);  // whole blocks pass between the file and `chunk`
-    chunk.resize(kChunk);
   }
   ~File() {
     if (stream == nullptr) return;
@@ -66,7 +65,7 @@ struct TextFiles::File {
   bool HasByte() {
     if (next < filled) return true;
     next = 0;
-    filled = std::fread(chunk.data(), 1, chunk.size(), stream);
+    filled = std::fread(chunk.get(), 1, kChunk, stream);
     if (filled == 0 && std::ferror(stream) != 0) throw RunTimeError(kDeviceIoError);
     return filled > 0;
   }
@@ -74,12 +73,12 @@ struct TextFiles::File {
   std::string ReadLine() {
     std::string line;
     while (HasByte()) {
-      const char* from = chunk.data() + next;
-      const char* end = chunk.data() + filled;
+      const char* from = chunk.get() + next;
+      const char* end = chunk.get() + filled;
       const char* stop = from;
       while (stop != end && *stop != '\r' && *stop != '\n') ++stop;
       line.append(from, stop);
-      next = static_cast<std::size_t>(stop - chunk.data());
+      next = static_cast<std::size_t>(stop - chunk.get());
       if (stop != end) {
         SkipLineEnd();
         break;
@@ -96,9 +95,9 @@ struct TextFiles::File {
   void Print(std::string_view line) {
     for (std::string_view piece : {line, kCrLf}) {
       while (!piece.empty()) {
-        if (filled == chunk.size()) WriteOut();
-        const std::size_t size = std::min(piece.size(), chunk.size() - filled);
-        std::copy_n(piece.data(), size, chunk.data() + filled);
+        if (filled == kChunk) WriteOut();
+        const std::size_t size = std::min(piece.size(), kChunk - filled);
+        std::copy_n(piece.data(), size, chunk.get() + filled);
         filled += size;
         piece.remove_prefix(size);
       }
@@ -120,7 +119,7 @@ struct TextFiles::File {
   // Once a block is lost, the rest has no place in the file either.
   void WriteOut() {
     if (mode != OpenMode::kWrite) return;
-    if (failure == 0 && std::fwrite(chunk.data(), 1, filled, stream) != filled) KeepFailure(errno);
+    if (failure == 0 && std::fwrite(chunk.get(), 1, filled, stream) != filled) KeepFailure(errno);
     filled = 0;
   }
 
@@ -136,7 +135,8 @@ struct TextFiles::File {
   std::string path;
   OpenMode mode;
   std::FILE* stream = nullptr;
-  std::vector<char> chunk;
+  // Memory that isn't touched costs nothing.
+  std::unique_ptr<char[]> chunk = std::make_unique_for_overwrite<char[]>(kChunk);
   std::size_t next = 0;
   std::size_t filled = 0;
   int failure = 0;    // the system's number of the first write that failed
@@ -234,10 +234,10 @@ std::int64_t CountLines(const std::string& path) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(name, error)) return 0;
   std::ifstream file(name, std::ios::binary);
-  std::vector<char> chunk(kChunk);
+  const auto chunk = std::make_unique_for_overwrite<char[]>(kChunk);
   std::int64_t lines = 0;
-  while (file.read(chunk.data(), static_cast<std::streamsize>(chunk.size())), file.gcount() > 0) {
-    lines += std::count(chunk.begin(), chunk.begin() + file.gcount(), '\n');
+  while (file.read(chunk.get(), kChunk), file.gcount() > 0) {
+    lines += std::count(chunk.get(), chunk.get() + file.gcount(), '\n');
   }
   return lines;
 }

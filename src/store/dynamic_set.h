@@ -14,7 +14,7 @@ namespace merivane::store {
 // row has a greater number than all before) only ends the reading statement, and the rest is read
 // when it is wanted. So opening, asking for a row and adding one cost the same whatever the table
 // holds. REQUIRES: a shape with keys.
-class DynamicSet : private RowWatcher {
+class DynamicSet final : private RowWatcher {
  public:
   DynamicSet(Engine& engine, SelectShape& shape, std::vector<Literal> literals)
       : engine_(engine), shape_(shape), table_(shape.Table()), literals_(std::move(literals)) {}

@@ -15,7 +15,7 @@ inline constexpr Place kNoPlace = std::numeric_limits<Place>::max();
 // The rows as they were when they were first asked for. They are read one by one while nothing
 // could change them; before a write to their table, before the file is let go, and for going back
 // they are copied whole.
-class SnapshotSet : private RowWatcher {
+class SnapshotSet final : private RowWatcher {
  public:
   SnapshotSet(Engine& engine, SelectShape& shape, std::vector<Literal> literals)
       : engine_(&engine), shape_(&shape), literals_(std::move(literals)) {}

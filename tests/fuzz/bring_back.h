@@ -1,4 +1,4 @@
-// A plan comes back into the model of a sample: merged, or as a model of its own.
+// A plan comes back into the model of a seed: merged, or as a model of its own.
 #pragma once
 
 #include "first_answer.h"
@@ -24,7 +24,7 @@ inline std::unique_ptr<MemoryDatabase> SentModel() {
   ModelToProject& state = program.modelToProject;
   state.gMspProjId = 1;
   OpenInterimDb(program.workspace, state.gMspConn, false, database->Path());
-  ReadNeutralText(state, MERIVANE_SAMPLES "/festival.txt");
+  ReadNeutralText(state, MERIVANE_SEEDS "/neutral_text/yard.txt");
   TranslateToProject(state, "/dev/null");
   state.gMspConn->Close();
   database->KeepAsImage();

@@ -1,4 +1,4 @@
-// Writes what the targets begin with: fuzz_seeds FOLDER.
+// Writes the seeds that are made from others: fuzz_seeds FOLDER.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -30,10 +30,9 @@ void Write(const fs::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary).write(bytes.data(), std::ssize(bytes));
 }
 
-// The sample as it stands, and its plans for both modes of the merge.
-void WriteModel(const fs::path& sample, MemoryDatabase& database, const fs::path& folder) {
-  const std::string name = sample.stem().string();
-  Write(folder / "neutral_text" / name, Content(sample));
+// The model's plans for both modes of the merge.
+void WritePlans(const fs::path& model, MemoryDatabase& database, const fs::path& folder) {
+  const std::string name = model.stem().string();
   database.Reset();
   const fs::path plan = folder / (name + ".mpx");
   const fs::path xml = folder / (name + ".xml");
@@ -44,7 +43,7 @@ void WriteModel(const fs::path& sample, MemoryDatabase& database, const fs::path
     ModelToProject& state = program.modelToProject;
     state.gMspProjId = 1;
     OpenInterimDb(program.workspace, state.gMspConn, false, database.Path());
-    ReadNeutralText(state, sample.string());
+    ReadNeutralText(state, model.string());
     TranslateToProject(state, plan.string());
     mspdi::WritePlan(*state.gMspConn, 1, desktop.Today(), xml.string());
   }
@@ -83,8 +82,9 @@ int main(int count, char** arguments) {
   using namespace merivane::fuzz;
   const fs::path folder = count > 1 ? arguments[1] : ".";
   const auto database = TemplateInMemory();
-  for (const auto& sample : fs::directory_iterator(MERIVANE_SAMPLES)) {
-    if (sample.path().extension() == ".txt") WriteModel(sample.path(), *database, folder);
+  fs::create_directories(folder);
+  for (const auto& model : fs::directory_iterator(MERIVANE_SEEDS "/neutral_text")) {
+    WritePlans(model.path(), *database, folder);
   }
   WriteAccess(folder);
   return 0;

@@ -10,7 +10,7 @@ using namespace store;
 
 namespace {
 
-constexpr int kMostRows = 20;
+constexpr int kMostRows = 8;
 constexpr int kFilled = 6;  // columns
 
 std::unique_ptr<MemoryDatabase> RowsInMemory() {
