@@ -103,7 +103,7 @@ void MainWindow::AddMenus() {
     action->setMenuRole(QAction::NoRole);
     if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
   }
-  new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, main_.workspace);
+  new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, main_.workspace, main_.progress);
 }
 
 void MainWindow::Press(void (frmMain::*handler)()) {

@@ -48,8 +48,13 @@ void OpenDiagrams(const pictures::ProcessModel& model, QString note, QtDesktop& 
 
 }  // namespace
 
-ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace)
-    : QObject(&window), window_(window), desktop_(desktop), workspace_(workspace) {
+ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace,
+                   Progress& progress)
+    : QObject(&window),
+      window_(window),
+      desktop_(desktop),
+      workspace_(workspace),
+      progress_(progress) {
   auto* menu = new QMenu("&View", &window);
   QAction* action = window.menuBar()->insertMenu(before, menu);
   action->setObjectName("mnuView");
@@ -102,9 +107,14 @@ void ViewMenu::ShowText(const std::string& path) {
   OpenDiagrams(model, NoteOf(quiet), desktop_, &window_);
 }
 
+bool ViewMenu::Open(Connection& connection, const std::string& path) {
+  return RunUnlessCancelled(progress_,
+                            [&] { connection.Open(ConnectionText(path), OpenMode::kReadOnly); });
+}
+
 void ViewMenu::ShowDatabase(const std::string& path) {
   Connection connection(workspace_);
-  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  if (!Open(connection, path)) return;
   const auto project = PickProject(connection);
   if (!project) return;
   const pictures::ProcessModel model = pictures::ReadProcessModel(connection, *project);
@@ -121,7 +131,7 @@ void ViewMenu::ShowChart() {
   if (path.empty()) return;
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   Connection connection(workspace_);
-  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  if (!Open(connection, path)) return;
   const auto project = PickProject(connection);
   if (!project) return;
   pictures::Picture chart = pictures::DrawChart(connection, *project, desktop_.Today());

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <optional>
 
+#include "program/progress.h"
 #include "store/connection.h"
 
 class QAction;
@@ -12,6 +13,7 @@ class QMenu;
 
 namespace merivane::desktop {
 
+using namespace program;
 using namespace store;
 
 class QtDesktop;
@@ -19,7 +21,8 @@ class QtDesktop;
 class ViewMenu : public QObject {
  public:
   // Adds the menu in front of `before`. All outlive it; it belongs to the window.
-  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace);
+  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace,
+           Progress& progress);
 
  private:
   void AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
@@ -28,6 +31,8 @@ class ViewMenu : public QObject {
   void ShowChart();
   void ShowText(const std::string& path);
   void ShowDatabase(const std::string& path);
+  // False where the user cancelled it.
+  bool Open(Connection& connection, const std::string& path);
   // The project of the database, or the one that the user picks; nothing when cancelled or where
   // there is none, which shows a box.
   std::optional<std::int32_t> PickProject(Connection& connection);
@@ -35,6 +40,7 @@ class ViewMenu : public QObject {
   QMainWindow& window_;
   QtDesktop& desktop_;
   Workspace& workspace_;
+  Progress& progress_;
 };
 
 }  // namespace merivane::desktop

@@ -7,7 +7,7 @@ Program::Program(Desktop& theDesktop)
       progress(theDesktop),
       modelToProject(Direction{theDesktop, files, workspace, progress, codePage}),
       projectToModel(Direction{theDesktop, files, workspace, progress, codePage}) {
-  workspace.OnWork = [this] { progress.Beat(); };
+  workspace.work = &progress;
 }
 
 Program::~Program() { workspace.CommitAllQuietly(); }

@@ -48,4 +48,12 @@ void Progress::Look() {
   if (!desktop_.Breathe()) throw RunCancelled();
 }
 
+bool RunUnlessCancelled(Progress& progress, const std::function<void()>& work) try {
+  const Progress::Run run(progress);
+  work();
+  return true;
+} catch (const RunCancelled&) {
+  return false;
+}
+
 }  // namespace merivane::program

@@ -47,6 +47,9 @@ void frmIDEF3ToProject::cmdBrowseXML() {
 
 void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
+  const TextBox boxBefore = box;
+  const bool overwriteBefore = state_.gOverwriteDb;
+  const std::string backupBefore = BackupName;
   try {
     const auto name = BrowseForFile(
         desktop_, {"Database (*.mdb)|*.mdb", "Please Select Microsoft Project 2000 Database", true},
@@ -54,7 +57,11 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
     if (!name) return;
     box.enabled = true;
     box.text = *name;
-    SettleDatabase(box.text);
+    if (!SettleDatabase(box.text)) {
+      box = boxBefore;
+      state_.gOverwriteDb = overwriteBefore;
+      BackupName = backupBefore;
+    }
     state_.workspace.CommitAll();
   } catch (const RunTimeError&) {
     // A file that can't be replaced or opened leaves the connection as it was, without a word.
@@ -63,7 +70,7 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   Changed();
 }
 
-void frmIDEF3ToProject::SettleDatabase(const std::string& path) {
+bool frmIDEF3ToProject::SettleDatabase(const std::string& path) {
   BackupName.clear();
   if (FileIsThere(path)) {
     Hide();
@@ -73,28 +80,36 @@ void frmIDEF3ToProject::SettleDatabase(const std::string& path) {
   } else {
     state_.gOverwriteDb = true;
   }
-  if (state_.gOverwriteDb) {
-    CopyTemplate(path);
-  } else {
-    AppendTo(path);
-  }
+  return state_.gOverwriteDb ? CopyTemplate(path) : AppendTo(path);
 }
 
-void frmIDEF3ToProject::CopyTemplate(const std::string& path) {
+bool frmIDEF3ToProject::CopyTemplate(const std::string& path) {
   const std::string templatePath = desktop_.TemplatePath();
   if (!CheckTemplateDb(state_.workspace, templatePath)) {
     ShowTemplateMissing(desktop_, templatePath);
-    return;
+    return true;
   }
-  BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
+  const bool replaced = RunUnlessCancelled(state_.progress, [&] {
+    BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
+  });
+  if (!replaced) return false;
   OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
   state_.gMspProjId = 1;
   pickedVersion_ = state_.gMspConn->Version();
+  return true;
 }
 
-void frmIDEF3ToProject::AppendTo(const std::string& path) {
-  OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
-  TakeNextNumber();
+bool frmIDEF3ToProject::AppendTo(const std::string& path) {
+  auto before = std::move(state_.gMspConn);
+  const bool opened = RunUnlessCancelled(state_.progress, [&] {
+    OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
+  });
+  if (opened) {
+    TakeNextNumber();
+  } else {
+    state_.gMspConn = std::move(before);
+  }
+  return opened;
 }
 
 void frmIDEF3ToProject::TakeNextNumber() {

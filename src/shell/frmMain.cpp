@@ -12,6 +12,7 @@ constexpr int kSplashMilliseconds = 1000;
 
 frmMain::frmMain(Program& program)
     : workspace(program.workspace),
+      progress(program.progress),
       modelToProject(program.modelToProject, paths),
       projectToModel(program.projectToModel, paths),
       options(program.desktop),

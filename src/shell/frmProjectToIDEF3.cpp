@@ -71,19 +71,32 @@ void frmProjectToIDEF3::cmdBrowseDatabase() {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
     if (auto name = BrowseForFile(desktop_, kDatabaseDialog, txtDatabase.text, "mdb")) {
-      state_.gProjectConn = std::make_unique<Connection>(state_.workspace);
-      state_.gProjectConn->Open(ConnectionText(*name), OpenMode::kReadOnly);
-      if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject)) {
-        txtDatabase = {*name, true};
-        comboProject.enabled = true;
-      } else {
-        state_.gProjectConn.reset();
-      }
+      if (OpenProjectDb(*name)) ListProjects(*name);
     }
   } catch (const RunTimeError& error) {
     ReportError(desktop_, error);
   }
   Changed();
+}
+
+void frmProjectToIDEF3::ListProjects(const std::string& path) {
+  if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject)) {
+    txtDatabase = {path, true};
+    comboProject.enabled = true;
+  } else {
+    state_.gProjectConn.reset();
+  }
+}
+
+// Cancel leaves what was picked before.
+bool frmProjectToIDEF3::OpenProjectDb(const std::string& path) {
+  auto before = std::move(state_.gProjectConn);
+  state_.gProjectConn = std::make_unique<Connection>(state_.workspace);
+  const bool opened = RunUnlessCancelled(state_.progress, [&] {
+    state_.gProjectConn->Open(ConnectionText(path), OpenMode::kReadOnly);
+  });
+  if (!opened) state_.gProjectConn = std::move(before);
+  return opened;
 }
 
 void frmProjectToIDEF3::cmdBrowseMPX() { BrowseFor(txtMPX, kMpxDialog, "mpx"); }
@@ -110,8 +123,7 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
         ChooseForExistingInterimDb(box);
       } else {
         state_.gRoundTripMerge = false;
-        MakeInterimDb(box.text);
-        state_.gInterimProjId = 1;
+        if (MakeInterimDb(box)) state_.gInterimProjId = 1;
       }
     }
   } catch (const RunTimeError& error) {
@@ -121,32 +133,47 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
   Changed();
 }
 
-void frmProjectToIDEF3::MakeInterimDb(const std::string& path) {
+bool frmProjectToIDEF3::MakeInterimDb(TextBox& box) {
   const std::string templatePath = desktop_.TemplatePath();
   if (!CheckTemplateDb(state_.workspace, templatePath)) {
     ShowTemplateMissing(desktop_, templatePath);
     ProveTemplateDb(state_.workspace, templatePath);  // nothing is replaced by what fails here
   }
-  BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
+  const auto replace = [&] {
+    BackupName = ReplaceDatabase(state_.workspace, templatePath, box.text, KeepBackup);
+  };
+  return RunInterimPick(box, replace) && OpenInterim(box);
+}
+
+bool frmProjectToIDEF3::OpenInterim(TextBox& box) {
   state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
-  state_.gInterimConn->Open(ConnectionText(path));
+  return RunInterimPick(box, [&] { state_.gInterimConn->Open(ConnectionText(box.text)); });
+}
+
+bool frmProjectToIDEF3::RunInterimPick(TextBox& box, const std::function<void()>& work) {
+  if (RunUnlessCancelled(state_.progress, work)) return true;
+  state_.gInterimConn.reset();
+  box.text.clear();
+  return false;
 }
 
 void frmProjectToIDEF3::ChooseForExistingInterimDb(TextBox& box) {
   Hide();
-  state_.gInterimConn = std::make_unique<Connection>(state_.workspace);
-  state_.gInterimConn->Open(ConnectionText(box.text));
+  if (OpenInterim(box)) AskForMerge(box);
+  Show();
+}
+
+void frmProjectToIDEF3::AskForMerge(TextBox& box) {
   desktop_.SetMousePointer(kPointerArrow);
   frmDBMerge merge(state_);
   desktop_.ShowModal(merge);
   if (!state_.gRoundTripMerge) {
     state_.gInterimConn->Close();
     state_.gInterimConn.reset();
-    MakeInterimDb(box.text);
+    MakeInterimDb(box);
   } else if (state_.gInterimProjId == 0) {
     box.text.clear();
   }
-  Show();
 }
 
 void frmProjectToIDEF3::comboProject_Click() {

@@ -3,10 +3,14 @@
 
 #include <string>
 
+#include "store/work.h"
+
 namespace merivane::store {
 
 // Runs CopyAccessTables with limits on its time and on the size of the copy. Gives the reason why
 // it failed, in UTF-8; empty when it did not.
-std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath);
+// What `work` throws ends the copying.
+std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
+                                  Work& work);
 
 }  // namespace merivane::store

@@ -76,7 +76,8 @@ void Report(int pipe, std::string_view text) {
   for (const int number : {SIGXCPU, SIGXFSZ, SIGSEGV, SIGABRT}) std::signal(number, SIG_DFL);
   unsetenv("MDBICONV");  // would change the character set of texts
   try {
-    CopyAccessTables(path, sqlitePath);
+    Work nobody;
+    CopyAccessTables(path, sqlitePath, nobody);
     Report(pipe, kDone);
   } catch (const std::exception& error) {
     Report(pipe, error.what());
@@ -85,28 +86,55 @@ void Report(int pipe, std::string_view text) {
 }
 
 // What the child reports until it ends; none when it is still at work at the deadline.
-std::optional<std::string> ReadReport(int pipe, Clock::time_point deadline) {
+std::optional<std::string> ReadReport(int pipe, Clock::time_point deadline, Work& work) {
+  constexpr int kWait = 20;  // milliseconds
   std::string text;
-  for (;;) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    if (left.count() <= 0) return std::nullopt;
+  while (Clock::now() < deadline) {
+    work.Beat();
     pollfd ready{.fd = pipe, .events = POLLIN, .revents = 0};
-    if (poll(&ready, 1, static_cast<int>(left.count())) <= 0) continue;
+    if (poll(&ready, 1, kWait) <= 0) continue;
     char buffer[512];
     const ssize_t got = read(pipe, buffer, sizeof buffer);
     if (got == 0) return text;
     if (got > 0) text.append(buffer, static_cast<std::size_t>(got));
   }
+  return std::nullopt;
 }
 
-// Why the child failed; empty when it did not.
-std::string Supervise(pid_t child, int pipe, std::chrono::seconds wall) {
-  const std::optional<std::string> report = ReadReport(pipe, Clock::now() + wall);
-  if (!report) kill(child, SIGKILL);
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+// At work no longer than this lives.
+class Child {
+ public:
+  Child(pid_t id, int pipe) : id_(id), pipe_(pipe) {}
+  ~Child() {
+    close(pipe_);
+    if (id_ > 0) End();
   }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+  int Pipe() const { return pipe_; }
+
+  // Gives how it ended.
+  int Wait() {
+    int status = 0;
+    while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {
+    }
+    id_ = 0;
+    return status;
+  }
+  int End() {
+    kill(id_, SIGKILL);
+    return Wait();
+  }
+
+ private:
+  pid_t id_;
+  int pipe_;
+};
+
+// Why the child failed; empty when it did not.
+std::string Supervise(Child& child, std::chrono::seconds wall, Work& work) {
+  const std::optional<std::string> report = ReadReport(child.Pipe(), Clock::now() + wall, work);
+  const int status = report ? child.Wait() : child.End();
   if (!report || (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU))
     return "reading it never ends";
   if (*report == kDone) return {};
@@ -115,20 +143,19 @@ std::string Supervise(pid_t child, int pipe, std::chrono::seconds wall) {
 
 }  // namespace
 
-std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath) {
+std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
+                                  Work& work) {
   const Limits limits = LimitsFor(path);
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return "no process can be started";
-  const pid_t child = fork();
-  if (child == 0) {
+  const pid_t id = fork();
+  if (id == 0) {
     close(ends[0]);
     RunChild(path, sqlitePath, limits, ends[1]);
   }
+  Child child(id, ends[0]);
   close(ends[1]);
-  std::string failure =
-      child < 0 ? "no process can be started" : Supervise(child, ends[0], limits.wall);
-  close(ends[0]);
-  return failure;
+  return id < 0 ? "no process can be started" : Supervise(child, limits.wall, work);
 }
 
 }  // namespace merivane::store

@@ -7,9 +7,10 @@
 namespace merivane::store {
 
 // There is no fork here: the copy is made by this process, without limits.
-std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath) {
+std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
+                                  Work& work) {
   try {
-    CopyAccessTables(path, sqlitePath);
+    CopyAccessTables(path, sqlitePath, work);
     return {};
   } catch (const std::exception& error) {
     return error.what();

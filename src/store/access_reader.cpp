@@ -24,8 +24,9 @@ bool IsAccessFile(const std::string& path) {
   return text.starts_with(kMark) && (text.ends_with("Jet DB") || text.ends_with("ACE DB"));
 }
 
-void LoadAccessFile(const std::string& path, const std::string& sqlitePath) {
-  const std::string failure = CopyAccessTablesAside(path, sqlitePath);
+void LoadAccessFile(const std::string& path, const std::string& sqlitePath, Work& work) {
+  work.Begin("Reading the Access database", 0);
+  const std::string failure = CopyAccessTablesAside(path, sqlitePath, work);
   if (failure.empty()) return;
   std::error_code ignored;
   std::filesystem::remove(PathOf(sqlitePath), ignored);

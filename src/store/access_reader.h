@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "store/work.h"
+
 namespace merivane::store {
 
 // True for a file that begins as an Access database does (any generation). Paths are UTF-8. A file
@@ -19,6 +21,7 @@ bool IsAccessFile(const std::string& path);
 // crash nor hang the program. A file that can't be read, that has lost rows or long values, or that
 // holds no table ends in a RunTimeError (kDatabaseError) with a description that names the file,
 // and nothing is left at `sqlitePath`.
-void LoadAccessFile(const std::string& path, const std::string& sqlitePath);
+// `work` hears of the wait for that process, which ends with what `work` throws.
+void LoadAccessFile(const std::string& path, const std::string& sqlitePath, Work& work);
 
 }  // namespace merivane::store

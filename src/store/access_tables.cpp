@@ -58,13 +58,14 @@ std::string InsertSql(const std::string& name, std::size_t columns) {
 
 // The library's own bindings can't tell Null from empty text, so each fetched row is cracked anew.
 void CopyRows(sqlite3* database, const Table& table, const std::vector<MdbColumn*>& columns,
-              AccessFields& values) {
+              AccessFields& values, Work& work) {
   const StatementHandle insert =
       PrepareStatement(database, InsertSql(table->name, columns.size()), table->name);
   std::vector<MdbField> fields(columns.size());
   unsigned rows = 0;
   mdb_rewind_table(table.get());
   for (; mdb_fetch_row(table.get()) != 0; ++rows) {
+    work.Beat();
     int start = 0;
     std::size_t size = 0;
     mdb_find_row(table->entry->mdb, static_cast<int>(table->cur_row) - 1, &start, &size);
@@ -78,13 +79,13 @@ void CopyRows(sqlite3* database, const Table& table, const std::vector<MdbColumn
   if (rows < table->num_rows) throw DamagedValue("rows are lost");
 }
 
-bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values) {
+bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values, Work& work) {
   const Table table(mdb_read_table(entry), mdb_free_tabledef);
   if (!table) return false;
   const std::vector<MdbColumn*> columns = ColumnsOf(table);
   if (!CreateTable(database, table->name, columns)) return false;
   try {
-    CopyRows(database, table, columns, values);
+    CopyRows(database, table, columns, values, work);
   } catch (const DamagedValue& damage) {
     throw std::runtime_error(std::string("table ") + table->name + " is damaged (" + damage.what() +
                              ")");
@@ -94,7 +95,7 @@ bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values) 
 
 }  // namespace
 
-void CopyAccessTables(const std::string& path, const std::string& sqlitePath) {
+void CopyAccessTables(const std::string& path, const std::string& sqlitePath, Work& work) {
   const Mdb mdb(mdb_open(path.c_str(), MDB_NOFLAGS), mdb_close);
   if (!mdb) throw std::runtime_error("it can't be opened, is encrypted or is damaged");
   const GPtrArray* catalog = mdb_read_catalog(mdb.get(), MDB_TABLE);
@@ -104,7 +105,7 @@ void CopyAccessTables(const std::string& path, const std::string& sqlitePath) {
   int copied = 0;
   for (unsigned i = 0; i < catalog->len; ++i) {
     auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(catalog, i));
-    if (mdb_is_user_table(entry) != 0 && CopyTable(database.get(), entry, values)) ++copied;
+    if (mdb_is_user_table(entry) != 0 && CopyTable(database.get(), entry, values, work)) ++copied;
   }
   if (copied == 0) throw std::runtime_error("no table of it can be read");
   Execute(database.get(), "COMMIT", sqlitePath);

@@ -139,8 +139,9 @@ std::string IndexHint(const StatementParts& statement) {
   return best == nullptr ? std::string(kNotIndexed) : " indexed by " + best->quotedName;
 }
 
-void AddMissingKeyIndexes(sqlite3* database, const std::string& path) {
+void AddMissingKeyIndexes(sqlite3* database, const std::string& path, Work& work) {
   for (const std::string& sql : MissingIndexes(database, path)) {
+    work.Beat();
     Execute(database, sql.c_str(), path);
   }
 }

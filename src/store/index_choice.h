@@ -5,6 +5,7 @@
 #include <string>
 
 #include "statement.h"
+#include "store/work.h"
 
 namespace merivane::store {
 
@@ -15,7 +16,7 @@ inline constexpr std::string_view kNotIndexed = " not indexed";
 std::string IndexHint(const StatementParts& statement);
 
 // Adds an index for each key that the tables in the database have and no index leads to.
-void AddMissingKeyIndexes(sqlite3* database, const std::string& path);
+void AddMissingKeyIndexes(sqlite3* database, const std::string& path, Work& work);
 bool LacksKeyIndexes(sqlite3* database, const std::string& path);
 
 }  // namespace merivane::store

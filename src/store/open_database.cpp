@@ -60,13 +60,13 @@ DatabaseHandle OpenUnchanged(const std::string& name, FileKind kind) {
 }
 
 // `copy` is this database's alone from now on, and goes with it.
-std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& copy) {
+std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& copy, Work& work) {
   auto engine = std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, true);
   engine->IsCopy(copy);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path, false);
   Execute(engine->Database(), "pragma journal_mode = memory", path);
-  AddMissingKeyIndexes(engine->Database(), path);
+  AddMissingKeyIndexes(engine->Database(), path, work);
   return engine;
 }
 
@@ -76,36 +76,40 @@ bool WasCutOff(sqlite3* database) {
 }
 
 // A transaction that a crash has cut off is undone by writing, so it is undone in a copy.
-std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string& name) {
+std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string& name,
+                                      Work& work) {
   NewFile copy(TemporaryName());
   const NewFile journal(copy.Path() + "-journal");
-  CopyBytes(name, copy.Path(), copy.Path());
-  CopyBytes(name + "-journal", journal.Path(), journal.Path());
-  auto engine = OpenCopy(path, copy.Path());
+  CopyBytes(name, copy.Path(), copy.Path(), work);
+  CopyBytes(name + "-journal", journal.Path(), journal.Path(), work);
+  auto engine = OpenCopy(path, copy.Path(), work);
   copy.LetGo();
   return engine;
 }
 
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
-                                       FileKind kind, bool proven) {
+                                       FileKind kind, bool proven, Work& work) {
   auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true);
-  if (WasCutOff(engine->Database())) return OpenRecovered(path, name);
+  if (WasCutOff(engine->Database())) return OpenRecovered(path, name, work);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path, proven);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
   DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  CopyPages(engine->Database(), memory.get(), path);
+  CopyPages(engine->Database(), memory.get(), path, work);
   SetUp(memory.get(), path);
   auto copy = std::make_shared<Engine>(std::move(memory), path, true);
   copy->IsCopy();
-  AddMissingKeyIndexes(copy->Database(), path);
+  AddMissingKeyIndexes(copy->Database(), path, work);
   return copy;
 }
 
-std::shared_ptr<Engine> OpenAccess(const std::string& path) {
-  const std::string loaded = TemporaryName();
-  LoadAccessFile(path, loaded);
-  return OpenCopy(path, loaded);
+std::shared_ptr<Engine> OpenAccess(const std::string& path, Work& work) {
+  NewFile loaded(TemporaryName());
+  const NewFile journal(loaded.Path() + "-journal");
+  LoadAccessFile(path, loaded.Path(), work);
+  auto engine = OpenCopy(path, loaded.Path(), work);
+  loaded.LetGo();
+  return engine;
 }
 
 }  // namespace
@@ -120,25 +124,32 @@ DatabaseHandle OpenHandle(const std::string& path, int flags) {
   return database;
 }
 
-void CopyPages(sqlite3* from, sqlite3* to, const std::string& path) {
-  sqlite3_backup* copy = sqlite3_backup_init(to, "main", from, "main");
+void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, Work& work) {
+  constexpr int kPages = 64;  // between two steps
+  std::unique_ptr<sqlite3_backup, decltype(&sqlite3_backup_finish)> copy(
+      sqlite3_backup_init(to, "main", from, "main"), &sqlite3_backup_finish);
   if (copy == nullptr) throw DatabaseError(to, path);
-  const int result = sqlite3_backup_step(copy, -1);
-  sqlite3_backup_finish(copy);
+  int result = sqlite3_backup_step(copy.get(), kPages);
+  work.Begin(kCopying, sqlite3_backup_pagecount(copy.get()) / kPages);
+  while (result == SQLITE_OK) {
+    work.Step();
+    result = sqlite3_backup_step(copy.get(), kPages);
+  }
+  copy.reset();  // tells `to` why it failed
   // One that waits in vain for another's writing ends without an error of its own.
   if (result == SQLITE_BUSY || result == SQLITE_LOCKED) throw InUseError(path);
   if (result != SQLITE_DONE) throw DatabaseError(to, path);
 }
 
-std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode,
-                                     const KnownFile& known) {
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, const KnownFile& known,
+                                     Work& work) {
   const FileKind kind = known.inUse ? FileKind::kSqlite : KindOfFile(path);
   if (kind == FileKind::kOther) {
-    if (IsAccessFile(path)) return OpenAccess(path);
+    if (IsAccessFile(path)) return OpenAccess(path, work);
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
   const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
-  return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind, known.proven)
+  return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind, known.proven, work)
                                      : OpenForWriting(path, name, known.proven);
 }
 

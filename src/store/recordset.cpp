@@ -176,8 +176,7 @@ void Recordset::Open() {
   impl_->CheckNotOpen();
   if (impl_->connection == nullptr) throw RunTimeError(kObjectNotSet);
   if (!impl_->connection->engine_) throw RunTimeError(kConnectionInvalid);
-  const Workspace& workspace = impl_->connection->workspace_;
-  if (workspace.OnWork) workspace.OnWork();
+  impl_->connection->workspace_.work->Beat();
   Engine& engine = *impl_->connection->engine_;
   std::vector<Literal> literals;
   SelectShape& shape = engine.FindSelect(impl_->source, literals);

@@ -35,6 +35,7 @@ class Blocks {
  public:
   virtual ~Blocks() = default;
   virtual std::string_view Next() = 0;
+  virtual std::int64_t Size() = 0;
 
  protected:
   std::vector<char> block_ = std::vector<char>(kBlock);
@@ -50,6 +51,11 @@ class FileBlocks : public Blocks {
     file_.read(block_.data(), std::ssize(block_));
     if (file_.bad()) throw FileError(kDeviceIoError, path_);
     return {block_.data(), static_cast<std::size_t>(file_.gcount())};
+  }
+  std::int64_t Size() override {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(PathOf(path_), error);
+    return error ? 0 : static_cast<std::int64_t>(size);
   }
 
  private:
@@ -74,6 +80,8 @@ class OpenDatabaseBlocks : public Blocks {
     return {block_.data(), static_cast<std::size_t>(size)};
   }
 
+  std::int64_t Size() override { return size_; }
+
  private:
   [[noreturn]] void Fail() const { throw FileError(kDeviceIoError, path_); }
 
@@ -89,53 +97,62 @@ void Sync(const std::string& path, const std::string& shown) try {
   throw FileError(error.Number(), shown);
 }
 
-bool AreSame(Blocks& left, Blocks& right) {
+bool AreSame(Blocks& left, Blocks& right, Work& work) {
   for (;;) {
+    work.Step();
     const std::string_view block = left.Next();
     if (block != right.Next()) return false;
     if (block.empty()) return true;
   }
 }
 
-void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown) {
+// A great file goes to the disk little by little, since nothing else is done while it does.
+void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown, Work& work) {
+  constexpr int kBlocksBetweenSyncs = 32;
+  constexpr int kTimes = 2;  // written, then compared
+  work.Begin(kCopying, kTimes * source.Size() / std::int64_t{kBlock});
   errno = 0;
   std::ofstream target(PathOf(to), std::ios::binary);
+  int blocks = 0;
   for (std::string_view block = source.Next(); target && !block.empty(); block = source.Next()) {
     target.write(block.data(), std::ssize(block));
+    work.Step();
+    if (++blocks % kBlocksBetweenSyncs == 0 && target.flush()) Sync(to, shown);
   }
   target.close();
   if (!target) throw WriteFailure(errno, shown);
   Sync(to, shown);
 }
 
-void Compare(Blocks& source, const std::string& to, const std::string& shown) {
+void Compare(Blocks& source, const std::string& to, const std::string& shown, Work& work) {
   FileBlocks copy(to);
-  if (!AreSame(source, copy)) throw FileError(kDeviceIoError, shown);
+  if (!AreSame(source, copy, work)) throw FileError(kDeviceIoError, shown);
 }
 
 }  // namespace
 
-void CopyBytes(const std::string& from, const std::string& to, const std::string& shown) {
+void CopyBytes(const std::string& from, const std::string& to, const std::string& shown,
+               Work& work) {
   FileBlocks source(from);
-  WriteBlocks(source, to, shown);
+  WriteBlocks(source, to, shown, work);
   FileBlocks again(from);
-  Compare(again, to, shown);
+  Compare(again, to, shown, work);
 }
 
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,
-                           const std::string& shown) {
+                           const std::string& shown, Work& work) {
   OpenDatabaseBlocks source(database, from);
-  WriteBlocks(source, to, shown);
+  WriteBlocks(source, to, shown, work);
   OpenDatabaseBlocks again(database, from);
-  Compare(again, to, shown);
+  Compare(again, to, shown, work);
 }
 
 void CopyDatabasePages(sqlite3* database, const std::string& from, const std::string& to,
-                       const std::string& shown) {
+                       const std::string& shown, Work& work) {
   std::int64_t size = 0;
   try {
     const DatabaseHandle target = OpenHandle(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    CopyPages(database, target.get(), from);
+    CopyPages(database, target.get(), from, work);
     const StatementHandle pages = PrepareStatement(
         target.get(), "select page_count * page_size from pragma_page_count, pragma_page_size", to);
     if (sqlite3_step(pages.get()) == SQLITE_ROW) size = sqlite3_column_int64(pages.get(), 0);

@@ -46,17 +46,19 @@ void CheckReplaceable(const std::string& path) {
   if (result == SQLITE_BUSY || result == SQLITE_LOCKED) throw FileError(kPermissionDenied, path);
 }
 
-void CopyTo(const std::string& from, Engine* inUse, const std::string& to,
-            const std::string& shown) {
+void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const std::string& shown,
+            Work& work) {
   constexpr int kPatience = 3000;  // milliseconds
   if (inUse != nullptr && inUse->IsTaken() && !HasLog(from)) {
-    return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown);
+    return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown, work);
   }
-  if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to, shown);
-  if (KindOfFile(from) == FileKind::kOther || !HasJournal(from)) return CopyBytes(from, to, shown);
+  if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to, shown, work);
+  if (KindOfFile(from) == FileKind::kOther || !HasJournal(from)) {
+    return CopyBytes(from, to, shown, work);
+  }
   const DatabaseHandle source = OpenHandle(from, SQLITE_OPEN_READWRITE);
   sqlite3_busy_timeout(source.get(), kPatience);
-  CopyDatabasePages(source.get(), from, to, shown);
+  CopyDatabasePages(source.get(), from, to, shown, work);
 }
 
 bool Holds(const Engine* engine, const std::string& path) {
@@ -120,7 +122,7 @@ void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
   if (!held) CheckReplaceable(to);
   const std::string target = Followed(to);
   const NewFile made(TemporaryNameBeside(target));
-  CopyTo(from, source, made.Path(), to);
+  CopyTo(from, source, made.Path(), to, *work);
   if (fs::exists(PathOf(target), error)) {
     fs::permissions(PathOf(made.Path()), fs::status(PathOf(target), error).permissions(), error);
   }

@@ -278,7 +278,8 @@ TEST_F(ModelToProjectWindow, CancelLeavesEveryFileAsItWas) {
   };
   const auto rowsBefore = rows();
   desktop.ticksPerLook = 200;
-  for (const char* stage : {"Reading the model", "Laying out the plan", "Writing the tasks"}) {
+  for (const char* stage :
+       {"Copying the database", "Reading the model", "Laying out the plan", "Writing the tasks"}) {
     SCOPED_TRACE(stage);
     bool cancelled = false;
     desktop.onProgress = [&](const RunProgress& progress) {
@@ -302,6 +303,24 @@ TEST_F(ModelToProjectWindow, CancelLeavesEveryFileAsItWas) {
               "Cancelled, nothing written; " + plan + " is as it was before the run");
   }
   EXPECT_TRUE(user.boxes.empty());
+}
+
+TEST_F(ModelToProjectWindow, ACancelledPickLeavesTheOneBefore) {
+  const std::string plan = folder.Write("plan.mdb", test::ReadFile(test::TemplateDatabase()));
+  Browse(form, "BrowsedbBt", folder.Path("first.mdb"));
+  desktop.ticksPerLook = 500;
+  desktop.onProgress = [&](const RunProgress& progress) {
+    EXPECT_EQ(progress.stage, "Copying the database");
+    User::Click(window, "progressCancel");
+  };
+  user.steps.push_back(User::Clicks("CmdOverwrite"));
+  Browse(form, "BrowsedbBt", plan);
+  EXPECT_EQ(TextOf(form, "txtDatabase"), folder.Path("first.mdb"));
+  EXPECT_FALSE(std::filesystem::exists(plan + ".bak"));
+  desktop.onProgress = {};
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + folder.Path("first.mdb")));
 }
 
 TEST_F(ModelToProjectWindow, ASourceThatVanishedEndsTheProgramWithItsBox) {

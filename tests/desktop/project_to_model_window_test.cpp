@@ -1,6 +1,10 @@
 #include <QComboBox>
 #include <QRadioButton>
 #include <QTableView>
+#include <QTimer>
+#include <filesystem>
+#include <iterator>
+#include <utility>
 
 #include "desktop_fixture.h"
 #include "keyboard.h"
@@ -36,6 +40,11 @@ class ProjectToModelWindow : public test::DesktopTest {
     EXPECT_TRUE(dialog.isVisible());
     User::Choose(dialog, "comboInterimProject", 0);
     User::Click(dialog, "CmdOK");
+  }
+
+  static std::ptrdiff_t CountFiles(const std::filesystem::path& place) {
+    const std::filesystem::directory_iterator files(place);
+    return std::distance(begin(files), end(files));
   }
 
   static std::string Renamed(std::string plan) {
@@ -154,7 +163,8 @@ TEST_F(ProjectToModelWindow, ACancelledMergeLeavesTheModelAsItWas) {
            CountRows(connection, "ProjectAct");
   };
   ASSERT_EQ(marked(), 0U);
-  for (const char* stage : {"Reading the plan", "Merging the tasks", "Writing the scenarios"}) {
+  for (const char* stage :
+       {"Copying the database", "Reading the plan", "Merging the tasks", "Writing the scenarios"}) {
     SCOPED_TRACE(stage);
     QWidget& form = OpenMpxTab(ChooseMerge);
     Browse(form, "cmdBrowseMPX", mpx);
@@ -171,6 +181,44 @@ TEST_F(ProjectToModelWindow, ACancelledMergeLeavesTheModelAsItWas) {
     EXPECT_EQ(window.Result().toStdString(),
               "Cancelled, nothing written; " + database + " is as it was before the run");
   }
+}
+
+TEST_F(ProjectToModelWindow, APickThatTakesLongKeepsTheWindowAliveAndCanBeCancelled) {
+  const std::string access =
+      folder.Write("access.mdb", std::string("\0\1\0\0Standard Jet DB\0", 20));
+  QWidget& form = OpenToModel();
+  Browse(form, "cmdBrowseDatabase", database);
+  const std::string before = test::ReadFile(database);
+  const auto filesBefore = CountFiles(folder.Path(""));
+  std::string stage;
+  int served = 0;
+  int servedAtLastShow = 0;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++served; });
+  timer.start(0);
+  desktop.ticksPerLook = 200;
+  desktop.onProgress = [&](const RunProgress& progress) {
+    stage = progress.stage;
+    servedAtLastShow = std::exchange(served, 0);
+    auto* dialog = window.findChild<QDialog*>("progress");
+    if (dialog != nullptr) QTest::keyClick(dialog, Qt::Key_Escape);
+  };
+  qputenv("TMPDIR", folder.Path("").c_str());
+  Browse(form, "cmdBrowseDatabase", access);
+  qunsetenv("TMPDIR");
+  EXPECT_EQ(stage, "Reading the Access database");
+  EXPECT_GT(servedAtLastShow, 0);
+  EXPECT_EQ(TextOf(form, "txtDatabase"), database);
+  EXPECT_EQ(User::Get<QComboBox>(form, "comboProject").count(), 1);
+  SelectTab(form, "SSTabInput", 1);
+  user.steps.emplace_back([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  Browse(form, "cmdInterimDB", database);
+  EXPECT_EQ(stage, "Copying the database");
+  EXPECT_GT(servedAtLastShow, 0);
+  EXPECT_EQ(TextOf(form, "txtInterimDB"), "");
+  EXPECT_EQ(test::ReadFile(database), before);
+  EXPECT_EQ(CountFiles(folder.Path("")), filesBefore);
+  EXPECT_TRUE(user.boxes.empty()) << user.boxes.front();
 }
 
 TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {

@@ -63,7 +63,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   SetDeadline(kPatience);
   try {
-    merivane::store::CopyAccessTables(file.Path(), loaded);
+    merivane::store::Work nobody;
+    merivane::store::CopyAccessTables(file.Path(), loaded, nobody);
   } catch (const std::exception&) {
   }
   SetDeadline(0);

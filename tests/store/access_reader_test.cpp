@@ -105,7 +105,8 @@ TEST(AccessReader, ADamagedFileLoadsOrEndsInAMessage) {
   int refused = 0;
   const auto load = [&](const std::string& bytes) {
     try {
-      LoadAccessFile(folder.Write("damaged.mdb", bytes), target);
+      Work nobody;
+      LoadAccessFile(folder.Write("damaged.mdb", bytes), target, nobody);
     } catch (const RunTimeError& error) {
       ++refused;
       EXPECT_NE(error.Description().find("damaged.mdb"), std::string::npos) << error.Description();

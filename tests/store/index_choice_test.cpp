@@ -89,7 +89,8 @@ TEST(IndexChoice, AddsTheKeysThatAForeignFileLacks) {
   Recordset people;
   people.OpenStatic("select * from MSP_RESOURCES where RES_Name = 'anna'", &reader);
   EXPECT_EQ(people.RecordCount(), 2);
-  AddMissingKeyIndexes(raw, path);
+  Work nobody;
+  AddMissingKeyIndexes(raw, path, nobody);
   EXPECT_FALSE(LacksKeyIndexes(raw, path));
   for (const char* sql : {"select * from MSP_LINKS where LINK_PRED_UID = 2 and PROJ_ID = 1",
                           "select * from MSP_RESOURCES where RES_NAME = 'x'"}) {

@@ -2,13 +2,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "platform/desktop.h"
+#include "store/work.h"
 
 namespace merivane::program {
 
 using namespace platform;
+using namespace store;
 
 // Thrown where the user cancels a run. It is no std::exception, so that no guard takes it for a
 // failure.
@@ -16,7 +19,7 @@ struct RunCancelled {};
 
 // Counting is cheap: the clock is looked at only once in many steps, more often where they are
 // slow. Outside of a run nothing is told.
-class Progress {
+class Progress final : public Work {
  public:
   // The desktop outlives it.
   explicit Progress(Desktop& desktop) : desktop_(desktop) {}
@@ -34,14 +37,14 @@ class Progress {
   };
 
   // A part of the run begins, of `total` rows; 0 where that isn't known.
-  void Begin(std::string stage, std::int64_t total);
+  void Begin(std::string stage, std::int64_t total) override;
   // One row more. Throws RunCancelled, as Beat does.
-  void Step() {
+  void Step() override {
     ++state_.done;
     Beat();
   }
   // Work without rows goes on.
-  void Beat() {
+  void Beat() override {
     if (--stepsLeft_ <= 0) Look();
   }
 
@@ -57,5 +60,8 @@ class Progress {
   std::int64_t breathed_ = 0;
   std::int64_t shown_ = 0;
 };
+
+// Runs the work as a run of its own. False where the user has cancelled it.
+bool RunUnlessCancelled(Progress& progress, const std::function<void()>& work);
 
 }  // namespace merivane::program

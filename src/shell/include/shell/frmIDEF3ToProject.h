@@ -75,9 +75,10 @@ class frmIDEF3ToProject : public Form {
 
  private:
   void BrowseDatabase(TextBox& box);
-  void SettleDatabase(const std::string& path);
-  void CopyTemplate(const std::string& path);
-  void AppendTo(const std::string& path);
+  // False after Cancel, which leaves the connection as it was.
+  bool SettleDatabase(const std::string& path);
+  bool CopyTemplate(const std::string& path);
+  bool AppendTo(const std::string& path);
   void TakeNextNumber();
   // Keeps other processes from writing until the run is over, and takes the project's number anew
   // where one has written since the database was picked. False when it is told that it can't.

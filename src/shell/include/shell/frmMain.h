@@ -42,7 +42,8 @@ class frmMain : public Form {
 
   std::string HelpFile;  // set at the end of start-up
 
-  Workspace& workspace;  // of the program
+  Workspace& workspace;  // of the program, as the next one
+  Progress& progress;
 
   ApplicationPaths paths;
   frmIDEF3ToProject modelToProject;

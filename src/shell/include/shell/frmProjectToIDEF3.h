@@ -86,7 +86,14 @@ class frmProjectToIDEF3 : public Form {
   bool TranslateFile();
   void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
   void BrowseInterimDb(TextBox& box);
-  void MakeInterimDb(const std::string& path);
+  // False after Cancel, which leaves what was picked before.
+  bool OpenProjectDb(const std::string& path);
+  void ListProjects(const std::string& path);
+  // False after Cancel, which leaves no database picked.
+  bool MakeInterimDb(TextBox& box);
+  bool OpenInterim(TextBox& box);
+  bool RunInterimPick(TextBox& box, const std::function<void()>& work);
+  void AskForMerge(TextBox& box);
   void ChooseForExistingInterimDb(TextBox& box);
   // For a merge: keeps other processes from writing until it is over, and tells whoever keeps a
   // copy.

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include "store/work.h"
 
 namespace merivane::store {
 
@@ -29,9 +30,8 @@ class Workspace {
   Workspace(const Workspace&) = delete;
   Workspace& operator=(const Workspace&) = delete;
 
-  // Called now and then while statements run; what it throws leaves the call of the record set
-  // that ran one.
-  std::function<void()> OnWork;
+  // Told while statements run, files are copied and Access files are loaded.
+  Work* work = &nobody_;
 
   // Commits what every connection has written so far. For the end of a handler (errors come up) ...
   void CommitAll();
@@ -51,6 +51,7 @@ class Workspace {
  private:
   friend class Connection;
   struct State;
+  Work nobody_;
   std::unique_ptr<State> state_;
 };
 

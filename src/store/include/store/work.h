@@ -1,0 +1,19 @@
+// How work that takes its time tells that it goes on.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace merivane::store {
+
+// Nobody listens to this one. What a listener throws leaves the work.
+class Work {
+ public:
+  virtual ~Work() = default;
+  // A part begins, of `total` steps; 0 where that isn't known.
+  virtual void Begin(std::string /*stage*/, std::int64_t /*total*/) {}
+  virtual void Step() {}
+  virtual void Beat() {}  // without a step
+};
+
+}  // namespace merivane::store
