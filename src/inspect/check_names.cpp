@@ -26,9 +26,29 @@ std::unordered_set<std::int32_t> Decomposed(const Model& model) {
   return units;
 }
 
+// A number that is read otherwise than it was meant.
+void CheckDays(const Place& place, const std::string& duration, std::vector<Finding>& findings) {
+  const double days = ToDouble(duration);
+  if (Holds(duration, ",")) {
+    findings.push_back(FindingAt(Severity::kWarning, place,
+                                 "Commas don't count in its cycle time '" + duration +
+                                     "'; the plan takes " + FixedTwo(days) + " days.",
+                                 "Write a point in front of a fraction, and no other marks."));
+  } else if (days < 0) {
+    findings.push_back(FindingAt(Severity::kWarning, place,
+                                 "Its cycle time '" + duration +
+                                     "' is negative, so that its task "
+                                     "ends before it starts.",
+                                 "Give it a cycle time of 0 or more days."));
+  }
+}
+
 void CheckCycleTime(const Model& model, const Unit& unit, std::vector<Finding>& findings) {
   const std::string& duration = unit.duration;
-  if (IsNumericText(duration)) return;
+  if (IsNumericText(duration)) {
+    CheckDays(model.At(unit.place), duration, findings);
+    return;
+  }
   findings.push_back(FindingAt(
       Severity::kWarning, model.At(unit.place),
       duration.empty() ? "It has no cycle time; the plan takes one day."

@@ -31,12 +31,22 @@ void CheckObjects(const Model& model, std::vector<Finding>& findings) {
     usedNames.insert(use.name);
   }
   std::unordered_set<std::string> aliases;
+  std::unordered_set<std::int32_t> numbers;
   for (const ObjectEntry& object : model.objects) {
     const Place& place = model.At(object.place);
     aliases.insert(object.alias);
+    numbers.insert(place.number);
     if (usedNumbers.contains(place.number) || usedNames.contains(place.name)) continue;
     findings.push_back(FindingAt(Severity::kWarning, place, "No unit uses this object.",
                                  "Leave it out, or add it to the units that need it."));
+  }
+  for (const ObjectUse& use : model.objectUses) {
+    if (numbers.contains(use.object)) continue;
+    findings.push_back(FindingAt(Severity::kWarning, model.At(use.unit),
+                                 "Its object " + std::to_string(use.object) + " '" + use.name +
+                                     "' is not in the object pool, so that the plan doesn't have "
+                                     "it.",
+                                 "Write the number of an object of the pool."));
   }
   for (const Unit& unit : model.units) {
     if (unit.laborRule == kNoRule) continue;

@@ -53,6 +53,7 @@ struct Unit {
 };
 
 struct ObjectUse {
+  std::size_t unit;  // its place
   std::int32_t object;
   std::string name;
 };

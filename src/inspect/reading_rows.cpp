@@ -177,7 +177,7 @@ void Reading::AddUnit(Cells cells) {
 void Reading::AddObjectUse(Cells cells) {
   TakeCarried(cells, unitPlace_);
   model_.objectUses.push_back(
-      {ToInt32(Get(cells, "Object_Occ_Num")), Joined(Get(cells, "Object_Name"))});
+      {unitPlace_, ToInt32(Get(cells, "Object_Occ_Num")), Joined(Get(cells, "Object_Name"))});
 }
 
 void Reading::ChangeUnit(Cells cells) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -63,6 +64,7 @@ class Trial : public PathListener {
       TranslateToProject(state, "");
       ThrowMachineFault(desktop_);
       ReportBoxes(boxes);
+      ReportLeftOut(*state.gMspConn);
     } catch (const ProgramEnd&) {
       ThrowMachineFault(desktop_);
       const std::vector<std::string> boxes = desktop_.MessageTexts();
@@ -132,6 +134,7 @@ class Trial : public PathListener {
                                       return model_.At(scenario.place).name == form.List1.front();
                                     });
     std::string names;
+    asked_.insert(form.List1.begin(), form.List1.end());
     for (const std::string& name : form.List1) names += (names.empty() ? "'" : ", '") + name + "'";
     findings_.push_back(FindingAt(
         Severity::kError, model_.At(asked->place),
@@ -140,6 +143,41 @@ class Trial : public PathListener {
             "' and put the scenario to translate last, or choose when asked."));
     form.ListIndex = 0;
     form.Command1();
+  }
+
+  // Scenarios that stay out of the plan, though the unit that they decompose goes there.
+  void ReportLeftOut(Connection& connection) {
+    std::unordered_set<std::int32_t> units;
+    std::unordered_set<std::int32_t> scenarios;
+    Recordset rows;
+    rows.OpenStatic(
+        "Select Use_Num, Scenario_Num from Activity_in_Scenario where Msp_ProjID = 1 and "
+        "Send_to_Project = 1",
+        &connection);
+    for (; !rows.Eof(); rows.MoveNext()) {
+      units.insert(ToInt32(rows.Field(0)));
+      scenarios.insert(ToInt32(rows.Field(1)));
+    }
+    std::unordered_set<std::int32_t> filled;
+    for (const Unit& unit : model_.units) filled.insert(unit.scenario);
+    for (const ScenarioEntry& scenario : model_.scenarios) {
+      const Place& place = model_.At(scenario.place);
+      if (scenarios.contains(place.number) || !filled.contains(place.number)) continue;
+      if (scenario.parent != 0 && !units.contains(scenario.parent)) continue;
+      if (!asked_.contains(place.name)) ReportLeftOut(scenario, place);
+    }
+  }
+
+  void ReportLeftOut(const ScenarioEntry& scenario, const Place& place) {
+    const bool alone = std::count_if(model_.scenarios.begin(), model_.scenarios.end(),
+                                     [&](const ScenarioEntry& other) {
+                                       return other.parent == scenario.parent;
+                                     }) == 1;
+    findings_.push_back(FindingAt(
+        Severity::kWarning, place,
+        std::string("Nothing of it reaches the plan, since ") +
+            (alone ? "its paths leave out all its units." : "another scenario is chosen."),
+        "Change the facts of the model if it is meant."));
   }
 
   // Boxes that don't end the translation.
@@ -303,6 +341,7 @@ class Trial : public PathListener {
   ScriptedDesktop desktop_;
   std::unordered_map<std::int32_t, const Junction*> junctions_;
   std::unordered_map<std::int32_t, const Unit*> units_;
+  std::set<std::string> asked_;  // names of scenarios that were offered
   const Junction* lastFanOut_ = nullptr;
   const Junction* pathFrom_ = nullptr;  // the last that had a fact of its own
 };

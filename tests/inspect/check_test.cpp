@@ -160,9 +160,14 @@ INSTANTIATE_TEST_SUITE_P(
                {"Process  one: error: process: A number is expected here, and 'one' is "
                 "none."},
                true),
-        OfText("FiveDigits", "Object  1|", "Object  12345|",
-               {"Object  12345: error: object 12345: The number 12345 has more than four "
-                "digits; it is read as 1234."}),
+        OfText(
+            "FiveDigits", "Object  1|", "Object  12345|",
+            {"Object  12345: error: object 12345: The number 12345 has more than four "
+             "digits; it is read as 1234.",
+             "    Process  1  #1: warning: unit 1 'Cut': Its object 1 'Saw' is not in the object "
+             "pool, so that the plan doesn't have it.",
+             "    Process  1  #2: warning: unit 2 'Sand': Its object 1 'Saw' is not in the "
+             "object pool, so that the plan doesn't have it."}),
         OfText("SixteenBits", "#2|      Name", "#32768|      Name",
                {"    Process  1  #32768: error: unit 32768: A number in '1  #32768' is "
                 "beyond 32,767."},
@@ -243,6 +248,12 @@ INSTANTIATE_TEST_SUITE_P(
             {"  Link  21: error: link 21 'X to J11': It gives no ID of its own, and the 'J12' that "
              "it takes over is no number."},
             true},
+        Row{"ScenarioThatAFactLeavesOut",
+            ModelOf(With(Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
+                             Scenario("2", "Yard", "", Unit("2", "Sand")),
+                         Fact("1", "Choose Yard"))),
+            {"Scenario  1: warning: scenario 1 'Shop': Nothing of it reaches the plan, since "
+             "another scenario is chosen."}},
         Row{"PathFactWithoutPath",
             ModelOf(With(Fork("XOR", kPathFact), Fact("1", "PathAt", "Roof|"))),
             {"  Junction  11: warning: junction 11 'J11': The glossary of its path fact names no "
@@ -345,6 +356,17 @@ INSTANTIATE_TEST_SUITE_P(
                     Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand")),
                     {"    Process  1  #2: warning: unit 2 'Sand': Nothing leads to it, and its "
                      "scenario begins with unit 1 'Cut' (line 135) already."}),
+        OfText(
+            "ObjectOutsideThePool", "1  (Saw)", "7  (Axe)",
+            {"    Process  1  #1: warning: unit 1 'Cut': Its object 7 'Axe' is not in the object "
+             "pool, so that the plan doesn't have it."}),
+        Row{"CycleTimesThatAreReadOtherwise",
+            Changed(Blank("Cycle-Time:  2", "Cycle-Time:  1,5"), "Cycle-Time:  2",
+                    "Cycle-Time:  -2"),
+            {"    Process  1  #1: warning: unit 1 'Cut': Commas don't count in its cycle time "
+             "'1,5'; the plan takes 15.00 days.",
+             "    Process  1  #2: warning: unit 2 'Sand': Its cycle time '-2' is negative, so that "
+             "its task ends before it starts."}},
         Row{"CycleTimes",
             Changed(Blank("Cycle-Time:  2", "Cycle-Time:  Norm(3,1)"), "Cycle-Time:  2",
                     "Cycle-Time:  "),
