@@ -51,10 +51,14 @@ ResultModel* ModelOf(const std::vector<MergeChange>& changes) {
 
 QString SummaryOf(const inspect::MergePreview& preview) {
   if (!preview.merged) return "The merge would stop. Nothing was changed.";
-  if (preview.changes.empty()) return "The merge would change nothing.";
-  return QStringLiteral("The merge would make %1 change%2. Nothing was changed yet.")
-      .arg(preview.changes.size())
-      .arg(QLatin1String(preview.changes.size() == 1 ? "" : "s"));
+  QString summary = "The merge would change nothing.";
+  if (!preview.changes.empty()) {
+    summary = QStringLiteral("The merge would make %1 change%2. Nothing was changed yet.")
+                  .arg(preview.changes.size())
+                  .arg(QLatin1String(preview.changes.size() == 1 ? "" : "s"));
+  }
+  for (const Message& box : preview.boxes) summary += " Message: " + ToQt(box.text).simplified();
+  return summary;
 }
 
 }  // namespace

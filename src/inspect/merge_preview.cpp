@@ -59,12 +59,31 @@ struct Explanation {
   std::string advice;
 };
 
+// A box as one sentence of a line.
+std::string SentenceOf(const std::string& box) {
+  std::string text;
+  for (const char letter : box) {
+    const bool isBlank = letter == ' ' || letter == '\r' || letter == '\n';
+    if (!isBlank) {
+      text += letter;
+    } else if (!text.empty() && text.back() != ' ') {
+      text += ' ';
+    }
+  }
+  text = Trim(text);
+  return text.empty() || text.back() == '.' ? text : text + '.';
+}
+
 Explanation ExplainTask(const std::string& description) {
   if (description == ErrorText(kTypeMismatch)) {
     return {"The task was moved under another summary task, which stops the merge.",
             "Move it back to where it was, or build a new model by overwriting."};
   }
-  return {"The task can't be taken over: " + description + ".",
+  if (description == ErrorText(kNoCurrentRecord)) {
+    return {"The task is indented below no summary task, which stops the merge.",
+            "Put it back on its outline level, or build a new model by overwriting."};
+  }
+  return {"The task can't be taken over: " + SentenceOf(description),
           "Mend the task in the plan, or build a new model by overwriting."};
 }
 
@@ -87,23 +106,8 @@ Explanation ExplainLinks(const PlanTask& task, const std::string& description) {
             "Take the circle out of the model, or the predecessors '" + task.predecessors +
                 "' out of the plan."};
   }
-  return {"Its predecessors '" + task.predecessors + "' stop the merge: " + description + ".",
+  return {"Its predecessors '" + task.predecessors + "' stop the merge: " + SentenceOf(description),
           "Put the predecessors back as they were, or build a new model by overwriting."};
-}
-
-// A box as one sentence of a line.
-std::string SentenceOf(const std::string& box) {
-  std::string text;
-  for (const char letter : box) {
-    const bool isBlank = letter == ' ' || letter == '\r' || letter == '\n';
-    if (!isBlank) {
-      text += letter;
-    } else if (!text.empty() && text.back() != ' ') {
-      text += ' ';
-    }
-  }
-  text = Trim(text);
-  return text.empty() || text.back() == '.' ? text : text + '.';
 }
 
 // A resource or a task of an MPX file, by the number that its line begins with.

@@ -131,6 +131,11 @@ INSTANTIATE_TEST_SUITE_P(
             {"stop: task 2 'Set up the desk': The task was moved under another summary task, which "
              "stops the merge."},
             false},
+        Row{"TaskIndented",
+            {{"Open the personnel file,1.00d,Yes,1", "Open the personnel file,1.00d,Yes,2"}},
+            {"stop: task 1 'Open the personnel file': The task is indented below no summary task, "
+             "which stops the merge."},
+            false},
         Row{"NameWithComma",
             {{"Set up the desk", "\"Set up, the desk\""}},
             {"stop: task 2: In line 30 of the file: Merivane requires that Task names do not have "
