@@ -21,8 +21,8 @@ constexpr std::array kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
 constexpr std::array kWeekdays{"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
 
 double MinutesOf(const DateTime& date) {
-  const chr::sys_days day =
-      chr::year(date.year) / static_cast<unsigned>(date.month) / static_cast<unsigned>(date.day);
+  const chr::sys_days day = chr::year(date.year) / chr::month(static_cast<unsigned>(date.month)) /
+                            chr::day(static_cast<unsigned>(date.day));
   return static_cast<double>(day.time_since_epoch().count()) * kMinutesOfDay + date.seconds / 60.0;
 }
 
