@@ -1,7 +1,6 @@
 #include "program/progress.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace merivane::program {
 
@@ -28,8 +27,8 @@ Progress::Run::~Run() {
   progress_.desktop_.EndProgress();
 }
 
-void Progress::Begin(std::string stage, std::int64_t total) {
-  state_ = {std::move(stage), 0, total};
+void Progress::Begin(const std::string& stage, std::int64_t total) {
+  state_ = {stage, 0, total};
   stepsBetweenLooks_ = stepsLeft_ = 1;  // how long a row of it takes isn't known yet
 }
 

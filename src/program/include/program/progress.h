@@ -37,7 +37,7 @@ class Progress final : public Work {
   };
 
   // A part of the run begins, of `total` rows; 0 where that isn't known.
-  void Begin(std::string stage, std::int64_t total) override;
+  void Begin(const std::string& stage, std::int64_t total) override;
   // One row more. Throws RunCancelled, as Beat does.
   void Step() override {
     ++state_.done;

@@ -11,7 +11,7 @@ class Work {
  public:
   virtual ~Work() = default;
   // A part begins, of `total` steps; 0 where that isn't known.
-  virtual void Begin(std::string /*stage*/, std::int64_t /*total*/) {}
+  virtual void Begin(const std::string& /*stage*/, std::int64_t /*total*/) {}
   virtual void Step() {}
   virtual void Beat() {}  // without a step
 };
