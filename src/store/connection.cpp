@@ -64,6 +64,7 @@ void Connection::Open(const std::string& connectionText, OpenMode mode) {
       OpenDatabase(databaseName_, mode, {inUse, written && proven == written}, *workspace_.work);
   proven = written;
   versionProven_ = VersionOf(engine_->Database(), databaseName_);
+  engine_->OnWait(*workspace_.work);
   engine_->OnBusy([this] { workspace_.state_->CommitOthers(databaseName_, this); });
 }
 

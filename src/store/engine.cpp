@@ -67,7 +67,16 @@ int Engine::Busy(void* self, int count) {
     return 1;
   }
   std::this_thread::sleep_for(kPause);
-  return 1;
+  return engine.MayWait() ? 1 : 0;
+}
+
+// SQLite's code, which knows no exceptions, stands between here and who asked it to wait.
+bool Engine::MayWait() try {
+  if (work_ != nullptr) work_->Beat();
+  return true;
+} catch (...) {
+  waitEnd_ = std::current_exception();
+  return false;
 }
 
 TableData& Engine::FindTable(std::string_view name) {
@@ -123,10 +132,12 @@ void Engine::CheckWritable() const {
 void Engine::BeginWrite() {
   if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) return;
   inTransaction_ = false;
+  waitEnd_ = nullptr;
   CheckWritable();
   constexpr const char* kBegin = "begin immediate";
   // Who reads is not made to wait by SQLite but refused at once, so reading is put off.
   if (sqlite3_exec(Database(), kBegin, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    if (waitEnd_) std::rethrow_exception(waitEnd_);
     if (sqlite3_txn_state(Database(), nullptr) == SQLITE_TXN_NONE) {
       throw DatabaseError(Database(), path_);
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <span>
@@ -13,6 +14,7 @@
 #include "hardening.h"
 #include "select_shape.h"
 #include "statement.h"
+#include "store/work.h"
 #include "table_data.h"
 
 namespace merivane::store {
@@ -53,6 +55,9 @@ class Engine {
 
   // Called once when another connection keeps this one waiting; it may free the file.
   void OnBusy(std::function<void()> callback);
+  // Told while another process keeps this one waiting. What it throws ends the wait; BeginWrite
+  // passes it on, every other call ends in error 70.
+  void OnWait(Work& work) { work_ = &work; }
   bool IsWaiting() const { return waiting_; }  // that call runs: nothing may be done here
   // The rows come from a copy: `path` names where they came from, and the file there is not held.
   void IsCopy(std::string ownFile = "") {  // deleted at the end
@@ -89,6 +94,7 @@ class Engine {
   TableData& FindTable(std::string_view name);
   void LetGo();
   static int Busy(void* engine, int count);
+  bool MayWait();
 
   DatabaseHandle database_;
   std::string path_;
@@ -101,6 +107,8 @@ class Engine {
   std::int64_t changesBefore_ = 0;  // of the transaction
   bool inTransaction_ = false;
   bool waiting_ = false;
+  Work* work_ = nullptr;
+  std::exception_ptr waitEnd_;
   SplitStatement split_;
   std::vector<std::unique_ptr<TableData>> tables_;
   std::unordered_map<std::string, std::unique_ptr<SelectShape>> selects_;

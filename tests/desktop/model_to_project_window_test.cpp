@@ -323,6 +323,19 @@ TEST_F(ModelToProjectWindow, ACancelledPickLeavesTheOneBefore) {
   EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + folder.Path("first.mdb")));
 }
 
+TEST_F(ModelToProjectWindow, TheWaitForAnotherProgramCanBeCancelled) {
+  const std::string plan = folder.Path("plan.mdb");
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(form, "BrowsedbBt", plan);
+  const Locked other(plan);
+  desktop.ticksPerLook = 500;
+  desktop.onProgress = [&](const RunProgress&) { User::Click(window, "progressCancel"); };
+  User::Click(form, "cmdOK");
+  EXPECT_EQ(window.Result().toStdString(),
+            "Cancelled, nothing written; " + plan + " is as it was before the run");
+  EXPECT_TRUE(user.boxes.empty()) << user.boxes.front();
+}
+
 TEST_F(ModelToProjectWindow, ASourceThatVanishedEndsTheProgramWithItsBox) {
   const std::string text = folder.Write("model.txt", "x");
   Browse(form, "cmdBrowseText", text);

@@ -30,7 +30,8 @@ class Workspace {
   Workspace(const Workspace&) = delete;
   Workspace& operator=(const Workspace&) = delete;
 
-  // Told while statements run, files are copied and Access files are loaded.
+  // Told while statements run or wait for another process, files are copied and Access files are
+  // loaded. Set before the first connection is opened.
   Work* work = &nobody_;
 
   // Commits what every connection has written so far. For the end of a handler (errors come up) ...
