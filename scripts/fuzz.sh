@@ -43,9 +43,13 @@ for target in "${targets[@]}"; do
     -entropic=0 -timeout=20 -rss_limit_mb=2048 -print_final_stats=1)
   [ -z "${RUNS:-}" ] || options+=(-runs="$RUNS")
   [ ! -f "$target.dict" ] || options+=(-dict="$target.dict")
-  [ "$target" != access ] || options+=(-handle_segv=0 -handle_bus=0 -handle_fpe=0 -handle_abrt=0)
+  leaks=1  # the library that reads Access files is left in the middle of a case
+  if [ "$target" = access ]; then
+    leaks=0
+    options+=(-handle_segv=0 -handle_bus=0 -handle_fpe=0 -handle_abrt=0)
+  fi
   echo "== $target"
-  "bin/fuzz_$target" "${options[@]}" "corpus/$target" "seeds/$target" 2> "$target.log" ||
+  ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=$leaks "bin/fuzz_$target" "${options[@]}" "corpus/$target" "seeds/$target" 2> "$target.log" ||
     { tail -60 "$target.log"; exit 1; }
   grep -E 'cov:|stat::' "$target.log" | tail -8
 done
