@@ -14,17 +14,19 @@ using namespace neutraltext;
 
 namespace {
 
-// Why the database can't take a project under this number; nothing where it can.
+// Why the database can't take a further project; nothing where it can. Another program may have
+// added one since it was picked: the number is taken for good once the database is this run's.
 std::optional<std::string> AppendRefusal(Session& session, const ToProjectOptions& options) {
-  const std::int16_t number = session.program.modelToProject.gMspProjId;
   const auto projects = ListProjects(session.program.workspace, options.database);
   if (projects.empty()) {
     return options.database + " holds no project: say --overwrite instead of --append.";
   }
+  const auto& last = projects.back().id;
+  const std::int32_t number = last ? *last + 1 : 0;
   const bool taken = std::any_of(projects.begin(), projects.end(),
                                  [&](const ProjectRow& project) { return project.id == number; });
-  if (number > 0 && !taken) return std::nullopt;
-  const auto& last = projects.back().id;
+  constexpr std::int32_t kMost = 32767;
+  if (number > 0 && number <= kMost && !taken) return std::nullopt;
   return options.database + " can't take a further project: its number would follow that of the " +
          "last one, " + (last ? std::to_string(*last) : "none") +
          ", must be free and end at 32767.";
