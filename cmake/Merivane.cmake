@@ -11,6 +11,13 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_link_options(merivane_options INTERFACE -Werror=odr -Werror=lto-type-mismatch
                       -Wno-stringop-overflow)  # false in GCC 12 for joined texts
 endif()
+# Windows programs are the same bytes wherever and whenever they are built.
+if(WIN32)
+  add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>"
+                      "$<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>")
+  add_link_options(-Wl,--no-insert-timestamp)
+  set(CMAKE_AUTORCC_OPTIONS --format-version 1)  # later ones hold the times of the files
+endif()
 if(MERIVANE_SANITIZE)
   target_compile_options(merivane_options INTERFACE -fsanitize=address,undefined
                          -fno-sanitize-recover=all -fno-omit-frame-pointer
@@ -18,15 +25,21 @@ if(MERIVANE_SANITIZE)
   target_link_options(merivane_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# merivane_library(NAME [libraries it may use...]): every .cpp of the folder, its include/ folder.
-# Files named *_windows.cpp and *_posix.cpp belong to Windows or to the others only.
-function(merivane_library name)
+# merivane_sources(VARIABLE): every .cpp of the folder, but for those named *_windows and *_posix (or so
+# and _test) that belong to another system.
+function(merivane_sources variable)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   if(WIN32)
-    list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+    list(FILTER sources EXCLUDE REGEX "_posix(_test)?\\.cpp$")
   else()
-    list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+    list(FILTER sources EXCLUDE REGEX "_windows(_test)?\\.cpp$")
   endif()
+  set(${variable} ${sources} PARENT_SCOPE)
+endfunction()
+
+# merivane_library(NAME [libraries it may use...]): every .cpp of the folder, its include/ folder.
+function(merivane_library name)
+  merivane_sources(sources)
   add_library(merivane_${name} STATIC ${sources})
   target_include_directories(merivane_${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/include
                              PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
@@ -35,9 +48,13 @@ endfunction()
 
 # merivane_test(NAME libraries...): every *_test.cpp of the folder as one test program.
 function(merivane_test name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  merivane_sources(sources)
   if(NOT sources)
     return()
+  endif()
+  set(drive)
+  if(WIN32 AND CMAKE_CROSSCOMPILING)
+    set(drive Z:)  # which has the builder's own files
   endif()
   add_executable(merivane_test_${name} ${sources})
   target_include_directories(merivane_test_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
@@ -45,9 +62,9 @@ function(merivane_test name)
   target_link_libraries(merivane_test_${name} PRIVATE ${ARGN} merivane_options GTest::gtest
                         GTest::gmock GTest::gtest_main)
   target_compile_definitions(merivane_test_${name} PRIVATE
-    MERIVANE_SAMPLES="${CMAKE_SOURCE_DIR}/samples"
-    MERIVANE_BIN="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
-    MERIVANE_PLANS="${CMAKE_SOURCE_DIR}/../shared/plans")
+    MERIVANE_SAMPLES="${drive}${CMAKE_SOURCE_DIR}/samples"
+    MERIVANE_BIN="${drive}${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    MERIVANE_PLANS="${drive}${CMAKE_SOURCE_DIR}/../shared/plans")
   add_dependencies(merivane_test_${name} merivane_template)
   gtest_discover_tests(merivane_test_${name} DISCOVERY_TIMEOUT 60 PROPERTIES
     TIMEOUT 300 ENVIRONMENT QT_QPA_PLATFORM=offscreen)

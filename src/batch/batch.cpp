@@ -158,6 +158,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   CommandLine line;
   CLI::App app("Translates between IDEF3 process models (Neutral Text) and project plans.",
                "merivane-batch");
+  app.allow_windows_style_options(false);  // a name may begin with "/" on every system
   app.set_version_flag("--version", std::string("merivane-batch ") + MERIVANE_VERSION);
   app.require_subcommand(1);
   app.footer(kFooter);

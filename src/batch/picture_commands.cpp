@@ -9,10 +9,12 @@ using namespace pictures;
 
 namespace {
 
-void AddOutput(CLI::App* command, std::string& output, bool& force, const char* what) {
-  AddName(command, "--output", output, what)->required();
+void AddOutput(CLI::App* command, std::string& output, bool& force, const std::string& what) {
+  AddName(command, "--output", output, what.c_str())->required();
   command->add_flag("--force", force, "replace an output that exists");
 }
+
+std::string PictureToWrite() { return "picture to write (" + PictureEndingWords() + ")"; }
 
 }  // namespace
 
@@ -26,7 +28,7 @@ CLI::App* AddDraw(CLI::App& app, DrawOptions& options) {
       command->add_option("--project", options.project, "id or name of the project to draw");
   command->add_option("--scenario", options.scenario, "draw this one alone (default: all)");
   command->add_flag("--objects", options.objects, "list the objects of each unit below it");
-  AddOutput(command, options.output, options.force, "picture to write (.svg, .png, .pdf)");
+  AddOutput(command, options.output, options.force, PictureToWrite());
   database->needs(project)->excludes(model);
   project->needs(database);
   command->callback([&options] {
@@ -42,7 +44,7 @@ CLI::App* AddChart(CLI::App& app, ChartOptions& options) {
   AddName(command, "DATABASE", options.database, "plan database (.mdb)")->required();
   command->add_option("--project", options.project, "id or name of the project to draw")
       ->required();
-  AddOutput(command, options.output, options.force, "picture to write (.svg, .png, .pdf)");
+  AddOutput(command, options.output, options.force, PictureToWrite());
   return command;
 }
 
@@ -61,7 +63,7 @@ CLI::App* AddReport(CLI::App& app, ReportOptions& options) {
 bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
                       bool force) {
   if (!pictures::IsPictureName(output)) {
-    session.Say(output + " is no name of a picture: .svg, .png or .pdf.");
+    session.Say(output + " is no name of a picture: " + PictureEndingWords() + ".");
     return true;
   }
   files.push_back({"--output", output, true, force ? "" : "--force to replace it"});

@@ -118,13 +118,18 @@ void PictureWindow::Search(bool anew) {
 }
 
 void PictureWindow::Export() {
+  std::string patterns;
+  for (const std::string& ending : pictures::PictureEndings()) {
+    patterns += (patterns.empty() ? "*" : " *") + ending;
+  }
   const std::string path =
-      desktop_.AskFileName({"Pictures (*.svg *.png *.pdf)|*.svg", "Export picture"});
+      desktop_.AskFileName({"Pictures (" + patterns + ")|*.svg", "Export picture"});
   if (path.empty()) return;
   const std::string shown = FromUtf8(path);
   if (!pictures::IsPictureName(path)) {
     desktop_.ShowMessage(
-        {shown + " is no name of a picture: .svg, .png or .pdf.", MessageIcon::kExclamation});
+        {shown + " is no name of a picture: " + pictures::PictureEndingWords() + ".",
+         MessageIcon::kExclamation});
     return;
   }
   if (QFileInfo::exists(PathToQt(path)) &&

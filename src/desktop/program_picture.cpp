@@ -2,18 +2,8 @@
 
 #include <QPainter>
 #include <QPixmap>
-#include <QSvgRenderer>
-
-// The linker keeps the resources of a static library only where they are asked for by name.
-static void TakeResources() { Q_INIT_RESOURCE(merivane); }
 
 namespace merivane::desktop {
-
-void PaintPicture(QPainter& painter, const QRectF& place) {
-  TakeResources();
-  QSvgRenderer renderer(QStringLiteral(":/merivane.svg"));
-  renderer.render(&painter, place);
-}
 
 QIcon ApplicationIcon() {
   QIcon icon;

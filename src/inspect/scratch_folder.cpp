@@ -15,7 +15,7 @@ ScratchFolder::ScratchFolder() {
   path_ = runtime::TemporaryNameIn(parent);
   if (std::filesystem::create_directory(runtime::PathOf(path_), error)) return;
   throw RunTimeError(kPermissionDenied,
-                     "No temporary folder can be made in " + parent.string() + ".");
+                     "No temporary folder can be made in " + runtime::Utf8Of(parent) + ".");
 }
 
 ScratchFolder::~ScratchFolder() {

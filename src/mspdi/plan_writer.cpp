@@ -30,8 +30,7 @@ void SaveBeside(const pugi::xml_document& document, const std::string& target) {
     SyncFile(fresh);
     const fs::file_status before = fs::status(PathOf(target), error);
     if (fs::exists(before)) fs::permissions(PathOf(fresh), before.permissions(), error);
-    fs::rename(PathOf(fresh), PathOf(target), error);
-    if (error) throw RunTimeError(kPermissionDenied);
+    if (MoveInPlace(PathOf(fresh), PathOf(target))) throw RunTimeError(kPermissionDenied);
   } catch (const RunTimeError&) {
     fs::remove(PathOf(fresh), error);
     throw;

@@ -45,29 +45,15 @@ std::string TemporaryName() {
 
 }  // namespace
 
-fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
-
 std::string Utf8Of(const fs::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
 }
 
-std::string Followed(const std::string& path) {
-  constexpr int kMostLinks = 40;  // as many as the system follows
-  std::error_code error;
-  fs::path name = PathOf(path);
-  for (int links = 0; links < kMostLinks && fs::is_symlink(fs::symlink_status(name, error));
-       ++links) {
-    name = name.parent_path() / fs::read_symlink(name, error);
-  }
-  const fs::path place = fs::weakly_canonical(fs::absolute(name, error), error);
-  return Utf8Of(error ? name : place);
-}
-
 bool IsSamePlace(const std::string& a, const std::string& b) {
   std::error_code error;
   if (fs::equivalent(PathOf(a), PathOf(b), error) && !error) return true;
-  return Followed(a) == Followed(b);
+  return IsSameName(Followed(a), Followed(b));
 }
 
 std::string TemporaryNameIn(const fs::path& folder) {

@@ -39,6 +39,31 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
   return names;
 }
 
+std::optional<std::int64_t> WhenWritten(const std::string& path) {
+  std::error_code error;
+  const auto written = std::filesystem::last_write_time(path, error);
+  if (error) return std::nullopt;
+  return written.time_since_epoch().count();
+}
+
+std::filesystem::path PathOf(const std::string& utf8) { return {utf8}; }
+
+std::string Followed(const std::string& path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  std::error_code error;
+  std::filesystem::path name = PathOf(path);
+  for (int links = 0; links < kMostLinks &&
+                      std::filesystem::is_symlink(std::filesystem::symlink_status(name, error));
+       ++links) {
+    name = name.parent_path() / std::filesystem::read_symlink(name, error);
+  }
+  const std::filesystem::path place =
+      std::filesystem::weakly_canonical(std::filesystem::absolute(name, error), error);
+  return Utf8Of(error ? name : place);
+}
+
+bool IsSameName(const std::string& a, const std::string& b) { return a == b; }
+
 bool MakeNewFile(const std::string& path) {
   constexpr mode_t kForAllAsTheUserAllows = 0666;
   const int file =
@@ -46,6 +71,12 @@ bool MakeNewFile(const std::string& path) {
   if (file < 0 && errno != EEXIST) ThrowFailure(path);
   if (file >= 0) close(file);
   return file >= 0;
+}
+
+std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::error_code error;
+  std::filesystem::rename(from, to, error);
+  return error;
 }
 
 void SyncFile(const std::string& path) {

@@ -2,6 +2,7 @@
 #include <io.h>
 #include <share.h>
 #include <sys/stat.h>
+#include <windows.h>
 
 #include <cerrno>
 
@@ -9,6 +10,68 @@
 #include "runtime/run_time_error.h"
 
 namespace merivane::runtime {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// `ask` fills a buffer of so many characters and gives the length that it needs; 0 is a failure.
+template <typename Ask>
+std::wstring Answer(Ask ask) {
+  std::wstring text(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = ask(text.data(), static_cast<DWORD>(text.size()));
+    const bool fits = length < text.size();
+    text.resize(length);
+    if (fits) return text;
+  }
+}
+
+// Without the prefix for long names, which the standard library does not know: the manifest asks
+// for long names of the plain form.
+std::wstring Plain(std::wstring path) {
+  constexpr std::wstring_view kUnc = LR"(\\?\UNC\)";
+  constexpr std::wstring_view kPlain = LR"(\\?\)";
+  if (path.starts_with(kUnc)) return L"\\\\" + path.substr(kUnc.size());
+  if (path.starts_with(kPlain)) path.erase(0, kPlain.size());
+  return path;
+}
+
+// The place of a file or folder that is there, every link followed; empty for none.
+fs::path FinalPlace(const fs::path& path) {
+  const HANDLE file =
+      CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  std::wstring place = Answer([&](wchar_t* text, DWORD room) {
+    return GetFinalPathNameByHandleW(file, text, room, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+  });
+  CloseHandle(file);
+  return Plain(std::move(place));
+}
+
+}  // namespace
+
+fs::path PathOf(const std::string& utf8) {
+  return Plain(fs::path(std::u8string(utf8.begin(), utf8.end())).wstring());
+}
+
+std::string Followed(const std::string& path) {
+  const fs::path name = PathOf(path);
+  if (const fs::path place = FinalPlace(name); !place.empty()) return Utf8Of(place);
+  const fs::path full = Answer([&](wchar_t* text, DWORD room) {
+    return GetFullPathNameW(name.c_str(), room, text, nullptr);
+  });
+  const fs::path folder = FinalPlace(full.parent_path());
+  return Utf8Of(folder.empty() ? full : folder / full.filename());
+}
+
+bool IsSameName(const std::string& a, const std::string& b) {
+  const std::wstring left = PathOf(a).wstring();
+  const std::wstring right = PathOf(b).wstring();
+  return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
+                              static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
+}
 
 std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
   std::vector<std::string> names;
@@ -20,6 +83,17 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
   return names;
 }
 
+// The standard library tells whole seconds.
+std::optional<std::int64_t> WhenWritten(const std::string& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(PathOf(path).c_str(), GetFileExInfoStandard, &data) == FALSE) {
+    return std::nullopt;
+  }
+  const ULARGE_INTEGER ticks{
+      {data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime}};
+  return static_cast<std::int64_t>(ticks.QuadPart);
+}
+
 bool MakeNewFile(const std::string& path) {
   int file = -1;
   const errno_t failure =
@@ -29,6 +103,34 @@ bool MakeNewFile(const std::string& path) {
   if (failure != 0) throw FileError(failure == ENOENT ? kPathNotFound : kPermissionDenied, path);
   _close(file);
   return true;
+}
+
+// A name that is in use can't be taken, but its file can be given another one.
+std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
+  const auto move = [](const std::filesystem::path& file, const std::filesystem::path& name) {
+    if (MoveFileExW(file.c_str(), name.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE)
+      return DWORD{0};
+    return GetLastError();
+  };
+  const DWORD failure = move(from, to);
+  if (failure == 0) return {};
+  const auto told = [](DWORD number) {
+    return std::error_code(static_cast<int>(number), std::system_category());
+  };
+  if (failure != ERROR_ACCESS_DENIED && failure != ERROR_SHARING_VIOLATION) return told(failure);
+  const DWORD attributes = GetFileAttributesW(to.c_str());
+  constexpr DWORD kNotToReplace = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & kNotToReplace) != 0) {
+    return told(failure);
+  }
+  const std::filesystem::path aside = PathOf(TemporaryNameBeside(Utf8Of(to)));
+  if (move(to, aside) != 0) return told(failure);
+  if (move(from, to) != 0) {
+    move(aside, to);
+    return told(failure);
+  }
+  DeleteFileW(aside.c_str());  // goes once nobody has it open
+  return {};
 }
 
 void SyncFile(const std::string& path) {

@@ -111,9 +111,8 @@ void KeptFiles::Finish() {
   }
   for (NewPlace& made : newFiles_) Prepare(made);
   for (NewPlace& made : newFiles_) {
-    std::error_code error;
-    fs::rename(made.standIn, made.place, error);
-    if (error) throw FileError(kPermissionDenied, Utf8Of(made.place));
+    if (MoveInPlace(made.standIn, made.place))
+      throw FileError(kPermissionDenied, Utf8Of(made.place));
     made.moved = true;
   }
   for (const NewPlace& made : newFiles_) Remove(made.old);
@@ -139,16 +138,19 @@ void KeptFiles::Prepare(NewPlace& made) {
 std::vector<std::string> KeptFiles::PutBack() noexcept try {
   std::vector<std::string> failures;
   for (const NewPlace& made : newFiles_) {
-    std::error_code ignored;
     Remove(made.moved && !made.stood ? made.place : made.standIn);
-    if (made.moved && !made.old.empty()) fs::rename(made.old, made.place, ignored);
+    if (made.moved && !made.old.empty()) MoveInPlace(made.old, made.place);
     Remove(made.old);
   }
   newFiles_.clear();
   for (const Database& database : databases_) {
     if (database.copy.empty()) continue;
     try {
-      Workspace::PutInPlace(database.copy, database.path);
+      if (Workspace::IsAsCopied(database.path, database.copy)) {
+        Remove(PathOf(database.copy));
+      } else {
+        Workspace::PutInPlace(database.copy, database.path);
+      }
     } catch (const std::exception&) {
       failures.push_back(database.path + " can't be put back; as it was it is kept in " +
                          database.copy + ".");

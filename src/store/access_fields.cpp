@@ -181,7 +181,10 @@ void AccessFields::BindNumber(const MdbColumn& column, const MdbField& field, sq
     case MDB_NUMERIC: {
       const std::unique_ptr<char, decltype(&g_free)> text(
           mdb_numeric_to_string(mdb_, field.start, column.col_scale, column.col_prec), g_free);
-      sqlite3_bind_double(insert, index, text ? g_ascii_strtod(text.get(), nullptr) : 0);
+      const std::string_view digits = text ? text.get() : "";
+      double number = 0;
+      std::from_chars(digits.data(), digits.data() + digits.size(), number);
+      sqlite3_bind_double(insert, index, number);
       break;
     }
     default:

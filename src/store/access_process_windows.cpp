@@ -1,20 +1,177 @@
-#include <exception>
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "access_process.h"
-#include "access_tables.h"
+#include "runtime/file_names.h"
 
 namespace merivane::store {
 
-// There is no fork here: the copy is made by this process, without limits.
+using namespace runtime;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* kNoProcess = "no process can be started";
+constexpr const char* kDamaged = "it is damaged";
+constexpr const char* kEndless = "reading it never ends";
+
+// Far above what whole files need: a slow machine loads several megabytes a second.
+struct Limits {
+  std::chrono::seconds cpu;
+  std::chrono::seconds wall;
+  std::uintmax_t bytes;
+  SIZE_T memory;
+};
+
+Limits LimitsFor(const fs::path& path) {
+  constexpr SIZE_T kMemory = SIZE_T{1} << 30U;
+  std::error_code ignored;
+  const std::uintmax_t size = fs::file_size(path, ignored);
+  const std::uintmax_t megabytes = ignored ? 0 : size >> 20U;
+  return {.cpu = std::chrono::seconds(10 + megabytes),
+          .wall = std::chrono::seconds(60 + 4 * megabytes),
+          .bytes = (64 + 8 * megabytes) << 20U,
+          .memory = kMemory};
+}
+
+class Handle {
+ public:
+  Handle() = default;
+  explicit Handle(HANDLE handle) : handle_(handle) {}
+  ~Handle() { Close(); }
+  Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+  Handle& operator=(Handle&& other) noexcept {
+    std::swap(handle_, other.handle_);
+    return *this;
+  }
+  HANDLE Get() const { return handle_; }
+  HANDLE* Place() { return &handle_; }
+  void Close() {
+    if (handle_ != nullptr) CloseHandle(std::exchange(handle_, nullptr));
+  }
+
+ private:
+  HANDLE handle_ = nullptr;
+};
+
+fs::path Reader() {
+  std::wstring name(32768, L'\0');  // as long as a path may be
+  name.resize(GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size())));
+  return fs::path(name).parent_path() / "merivane-access.exe";
+}
+
+// A job whose processes end with it, and within the limits.
+Handle NewJob(const Limits& limits) {
+  Handle job(CreateJobObjectW(nullptr, nullptr));
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION told{};
+  told.BasicLimitInformation.LimitFlags =
+      JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_PROCESS_MEMORY |
+      JOB_OBJECT_LIMIT_PROCESS_TIME | JOB_OBJECT_LIMIT_DIE_ON_UNHANDLED_EXCEPTION;
+  constexpr std::int64_t kTicksOfSecond = 10'000'000;
+  told.BasicLimitInformation.PerProcessUserTimeLimit.QuadPart = limits.cpu.count() * kTicksOfSecond;
+  told.ProcessMemoryLimit = limits.memory;
+  SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &told, sizeof told);
+  return job;
+}
+
+class Child {
+ public:
+  explicit Child(const Limits& limits) : job_(NewJob(limits)) {}
+  ~Child() {
+    if (process_.Get() != nullptr) End();
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  bool Start(const fs::path& source, const fs::path& copy) {
+    Handle words;
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    if (CreatePipe(words_.Place(), words.Place(), &inherited, 0) == FALSE) return false;
+    SetHandleInformation(words_.Get(), HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = words.Get();
+    const fs::path reader = Reader();
+    std::wstring line = Quoted(reader) + L" " + Quoted(source) + L" " + Quoted(copy);
+    PROCESS_INFORMATION started{};
+    if (CreateProcessW(reader.c_str(), line.data(), nullptr, nullptr, TRUE,
+                       CREATE_SUSPENDED | CREATE_NO_WINDOW, nullptr, nullptr, &startup,
+                       &started) == FALSE) {
+      return false;
+    }
+    process_ = Handle(started.hProcess);
+    const Handle thread(started.hThread);
+    AssignProcessToJobObject(job_.Get(), process_.Get());
+    return ResumeThread(thread.Get()) != static_cast<DWORD>(-1);
+  }
+
+  bool HasEnded(std::chrono::milliseconds wait) const {
+    return WaitForSingleObject(process_.Get(), static_cast<DWORD>(wait.count())) == WAIT_OBJECT_0;
+  }
+  // After it has ended.
+  DWORD Status() const {
+    DWORD status = 1;
+    GetExitCodeProcess(process_.Get(), &status);
+    return status;
+  }
+  std::string Words() const {
+    char text[4096];
+    DWORD size = 0;
+    const bool read = ReadFile(words_.Get(), text, sizeof text, &size, nullptr) != FALSE;
+    return {text, read ? size : 0};
+  }
+  void End() const {
+    TerminateJobObject(job_.Get(), 1);
+    WaitForSingleObject(process_.Get(), INFINITE);
+  }
+
+ private:
+  // No path holds a quotation mark.
+  static std::wstring Quoted(const fs::path& path) { return L"\"" + path.wstring() + L"\""; }
+
+  Handle job_;
+  Handle process_;
+  Handle words_;
+};
+
+// Why the child failed; empty when it did not.
+std::string Supervise(const Child& child, const Limits& limits, const fs::path& copy, Work& work) {
+  constexpr std::chrono::milliseconds kWait(20);
+  const auto deadline = Clock::now() + limits.wall;
+  while (!child.HasEnded(kWait)) {
+    work.Beat();
+    std::error_code ignored;
+    const std::uintmax_t size = fs::file_size(copy, ignored);
+    if (!ignored && size > limits.bytes) return kDamaged;
+    if (Clock::now() >= deadline) return kEndless;
+  }
+  const DWORD status = child.Status();
+  if (status == 0) return {};
+  if (status == ERROR_NOT_ENOUGH_QUOTA) return kEndless;  // the time was used up
+  const std::string words = child.Words();
+  return words.empty() ? kDamaged : words;
+}
+
+}  // namespace
+
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
                                   Work& work) {
-  try {
-    CopyAccessTables(path, sqlitePath, work);
-    return {};
-  } catch (const std::exception& error) {
-    return error.what();
-  }
+  std::error_code ignored;
+  const fs::path source = fs::absolute(PathOf(path), ignored);
+  const fs::path copy = fs::absolute(PathOf(sqlitePath), ignored);
+  const Limits limits = LimitsFor(source);
+  Child child(limits);
+  if (!child.Start(source, copy)) return kNoProcess;
+  return Supervise(child, limits, copy, work);
 }
 
 }  // namespace merivane::store

@@ -31,12 +31,6 @@ std::optional<std::int64_t> VersionOf(sqlite3* database, const std::string& path
   }
 }
 
-std::optional<std::filesystem::file_time_type> WhenWritten(const std::string& path) {
-  std::error_code error;
-  const auto written = std::filesystem::last_write_time(PathOf(path), error);
-  return error ? std::nullopt : std::optional(written);
-}
-
 }  // namespace
 
 std::string ConnectionText(const std::string& path) { return std::string(kOpening) + path; }

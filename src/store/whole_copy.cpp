@@ -139,6 +139,15 @@ void CopyBytes(const std::string& from, const std::string& to, const std::string
   Compare(again, to, shown, work);
 }
 
+bool HaveSameBytes(const std::string& a, const std::string& b) try {
+  FileBlocks left(a);
+  FileBlocks right(b);
+  Work nobody;
+  return AreSame(left, right, nobody);
+} catch (const RunTimeError&) {
+  return false;
+}
+
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,
                            const std::string& shown, Work& work) {
   OpenDatabaseBlocks source(database, from);

@@ -16,6 +16,8 @@ inline constexpr const char* kCopying = "Copying the database";
 // hears of each block.
 void CopyBytes(const std::string& from, const std::string& to, const std::string& shown,
                Work& work);
+bool HaveSameBytes(const std::string& a, const std::string& b);  // false where one can't be read
+
 // Of an open database. REQUIRES: nobody writes to it meanwhile, and no log stands beside it.
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,
                            const std::string& shown, Work& work);

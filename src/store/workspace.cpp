@@ -129,16 +129,20 @@ void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
   PutInPlace(made.Path(), target);
 }
 
+bool Workspace::IsAsCopied(const std::string& path, const std::string& copy) {
+  return !HasJournal(path) && HaveSameBytes(path, copy);
+}
+
 void Workspace::PutInPlace(const std::string& copy, const std::string& to) {
   const std::string target = Followed(to);
   RemoveJournals(target);
-  std::error_code error;
-  fs::rename(PathOf(copy), PathOf(target), error);
-  if (error == std::errc::cross_device_link) {
+  const std::error_code failure = MoveInPlace(PathOf(copy), PathOf(target));
+  if (failure == std::errc::cross_device_link) {
     Workspace().CopyDatabase(copy, target);
-    fs::remove(PathOf(copy), error);
-  } else if (error) {
-    throw SystemError(error, to);
+    std::error_code ignored;
+    fs::remove(PathOf(copy), ignored);
+  } else if (failure) {
+    throw SystemError(failure, to);
   }
   SyncFolderOf(target);
 }

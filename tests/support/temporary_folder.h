@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/file_names.h"
+
 namespace merivane::test {
 
 // Removed with all it holds when it goes out of scope.
@@ -30,11 +32,13 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  std::string Path(const std::string& name) const { return (root_ / name).string(); }
+  std::string Path(const std::string& name) const {
+    return runtime::Utf8Of(root_ / runtime::PathOf(name));
+  }
 
   // Writes the bytes as they are; gives the file's path.
   std::string Write(const std::string& name, std::string_view bytes) const {
-    std::ofstream(Path(name), std::ios::binary).write(bytes.data(), std::ssize(bytes));
+    std::ofstream(runtime::PathOf(Path(name)), std::ios::binary).write(bytes.data(), std::ssize(bytes));
     return Path(name);
   }
 
@@ -42,8 +46,17 @@ class TemporaryFolder {
   std::filesystem::path root_;
 };
 
+// A second name of a file: a symbolic link, where whoever likes may make one.
+inline void Link(const std::string& path, const std::string& name) {
+#ifdef _WIN32
+  std::filesystem::create_hard_link(runtime::PathOf(path), runtime::PathOf(name));
+#else
+  std::filesystem::create_symlink(runtime::PathOf(path), runtime::PathOf(name));
+#endif
+}
+
 inline std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(runtime::PathOf(path), std::ios::binary);
   EXPECT_TRUE(file.is_open()) << path;
   return {std::istreambuf_iterator<char>(file), {}};
 }

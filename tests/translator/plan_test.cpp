@@ -1,4 +1,5 @@
 #include "model_fixture.h"
+#include "runtime/code_page.h"
 
 namespace merivane::test {
 
@@ -107,7 +108,7 @@ TEST_F(WrittenPlan, HasADateInTheFileOnlyWhereTheModelHasNoStart) {
   desktop.today = {2004, 2, 9, 3600};
   mpxPath = folder.Path("Pl\xc3\xa4ne.mpx");
   Translate(mpxPath);
-  EXPECT_EQ(Records("30"), Texts{"30," + folder.Path("Pl\xe4ne.mpx") + ", Vorn,,,2/9/2004"});
+  EXPECT_EQ(Records("30"), Texts{"30," + FromUtf8(mpxPath) + ", Vorn,,,2/9/2004"});
   Recordset project;
   project.OpenDynamic("select * from MSP_PROJECTS", &Model());
   project.SetField("KV7_PROJ_START_DATE", "2/3/2003");

@@ -9,7 +9,10 @@
 
 namespace merivane::pictures {
 
-// .svg, .png and .pdf, in any case of letters.
+// What pictures can be written as: .svg, .png and .pdf, on Windows .svg alone.
+std::vector<std::string> PictureEndings();
+std::string PictureEndingWords();  // ".svg, .png or .pdf"
+// One of them, in any case of letters.
 bool IsPictureName(const std::string& path);
 
 // Writes the pictures by the ending of `path` (UTF-8): into SVG and PNG one below the other, into

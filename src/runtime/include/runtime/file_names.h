@@ -1,8 +1,11 @@
 // Names of files on the disk, and the files that a run makes for itself. Paths are UTF-8.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace merivane::runtime {
@@ -13,6 +16,9 @@ std::string Utf8Of(const std::filesystem::path& path);
 // The name of the file that stands, or would stand, behind `path`: every link is followed, one that
 // leads nowhere yet too.
 std::string Followed(const std::string& path);
+
+// Whether the system takes two names of one folder for one.
+bool IsSameName(const std::string& a, const std::string& b);
 
 // The same file, whatever its names; where neither is there, the same place on the disk.
 bool IsSamePlace(const std::string& a, const std::string& b);
@@ -26,8 +32,16 @@ std::string TemporaryNameBeside(const std::string& path);
 // The names in a folder, without their places; none where it can't be listed.
 std::vector<std::string> NamesIn(const std::filesystem::path& folder);
 
+// When the file was written last, in the steps of the system's clock of files; nothing where it
+// can't be told.
+std::optional<std::int64_t> WhenWritten(const std::string& path);
+
 // Makes an empty file; False where something stands there already. Errors: 61, 70, 75, 76.
 bool MakeNewFile(const std::string& path);
+
+// Gives the file `from` the name `to`, whose file goes; who has that one open keeps it. Nothing has
+// changed where it fails.
+std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesystem::path& to);
 
 // Waits until the disk holds what was written to the file. Errors: 57, 61.
 void SyncFile(const std::string& path);

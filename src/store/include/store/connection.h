@@ -46,6 +46,9 @@ class Workspace {
   // the disk; `to` is as it was then.
   void CopyDatabase(const std::string& from, const std::string& to);
 
+  // Whether the database `path`, open nowhere here, is still byte by byte what `copy` was made of.
+  static bool IsAsCopied(const std::string& path, const std::string& copy);
+
   // Moves the file `copy` over the database `to`, which is open nowhere here. Errors as above.
   static void PutInPlace(const std::string& copy, const std::string& to);
 

@@ -1,5 +1,3 @@
-#include "platform/program_start.h"
-
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -10,6 +8,7 @@
 #include <thread>
 
 #include "environment.h"
+#include "platform/program_start.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {

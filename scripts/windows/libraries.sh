@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# Makes the libraries that the Windows programs are built from: fetches Debian's sources, and builds
+# them with the cross compiler into FOLDER/prefix. libraries.sh FOLDER [--qt]
+# A library that is there already is not made again.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+here=$PWD
+folder=$1
+qt=${2:-}
+export MERIVANE_WINDOWS=$folder
+toolchain=$here/cmake/windows.toolchain.cmake
+prefix=$folder/prefix
+mkdir -p "$folder/sources" "$folder/build" "$prefix"
+
+# Packages with the release whose source Debian still has. Sources are fetched for this user alone:
+# apt's own lists stay as they are.
+declare -A release=([sqlite3]=bookworm [pugixml]=bookworm [chmlib]=bookworm [graphviz]=bookworm
+  [googletest]=bookworm [mdbtools]=trixie [qt6-base]=bookworm)
+
+apt_state=$folder/apt
+prepare_apt() {
+  [ ! -e "$apt_state/lists-are-new" ] || return 0
+  mkdir -p "$apt_state/lists/partial" "$apt_state/cache/archives/partial"
+  local suite
+  : > "$apt_state/sources.list"
+  for suite in bookworm trixie; do
+    echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] http://deb.debian.org/debian $suite main" >> "$apt_state/sources.list"
+  done
+  cat > "$apt_state/apt.conf" <<CONF
+Dir::Etc::SourceList "$apt_state/sources.list";
+Dir::Etc::SourceParts "/dev/null";
+Dir::State::Lists "$apt_state/lists";
+Dir::Cache "$apt_state/cache";
+APT::Sandbox::User "";
+CONF
+  APT_CONFIG=$apt_state/apt.conf apt-get update -qq
+  touch "$apt_state/lists-are-new"
+}
+
+# source PACKAGE: its upstream sources, unpacked in FOLDER/sources/PACKAGE.
+source_of() {
+  local package=$1 place=$folder/sources/$1
+  [ ! -d "$place" ] || return 0
+  prepare_apt
+  local fetched
+  fetched=$(mktemp -d -p "$folder")
+  (cd "$fetched" &&
+    APT_CONFIG=$apt_state/apt.conf apt-get source -qq --download-only --tar-only \
+      "$package/${release[$package]}" > /dev/null)
+  local archive
+  archive=$(find "$fetched" -name '*.orig.tar.*')
+  mkdir "$fetched/unpacked"
+  tar -xf "$archive" -C "$fetched/unpacked" --strip-components=1
+  mv "$fetched/unpacked" "$place"
+  rm -r "$fetched"
+}
+
+# build NAME cmake-options...: configures, builds and installs FOLDER/build/NAME.
+build() {
+  local name=$1
+  shift
+  echo "building $name for Windows"
+  {
+    cmake -G Ninja -B "$folder/build/$name" -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
+      -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF \
+      -DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@" &&
+      cmake --build "$folder/build/$name" && cmake --install "$folder/build/$name"
+  } > "$folder/build/$name.log" 2>&1 || { tail -40 "$folder/build/$name.log" >&2; exit 1; }
+}
+
+# made NAME WHAT-IT-IS-MADE-FROM: whether it was made from these very files before.
+made() {
+  [ "$(cat "$prefix/made/$1" 2> /dev/null)" = "$2" ]
+}
+note_made() {
+  mkdir -p "$prefix/made"
+  echo "$2" > "$prefix/made/$1"
+}
+
+recipe=$(cat scripts/windows/libraries/{,graphviz/}*.* "$toolchain" | sha256sum)
+if ! made c "$recipe"; then
+  for package in sqlite3 chmlib graphviz mdbtools; do source_of "$package"; done
+  if [ ! -e "$folder/sources/sqlite3/sqlite3.c" ]; then
+    (cd "$folder/sources/sqlite3" && ./configure -q > /dev/null && make -s sqlite3.c sqlite3.h > /dev/null)
+    # A database that is open may be given another name, as elsewhere.
+    sed -i 's/dwShareMode = FILE_SHARE_READ | FILE_SHARE_WRITE;/dwShareMode = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;/' "$folder/sources/sqlite3/sqlite3.c"
+    grep -q FILE_SHARE_DELETE "$folder/sources/sqlite3/sqlite3.c"
+  fi
+  if [ ! -e "$folder/sources/graphviz/is-static" ]; then
+    # Its headers know Windows by libraries that are loaded, not by static ones.
+    grep -rlZ '__declspec' "$folder"/sources/graphviz/{lib,plugin} | xargs -0 sed -i \
+      -e 's/__declspec(dll[a-z]*)/extern/g' -e 's/extern  *extern/extern/g'
+    sed -i 's/gvNEWcontext(NULL, TRUE)/gvNEWcontext(lt_preloaded_symbols, FALSE)/' \
+      "$folder/sources/graphviz/lib/gvc/gvc.c"
+    touch "$folder/sources/graphviz/is-static"
+  fi
+  build c -S scripts/windows/libraries -DSOURCES="$folder/sources"
+  note_made c "$recipe"
+fi
+
+recipe=$(sha256sum < "$toolchain")
+if ! made cxx "$recipe"; then
+  source_of pugixml
+  source_of googletest
+  build pugixml -S "$folder/sources/pugixml"
+  build googletest -S "$folder/sources/googletest"
+  # Headers alone, the same for every system.
+  mkdir -p "$prefix/include" "$prefix/share/cmake"
+  cp -r /usr/include/CLI /usr/include/nlohmann "$prefix/include"
+  cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$prefix/share/cmake"
+  note_made cxx "$recipe"
+fi
+
+if [ "$qt" = --qt ] && ! made qt "$recipe"; then
+  source_of qt6-base
+  host=/usr/lib/x86_64-linux-gnu/cmake
+  off=()
+  for feature in network sql dbus opengl testlib tabletevent pkg_config vulkan concurrent; do
+    off+=("-DFEATURE_$feature=OFF")
+  done
+  build qt -S "$folder/sources/qt6-base" -DCMAKE_BUILD_TYPE=MinSizeRel -DQT_HOST_PATH=/usr \
+    -DQT_HOST_PATH_CMAKE_DIR=$host -DQt6HostInfo_DIR=$host/Qt6HostInfo \
+    -DQT_QMAKE_TARGET_MKSPEC=win32-g++ -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF \
+    -DINPUT_opengl=no "${off[@]}"
+  note_made qt "$recipe"
+fi

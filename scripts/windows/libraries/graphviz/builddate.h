@@ -1,0 +1,1 @@
+#define BUILDDATE "0"

@@ -1,0 +1,15 @@
+// What the program was started with.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace merivane::platform {
+
+// The words behind the program's name, UTF-8.
+std::vector<std::string> ProgramArguments(int argc, char** argv);
+
+// The folder of the program's file, UTF-8; `name` is what it was called by.
+std::string ProgramFolder(const std::string& name);
+
+}  // namespace merivane::platform

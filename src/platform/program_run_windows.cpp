@@ -1,0 +1,36 @@
+#include <windows.h>
+// Needs the types of windows.h.
+#include <shellapi.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "platform/program_run.h"
+#include "runtime/file_names.h"
+#include "windows_text.h"
+
+namespace merivane::platform {
+
+// What `main` is given has lost the characters outside the system's code page.
+std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(
+      CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(Narrow(words.get()[i]));
+  return arguments;
+}
+
+std::string ProgramFolder(const std::string& /*name*/) {
+  std::wstring name(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+    if (length < name.size()) {
+      name.resize(length);
+      return runtime::Utf8Of(std::filesystem::path(name).parent_path());
+    }
+    name.resize(name.size() * 2);
+  }
+}
+
+}  // namespace merivane::platform

@@ -1,0 +1,23 @@
+// merivane-access SOURCE COPY: copies the tables of an Access file for the program that started it,
+// which tells it when to stop. Why it failed goes to the standard output, in UTF-8.
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <string>
+
+#include "access_tables.h"
+#include "runtime/file_names.h"
+#include "store/work.h"
+
+int wmain(int count, wchar_t** words) {
+  if (count != 3) return 2;
+  try {
+    merivane::store::Work nobody;
+    merivane::store::CopyAccessTables(merivane::runtime::Utf8Of(words[1]),
+                                      merivane::runtime::Utf8Of(words[2]), nobody);
+    return 0;
+  } catch (const std::exception& error) {
+    std::fputs(error.what(), stdout);
+    return 1;
+  }
+}

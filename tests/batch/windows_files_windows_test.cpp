@@ -1,0 +1,93 @@
+// Names and files as only Windows has them.
+#include <gmock/gmock.h>
+#include <windows.h>
+
+#include "batch_fixture.h"
+
+namespace merivane::test {
+
+namespace {
+
+class WindowsFiles : public Batch {
+ protected:
+  std::string WithBackslashes(const std::string& path) {
+    std::string text = path;
+    std::replace(text.begin(), text.end(), '/', '\\');
+    return text;
+  }
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : Files()) names.push_back(name);
+    return names;
+  }
+  // As programs name it that know paths of any length.
+  std::string LongName(const std::string& path) {
+    return R"(\\?\)" + Utf8Of(fs::absolute(PathOf(path)).make_preferred());
+  }
+};
+
+// A file that another program has open for itself alone.
+class HeldFile {
+ public:
+  HeldFile(const std::string& path, DWORD share)
+      : handle_(CreateFileW(PathOf(path).c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0,
+                            nullptr)) {}
+  ~HeldFile() { CloseHandle(handle_); }
+  HeldFile(const HeldFile&) = delete;
+  HeldFile& operator=(const HeldFile&) = delete;
+
+ private:
+  HANDLE handle_;
+};
+
+TEST_F(WindowsFiles, EveryKindOfPathLeadsThereAndBack) {
+  const std::string chinese = "\xe4\xb8\xad\xe6\x96\x87 \xc5\x99";  // not in Windows-1252
+  const std::string deep = folder.Path(std::string(120, 'a') + "/" + std::string(120, 'b'));
+  fs::create_directories(PathOf(folder.Path(chinese)));
+  fs::create_directories(PathOf(deep));
+  for (const std::string& place :
+       {WithBackslashes(folder.Path("a")), folder.Path(chinese + "/a"), LongName(folder.Path("u")),
+        deep + "/a", LongName(deep) + R"(\l)"}) {
+    plan = place + ".mdb";
+    EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", place + ".mpx"}), kDone)
+        << place << err.str();
+    EXPECT_NE(out.str().find(place), std::string::npos) << out.str();
+    EXPECT_EQ(Run({"to-model", "--mpx", place + ".mpx", "--interim", plan, "--merge", "1",
+                   "--output", place + ".txt", "--quiet"}),
+              kDone)
+        << place << err.str();
+    EXPECT_TRUE(ReadFile(place + ".txt").find("End  Scenario List") != std::string::npos) << place;
+  }
+}
+
+TEST_F(WindowsFiles, ANameOfADeviceIsNoFile) {
+  for (const char* name : {"CON", "NUL.mdb", "AUX", "COM1.mdb"}) {
+    plan = folder.Path(name);
+    const int status = ToProject(Sample("onboarding.txt"));
+    EXPECT_TRUE(status == kFailed || status == kRefused) << name << out.str();
+    EXPECT_FALSE(err.str().empty()) << name;
+  }
+  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", folder.Path("a<b>|c.mpx")}), kRefused);
+}
+
+TEST_F(WindowsFiles, AFileThatAnotherProgramHoldsIsLeftAsItIs) {
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone) << err.str();
+  const auto before = Files();
+  const std::vector<std::string> names = Names();
+  for (const DWORD share : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
+    for (const std::string& held : {plan, mpx}) {
+      {
+        const HeldFile file(held, share);
+        const int status =
+            ToProject(Sample("bakery.txt"), {"--overwrite", "--mpx", mpx, "--force"});
+        EXPECT_TRUE(status == kFailed || status == kRefused) << held << out.str() << err.str();
+        EXPECT_FALSE(err.str().empty()) << held;
+      }
+      EXPECT_THAT(Names(), testing::ElementsAreArray(names)) << held;
+      EXPECT_TRUE(Files() == before) << held;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <thread>
+
+#include "environment.h"
+#include "platform/class_registry.h"
+#include "platform/profile_file.h"
+#include "platform/program_run.h"
+#include "platform/program_start.h"
+#include "platform/system_locale.h"
+#include "temporary_folder.h"
+
+namespace merivane::test {
+
+using namespace platform;
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+class ClassKey {
+ public:
+  ClassKey() { RegCreateKeyW(HKEY_CLASSES_ROOT, kName, &key_); }
+  ~ClassKey() {
+    RegCloseKey(key_);
+    RegDeleteKeyW(HKEY_CLASSES_ROOT, kName);
+  }
+  ClassKey(const ClassKey&) = delete;
+  ClassKey& operator=(const ClassKey&) = delete;
+
+  void Set(DWORD type, const std::wstring& characters) const {
+    RegSetValueExW(key_, L"", 0, type, reinterpret_cast<const BYTE*>(characters.data()),
+                   static_cast<DWORD>(characters.size() * sizeof(wchar_t)));
+  }
+
+ private:
+  static constexpr const wchar_t* kName = L"MerivaneTest.9";
+  HKEY key_ = nullptr;
+};
+
+TEST(WindowsSystem, TheRegistryGivesTheDefaultOfAKey) {
+  const EnvironmentVariable variable("MERIVANE_TEST");
+  SetEnvironmentVariableW(L"MERIVANE_TEST", L"C:\\P \u00e9");
+  const ClassKey key;
+  struct Row {
+    DWORD type;
+    std::wstring value;
+    std::string found;
+  };
+  const std::wstring quoted = L"\"C:\\P\\app.exe\" /x \"%1\""s;
+  for (const Row& row :
+       {Row{REG_SZ, quoted + L'\0', "\"C:\\P\\app.exe\" /x \"%1\"\0"s},
+        Row{REG_SZ, L"%MERIVANE_TEST%\\a.exe %1\0"s, "%MERIVANE_TEST%\\a.exe %1\0"s},
+        Row{REG_EXPAND_SZ, L"%MERIVANE_TEST%\\a.exe %1\0"s, "C:\\P \u00e9\\a.exe %1\0"s},
+        Row{REG_EXPAND_SZ, L"%MERIVANE_TEST%", "C:\\P \u00e9\0"s},
+        Row{REG_DWORD, std::wstring(2, L'x'), "none"},
+        Row{REG_SZ, std::wstring(2001, L'x'), "none"}}) {
+    key.Set(row.type, row.value);
+    EXPECT_EQ(ReadClassDefault("merivanetest.9").value_or("none"), row.found);
+  }
+  EXPECT_FALSE(ReadClassDefault("MerivaneTest.9\\shell"));
+  SetEnvironmentVariableW(L"MERIVANE_TEST", nullptr);
+}
+
+// The command interpreter, under another name.
+class WindowsProgramStart : public testing::Test {
+ protected:
+  WindowsProgramStart() {
+    wchar_t system[MAX_PATH];
+    GetSystemDirectoryW(system, MAX_PATH);
+    fs::create_directory(folder_.Path("a b"));
+    fs::copy_file(fs::path(system) / "cmd.exe",
+                  runtime::PathOf(folder_.Path("a b/r\u00e4n it.exe")));
+  }
+  std::string Output() const {
+    for (int i = 0; i < 1000 && !fs::exists(folder_.Path("out")); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return ReadFile(folder_.Path("out"));
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_F(WindowsProgramStart, APathWithBlanksStartsInQuotes) {
+  const std::string program = folder_.Path("a b\\r\u00e4n it.exe");
+  const std::string commands = " /c \"echo x y>\"" + folder_.Path("part") + "\" & move \"" +
+                               folder_.Path("part") + "\" \"" + folder_.Path("out") + "\"\"";
+  ASSERT_TRUE(StartDetached("\"" + program + "\"" + commands));
+  EXPECT_TRUE(Output().starts_with("x y"));
+  for (const std::string& line :
+       {""s, "  "s, folder_.Path("none.exe"), folder_.Path("."), folder_.Write("text", "text")}) {
+    EXPECT_FALSE(StartDetached(line)) << line;
+  }
+}
+
+TEST(WindowsSystem, TheCodePageIsTheSystemsOwn) {
+  EXPECT_EQ(static_cast<UINT>(SystemOemCodePage()), GetOEMCP());
+}
+
+TEST(WindowsSystem, ProfileValuesAreFoundByPathAndInTheWindowsFolder) {
+  const TemporaryFolder folder;
+  const std::string text =
+      "[ Main ]\r\nplain =  C:\\V \r\nquoted=\" a \"\r\nlong=" + std::string(300, 'x') + "\r\n";
+  const std::string file = folder.Write("\u00e4 b.ini", text);
+  EXPECT_EQ(ReadProfileString("main", "PLAIN", "none", file), "C:\\V");
+  EXPECT_EQ(ReadProfileString("main", "quoted", "none", file), " a ");
+  EXPECT_EQ(ReadProfileString("main", "long", "none", file), std::string(255, 'x'));
+  EXPECT_EQ(ReadProfileString("main", "other", " none ", file), " none");
+  EXPECT_EQ(ReadProfileString("main", "plain", "none", folder.Path("missing.ini")), "none");
+  wchar_t windows[MAX_PATH];
+  GetWindowsDirectoryW(windows, MAX_PATH);
+  const fs::path bare = fs::path(windows) / "merivane-test.ini";
+  fs::copy_file(runtime::PathOf(file), bare, fs::copy_options::overwrite_existing);
+  EXPECT_EQ(ReadProfileString("Main", "plain", "none", "merivane-test.ini"), "C:\\V");
+  fs::remove(bare);
+}
+
+TEST(WindowsSystem, TheProgramKnowsItsFolder) {
+  EXPECT_TRUE(fs::equivalent(ProgramFolder(""), MERIVANE_BIN)) << ProgramFolder("");
+}
+
+}  // namespace
+}  // namespace merivane::test
