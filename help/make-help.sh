@@ -12,6 +12,12 @@ while read -r number topic; do
   cp "$help/$topic.html" "$work/context-$number.html"
 done < "$help/contexts.txt"
 cd "$work"
-chmcmd merivane.hhp > chmcmd.log || { cat chmcmd.log >&2; exit 1; }
+# By this name of its folder, which the compiler writes into the file, the file is the same anywhere.
+chmcmd /proc/self/cwd/merivane.hhp > chmcmd.log || { cat chmcmd.log >&2; exit 1; }
 [ -s merivane.chm ] || { cat chmcmd.log >&2; exit 1; }
+# And at any time: the header has one, and so has the record before the compiler's name.
+without_time() { printf '\0\0\0\0' | dd of=merivane.chm bs=1 seek="$1" conv=notrunc status=none; }
+compiler=$(LC_ALL=C grep -obUaF 'HHA Version' merivane.chm | cut -d: -f1)
+without_time 16
+without_time $((compiler - 8))
 mv merivane.chm "$target"
