@@ -1,6 +1,7 @@
 #include "inspect/check.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "model_checks.h"
@@ -81,48 +82,45 @@ class Check {
   std::vector<Finding> Run() {
     Read();
     std::size_t lastLine = 0;
-    for (int repair = 0; repair < kMostRepairs && CanBeRepaired(reading_.StoppedAt()); ++repair) {
-      if (reading_.StoppedAt().line <= lastLine) break;
-      lastLine = reading_.StoppedAt().line;
-      numbersAreKnown_ = numbersAreKnown_ && reading_.StoppedAt().kind != Stop::Kind::kNumber;
-      findings_.push_back(*reading_.StopFinding());
+    for (int repair = 0; repair < kMostRepairs && CanBeRepaired(StoppedAt()); ++repair) {
+      if (StoppedAt().line <= lastLine) break;
+      lastLine = StoppedAt().line;
+      numbersAreKnown_ = numbersAreKnown_ && StoppedAt().kind != Stop::Kind::kNumber;
+      findings_.push_back(*text_->Result().StopFinding());
       std::vector<std::string> lines = LinesOf(path_);
-      Repair(lines, reading_.StoppedAt());
+      Repair(lines, StoppedAt());
       path_ = folder_.Path("model.txt");
       WriteLines(path_, lines);
       Read();
     }
-    const std::vector<Finding>& read = reading_.Findings();
+    const std::vector<Finding>& read = text_->Result().Findings();
     findings_.insert(findings_.end(), read.begin(), read.end());
-    if (reading_.StoppedAt().kind == Stop::Kind::kNone && numbersAreKnown_) CheckElements();
+    if (StoppedAt().kind == Stop::Kind::kNone && numbersAreKnown_) CheckElements();
     std::stable_sort(findings_.begin(), findings_.end(),
                      [](const Finding& a, const Finding& b) { return a.line < b.line; });
     return std::move(findings_);
   }
 
  private:
-  void Read() {
-    reading_ = Reading();
-    ReadInto(reading_, path_, templatePath_, folder_.Path("reading.mdb"));
-  }
+  void Read() { text_.emplace(path_, templatePath_); }
+  const Stop& StoppedAt() const { return text_->Result().StoppedAt(); }
 
   void CheckElements() {
-    const Model& model = reading_.GetModel();
+    const Model& model = text_->Result().GetModel();
     CheckNumbers(model, findings_);
     CheckNames(model, findings_);
     CheckObjects(model, findings_);
     CheckLinks(model, findings_);
     CheckScenarios(model, findings_);
     if (!IsTrialNeeded(model)) return;
-    const std::vector<Finding> trial = TryTranslation(model, !HasError(findings_), path_,
-                                                      templatePath_, folder_.Path("trial.mdb"));
+    const std::vector<Finding> trial = TryTranslation(*text_, !HasError(findings_));
     findings_.insert(findings_.end(), trial.begin(), trial.end());
   }
 
   std::string path_;
   std::string templatePath_;
   ScratchFolder folder_;
-  Reading reading_;
+  std::optional<ReadModelText> text_;
   std::vector<Finding> findings_;
   bool numbersAreKnown_ = true;  // none was put in the place of another
 };

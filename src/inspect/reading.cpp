@@ -1,12 +1,12 @@
 #include "reading.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "machine_fault.h"
-#include "platform/scripted_desktop.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
-#include "store/interim_db.h"
+#include "store/connection.h"
 
 namespace merivane::inspect {
 
@@ -273,25 +273,29 @@ void Reading::Finish() {
   ReportCharacters();
 }
 
-void ReadInto(Reading& reading, const std::string& path, const std::string& templatePath,
-              const std::string& scratchDatabase) {
-  ScriptedDesktop desktop;
-  desktop.onMessage = [&](const ScriptedDesktop::ShownMessage& shown) {
-    reading.OnMessage(shown.message);
+ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath) {
+  desktop_.onMessage = [this](const ScriptedDesktop::ShownMessage& shown) {
+    reading_.OnMessage(shown.message);
   };
-  Program program(desktop);
-  ModelToProject& state = program.modelToProject;
-  program.workspace.CopyDatabase(templatePath, scratchDatabase);
-  OpenInterimDb(program.workspace, state.gMspConn, false, scratchDatabase);
+  ModelToProject& state = program_.modelToProject;
+  state.gMspConn = std::make_unique<Connection>(program_.workspace);
+  state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
   state.gMspProjId = 1;
-  state.readerListener = &reading;
+  state.readerListener = &reading_;
   try {
     ReadNeutralText(state, path);
   } catch (const ProgramEnd&) {
     // The box before it is a finding.
   }
-  ThrowMachineFault(desktop);
-  reading.Finish();
+  state.readerListener = nullptr;
+  desktop_.onMessage = nullptr;
+  ThrowMachineFault(desktop_);
+  reading_.Finish();
+}
+
+ModelToProject& ReadModelText::WithRows() {
+  reading_.StoreRowsIn(program_.modelToProject);
+  return program_.modelToProject;
 }
 
 }  // namespace merivane::inspect

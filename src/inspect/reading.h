@@ -13,7 +13,8 @@
 #include <vector>
 
 #include "model.h"
-#include "platform/desktop.h"
+#include "neutraltext/held_rows.h"
+#include "platform/scripted_desktop.h"
 
 namespace merivane::inspect {
 
@@ -39,6 +40,8 @@ class Reading : public ReaderListener {
   void OnMessage(const Message& message);
   // Once the reader has returned.
   void Finish();
+  // What the reader would have written. REQUIRES: called once.
+  void StoreRowsIn(ModelToProject& state) { rows_.StoreIn(state); }
 
   const Model& GetModel() const { return model_; }
   const std::vector<Finding>& Findings() const { return findings_; }
@@ -87,6 +90,7 @@ class Reading : public ReaderListener {
   void ReportCharacters();
 
   Model model_;
+  HeldRows rows_;
   std::vector<Finding> findings_;
   Stop stop_;
   bool foreign_ = false;                // the text does not begin as a model does
@@ -120,9 +124,23 @@ class Reading : public ReaderListener {
   std::map<std::tuple<std::size_t, Element, std::string>, Carried> carried_;
 };
 
-// Runs the reader over the text file `path`; the template gives the tables that it asks for.
-// Failures: as CheckModel.
-void ReadInto(Reading& reading, const std::string& path, const std::string& templatePath,
-              const std::string& scratchDatabase);
+// A program of its own that has read a model text, and can go on from there.
+class ReadModelText {
+ public:
+  // The template gives the tables that the reader asks for. Failures: as CheckModel.
+  ReadModelText(const std::string& path, const std::string& templatePath);
+
+  const Reading& Result() const { return reading_; }
+
+  // The program as it stands once the reader has written all rows, into a database in memory.
+  // REQUIRES: called once.
+  ModelToProject& WithRows();
+  ScriptedDesktop& Desktop() { return desktop_; }
+
+ private:
+  ScriptedDesktop desktop_;
+  Program program_{desktop_};
+  Reading reading_;
+};
 
 }  // namespace merivane::inspect

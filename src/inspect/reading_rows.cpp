@@ -67,6 +67,7 @@ bool IsEmpty(const Value& value) {
 }  // namespace
 
 bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
+  rows_.Take(change, table, cells);
   if (change == RowChange::kChanged) {
     if (table == "Activity_In_Scenario") {
       ChangeUnit(cells);

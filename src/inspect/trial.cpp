@@ -4,17 +4,17 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "machine_fault.h"
-#include "platform/scripted_desktop.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
-#include "store/interim_db.h"
+#include "store/recordset.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
-#include "translator/path_listener.h"
+#include "translator/translation_listener.h"
 
 namespace merivane::inspect {
 
@@ -38,37 +38,31 @@ bool MayHaveTooManyRows(const Model& model) {
          model.units.size() > kMostRows;
 }
 
-class Trial : public PathListener {
+class Trial : public TranslationListener {
  public:
-  explicit Trial(const Model& model) : model_(model) {
-    for (const Junction& junction : model.junctions) {
-      junctions_.try_emplace(model.At(junction.place).number, &junction);
+  explicit Trial(ReadModelText& text)
+      : text_(text), model_(text.Result().GetModel()), desktop_(text.Desktop()) {
+    for (const Junction& junction : model_.junctions) {
+      junctions_.try_emplace(model_.At(junction.place).number, &junction);
     }
-    for (const Unit& unit : model.units) units_.try_emplace(model.At(unit.place).number, &unit);
+    for (const Unit& unit : model_.units) units_.try_emplace(model_.At(unit.place).number, &unit);
   }
 
-  std::vector<Finding> Run(bool isSound, const std::string& path, const std::string& templatePath,
-                           const std::string& scratchDatabase) {
-    Program program(desktop_);
-    ModelToProject& state = program.modelToProject;
+  std::vector<Finding> Run(bool isSound) {
     desktop_.modalHandler = [this](ModalForm& form) {
       if (auto* chooser = dynamic_cast<multi*>(&form)) Choose(*chooser);
     };
-    program.workspace.CopyDatabase(templatePath, scratchDatabase);
-    OpenInterimDb(program.workspace, state.gMspConn, false, scratchDatabase);
-    state.gMspProjId = 1;
-    state.pathListener = this;
+    ModelToProject& state = text_.WithRows();
+    state.translationListener = this;
+    const std::size_t boxes = desktop_.shown.size();
     try {
-      ReadNeutralText(state, path);
-      const std::size_t boxes = desktop_.shown.size();
       TranslateToProject(state, "");
       ThrowMachineFault(desktop_);
       ReportBoxes(boxes);
       ReportLeftOut(*state.gMspConn);
     } catch (const ProgramEnd&) {
       ThrowMachineFault(desktop_);
-      const std::vector<std::string> boxes = desktop_.MessageTexts();
-      ReportFailure(*state.gMspConn, boxes.empty() ? "" : boxes.back(), isSound);
+      ReportFailure(*state.gMspConn, desktop_.MessageTexts().back(), isSound);
     }
     return std::move(findings_);
   }
@@ -99,6 +93,13 @@ class Trial : public PathListener {
 
   // The tasks of a large model would take seconds, and tell nothing more while they find room.
   bool OnPathsTaken() override { return !IsLarge(model_) || MayHaveTooManyRows(model_); }
+
+  // How many there are tells enough.
+  bool OnRow(PlanRow row) override {
+    ++rows_[row];
+    return false;
+  }
+  bool OnTasksWritten() override { return false; }
 
  private:
   void Warn(const Junction& junction, std::string sentence) {
@@ -194,7 +195,7 @@ class Trial : public PathListener {
     if (description == ErrorText(kObjectOpen) && ReportSecondGroup()) return;
     if (description == ErrorText(kTypeMismatch) && ReportUnsentPartner(connection)) return;
     if (description == ErrorText(kOverflow) && ReportTooMany(connection)) return;
-    const bool inPaths = lastFanOut_ != nullptr && !HasTasks(connection);
+    const bool inPaths = lastFanOut_ != nullptr && rows_[PlanRow::kTask] == 0;
     if (description == ErrorText(kInvalidProcedureCall) && inPaths) {
       findings_.push_back(FindingAt(
           Severity::kError, model_.At(lastFanOut_->place),
@@ -298,11 +299,12 @@ class Trial : public PathListener {
   }
 
   bool ReportTooMany(Connection& connection) {
-    for (const auto& [table, word] :
-         {std::pair{"MSP_LINKS", "links"}, std::pair{"MSP_ASSIGNMENTS", "assignments"}}) {
+    for (const auto& [row, table, word] :
+         {std::tuple{PlanRow::kLink, "MSP_LINKS", "links"},
+          std::tuple{PlanRow::kAssignment, "MSP_ASSIGNMENTS", "assignments"}}) {
       Recordset rows;
       rows.OpenStatic(std::string("select PROJ_ID from ") + table, &connection);
-      if (rows.RecordCount() < kMostRows) continue;
+      if (rows.RecordCount() + rows_[row] < kMostRows) continue;
       findings_.push_back({Severity::kError,
                            1,
                            {},
@@ -314,31 +316,24 @@ class Trial : public PathListener {
     return false;
   }
 
-  static bool HasTasks(Connection& connection) {
-    Recordset tasks;
-    tasks.OpenStatic("select TASK_UID from MSP_TASKS where TASK_UID > 0", &connection);
-    return tasks.RecordCount() > 0;
-  }
-
   // The first unit with a number in the plan that has no task yet.
   const Place* TaskInWork(Connection& connection) {
-    Recordset tasks;
-    tasks.OpenStatic("select TASK_UID from MSP_TASKS where TASK_UID > 0", &connection);
-    const long next = tasks.RecordCount() + 1;
     Recordset units;
     units.OpenStatic(
         "Select Use_Num from Activity_in_Scenario where Msp_ProjID = 1 and "
         "Send_to_Project = 1 and Project_ID = " +
-            std::to_string(next),
+            std::to_string(rows_[PlanRow::kTask] + 1),
         &connection);
     if (units.Eof()) return nullptr;
     const auto unit = units_.find(ToInt32(units.Field("Use_Num")));
     return unit == units_.end() ? nullptr : &model_.At(unit->second->place);
   }
 
+  ReadModelText& text_;
   const Model& model_;
+  ScriptedDesktop& desktop_;
   std::vector<Finding> findings_;
-  ScriptedDesktop desktop_;
+  std::map<PlanRow, long> rows_;  // of the plan so far
   std::unordered_map<std::int32_t, const Junction*> junctions_;
   std::unordered_map<std::int32_t, const Unit*> units_;
   std::set<std::string> asked_;  // names of scenarios that were offered
@@ -357,10 +352,8 @@ bool IsTrialNeeded(const Model& model) {
   return std::any_of(model.junctions.begin(), model.junctions.end(), OffersPaths);
 }
 
-std::vector<Finding> TryTranslation(const Model& model, bool isSound, const std::string& path,
-                                    const std::string& templatePath,
-                                    const std::string& scratchDatabase) {
-  return Trial(model).Run(isSound, path, templatePath, scratchDatabase);
+std::vector<Finding> TryTranslation(ReadModelText& text, bool isSound) {
+  return Trial(text).Run(isSound);
 }
 
 }  // namespace merivane::inspect

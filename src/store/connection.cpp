@@ -68,7 +68,7 @@ void Connection::Close() {
   engine_ = nullptr;
   engine->CloseSets();
   engine->Commit();
-  if (engine->Transaction() == 0) return;
+  if (engine->Transaction() == 0 || !engine->HoldsFile()) return;
   const auto written = WhenWritten(databaseName_);
   const bool alone =
       versionProven_ && VersionOf(engine->Database(), databaseName_) == versionProven_;

@@ -87,6 +87,15 @@ std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string
   return engine;
 }
 
+std::shared_ptr<Engine> CopyInMemory(Engine& source, bool readOnly, Work& work) {
+  DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  CopyPages(source.Database(), memory.get(), source.Path(), work);
+  SetUp(memory.get(), source.Path());
+  auto copy = std::make_shared<Engine>(std::move(memory), source.Path(), readOnly);
+  copy->IsCopy();
+  return copy;
+}
+
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
                                        FileKind kind, bool proven, Work& work) {
   auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true);
@@ -94,11 +103,7 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path, proven);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
-  DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  CopyPages(engine->Database(), memory.get(), path, work);
-  SetUp(memory.get(), path);
-  auto copy = std::make_shared<Engine>(std::move(memory), path, true);
-  copy->IsCopy();
+  auto copy = CopyInMemory(*engine, true, work);
   AddMissingKeyIndexes(copy->Database(), path, work);
   return copy;
 }
@@ -149,8 +154,9 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, con
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
   const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
-  return mode == OpenMode::kReadOnly ? OpenForReading(path, name, kind, known.proven, work)
-                                     : OpenForWriting(path, name, known.proven);
+  if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, known.proven);
+  auto engine = OpenForReading(path, name, kind, known.proven, work);
+  return mode == OpenMode::kCopy ? CopyInMemory(*engine, false, work) : engine;
 }
 
 }  // namespace merivane::store

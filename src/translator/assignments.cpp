@@ -10,17 +10,16 @@ namespace {
 
 constexpr double kWorkInHour = 60000;  // thousandths of a minute
 
-bool HasDecomposition(ModelToProject& state, const Value& useNum) {
-  return !Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
-              " and Parent_num = ", useNum)
-              .Eof();
-}
-
-std::string AliasOf(ModelToProject& state, const Value& objectNum) {
-  Recordset object =
-      Ask(state.gMspConn.get(), "Select * from Object_Pool where Msp_ProjID = ", state.gMspProjId,
-          " and Num = ", objectNum);
-  return object.Eof() ? std::string() : Joined(object.Field("Alias"));
+const std::string& AliasOf(Pass& pass, const Value& objectNum) {
+  const auto [known, isNew] = pass.memory.aliases.try_emplace(Joined(objectNum));
+  if (isNew) {
+    Recordset object =
+        Ask(pass.state.gMspConn.get(),
+            "Select * from Object_Pool where Msp_ProjID = ", pass.state.gMspProjId,
+            " and Num = ", objectNum);
+    if (!object.Eof()) known->second = Joined(object.Field("Alias"));
+  }
+  return known->second;
 }
 
 // The digit that stands one character behind the alias; "1" for anything else.
@@ -33,9 +32,10 @@ std::string UnitsInRule(const std::string& rule, const std::string& alias) {
 
 void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const std::string& units) {
   const std::string hours = FixedTwo(ToDouble(units) * pass.taskHours);
+  pass.assignmentUID = AddInt16(pass.assignmentUID, 1);
+  if (!pass.IsStored(PlanRow::kAssignment)) return;
   Recordset assignments = Ask(pass.state.gMspConn.get(), "Select * from MSP_ASSIGNMENTS");
   assignments.AddNew();
-  pass.assignmentUID = AddInt16(pass.assignmentUID, 1);
   assignments.SetField("PROJ_ID", pass.state.gMspProjId);
   assignments.SetField("ASSN_UID", pass.assignmentUID);
   assignments.SetField("RES_UID", pid);
@@ -52,7 +52,7 @@ void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const s
 void WriteAssignments(Pass& pass, Recordset& task) {
   ModelToProject& state = pass.state;
   const Value useNum = task.Field("Use_Num");
-  if (HasDecomposition(state, useNum)) return;
+  if (IsDecomposed(pass, useNum)) return;
   const std::string rule = Joined(task.Field("Labor_rule"));
   const Value projectId = task.Field("Project_ID");
   Recordset occurrences =
@@ -60,7 +60,7 @@ void WriteAssignments(Pass& pass, Recordset& task) {
           "Select * from Object_in_Activity_in_Scenario where Msp_ProjID = ", state.gMspProjId,
           " and send_to_project = 1 and Activity_Num = ", useNum);
   for (; !occurrences.Eof(); occurrences.MoveNext()) {
-    const std::string alias = AliasOf(state, occurrences.Field("Object_Occ_Num"));
+    const std::string& alias = AliasOf(pass, occurrences.Field("Object_Occ_Num"));
     if (alias.empty()) continue;
     AddAssignment(pass, occurrences.Field("PID"), projectId, UnitsInRule(rule, alias));
   }

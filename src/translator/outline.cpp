@@ -36,8 +36,9 @@ int CountScenarios(ModelToProject& state, std::string_view condition) {
   return CountRows(scenarios);
 }
 
-void PlaceDecompositions(ModelToProject& state, const Value& useNum, int depth) {
-  if (useNum.IsNull()) return;
+void PlaceDecompositions(Pass& pass, const Value& useNum, int depth) {
+  if (useNum.IsNull() || !IsDecomposed(pass, useNum)) return;
+  ModelToProject& state = pass.state;
   Recordset decompositions =
       Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, " and Parent_num = ", useNum);
   for (; !decompositions.Eof(); decompositions.MoveNext()) {
@@ -45,13 +46,14 @@ void PlaceDecompositions(ModelToProject& state, const Value& useNum, int depth) 
   }
 }
 
-void PlaceChildrenOf(ModelToProject& state, int depth) {
+void PlaceChildrenOf(Pass& pass, int depth) {
+  ModelToProject& state = pass.state;
   Recordset scenarios = Ask(state.gMspConn.get(), kScenarios, state.gMspProjId,
                             " and Project_order = ", Value(depth));
   for (; !scenarios.Eof(); scenarios.MoveNext()) {
     Recordset activities = ActivitiesOfScenario(state, scenarios.Field("Num"));
     for (; !activities.Eof(); activities.MoveNext()) {
-      PlaceDecompositions(state, activities.Field("Use_Num"), depth + 1);
+      PlaceDecompositions(pass, activities.Field("Use_Num"), depth + 1);
     }
   }
 }
@@ -106,7 +108,21 @@ void OutlineScenario(ModelToProject& state, Recordset& scenario) {
 
 }  // namespace
 
-void OrderScenarios(ModelToProject& state) {
+bool IsDecomposed(Pass& pass, const Value& useNum) {
+  auto& decomposed = pass.memory.decomposed;
+  if (!decomposed) {
+    decomposed.emplace();
+    Recordset scenarios = Ask(pass.state.gMspConn.get(), kScenarios, pass.state.gMspProjId);
+    for (; !scenarios.Eof(); scenarios.MoveNext()) {
+      const Value parent = scenarios.Field("Parent_Num");
+      if (!parent.IsNull()) decomposed->insert(ToInt32(parent));
+    }
+  }
+  return decomposed->contains(ToInt32(useNum));
+}
+
+void OrderScenarios(Pass& pass) {
+  ModelToProject& state = pass.state;
   const int all = CountScenarios(state, "");
   Recordset top = Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, " and Parent_num = 0");
   for (; !top.Eof(); top.MoveNext()) {
@@ -115,11 +131,12 @@ void OrderScenarios(ModelToProject& state) {
   }
   top.Close();
   const int deepest = std::min(CountScenarios(state, " and Project_order = 9999"), all);
-  for (int depth = 0; depth <= deepest; ++depth) PlaceChildrenOf(state, depth);
+  for (int depth = 0; depth <= deepest; ++depth) PlaceChildrenOf(pass, depth);
 }
 
-void BuildOutline(ModelToProject& state) {
-  OrderScenarios(state);
+void BuildOutline(Pass& pass) {
+  ModelToProject& state = pass.state;
+  OrderScenarios(pass);
   Recordset scenarios =
       Ask(state.gMspConn.get(), kScenarios, state.gMspProjId, " Order By Project_Order");
   for (; !scenarios.Eof(); scenarios.MoveNext()) OutlineScenario(state, scenarios);

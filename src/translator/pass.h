@@ -2,18 +2,29 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "program/model_words.h"
 #include "program/program.h"
 #include "runtime/conversions.h"
 #include "store/ask.h"
+#include "translator/translation_listener.h"
 
 namespace merivane::translator {
 
 using namespace program;
+
+// What no step changes, so that the database is asked for it once.
+struct PassMemory {
+  std::optional<std::unordered_set<std::int32_t>> decomposed;  // Use_Num of each UOB that is
+  std::unordered_map<std::string, std::string> aliases;        // by the object's number
+  std::unordered_map<std::string, Value> glossaries;           // by the activity's name
+};
 
 struct Pass {
   ModelToProject& state;
@@ -24,9 +35,15 @@ struct Pass {
   std::int32_t taskDays = 0;         // whole days of the current task
   std::string glossaryText{};        // last glossary of an activity; not cleared between tasks
   bool projectMarked = false;        // PROJ_EXT_EDITED is set
+  PassMemory memory{};
 
   void PrintMpx(std::string_view line) {
     if (mpxWanted) state.files.Print(state.mpxFileNo, line);
+  }
+
+  // Whether the row that comes next goes into the database.
+  bool IsStored(PlanRow row) const {
+    return !state.translationListener || state.translationListener->OnRow(row);
   }
 };
 

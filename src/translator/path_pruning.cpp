@@ -3,7 +3,7 @@
 #include "junction_queue.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
-#include "translator/path_listener.h"
+#include "translator/translation_listener.h"
 
 namespace merivane::translator {
 
@@ -20,7 +20,7 @@ std::string WordWithoutLetter(std::string_view text, std::size_t before, std::si
 }  // namespace
 
 void PathPruning::Prune(const Value& junctionNum) {
-  PathListener* listener = state_.pathListener;
+  TranslationListener* listener = state_.translationListener;
   if (listener) listener->OnFanOut(junctionNum);
   const bool ownFact = ReadFact(junctionNum);
   if (listener) listener->OnPath(ownFact, linkId_, junctionDigits_);

@@ -18,12 +18,14 @@ constexpr int kStartToStart = 3;
 void AddLink(Pass& pass, Recordset& links, const Value& predUID, const Value& succUID,
              std::optional<int> type) {
   ModelToProject& state = pass.state;
-  links.AddNew();
   state.linkUID = AddInt16(state.linkUID, 1);
+  const std::int32_t successor = ToInt32(succUID);  // the text of a relation may name no task
+  if (!pass.IsStored(PlanRow::kLink)) return;
+  links.AddNew();
   links.SetField("PROJ_ID", state.gMspProjId);
   links.SetField("LINK_UID", state.linkUID);
   links.SetField("LINK_PRED_UID", predUID);
-  links.SetField("LINK_SUCC_UID", succUID);
+  links.SetField("LINK_SUCC_UID", successor);
   if (type) links.SetField("LINK_TYPE", *type);
   links.SetField("EXT_EDIT_REF_DATA", 1);
   links.Update();

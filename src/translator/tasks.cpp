@@ -48,23 +48,32 @@ std::string TakeDuration(Pass& pass, const Value& duration) {
   return hundredths + "d";
 }
 
-void WriteNote(Pass& pass, const Value& name) {
+// A name that the pool doesn't have is error 3021.
+const Value& GlossaryOf(Pass& pass, const Value& name) {
+  auto& glossaries = pass.memory.glossaries;
+  const auto known = glossaries.find(Joined(name));
+  if (known != glossaries.end()) return known->second;
   Recordset activity = Ask(pass.state.gMspConn.get(),
                            "Select * from Activity_Pool where Msp_ProjID = ", pass.state.gMspProjId,
                            " and Name = '", name, "'");
-  const Value glossary = activity.Field("Glossary");
+  return glossaries.emplace(Joined(name), activity.Field("Glossary")).first->second;
+}
+
+void WriteNote(Pass& pass, const Value& name) {
+  const Value& glossary = GlossaryOf(pass, name);
   if (glossary.IsNull()) return;
   pass.glossaryText = Joined(glossary);
   pass.PrintMpx(MpxNote(kMpxTaskNote, pass.glossaryText));
 }
 
-void FillTask(const Pass& pass, Recordset& activity, Bytes note, Recordset& task) {
+void FillTask(const Pass& pass, Recordset& activity, std::int32_t duration, Bytes note,
+              Recordset& task) {
   const Value projectId = activity.Field("Project_ID");
   task.SetField("Proj_ID", pass.state.gMspProjId);
   task.SetField("TASK_UID", projectId);
   task.SetField("TASK_ID", projectId);
   task.SetField("TASK_Name", activity.Field("Name"));
-  task.SetField("TASK_DUR", ToInt32(pass.taskDays * kTenthsOfMinuteInDay));
+  task.SetField("TASK_DUR", duration);
   task.SetField("TASK_DUR_FMT", kDurationInDays);
   task.SetField("TASK_OUTLINE_LEVEL", activity.Field("outline"));
   task.SetField("EXT_EDIT_REF_DATA", 1);
@@ -76,8 +85,10 @@ void FillTask(const Pass& pass, Recordset& activity, Bytes note, Recordset& task
 void AddTask(Pass& pass, Recordset& activity, Bytes note) {
   Recordset tasks = Ask(pass.state.gMspConn.get(), "select * from MSP_TASKS");
   if (tasks.Bof() || tasks.Eof()) return;
+  const std::int32_t duration = ToInt32(pass.taskDays * kTenthsOfMinuteInDay);
+  if (!pass.IsStored(PlanRow::kTask)) return;
   tasks.AddNew();
-  FillTask(pass, activity, std::move(note), tasks);
+  FillTask(pass, activity, duration, std::move(note), tasks);
   tasks.Update();
 }
 

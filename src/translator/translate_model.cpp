@@ -3,7 +3,7 @@
 #include "runtime/code_page.h"
 #include "translation_steps.h"
 #include "translator/modIDEF3ToProject.h"
-#include "translator/path_listener.h"
+#include "translator/translation_listener.h"
 
 namespace merivane::translator {
 
@@ -56,12 +56,13 @@ void RunPass(ModelToProject& state, const std::string& mpxFileName) {
   state.progress.Begin("Laying out the plan", 0);
   MarkResources(pass);
   WriteResources(pass);
-  BuildOutline(state);
+  BuildOutline(pass);
   SelectPathsAndNumberTasks(state);
   BuildStartRelations(state);
   BuildFinishRelations(state);
-  if (state.pathListener && !state.pathListener->OnPathsTaken()) return;
+  if (state.translationListener && !state.translationListener->OnPathsTaken()) return;
   WriteTasks(pass);
+  if (state.translationListener && !state.translationListener->OnTasksWritten()) return;
   state.progress.Begin("Numbering the outline", 0);
   NumberOutline(state);
   if (pass.mpxWanted) EndMpx(state);

@@ -14,8 +14,11 @@ void WriteResources(Pass& pass);
 
 // Gives each activity of the project its outline level and its P_Order, so that sorting by P_Order
 // lists each UOB directly before its decomposition. OrderScenarios settles each scenario's depth.
-void BuildOutline(ModelToProject& state);
-void OrderScenarios(ModelToProject& state);
+void BuildOutline(Pass& pass);
+void OrderScenarios(Pass& pass);
+
+// Whether a scenario of the project decomposes the UOB.
+bool IsDecomposed(Pass& pass, const Value& useNum);
 
 // Takes out of the plan what facts or the user have not chosen, then numbers the tasks that remain.
 void SelectPathsAndNumberTasks(ModelToProject& state);

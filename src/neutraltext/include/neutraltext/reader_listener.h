@@ -49,7 +49,7 @@ class ReaderListener {
   virtual void OnField(std::size_t start, std::size_t length) = 0;
   // A block that ends at the current line is longer than `length` and is cut or dropped.
   virtual void OnCut(std::size_t length) = 0;
-  // Whether the row goes into the database as well.
+  // Whether the row goes into the database as well; HeldRows can put it there later.
   virtual bool OnRow(RowChange change, std::string_view table, std::span<const Cell> cells) = 0;
 };
 

@@ -21,7 +21,7 @@ class ReaderListener;
 }
 
 namespace merivane::translator {
-class PathListener;
+class TranslationListener;
 }
 
 namespace merivane::program {
@@ -91,7 +91,7 @@ struct ModelToProject : Direction {
   neutraltext::ReaderListener* readerListener = nullptr;  // null: nobody listens
 
   // Translator
-  translator::PathListener* pathListener = nullptr;  // null: nobody listens
+  translator::TranslationListener* translationListener = nullptr;  // null: nobody listens
   std::int16_t mpxFileNo = 0;
   std::int16_t linkUID = 0;
   std::int16_t currentScenarioNum = 0;

@@ -19,6 +19,7 @@ std::string ConnectionText(const std::string& path);
 enum class OpenMode {
   kReadWrite,
   kReadOnly,  // the file is never changed, and no journal is made beside it
+  kCopy,      // likewise; what is written goes to a copy in memory, which ends with the connection
 };
 
 // Knows the open connections of one program, so that a transaction is committed before another

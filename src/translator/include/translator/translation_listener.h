@@ -1,4 +1,5 @@
-// Hears which path the translator takes behind each fan-out that offers several.
+// Hears which path the translator takes behind each fan-out that offers several, and what it adds to
+// the plan.
 #pragma once
 
 #include <string>
@@ -9,9 +10,11 @@ namespace merivane::translator {
 
 using namespace runtime;
 
-class PathListener {
+enum class PlanRow { kTask, kLink, kAssignment };
+
+class TranslationListener {
  public:
-  virtual ~PathListener() = default;
+  virtual ~TranslationListener() = default;
 
   // The path behind this junction is looked for.
   virtual void OnFanOut(const Value& junctionNum) = 0;
@@ -21,6 +24,10 @@ class PathListener {
                       const std::string& junctionDigits) = 0;
   // All paths are taken, and the units numbered. False ends the translation without tasks.
   virtual bool OnPathsTaken() = 0;
+  // A row comes next, and nothing more can fail on its way. Whether it goes into the database.
+  virtual bool OnRow(PlanRow row) = 0;
+  // All tasks have been told of. False ends the translation without their outline numbers.
+  virtual bool OnTasksWritten() = 0;
 };
 
 }  // namespace merivane::translator
