@@ -1,10 +1,12 @@
 #include "reading.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 
 #include "machine_fault.h"
 #include "runtime/conversions.h"
+#include "runtime/file_names.h"
 #include "runtime/text.h"
 #include "store/connection.h"
 
@@ -21,6 +23,13 @@ constexpr const char* kChooseModel = "Choose a model text that was exported from
 std::string_view Behind(std::string_view line, std::size_t start) {
   const std::size_t blanks = Find(line, "  ", start);
   return blanks == 0 ? std::string_view() : line.substr(blanks + 1);
+}
+
+// 0 for a file that can't be asked, such as a pipe.
+std::uintmax_t SizeOf(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(PathOf(path), error);
+  return error ? 0 : size;
 }
 
 std::string Label(std::string_view line, std::string_view field) {
@@ -273,7 +282,8 @@ void Reading::Finish() {
   ReportCharacters();
 }
 
-ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath) {
+ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath)
+    : reading_(SizeOf(path)) {
   desktop_.onMessage = [this](const ScriptedDesktop::ShownMessage& shown) {
     reading_.OnMessage(shown.message);
   };

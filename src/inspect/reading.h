@@ -1,6 +1,7 @@
 // Reads a model with the program's own reader and keeps what it found, with its place.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -29,6 +30,9 @@ struct Stop {
 
 class Reading : public ReaderListener {
  public:
+  // `textSize`: of the file, in bytes.
+  explicit Reading(std::uintmax_t textSize) { text_.reserve(textSize); }
+
   void OnLine(const std::string& line) override;
   void OnSearch(std::string_view keyword) override;
   void OnRecord(Element element, std::string_view listEnd) override;

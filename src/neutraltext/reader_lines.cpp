@@ -9,7 +9,7 @@ namespace merivane::neutraltext {
 
 void NextLine(ModelToProject& state) {
   state.progress.Step();
-  state.gLine = state.files.ReadLine(state.gTextFile);
+  state.files.ReadLine(state.gTextFile, state.gLine);
   if (state.readerListener) state.readerListener->OnLine(state.gLine);
 }
 

@@ -245,7 +245,7 @@ void CloseMpxFile(ProjectToModel& state) {
 
 void MpxLines::Read() {
   state_.progress.Step();
-  text_ = state_.files.ReadLine(state_.mpxInFileNo);
+  state_.files.ReadLine(state_.mpxInFileNo, text_);
   if (listener_) listener_->OnLine(text_);
   record_ = RecordNumber(text_);
 }

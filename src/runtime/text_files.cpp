@@ -70,8 +70,8 @@ struct TextFiles::File {
     return filled > 0;
   }
 
-  std::string ReadLine() {
-    std::string line;
+  void ReadLine(std::string& line) {
+    line.clear();
     while (HasByte()) {
       const char* from = chunk.get() + next;
       const char* end = chunk.get() + filled;
@@ -84,7 +84,6 @@ struct TextFiles::File {
         break;
       }
     }
-    return line;
   }
 
   void SkipLineEnd() {
@@ -185,10 +184,16 @@ bool TextFiles::AtEnd(std::int16_t number) const {
 }
 
 std::string TextFiles::ReadLine(std::int16_t number) {
+  std::string line;
+  ReadLine(number, line);
+  return line;
+}
+
+void TextFiles::ReadLine(std::int16_t number, std::string& line) {
   File& file = Opened(number);
   if (file.mode != OpenMode::kRead) throw RunTimeError(kBadFileMode);
   if (!file.HasByte()) throw RunTimeError(kInputPastEndOfFile);
-  return file.ReadLine();
+  file.ReadLine(line);
 }
 
 void TextFiles::Print(std::int16_t number, std::string_view line) {

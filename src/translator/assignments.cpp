@@ -13,10 +13,9 @@ constexpr double kWorkInHour = 60000;  // thousandths of a minute
 const std::string& AliasOf(Pass& pass, const Value& objectNum) {
   const auto [known, isNew] = pass.memory.aliases.try_emplace(Joined(objectNum));
   if (isNew) {
-    Recordset object =
-        Ask(pass.state.gMspConn.get(),
-            "Select * from Object_Pool where Msp_ProjID = ", pass.state.gMspProjId,
-            " and Num = ", objectNum);
+    Recordset object = Ask(pass.state.gMspConn.get(),
+                           "Select * from Object_Pool where Msp_ProjID = ", pass.state.gMspProjId,
+                           " and Num = ", objectNum);
     if (!object.Eof()) known->second = Joined(object.Field("Alias"));
   }
   return known->second;

@@ -15,7 +15,10 @@ using namespace inspect;
 
 namespace {
 
+using ::testing::Contains;
+using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using ::testing::Not;
 
 struct Row {
   const char* name;
@@ -84,6 +87,47 @@ TEST_F(CheckTest, AnEmptyFileIsToldAtItsFirstLine) {
   ASSERT_EQ(findings.size(), 1U);
   EXPECT_EQ(findings[0].line, 1U);
   EXPECT_EQ(findings[0].sentence, "The text is empty.");
+}
+
+std::vector<std::string> SentencesOf(const std::vector<inspect::Finding>& findings) {
+  std::vector<std::string> sentences;
+  for (const auto& finding : findings) sentences.push_back(finding.sentence);
+  return sentences;
+}
+
+// The plan of such a model isn't written, only counted.
+TEST_F(CheckTest, APlanWithTooManyLinksIsToldBeforeItIsMade) {
+  std::string links;
+  for (int link = 0; link < 32768; ++link) links += Link("5", "1", "2");
+  Parts parts;
+  parts.scenarios = Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "", links);
+  const std::string tooMany =
+      "The plan would have more than 32,767 links, which ends the translation.";
+  EXPECT_THAT(SentencesOf(inspect::CheckModel(Write(ModelOf(parts)), TemplateDatabase())),
+              Contains(tooMany));
+  parts.scenarios.erase(parts.scenarios.find("  Link  5|"), Link("5", "1", "2").size());
+  EXPECT_THAT(SentencesOf(inspect::CheckModel(Write(ModelOf(parts)), TemplateDatabase())),
+              Not(Contains(tooMany)));
+}
+
+// Only the paths of it are tried.
+TEST_F(CheckTest, ALargeModelIsAskedForItsPathsAndScenarios) {
+  std::string units = Unit("1", "Cut");
+  std::string links;
+  for (int unit = 2; unit <= 4100; ++unit) {
+    units += Unit(std::to_string(unit), "Sand");
+    links += Link(std::to_string(unit), "1", std::to_string(unit));
+  }
+  Parts parts;
+  parts.scenarios =
+      Scenario("1", "Shop", "", units, Junction("4999", "J1", "Fan Out", "XOR"), links) + "|" +
+      Scenario("2", "Yard", "", Unit("4998", "Cut"));
+  EXPECT_THAT(
+      SentencesOf(inspect::CheckModel(Write(ModelOf(parts)), TemplateDatabase())),
+      ElementsAre("One of the scenarios 'Shop', 'Yard' has to be chosen, and no fact chooses the "
+                  "last one.",
+                  "It dangles: it has no ways in and no ways out.",
+                  "It has no path fact, so that all its paths go to the plan."));
 }
 
 TEST_P(CheckTest, TellsWhatAndWhere) {

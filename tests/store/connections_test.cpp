@@ -184,6 +184,23 @@ TEST_F(Connections, ReadingLeavesTheFileAsItIs) {
   }
 }
 
+TEST_F(Connections, WriteToACopyWithoutTouchingTheFile) {
+  connection.Close();
+  Connection copy(workspace);
+  copy.Open(ConnectionText(path), OpenMode::kCopy);
+  Recordset set;
+  set.OpenDynamic("select * from T", &copy);
+  set.SetField("Name", "x");
+  set.Update();
+  Connection reader(workspace);
+  reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+  EXPECT_EQ(FirstName(reader), "a");
+  EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_OK) << "it isn't held";
+  EXPECT_EQ(FirstName(copy), "x");
+  copy.Close();
+  EXPECT_EQ(FirstName(reader), "a");
+}
+
 TEST_F(Connections, ReadAFileWhoseLastTransactionWasCutOffAsItWasBefore) {
   connection.Close();
   const std::string crashed = folder.Path("crashed.mdb");

@@ -44,6 +44,7 @@ class TextFiles {
   bool IsOpen(std::int16_t number) const;
   bool AtEnd(std::int16_t number) const;  // False for an output file
   std::string ReadLine(std::int16_t number);
+  void ReadLine(std::int16_t number, std::string& line);  // takes the place of what `line` held
   void Print(std::int16_t number, std::string_view line);
 
   void Flush(std::int16_t number);  // nothing where the number is not open

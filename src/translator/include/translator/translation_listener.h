@@ -1,5 +1,5 @@
-// Hears which path the translator takes behind each fan-out that offers several, and what it adds to
-// the plan.
+// Hears which path the translator takes behind each fan-out that offers several, and what it adds
+// to the plan.
 #pragma once
 
 #include <string>
