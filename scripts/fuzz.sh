@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets and runs each for so many minutes (1): scripts/fuzz.sh [MINUTES] [TARGET...]
-# What a target learns is kept in build/fuzz/corpus; a finding ends the run, and its input is left in
-# build/fuzz. With RUNS=N a target ends after N executions.
+# A target runs in as many processes as there are cores, or WORKERS=N; they learn from each other by
+# build/fuzz/corpus. A finding ends the run, and its input is left in build/fuzz. With RUNS=N a target
+# ends after N executions.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 minutes=${1:-1}
@@ -35,13 +36,31 @@ word_list <(tr -cs 'A-Za-z_' '\n' < src/store/template/template.sql) tests/fuzz/
 cd "$out"
 declare -A longest=([neutral_text]=8192 [mpx]=2048 [xml]=10240 [statement]=256 [access]=49152)
 export ASAN_OPTIONS=${ASAN_OPTIONS:-allocator_may_return_null=1:malloc_context_size=2:max_malloc_fill_size=0:quarantine_size_mb=4}
+workers=${WORKERS:-$(nproc)}
+declare -A running=()  # log of each process
+trap 'kill "${!running[@]}" 2> /dev/null || true' EXIT
+
+# The workers of a target, until all have ended or one has failed.
+run_workers() {
+  local target=$1 worker ended
+  shift
+  for worker in $(seq "$workers"); do
+    "bin/fuzz_$target" "$@" 2> "$target.$worker.log" &
+    running[$!]=$target.$worker.log
+  done
+  while [ ${#running[@]} -gt 0 ]; do
+    wait -n -p ended "${!running[@]}" || { tail -60 "${running[$ended]}"; exit 1; }
+    unset "running[$ended]"
+  done
+}
+
 for target in "${targets[@]}"; do
   mkdir -p "corpus/$target"
   # What takes longer than the cases: looking for leaks after each (it is done at the end), and
   # counting how rare each feature of the corpus is.
   options=(-max_total_time=$((minutes * 60)) -max_len="${longest[$target]}" -detect_leaks=0
     -entropic=0 -timeout=20 -rss_limit_mb=2048 -print_final_stats=1)
-  [ -z "${RUNS:-}" ] || options+=(-runs="$RUNS")
+  [ -z "${RUNS:-}" ] || options+=(-runs="$(((RUNS + workers - 1) / workers))")
   [ ! -f "$target.dict" ] || options+=(-dict="$target.dict")
   leaks=1  # the library that reads Access files is left in the middle of a case
   if [ "$target" = access ]; then
@@ -49,7 +68,11 @@ for target in "${targets[@]}"; do
     options+=(-handle_segv=0 -handle_bus=0 -handle_fpe=0 -handle_abrt=0)
   fi
   echo "== $target"
-  ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=$leaks "bin/fuzz_$target" "${options[@]}" "corpus/$target" "seeds/$target" 2> "$target.log" ||
-    { tail -60 "$target.log"; exit 1; }
-  grep -E 'cov:|stat::' "$target.log" | tail -8
+  rm -f "$target".*.log
+  ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=$leaks \
+    run_workers "$target" "${options[@]}" "corpus/$target" "seeds/$target"
+  awk '/ cov: / {for (i = 1; i < NF; ++i) if ($i == "cov:" && $(i + 1) >= edges) {edges = $(i + 1); features = $(i + 3)}}
+       /stat::number_of_executed_units/ {units += $2}
+       /stat::average_exec_per_sec/ {rate += $2}
+       END {print units " executions, " rate " a second, " edges " edges, " features " features"}' "$target".*.log
 done

@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "engine.h"
+#include "engine_memory.h"
 #include "store/connection.h"
 
 namespace merivane::fuzz {
@@ -39,7 +40,7 @@ std::vector<KeptEngine>& KeptEngines() {
   return engines;
 }
 
-// What takes time for nothing here: locks between threads, and a piece of memory for each page.
+// What takes time for nothing here: locks between threads, and pieces of memory under guard.
 void Configure() {
   constexpr int kPage = 4096 + 512;  // with what SQLite keeps beside it
   constexpr int kMostPages = 1000;
@@ -47,7 +48,7 @@ void Configure() {
   sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
   sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
   sqlite3_config(SQLITE_CONFIG_PAGECACHE, pages.data(), kPage, kMostPages);
-  sqlite3_config(SQLITE_CONFIG_LOOKASIDE, 1200, 500);
+  KeepEngineMemory();
 }
 
 void Check(int result) {
