@@ -35,7 +35,7 @@ word_list <(tr -cs 'A-Za-z_' '\n' < src/store/template/template.sql) tests/fuzz/
 
 cd "$out"
 declare -A longest=([neutral_text]=8192 [mpx]=2048 [xml]=10240 [statement]=256 [access]=49152)
-export ASAN_OPTIONS=${ASAN_OPTIONS:-allocator_may_return_null=1:malloc_context_size=2:max_malloc_fill_size=0:quarantine_size_mb=4}
+export ASAN_OPTIONS=${ASAN_OPTIONS:-allocator_may_return_null=1:malloc_context_size=1:max_malloc_fill_size=0:quarantine_size_mb=4}
 workers=${WORKERS:-$(nproc)}
 declare -A running=()  # log of each process
 trap 'kill "${!running[@]}" 2> /dev/null || true' EXIT

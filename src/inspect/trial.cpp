@@ -62,7 +62,8 @@ class Trial : public TranslationListener {
       ReportLeftOut(*state.gMspConn);
     } catch (const ProgramEnd&) {
       ThrowMachineFault(desktop_);
-      ReportFailure(*state.gMspConn, desktop_.MessageTexts().back(), isSound);
+      const std::vector<std::string> texts = desktop_.MessageTexts();
+      ReportFailure(*state.gMspConn, texts.empty() ? "" : texts.back(), isSound);
     }
     return std::move(findings_);
   }
@@ -91,7 +92,7 @@ class Trial : public TranslationListener {
     }
   }
 
-  // The tasks of a large model would take seconds, and tell nothing more while they find room.
+  // The tasks of a large model would take long, and tell nothing more while they find room.
   bool OnPathsTaken() override { return !IsLarge(model_) || MayHaveTooManyRows(model_); }
 
   // How many there are tells enough.

@@ -8,7 +8,7 @@
 namespace merivane::inspect {
 
 // False for a model that leaves the translator nothing to decide and is so large that trying it
-// would take seconds.
+// would take several times as long as reading it.
 bool IsTrialNeeded(const Model& model);
 
 // Translates the text as the batch program would, with the first scenario wherever one has to be
