@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "clean_model.h"
 #include "database_fixture.h"
 #include "neutraltext/modGlobal.h"
@@ -90,8 +92,9 @@ TEST_F(CheckTest, AnEmptyFileIsToldAtItsFirstLine) {
 }
 
 std::vector<std::string> SentencesOf(const std::vector<inspect::Finding>& findings) {
-  std::vector<std::string> sentences;
-  for (const auto& finding : findings) sentences.push_back(finding.sentence);
+  std::vector<std::string> sentences(findings.size());
+  std::transform(findings.begin(), findings.end(), sentences.begin(),
+                 [](const auto& finding) { return finding.sentence; });
   return sentences;
 }
 
