@@ -21,7 +21,7 @@ scripts/windows/libraries.sh "$MERIVANE_WINDOWS" "${qt[@]}"
 # One Windows stays up for all programs that are run.
 export WINEPREFIX=${WINEPREFIX:-$MERIVANE_WINDOWS/wine}
 mkdir -p "$WINEPREFIX"
-WINEDEBUG=-all wineserver -p
+WINEDEBUG=-all wineserver -p || true  # one may be up already
 trap 'WINEDEBUG=-all wineserver -k || true' EXIT
 
 desktop=OFF
