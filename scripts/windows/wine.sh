@@ -5,6 +5,6 @@ export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
 if [ ! -e "$WINEPREFIX/system.reg" ]; then
   mkdir -p "$WINEPREFIX"
-  wine winecfg -v win10  # what it takes itself for, otherwise, heeds no manifest
+  wine winecfg -v win10 2> /dev/null  # what it takes itself for, otherwise, heeds no manifest
 fi
 exec wine "$@"
