@@ -14,7 +14,7 @@ struct Rendering {
 };
 
 struct RenderedFormat {
-  const char* ending;                                   // ".png"
+  const char* ending;                                    // ".png"
   Rendering (*render)(const std::vector<Picture>& all);  // error 57: can't be drawn
 };
 

@@ -60,9 +60,11 @@ TEST_F(WindowsFiles, EveryKindOfPathLeadsThereAndBack) {
   }
 }
 
-TEST_F(WindowsFiles, ANameOfADeviceIsNoFile) {
-  for (const char* name : {"CON", "NUL.mdb", "AUX", "COM1.mdb"}) {
-    plan = folder.Path(name);
+TEST_F(WindowsFiles, ANameWhereNoFileCanBeIsToldSo) {
+  for (const std::string& name :
+       {folder.Path("CON"), folder.Path("NUL.mdb"), folder.Path("AUX"), folder.Path("COM1.mdb"),
+        std::string(R"(\\127.0.0.1\none\plan.mdb)"), std::string(R"(Q:\none\plan.mdb)")}) {
+    plan = name;
     const int status = ToProject(Sample("onboarding.txt"));
     EXPECT_TRUE(status == kFailed || status == kRefused) << name << out.str();
     EXPECT_FALSE(err.str().empty()) << name;

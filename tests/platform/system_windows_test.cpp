@@ -96,6 +96,10 @@ TEST_F(WindowsProgramStart, APathWithBlanksStartsInQuotes) {
   }
 }
 
+TEST(WindowsSystem, APageThatNothingOpensIsAFailure) {
+  EXPECT_LT(OpenInBrowser("merivane-no-such-scheme:page"), 33);
+}
+
 TEST(WindowsSystem, TheCodePageIsTheSystemsOwn) {
   EXPECT_EQ(static_cast<UINT>(SystemOemCodePage()), GetOEMCP());
 }

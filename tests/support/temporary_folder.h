@@ -38,7 +38,8 @@ class TemporaryFolder {
 
   // Writes the bytes as they are; gives the file's path.
   std::string Write(const std::string& name, std::string_view bytes) const {
-    std::ofstream(runtime::PathOf(Path(name)), std::ios::binary).write(bytes.data(), std::ssize(bytes));
+    std::ofstream(runtime::PathOf(Path(name)), std::ios::binary)
+        .write(bytes.data(), std::ssize(bytes));
     return Path(name);
   }
 
