@@ -22,10 +22,11 @@ void IgnoreFailedWrites() {
 int main(int argc, char** argv) try {
   using namespace merivane::platform;
   IgnoreFailedWrites();
-  const Utf8Terminal terminal;
-  return merivane::batch::RunBatch(ProgramArguments(argc, argv),
-                                   ProgramFolder(argc > 0 ? argv[0] : ""), std::cout, std::cerr,
-                                   StandardErrorIsTerminal());
+  return OnUtf8Terminal([&] {
+    return merivane::batch::RunBatch(ProgramArguments(argc, argv),
+                                     ProgramFolder(argc > 0 ? argv[0] : ""), std::cout, std::cerr,
+                                     StandardErrorIsTerminal());
+  });
 } catch (const std::exception& error) {
   std::cerr << "merivane-batch: " << error.what() << '\n';
   return merivane::batch::kFailed;

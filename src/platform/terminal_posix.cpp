@@ -6,7 +6,6 @@ namespace merivane::platform {
 
 bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 
-Utf8Terminal::Utf8Terminal() = default;
-Utf8Terminal::~Utf8Terminal() = default;
+int OnUtf8Terminal(const std::function<int()>& run) { return run(); }
 
 }  // namespace merivane::platform

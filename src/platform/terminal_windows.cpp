@@ -10,13 +10,12 @@ bool StandardErrorIsTerminal() {
   return _isatty(kStandardError) != 0;
 }
 
-Utf8Terminal::Utf8Terminal() {
-  const UINT page = GetConsoleOutputCP();
-  if (page != CP_UTF8 && SetConsoleOutputCP(CP_UTF8) != FALSE) before_ = page;
-}
-
-Utf8Terminal::~Utf8Terminal() {
-  if (before_ != 0) SetConsoleOutputCP(before_);
+int OnUtf8Terminal(const std::function<int()>& run) {
+  const UINT before = GetConsoleOutputCP();  // 0 without a terminal
+  SetConsoleOutputCP(CP_UTF8);
+  const int result = run();
+  if (before != 0) SetConsoleOutputCP(before);
+  return result;
 }
 
 }  // namespace merivane::platform
