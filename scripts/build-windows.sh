@@ -18,8 +18,8 @@ qt=()
 [ "$what" != --all ] || qt=(--qt)
 scripts/windows/libraries.sh "$MERIVANE_WINDOWS" "${qt[@]}"
 
-# One Windows stays up for all programs that are run.
-export WINEPREFIX=${WINEPREFIX:-$MERIVANE_WINDOWS/wine}
+# One Windows, of this tree alone, stays up for all programs that are run.
+export WINEPREFIX=$PWD/build/windows/wine
 mkdir -p "$WINEPREFIX"
 WINEDEBUG=-all wineserver -p || true  # one may be up already
 trap 'WINEDEBUG=-all wineserver -k || true' EXIT

@@ -109,9 +109,19 @@ Section
 SectionEnd
 
 ; Only what was installed: a user's own file in the folder stays, and the folder with it. Nothing is
-; touched while the desktop program runs.
+; touched while one of the programs runs or the help is open.
+!macro RequireUnused NAME
+  IfFileExists "$INSTDIR\${NAME}" 0 +4
+  FileOpen $0 "$INSTDIR\${NAME}" a
+  IfErrors in_use
+  FileClose $0
+!macroend
+
 Section Uninstall
   ClearErrors
+  !insertmacro RequireUnused merivane-batch.exe
+  !insertmacro RequireUnused merivane-access.exe
+  !insertmacro RequireUnused merivane.chm
   Delete "$INSTDIR\merivane.exe"
   IfErrors in_use
   !include "${LISTS}/remove_files.nsh"

@@ -43,6 +43,8 @@ told=$($wine "$bin/merivane-batch.exe" projects "$scratch/cut.mdb" 2>&1) || stat
   fail "a cut Access file: status $status, $told"
 for plan in ../shared/plans/*.mpd; do
   [ -e "$plan" ] || continue
+  cp "$plan" "$scratch/Größe 中文.mpd"
+  $wine "$bin/merivane-batch.exe" projects "$scratch/Größe 中文.mpd" > /dev/null || fail "$plan by another name"
   $wine "$bin/merivane-batch.exe" projects "$plan" --json > "$scratch/windows.json" || fail "$plan"
   [ -x build/release/bin/merivane-batch ] || continue
   build/release/bin/merivane-batch projects "$plan" --json > "$scratch/linux.json"

@@ -11,6 +11,8 @@ export MERIVANE_WINDOWS=$folder
 toolchain=$here/cmake/windows.toolchain.cmake
 prefix=$folder/prefix
 mkdir -p "$folder/sources" "$folder/build" "$prefix"
+exec 9> "$folder/lock"
+flock 9
 
 # Packages with the release whose source Debian still has. Sources are fetched for this user alone:
 # apt's own lists stay as they are.
@@ -77,15 +79,19 @@ note_made() {
   echo "$2" > "$prefix/made/$1"
 }
 
-recipe=$(cat scripts/windows/libraries/{,graphviz/}*.* "$toolchain" | sha256sum)
+recipe=$(cat "$here/scripts/windows/libraries.sh" scripts/windows/libraries/{,graphviz/}*.* "$toolchain" | sha256sum)
 if ! made c "$recipe"; then
   for package in sqlite3 chmlib graphviz mdbtools; do source_of "$package"; done
-  if [ ! -e "$folder/sources/sqlite3/sqlite3.c" ]; then
-    (cd "$folder/sources/sqlite3" && ./configure -q > /dev/null && make -s sqlite3.c sqlite3.h > /dev/null)
+  if [ ! -e "$folder/sources/sqlite3/is-patched" ]; then
+    (cd "$folder/sources/sqlite3" && rm -f sqlite3.c && ./configure -q > /dev/null && make -s sqlite3.c sqlite3.h > /dev/null)
     # A database that is open may be given another name, as elsewhere.
     sed -i 's/dwShareMode = FILE_SHARE_READ | FILE_SHARE_WRITE;/dwShareMode = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;/' "$folder/sources/sqlite3/sqlite3.c"
     grep -q FILE_SHARE_DELETE "$folder/sources/sqlite3/sqlite3.c"
+    touch "$folder/sources/sqlite3/is-patched"
   fi
+  # Whether there is a file is asked by its name in UTF-8 (utf8_names.c).
+  sed -i 's/!stat(\([a-z_]*\), &status)/!HasUtf8Name(\1)/' "$folder/sources/mdbtools/src/libmdb/file.c"
+  grep -q HasUtf8Name "$folder/sources/mdbtools/src/libmdb/file.c"
   if [ ! -e "$folder/sources/graphviz/is-static" ]; then
     # Its headers know Windows by libraries that are loaded, not by static ones.
     grep -rlZ '__declspec' "$folder"/sources/graphviz/{lib,plugin} | xargs -0 sed -i \
@@ -98,7 +104,7 @@ if ! made c "$recipe"; then
   note_made c "$recipe"
 fi
 
-recipe=$(sha256sum < "$toolchain")
+recipe=$(cat "$here/scripts/windows/libraries.sh" "$toolchain" | sha256sum)
 if ! made cxx "$recipe"; then
   source_of pugixml
   source_of googletest

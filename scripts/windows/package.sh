@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes merivane-VERSION-windows.zip and merivane-VERSION-setup.exe of a Windows build:
-# package.sh BUILD_FOLDER OUTPUT_FOLDER. One commit gives the same bytes wherever it is built; their
+# package.sh BUILD_FOLDER OUTPUT_FOLDER. One commit gives the same bytes, with the libraries in one folder; their
 # date is SOURCE_DATE_EPOCH, else the commit's.
 set -euo pipefail
 build=$(realpath "$1")
@@ -54,7 +54,7 @@ done
 
 find "$folder" -type d -exec chmod 755 {} + -o -name '*.exe' -exec chmod 755 {} + -o -exec chmod 644 {} +
 find "$folder" -exec touch -d "@$SOURCE_DATE_EPOCH" {} +
-rm -f "$output/$name"-{windows.zip,setup.exe}
+rm -f "$output"/merivane-*-{windows.zip,setup.exe}
 (cd "$scratch" && find "$name" -type f | sort | zip -q -X -@ "$output/$name-windows.zip")
 
 # The setup program installs, and its uninstaller removes, these files by their names.

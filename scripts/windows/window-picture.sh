@@ -2,12 +2,12 @@
 # Starts merivane.exe under Wine on a screen of its own, translates a sample through the first dialog,
 # opens the second, and takes pictures: window-picture.sh BIN-FOLDER PICTURES-FOLDER
 set -euo pipefail
-cd "$(dirname "$0")/../.."
-bin=$1
-pictures=$2
 if [ -z "${MERIVANE_SCREEN:-}" ]; then
   exec env MERIVANE_SCREEN=1 xvfb-run -a -s "-screen 0 1280x900x24" "$0" "$@"
 fi
+bin=$(realpath "$1")
+pictures=$(realpath -m "$2")
+cd "$(dirname "$0")/../.."
 mkdir -p "$pictures"
 scratch=$(mktemp -d)
 wait_for() {  # SECONDS COMMAND...
@@ -62,6 +62,7 @@ wait_for 30 rows || fail "the sample was not translated"
 picture written
 open_menu p
 picture project-to-celvar
+! cmp -s "$pictures/written.png" "$pictures/project-to-celvar.png" || fail "no second dialog"
 keys Escape
 open_menu e
 wait_for 20 test ! -d "/proc/$program" || fail "the program does not end"

@@ -1,10 +1,16 @@
 #!/usr/bin/env bash
-# Runs a Windows program: wine.sh PROGRAM arguments... Its Windows has a folder of its own.
+# Runs a Windows program: wine.sh PROGRAM arguments... Its Windows is in WINEPREFIX, or else in a
+# folder of its own.
 export WINEPREFIX=${WINEPREFIX:-${MERIVANE_WINDOWS:-$HOME/.cache/merivane-windows}/wine}
 export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
-if [ ! -e "$WINEPREFIX/system.reg" ]; then
+if [ ! -e "$WINEPREFIX/is-windows-10" ]; then
   mkdir -p "$WINEPREFIX"
-  wine winecfg -v win10 2> /dev/null  # what it takes itself for, otherwise, heeds no manifest
+  (
+    flock 9
+    # What it takes itself for, otherwise, heeds no manifest.
+    [ -e "$WINEPREFIX/is-windows-10" ] || wine winecfg -v win10 2> /dev/null
+    touch "$WINEPREFIX/is-windows-10"
+  ) 9> "$WINEPREFIX/lock"
 fi
 exec wine "$@"

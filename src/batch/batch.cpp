@@ -21,7 +21,7 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch to-model --xml plan.xml --interim plan.mdb --merge 1 --output merged.txt
   merivane-batch export plan.mdb --project 1 --xml plan.xml
   merivane-batch draw model.txt --output model.svg
-  merivane-batch chart plan.mdb --project 1 --output plan.pdf
+  merivane-batch chart plan.mdb --project 1 --output plan.svg
   merivane-batch report model.txt --output model.html
 
 Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is

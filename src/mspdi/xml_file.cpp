@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "runtime/code_page.h"
+#include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
@@ -56,7 +57,7 @@ XmlFile::XmlFile(const std::string& path) {
 }
 
 void XmlFile::Load(const std::string& path) {
-  const fs::path place = fs::u8path(path);
+  const fs::path place = PathOf(path);
   name_ = FromUtf8(path.substr(path.find_last_of("/\\") + 1));
   std::error_code error;
   if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);

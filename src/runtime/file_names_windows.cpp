@@ -33,7 +33,8 @@ std::wstring Plain(std::wstring path) {
   constexpr std::wstring_view kUnc = LR"(\\?\UNC\)";
   constexpr std::wstring_view kPlain = LR"(\\?\)";
   if (path.starts_with(kUnc)) return L"\\\\" + path.substr(kUnc.size());
-  if (path.starts_with(kPlain)) path.erase(0, kPlain.size());
+  const bool ofDrive = path.size() > kPlain.size() + 1 && path[kPlain.size() + 1] == L':';
+  if (ofDrive && path.starts_with(kPlain)) path.erase(0, kPlain.size());
   return path;
 }
 
@@ -123,7 +124,10 @@ std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesy
   if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & kNotToReplace) != 0) {
     return told(failure);
   }
-  const std::filesystem::path aside = PathOf(TemporaryNameBeside(Utf8Of(to)));
+  // No name that a later run would clear away: it may be all that is left of the file.
+  std::filesystem::path aside = to;
+  do aside += ".replaced";
+  while (GetFileAttributesW(aside.c_str()) != INVALID_FILE_ATTRIBUTES);
   if (move(to, aside) != 0) return told(failure);
   if (move(from, to) != 0) {
     move(aside, to);

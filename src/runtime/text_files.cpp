@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "file_open.h"
+#include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
@@ -235,7 +236,7 @@ void TextFiles::RequireFree(std::int16_t number) const {
 }
 
 std::int64_t CountLines(const std::string& path) {
-  const std::filesystem::path name = std::filesystem::u8path(path);
+  const std::filesystem::path name = PathOf(path);
   std::error_code error;
   if (!std::filesystem::is_regular_file(name, error)) return 0;
   std::ifstream file(name, std::ios::binary);

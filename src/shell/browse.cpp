@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "runtime/code_page.h"
+#include "runtime/file_names.h"
 #include "runtime/text.h"
 
 namespace merivane::shell {
@@ -26,7 +27,7 @@ std::optional<std::string> BrowseForFile(Desktop& desktop, FileDialog dialog,
 
 bool FileIsThere(const std::string& path) {
   std::error_code error;
-  const auto status = std::filesystem::status(std::filesystem::u8path(path), error);
+  const auto status = std::filesystem::status(runtime::PathOf(path), error);
   return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 

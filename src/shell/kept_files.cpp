@@ -46,6 +46,10 @@ bool MayBeWritten(const std::string& path) {
   return std::ofstream(PathOf(path), std::ios::app | std::ios::binary).is_open();
 }
 
+std::string NotPutBack(const std::string& path, const std::string& kept) {
+  return path + " can't be put back; as it was it is kept in " + kept + ".";
+}
+
 bool TakesAnothersPlace(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(PathOf(path), error);
@@ -139,8 +143,11 @@ std::vector<std::string> KeptFiles::PutBack() noexcept try {
   std::vector<std::string> failures;
   for (const NewPlace& made : newFiles_) {
     Remove(made.moved && !made.stood ? made.place : made.standIn);
-    if (made.moved && !made.old.empty()) MoveInPlace(made.old, made.place);
-    Remove(made.old);
+    if (made.moved && !made.old.empty() && MoveInPlace(made.old, made.place)) {
+      failures.push_back(NotPutBack(Utf8Of(made.place), Utf8Of(made.old)));
+    } else {
+      Remove(made.old);
+    }
   }
   newFiles_.clear();
   for (const Database& database : databases_) {
@@ -152,8 +159,7 @@ std::vector<std::string> KeptFiles::PutBack() noexcept try {
         Workspace::PutInPlace(database.copy, database.path);
       }
     } catch (const std::exception&) {
-      failures.push_back(database.path + " can't be put back; as it was it is kept in " +
-                         database.copy + ".");
+      failures.push_back(NotPutBack(database.path, database.copy));
     }
   }
   databases_.clear();

@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "access_limits.h"
 #include "access_process.h"
 #include "access_tables.h"
 
@@ -26,22 +27,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::string_view kDone = "done";
-
-// Far above what whole files need: a slow machine loads several megabytes a second.
-struct Limits {
-  rlim_t cpuSeconds;
-  std::chrono::seconds wall;
-  rlim_t bytes;
-};
-
-Limits LimitsFor(const std::string& path) {
-  std::error_code ignored;
-  const std::uintmax_t size = std::filesystem::file_size(path, ignored);
-  const std::uintmax_t megabytes = ignored ? 0 : size >> 20U;
-  return {.cpuSeconds = 10 + megabytes,
-          .wall = std::chrono::seconds(60 + 4 * megabytes),
-          .bytes = (64 + 8 * megabytes) << 20U};
-}
 
 void Limit(decltype(RLIMIT_CPU) what, rlim_t most) {
   rlimit limit{};
@@ -68,9 +53,9 @@ void Report(int pipe, std::string_view text) {
 
 // Leaves by _exit, so that nothing of the parent is flushed or closed twice.
 [[noreturn]] void RunChild(const std::string& path, const std::string& sqlitePath,
-                           const Limits& limits, int pipe) {
+                           const AccessLimits& limits, int pipe) {
   Silence();
-  Limit(RLIMIT_CPU, limits.cpuSeconds);
+  Limit(RLIMIT_CPU, static_cast<rlim_t>(limits.cpu.count()));
   Limit(RLIMIT_FSIZE, limits.bytes);
   Limit(RLIMIT_CORE, 0);
   for (const int number : {SIGXCPU, SIGXFSZ, SIGSEGV, SIGABRT}) std::signal(number, SIG_DFL);
@@ -135,19 +120,18 @@ class Child {
 std::string Supervise(Child& child, std::chrono::seconds wall, Work& work) {
   const std::optional<std::string> report = ReadReport(child.Pipe(), Clock::now() + wall, work);
   const int status = report ? child.Wait() : child.End();
-  if (!report || (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU))
-    return "reading it never ends";
+  if (!report || (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU)) return kEndless;
   if (*report == kDone) return {};
-  return report->empty() ? "it is damaged" : *report;
+  return report->empty() ? kDamaged : *report;
 }
 
 }  // namespace
 
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
                                   Work& work) {
-  const Limits limits = LimitsFor(path);
+  const AccessLimits limits = LimitsFor(path);
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) return "no process can be started";
+  if (pipe2(ends, O_CLOEXEC) != 0) return kNoProcess;
   const pid_t id = fork();
   if (id == 0) {
     close(ends[0]);
@@ -155,7 +139,7 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   }
   Child child(id, ends[0]);
   close(ends[1]);
-  return id < 0 ? "no process can be started" : Supervise(child, limits.wall, work);
+  return id < 0 ? kNoProcess : Supervise(child, limits.wall, work);
 }
 
 }  // namespace merivane::store

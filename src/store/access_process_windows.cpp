@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "access_limits.h"
 #include "access_process.h"
 #include "runtime/file_names.h"
 
@@ -18,29 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
-
-constexpr const char* kNoProcess = "no process can be started";
-constexpr const char* kDamaged = "it is damaged";
-constexpr const char* kEndless = "reading it never ends";
-
-// Far above what whole files need: a slow machine loads several megabytes a second.
-struct Limits {
-  std::chrono::seconds cpu;
-  std::chrono::seconds wall;
-  std::uintmax_t bytes;
-  SIZE_T memory;
-};
-
-Limits LimitsFor(const fs::path& path) {
-  constexpr SIZE_T kMemory = SIZE_T{1} << 30U;
-  std::error_code ignored;
-  const std::uintmax_t size = fs::file_size(path, ignored);
-  const std::uintmax_t megabytes = ignored ? 0 : size >> 20U;
-  return {.cpu = std::chrono::seconds(10 + megabytes),
-          .wall = std::chrono::seconds(60 + 4 * megabytes),
-          .bytes = (64 + 8 * megabytes) << 20U,
-          .memory = kMemory};
-}
 
 class Handle {
  public:
@@ -68,23 +46,37 @@ fs::path Reader() {
   return fs::path(name).parent_path() / "merivane-access.exe";
 }
 
-// A job whose processes end with it, and within the limits.
-Handle NewJob(const Limits& limits) {
+// A job whose processes end with it, and within the limits; none where the system refuses it.
+Handle NewJob(const AccessLimits& limits) {
+  constexpr std::int64_t kTicksOfSecond = 10'000'000;
+  constexpr SIZE_T kMemory = SIZE_T{1} << 30U;
   Handle job(CreateJobObjectW(nullptr, nullptr));
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION told{};
   told.BasicLimitInformation.LimitFlags =
       JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_PROCESS_MEMORY |
       JOB_OBJECT_LIMIT_PROCESS_TIME | JOB_OBJECT_LIMIT_DIE_ON_UNHANDLED_EXCEPTION;
-  constexpr std::int64_t kTicksOfSecond = 10'000'000;
   told.BasicLimitInformation.PerProcessUserTimeLimit.QuadPart = limits.cpu.count() * kTicksOfSecond;
-  told.ProcessMemoryLimit = limits.memory;
-  SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &told, sizeof told);
+  told.ProcessMemoryLimit = kMemory;
+  if (SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &told, sizeof told) ==
+      FALSE) {
+    job.Close();
+  }
   return job;
+}
+
+// By its handle: the folder tells the size of a file that is open only later.
+std::uintmax_t SizeOf(const fs::path& path) {
+  const Handle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, 0, nullptr));
+  LARGE_INTEGER size{};
+  const bool told = file.Get() != INVALID_HANDLE_VALUE && GetFileSizeEx(file.Get(), &size) != FALSE;
+  return told ? static_cast<std::uintmax_t>(size.QuadPart) : 0;
 }
 
 class Child {
  public:
-  explicit Child(const Limits& limits) : job_(NewJob(limits)) {}
+  explicit Child(const AccessLimits& limits) : job_(NewJob(limits)) {}
   ~Child() {
     if (process_.Get() != nullptr) End();
   }
@@ -110,8 +102,8 @@ class Child {
     }
     process_ = Handle(started.hProcess);
     const Handle thread(started.hThread);
-    AssignProcessToJobObject(job_.Get(), process_.Get());
-    return ResumeThread(thread.Get()) != static_cast<DWORD>(-1);
+    return job_.Get() != nullptr && AssignProcessToJobObject(job_.Get(), process_.Get()) != FALSE &&
+           ResumeThread(thread.Get()) != static_cast<DWORD>(-1);
   }
 
   bool HasEnded(std::chrono::milliseconds wait) const {
@@ -130,7 +122,7 @@ class Child {
     return {text, read ? size : 0};
   }
   void End() const {
-    TerminateJobObject(job_.Get(), 1);
+    TerminateProcess(process_.Get(), 1);
     WaitForSingleObject(process_.Get(), INFINITE);
   }
 
@@ -144,14 +136,13 @@ class Child {
 };
 
 // Why the child failed; empty when it did not.
-std::string Supervise(const Child& child, const Limits& limits, const fs::path& copy, Work& work) {
+std::string Supervise(const Child& child, const AccessLimits& limits, const fs::path& copy,
+                      Work& work) {
   constexpr std::chrono::milliseconds kWait(20);
   const auto deadline = Clock::now() + limits.wall;
   while (!child.HasEnded(kWait)) {
     work.Beat();
-    std::error_code ignored;
-    const std::uintmax_t size = fs::file_size(copy, ignored);
-    if (!ignored && size > limits.bytes) return kDamaged;
+    if (SizeOf(copy) > limits.bytes) return kDamaged;
     if (Clock::now() >= deadline) return kEndless;
   }
   const DWORD status = child.Status();
@@ -168,7 +159,7 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   std::error_code ignored;
   const fs::path source = fs::absolute(PathOf(path), ignored);
   const fs::path copy = fs::absolute(PathOf(sqlitePath), ignored);
-  const Limits limits = LimitsFor(source);
+  const AccessLimits limits = LimitsFor(path);
   Child child(limits);
   if (!child.Start(source, copy)) return kNoProcess;
   return Supervise(child, limits, copy, work);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "access_fields.h"
+#include "runtime/file_names.h"
 #include "sqlite_handle.h"
 
 namespace merivane::store {
@@ -101,7 +102,7 @@ void CopyAccessTables(const std::string& path, const std::string& sqlitePath, Wo
   const GPtrArray* catalog = mdb_read_catalog(mdb.get(), MDB_TABLE);
   if (catalog == nullptr) throw std::runtime_error("its list of tables is damaged");
   const DatabaseHandle database = OpenTarget(sqlitePath);
-  AccessFields values(mdb.get(), std::filesystem::file_size(path));
+  AccessFields values(mdb.get(), std::filesystem::file_size(PathOf(path)));
   int copied = 0;
   for (unsigned i = 0; i < catalog->len; ++i) {
     auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(catalog, i));

@@ -1,6 +1,7 @@
 // merivane-access SOURCE COPY: copies the tables of an Access file for the program that started it,
 // which tells it when to stop. Why it failed goes to the standard output, in UTF-8.
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <string>
@@ -11,6 +12,10 @@
 
 int wmain(int count, wchar_t** words) {
   if (count != 3) return 2;
+  // Each would change how texts are read, or print among the words that are waited for.
+  for (const char* variable : {"MDBICONV=", "MDB_JET3_CHARSET=", "MDBOPTS=", "MDBPATH="}) {
+    _putenv(variable);
+  }
   try {
     merivane::store::Work nobody;
     merivane::store::CopyAccessTables(merivane::runtime::Utf8Of(words[1]),
