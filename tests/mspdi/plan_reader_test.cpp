@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "runtime/run_time_error.h"
+#include "error_of.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {
@@ -40,13 +40,10 @@ class BadFiles : public testing::TestWithParam<BadFile> {};
 
 TEST_P(BadFiles, AreToldWithLineAndFinding) {
   const TemporaryFolder folder;
-  try {
-    ReadPlanFile(folder.Write("plan.xml", GetParam().text));
-    FAIL() << "it was read";
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.Number(), kInvalidFileFormat);
-    EXPECT_THAT(error.Description(), HasSubstr(std::string("plan.xml, line ") + GetParam().found));
-  }
+  const std::string path = folder.Write("plan.xml", GetParam().text);
+  std::string told;
+  EXPECT_EQ(ErrorOf([&] { ReadPlanFile(path); }, &told), kInvalidFileFormat);
+  EXPECT_THAT(told, HasSubstr(std::string("plan.xml, line ") + GetParam().found));
 }
 
 std::string Nested(int depth) {

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "database_fixture.h"
+#include "error_of.h"
 #include "runtime/text.h"
 
 namespace merivane::test {
@@ -97,12 +98,7 @@ class ScenarioFixture : public DatabaseFixture, public testing::WithParamInterfa
           {1, 3, std::stoi(text), text.substr(3, comma - 3), type.empty() ? Value() : type});
     }
     for (const std::string& text : Split(GetParam().links, ';')) AddLink(text, 3, 1);
-    int error = 0;
-    try {
-      step();
-    } catch (const RunTimeError& failure) {
-      error = std::abs(failure.Number());
-    }
+    const int error = std::abs(ErrorOf(step));
     EXPECT_EQ(Description() + std::to_string(error), GetParam().after);
     EXPECT_EQ(Rows(Interim(),
                    "select Num from Links_in_Scenario where Scenario_Num = 9 or Msp_ProjID = 2"),

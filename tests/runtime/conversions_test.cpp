@@ -3,23 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "runtime/run_time_error.h"
+#include "error_of.h"
 
 namespace merivane::test {
 
 using namespace runtime;
 
 namespace {
-
-template <typename Convert>
-int FailureOf(Convert convert) {
-  try {
-    convert();
-  } catch (const RunTimeError& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 TEST(WholeNumbers, RoundHalfToEvenWithinTheirWidth) {
   const std::pair<Value, int> cases[] = {{2.5, 2},
@@ -43,11 +33,11 @@ TEST(WholeNumbers, FailByTheReason) {
                                          {"", kTypeMismatch},         {Bytes{1}, kTypeMismatch},
                                          {Value(), kInvalidUseOfNull}};
   for (const auto& [value, number] : cases) {
-    EXPECT_EQ(FailureOf([&v = value] { ToInt16(v); }), number) << Joined(value);
+    EXPECT_EQ(ErrorOf([&v = value] { ToInt16(v); }), number) << Joined(value);
   }
-  EXPECT_EQ(FailureOf([] { ToInt32(2147483647.5); }), kOverflow);
-  EXPECT_EQ(FailureOf([] { AddInt16(32767, 1); }), kOverflow);
-  EXPECT_EQ(FailureOf([] { ToText(Value()); }), kInvalidUseOfNull);
+  EXPECT_EQ(ErrorOf([] { ToInt32(2147483647.5); }), kOverflow);
+  EXPECT_EQ(ErrorOf([] { AddInt16(32767, 1); }), kOverflow);
+  EXPECT_EQ(ErrorOf([] { ToText(Value()); }), kInvalidUseOfNull);
 }
 
 TEST(NumericTexts, AreThoseThatAUserWouldWrite) {

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "runtime/run_time_error.h"
+#include "error_of.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {
@@ -30,16 +30,6 @@ class TextFilesTest : public testing::Test {
     while (!files_.AtEnd(1)) lines.push_back(files_.ReadLine(1));
     files_.Close(1);
     return lines;
-  }
-
-  template <typename Action>
-  static int FailureOf(Action action) {
-    try {
-      action();
-    } catch (const RunTimeError& error) {
-      return error.Number();
-    }
-    return 0;
   }
 
   test::TemporaryFolder folder_;
@@ -71,7 +61,7 @@ TEST_F(TextFilesTest, ReadingPastTheEndFails) {
   files_.OpenForInput(1, Make("one.txt", "line"));
   EXPECT_EQ(files_.ReadLine(1), "line");
   EXPECT_TRUE(files_.AtEnd(1));
-  EXPECT_EQ(FailureOf([&] { files_.ReadLine(1); }), kInputPastEndOfFile);
+  EXPECT_EQ(ErrorOf([&] { files_.ReadLine(1); }), kInputPastEndOfFile);
   EXPECT_TRUE(files_.IsOpen(1));
 }
 
@@ -119,10 +109,10 @@ TEST_F(TextFilesTest, DroppedFilesAreWhole) {
 TEST_F(TextFilesTest, OpeningFailsByTheReason) {
   Make("file", "");
   const auto input = [&](const std::string& path) {
-    return FailureOf([&] { files_.OpenForInput(1, path); });
+    return ErrorOf([&] { files_.OpenForInput(1, path); });
   };
   const auto output = [&](const std::string& path) {
-    return FailureOf([&] { files_.OpenForOutput(1, path); });
+    return ErrorOf([&] { files_.OpenForOutput(1, path); });
   };
   EXPECT_EQ(input(Path("none")), kFileNotFound);
   EXPECT_EQ(input(Path("none/file")), kPathNotFound);
@@ -140,17 +130,17 @@ TEST_F(TextFilesTest, AFileWithoutPermissionIsRefused) {
   fs::permissions(Make("closed.txt", ""), fs::perms::none);
   if (std::ofstream(Path("closed.txt"), std::ios::app)) GTEST_SKIP() << "this user may open all";
 #ifndef _WIN32  // where it is closed to writers alone
-  EXPECT_EQ(FailureOf([&] { files_.OpenForInput(1, Path("closed.txt")); }), kPermissionDenied);
+  EXPECT_EQ(ErrorOf([&] { files_.OpenForInput(1, Path("closed.txt")); }), kPermissionDenied);
 #endif
-  EXPECT_EQ(FailureOf([&] { files_.OpenForOutput(1, Path("closed.txt")); }), kPermissionDenied);
+  EXPECT_EQ(ErrorOf([&] { files_.OpenForOutput(1, Path("closed.txt")); }), kPermissionDenied);
 }
 
 TEST_F(TextFilesTest, WrongUseOfANumberFails) {
   files_.OpenForInput(1, Make("in.txt", "line"));
   files_.OpenForOutput(2, Path("out.txt"));
-  EXPECT_EQ(FailureOf([&] { files_.Print(1, ""); }), kBadFileMode);
-  EXPECT_EQ(FailureOf([&] { files_.ReadLine(2); }), kBadFileMode);
-  EXPECT_EQ(FailureOf([&] { files_.AtEnd(3); }), kBadFileNumber);
+  EXPECT_EQ(ErrorOf([&] { files_.Print(1, ""); }), kBadFileMode);
+  EXPECT_EQ(ErrorOf([&] { files_.ReadLine(2); }), kBadFileMode);
+  EXPECT_EQ(ErrorOf([&] { files_.AtEnd(3); }), kBadFileNumber);
   files_.Close(3);
   files_.Flush(3);
 }
@@ -161,20 +151,16 @@ TEST_F(TextFilesTest, AFullDiskIsToldOnceAndNamesTheFile) {
   files_.OpenForOutput(2, Path("good.txt"));
   for (int line = 0; line < 1000; ++line) files_.Print(1, std::string(999, 'x'));
   files_.Print(2, "line");
-  try {
-    files_.Flush(1);
-    ADD_FAILURE() << "nothing was told";
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.Number(), kDiskFull);
-    EXPECT_EQ(error.Description(), "Disk full: '/dev/full'");
-  }
+  std::string description;
+  EXPECT_EQ(ErrorOf([&] { files_.Flush(1); }, &description), kDiskFull);
+  EXPECT_EQ(description, "Disk full: '/dev/full'");
   files_.Print(1, "line");
   files_.Flush(1);
   files_.CloseAll();
   EXPECT_EQ(Content("good.txt"), "line\r\n");
   files_.OpenForOutput(1, "/dev/full");
   files_.Print(1, "line");
-  EXPECT_EQ(FailureOf([&] { files_.CloseAll(); }), kDiskFull);
+  EXPECT_EQ(ErrorOf([&] { files_.CloseAll(); }), kDiskFull);
   EXPECT_FALSE(files_.IsOpen(1));
 }
 

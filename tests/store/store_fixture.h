@@ -2,14 +2,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "error_of.h"
+#include "raw_database.h"
 #include "runtime/conversions.h"
-#include "runtime/run_time_error.h"
 #include "store/connection.h"
 #include "store/recordset.h"
 #include "temporary_folder.h"
@@ -20,44 +19,6 @@ using namespace store;
 
 inline std::string Shown(const Value& value) {
   return value.IsNull() ? "Null" : value.IsBytes() ? "bytes" : ToText(value);
-}
-
-// A handle of its own on a file, as another process has one.
-class RawDatabase {
- public:
-  explicit RawDatabase(const std::string& path) {
-    EXPECT_EQ(sqlite3_open(path.c_str(), &handle_), SQLITE_OK) << path;
-  }
-  ~RawDatabase() { sqlite3_close(handle_); }
-  RawDatabase(const RawDatabase&) = delete;
-  RawDatabase& operator=(const RawDatabase&) = delete;
-
-  int Run(const std::string& sql) {
-    return sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr);
-  }
-  std::string Ask(const std::string& sql) {
-    std::string answer;
-    const auto keep = [](void* out, int, char** texts, char**) {
-      *static_cast<std::string*>(out) += texts[0] == nullptr ? "Null" : texts[0];
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), keep, &answer, nullptr), SQLITE_OK) << sql;
-    return answer;
-  }
-
- private:
-  sqlite3* handle_ = nullptr;
-};
-
-// The number of the error that `action` ends in; 0 without one.
-inline int ErrorOf(const std::function<void()>& action, std::string* description = nullptr) {
-  try {
-    action();
-    return 0;
-  } catch (const RunTimeError& error) {
-    if (description != nullptr) *description = error.Description();
-    return error.Number();
-  }
 }
 
 class StoreFixture : public ::testing::Test {

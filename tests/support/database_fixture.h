@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -14,6 +13,7 @@
 
 #include "platform/scripted_desktop.h"
 #include "program/program.h"
+#include "raw_database.h"
 #include "runtime/conversions.h"
 #include "store/connection.h"
 #include "store/interim_db.h"
@@ -120,12 +120,7 @@ class DatabaseFixture : public ::testing::Test {
 
   // Statements through a handle of its own, as another program has one.
   void Sql(const std::string& statements) {
-    sqlite3* database = nullptr;
-    sqlite3_open(databasePath.c_str(), &database);
-    char* message = nullptr;
-    sqlite3_exec(database, statements.c_str(), nullptr, nullptr, &message);
-    EXPECT_EQ(message, nullptr) << message << "\n" << statements;
-    sqlite3_close(database);
+    EXPECT_EQ(RawDatabase(databasePath).Run(statements), SQLITE_OK) << statements;
   }
 
   // True when `action` ended the program.

@@ -1,0 +1,37 @@
+// A database as another process has it open.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <string>
+
+namespace merivane::test {
+
+class RawDatabase {
+ public:
+  explicit RawDatabase(const std::string& path) {
+    EXPECT_EQ(sqlite3_open(path.c_str(), &handle_), SQLITE_OK) << path;
+  }
+  ~RawDatabase() { sqlite3_close(handle_); }
+  RawDatabase(const RawDatabase&) = delete;
+  RawDatabase& operator=(const RawDatabase&) = delete;
+
+  int Run(const std::string& sql) {
+    return sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr);
+  }
+  std::string Ask(const std::string& sql) {
+    std::string answer;
+    const auto keep = [](void* out, int, char** texts, char**) {
+      *static_cast<std::string*>(out) += texts[0] == nullptr ? "Null" : texts[0];
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), keep, &answer, nullptr), SQLITE_OK) << sql;
+    return answer;
+  }
+
+ private:
+  sqlite3* handle_ = nullptr;
+};
+
+}  // namespace merivane::test
