@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "clean_model.h"
 #include "database_fixture.h"
+#include "model_parts.h"
 #include "neutraltext/modGlobal.h"
 #include "translator/modIDEF3ToProject.h"
 
@@ -31,14 +31,8 @@ struct Row {
 
 void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 
-std::string Changed(std::string text, const std::string& passage, const std::string& other) {
-  const std::size_t at = text.find(passage);
-  if (at == std::string::npos) return "no such passage: " + passage;
-  return text.replace(at, passage.size(), other);
-}
-
 std::string Blank(const std::string& passage, const std::string& other) {
-  return Changed(ModelOf({}), passage, other);
+  return With(ModelOf({}), {{passage, other}});
 }
 
 std::vector<std::string> LinesOf(const std::string& model) {
@@ -138,7 +132,7 @@ TEST_P(CheckTest, TellsWhatAndWhere) {
   EXPECT_EQ(TranslationStumbles(GetParam().model), GetParam().endsTranslation);
 }
 
-Parts With(const std::string& scenarios, const std::string& facts = "") {
+Parts Holding(const std::string& scenarios, const std::string& facts = "") {
   Parts parts;
   parts.scenarios = scenarios;
   parts.facts = facts;
@@ -152,7 +146,7 @@ Row OfText(const char* name, const std::string& passage, const std::string& othe
 
 Row OfScenarios(const char* name, const std::string& scenarios, std::vector<std::string> findings,
                 bool ends = false) {
-  return {name, ModelOf(With(scenarios)), std::move(findings), ends};
+  return {name, ModelOf(Holding(scenarios)), std::move(findings), ends};
 }
 
 // Units 1 to 4: 1 forks at J11 to 2 and 3, which meet at J12 in front of 4.
@@ -224,8 +218,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "is no whole number."},
                true),
         Row{"RefusedNames",
-            Changed(Blank("  Name:  Saw", "  Name:  Saw, small"), "  Name:  Cut",
-                    "  Name:  \"Cut\""),
+            With(Blank("  Name:  Saw", "  Name:  Saw, small"),
+                 {{"  Name:  Cut", "  Name:  \"Cut\""}}),
             {"  Name:  \"Cut\": error: process 1 '\"Cut\"': Merivane requires that UOB names do "
              "not have double quotes.",
              "  Name:  Saw, small: error: object 1 'Saw, small': Merivane requires that Object "
@@ -252,12 +246,12 @@ INSTANTIATE_TEST_SUITE_P(
                      "a junction of the scenario."}),
         OfScenarios("EndOfOtherKind",
                     Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
-                             Changed(Link("5", "1", "2"), "Process-Occurrence", "Junction")),
+                             With(Link("5", "1", "2"), {{"Process-Occurrence", "Junction"}})),
                     {"  Link  5: error: link 5 'X to X': Its origin 1 is called 'Junction', and is "
                      "a 'Process-Occurrence'."}),
         Row{"OneNumberTwice",
-            Changed(ModelOf({.processes = Process("1", "Cut") + Process("1", "Sand")}), "#2|",
-                    "#1|"),
+            With(ModelOf({.processes = Process("1", "Cut") + Process("1", "Sand")}),
+                 {{"#2|", "#1|"}}),
             {"Process  1: error: process 1 'Sand': It has the number of process 1 'Cut' (line "
              "14).",
              "    Process  1  #1: error: unit 1 'Sand': It has the number of unit 1 'Cut' (line "
@@ -267,7 +261,7 @@ INSTANTIATE_TEST_SUITE_P(
              "  Link  5: error: link 5 'X to X': Its destination 2 is neither a unit nor a "
              "junction of the scenario."}},
         Row{"OneJunctionIdTwice",
-            Changed(ModelOf(With(Fork("Async. AND"))), "ID  J12", "ID  J11"),
+            With(ModelOf(Holding(Fork("Async. AND"))), {{"ID  J12", "ID  J11"}}),
             {"  Junction  12: error: junction 12 'J11': It has the ID of junction 11 'J11' (line "
              "222), so that the links of the two are mixed up in the plan."}},
         OfScenarios("CircleOfDecompositions",
@@ -277,8 +271,8 @@ INSTANTIATE_TEST_SUITE_P(
                     {"Scenario  2: error: scenario 2 'Left': It is part of a circle of "
                      "decompositions: scenario 2 'Left', scenario 3 'Right'."}),
         Row{"CircleOfJunctions",
-            ModelOf(With(Fork("Async. AND", "",
-                              Link("27", "J11", "J12") + Link("28", "J12", "J11")))),
+            ModelOf(Holding(Fork("Async. AND", "",
+                                 Link("27", "J11", "J12") + Link("28", "J12", "J11")))),
             {"    Process  1  #2: warning: unit 2 'Sand': It is part of a circle of links, so that "
              "its tasks wait for each other: junction 11 'J11', unit 2 'Sand', junction 12 'J12'.",
              "  Junction  11: error: junction 11 'J11': It is part of a circle of junctions, which "
@@ -290,29 +284,29 @@ INSTANTIATE_TEST_SUITE_P(
                     {"    Process  1  #1: warning: unit 1 'Cut': It is part of a circle of links, "
                      "so that its tasks wait for each other: unit 1 'Cut', unit 2 'Sand'."}),
         Row{"LinkWithoutId",
-            Changed(ModelOf(With(Fork("Async. AND"))), "ID  1|    Type:  Precedence",
-                    "ID  |    Type:  Precedence"),
+            With(ModelOf(Holding(Fork("Async. AND"))),
+                 {{"ID  1|    Type:  Precedence", "ID  |    Type:  Precedence"}}),
             {"  Link  21: error: link 21 'X to J11': It gives no ID of its own, and the 'J12' that "
              "it takes over is no number."},
             true},
         Row{"ScenarioThatAFactLeavesOut",
-            ModelOf(With(Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
-                             Scenario("2", "Yard", "", Unit("2", "Sand")),
-                         Fact("1", "Choose Yard"))),
+            ModelOf(Holding(Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
+                                Scenario("2", "Yard", "", Unit("2", "Sand")),
+                            Fact("1", "Choose Yard"))),
             {"Scenario  1: warning: scenario 1 'Shop': Nothing of it reaches the plan, since "
              "another scenario is chosen."}},
         Row{"PathFactWithoutPath",
-            ModelOf(With(Fork("XOR", kPathFact), Fact("1", "PathAt", "Roof|"))),
+            ModelOf(Holding(Fork("XOR", kPathFact), Fact("1", "PathAt", "Roof|"))),
             {"  Junction  11: warning: junction 11 'J11': The glossary of its path fact names no "
              "link and junction, so that all its paths go to the plan."}},
         Row{"PathFactCutShort",
-            ModelOf(With(Fork("XOR", kPathFact), Fact("1", "PathAt", "Take L2 until |"))),
+            ModelOf(Holding(Fork("XOR", kPathFact), Fact("1", "PathAt", "Take L2 until |"))),
             {"  Junction  11: error: junction 11 'J11': The glossary of its path fact can't be "
              "read, which ends the translation."},
             true},
         Row{"CircleBehindPrunedPath",
-            ModelOf(With(Fork("XOR", kPathFact, Link("27", "3", "4") + Link("28", "4", "3")),
-                         Path("2", "99"))),
+            ModelOf(Holding(Fork("XOR", kPathFact, Link("27", "3", "4") + Link("28", "4", "3")),
+                            Path("2", "99"))),
             {"    Process  1  #3: warning: unit 3 'Cut': It is part of a circle of links, so that "
              "its tasks wait for each other: junction 12 'J12', unit 4 'Sand', unit 3 'Cut'.",
              "  Junction  11: warning: junction 11 'J11': Its path fact names the junction 'J99', "
@@ -339,15 +333,15 @@ INSTANTIATE_TEST_SUITE_P(
                      "the translation."},
                     true),
         Row{"PartnerNotSent",
-            ModelOf(With(Scenario("1", "Shop", "",
-                                  Unit("1", "Cut") + Unit("2", "Sand") + Unit("3", "Cut") +
-                                      Unit("4", "Sand"),
-                                  Junction("11", "J11", "Fan Out", "XOR", kPathFact) +
-                                      Junction("12", "J12", "Fan In", "Sync. AND"),
-                                  Link("21", "1", "J11") + Link("22", "J11", "2", "2") +
-                                      Link("23", "J11", "3", "3") + Link("24", "2", "J12") +
-                                      Link("25", "3", "J12") + Link("26", "J12", "4")),
-                         Path("2", "12"))),
+            ModelOf(Holding(Scenario("1", "Shop", "",
+                                     Unit("1", "Cut") + Unit("2", "Sand") + Unit("3", "Cut") +
+                                         Unit("4", "Sand"),
+                                     Junction("11", "J11", "Fan Out", "XOR", kPathFact) +
+                                         Junction("12", "J12", "Fan In", "Sync. AND"),
+                                     Link("21", "1", "J11") + Link("22", "J11", "2", "2") +
+                                         Link("23", "J11", "3", "3") + Link("24", "2", "J12") +
+                                         Link("25", "3", "J12") + Link("26", "J12", "4")),
+                            Path("2", "12"))),
             {"  Junction  12: error: junction 12 'J12': unit 3 'Cut' (line 193) isn't sent to the "
              "plan, but is to start or finish with others of this junction, which ends the "
              "translation."},
@@ -381,11 +375,11 @@ INSTANTIATE_TEST_SUITE_P(
                     {"    Process  1  #2: warning: unit 2 'Sand': It gives no cycle time, no labor "
                      "rule of its own; what unit 1 'Cut' (line 135) gives is taken over."}),
         Row{"FanOutsWithoutFact",
-            ModelOf(With(Fork("XOR"))),
+            ModelOf(Holding(Fork("XOR"))),
             {"  Junction  11: warning: junction 11 'J11': It has no path fact, so that all its "
              "paths go to the plan."}},
         Row{"PathFactNamesNothing",
-            ModelOf(With(Fork("XOR", kPathFact), Path("7", "99"))),
+            ModelOf(Holding(Fork("XOR", kPathFact), Path("7", "99"))),
             {"  Junction  11: warning: junction 11 'J11': Its path fact names the link '7', which "
              "doesn't lead out of it, so that no path is kept.",
              "  Junction  11: warning: junction 11 'J11': Its path fact names the junction 'J99', "
@@ -408,15 +402,15 @@ INSTANTIATE_TEST_SUITE_P(
             {"    Process  1  #1: warning: unit 1 'Cut': Its object 7 'Axe' is not in the object "
              "pool, so that the plan doesn't have it."}),
         Row{"CycleTimesThatAreReadOtherwise",
-            Changed(Blank("Cycle-Time:  2", "Cycle-Time:  1,5"), "Cycle-Time:  2",
-                    "Cycle-Time:  -2"),
+            With(Blank("Cycle-Time:  2", "Cycle-Time:  1,5"),
+                 {{"Cycle-Time:  2", "Cycle-Time:  -2"}}),
             {"    Process  1  #1: warning: unit 1 'Cut': Commas don't count in its cycle time "
              "'1,5'; the plan takes 15.00 days.",
              "    Process  1  #2: warning: unit 2 'Sand': Its cycle time '-2' is negative, so that "
              "its task ends before it starts."}},
         Row{"CycleTimes",
-            Changed(Blank("Cycle-Time:  2", "Cycle-Time:  Norm(3,1)"), "Cycle-Time:  2",
-                    "Cycle-Time:  "),
+            With(Blank("Cycle-Time:  2", "Cycle-Time:  Norm(3,1)"),
+                 {{"Cycle-Time:  2", "Cycle-Time:  "}}),
             {"    Process  1  #1: warning: unit 1 'Cut': Its cycle time 'Norm(3,1)' is no number; "
              "the plan takes one day.",
              "    Process  1  #2: warning: unit 2 'Sand': It has no cycle time; the plan takes one "

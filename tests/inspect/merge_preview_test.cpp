@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "changed_text.h"
 #include "database_fixture.h"
 #include "neutraltext/modGlobal.h"
 #include "translator/modIDEF3ToProject.h"
@@ -49,11 +50,7 @@ class MergePreviewTest : public DatabaseFixture, public ::testing::WithParamInte
 
   static void Change(const std::string& path, const std::vector<Edit>& edits) {
     std::string text = ReadFile(path);
-    for (const Edit& edit : edits) {
-      const std::size_t at = text.find(edit.passage);
-      ASSERT_NE(at, std::string::npos) << edit.passage;
-      text.replace(at, edit.passage.size(), edit.other);
-    }
+    for (const auto& [passage, other] : edits) text = With(text, {{passage, other}});
     std::ofstream(path, std::ios::binary) << text;
   }
 };

@@ -5,6 +5,7 @@
 #include <regex>
 #include <set>
 
+#include "changed_text.h"
 #include "mpx_fixture.h"
 #include "mspdi/plan_reader.h"
 #include "mspdi/plan_writer.h"
@@ -71,9 +72,7 @@ class RoundTrip : public MpxFixture {
 
   void Replace(const std::string& text, const std::string& with) { Replace(mpx, text, with); }
   static void Replace(std::string& plan, const std::string& text, const std::string& with) {
-    const std::size_t at = plan.find(text);
-    ASSERT_NE(at, std::string::npos) << text;
-    plan.replace(at, text.size(), with);
+    plan = With(plan, {{text, with}});
   }
 
   std::string Dump() {
