@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "batch/batch.h"
+#include "changed_text.h"
 #include "database_fixture.h"
 
 namespace merivane::test {
@@ -16,15 +17,22 @@ namespace fs = std::filesystem;
 
 class Batch : public ::testing::Test {
  protected:
-  int Run(std::vector<std::string> arguments) {
+  int Run(std::vector<std::string> arguments, const std::vector<std::string>& more = {}) {
+    arguments.insert(arguments.end(), more.begin(), more.end());
     out.str("");
     err.str("");
     return RunBatch(arguments, MERIVANE_BIN, out, err);
   }
-  int ToProject(const std::string& model, std::vector<std::string> more = {}) {
-    std::vector<std::string> arguments = {"to-project", model, "--database", plan};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return Run(arguments);
+  void Succeed(const std::vector<std::string>& arguments,
+               const std::vector<std::string>& more = {}) {
+    EXPECT_EQ(Run(arguments, more), kDone) << err.str();
+  }
+  int ToProject(const std::string& model, const std::vector<std::string>& more = {}) {
+    return Run({"to-project", model, "--database", plan}, more);
+  }
+  nlohmann::json Projects() {
+    Succeed({"projects", plan, "--json"});
+    return nlohmann::json::parse(out.str());
   }
   std::vector<nlohmann::json> Log() const {
     std::vector<nlohmann::json> lines;
@@ -42,10 +50,8 @@ class Batch : public ::testing::Test {
   }
   static std::string Sample(const std::string& name) { return MERIVANE_SAMPLES "/" + name; }
   void Replace(const std::string& path, const std::string& from, const std::string& to) const {
-    std::string text = test::ReadFile(path);
-    const auto at = text.find(from);
-    ASSERT_NE(at, std::string::npos) << from;
-    std::ofstream(path, std::ios::binary) << text.replace(at, from.size(), to);
+    const std::string text = With(test::ReadFile(path), {{from, to}});
+    std::ofstream(path, std::ios::binary) << text;
   }
 
   test::TemporaryFolder folder;

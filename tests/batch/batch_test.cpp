@@ -33,8 +33,7 @@ TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
   EXPECT_NE(out.str().find("5 tasks, "), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("; written: " + plan + ", " + mpx), std::string::npos) << out.str();
   EXPECT_EQ(test::ReadFile(mpx).substr(0, 4), "MPX,");
-  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
-  const auto projects = nlohmann::json::parse(out.str());
+  const auto projects = Projects();
   ASSERT_EQ(projects.size(), 1U);
   EXPECT_EQ(projects[0]["id"], 1);
   EXPECT_EQ(projects[0]["tasks"], 5);
@@ -47,8 +46,7 @@ TEST_F(Batch, AnExistingDatabaseNeedsAWordAndQuietSaysNothing) {
   EXPECT_EQ(ToProject(Sample("onboarding.txt")), kRefused);
   EXPECT_TRUE(test::ReadFile(plan) == before);
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kDone) << err.str();
-  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
-  const auto projects = nlohmann::json::parse(out.str());
+  const auto projects = Projects();
   ASSERT_EQ(projects.size(), 2U);
   EXPECT_EQ(projects[1]["id"], 2);
   EXPECT_EQ(projects[1]["name"], projects[0]["name"].get<std::string>() + "(2)");
@@ -90,9 +88,8 @@ TEST_F(Batch, ChoiceIsTakenFromTheCommandLineOrTheUserCancels) {
   const std::string first = lines[0]["chooser"]["items"][0];
   EXPECT_NE(err.str().find(first), std::string::npos);
 
-  EXPECT_EQ(ToProject(Sample("bakery.txt"), {"--overwrite", "--choose", first, "--log", log}),
-            kDone)
-      << err.str();
+  Succeed({"to-project", Sample("bakery.txt"), "--database", plan},
+          {"--overwrite", "--choose", first, "--log", log});
   EXPECT_EQ(Log().at(0)["chooser"]["answer"], first);
 }
 
@@ -107,13 +104,9 @@ TEST_F(Batch, CodePageAndTodayReachTheMpxFile) {
 
 TEST_F(Batch, ToModelFindsTheProjectByIdOrNameAndGuardsTheOutput) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt")), kDone);
-  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone);
-  const std::string name = nlohmann::json::parse(out.str())[0]["name"];
+  const std::string name = Projects()[0]["name"];
   const auto toModel = [&](const std::string& project, std::vector<std::string> more = {}) {
-    std::vector<std::string> arguments = {"to-model", "--database", plan, "--project",
-                                          project,    "--output",   model};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return Run(arguments);
+    return Run({"to-model", "--database", plan, "--project", project, "--output", model}, more);
   };
   const std::string before = test::ReadFile(plan);
   EXPECT_EQ(toModel("nothing like it"), kRefused);
@@ -131,10 +124,9 @@ TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
   const std::string before = test::ReadFile(plan);
   Replace(mpx, "70,1,1,", "70,1,1,Newly ");
   const auto merge = [&](const std::string& project, std::vector<std::string> more = {}) {
-    std::vector<std::string> arguments = {"to-model", "--mpx", mpx,        "--interim", plan,
-                                          "--merge",  project, "--output", model,       "--force"};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return Run(arguments);
+    return Run({"to-model", "--mpx", mpx, "--interim", plan, "--merge", project, "--output", model,
+                "--force"},
+               more);
   };
   EXPECT_EQ(merge("7"), kRefused);
   EXPECT_TRUE(test::ReadFile(plan) == before);
@@ -150,10 +142,8 @@ TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
 
 TEST_F(Batch, OverwriteBuildsANewModelFromThePlanAlone) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
-  EXPECT_EQ(Run({"to-model", "--mpx", mpx, "--interim", folder.Path("fresh.mdb"), "--overwrite",
-                 "--output", model}),
-            kDone)
-      << err.str();
+  Succeed({"to-model", "--mpx", mpx, "--interim", folder.Path("fresh.mdb"), "--overwrite",
+           "--output", model});
   EXPECT_NE(test::ReadFile(model).find("Scenario#1"), std::string::npos);
   EXPECT_EQ(Run({"to-model", "--mpx", folder.Path("none.mpx"), "--interim", plan, "--overwrite",
                  "--output", folder.Path("other.txt")}),
@@ -165,8 +155,7 @@ TEST_F(Batch, RealPlanDatabasesComeOutAsText) {
   const std::string source = MERIVANE_PLANS "/mpp9relations.mpd";
   if (!fs::exists(source)) GTEST_SKIP() << "no real plans beside this clone";
   fs::copy_file(source, plan);
-  ASSERT_EQ(Run({"projects", plan, "--json"}), kDone) << err.str();
-  const auto projects = nlohmann::json::parse(out.str());
+  const auto projects = Projects();
   ASSERT_EQ(projects.size(), 1U);
   EXPECT_EQ(projects[0]["tasks"], 5);
   EXPECT_NE(Run({"to-model", "--database", plan, "--project", "1", "--output", model}), kRefused);
@@ -175,15 +164,13 @@ TEST_F(Batch, RealPlanDatabasesComeOutAsText) {
 
 TEST_F(Batch, PicturesAreDrawnOfATextAndOfATranslatedModel) {
   const std::string svg = folder.Path("model.svg");
-  ASSERT_EQ(Run({"draw", Sample("festival.txt"), "--output", svg}), kDone) << err.str();
+  Succeed({"draw", Sample("festival.txt"), "--output", svg});
   EXPECT_NE(out.str().find("5 diagrams; written: " + svg), std::string::npos) << out.str();
   const std::string all = test::ReadFile(svg);
   EXPECT_EQ(all.find("Not in the plan"), std::string::npos);
   ASSERT_EQ(ToProject(Sample("festival.txt"), {"--choose", "Sale by mail order"}), kDone);
-  ASSERT_EQ(Run({"draw", "--database", plan, "--project", "1", "--scenario", "Stage building",
-                 "--output", svg, "--force"}),
-            kDone)
-      << err.str();
+  Succeed({"draw", "--database", plan, "--project", "1", "--scenario", "Stage building", "--output",
+           svg, "--force"});
   const std::string one = test::ReadFile(svg);
   EXPECT_LT(one.size(), all.size());
   EXPECT_NE(one.find("Not in the plan"), std::string::npos);
@@ -199,9 +186,7 @@ TEST_F(Batch, AReportGoesOnWithoutThePlanThatTheModelLeavesOpen) {
   EXPECT_NE(err.str().find("--choose"), std::string::npos) << err.str();
   EXPECT_NE(test::ReadFile(page).find("Multiple scenarios found."), std::string::npos);
   EXPECT_EQ(Run(command), kRefused);
-  std::vector<std::string> chosen = command;
-  chosen.insert(chosen.end(), {"--force", "--choose", "Weekday bread"});
-  EXPECT_EQ(Run(chosen), kDone) << err.str();
+  Succeed(command, {"--force", "--choose", "Weekday bread"});
   EXPECT_NE(test::ReadFile(page).find("id=\"plan-task-1\""), std::string::npos);
 }
 
@@ -248,17 +233,13 @@ TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
   const std::string before = test::ReadFile(plan);
   const std::vector<std::string> merge = {"to-model", "--mpx",   mpx, "--interim",
                                           plan,       "--merge", "1"};
-  const auto with = [&](std::vector<std::string> more) {
-    more.insert(more.begin(), merge.begin(), merge.end());
-    return Run(more);
-  };
-  EXPECT_EQ(with({"--dry-run"}), kDone);
+  Succeed(merge, {"--dry-run"});
   EXPECT_EQ(out.str(), change + "0 added, 1 changed, 0 removed, 0 kept\n");
-  EXPECT_EQ(with({"--dry-run", "--json"}), kDone);
+  Succeed(merge, {"--dry-run", "--json"});
   EXPECT_EQ(nlohmann::json::parse(out.str())["changes"][0]["change"], "changed");
   EXPECT_EQ(test::ReadFile(plan), before);
-  EXPECT_EQ(with({}), kRefused);
-  EXPECT_EQ(with({"--output", model}), kDone);
+  EXPECT_EQ(Run(merge), kRefused);
+  Succeed(merge, {"--output", model});
   EXPECT_EQ(out.str().rfind(change, 0), 0U);
 }
 

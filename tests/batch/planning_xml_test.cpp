@@ -10,11 +10,8 @@ using testing::HasSubstr;
 
 class BatchXml : public Batch {
  protected:
-  int ToModel(std::vector<std::string> more) {
-    std::vector<std::string> arguments = {"to-model", "--xml",    xml,  "--interim",
-                                          plan,       "--output", model};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return Run(arguments);
+  int ToModel(const std::vector<std::string>& more) {
+    return Run({"to-model", "--xml", xml, "--interim", plan, "--output", model}, more);
   }
   std::string xml = folder.Path("plan.xml");
 };

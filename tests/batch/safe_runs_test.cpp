@@ -1,5 +1,3 @@
-#include <sqlite3.h>
-
 #include "batch_fixture.h"
 
 namespace merivane::test {
@@ -15,10 +13,7 @@ class SafeRuns : public Batch {
     Link(plan, folder.Path("soft.txt"));
   }
   void Sql(const std::string& sql) const {
-    sqlite3* database = nullptr;
-    sqlite3_open(plan.c_str(), &database);
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
-    sqlite3_close(database);
+    EXPECT_EQ(RawDatabase(plan).Run(sql), SQLITE_OK) << sql;
   }
   // The rows name files of the folder by "@".
   int RunIn(std::vector<std::string> arguments) {
@@ -133,13 +128,13 @@ TEST_F(SafeRuns, AnAppendWithoutAFreeNumberIsRefused) {
 }
 
 TEST_F(SafeRuns, AFaultOfTheMachineIsNoSuccess) {
-  sqlite3* writer = nullptr;
-  sqlite3_open(plan.c_str(), &writer);
-  sqlite3_exec(writer, "begin immediate", nullptr, nullptr, nullptr);
   const auto before = Files();
-  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kFailed) << out.str();
-  EXPECT_TRUE(Files() == before);
-  sqlite3_close(writer);
+  {
+    RawDatabase writer(plan);
+    writer.Run("begin immediate");
+    EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kFailed) << out.str();
+    EXPECT_TRUE(Files() == before);
+  }
 
   std::ostream full(nullptr);  // takes nothing
   EXPECT_EQ(RunBatch({"projects", plan}, MERIVANE_BIN, full, err), kFailed);
