@@ -6,7 +6,6 @@
 
 #include "runtime/run_time_error.h"
 #include "store/connection.h"
-#include "store/interim_db.h"
 #include "store/recordset.h"
 #include "temporary_folder.h"
 
@@ -66,17 +65,6 @@ TEST_F(Template, ColumnsHaveTheirTypesAndDefaults) {
     EXPECT_EQ(set.Field(item.asked), item.expected) << item.table << "." << item.asked;
   }
   EXPECT_THROW(Open("MSP_PROJECTS").AddNew({"PROJ_ID"}, {32768}), RunTimeError);
-}
-
-TEST_F(Template, NamesThatAreTestedWithTheirCaseStandInThoseLetters) {
-  EXPECT_EQ(TableExists(&connection_, "Misc") + TableExists(&connection_, "Scenario"), 2);
-  Recordset tasks = Open("MSP_TASKS");
-  EXPECT_EQ(FieldExists(tasks, "KV7_PROC_HEX") + FieldExists(tasks, "KV7_SCENARIO_HEX"), 2);
-  Recordset projects = Open("MSP_PROJECTS");
-  EXPECT_EQ(FieldExists(projects, "KV7_PROJ_PROPERTY_LIST"), 1);
-  Recordset resources = Open("MSP_RESOURCES");
-  EXPECT_EQ(FieldExists(resources, "KV7_OBJ_HEX"), 1);
-  EXPECT_THROW(resources.Field("Alias"), RunTimeError);
 }
 
 TEST_F(Template, TasksAndResourcesBeginWithARowOfNumberZero) {
