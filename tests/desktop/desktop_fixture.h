@@ -20,6 +20,12 @@ namespace merivane::test {
 
 using namespace desktop;
 
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+
 class ScriptedNames : public FileNames {
  public:
   std::deque<std::string> names;

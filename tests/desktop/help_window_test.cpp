@@ -12,9 +12,6 @@ namespace merivane::test {
 
 namespace {
 
-using test::User;
-using ::testing::ElementsAre;
-
 constexpr const char* kSiteMap =
     R"(<HTML><BODY><UL>
 <LI><OBJECT type="text/sitemap"><param name="Name" value="Start &amp; go"><param name="Local" value="start.html"></OBJECT>
@@ -43,7 +40,7 @@ class HelpWindowTest : public ::testing::Test {
     return User::Get<QTextBrowser>(window, "helpTopic").toPlainText().toStdString();
   }
 
-  test::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::string file = folder.Path("small.chm");
   HelpWindow window;
 };
@@ -75,7 +72,7 @@ TEST_F(HelpWindowTest, ShowsContentsIndexAndTheTopicOfANumber) {
 }
 
 TEST_F(HelpWindowTest, DamagedFilesAreRefusedOrShownWithGaps) {
-  const std::string whole = test::ReadFile(file);
+  const std::string whole = ReadFile(file);
   for (std::size_t size = 0; size < whole.size(); size += 97) {
     const std::string cut = folder.Write("cut.chm", whole.substr(0, size));
     HelpWindow other;
@@ -91,7 +88,7 @@ TEST_F(HelpWindowTest, DamagedFilesAreRefusedOrShownWithGaps) {
 
 TEST_F(HelpWindowTest, AMissingFileIsToldAndTheProgramGoesOn) {
   User user;
-  test::ScriptedNames names;
+  ScriptedNames names;
   QtDesktop desktop(names);
   desktop.ShowHelp(folder.Path("none.chm"), kHelpContents, 0);
   EXPECT_THAT(user.boxes, ElementsAre("Cannot open the help file: " + folder.Path("none.chm")));

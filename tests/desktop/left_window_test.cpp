@@ -5,10 +5,7 @@ namespace merivane::test {
 
 namespace {
 
-using test::User;
-using ::testing::IsEmpty;
-
-class LeftWindow : public test::DesktopTest {
+class LeftWindow : public DesktopTest {
  protected:
   void Type(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
     QTest::keyClick(window.windowHandle(), key, with);  // goes where the focus is

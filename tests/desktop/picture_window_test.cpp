@@ -11,9 +11,6 @@ namespace merivane::test {
 
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 class PictureWindowTest : public DesktopTest {

@@ -9,8 +9,6 @@ using namespace shell;
 
 namespace {
 
-using test::DatabaseFixture;
-
 class ProjectToModelForm : public DatabaseFixture {
  protected:
   ProjectToModelForm() { form.Show(); }
@@ -67,40 +65,6 @@ TEST_F(ProjectToModelForm, AListOfProjectsNeedsNamesAndAnOutlinedFirstTask) {
   EXPECT_FALSE(state.gProjectConn);
 }
 
-TEST_F(ProjectToModelForm, OkAsksForWhatIsMissingAndThenWritesTheText) {
-  form.SSTabInput = "Somewhere else";
-  form.cmdOK();
-  form.SSTabInput = form.kMpxTab;
-  form.cmdOK();
-  desktop.fileNames.push_back("plan.mpx");
-  form.cmdBrowseMPX();
-  form.cmdOK();
-  form.txtInterimDB.text = "typed.mdb";
-  form.cmdOK();
-  form.SSTabInput = form.kDatabaseTab;
-  form.cmdOK();
-  AddProject();
-  AddOutlinedTask();
-  BrowseDatabase();
-  form.cmdOK();
-  form.comboProject.listIndex = 0;
-  form.comboProject_Click();
-  form.cmdOK();
-  EXPECT_EQ(
-      desktop.MessageTexts(),
-      (std::vector<std::string>{
-          "Please Select Source Type", "Please Select a MPX txt file",
-          "Please Give an Interim Access Database Filename",
-          "Please Select Target Celvar Text Filename.", "Please Select MS Project 2000 Database",
-          "Please Select Project Name", "Please Select Target Celvar Text Filename"}));
-  const std::string output = Output("model.txt");
-  form.cmdOK();
-  EXPECT_EQ(form.GenerateResult, true);
-  EXPECT_FALSE(form.IsLoaded());
-  EXPECT_NE(test::ReadFile(output).find("  Name:  Dig\r\n"), std::string::npos);
-  EXPECT_EQ(desktop.shown.size(), 7U);
-}
-
 TEST_F(ProjectToModelForm, ASecondTargetClosesTheFirstAndBothAreEmptied) {
   const std::string first = folder.Write("first.txt", "old");
   const std::string second = folder.Write("second.txt", "old");
@@ -108,7 +72,7 @@ TEST_F(ProjectToModelForm, ASecondTargetClosesTheFirstAndBothAreEmptied) {
   const std::int16_t number = state.gOutFile;
   Output("second.txt");
   EXPECT_EQ(state.gOutFile, number);
-  EXPECT_EQ(test::ReadFile(first) + test::ReadFile(second), "");
+  EXPECT_EQ(ReadFile(first) + ReadFile(second), "");
   desktop.fileNames.push_back(folder.Path("no folder/third.txt"));
   form.cmdBrowseText();
   EXPECT_EQ(desktop.MessageTexts().back(),
@@ -139,12 +103,12 @@ TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
     dynamic_cast<frmDBMerge&>(shown).OptOverwrite();
     dynamic_cast<frmDBMerge&>(shown).CmdOK();
   };
-  const std::string before = test::ReadFile(databasePath);
+  const std::string before = ReadFile(databasePath);
   for (const std::string& bytes :
-       {std::string("xy"), test::ReadFile(test::TemplateDatabase()).substr(0, 100000)}) {
+       {std::string("xy"), ReadFile(TemplateDatabase()).substr(0, 100000)}) {
     desktop.templatePath = folder.Write("template.mdb", bytes);
     BrowseInterim(databasePath);
-    EXPECT_EQ(test::ReadFile(databasePath), before);
+    EXPECT_EQ(ReadFile(databasePath), before);
     EXPECT_FALSE(state.gInterimConn);
   }
 }
@@ -160,10 +124,15 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
     merge.CmdOK();
   };
   BrowseInterim(databasePath);
+  EXPECT_TRUE(state.gRoundTripMerge);
+  EXPECT_EQ(state.gInterimProjId, 4);
+  form.SSTabInput = "Somewhere else";
+  form.cmdOK();
+  EXPECT_EQ(desktop.MessageTexts().back(), "Please Select Source Type");
   form.SSTabInput = form.kMpxTab;
   form.txtMPX.text = folder.Path("none.mpx");
   Output("model.txt");
-  const std::string before = test::ReadFile(databasePath);
+  const std::string before = ReadFile(databasePath);
   Program otherProgram(desktop);
   Connection writer(otherProgram.workspace);
   writer.Open(ConnectionText(databasePath));
@@ -172,36 +141,7 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
   EXPECT_FALSE(form.GenerateResult.has_value());
   EXPECT_EQ(desktop.MessageTexts().back(),
             "Permission denied: the database '" + databasePath + "' is in use by another program.");
-  EXPECT_EQ(test::ReadFile(databasePath), before);
-}
-
-TEST_F(ProjectToModelForm, CancelWithTheFlagFalseOverwrites) {
-  AddProject();
-  desktop.modalHandler = [](ModalForm& shown) { dynamic_cast<frmDBMerge&>(shown).CmdCancel(); };
-  BrowseInterim(databasePath);
-  EXPECT_EQ(test::CountRows(*state.gInterimConn, "MSP_PROJECTS"), 0U);
-  EXPECT_TRUE(form.IsVisible());
-}
-
-TEST_F(ProjectToModelForm, MergeNeedsAProjectAndKeepsTheConnection) {
-  AddProject();
-  AddOutlinedTask();
-  desktop.modalHandler = [&](ModalForm& shown) {
-    auto& merge = dynamic_cast<frmDBMerge&>(shown);
-    EXPECT_FALSE(merge.comboInterimProject.enabled);
-    merge.OptMerge();
-    merge.CmdOK();
-    EXPECT_TRUE(merge.IsLoaded());
-    EXPECT_EQ(desktop.MessageTexts().back(), "Please Select a Project to be merged.");
-    merge.comboInterimProject.listIndex = 0;
-    merge.comboInterimProject_Click();
-    merge.CmdOK();
-    EXPECT_FALSE(merge.IsLoaded());
-  };
-  BrowseInterim(databasePath);
-  EXPECT_TRUE(state.gRoundTripMerge);
-  EXPECT_EQ(state.gInterimProjId, 4);
-  EXPECT_TRUE(state.gInterimConn->IsOpen());
+  EXPECT_EQ(ReadFile(databasePath), before);
 }
 
 TEST_F(ProjectToModelForm, MergeOfAnEmptyDatabaseIsRefusedAndTheBoxEmptied) {
@@ -236,17 +176,6 @@ TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {
   EXPECT_EQ(desktop.MessageTexts().back(), "Vorn Celvar not installed.");
 }
 
-TEST_F(ProjectToModelForm, PathsDialogListsThreeHeadingsAndValues) {
-  desktop.registry[kCelvarKey] = "C:\\Celvar\\c.exe";
-  desktop.registry[kProject98Key] = "\"C:\\Old P\\p.exe\" \"%1\"";
-  main.mnuPath();
-  EXPECT_EQ(main.options.listPaths,
-            (std::vector<std::string>{
-                "Vorn Celvar7 Path: ", std::string(18, ' ') + "C:\\Celvar\\c.exe",
-                "MS Project 2000 Path: ", std::string(17, ' ') + "not installed.",
-                "MS Project 98 Path: ", std::string(17, ' ') + "\"C:\\Old P\\p.exe\" "}));
-}
-
 TEST_F(ProjectToModelForm, CommandPathsAreCutAtThePlaceholder) {
   struct Case {
     const char* value;
@@ -263,14 +192,6 @@ TEST_F(ProjectToModelForm, CommandPathsAreCutAtThePlaceholder) {
   desktop.startResult = false;
   ExecuteApp(desktop, std::string("app.exe\0 x", 10));
   EXPECT_EQ(desktop.MessageTexts().back(), "Unable to launch 'app.exe");
-}
-
-TEST_F(ProjectToModelForm, AMissingHomePageIsTold) {
-  desktop.webPageResult = 2;
-  main.mnuAboutVorn();
-  EXPECT_EQ(desktop.MessageTexts().back(),
-            std::string("Cannot launch the default browser or site ") + frmMain::HomePage() +
-                " not found.");
 }
 
 }  // namespace
