@@ -9,7 +9,6 @@
 #include "platform/profile_file.h"
 #include "platform/program_run.h"
 #include "platform/program_start.h"
-#include "platform/system_locale.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {
@@ -98,10 +97,6 @@ TEST_F(WindowsProgramStart, APathWithBlanksStartsInQuotes) {
 
 TEST(WindowsSystem, APageThatNothingOpensIsAFailure) {
   EXPECT_LT(OpenInBrowser("merivane-no-such-scheme:page"), 33);
-}
-
-TEST(WindowsSystem, TheCodePageIsTheSystemsOwn) {
-  EXPECT_EQ(static_cast<UINT>(SystemOemCodePage()), GetOEMCP());
 }
 
 TEST(WindowsSystem, ProfileValuesAreFoundByPathAndInTheWindowsFolder) {

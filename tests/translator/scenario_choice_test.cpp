@@ -71,20 +71,13 @@ TEST_F(ScenarioChoice, EndsACircleOfDecompositions) {
   EXPECT_EQ(AbortOf(), ErrorText(kOverflow));
 }
 
-TEST(Multi, StaysUntilAnEntryIsChosenOrTheCancelIsMeant) {
+TEST(Multi, FindsItsHelpInTheInstalledFolder) {
   ScriptedDesktop desktop;
-  desktop.yesNoAnswers = {MessageAnswer::kNo, MessageAnswer::kYes};
   desktop.profile[{"MERIVANE_20_S", "install_dir"}] = std::string("/opt/merivane  \0", 16);
-  std::string chosen = "before";
+  std::string chosen;
   multi form(desktop, chosen);
-  form.MarkLoaded();
   form.Load();
   EXPECT_EQ(form.HelpFile, "/opt/merivane/merivane.chm");
-  form.Command1();
-  form.Command2();
-  EXPECT_TRUE(form.IsLoaded());
-  EXPECT_EQ(desktop.MessageTexts(), (Texts{"", "Do you really want to abort the conversion?"}));
-  EXPECT_THROW(form.Command2(), ProgramEnd);
 }
 
 }  // namespace
