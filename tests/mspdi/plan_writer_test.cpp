@@ -45,11 +45,11 @@ class Writer : public testing::Test {
     if (std::filesystem::exists(schema) && std::system("xmllint --version 2> /dev/null") == 0) {
       EXPECT_EQ(std::system(("xmllint --noout --schema " + schema + " " + xml).c_str()), 0);
     }
-    return test::ReadFile(xml);
+    return ReadFile(xml);
   }
 
   Workspace workspace;
-  test::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::string database = folder.Path("plan.mdb");
   std::string xml = folder.Path("plan.xml");
 };
@@ -111,7 +111,7 @@ TEST_F(Writer, FailureLeavesTheFileThatStood) {
   Add("MSP_LINKS", {"PROJ_ID", "LINK_PRED_UID", "LINK_SUCC_UID"}, {{1, 1, 2}, {1, 2, 1}});
   folder.Write("plan.xml", "old");
   EXPECT_THROW(Write(), RunTimeError);
-  EXPECT_EQ(test::ReadFile(xml), "old");
+  EXPECT_EQ(ReadFile(xml), "old");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path("")), {}), 2);
   xml = folder.Path("none/plan.xml");
   EXPECT_THROW(Write(), RunTimeError);
