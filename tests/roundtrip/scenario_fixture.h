@@ -18,8 +18,8 @@
 #include <utility>
 #include <vector>
 
-#include "database_fixture.h"
 #include "error_of.h"
+#include "mpx_fixture.h"
 #include "runtime/text.h"
 
 namespace merivane::test {
@@ -61,25 +61,24 @@ inline std::vector<MergeCase> Cases(const std::string& table) {
   return cases;
 }
 
-class ScenarioFixture : public DatabaseFixture, public testing::WithParamInterface<MergeCase> {
+class ScenarioFixture : public MpxFixture, public testing::WithParamInterface<MergeCase> {
  protected:
   ScenarioFixture() {
     State().gInterimConn = Connect();
     State().gInterimProjId = 1;
     State().gCurrentScenario = 3;
-    Add("MSP_PROJECTS PROJ_ID KV7_PROJ_MAX_USE_ID", {1, 50});
+    Add("MSP_PROJECTS PROJ_ID KV7_PROJ_MAX_USE_ID", {{1, 50}});
     for (int use = 1; use <= 7; ++use) {
-      Add("ProjectAct Msp_ProjID PID Text1", {1, 10 + use, std::to_string(use)});
+      Add("ProjectAct Msp_ProjID PID Text1", {{1, 10 + use, std::to_string(use)}});
       Add("MSP_TASKS Proj_ID TASK_UID KV7_PROCOCC_HEX KV7_SCENARIO_HEX",
-          {1, use, use, use == 7 ? 9 : 3});
+          {{1, use, use, use == 7 ? 9 : 3}});
     }
-    Add("ProjectAct Msp_ProjID PID", {1, 18});
+    Add("ProjectAct Msp_ProjID PID", {{1, 18}});
     // The same occurrences, linked elsewhere: none of this may be seen or touched.
     AddLink("91 P1>P2", 9, 1);
     AddLink("92 P3>P2", 3, 2);
   }
 
-  ProjectToModel& State() { return program->projectToModel; }
   Connection& Interim() { return *State().gInterimConn; }
 
   void SetCounter(int last) {
@@ -95,7 +94,7 @@ class ScenarioFixture : public DatabaseFixture, public testing::WithParamInterfa
       const std::size_t comma = text.find(',');
       const std::string type = Trim(text.substr(comma + 1));
       Add("Junctions_in_Scenario Msp_ProjID Scenario_Num Num Cardinality Type",
-          {1, 3, std::stoi(text), text.substr(3, comma - 3), type.empty() ? Value() : type});
+          {{1, 3, std::stoi(text), text.substr(3, comma - 3), type.empty() ? Value() : type}});
     }
     for (const std::string& text : Split(GetParam().links, ';')) AddLink(text, 3, 1);
     const int error = std::abs(ErrorOf(step));
@@ -106,13 +105,6 @@ class ScenarioFixture : public DatabaseFixture, public testing::WithParamInterfa
   }
 
  private:
-  void Add(const std::string& tableAndColumns, const Row& values) {
-    const std::vector<std::string> names = Split(tableAndColumns, ' ');
-    Recordset rows;
-    rows.OpenDynamic("select * from " + names[0], &Interim());
-    rows.AddNew({names.begin() + 1, names.end()}, values);
-  }
-
   void AddLink(const std::string& text, int scenario, int project) {
     std::istringstream in(text);
     int number = 0, origin = 0, destination = 0;
@@ -120,8 +112,8 @@ class ScenarioFixture : public DatabaseFixture, public testing::WithParamInterfa
     in >> number >> from >> origin >> arrow >> to >> destination;
     Add("Links_in_Scenario Msp_ProjID Scenario_Num Num Origin_Num Origin_Type Origin_Name "
         "Destination_Num Destination_Type Destination_Name",
-        {project, scenario, number, origin, TypeOf(from), "before", destination, TypeOf(to),
-         "before"});
+        {{project, scenario, number, origin, TypeOf(from), "before", destination, TypeOf(to),
+          "before"}});
   }
 
   static Value TypeOf(char letter) {
