@@ -1,0 +1,8 @@
+create table MSP_PROJECTS (PROJ_ID int, PROJ_NAME text, PROJ_PROP_AUTHOR text,
+  PROJ_PROP_COMPANY text, PROJ_PROP_SUBJECT text, PROJ_CREATION_DATE text, PROJ_LAST_SAVED text);
+create table MSP_TASKS (PROJ_ID int, TASK_UID int, TASK_ID int, TASK_NAME text,
+  TASK_OUTLINE_LEVEL int, TASK_OUTLINE_NUM text);
+create table MSP_RESOURCES (PROJ_ID int, RES_UID int, RES_NAME text, RES_MAX_UNITS real,
+  RES_TYPE int);
+create table MSP_LINKS (PROJ_ID int, LINK_UID int, LINK_PRED_UID int, LINK_SUCC_UID int,
+  LINK_TYPE int);
