@@ -73,11 +73,7 @@ TEST_F(InterimDb, OnlyADatabaseWithThePlansTablesIsATemplate) {
   EXPECT_FALSE(CheckTemplateDb(workspace, plan)) << "no table for the plans that come back";
 }
 
-TEST_F(InterimDb, LooksUpTablesAndColumnsWithTheirCase) {
-  Recordset set = Dynamic("select * from T where Num = 99");
-  EXPECT_EQ(FieldExists(set, "Name"), 1);
-  EXPECT_EQ(FieldExists(set, "NAME"), 0);
-  EXPECT_EQ(FieldExists(set, "Nmu"), 0);
+TEST_F(InterimDb, LooksUpTablesWithTheirCase) {
   EXPECT_EQ(TableExists(&connection, "Empty"), 1);
   EXPECT_EQ(TableExists(&connection, "empty"), 0);
   EXPECT_EQ(ErrorOf([] { TableExists(nullptr, "T"); }), kObjectNotSet);
