@@ -1,18 +1,13 @@
 // A plan comes back into the model of a seed: merged, or as a model of its own.
 #pragma once
 
-#include "first_answer.h"
 #include "memory_database.h"
 #include "memory_file.h"
-#include "neutraltext/modGlobal.h"
 #include "roundtrip/modMpxtoIDEF3.h"
-#include "store/interim_db.h"
-#include "translator/modIDEF3ToProject.h"
+#include "send_out.h"
 
 namespace merivane::fuzz {
 
-using namespace program;
-using namespace neutraltext;
 using namespace roundtrip;
 
 // The interim database of a model that was sent out.
@@ -21,12 +16,8 @@ inline std::unique_ptr<MemoryDatabase> SentModel() {
   ScriptedDesktop desktop;
   AnswerWithTheFirst(desktop);
   Program program(desktop);
-  ModelToProject& state = program.modelToProject;
-  state.gMspProjId = 1;
-  OpenInterimDb(program.workspace, state.gMspConn, false, database->Path());
-  ReadNeutralText(state, MERIVANE_SEEDS "/neutral_text/yard.txt");
-  TranslateToProject(state, "/dev/null");
-  state.gMspConn->Close();
+  SendOut(program, MERIVANE_SEEDS "/neutral_text/yard.txt", database->Path(), "/dev/null")
+      .gMspConn->Close();
   database->KeepAsImage();
   return database;
 }

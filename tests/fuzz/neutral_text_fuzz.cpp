@@ -1,26 +1,15 @@
 // A text is read, translated, written as an MPX file, and written back as a text.
-#include "first_answer.h"
 #include "memory_database.h"
 #include "memory_file.h"
-#include "neutraltext/modGlobal.h"
 #include "neutraltext/modProjectToIDEF3.h"
-#include "store/interim_db.h"
-#include "translator/modIDEF3ToProject.h"
+#include "send_out.h"
 
 namespace merivane::fuzz {
-
-using namespace program;
-using namespace neutraltext;
 
 namespace {
 
 void Translate(Program& program, const std::string& text, const std::string& database) {
-  ModelToProject& there = program.modelToProject;
-  there.gMspProjId = 1;
-  OpenInterimDb(program.workspace, there.gMspConn, false, database);
-  ReadNeutralText(there, text);
-  TranslateToProject(there, "/dev/null");
-  there.gMspConn->Close();
+  SendOut(program, text, database, "/dev/null").gMspConn->Close();
 
   ProjectToModel& back = program.projectToModel;
   back.gInterimProjId = 1;

@@ -4,17 +4,11 @@
 #include <iterator>
 
 #include "access_file_builder.h"
-#include "first_answer.h"
 #include "memory_database.h"
 #include "mspdi/plan_writer.h"
-#include "neutraltext/modGlobal.h"
-#include "store/interim_db.h"
-#include "translator/modIDEF3ToProject.h"
+#include "send_out.h"
 
 namespace merivane::fuzz {
-
-using namespace program;
-using namespace neutraltext;
 
 namespace {
 
@@ -40,11 +34,7 @@ void WritePlans(const fs::path& model, MemoryDatabase& database, const fs::path&
     ScriptedDesktop desktop;
     AnswerWithTheFirst(desktop);
     Program program(desktop);
-    ModelToProject& state = program.modelToProject;
-    state.gMspProjId = 1;
-    OpenInterimDb(program.workspace, state.gMspConn, false, database.Path());
-    ReadNeutralText(state, model.string());
-    TranslateToProject(state, plan.string());
+    const auto& state = SendOut(program, model.string(), database.Path(), plan.string());
     mspdi::WritePlan(*state.gMspConn, 1, desktop.Today(), xml.string());
   }
   for (const char* mode : {"0", "1"}) {
