@@ -36,7 +36,7 @@ class Batch : public ::testing::Test {
   }
   std::vector<nlohmann::json> Log() const {
     std::vector<nlohmann::json> lines;
-    std::istringstream text(test::ReadFile(log));
+    std::istringstream text(ReadFile(log));
     for (std::string line; std::getline(text, line);) lines.push_back(nlohmann::json::parse(line));
     return lines;
   }
@@ -44,17 +44,17 @@ class Batch : public ::testing::Test {
   std::map<std::string, std::string> Files() const {
     std::map<std::string, std::string> files;
     for (const auto& entry : fs::directory_iterator(folder.Path(""))) {
-      files[entry.path().filename().string()] = test::ReadFile(entry.path().string());
+      files[entry.path().filename().string()] = ReadFile(entry.path().string());
     }
     return files;
   }
   static std::string Sample(const std::string& name) { return MERIVANE_SAMPLES "/" + name; }
   void Replace(const std::string& path, const std::string& from, const std::string& to) const {
-    const std::string text = With(test::ReadFile(path), {{from, to}});
+    const std::string text = With(ReadFile(path), {{from, to}});
     std::ofstream(path, std::ios::binary) << text;
   }
 
-  test::TemporaryFolder folder;
+  TemporaryFolder folder;
   std::string plan = folder.Path("plan.mdb");
   std::string mpx = folder.Path("plan.mpx");
   std::string model = folder.Path("model.txt");

@@ -32,7 +32,7 @@ TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
   EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone) << err.str();
   EXPECT_NE(out.str().find("5 tasks, "), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("; written: " + plan + ", " + mpx), std::string::npos) << out.str();
-  EXPECT_EQ(test::ReadFile(mpx).substr(0, 4), "MPX,");
+  EXPECT_EQ(ReadFile(mpx).substr(0, 4), "MPX,");
   const auto projects = Projects();
   ASSERT_EQ(projects.size(), 1U);
   EXPECT_EQ(projects[0]["id"], 1);
@@ -42,9 +42,9 @@ TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
 TEST_F(Batch, AnExistingDatabaseNeedsAWordAndQuietSaysNothing) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--quiet"}), kDone);
   EXPECT_EQ(out.str() + err.str(), "");
-  const std::string before = test::ReadFile(plan);
+  const std::string before = ReadFile(plan);
   EXPECT_EQ(ToProject(Sample("onboarding.txt")), kRefused);
-  EXPECT_TRUE(test::ReadFile(plan) == before);
+  EXPECT_TRUE(ReadFile(plan) == before);
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kDone) << err.str();
   const auto projects = Projects();
   ASSERT_EQ(projects.size(), 2U);
@@ -60,7 +60,7 @@ TEST_F(Batch, RefusedNamesTouchNothing) {
   EXPECT_EQ(Log().at(0)["text"], "cannot open the celvar input text file");
   EXPECT_EQ(Log().at(0)["title"], "IDEF3 to Project 2000");
   EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kRefused);
-  EXPECT_EQ(test::ReadFile(database), "precious");
+  EXPECT_EQ(ReadFile(database), "precious");
 }
 
 TEST_F(Batch, AFileOfAnotherKindShowsTheReadersBoxAndFails) {
@@ -97,7 +97,7 @@ TEST_F(Batch, CodePageAndTodayReachTheMpxFile) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"),
                       {"--mpx", mpx, "--code-page", "932", "--today", "2/3/2026"}),
             kDone);
-  const std::string text = test::ReadFile(mpx);
+  const std::string text = ReadFile(mpx);
   EXPECT_EQ(text.substr(0, text.find("\r\n")), "MPX,Microsoft Project for Windows,4.0,932");
   EXPECT_NE(text.find("30," + mpx + ", Vorn,,,2/3/2026\r\n"), std::string::npos);
 }
@@ -108,20 +108,20 @@ TEST_F(Batch, ToModelFindsTheProjectByIdOrNameAndGuardsTheOutput) {
   const auto toModel = [&](const std::string& project, std::vector<std::string> more = {}) {
     return Run({"to-model", "--database", plan, "--project", project, "--output", model}, more);
   };
-  const std::string before = test::ReadFile(plan);
+  const std::string before = ReadFile(plan);
   EXPECT_EQ(toModel("nothing like it"), kRefused);
   EXPECT_NE(err.str().find(name), std::string::npos);
   EXPECT_FALSE(fs::exists(model));
   EXPECT_EQ(toModel(name), kDone) << err.str();
-  EXPECT_EQ(test::ReadFile(model).substr(0, 19), "Dunmar Neutral Text");
+  EXPECT_EQ(ReadFile(model).substr(0, 19), "Dunmar Neutral Text");
   EXPECT_EQ(toModel("1"), kRefused);
   EXPECT_EQ(toModel("1", {"--force"}), kDone) << err.str();
-  EXPECT_TRUE(test::ReadFile(plan) == before);
+  EXPECT_TRUE(ReadFile(plan) == before);
 }
 
 TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
-  const std::string before = test::ReadFile(plan);
+  const std::string before = ReadFile(plan);
   Replace(mpx, "70,1,1,", "70,1,1,Newly ");
   const auto merge = [&](const std::string& project, std::vector<std::string> more = {}) {
     return Run({"to-model", "--mpx", mpx, "--interim", plan, "--merge", project, "--output", model,
@@ -129,11 +129,11 @@ TEST_F(Batch, MergeKeepsACopyAndFoldsTheChangeIn) {
                more);
   };
   EXPECT_EQ(merge("7"), kRefused);
-  EXPECT_TRUE(test::ReadFile(plan) == before);
+  EXPECT_TRUE(ReadFile(plan) == before);
   EXPECT_EQ(merge("1"), kDone) << err.str();
-  EXPECT_NE(test::ReadFile(model).find("  Name:  Newly "), std::string::npos);
-  EXPECT_NE(test::ReadFile(plan).find("Newly "), std::string::npos);
-  EXPECT_EQ(test::ReadFile(plan + ".bak").find("Newly "), std::string::npos);
+  EXPECT_NE(ReadFile(model).find("  Name:  Newly "), std::string::npos);
+  EXPECT_NE(ReadFile(plan).find("Newly "), std::string::npos);
+  EXPECT_EQ(ReadFile(plan + ".bak").find("Newly "), std::string::npos);
   EXPECT_EQ(merge("1"), kDone) << err.str();
   EXPECT_TRUE(fs::exists(plan + ".bak2"));
   EXPECT_EQ(merge("1", {"--no-backup"}), kDone) << err.str();
@@ -144,7 +144,7 @@ TEST_F(Batch, OverwriteBuildsANewModelFromThePlanAlone) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
   Succeed({"to-model", "--mpx", mpx, "--interim", folder.Path("fresh.mdb"), "--overwrite",
            "--output", model});
-  EXPECT_NE(test::ReadFile(model).find("Scenario#1"), std::string::npos);
+  EXPECT_NE(ReadFile(model).find("Scenario#1"), std::string::npos);
   EXPECT_EQ(Run({"to-model", "--mpx", folder.Path("none.mpx"), "--interim", plan, "--overwrite",
                  "--output", folder.Path("other.txt")}),
             kFailed);
@@ -159,24 +159,24 @@ TEST_F(Batch, RealPlanDatabasesComeOutAsText) {
   ASSERT_EQ(projects.size(), 1U);
   EXPECT_EQ(projects[0]["tasks"], 5);
   EXPECT_NE(Run({"to-model", "--database", plan, "--project", "1", "--output", model}), kRefused);
-  EXPECT_NE(test::ReadFile(model).find("Process Occurrence List"), std::string::npos);
+  EXPECT_NE(ReadFile(model).find("Process Occurrence List"), std::string::npos);
 }
 
 TEST_F(Batch, PicturesAreDrawnOfATextAndOfATranslatedModel) {
   const std::string svg = folder.Path("model.svg");
   Succeed({"draw", Sample("festival.txt"), "--output", svg});
   EXPECT_NE(out.str().find("5 diagrams; written: " + svg), std::string::npos) << out.str();
-  const std::string all = test::ReadFile(svg);
+  const std::string all = ReadFile(svg);
   EXPECT_EQ(all.find("Not in the plan"), std::string::npos);
   ASSERT_EQ(ToProject(Sample("festival.txt"), {"--choose", "Sale by mail order"}), kDone);
   Succeed({"draw", "--database", plan, "--project", "1", "--scenario", "Stage building", "--output",
            svg, "--force"});
-  const std::string one = test::ReadFile(svg);
+  const std::string one = ReadFile(svg);
   EXPECT_LT(one.size(), all.size());
   EXPECT_NE(one.find("Not in the plan"), std::string::npos);
   const std::string chart = folder.Path("chart.svg");
   ASSERT_EQ(Run({"chart", plan, "--project", "1", "--output", chart}), kDone) << err.str();
-  EXPECT_NE(test::ReadFile(chart).find(">Carpenter, Flatbed truck</text>"), std::string::npos);
+  EXPECT_NE(ReadFile(chart).find(">Carpenter, Flatbed truck</text>"), std::string::npos);
 }
 
 TEST_F(Batch, AReportGoesOnWithoutThePlanThatTheModelLeavesOpen) {
@@ -184,10 +184,10 @@ TEST_F(Batch, AReportGoesOnWithoutThePlanThatTheModelLeavesOpen) {
   const std::vector<std::string> command = {"report", Sample("bakery.txt"), "--output", page};
   EXPECT_EQ(Run(command), kDoneWithMessages);
   EXPECT_NE(err.str().find("--choose"), std::string::npos) << err.str();
-  EXPECT_NE(test::ReadFile(page).find("Multiple scenarios found."), std::string::npos);
+  EXPECT_NE(ReadFile(page).find("Multiple scenarios found."), std::string::npos);
   EXPECT_EQ(Run(command), kRefused);
   Succeed(command, {"--force", "--choose", "Weekday bread"});
-  EXPECT_NE(test::ReadFile(page).find("id=\"plan-task-1\""), std::string::npos);
+  EXPECT_NE(ReadFile(page).find("id=\"plan-task-1\""), std::string::npos);
 }
 
 TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
@@ -208,7 +208,7 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
     EXPECT_EQ(Run(arguments), status) << err.str();
     EXPECT_NE(err.str(), "");
   }
-  EXPECT_EQ(test::ReadFile(svg), "precious");
+  EXPECT_EQ(ReadFile(svg), "precious");
 }
 
 TEST_F(Batch, CheckTellsFindingsByLineAndInJson) {
@@ -230,14 +230,14 @@ TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
   ToProject(Sample("onboarding.txt"), {"--mpx", mpx});
   Replace(mpx, "Set up the desk", "Build the desk");
   const std::string change = "changed: unit 2 'Build the desk': It was called 'Set up the desk'.\n";
-  const std::string before = test::ReadFile(plan);
+  const std::string before = ReadFile(plan);
   const std::vector<std::string> merge = {"to-model", "--mpx",   mpx, "--interim",
                                           plan,       "--merge", "1"};
   Succeed(merge, {"--dry-run"});
   EXPECT_EQ(out.str(), change + "0 added, 1 changed, 0 removed, 0 kept\n");
   Succeed(merge, {"--dry-run", "--json"});
   EXPECT_EQ(nlohmann::json::parse(out.str())["changes"][0]["change"], "changed");
-  EXPECT_EQ(test::ReadFile(plan), before);
+  EXPECT_EQ(ReadFile(plan), before);
   EXPECT_EQ(Run(merge), kRefused);
   Succeed(merge, {"--output", model});
   EXPECT_EQ(out.str().rfind(change, 0), 0U);

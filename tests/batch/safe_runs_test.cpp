@@ -83,10 +83,10 @@ TEST_F(SafeRuns, AFailedRunLeavesEveryFileAsItWas) {
 }
 
 TEST_F(SafeRuns, KeepPartialLeavesTheRowsAndNamesTheCopy) {
-  const std::string before = test::ReadFile(plan);
+  const std::string before = ReadFile(plan);
   EXPECT_EQ(ToProject(Sample("bakery.txt"), {"--overwrite", "--keep-partial"}), kFailed);
   EXPECT_NE(err.str().find(plan + ".bak"), std::string::npos) << err.str();
-  EXPECT_TRUE(test::ReadFile(plan + ".bak") == before);
+  EXPECT_TRUE(ReadFile(plan + ".bak") == before);
   ASSERT_EQ(Run({"projects", plan}), kDone);
   EXPECT_EQ(out.str().find("Onboarding"), std::string::npos) << out.str();
 
@@ -96,9 +96,9 @@ TEST_F(SafeRuns, KeepPartialLeavesTheRowsAndNamesTheCopy) {
 }
 
 TEST_F(SafeRuns, AReplacedDatabaseIsKeptAndAnAppendedOneIsNot) {
-  const std::string before = test::ReadFile(plan);
+  const std::string before = ReadFile(plan);
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--overwrite"}), kDone) << err.str();
-  EXPECT_TRUE(test::ReadFile(plan + ".bak") == before);
+  EXPECT_TRUE(ReadFile(plan + ".bak") == before);
   EXPECT_NE(out.str().find(plan + ".bak"), std::string::npos) << out.str();
   ASSERT_EQ(RunIn({"to-model", "--mpx", mpx, "--interim", plan, "--overwrite", "--output", other}),
             kDone)

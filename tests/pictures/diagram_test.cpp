@@ -17,7 +17,7 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-class DiagramTest : public test::ModelFixture {
+class DiagramTest : public ModelFixture {
  protected:
   DiagramTest() { Scenario(1, "Yard"); }
 

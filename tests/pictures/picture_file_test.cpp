@@ -23,7 +23,7 @@ Picture Drawing(double width) {
 }
 
 TEST(PictureFileTest, TheEndingTellsTheKind) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   struct Row {
     const char* name;
     std::string begin;
@@ -36,7 +36,7 @@ TEST(PictureFileTest, TheEndingTellsTheKind) {
     ASSERT_TRUE(IsPictureName(row.name)) << row.name;
     const std::string path = folder.Write(row.name, "old");
     EXPECT_EQ(WritePictures({Drawing(100), Drawing(50)}, path), 1) << row.name;
-    EXPECT_TRUE(test::ReadFile(path).starts_with(row.begin)) << row.name;
+    EXPECT_TRUE(ReadFile(path).starts_with(row.begin)) << row.name;
   }
   EXPECT_FALSE(IsPictureName("svg"));
 #ifndef _WIN32
@@ -45,7 +45,7 @@ TEST(PictureFileTest, TheEndingTellsTheKind) {
 }
 
 TEST(PictureFileTest, APlaceThatRefusesIsTold) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   fs::create_directories(folder.Path("a.svg"));
   for (const char* name : {"a.svg", "none/a.svg"}) {
     EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path(name)), RunTimeError) << name;

@@ -16,7 +16,7 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-class ReportTest : public test::ModelFixture {
+class ReportTest : public ModelFixture {
  protected:
   std::string Page(std::optional<pictures::Picture> chart = {}) {
     Report report;

@@ -30,7 +30,7 @@ class ProgramStartTest : public testing::Test {
     for (int i = 0; i < 1000 && !std::filesystem::exists(folder_.Path("out")); ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    std::string output = test::ReadFile(folder_.Path("out"));
+    std::string output = ReadFile(folder_.Path("out"));
     std::filesystem::remove(folder_.Path("out"));
     return output;
   }
@@ -41,7 +41,7 @@ class ProgramStartTest : public testing::Test {
                             folder_.Path("part") + "' '" + folder_.Path("out") + "'\n");
   }
 
-  test::TemporaryFolder folder_;
+  TemporaryFolder folder_;
 };
 
 TEST_F(ProgramStartTest, WordsEndAtBlanksOutsideQuotes) {
@@ -85,7 +85,7 @@ TEST_F(ProgramStartTest, WhatIsNoProgramIsToldSo) {
 }
 
 TEST_F(ProgramStartTest, PagesGoToTheDesktopsOpener) {
-  const test::EnvironmentVariable path("PATH");
+  const EnvironmentVariable path("PATH");
   const std::string saved = std::getenv("PATH");
   path.Set(folder_.Path("."));
   EXPECT_EQ(OpenInBrowser("https://example.org/"), 2);

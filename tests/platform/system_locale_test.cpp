@@ -12,9 +12,9 @@ namespace {
 
 #ifndef _WIN32
 TEST(SystemLocale, TheLanguageTellsTheCodePage) {
-  const test::EnvironmentVariable all("LC_ALL");
-  const test::EnvironmentVariable type("LC_CTYPE");
-  const test::EnvironmentVariable lang("LANG");
+  const EnvironmentVariable all("LC_ALL");
+  const EnvironmentVariable type("LC_CTYPE");
+  const EnvironmentVariable lang("LANG");
   struct Case {
     const char* all;
     const char* type;
@@ -33,8 +33,8 @@ TEST(SystemLocale, TheLanguageTellsTheCodePage) {
 #endif
 
 TEST(SystemLocale, TheSourceDateIsTheDayInUtc) {
-  const test::EnvironmentVariable epoch("SOURCE_DATE_EPOCH");
-  const test::EnvironmentVariable zone("TZ");
+  const EnvironmentVariable epoch("SOURCE_DATE_EPOCH");
+  const EnvironmentVariable zone("TZ");
   zone.Set("XXX-14");
   const std::pair<const char*, const char*> cases[] = {
       {"0", "1/1/1970"}, {"951868799", "2/29/2000"}, {"951868800", "3/1/2000"}};

@@ -38,9 +38,9 @@ class UserFilesTest : public testing::Test {
     return bytes;
   }
 
-  test::TemporaryFolder folder_;
-  test::EnvironmentVariable config_{"XDG_CONFIG_HOME"};
-  test::EnvironmentVariable home_{"HOME"};
+  TemporaryFolder folder_;
+  EnvironmentVariable config_{"XDG_CONFIG_HOME"};
+  EnvironmentVariable home_{"HOME"};
 };
 
 std::string Repeated(const std::string& text, int times) {

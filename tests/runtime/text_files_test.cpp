@@ -22,7 +22,7 @@ class TextFilesTest : public testing::Test {
   std::string Make(const std::string& name, const std::string& content) const {
     return folder_.Write(name, content);
   }
-  std::string Content(const std::string& name) const { return test::ReadFile(Path(name)); }
+  std::string Content(const std::string& name) const { return ReadFile(Path(name)); }
 
   std::vector<std::string> Lines(const std::string& content) {
     std::vector<std::string> lines;
@@ -32,7 +32,7 @@ class TextFilesTest : public testing::Test {
     return lines;
   }
 
-  test::TemporaryFolder folder_;
+  TemporaryFolder folder_;
   TextFiles files_;
 };
 
