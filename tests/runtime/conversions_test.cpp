@@ -1,6 +1,5 @@
 #include "runtime/conversions.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "error_of.h"

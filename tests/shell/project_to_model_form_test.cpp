@@ -172,6 +172,7 @@ TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {
             "There are spaces in the target directory or file name.\r\nThe target file \r\n" +
                 output + "\r\nhas been generated. \r\nPlease import it from Celvar.");
   EXPECT_EQ(desktop.startedCommands, std::vector<std::string>{"celvar"});
+  EXPECT_NE(ReadFile(output).find("  Name:  Dig\r\n"), std::string::npos);
   form.optLaunchCelvar_Click();
   EXPECT_EQ(desktop.MessageTexts().back(), "Vorn Celvar not installed.");
 }
