@@ -70,6 +70,11 @@ build() {
   } > "$folder/build/$name.log" 2>&1 || { tail -40 "$folder/build/$name.log" >&2; exit 1; }
 }
 
+# recipe FILES...: what the libraries are made from, in one word.
+recipe() {
+  { declare -p release; cat "$toolchain" "$@"; } | sha256sum
+}
+
 # made NAME WHAT-IT-IS-MADE-FROM: whether it was made from these very files before.
 made() {
   [ "$(cat "$prefix/made/$1" 2> /dev/null)" = "$2" ]
@@ -79,7 +84,7 @@ note_made() {
   echo "$2" > "$prefix/made/$1"
 }
 
-recipe=$(cat "$here/scripts/windows/libraries.sh" scripts/windows/libraries/{,graphviz/}*.* "$toolchain" | sha256sum)
+recipe=$(recipe scripts/windows/libraries/{,graphviz/}*.*)
 if ! made c "$recipe"; then
   for package in sqlite3 chmlib graphviz mdbtools; do source_of "$package"; done
   if [ ! -e "$folder/sources/sqlite3/is-patched" ]; then
@@ -100,11 +105,12 @@ if ! made c "$recipe"; then
       "$folder/sources/graphviz/lib/gvc/gvc.c"
     touch "$folder/sources/graphviz/is-static"
   fi
+  rm -rf "$folder/build/c"  # another tree may have made it
   build c -S scripts/windows/libraries -DSOURCES="$folder/sources"
   note_made c "$recipe"
 fi
 
-recipe=$(cat "$here/scripts/windows/libraries.sh" "$toolchain" | sha256sum)
+recipe=$(recipe)
 if ! made cxx "$recipe"; then
   source_of pugixml
   source_of googletest
@@ -117,16 +123,16 @@ if ! made cxx "$recipe"; then
   note_made cxx "$recipe"
 fi
 
+qt_options=(-DCMAKE_BUILD_TYPE=MinSizeRel -DQT_QMAKE_TARGET_MKSPEC=win32-g++ -DINPUT_opengl=no
+  -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF)
+for feature in network sql dbus opengl testlib tabletevent pkg_config vulkan concurrent; do
+  qt_options+=("-DFEATURE_$feature=OFF")
+done
+recipe=$(recipe <(echo "${qt_options[@]}"))
 if [ "$qt" = --qt ] && ! made qt "$recipe"; then
   source_of qt6-base
   host=/usr/lib/x86_64-linux-gnu/cmake
-  off=()
-  for feature in network sql dbus opengl testlib tabletevent pkg_config vulkan concurrent; do
-    off+=("-DFEATURE_$feature=OFF")
-  done
-  build qt -S "$folder/sources/qt6-base" -DCMAKE_BUILD_TYPE=MinSizeRel -DQT_HOST_PATH=/usr \
-    -DQT_HOST_PATH_CMAKE_DIR=$host -DQt6HostInfo_DIR=$host/Qt6HostInfo \
-    -DQT_QMAKE_TARGET_MKSPEC=win32-g++ -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF \
-    -DINPUT_opengl=no "${off[@]}"
+  build qt -S "$folder/sources/qt6-base" -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR=$host \
+    -DQt6HostInfo_DIR=$host/Qt6HostInfo "${qt_options[@]}"
   note_made qt "$recipe"
 fi
