@@ -46,8 +46,19 @@ bool MayBeWritten(const std::string& path) {
   return std::ofstream(PathOf(path), std::ios::app | std::ios::binary).is_open();
 }
 
-std::string NotPutBack(const std::string& path, const std::string& kept) {
-  return path + " can't be put back; as it was it is kept in " + kept + ".";
+// The name of a temporary file is given up for one that no later run clears away.
+std::string NotPutBack(const std::string& path, const std::string& kept, bool temporary) {
+  std::string name = kept;
+  try {
+    if (temporary) name = ClaimBackupName(path);
+    if (temporary && MoveInPlace(PathOf(kept), PathOf(name))) {
+      Remove(PathOf(name));
+      name = kept;
+    }
+  } catch (const RunTimeError&) {
+    name = kept;
+  }
+  return path + " can't be put back; as it was it is kept in " + name + ".";
 }
 
 bool TakesAnothersPlace(const std::string& path) {
@@ -144,7 +155,7 @@ std::vector<std::string> KeptFiles::PutBack() noexcept try {
   for (const NewPlace& made : newFiles_) {
     Remove(made.moved && !made.stood ? made.place : made.standIn);
     if (made.moved && !made.old.empty() && MoveInPlace(made.old, made.place)) {
-      failures.push_back(NotPutBack(Utf8Of(made.place), Utf8Of(made.old)));
+      failures.push_back(NotPutBack(Utf8Of(made.place), Utf8Of(made.old), true));
     } else {
       Remove(made.old);
     }
@@ -159,7 +170,8 @@ std::vector<std::string> KeptFiles::PutBack() noexcept try {
         Workspace::PutInPlace(database.copy, database.path);
       }
     } catch (const std::exception&) {
-      failures.push_back(NotPutBack(database.path, database.copy));
+      failures.push_back(
+          NotPutBack(database.path, database.copy, database.kind == Copy::kUntilDone));
     }
   }
   databases_.clear();
