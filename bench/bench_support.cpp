@@ -18,7 +18,21 @@ namespace {
 struct Ended {
   int status;
   rusage usage;
+  double megabytesRead = 0;
+  double megabytesWritten = 0;
 };
+
+// A child that has ended and is waited for still tells what it read and wrote.
+void TellTransfers(pid_t child, Ended& ended) {
+  siginfo_t info{};
+  waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT);
+  std::ifstream counts("/proc/" + std::to_string(child) + "/io");
+  std::string name;
+  for (double bytes = 0; counts >> name >> bytes;) {
+    if (name == "rchar:") ended.megabytesRead = bytes / 1e6;
+    if (name == "wchar:") ended.megabytesWritten = bytes / 1e6;
+  }
+}
 
 Ended Start(const std::function<void()>& work) {
   std::fflush(stdout);
@@ -34,6 +48,7 @@ Ended Start(const std::function<void()>& work) {
     _exit(0);
   }
   Ended ended{};
+  TellTransfers(child, ended);
   wait4(child, &ended.status, 0, &ended.usage);
   return ended;
 }
@@ -64,14 +79,27 @@ Cost RunOnce(const std::vector<std::string>& command, const TemporaryFolder& fol
     for (const std::string& word : command) words += word + " ";
     throw std::runtime_error(words + "ends with " + std::to_string(status));
   }
-  return {SecondsOf(ended.usage.ru_utime) + SecondsOf(ended.usage.ru_stime), wall.count(),
-          static_cast<double>(ended.usage.ru_maxrss) / 1024.0, 0};
+  return {SecondsOf(ended.usage.ru_utime) + SecondsOf(ended.usage.ru_stime),
+          wall.count(),
+          static_cast<double>(ended.usage.ru_maxrss) / 1024.0,
+          ended.megabytesRead,
+          ended.megabytesWritten,
+          0};
 }
 
-double CountInstructions(const std::vector<std::string>& command, const TemporaryFolder& folder) {
+}  // namespace
+
+double CountInstructions(const std::vector<std::string>& command, const TemporaryFolder& folder,
+                         const std::string& within) {
   const std::string counts = folder.File("counts");
-  std::vector<std::string> wrapped{"valgrind", "--tool=cachegrind", "--cache-sim=no",
-                                   "--cachegrind-out-file=" + counts};
+  std::vector<std::string> wrapped{"valgrind"};
+  if (within.empty()) {
+    wrapped.insert(wrapped.end(),
+                   {"--tool=cachegrind", "--cache-sim=no", "--cachegrind-out-file=" + counts});
+  } else {
+    wrapped.insert(wrapped.end(), {"--tool=callgrind", "--toggle-collect=" + within,
+                                   "--callgrind-out-file=" + counts});
+  }
   wrapped.insert(wrapped.end(), command.begin(), command.end());
   RunOnce(wrapped, folder);
   std::istringstream lines(ReadFile(counts));
@@ -81,8 +109,6 @@ double CountInstructions(const std::vector<std::string>& command, const Temporar
   }
   throw std::runtime_error("no counts in " + counts);
 }
-
-}  // namespace
 
 TemporaryFolder::TemporaryFolder() {
   std::string name = (std::filesystem::temp_directory_path() / "merivane-bench-XXXXXX").string();

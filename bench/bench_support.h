@@ -28,13 +28,20 @@ struct Cost {
   double seconds = 0;  // of CPU; the least of three runs
   double wall = 0;     // of the same run
   double peakMegabytes = 0;
-  double instructions = 0;  // millions; 0 where they weren't asked for
+  double megabytesRead = 0;     // by system calls, from the disk or not
+  double megabytesWritten = 0;  // the same
+  double instructions = 0;      // millions; 0 where they weren't asked for
 };
 
 // Runs the command with `folder` as its working folder, each time after `prepare`. A run that ends
 // with another status than 0 or 3 is a runtime_error.
 Cost Measure(const std::vector<std::string>& command, const TemporaryFolder& folder,
              const std::function<void()>& prepare, bool instructions);
+
+// Millions of instructions of one run; where `within` names a function (a pattern of valgrind's),
+// of it and all that it calls alone.
+double CountInstructions(const std::vector<std::string>& command, const TemporaryFolder& folder,
+                         const std::string& within = "");
 
 // Of the work in this process, by the wall clock.
 double Seconds(const std::function<void()>& work);

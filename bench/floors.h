@@ -1,17 +1,26 @@
-// The least work that a direction can do: the same rows by prepared statements in one transaction,
-// and the same text. Each is a command of this program, so that it is measured like the program.
+// The least work that a direction can do: its source read, its rows by prepared statements in one
+// transaction, its text written. What a floor writes is loaded before, so that it isn't counted.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace merivane::bench {
 
-// Inserts the rows of `from` that `into` lacks (by their row numbers), each with its columns that
-// hold a value.
-void InsertFloor(const std::string& from, const std::string& into);
+// One step of a floor, by the words of a command line:
+//   "lines FILE"           every line of the text read
+//   "select DATABASE"      every row of every table read, numbers as numbers
+//   "change AFTER BEFORE"  what differs (by row numbers) written into BEFORE: rows that it lacks,
+//   by
+//                          one statement a table that names the columns in which any has a value;
+//                          rows that are gone; of the others the columns that differ
+//   "write FILE COPY"      the text of FILE written to COPY line by line
+// Loads what the step needs, and returns its work.
+std::function<void()> PrepareFloor(const std::vector<std::string>& step);
 
-// Reads every row of the database and writes a copy of the text.
-void SelectFloor(const std::string& database, const std::string& text, const std::string& copy);
+// Does the work of all; valgrind counts from its first instruction to its last.
+void MeasuredFloor(const std::vector<std::function<void()>>& steps);
 
 // Runs the statements on the database.
 void Execute(const std::string& database, const std::string& sql);

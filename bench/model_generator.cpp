@@ -1,7 +1,6 @@
 #include "model_generator.h"
 
 #include <algorithm>
-#include <deque>
 #include <vector>
 
 namespace merivane::bench {
@@ -9,9 +8,9 @@ namespace merivane::bench {
 namespace {
 
 constexpr int kUsesPerScenario = 20;
-constexpr int kDecompositionsPerScenario = 4;
 constexpr int kJunctionsPerScenario = 4;
 constexpr int kObjects = 40;
+constexpr int kMostProcesses = 8000;  // a process has a number of four digits
 
 class Text {
  public:
@@ -93,11 +92,13 @@ struct ScenarioPlan {
   int number = 0;
   int parentUse = 0;
   std::string parentName;
-  int firstProcess = 0;
+  int firstUnit = 0;
   int uses = 0;
 };
 
-int UseNumber(int process) { return 10000 + process; }
+int UseNumber(int unit) { return 10000 + unit; }
+int ProcessOf(int unit) { return (unit - 1) % kMostProcesses + 1; }
+std::string UnitName(int unit) { return StepName(ProcessOf(unit)); }
 
 void ScenarioHead(Text& text, const ScenarioPlan& plan) {
   text.Line("Scenario  " + Number(plan.number));
@@ -116,8 +117,9 @@ void ScenarioHead(Text& text, const ScenarioPlan& plan) {
   text.Block("  ", "Source List");
 }
 
-void Occurrence(Text& text, int process) {
-  text.Line("    Process  " + Number(process) + "  #" + Number(UseNumber(process)));
+void Occurrence(Text& text, int unit) {
+  const int process = ProcessOf(unit);
+  text.Line("    Process  " + Number(process) + "  #" + Number(UseNumber(unit)));
   text.Line("      Name:  " + StepName(process));
   text.Lines({"      ID:  1", "      IDEF0 Ref:  A0", "      User Placement Column:  3",
               "      User Placement Row:  4", "      Elaboration",
@@ -164,7 +166,7 @@ struct End {
 std::string EndText(const End& end) {
   const std::string name = end.junction
                                ? "Junction, J" + Number(end.number)
-                               : "Process-Occurrence, " + StepName(end.number - UseNumber(0));
+                               : "Process-Occurrence, " + UnitName(end.number - UseNumber(0));
   return "  #" + Number(end.number) + "  (" + name + ")";
 }
 
@@ -181,70 +183,130 @@ void Link(Text& text, int number, const End& from, const End& to) {
       {"    End  Elaboration", "", "  Property List", "  End  Property List", "  End  Link"});
 }
 
-// Steps 1 to 3 run in parallel between an Async. AND pair, 5 to 7 between a Sync. AND pair; the
-// others follow one another.
-std::vector<std::pair<End, End>> Links(const ScenarioPlan& plan) {
-  const int junction = (plan.number - 1) * kJunctionsPerScenario + 1;
-  const auto step = [&](int index) { return End{UseNumber(plan.firstProcess + index), false}; };
-  const auto at = [&](int index) { return End{junction + index, true}; };
-  std::vector<std::pair<End, End>> links;
-  int index = 0;
-  const auto fork = [&](int open) {
-    links.emplace_back(step(index), at(open));
-    for (int branch = 1; branch <= 3; ++branch) {
-      links.emplace_back(at(open), step(index + branch));
-      links.emplace_back(step(index + branch), at(open + 1));
-    }
-    index += 4;
-    links.emplace_back(at(open + 1), step(index));
+// Units and junctions from numbers of their own on, and the links between them.
+struct Graph {
+  int firstUnit = 1;
+  int units = 0;
+  int firstJunction = 1;
+  struct JunctionPlan {
+    bool fanOut;
+    const char* type;
   };
-  if (plan.uses >= 9) {
-    fork(0);
-    fork(2);
+  std::vector<JunctionPlan> junctions;
+  std::vector<std::pair<End, End>> links;
+
+  End Unit(int index) const { return {UseNumber(firstUnit + index), false}; }
+  void Join(int from, int to) { links.emplace_back(Unit(from), Unit(to)); }
+  End AddJunction(bool fanOut, const char* type) {
+    junctions.push_back({fanOut, type});
+    return {firstJunction + static_cast<int>(junctions.size()) - 1, true};
   }
-  for (; index + 1 < plan.uses; ++index) links.emplace_back(step(index), step(index + 1));
-  return links;
+};
+
+void JoinInRow(Graph& graph, int first, int step) {
+  for (int unit = first; unit + step < graph.units; unit += step) graph.Join(unit, unit + step);
 }
 
-void ScenarioBody(Text& text, const ScenarioPlan& plan) {
+// Unit `first`, three branches of one unit each, and the unit behind them.
+void Fork(Graph& graph, int first, const char* type) {
+  const End open = graph.AddJunction(true, type);
+  const End close = graph.AddJunction(false, type);
+  graph.links.emplace_back(graph.Unit(first), open);
+  for (int branch = first + 1; branch <= first + 3; ++branch) {
+    graph.links.emplace_back(open, graph.Unit(branch));
+    graph.links.emplace_back(graph.Unit(branch), close);
+  }
+  graph.links.emplace_back(close, graph.Unit(first + 4));
+}
+
+// Units 1 to 3 run in parallel between an Async. AND pair, 5 to 7 between a Sync. AND pair; the
+// others follow one another.
+Graph GraphOf(const ScenarioPlan& plan) {
+  constexpr int kForked = 8;
+  Graph graph{plan.firstUnit, plan.uses, (plan.number - 1) * kJunctionsPerScenario + 1, {}, {}};
+  if (plan.uses <= kForked) {
+    JoinInRow(graph, 0, 1);
+    return graph;
+  }
+  Fork(graph, 0, "Async. AND");
+  Fork(graph, 4, "Sync. AND");
+  JoinInRow(graph, kForked, 1);
+  return graph;
+}
+
+// Pairs of junctions around two halves each, down to single units.
+std::pair<End, End> NestFans(Graph& graph, int first, int last) {
+  if (first == last) return {graph.Unit(first), graph.Unit(first)};
+  const End open = graph.AddJunction(true, "Async. AND");
+  const End close = graph.AddJunction(false, "Async. AND");
+  const int middle = (first + last) / 2;
+  for (const auto& [from, to] :
+       {NestFans(graph, first, middle), NestFans(graph, middle + 1, last)}) {
+    graph.links.emplace_back(open, from);
+    graph.links.emplace_back(to, close);
+  }
+  return {open, close};
+}
+
+Graph GraphOf(Shape shape, int units) {
+  Graph graph;
+  graph.units = units;
+  switch (shape) {
+    case Shape::kChain:
+      JoinInRow(graph, 0, 1);
+      break;
+    case Shape::kRing:
+      JoinInRow(graph, 0, 1);
+      graph.Join(units - 1, 0);
+      break;
+    case Shape::kHub:
+      for (int unit = 1; unit < units; ++unit) graph.Join(0, unit);
+      break;
+    case Shape::kLadder:
+      JoinInRow(graph, 0, 2);
+      JoinInRow(graph, 1, 2);
+      for (int unit = 0; unit + 1 < units; unit += 2) graph.Join(unit, unit + 1);
+      break;
+    case Shape::kNestedFans:
+      NestFans(graph, 0, units - 1);
+      break;
+  }
+  return graph;
+}
+
+void ScenarioBody(Text& text, const Graph& graph) {
   text.Line("  Process Occurrence List");
-  for (int index = 0; index < plan.uses; ++index) {
+  for (int index = 0; index < graph.units; ++index) {
     text.Line("");
-    Occurrence(text, plan.firstProcess + index);
+    Occurrence(text, graph.firstUnit + index);
   }
   text.Lines({"  End  Process Occurrence List", "  Junction List"});
-  if (plan.uses >= 9) {
-    const int first = (plan.number - 1) * kJunctionsPerScenario + 1;
-    for (int index = 0; index < kJunctionsPerScenario; ++index) {
-      text.Line("");
-      Junction(text, first + index, index % 2 == 0, index < 2 ? "Async. AND" : "Sync. AND");
-    }
+  int junction = graph.firstJunction;
+  for (const auto& [fanOut, type] : graph.junctions) {
+    text.Line("");
+    Junction(text, junction++, fanOut, type);
   }
   text.Lines({"  End  Junction List", "Referent List", "  End  Referent List", "  Link List"});
   int number = 0;
-  for (const auto& [from, to] : Links(plan)) Link(text, ++number, from, to);
+  for (const auto& [from, to] : graph.links) Link(text, ++number, from, to);
   text.Lines({"  End  Link List", "End  Scenario", ""});
 }
 
+void Scenario(Text& text, const ScenarioPlan& plan) {
+  if (plan.number > 1) text.Line("");
+  ScenarioHead(text, plan);
+  ScenarioBody(text, GraphOf(plan));
+}
+
 void Scenarios(Text& text, int occurrences) {
-  std::deque<ScenarioPlan> open{{1, 0, "", 1, std::min(kUsesPerScenario, occurrences)}};
-  int nextNumber = 2;
-  int nextProcess = open.front().uses + 1;
   text.Lines({"", "Scenario List", ""});
-  bool first = true;
-  while (!open.empty()) {
-    const ScenarioPlan plan = open.front();
-    open.pop_front();
-    if (!first) text.Line("");
-    first = false;
-    ScenarioHead(text, plan);
-    ScenarioBody(text, plan);
-    for (int child = 0; child < kDecompositionsPerScenario && nextProcess <= occurrences; ++child) {
-      const int process = plan.firstProcess + child;
-      const int uses = std::min(kUsesPerScenario, occurrences - nextProcess + 1);
-      open.push_back({nextNumber++, UseNumber(process), StepName(process), nextProcess, uses});
-      nextProcess += uses;
-    }
+  const int parents = (occurrences + kUsesPerScenario) / (kUsesPerScenario + 1);
+  Scenario(text, {1, 0, "", 1, parents});
+  int nextUnit = parents + 1;
+  for (int parent = 1; parent <= parents && nextUnit <= occurrences; ++parent) {
+    const int uses = std::min(kUsesPerScenario, occurrences - nextUnit + 1);
+    Scenario(text, {parent + 1, UseNumber(parent), UnitName(parent), nextUnit, uses});
+    nextUnit += uses;
   }
   text.Lines({"End  Scenario List", "OSTN List", "End  OSTN List"});
 }
@@ -254,8 +316,19 @@ void Scenarios(Text& text, int occurrences) {
 std::string GenerateModel(int occurrences) {
   Text text;
   Summary(text);
-  Pools(text, occurrences, "What is done in step ");
+  Pools(text, std::min(occurrences, kMostProcesses), "What is done in step ");
   Scenarios(text, occurrences);
+  return text.Take();
+}
+
+std::string GenerateShape(Shape shape, int units) {
+  Text text;
+  Summary(text);
+  Pools(text, units, "What is done in step ");
+  text.Lines({"", "Scenario List", ""});
+  ScenarioHead(text, {1, 0, "", 1, units});
+  ScenarioBody(text, GraphOf(shape, units));
+  text.Lines({"End  Scenario List", "OSTN List", "End  OSTN List"});
   return text.Take();
 }
 

@@ -5,11 +5,17 @@
 
 namespace merivane::bench {
 
-// `occurrences` process occurrences (at most 9,000: numbers of junctions have four digits) in
-// scenarios of twenty, decomposed four to a scenario; with junctions, object occurrences, facts.
+// `occurrences` process occurrences (at most 16,000: each uses two objects, and a plan holds 32,767
+// rows of a kind), one in 21 of them in the first scenario and decomposed into twenty others; with
+// junctions, object occurrences, facts. Two levels: what `to-model --database` writes whole.
 std::string GenerateModel(int occurrences);
 
 // The same with an object for each occurrence, all of one name.
 std::string GenerateObjectsOfOneName(int occurrences);
+
+// One scenario of so many units (an even number, at most 4,000) in a shape that a layout can trip
+// over.
+enum class Shape { kChain, kRing, kHub, kLadder, kNestedFans };
+std::string GenerateShape(Shape shape, int units);
 
 }  // namespace merivane::bench
