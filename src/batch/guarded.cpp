@@ -13,33 +13,30 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* kNoMemory = "merivane-batch: there is not enough memory.\n";
-
-void Tell(std::ostream& err, const std::string& text) {
-  err << "merivane-batch: " << PrintableText(text) << '\n';
-}
-
-void TellHandled(std::ostream& err) {
-  try {
-    throw;
-  } catch (const ProgramEnd&) {
-    // Its box has told why.
-  } catch (const RunTimeError& error) {
-    Tell(err, ToUtf8(error.Description()));
-  } catch (const std::bad_alloc&) {
-    err << kNoMemory;
-  } catch (const std::exception& error) {
-    Tell(err, error.what());
-  }
-}
+constexpr const char* kNoMemory = "there is not enough memory.";
 
 }  // namespace
 
+std::string FailureText() {
+  try {
+    throw;
+  } catch (const ProgramEnd&) {
+    return "";
+  } catch (const RunTimeError& error) {
+    return ToUtf8(error.Description());
+  } catch (const std::bad_alloc&) {
+    return kNoMemory;
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
 int TellFailure(std::ostream& err) noexcept {
   try {
-    TellHandled(err);
+    const std::string text = FailureText();
+    if (!text.empty()) err << "merivane-batch: " << PrintableText(text) << '\n';
   } catch (...) {
-    err << kNoMemory;
+    err << "merivane-batch: " << kNoMemory << '\n';
   }
   return kFailed;
 }

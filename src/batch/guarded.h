@@ -2,10 +2,14 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 
 #include "batch/batch.h"
 
 namespace merivane::batch {
+
+// What the exception that is being handled says, UTF-8; empty for an end that a box has told.
+std::string FailureText();
 
 // Tells on `err` the exception that is being handled. Gives kFailed.
 int TellFailure(std::ostream& err) noexcept;

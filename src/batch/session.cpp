@@ -117,8 +117,18 @@ int Session::AfterOk(const std::optional<bool>& driverResult, const RunResult& r
     Say(result.text);
     return kFailed;
   }
-  Report((report ? report() : "") + result.text + Notes());
-  return status;
+  std::string added;
+  const bool whole = !report || Add("what changed", [&] { added = report(); });
+  Report(added + result.text + Notes());
+  return whole ? status : kDoneWithMessages;
+}
+
+bool Session::Add(const std::string& what, const std::function<void()>& step) try {
+  step();
+  return true;
+} catch (...) {
+  Say(what + " can't be told: " + FailureText());
+  return false;
 }
 
 std::string Session::Notes() const {

@@ -60,6 +60,8 @@ class Session {
   // word where it gave no file.
   int AfterOk(const std::optional<bool>& driverResult, const RunResult& result,
               const std::function<std::string()>& report = nullptr);
+  // Does what stands beside the work: where it can't be done, a word tells why and the work stands.
+  bool Add(const std::string& what, const std::function<void()>& step);
   // The closing line of a run that succeeds, unless --quiet.
   void Report(const std::string& line) { report_ = line; }
 

@@ -112,14 +112,18 @@ class MergeReport {
               const std::optional<std::int32_t>& project)
       : session_(session), options_(options), project_(session.quiet ? std::nullopt : project) {}
 
-  void Begin() {
+  void Begin() try {
     if (project_) {
       before_ = inspect::ReadSnapshot(*session_.program.projectToModel.gInterimConn, *project_);
     }
+  } catch (const RunTimeError& error) {
+    failure_ = error;
   }
 
+  // Throws where the model can't be read, before the merge or behind it.
   std::string Text() const {
     if (!project_) return "";
+    if (failure_) throw *failure_;
     Connection connection(session_.program.workspace);
     connection.Open(ConnectionText(options_.interim), OpenMode::kReadOnly);
     return ChangesText(
@@ -131,6 +135,7 @@ class MergeReport {
   const ToModelOptions& options_;
   std::optional<std::int32_t> project_;
   inspect::ModelSnapshot before_;
+  std::optional<RunTimeError> failure_;
 };
 
 int FromFile(Session& session, const ToModelOptions& options) {

@@ -1,6 +1,7 @@
 #include "inspect/model_snapshot.h"
 
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {
@@ -18,7 +19,17 @@ std::string NoteText(std::string text) {
   return text;
 }
 
-bool IsSet(const Value& flag) { return !flag.IsNull() && !Equal(flag, 0); }
+constexpr std::int32_t kNoRow = -1;
+
+// Any column may hold Null, or in a database of another program a text: such a row tells less, and
+// stops nothing.
+std::optional<std::int32_t> NumberIn(const Value& value) try {
+  return value.IsNull() ? std::nullopt : std::optional(ToInt32(value));
+} catch (const RunTimeError&) {
+  return std::nullopt;
+}
+
+bool IsSet(const Value& flag) { return NumberIn(flag).value_or(0) != 0; }
 
 class Reader {
  public:
@@ -44,7 +55,8 @@ class Reader {
 
   void ReadNotes() {
     ForEach("Num, Glossary from Activity_Pool", "Msp_ProjID = ", [&](Recordset& row) {
-      notes_[ToInt32(row.Field("Num"))] = NoteText(Joined(row.Field("Glossary")));
+      const auto process = NumberIn(row.Field("Num"));
+      if (process) notes_[*process] = NoteText(Joined(row.Field("Glossary")));
     });
   }
 
@@ -53,63 +65,64 @@ class Reader {
         "KV7_PROCOCC_HEX, KV7_PROC_HEX, TASK_NAME, KV7_PROCOCC_DURATION, "
         "KV7_PROCOCC_SEND_TO_PROJECT, KV7_PROCOCC_BROUGHT_BACK, TASK_UID from MSP_TASKS",
         "TASK_UID > 0 and Proj_ID = ", [&](Recordset& row) {
-          const Value number = row.Field("KV7_PROCOCC_HEX");
-          if (number.IsNull()) return;
-          const Value process = row.Field("KV7_PROC_HEX");
-          const std::int32_t unit = ToInt32(number);
-          model_.units[unit] = {Joined(row.Field("TASK_NAME")),
-                                Joined(row.Field("KV7_PROCOCC_DURATION")),
-                                process.IsNull() ? "" : notes_[ToInt32(process)],
-                                IsSet(row.Field("KV7_PROCOCC_SEND_TO_PROJECT")),
-                                IsSet(row.Field("KV7_PROCOCC_BROUGHT_BACK"))};
-          unitOfTask_[ToInt32(row.Field("TASK_UID"))] = unit;
+          const auto unit = NumberIn(row.Field("KV7_PROCOCC_HEX"));
+          if (!unit) return;
+          const auto process = NumberIn(row.Field("KV7_PROC_HEX"));
+          model_.units[*unit] = {
+              Joined(row.Field("TASK_NAME")), Joined(row.Field("KV7_PROCOCC_DURATION")),
+              process ? notes_[*process] : "", IsSet(row.Field("KV7_PROCOCC_SEND_TO_PROJECT")),
+              IsSet(row.Field("KV7_PROCOCC_BROUGHT_BACK"))};
+          unitOfTask_[NumberIn(row.Field("TASK_UID")).value_or(kNoRow)] = *unit;
         });
   }
 
   void ReadStructure() {
     ForEach("Num, Cardinality, Type from Junctions_in_Scenario",
             "Msp_ProjID = ", [&](Recordset& row) {
-              model_.junctions[ToInt32(row.Field("Num"))] =
+              const auto junction = NumberIn(row.Field("Num"));
+              if (!junction) return;
+              model_.junctions[*junction] =
                   Joined(row.Field("Cardinality")) + ", " + Joined(row.Field("Type"));
             });
     ForEach("Scenario_Num, Origin_Num, Destination_Num from Links_in_Scenario",
             "Msp_ProjID = ", [&](Recordset& row) {
-              const Value origin = row.Field("Origin_Num");
-              const Value end = row.Field("Destination_Num");
-              if (origin.IsNull() || end.IsNull()) return;
-              model_.links.emplace(ToInt32(row.Field("Scenario_Num")), ToInt32(origin),
-                                   ToInt32(end));
+              const auto scenario = NumberIn(row.Field("Scenario_Num"));
+              const auto origin = NumberIn(row.Field("Origin_Num"));
+              const auto end = NumberIn(row.Field("Destination_Num"));
+              if (scenario && origin && end) model_.links.emplace(*scenario, *origin, *end);
             });
   }
 
   void ReadResources() {
     ForEach("KV7_OBJ_HEX, RES_NAME, KV7_OBJ_QUANTITY, KV7_OBJ_GLOSSARY, RES_UID from MSP_RESOURCES",
             "RES_UID > 0 and Proj_ID = ", [&](Recordset& row) {
-              const Value number = row.Field("KV7_OBJ_HEX");
-              if (number.IsNull()) return;
-              model_.resources[ToInt32(number)] = {Joined(row.Field("RES_NAME")),
-                                                   Joined(row.Field("KV7_OBJ_QUANTITY")),
-                                                   NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY")))};
-              objectOfResource_[ToInt32(row.Field("RES_UID"))] = ToInt32(number);
+              const auto object = NumberIn(row.Field("KV7_OBJ_HEX"));
+              if (!object) return;
+              model_.resources[*object] = {Joined(row.Field("RES_NAME")),
+                                           Joined(row.Field("KV7_OBJ_QUANTITY")),
+                                           NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY")))};
+              objectOfResource_[NumberIn(row.Field("RES_UID")).value_or(kNoRow)] = *object;
             });
   }
 
   // The rows of the plan stand as it was sent; those of the model tell what came back.
   void ReadAssignments() {
     std::map<std::pair<std::int32_t, std::int32_t>, std::string> planned;
-    ForEach("TASK_UID, RES_UID, ASSN_UNITS from MSP_ASSIGNMENTS",
-            "Proj_ID = ", [&](Recordset& row) {
-              const auto unit = unitOfTask_.find(ToInt32(row.Field("TASK_UID")));
-              const auto object = objectOfResource_.find(ToInt32(row.Field("RES_UID")));
-              if (unit == unitOfTask_.end() || object == objectOfResource_.end()) return;
-              planned[{unit->second, object->second}] = Joined(row.Field("ASSN_UNITS"));
-            });
+    ForEach(
+        "TASK_UID, RES_UID, ASSN_UNITS from MSP_ASSIGNMENTS", "Proj_ID = ", [&](Recordset& row) {
+          const auto unit = unitOfTask_.find(NumberIn(row.Field("TASK_UID")).value_or(0));
+          const auto object = objectOfResource_.find(NumberIn(row.Field("RES_UID")).value_or(0));
+          if (unit == unitOfTask_.end() || object == objectOfResource_.end()) return;
+          planned[{unit->second, object->second}] = Joined(row.Field("ASSN_UNITS"));
+        });
     ForEach(
         "Activity_Num, Object_Occ_Num, Qty, Brought_from_Project from "
         "Object_in_Activity_in_Scenario",
         "Msp_ProjID = ", [&](Recordset& row) {
-          const std::pair key(ToInt32(row.Field("Activity_Num")),
-                              ToInt32(row.Field("Object_Occ_Num")));
+          const auto unit = NumberIn(row.Field("Activity_Num"));
+          const auto object = NumberIn(row.Field("Object_Occ_Num"));
+          if (!unit || !object) return;
+          const std::pair key(*unit, *object);
           const auto plan = planned.find(key);
           const Value quantity = row.Field("Qty");
           const bool sent = plan != planned.end();
@@ -122,6 +135,7 @@ class Reader {
   std::string project_;
   ModelSnapshot model_;
   std::map<std::int32_t, std::string> notes_;  // by process number
+  // By number of the row in the plan, above 0: an assignment without one belongs to nothing.
   std::map<std::int32_t, std::int32_t> unitOfTask_;
   std::map<std::int32_t, std::int32_t> objectOfResource_;
 };

@@ -109,6 +109,20 @@ TEST_F(SafeRuns, AReplacedDatabaseIsKeptAndAnAppendedOneIsNot) {
   EXPECT_EQ(Files().size(), count);
 }
 
+TEST_F(SafeRuns, WhatIsToldBesideAMergeNeverFailsIt) {
+  const std::vector<std::string> merge{"to-model", "--mpx", mpx, "--interim", plan, "--merge", "1"};
+  Sql("update MSP_ASSIGNMENTS set RES_UID = Null; update MSP_RESOURCES set RES_UID = 'x'"
+      " where RES_UID = 2");
+  EXPECT_EQ(Run(merge, {"--dry-run"}), kDone) << err.str();
+  EXPECT_EQ(Run(merge, {"--output", other}), kDone) << err.str();
+
+  Sql("alter table MSP_ASSIGNMENTS rename column ASSN_UNITS to Units");
+  EXPECT_EQ(Run(merge, {"--output", other, "--force"}), kDoneWithMessages) << err.str();
+  EXPECT_NE(err.str().find("what changed can't be told: No column 'ASSN_UNITS'"),
+            std::string::npos);
+  EXPECT_NE(out.str().find("written: " + other), std::string::npos) << out.str();
+}
+
 TEST_F(SafeRuns, AnAppendWithoutAFreeNumberIsRefused) {
   struct Row {
     const char* name;

@@ -2,8 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
+
 #include "changed_text.h"
 #include "database_fixture.h"
+#include "inspect/model_snapshot.h"
 #include "neutraltext/modGlobal.h"
 #include "translator/modIDEF3ToProject.h"
 
@@ -70,6 +73,31 @@ TEST_P(MergePreviewTest, TellsWhatTheMergeChangesAndTouchesNothing) {
   EXPECT_EQ(preview.merged, GetParam().merged);
   EXPECT_EQ(preview.boxes.empty(), GetParam().merged);
   EXPECT_EQ(ReadFile(databasePath), database);
+}
+
+TEST_F(MergePreviewTest, ReadsAModelWithANullInEachColumn) {
+  MakePlan();
+  RawDatabase database(databasePath);
+  database.Run("pragma synchronous = off");
+  for (const char* table :
+       {"Activity_Pool", "MSP_TASKS", "Junctions_in_Scenario", "Links_in_Scenario", "MSP_RESOURCES",
+        "MSP_ASSIGNMENTS", "Object_in_Activity_in_Scenario"}) {
+    std::istringstream columns(
+        database.Ask("select name || ' ' from pragma_table_info('" + std::string(table) + "')"));
+    for (std::string column; columns >> column;) {
+      const std::string value = '"' + column + '"';
+      const std::string name = table + ("." + column);
+      database.Run("create table kept as select rowid as r, " + value + " as v from " + table);
+      ASSERT_EQ(database.Run("update " + (table + (" set " + value)) + " = Null"), SQLITE_OK)
+          << name;
+      Connection connection(program->workspace);
+      connection.Open(ConnectionText(databasePath), OpenMode::kReadOnly);
+      EXPECT_NO_THROW(ReadSnapshot(connection, 1)) << name;
+      connection.Close();
+      database.Run("update " + (table + (" set " + value)) +
+                   " = (select v from kept where r = " + table + ".rowid); drop table kept");
+    }
+  }
 }
 
 const std::string kLastTask = "70,5,5,Work on the first task with the mentor,3.00d,Yes,1,,\"4\"";
