@@ -137,8 +137,12 @@ try_command() { # COMMAND
     [ "$kind" != allocation ] || wanted=150
     [ $picks = all ] || wanted=3
     for n in $(points "$count" "$wanted"); do
-      for fault in "$kind:$n" "$kind:$n:kill"; do
-        [ "$fault" = "$kind:$n" ] || [ "$kind" = write ] || [ "$kind" = rename ] || continue
+      for fault in "$kind:$n" "$kind:$n:kill" "$kind:$n:stay"; do
+        case $fault in
+          write:*:stay) continue ;; # stays anyway
+          *:stay) [ "$kind" = read ] || [ "$kind" = sync ] || continue ;;
+          *:kill) [ "$kind" = write ] || [ "$kind" = rename ] || continue ;;
+        esac
         run "$1" "$fault"
         verdict "$fault" | sed "s/^/$1, $fault: /"
         tried=$((tried + 1))

@@ -1,14 +1,16 @@
 // Preloaded into a program (LD_PRELOAD): from main on, the n-th call of one kind fails, or the
 // program is killed there.
 //
-//   MERIVANE_FAULT=KIND:N       KIND is write, sync, open, rename or allocation. A write that fails
-//                               is a full disk: all behind it fail too.
+//   MERIVANE_FAULT=KIND:N       KIND is write, sync, open, rename, read, map or allocation. A write
+//                               that fails is a full disk: all behind it fail too.
+//   MERIVANE_FAULT=KIND:N:stay  all behind it fail too.
 //   MERIVANE_FAULT=KIND:N:kill  the program is killed in place of the call.
 //   MERIVANE_FAULT_COUNTS=FILE  gets a line "KIND COUNT" for each kind when the program ends.
 //
 // Standard output and standard error are left alone.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
@@ -27,13 +29,14 @@ void* __libc_realloc(void*, size_t);
 
 namespace {
 
-enum Kind { kWrite, kSync, kOpen, kRename, kAllocation, kKinds };
-constexpr const char* kNames[] = {"write", "sync", "open", "rename", "allocation"};
+enum Kind { kWrite, kSync, kOpen, kRename, kRead, kMap, kAllocation, kKinds };
+constexpr const char* kNames[] = {"write", "sync", "open", "rename", "read", "map", "allocation"};
 
 bool armed = false;
 int kind = kKinds;
 long at = 0;
 bool killed = false;
+bool stays = false;
 long counts[kKinds];
 
 void ReadWish() {
@@ -46,6 +49,7 @@ void ReadWish() {
     at = std::atol(wish + length + 1);
   }
   killed = std::strstr(wish, ":kill") != nullptr;
+  stays = kind == kWrite || std::strstr(wish, ":stay") != nullptr;
 }
 
 // True where this call shall fail.
@@ -53,7 +57,7 @@ bool Fails(Kind called, int failure) {
   if (!armed) return false;
   const long count = ++counts[called];
   if (called != kind || at == 0) return false;
-  if (count != at && !(called == kWrite && count > at)) return false;
+  if (count != at && !(stays && count > at)) return false;
   if (killed) raise(SIGKILL);
   errno = failure;
   return true;
@@ -126,6 +130,39 @@ ssize_t pwrite64(int file, const void* bytes, size_t size, off64_t offset) {
 size_t fwrite(const void* bytes, size_t size, size_t count, FILE* stream) {
   if (!IsStandard(fileno(stream)) && Fails(kWrite, ENOSPC)) return 0;
   return CallReal(&fwrite, "fwrite", bytes, size, count, stream);
+}
+
+ssize_t read(int file, void* bytes, size_t size) {
+  if (!IsStandard(file) && Fails(kRead, EIO)) return -1;
+  return CallReal(&read, "read", file, bytes, size);
+}
+
+ssize_t pread(int file, void* bytes, size_t size, off_t offset) {
+  if (Fails(kRead, EIO)) return -1;
+  return CallReal(&pread, "pread", file, bytes, size, offset);
+}
+
+ssize_t pread64(int file, void* bytes, size_t size, off64_t offset) {
+  if (Fails(kRead, EIO)) return -1;
+  return CallReal(&pread64, "pread64", file, bytes, size, offset);
+}
+
+size_t fread(void* bytes, size_t size, size_t count, FILE* stream) {
+  if (!IsStandard(fileno(stream)) && Fails(kRead, EIO)) {
+    stream->_flags |= _IO_ERR_SEEN;
+    return 0;
+  }
+  return CallReal(&fread, "fread", bytes, size, count, stream);
+}
+
+void* mmap(void* place, size_t size, int protection, int flags, int file, off_t offset) {
+  if (file >= 0 && Fails(kMap, ENODEV)) return MAP_FAILED;
+  return CallReal(&mmap, "mmap", place, size, protection, flags, file, offset);
+}
+
+void* mmap64(void* place, size_t size, int protection, int flags, int file, off64_t offset) {
+  if (file >= 0 && Fails(kMap, ENODEV)) return MAP_FAILED;
+  return CallReal(&mmap64, "mmap64", place, size, protection, flags, file, offset);
 }
 
 int fsync(int file) {

@@ -3,6 +3,7 @@
 #include "guarded.h"
 #include "platform/system_locale.h"
 #include "printable.h"
+#include "runtime/code_page.h"
 
 namespace merivane::batch {
 
@@ -50,6 +51,11 @@ bool Session::Admits(std::vector<NamedFile> files) {
 void Session::Say(const std::string& text) const {
   progressLine.Clear();
   err << "merivane-batch: " << PrintableText(text) << '\n';
+}
+
+int Session::Fail(const std::string& file, const RunTimeError& error) const {
+  Say(file + " can't be used: " + ToUtf8(error.Description()));
+  return error.Number() == kDatabaseError ? kRefused : kFailed;
 }
 
 int Session::Run(const std::function<int()>& command) {

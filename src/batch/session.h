@@ -56,6 +56,9 @@ class Session {
     Say(text);
     return kRefused;
   }
+  // Tells a fault that the program keeps to itself where the user picks `file`: the run's failure,
+  // or a refusal where it is a file of another kind.
+  int Fail(const std::string& file, const RunTimeError& error) const;
   // The exit status behind the OK button, told in the closing line with `report` in front, or in a
   // word where it gave no file.
   int AfterOk(const std::optional<bool>& driverResult, const RunResult& result,

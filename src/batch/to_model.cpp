@@ -28,6 +28,7 @@ bool OpenOutput(Session& session, const ToModelOptions& options) {
 int FromDatabase(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   if (!session.Browse(options.database, [&] { return form.PickDatabase(); })) {
+    if (form.PickFailure) return session.Fail(options.database, *form.PickFailure);
     return session.Refuse(options.database + " holds no project that can be listed.");
   }
   std::string reason;
@@ -150,6 +151,7 @@ int FromFile(Session& session, const ToModelOptions& options) {
               [](auto* /*other*/) {}});
   if (!OpenOutput(session, options)) return kRefused;
   if (!BrowseInterim(session, options)) {
+    if (form.PickFailure) return session.Fail(options.interim, *form.PickFailure);
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
   MergeReport report(session, options, project);

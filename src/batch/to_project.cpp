@@ -81,12 +81,15 @@ int Translate(Session& session, const ToProjectOptions& options) {
   if (!BrowseFiles(session, options)) return kRefused;
   if (!ProveModelText(session.program.modelToProject, options.model)) return kFailed;
   if (!BrowseDatabase(session, options)) return kRefused;
+  const std::optional<RunTimeError>& failure = form.PickFailure;
+  if (failure && IsMachineFault(failure->Number())) return session.Fail(options.database, *failure);
+  if (!session.program.modelToProject.gOverwriteDb) {
+    if (const auto refusal = AppendRefusal(session, options)) return session.Refuse(*refusal);
+  }
+  if (failure) return session.Fail(options.database, *failure);
   const auto& connection = session.program.modelToProject.gMspConn;
   if (!connection || !connection->IsOpen()) {
     return session.Refuse(options.database + " can't be opened or replaced.");
-  }
-  if (!session.program.modelToProject.gOverwriteDb) {
-    if (const auto refusal = AppendRefusal(session, options)) return session.Refuse(*refusal);
   }
   form.cmdOK();
   return session.AfterOk(form.GenerateResult, form.Result);

@@ -12,7 +12,7 @@ bool frmDBMerge::OptMerge() {
   state_.gInterimProjId = 0;
   comboInterimProject.entries.clear();
   comboInterimProject.listIndex.reset();
-  if (LoadProjectList(state_.desktop, state_.gInterimConn.get(), comboInterimProject)) {
+  if (LoadProjectList(state_.desktop, state_.gInterimConn.get(), comboInterimProject, Failure)) {
     comboInterimProject.enabled = true;
     return true;
   }

@@ -50,6 +50,7 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   const TextBox boxBefore = box;
   const bool overwriteBefore = state_.gOverwriteDb;
   const std::string backupBefore = BackupName;
+  PickFailure.reset();
   try {
     const auto name = BrowseForFile(
         desktop_, {"Database (*.mdb)|*.mdb", "Please Select Microsoft Project 2000 Database", true},
@@ -63,8 +64,9 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
       BackupName = backupBefore;
     }
     state_.workspace.CommitAll();
-  } catch (const RunTimeError&) {
-    // A file that can't be replaced or opened leaves the connection as it was, without a word.
+  } catch (const RunTimeError& error) {
+    // No box tells that a file can't be replaced or opened.
+    PickFailure = error;
     if (!IsVisible()) Show();
   }
   Changed();
@@ -93,22 +95,31 @@ bool frmIDEF3ToProject::CopyTemplate(const std::string& path) {
     BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
   });
   if (!replaced) return false;
-  OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
-  state_.gMspProjId = 1;
-  pickedVersion_ = state_.gMspConn->Version();
+  OpenWhole([&] {
+    OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
+    state_.gMspProjId = 1;
+    pickedVersion_ = state_.gMspConn->Version();
+  });
   return true;
+}
+
+void frmIDEF3ToProject::OpenWhole(const std::function<void()>& open) try {
+  open();
+} catch (const RunTimeError&) {
+  state_.gMspConn.reset();
+  throw;
 }
 
 bool frmIDEF3ToProject::AppendTo(const std::string& path) {
   auto before = std::move(state_.gMspConn);
-  const bool opened = RunUnlessCancelled(state_.progress, [&] {
-    OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
+  bool opened = false;
+  OpenWhole([&] {
+    opened = RunUnlessCancelled(state_.progress, [&] {
+      OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
+    });
+    if (opened) TakeNextNumber();
   });
-  if (opened) {
-    TakeNextNumber();
-  } else {
-    state_.gMspConn = std::move(before);
-  }
+  if (!opened) state_.gMspConn = std::move(before);
   return opened;
 }
 

@@ -74,13 +74,14 @@ void frmProjectToIDEF3::cmdBrowseDatabase() {
       if (OpenProjectDb(*name)) ListProjects(*name);
     }
   } catch (const RunTimeError& error) {
+    PickFailure = error;
     ReportError(desktop_, error);
   }
   Changed();
 }
 
 void frmProjectToIDEF3::ListProjects(const std::string& path) {
-  if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject)) {
+  if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject, PickFailure)) {
     txtDatabase = {path, true};
     comboProject.enabled = true;
   } else {
@@ -119,6 +120,7 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
     if (auto name = BrowseForFile(desktop_, kInterimDialog, box.text, "mdb")) {
       box.text = *name;
       BackupName.clear();
+      PickFailure.reset();
       if (FileIsThere(*name)) {
         ChooseForExistingInterimDb(box);
       } else {
@@ -127,6 +129,7 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
       }
     }
   } catch (const RunTimeError& error) {
+    PickFailure = error;
     ReportError(desktop_, error);
     if (!IsVisible()) Show();
   }
@@ -167,6 +170,7 @@ void frmProjectToIDEF3::AskForMerge(TextBox& box) {
   desktop_.SetMousePointer(kPointerArrow);
   frmDBMerge merge(state_);
   desktop_.ShowModal(merge);
+  PickFailure = merge.Failure;
   if (!state_.gRoundTripMerge) {
     state_.gInterimConn->Close();
     state_.gInterimConn.reset();

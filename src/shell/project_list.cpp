@@ -1,7 +1,6 @@
 #include "shell/project_list.h"
 
 #include "runtime/conversions.h"
-#include "runtime/run_time_error.h"
 #include "store/recordset.h"
 
 namespace merivane::shell {
@@ -36,7 +35,9 @@ bool AddProjects(Desktop& desktop, Recordset& projects, ComboBox& combo) {
 
 }  // namespace
 
-bool LoadProjectList(Desktop& desktop, Connection* connection, ComboBox& combo) try {
+bool LoadProjectList(Desktop& desktop, Connection* connection, ComboBox& combo,
+                     std::optional<RunTimeError>& failure) try {
+  failure.reset();
   Recordset projects;
   projects.OpenStatic("SELECT PROJ_ID, PROJ_NAME FROM [MSP_PROJECTS]", connection);
   bool usable = false;
@@ -49,7 +50,8 @@ bool LoadProjectList(Desktop& desktop, Connection* connection, ComboBox& combo) 
         {"Database has no Project or no task_outline_num value.", MessageIcon::kCritical});
   }
   return usable;
-} catch (const RunTimeError&) {
+} catch (const RunTimeError& error) {
+  failure = error;
   return false;
 }
 

@@ -53,6 +53,8 @@ TEST_F(ModelToProjectForm, AppendTakesTheLastRowsIdPlusOne) {
     EXPECT_EQ(state.gMspProjId, expected) << ids;
     EXPECT_FALSE(state.gOverwriteDb);
     EXPECT_TRUE(form.IsVisible());
+    // Nothing is translated under a number that no row settles.
+    EXPECT_EQ(state.gMspConn == nullptr, form.PickFailure.has_value()) << ids;
     state.gMspConn.reset();
   }
   EXPECT_TRUE(desktop.shown.empty());
@@ -126,6 +128,8 @@ TEST_F(ModelToProjectForm, ADamagedDatabaseFailsInSilence) {
   Browse(path);
   EXPECT_TRUE(desktop.shown.empty());
   EXPECT_EQ(form.txtDatabase.text, path);
+  EXPECT_NE(form.PickFailure.value().Description().find(path), std::string::npos);
+  EXPECT_FALSE(state.gMspConn);
   EXPECT_EQ(ReadFile(path), "no database");
   EXPECT_EQ(desktop.pointer, kPointerDefault);
 }

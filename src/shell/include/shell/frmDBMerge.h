@@ -1,7 +1,10 @@
 // Decides between a fresh interim database and a round trip merge.
 #pragma once
 
+#include <optional>
+
 #include "program/program.h"
+#include "runtime/run_time_error.h"
 #include "shell/form.h"
 
 namespace merivane::shell {
@@ -20,6 +23,8 @@ class frmDBMerge : public ModalForm {
   bool OptMergeSet = false;
   bool LabSelProjVisible = false;
   ComboBox comboInterimProject{{}, {}, false, false};
+
+  std::optional<RunTimeError> Failure;  // of the list; no box tells it
 
   void Load() override { comboInterimProject.enabled = false; }
   bool OptMerge();  // False, behind a box, where the list can't be used

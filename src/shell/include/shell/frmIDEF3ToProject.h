@@ -6,6 +6,7 @@
 #include <string>
 
 #include "program/program.h"
+#include "runtime/run_time_error.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
@@ -39,8 +40,8 @@ class frmIDEF3ToProject : public Form {
   void cmdBrowseText();
   void cmdBrowseMPX();
   void cmdBrowseXML();
-  // Copies the template over the picked name or opens it for a further project; failures are
-  // silent, as the state shows: gMspConn stays unset.
+  // Copies the template over the picked name or opens it for a further project. No box tells what
+  // fails: PickFailure keeps it, and gMspConn holds no database that is half open.
   void BrowsedbBt() { BrowseDatabase(txtDatabase); }
   void BrowsedbBt_mpx() { BrowseDatabase(txtDatabase_mpx); }
   void BrowsedbBt_xml() { BrowseDatabase(txtDatabase_xml); }
@@ -55,6 +56,8 @@ class frmIDEF3ToProject : public Form {
   bool PickMpx();
   bool PickXml();
   bool PickDatabase();
+
+  std::optional<RunTimeError> PickFailure;  // of the database picked last
 
   // A database that is overwritten is kept beside it (".bak", ".bak2", ...), unless this is
   // switched off. BackupName is the copy of the last one picked, empty without one.
@@ -79,6 +82,8 @@ class frmIDEF3ToProject : public Form {
   bool SettleDatabase(const std::string& path);
   bool CopyTemplate(const std::string& path);
   bool AppendTo(const std::string& path);
+  // Drops the connection where it can't be opened, and read, to the end.
+  void OpenWhole(const std::function<void()>& open);
   void TakeNextNumber();
   // Keeps other processes from writing until the run is over, and takes the project's number anew
   // where one has written since the database was picked. False when it is told that it can't.

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "program/program.h"
+#include "runtime/run_time_error.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
@@ -56,6 +57,8 @@ class frmProjectToIDEF3 : public Form {
   // Of the database. False for a number that isn't listed.
   const std::vector<ComboBox::Entry>& Projects() const { return comboProject.entries; }
   bool PickProject(std::int32_t id);
+
+  std::optional<RunTimeError> PickFailure;  // of the database picked last
 
   // The project that the plan is to be folded into; nothing where no merge was chosen.
   std::optional<std::int32_t> MergedProject() const {
