@@ -91,7 +91,7 @@ void ProjectToModelWindow::Preview() {
   try {
     auto* table = new PreviewWindow(
         plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject()), window());
-    connect(table, &QDialog::accepted, this, [this] { Run([this] { Ok(); }); });
+    table->WhenAccepted(this, [this] { Run([this] { Ok(); }); });
     table->open();
   } catch (const RunTimeError& error) {
     ShowDescription(desktop_, error);

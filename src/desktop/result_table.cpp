@@ -110,6 +110,10 @@ void ResultTable::ShareWidth() {
   table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 
+void ResultTable::WhenAccepted(QObject* receiver, const std::function<void()>& goOn) {
+  connect(this, &QDialog::accepted, receiver, goOn, Qt::QueuedConnection);
+}
+
 // An Enter that ends the typing of a filter is no answer to the dialog.
 void ResultTable::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

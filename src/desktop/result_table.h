@@ -4,6 +4,7 @@
 #include <QAbstractTableModel>
 #include <QDialog>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 class QHBoxLayout;
@@ -44,6 +45,10 @@ class ResultTable : public QDialog {
  public:
   // The dialog owns the model. `summary` stands below the table.
   ResultTable(ResultModel* model, const QString& summary, QWidget* parent);
+
+  // Goes on with what the user agrees to here, once this dialog and its signals are over: a run
+  // lets events in, and one of them deletes the dialog.
+  void WhenAccepted(QObject* receiver, const std::function<void()>& goOn);
 
  protected:
   // The row of the model that is chosen in the table; -1 for none.

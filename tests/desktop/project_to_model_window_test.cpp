@@ -228,8 +228,26 @@ TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);  // ends the typing alone
   EXPECT_EQ(ReadFile(database), before);
   QTest::keyClick(&table, Qt::Key_Return);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !form.isVisible(); }));
   EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
   EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
+}
+
+TEST_F(ProjectToModelWindow, TheMergeOfAPreviewRunsOnceThePreviewIsGone) {
+  QWidget& form = OpenMpxTab(ChooseMerge);
+  Browse(form, "cmdBrowseMPX", mpx);
+  Browse(form, "cmdBrowseText", text);
+  user.steps.push_back(User::Clicks("cmdMerge"));
+  User::Click(form, "cmdPreview");
+  int shows = 0;
+  desktop.ticksPerLook = 200;
+  desktop.onProgress = [&](const RunProgress&) {
+    ++shows;
+    EXPECT_EQ(window.findChild<QDialog*>("previewWindow"), nullptr);
+  };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !form.isVisible(); }));
+  EXPECT_GT(shows, 1);
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
 }
 
 TEST_F(ProjectToModelWindow, OverwriteAndCancelBothBeginAnew) {
