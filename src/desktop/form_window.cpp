@@ -108,6 +108,7 @@ void FormWindow::ShowFrame(bool loadedNow) {
 // What is hidden is also disabled and without the focus, so that no event finds it.
 void FormWindow::HideFrame() {
   if (frame_->isVisible()) lastFocus_ = focusWidget();
+  if (isAncestorOf(window()->focusWidget())) frame_->mdiArea()->setFocus();
   frame_->hide();
   frame_->setEnabled(false);
 }

@@ -59,6 +59,7 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
   setWindowIcon(ApplicationIcon());
   SetHelpContext(this, frmMain::kHelpContextId);
   setCentralWidget(area_);
+  area_->setFocus();  // a menu that closes gives the focus back, and keeps it where none had it
   result_->setObjectName("result");
   result_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(result_, 1);

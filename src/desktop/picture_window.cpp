@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPrintDialog>
@@ -75,8 +76,9 @@ void PictureWindow::AddTools() {
   add("fit", "Fit", QKeySequence("Ctrl+0"), [this] { view_->Fit(); });
   tools->addSeparator();
   add("export", "Export...", QKeySequence("Ctrl+E"),
-      [this] { desktop_.Run([this] { Export(); }); });
-  add("print", "Print...", QKeySequence::Print, [this] { Print(); });
+      [this] { desktop_.RunIn(*this, [this] { Export(); }); });
+  add("print", "Print...", QKeySequence::Print,
+      [this] { desktop_.RunIn(*this, [this] { Print(); }); });
   tools->addSeparator();
   AddSearch(*tools);
   auto* close = new QAction(this);
@@ -90,6 +92,7 @@ void PictureWindow::AddSearch(QToolBar& tools) {
   search_->setPlaceholderText("Search (Ctrl+F)");
   search_->setAccessibleName("Search");
   search_->setClearButtonEnabled(true);
+  search_->installEventFilter(this);
   search_->setMaximumWidth(fontMetrics().averageCharWidth() * 36);
   found_->setObjectName("found");
   found_->setMargin(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing) / 2);
@@ -104,6 +107,18 @@ void PictureWindow::AddSearch(QToolBar& tools) {
     search_->setFocus();
     search_->selectAll();
   });
+}
+
+// The window's keys come before those of the box that is typed in.
+bool PictureWindow::eventFilter(QObject* object, QEvent* event) {
+  if (object != search_ || event->type() != QEvent::ShortcutOverride) return false;
+  const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+  for (const QAction* action : findChildren<QAction*>()) {
+    if (!action->shortcuts().contains(keys)) continue;
+    event->ignore();
+    return true;
+  }
+  return false;
 }
 
 void PictureWindow::Search(bool anew) {
@@ -150,7 +165,8 @@ void PictureWindow::Print() {
   printer.setPageOrientation(QPageLayout::Landscape);
   printer.setDocName(windowTitle());
   QPrintDialog dialog(&printer, this);
-  if (dialog.exec() == QDialog::Accepted) PrintPictures(printer, pictures_);
+  desktop_.Execute(dialog);
+  if (dialog.result() == QDialog::Accepted) PrintPictures(printer, pictures_);
 }
 
 }  // namespace merivane::desktop

@@ -26,6 +26,9 @@ class PictureWindow : public QMainWindow {
   PictureWindow(std::vector<pictures::Picture> shown, const QString& note, QtDesktop& desktop,
                 QWidget* parent);
 
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
  private:
   void AddTools();
   void AddSearch(QToolBar& tools);

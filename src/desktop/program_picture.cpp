@@ -30,6 +30,7 @@ void Picture::paintEvent(QPaintEvent* /*event*/) {
 
 FormArea::FormArea() {
   setObjectName("formArea");
+  setFocusPolicy(Qt::ClickFocus);
   setBackground(QBrush(Qt::NoBrush));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);

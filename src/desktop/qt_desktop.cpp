@@ -82,6 +82,11 @@ void QtDesktop::RunReported(const std::function<void()>& handler) try {
   ShowMessage({FromUtf8(error.what())});
 }
 
+void QtDesktop::RunIn(QWidget& window, const std::function<void()>& handler) {
+  const QScopedValueRollback<QPointer<QWidget>> caller(caller_, &window);
+  Run(handler);
+}
+
 void QtDesktop::Run(const Form& form, const std::function<void()>& handler) {
   if (form.IsVisible()) Run(handler);
 }
@@ -106,7 +111,8 @@ void QtDesktop::End() {
 
 QWidget* QtDesktop::Parent() const {
   QWidget* modal = QApplication::activeModalWidget();
-  return modal != nullptr ? modal : window_;
+  if (modal != nullptr) return modal;
+  return caller_ ? caller_.data() : window_;
 }
 
 // Modal to the program's windows only, so that the help window stays usable beside it.

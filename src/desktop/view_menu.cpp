@@ -155,11 +155,13 @@ std::optional<std::int32_t> ViewMenu::PickProject(Connection& connection) {
     return std::nullopt;
   }
   if (ids.size() == 1) return ids.front();
-  bool picked = false;
-  const QString name =
-      QInputDialog::getItem(&window_, "Choose a project", "Project:", names, 0, false, &picked);
-  if (!picked) return std::nullopt;
-  return ids[static_cast<std::size_t>(names.indexOf(name))];
+  QInputDialog chooser(&window_);
+  chooser.setWindowTitle("Choose a project");
+  chooser.setLabelText("Project:");
+  chooser.setComboBoxItems(names);
+  desktop_.Execute(chooser);
+  if (chooser.result() != QDialog::Accepted) return std::nullopt;
+  return ids[static_cast<std::size_t>(names.indexOf(chooser.textValue()))];
 }
 
 }  // namespace merivane::desktop

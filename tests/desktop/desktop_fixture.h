@@ -30,8 +30,10 @@ class ScriptedNames : public FileNames {
  public:
   std::deque<std::string> names;
   std::vector<FileDialog> asked;
-  QString Ask(const FileDialog& dialog, QWidget* /*parent*/) override {
+  std::vector<QWidget*> parents;  // of each dialog
+  QString Ask(const FileDialog& dialog, QWidget* parent) override {
     asked.push_back(dialog);
+    parents.push_back(parent);
     if (names.empty()) return {};
     const std::string name = names.front();
     names.pop_front();

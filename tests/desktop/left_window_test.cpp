@@ -75,6 +75,29 @@ TEST_F(LeftWindow, ADropThatIsStillUnderWayIsForgotten) {
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
+TEST_F(LeftWindow, LettersChooseNothingInTheMenuThatWasLeft) {
+  const std::pair<const char*, std::function<void()>> states[] = {
+      {"nothing open yet", [] {}},
+      {"a window open", [this] { OpenToProject(); }},
+      {"a window left", [this] { Type(Qt::Key_Escape); }},
+      {"a run behind it", [this] { MakePlan(folder.Path("plan.mdb"), folder.Path("plan.mpx")); }}};
+  for (const auto& [name, reach] : states) {
+    SCOPED_TRACE(name);
+    reach();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QWidget* before = QApplication::focusWidget();
+    const std::size_t asked = names.asked.size();
+    Type(Qt::Key_V, Qt::AltModifier);
+    Type(Qt::Key_D);
+    EXPECT_EQ(names.asked.size(), asked + 1);
+    EXPECT_EQ(QApplication::focusWidget(), before);
+    for (const Qt::Key key : {Qt::Key_F, Qt::Key_E, Qt::Key_Space, Qt::Key_Return}) Type(key);
+    EXPECT_EQ(ends, 0);
+  }
+  EXPECT_THAT(desktop.opened, IsEmpty());
+}
+
 TEST_F(LeftWindow, SideDialogsAreGoneToo) {
   for (const auto& [item, dialog, button] :
        {std::tuple{"mnuPath", "frmOptions", "cmdOK"}, {"mnuAboutMerivane", "frmAbout", "cmdOk"}}) {

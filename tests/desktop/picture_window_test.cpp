@@ -11,6 +11,7 @@ namespace merivane::test {
 
 namespace {
 
+using ::testing::Each;
 using ::testing::StartsWith;
 
 class PictureWindowTest : public DesktopTest {
@@ -57,6 +58,16 @@ TEST_F(PictureWindowTest, SearchMarksAndCentresOneUnitAfterTheOther) {
   QTest::keyClicks(&search, "Sell the tickets");
   QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, middle);
   EXPECT_EQ(view.Marked().toStdString(), "Sale at the box office");
+
+  search.setFocus();
+  QTest::keyClick(&search, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(&search, "print the");
+  EXPECT_TRUE(view.GoTo("unit-1"));  // no hit
+  for (const char* place : {"1 of 2", "2 of 2", "1 of 2"}) {
+    QTest::keyClick(&search, Qt::Key_Return);
+    EXPECT_EQ(Label(*picture, "found"), place);
+  }
+  EXPECT_EQ(view.Marked().toStdString(), "Print the tickets (unit 8, A31)");
 }
 
 TEST_F(PictureWindowTest, ExportWritesByTheEndingAndAsksBeforeItReplaces) {
@@ -64,11 +75,21 @@ TEST_F(PictureWindowTest, ExportWritesByTheEndingAndAsksBeforeItReplaces) {
   ASSERT_NE(picture, nullptr);
   const std::string file = folder.Write("a.png", "precious");
   user.answers = {QMessageBox::No, QMessageBox::Yes};
+  User::Find(*picture, "search").setFocus();
   for (const auto& name : {file, folder.Path("a.jpg"), file}) {
     names.names.push_back(name);
     EXPECT_EQ(ReadFile(file), "precious");
-    Trigger(*picture, "export");
+    picture->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(picture));
+    QTest::keyClick(picture->windowHandle(), Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(names.parents.back(), picture);
   }
+  user.steps.emplace_back([&](QDialog& dialog) {
+    EXPECT_EQ(dialog.parentWidget(), picture);
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  Trigger(*picture, "print");
+  EXPECT_THAT(user.parents, Each(picture));
   EXPECT_THAT(ReadFile(file), StartsWith("\x89PNG"));
   EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("replace"), HasSubstr("no name of a picture"),
                                       HasSubstr("replace")));

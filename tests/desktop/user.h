@@ -30,6 +30,7 @@ class User : public QObject {
   std::vector<std::string> boxes;
   std::vector<std::string> advice;  // the second sentence of each box
   std::vector<QMessageBox::Icon> icons;
+  std::vector<QWidget*> parents;
 
   static QWidget& Find(QWidget& window, const char* name) {
     auto* widget = window.findChild<QWidget*>(name);
@@ -95,6 +96,7 @@ class User : public QObject {
     boxes.push_back(box.text().remove(QChar(0x200B)).toStdString());
     advice.push_back(box.informativeText().toStdString());
     icons.push_back(box.icon());
+    parents.push_back(box.parentWidget());
     QFont bold = box.font();  // as frames draw their titles
     bold.setBold(true);
     EXPECT_GT(box.width(), QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + 80);

@@ -1,6 +1,7 @@
 // The desktop drawn with widgets: boxes, dialogs, pointer, help window.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -35,6 +36,9 @@ class QtDesktop : public Desktop {
   // open dialogs, unwinds the handlers that wait for them and calls OnEnd. Nothing once ended, and
   // nothing while the screen catches up with a run.
   void Run(const std::function<void()>& handler);
+  // The same; boxes and dialogs of the handler open in front of `window`, to which the user comes
+  // back. Without this they open in front of the main window.
+  void RunIn(QWidget& window, const std::function<void()>& handler);
   // The same for an event of a form's window. An event that comes while the form isn't shown, a key
   // on its way when it was unloaded for instance, is dropped.
   void Run(const Form& form, const std::function<void()>& handler);
@@ -50,6 +54,10 @@ class QtDesktop : public Desktop {
   void RequestHelp(const QWidget* widget);
   std::function<void(int context)> OnHelpRequest;
   HelpWindow* Help() const { return help_.get(); }
+
+  // Shows a dialog until it is closed, also by the end of the program, which leaves the handler.
+  // REQUIRES: called in a handler. It is no child of a window that may go away meanwhile.
+  void Execute(QDialog& dialog);
 
   // Opens a file or a folder in the program that the user has for it.
   void OpenPlace(const QString& path);
@@ -80,13 +88,13 @@ class QtDesktop : public Desktop {
  private:
   class Wait;
   QWidget* Parent() const;
-  void Execute(QDialog& dialog);
   void RunReported(const std::function<void()>& handler);
   void End();
   void ApplyPointer();
 
   FileNames& fileNames_;
   QWidget* window_ = nullptr;
+  QPointer<QWidget> caller_;  // the window whose handler runs; empty: the main window
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<ProgressDialog> progress_;   // while a run shows how far it is
   std::optional<std::int64_t> progressSince_;  // ticks when it was told first
