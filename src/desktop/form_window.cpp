@@ -65,15 +65,12 @@ void FormWindow::Run(const std::function<void()>& handler) {
   Draw();
 }
 
-void FormWindow::RunOk(const std::function<void()>& ok, const RunResult& result,
-                       const std::string& backup) {
-  const int before = desktop_.MessageCount();
-  ok();
-  if (form_.IsLoaded() || !OnResult) return;
+void FormWindow::TellResult(const RunResult& result, const std::string& backup, int messages) {
+  if (!OnResult) return;
   QString text = result.text.empty() ? "Nothing written" : PathToQt(result.text);
   text[0] = text[0].toUpper();
   if (!backup.empty()) text += "; as it was before: " + PathToQt(backup);
-  OnResult(text + MessageNote(desktop_.MessageCount() - before), PathToQt(result.file));
+  OnResult(text + MessageNote(messages), PathToQt(result.file));
 }
 
 void FormWindow::Draw() {

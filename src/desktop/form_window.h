@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "desktop/qt_desktop.h"
+#include "shell/database_pick.h"
 #include "shell/form.h"
 #include "shell/run_result.h"
 
@@ -44,14 +45,32 @@ class FormWindow : public QWidget {
 
   // Told in a line what came of a translation, and the file that was written, if one was.
   std::function<void(const QString& text, const QString& file)> OnResult;
+  // What came of the pick of a database; `undo` puts an emptied one back.
+  std::function<void(const PickNote& note, const std::function<void()>& undo)> OnPick;
 
   // Puts it into its frame, which shows and hides with the form.
   void SetFrame(QMdiSubWindow* frame);
 
  protected:
   virtual void Draw();
-  // Runs the handler of OK, and tells the result once the form is gone.
-  void RunOk(const std::function<void()>& ok, const RunResult& result, const std::string& backup);
+  // Tells each pick of a database of the form.
+  template <typename TheForm>
+  void TellPicks(TheForm& form) {
+    form.OnPick = [this, &form](const PickNote& note) {
+      if (OnPick) OnPick(note, [&form, emptied = note.emptied] { form.Undo(*emptied); });
+    };
+    connect(this, &QObject::destroyed, [&form] { form.OnPick = nullptr; });
+  }
+  // Runs OK of the form, and tells the result once the form is gone.
+  template <typename TheForm>
+  void RunOk(TheForm& form) {
+    desktop_.SetWhyNotOpen(form.WhyNotOpen());
+    const int before = desktop_.MessageCount();
+    form.cmdOK();
+    desktop_.SetWhyNotOpen({});
+    if (!form.IsLoaded())
+      TellResult(form.Result, form.BackupName, desktop_.MessageCount() - before);
+  }
   // Runs a handler and draws what it changed.
   void Run(const std::function<void()>& handler);
 
@@ -91,6 +110,7 @@ class FormWindow : public QWidget {
   void AddRow(QFormLayout* rows, const char* label, const char* caption, QWidget* field,
               QWidget* buddy);
   QPushButton* AddButton(const char* name, const char* caption);
+  void TellResult(const RunResult& result, const std::string& backup, int messages);
   void Sync();
   void ShowFrame(bool loadedNow);
   void HideFrame();

@@ -1,21 +1,19 @@
 #include "desktop/main_window.h"
 
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
 #include <functional>
 
 #include "about_dialog.h"
-#include "elided_label.h"
 #include "help_context.h"
 #include "model_to_project_window.h"
 #include "options_dialog.h"
 #include "program_picture.h"
 #include "project_to_model_window.h"
+#include "result_line.h"
 #include "splash_window.h"
 #include "view_menu.h"
 
@@ -53,20 +51,13 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
       main_(main),
       helpKey_(std::make_unique<HelpKey>(desktop)),
       area_(new FormArea),
-      result_(new ElidedLabel) {
+      result_(new ResultLine(*statusBar(), desktop)) {
   setObjectName("frmMain");
   setWindowTitle("Merivane: Celvar <--> Microsoft Project");
   setWindowIcon(ApplicationIcon());
   SetHelpContext(this, frmMain::kHelpContextId);
   setCentralWidget(area_);
   area_->setFocus();  // a menu that closes gives the focus back, and keeps it where none had it
-  result_->setObjectName("result");
-  result_->setTextFormat(Qt::PlainText);
-  statusBar()->addWidget(result_, 1);
-  open_ = AddResultButton("openResult", "Open", [](const QString& file) { return file; });
-  showInFolder_ = AddResultButton("showResult", "Show in folder", [](const QString& file) {
-    return QFileInfo(file).absolutePath();
-  });
   resize(QSize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40)
              .boundedTo(screen()->availableSize() * 9 / 10));  // with room for its frame
   AddMenus();
@@ -113,31 +104,16 @@ void MainWindow::Press(void (frmMain::*handler)()) {
 }
 
 void MainWindow::AddForm(FormWindow* window) {
-  window->OnResult = [this](const QString& text, const QString& file) { ShowResult(text, file); };
+  window->OnResult = [this](const QString& text, const QString& file) {
+    result_->ShowResult(text, file);
+  };
+  window->OnPick = [this](const PickNote& note, const std::function<void()>& undo) {
+    result_->ShowPick(note, undo);
+  };
   window->SetFrame(area_->addSubWindow(window));
 }
 
-void MainWindow::ShowResult(const QString& text, const QString& file) {
-  result_->setText(text);
-  result_->setToolTip(text);
-  written_ = file;
-  open_->setVisible(!file.isEmpty());
-  showInFolder_->setVisible(!file.isEmpty());
-}
-
-QPushButton* MainWindow::AddResultButton(const char* name, const char* caption,
-                                         QString (*place)(const QString& file)) {
-  auto* button = new QPushButton(caption);
-  button->setObjectName(name);
-  button->setAccessibleName(caption);
-  button->hide();
-  statusBar()->addPermanentWidget(button);
-  connect(button, &QPushButton::clicked, this,
-          [this, place] { desktop_.Run([&] { desktop_.OpenPlace(place(written_)); }); });
-  return button;
-}
-
-QString MainWindow::Result() const { return result_->text(); }
+QString MainWindow::Result() const { return result_->Text(); }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   desktop_.Run([this] { main_.mnuExit(); });

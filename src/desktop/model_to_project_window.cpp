@@ -47,6 +47,7 @@ ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& d
   AddButtons(
       "cmdHelp2", frmIDEF3ToProject::kHelpButtonContextId, [this] { Ok(); },
       [&form] { form.cmdCancel(); });
+  TellPicks(form);
   Draw();
 }
 
@@ -66,8 +67,6 @@ void ModelToProjectWindow::Check() {
   }
 }
 
-void ModelToProjectWindow::Ok() {
-  RunOk([this] { form_.cmdOK(); }, form_.Result, form_.BackupName);
-}
+void ModelToProjectWindow::Ok() { RunOk(form_); }
 
 }  // namespace merivane::desktop

@@ -31,6 +31,7 @@ ProjectToModelWindow::ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& d
   AddButtons(
       "cmdHelp3", frmProjectToIDEF3::kHelpButtonContextId, [this] { Ok(); },
       [&form] { form.cmdCancel(); });
+  TellPicks(form);
   Draw();
 }
 
@@ -103,8 +104,6 @@ void ProjectToModelWindow::Draw() {
   DrawComboBox(projects_, form_.comboProject);
 }
 
-void ProjectToModelWindow::Ok() {
-  RunOk([this] { form_.cmdOK(); }, form_.Result, form_.BackupName);
-}
+void ProjectToModelWindow::Ok() { RunOk(form_); }
 
 }  // namespace merivane::desktop

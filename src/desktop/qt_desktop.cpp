@@ -125,13 +125,23 @@ void QtDesktop::Execute(QDialog& dialog) {
   if (ended_) EndProgram();
 }
 
+QString QtDesktop::AdviceOn(const Message& message) const {
+  const bool notOpen = message.error == kObjectNotSet || message.error == kConnectionInvalid;
+  const bool known = notOpen && !whyNotOpen_.empty();
+  QString advice = known ? PathToQt(whyNotOpen_) : ToQt(MessageAdvice(message.text));
+  if (!message.endsProgram) return advice;
+  if (!advice.isEmpty()) advice += ' ';
+  return advice + (known ? "Merivane ends here; nothing was changed."
+                         : "Merivane ends here; what was written so far stays.");
+}
+
 MessageAnswer QtDesktop::ShowMessage(const Message& message) {
   QMessageBox box(Parent());
   box.setTextFormat(Qt::PlainText);
   box.setWindowTitle(message.title.empty() ? QString::fromLatin1(kApplicationTitle)
                                            : ToQt(message.title));
   box.setText(BreakableText(ToQt(message.text)));
-  box.setInformativeText(ToQt(MessageAdvice(message.text)));
+  box.setInformativeText(BreakableText(AdviceOn(message)));
   if (message.icon == MessageIcon::kCritical) box.setIcon(QMessageBox::Critical);
   if (message.icon == MessageIcon::kExclamation) box.setIcon(QMessageBox::Warning);
   const bool asks = message.buttons == MessageButtons::kYesNo;

@@ -21,7 +21,8 @@ void FatalAbort(Desktop& desktop, const RunTimeError& error) {
   desktop.ShowMessage({.text = error.Description(),
                        .icon = MessageIcon::kCritical,
                        .title = "IDEF3 to Project",
-                       .error = error.Number()});
+                       .error = error.Number(),
+                       .endsProgram = true});
   desktop.EndProgram();
 }
 

@@ -45,6 +45,10 @@ RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run) 
     PutBack(direction, kept);
     return {};
   } catch (...) {
+    if (run.targets.database.empty() && !run.targets.text.empty()) {
+      run.drop();
+      PutBack(direction, kept);
+    }
     kept.Finish();
     throw;
   }

@@ -56,6 +56,7 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
         desktop_, {"Database (*.mdb)|*.mdb", "Please Select Microsoft Project 2000 Database", true},
         box.text, "mdb");
     if (!name) return;
+    pick_.Begin(*name);
     box.enabled = true;
     box.text = *name;
     if (!SettleDatabase(box.text)) {
@@ -67,9 +68,29 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   } catch (const RunTimeError& error) {
     // No box tells that a file can't be replaced or opened.
     PickFailure = error;
+    pick_.Failed(error);
     if (!IsVisible()) Show();
   }
   Changed();
+  if (OnPick) OnPick(pick_.Note(OpenDatabase()));
+}
+
+std::string frmIDEF3ToProject::OpenDatabase() const {
+  return state_.gMspConn && state_.gMspConn->IsOpen() ? state_.gMspConn->DatabaseName() : "";
+}
+
+std::string frmIDEF3ToProject::WhyNotOpen() const {
+  return OpenDatabase().empty() ? pick_.Refusal() : "";
+}
+
+void frmIDEF3ToProject::Undo(const EmptiedDatabase& emptied) {
+  if (OpenDatabase() == emptied.path) state_.gMspConn.reset();
+  for (TextBox* box : {&txtDatabase, &txtDatabase_mpx, &txtDatabase_xml}) {
+    if (box->text == emptied.path) box->text.clear();
+  }
+  if (BackupName == emptied.backup) BackupName.clear();
+  Changed();
+  PutBackEmptied(state_.workspace, emptied);
 }
 
 bool frmIDEF3ToProject::SettleDatabase(const std::string& path) {
@@ -95,6 +116,7 @@ bool frmIDEF3ToProject::CopyTemplate(const std::string& path) {
     BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
   });
   if (!replaced) return false;
+  pick_.Replaced(BackupName);
   OpenWhole([&] {
     OpenInterimDb(state_.workspace, state_.gMspConn, state_.gOverwriteDb, path);
     state_.gMspProjId = 1;
@@ -151,6 +173,7 @@ bool frmIDEF3ToProject::TakeDatabase() try {
 } catch (const RunTimeError& error) {
   if (error.Number() == kNotUpdatable) return true;
   ShowDescription(desktop_, error);
+  refused_ = error.Number() == kPermissionDenied;
   return false;
 }
 
@@ -203,7 +226,9 @@ void frmIDEF3ToProject::cmdOK() {
   try {
     if (!Validate()) return;
     state_.gDatabaseName = FromUtf8(DatabaseOfTab().text);
+    refused_ = false;
     Generate();
+    if (refused_) return;  // with all entries, for another try
     if (GenerateResult.value_or(false) && CkLaunchMsprojApp.checked) LaunchProject();
     Unload();
   } catch (const RunTimeError& error) {

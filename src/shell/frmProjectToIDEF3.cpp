@@ -71,6 +71,8 @@ void frmProjectToIDEF3::cmdBrowseDatabase() {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
     if (auto name = BrowseForFile(desktop_, kDatabaseDialog, txtDatabase.text, "mdb")) {
+      pick_.Begin(*name);
+      PickFailure.reset();
       if (OpenProjectDb(*name)) ListProjects(*name);
     }
   } catch (const RunTimeError& error) {
@@ -78,6 +80,12 @@ void frmProjectToIDEF3::cmdBrowseDatabase() {
     ReportError(desktop_, error);
   }
   Changed();
+  TellPick("");
+}
+
+void frmProjectToIDEF3::TellPick(const std::string& open) {
+  if (PickFailure) pick_.Failed(*PickFailure);
+  if (OnPick) OnPick(pick_.Note(open));
 }
 
 void frmProjectToIDEF3::ListProjects(const std::string& path) {
@@ -119,6 +127,7 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
   try {
     if (auto name = BrowseForFile(desktop_, kInterimDialog, box.text, "mdb")) {
       box.text = *name;
+      pick_.Begin(*name);
       BackupName.clear();
       PickFailure.reset();
       if (FileIsThere(*name)) {
@@ -134,6 +143,26 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
     if (!IsVisible()) Show();
   }
   Changed();
+  TellPick(OpenInterimName());
+}
+
+std::string frmProjectToIDEF3::OpenInterimName() const {
+  const auto& interim = state_.gInterimConn;
+  return interim && interim->IsOpen() ? interim->DatabaseName() : "";
+}
+
+std::string frmProjectToIDEF3::WhyNotOpen() const {
+  return OpenInterimName().empty() ? pick_.Refusal() : "";
+}
+
+void frmProjectToIDEF3::Undo(const EmptiedDatabase& emptied) {
+  if (OpenInterimName() == emptied.path) state_.gInterimConn.reset();
+  for (TextBox* box : {&txtInterimDB, &txtInterimDB_xml}) {
+    if (box->text == emptied.path) box->text.clear();
+  }
+  if (BackupName == emptied.backup) BackupName.clear();
+  Changed();
+  PutBackEmptied(state_.workspace, emptied);
 }
 
 bool frmProjectToIDEF3::MakeInterimDb(TextBox& box) {
@@ -144,6 +173,7 @@ bool frmProjectToIDEF3::MakeInterimDb(TextBox& box) {
   }
   const auto replace = [&] {
     BackupName = ReplaceDatabase(state_.workspace, templatePath, box.text, KeepBackup);
+    pick_.Replaced(BackupName);
   };
   return RunInterimPick(box, replace) && OpenInterim(box);
 }
@@ -261,6 +291,7 @@ void frmProjectToIDEF3::cmdOK() {
               : ValidateFileTab(txtMPX, "Please Select a MPX txt file", txtInterimDB);
       if (!valid) return;
       GenerateFromFile();
+      if (refused_) return;  // with all entries, for another try
     } else {
       if (!ValidateDatabaseTab()) return;
       GenerateFromDatabase();
@@ -274,10 +305,16 @@ void frmProjectToIDEF3::cmdOK() {
   Unload();
 }
 
-void frmProjectToIDEF3::TakeInterimDb() {
-  if (!state_.gRoundTripMerge || !state_.gInterimConn || !state_.gInterimConn->IsOpen()) return;
+bool frmProjectToIDEF3::TakeInterimDb() try {
+  if (!state_.gRoundTripMerge || OpenInterimName().empty()) return true;
   state_.gInterimConn->BeginWrite();
   if (OnDatabaseTaken) OnDatabaseTaken();
+  return true;
+} catch (const RunTimeError& error) {
+  if (error.Number() != kPermissionDenied) throw;
+  ShowDescription(desktop_, error);
+  refused_ = true;
+  return false;
 }
 
 void frmProjectToIDEF3::GenerateFromDatabase() {
@@ -291,11 +328,9 @@ void frmProjectToIDEF3::GenerateFromDatabase() {
 
 void frmProjectToIDEF3::GenerateFromFile() {
   const std::string database = state_.gInterimConn ? state_.gInterimConn->DatabaseName() : "";
+  refused_ = false;
   CancellableRun run;
-  run.take = [this] {
-    TakeInterimDb();
-    return true;
-  };
+  run.take = [this] { return TakeInterimDb(); };
   if (KeepBackup) {
     run.targets.database = database;
     if (state_.gRoundTripMerge) run.targets.copy = KeptFiles::Copy::kBackup;
@@ -303,6 +338,7 @@ void frmProjectToIDEF3::GenerateFromFile() {
   run.driver = [this] { return TranslateFile(); };
   run.drop = [this] { DropRun(); };
   const RunEnd end = RunUntilCancelled(state_, run);
+  if (refused_) return;
   GenerateResult = end.done;
   if (!end.backupName.empty()) BackupName = end.backupName;
   try {

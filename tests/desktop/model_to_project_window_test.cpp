@@ -12,6 +12,9 @@ using namespace translator;
 
 namespace {
 
+using ::testing::Each;
+using ::testing::StartsWith;
+
 class ModelToProjectWindow : public DesktopTest {
  protected:
   QWidget& form = OpenToProject();
@@ -208,8 +211,11 @@ TEST_F(Chooser, AnAbortEndsTheProgramOnceItIsConfirmed) {
 
 TEST_F(ModelToProjectWindow, BadInputLeavesTheWindowUsable) {
   const std::string plan = folder.Path("plan.mdb");
-  Browse(form, "BrowsedbBt", folder.Write("a file", "") + "/plan.mdb");
+  const std::string impossible = folder.Write("a file", "") + "/plan.mdb";
+  Browse(form, "BrowsedbBt", impossible);
   EXPECT_EQ(program.modelToProject.gMspConn, nullptr);
+  EXPECT_THAT(window.Result().toStdString(),
+              MatchesRegex(impossible + " can't be used: .*\\. Nothing was changed\\."));
 
   std::filesystem::copy_file(TemplateDatabase(), plan);
   const std::string before = ReadFile(plan);
@@ -221,6 +227,77 @@ TEST_F(ModelToProjectWindow, BadInputLeavesTheWindowUsable) {
   }
   EXPECT_EQ(ReadFile(plan), before);
   EXPECT_TRUE(form.isVisible() && user.boxes.empty());
+  EXPECT_THAT(window.Result().toStdString(),
+              StartsWith(plan + " can't be used: Permission denied"));
+  Browse(form, "BrowsedbBt", folder.Path("good.mdb"));
+  EXPECT_EQ(window.Result(), "");
+}
+
+TEST_F(ModelToProjectWindow, OkBehindAFailedPickTellsItsCauseAndLeavesTheMpxFile) {
+  const std::string impossible = folder.Write("a file", "") + "/plan.mdb";
+  const std::string mpx = folder.Write("plan.mpx", "precious");
+  SelectTab(form, "SSTabGenerateOpt", 1);
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(form, "BrowsedbBt_mpx", impossible);
+  Browse(form, "cmdBrowseMPX", mpx);
+  User::Click(form, "cmdOK");
+  EXPECT_EQ(ends, 1);
+  EXPECT_THAT(user.boxes, ElementsAre("Object variable or With block variable not set",
+                                      "Object variable or With block variable not set"));
+  EXPECT_THAT(user.advice, Each(StartsWith(impossible + " can't be used: ")));
+  EXPECT_THAT(user.advice.back(), EndsWith("Merivane ends here; nothing was changed."));
+  EXPECT_EQ(ReadFile(mpx), "precious");
+}
+
+TEST_F(ModelToProjectWindow, AnEmptiedDatabaseIsToldAtOnceAndCanBePutBack) {
+  const std::string plan = folder.Path("plan.mdb");
+  MakePlan(plan, folder.Path("plan.mpx"));
+  const std::string before = ReadFile(plan);
+  OpenToProject();
+  const QWidget& undo = User::Find(window, "undoPick");
+  for (const char* backup : {".bak", ".bak2"}) {
+    user.steps.push_back(User::Clicks("CmdOverwrite"));
+    Browse(form, "BrowsedbBt", plan);
+    EXPECT_EQ(window.Result().toStdString(),
+              plan + " was emptied; the old one is " + plan + backup);
+  }
+  const std::string emptied = ReadFile(plan + ".bak2");
+  User::Click(form, "cmdCancel");
+  OpenToProject();
+  Browse(form, "BrowsedbBt_mpx", folder.Path("other.mdb"));
+  EXPECT_THAT(window.Result().toStdString(), EndsWith(" is " + plan + ".bak2"));
+  User::Click(window, "undoPick");
+  EXPECT_EQ(ReadFile(plan), emptied);
+  EXPECT_THAT(window.Result().toStdString(), EndsWith(" is " + plan + ".bak"));
+  User::Click(window, "undoPick");
+  EXPECT_EQ(ReadFile(plan), before);
+  EXPECT_EQ(window.Result().toStdString(), plan + " is as it was before");
+  EXPECT_FALSE(undo.isVisible() || std::filesystem::exists(plan + ".bak"));
+
+  user.steps.push_back(User::Clicks("CmdOverwrite"));
+  Browse(form, "BrowsedbBt", plan);
+  program.workspace.CommitAll();
+  RawDatabase other(plan);
+  other.Run("insert into MSP_PROJECTS (PROJ_ID) values (1)");
+  User::Click(window, "undoPick");
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("holds a project again")));
+  EXPECT_TRUE(undo.isVisible() && std::filesystem::exists(plan + ".bak"));
+}
+
+TEST_F(ModelToProjectWindow, ALockFoundAtOkLeavesTheWindowWithItsEntries) {
+  const std::string plan = folder.Path("plan.mdb");
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(form, "BrowsedbBt", plan);
+  {
+    RawDatabase other(plan);
+    other.Run("begin exclusive");
+    User::Click(form, "cmdOK");
+  }
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr(plan + "' is in use by another program")));
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(TextOf(form, "txtDatabase"), plan);
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + plan));
 }
 
 TEST_F(ModelToProjectWindow, ABadTemplateIsToldAndTheRunWithoutADatabaseEndsTheProgram) {

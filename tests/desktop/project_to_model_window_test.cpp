@@ -250,6 +250,34 @@ TEST_F(ProjectToModelWindow, TheMergeOfAPreviewRunsOnceThePreviewIsGone) {
   EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
 }
 
+TEST_F(ProjectToModelWindow, ADatabaseThatIsLockedOrEmptiedIsTold) {
+  QWidget& form = OpenMpxTab(ChooseMerge);
+  {
+    RawDatabase other(database);
+    other.Run("begin exclusive");
+    Finish(form, mpx);
+  }
+  EXPECT_THAT(user.boxes.back(), HasSubstr(database + "' is in use by another program"));
+  ASSERT_TRUE(form.isVisible());
+  EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
+
+  const std::string merged = ReadFile(database);
+  QWidget& again = OpenMpxTab([](QDialog& dialog) {
+    User::Get<QRadioButton>(dialog, "OptOverwrite").click();
+    User::Click(dialog, "CmdOK");
+  });
+  EXPECT_EQ(window.Result().toStdString(),
+            database + " was emptied; the old one is " + database + ".bak2");
+  User::Click(window, "undoPick");
+  EXPECT_EQ(ReadFile(database), merged);
+  EXPECT_EQ(TextOf(again, "txtInterimDB"), "");
+  SelectTab(again, "SSTabInput", 0);
+  Browse(again, "cmdBrowseDatabase", folder.Write("wrong.mdb", "none"));
+  EXPECT_THAT(window.Result().toStdString(), HasSubstr("wrong.mdb can't be used: "));
+}
+
 TEST_F(ProjectToModelWindow, OverwriteAndCancelBothBeginAnew) {
   const std::function<void(QDialog&)> steps[] = {
       [](QDialog& dialog) {

@@ -8,15 +8,14 @@
 #include "shell/frmMain.h"
 
 class QMdiArea;
-class QPushButton;
 
 namespace merivane::desktop {
 
 using namespace shell;
 
-class ElidedLabel;
 class FormWindow;
 class HelpKey;
+class ResultLine;
 
 // Draws frmMain and all forms that it holds. Closing it ends the program.
 class MainWindow : public QMainWindow {
@@ -25,7 +24,7 @@ class MainWindow : public QMainWindow {
   MainWindow(QtDesktop& desktop, frmMain& main);
   ~MainWindow() override;
 
-  // Text of the status bar: what came of the last translation.
+  // Text of the status bar: what came of the last translation or pick.
   QString Result() const;
 
  protected:
@@ -35,18 +34,12 @@ class MainWindow : public QMainWindow {
   void AddMenus();
   void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
-  void ShowResult(const QString& text, const QString& file);
-  QPushButton* AddResultButton(const char* name, const char* caption,
-                               QString (*place)(const QString& file));
 
   QtDesktop& desktop_;
   frmMain& main_;
   std::unique_ptr<HelpKey> helpKey_;
   QMdiArea* area_;
-  ElidedLabel* result_;
-  QString written_;  // by the last translation; empty: nothing
-  QPushButton* open_ = nullptr;
-  QPushButton* showInFolder_ = nullptr;
+  ResultLine* result_;
 };
 
 }  // namespace merivane::desktop

@@ -59,6 +59,10 @@ class QtDesktop : public Desktop {
   // REQUIRES: called in a handler. It is no child of a window that may go away meanwhile.
   void Execute(QDialog& dialog);
 
+  // Why the database of a run isn't open, UTF-8, while that run lasts: told behind the boxes that
+  // say no more than that. Empty: not known.
+  void SetWhyNotOpen(const std::string& why) { whyNotOpen_ = why; }
+
   // Opens a file or a folder in the program that the user has for it.
   void OpenPlace(const QString& path);
 
@@ -88,6 +92,7 @@ class QtDesktop : public Desktop {
  private:
   class Wait;
   QWidget* Parent() const;
+  QString AdviceOn(const Message& message) const;
   void RunReported(const std::function<void()>& handler);
   void End();
   void ApplyPointer();
@@ -101,6 +106,7 @@ class QtDesktop : public Desktop {
   bool breathing_ = false;
   std::optional<std::string> givenName_;
   std::vector<std::function<void()>> waits_;  // leaves each nested event loop, innermost last
+  std::string whyNotOpen_;
   int pointer_ = kPointerDefault;
   bool pointerShown_ = false;  // an override cursor of ours is on Qt's stack
   int messageCount_ = 0;

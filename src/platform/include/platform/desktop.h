@@ -26,6 +26,7 @@ struct Message {
   std::string title = {};
   MessageButtons buttons = MessageButtons::kOk;
   int error = 0;  // number of the run-time error that the box tells, 0 without one
+  bool endsProgram = false;
 };
 
 // One file type in the form "Text (*.txt)|*.txt".

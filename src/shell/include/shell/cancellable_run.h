@@ -31,7 +31,8 @@ struct RunEnd {
 };
 
 // Takes the database, keeps the targets, runs the driver and commits what it wrote. Cancel ends it:
-// the targets are as they were. Every other end, an error too, leaves what was written so far.
+// the targets are as they were, and a text whose run found no database open is too. Every other
+// end, an error too, leaves what was written so far.
 RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run);
 
 }  // namespace merivane::shell

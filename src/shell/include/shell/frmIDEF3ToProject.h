@@ -7,6 +7,7 @@
 
 #include "program/program.h"
 #include "runtime/run_time_error.h"
+#include "shell/database_pick.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
@@ -58,6 +59,12 @@ class frmIDEF3ToProject : public Form {
   bool PickDatabase();
 
   std::optional<RunTimeError> PickFailure;  // of the database picked last
+  // Told after each pick of a database.
+  std::function<void(const PickNote&)> OnPick;
+  // Why no database is open, UTF-8; empty where one is, or where none was picked.
+  std::string WhyNotOpen() const;
+  // Puts the old database back; the boxes that name it become empty. Errors of PutBackEmptied.
+  void Undo(const EmptiedDatabase& emptied);
 
   // A database that is overwritten is kept beside it (".bak", ".bak2", ...), unless this is
   // switched off. BackupName is the copy of the last one picked, empty without one.
@@ -88,6 +95,7 @@ class frmIDEF3ToProject : public Form {
   // Keeps other processes from writing until the run is over, and takes the project's number anew
   // where one has written since the database was picked. False when it is told that it can't.
   bool TakeDatabase();
+  std::string OpenDatabase() const;  // its name; empty: none
   bool Validate();
   void Generate();
   void DropRun();
@@ -100,7 +108,9 @@ class frmIDEF3ToProject : public Form {
   void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
 
   ModelToProject& state_;
+  DatabasePick pick_;
   std::int64_t pickedVersion_ = 0;
+  bool refused_ = false;  // the database, when OK was pressed
   Desktop& desktop_;
   ApplicationPaths& paths_;
 };

@@ -6,6 +6,7 @@
 
 #include "program/program.h"
 #include "runtime/run_time_error.h"
+#include "shell/database_pick.h"
 #include "shell/form.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
@@ -59,6 +60,12 @@ class frmProjectToIDEF3 : public Form {
   bool PickProject(std::int32_t id);
 
   std::optional<RunTimeError> PickFailure;  // of the database picked last
+  // Told after each pick of a database.
+  std::function<void(const PickNote&)> OnPick;
+  // Why no interim database is open, UTF-8; empty where one is, or where none was picked.
+  std::string WhyNotOpen() const;
+  // Puts the old database back; the boxes that name it become empty. Errors of PutBackEmptied.
+  void Undo(const EmptiedDatabase& emptied);
 
   // The project that the plan is to be folded into; nothing where no merge was chosen.
   std::optional<std::int32_t> MergedProject() const {
@@ -99,8 +106,10 @@ class frmProjectToIDEF3 : public Form {
   void AskForMerge(TextBox& box);
   void ChooseForExistingInterimDb(TextBox& box);
   // For a merge: keeps other processes from writing until it is over, and tells whoever keeps a
-  // copy.
-  void TakeInterimDb();
+  // copy. False when it is told that it can't.
+  bool TakeInterimDb();
+  std::string OpenInterimName() const;  // empty: none
+  void TellPick(const std::string& open);
   void GenerateFromDatabase();
   void GenerateFromFile();
   void DropRun();
@@ -110,6 +119,8 @@ class frmProjectToIDEF3 : public Form {
 
   std::string outputName_;  // the file that gOutFile is open on; the box may say another one
   ProjectToModel& state_;
+  DatabasePick pick_;
+  bool refused_ = false;  // the database, when OK was pressed
   Desktop& desktop_;
   ApplicationPaths& paths_;
 };
