@@ -63,7 +63,7 @@ class FigureItem : public QGraphicsItem {
   bool marked_ = false;
 };
 
-PictureView::PictureView(pictures::Picture picture) : picture_(std::move(picture)) {
+PictureView::PictureView(pictures::Picture picture, Work& work) : picture_(std::move(picture)) {
   setObjectName("picture");
   setAccessibleName(ToQt(picture_.title));
   setAccessibleDescription(ToQt(picture_.description));
@@ -74,6 +74,7 @@ PictureView::PictureView(pictures::Picture picture) : picture_(std::move(picture
   const QRectF sheet(0, 0, picture_.width, picture_.height);
   scene_.addRect(sheet, Qt::NoPen, Qt::white);
   for (const pictures::Figure& figure : picture_.figures) {
+    work.Beat();
     items_.push_back(new FigureItem(figure));
     scene_.addItem(items_.back());
   }

@@ -6,16 +6,19 @@
 #include <vector>
 
 #include "pictures/picture.h"
+#include "store/work.h"
 
 namespace merivane::desktop {
 
 using namespace pictures;
+using namespace store;
 
 class FigureItem;
 
 class PictureView : public QGraphicsView {
  public:
-  explicit PictureView(pictures::Picture picture);
+  // `work` is told that it goes on.
+  explicit PictureView(pictures::Picture picture, Work& work);
 
   void ZoomBy(double factor);
   void ZoomTo(double scale);

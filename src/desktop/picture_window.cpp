@@ -29,12 +29,12 @@ constexpr double kZoomStep = 1.25;
 
 }  // namespace
 
-PictureWindow::PictureWindow(std::vector<pictures::Picture> shown, const QString& note,
+PictureWindow::PictureWindow(std::vector<pictures::Picture> shown, const QString& note, Work& work,
                              QtDesktop& desktop, QWidget* parent)
     : QMainWindow(parent, Qt::Window),
       desktop_(desktop),
       pictures_(std::move(shown)),
-      view_(new PictureView(pictures::Stacked(pictures_))),
+      view_(new PictureView(pictures::Stacked(pictures_), work)),
       search_(new QLineEdit),
       found_(new QLabel),
       zoom_(new QLabel) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "pictures/picture.h"
+#include "store/work.h"
 
 class QLabel;
 class QLineEdit;
@@ -13,6 +14,7 @@ class QToolBar;
 namespace merivane::desktop {
 
 using namespace pictures;
+using namespace store;
 
 class PictureView;
 class QtDesktop;
@@ -23,8 +25,9 @@ class PictureWindow : public QMainWindow {
  public:
   static constexpr int kHelpContextId = 7020;
 
-  PictureWindow(std::vector<pictures::Picture> shown, const QString& note, QtDesktop& desktop,
-                QWidget* parent);
+  // `work` is told that its making goes on.
+  PictureWindow(std::vector<pictures::Picture> shown, const QString& note, Work& work,
+                QtDesktop& desktop, QWidget* parent);
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;

@@ -91,11 +91,13 @@ void ProjectToModelWindow::Preview() {
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
     auto* table = new PreviewWindow(
-        plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject()), window());
+        plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject(), &desktop_), window());
     table->WhenAccepted(this, [this] { Run([this] { Ok(); }); });
     table->open();
   } catch (const RunTimeError& error) {
     ShowDescription(desktop_, error);
+  } catch (const RunCancelled&) {
+    // The user looks no further.
   }
 }
 

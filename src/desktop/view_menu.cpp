@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 
 #include "desktop/qt_desktop.h"
 #include "help_context.h"
@@ -33,17 +34,26 @@ QString NoteOf(const ScriptedDesktop& desktop) {
   return texts.join("  ");
 }
 
-void OpenDiagrams(const pictures::ProcessModel& model, QString note, QtDesktop& desktop,
-                  QWidget* parent) {
+std::vector<pictures::Picture> Draw(const pictures::ProcessModel& model, QString& note,
+                                    Progress& progress) {
   std::vector<pictures::Picture> drawings;
-  for (pictures::Diagram& diagram : pictures::DrawDiagrams(model.scenarios, {})) {
+  for (pictures::Diagram& diagram : pictures::DrawDiagrams(model.scenarios, {}, progress)) {
     if (diagram.outline) {
       note += " The scenario '" + ToQt(diagram.picture.title) +
               "' is too large to be laid out: its units stand in a list.";
     }
     drawings.push_back(std::move(diagram.picture));
   }
-  (new PictureWindow(std::move(drawings), note.trimmed(), desktop, parent))->show();
+  return drawings;
+}
+
+// None where the reader would end the program.
+pictures::ProcessModel ReadText(Program& program, const std::string& path) try {
+  pictures::ScratchModel scratch(program);
+  scratch.Read(path);
+  return pictures::ReadProcessModel(scratch.Database(), pictures::ScratchModel::kProject);
+} catch (const ProgramEnd&) {
+  return {};
 }
 
 }  // namespace
@@ -89,22 +99,14 @@ void ViewMenu::ShowText(const std::string& path) {
   ScriptedDesktop quiet;
   quiet.appPath = desktop_.AppPath();
   quiet.templatePath = desktop_.TemplatePath();
+  quiet.ShowProgressOn(desktop_);
   Program program(quiet);
-  pictures::ProcessModel model;
-  try {
-    pictures::ScratchModel scratch(program);
-    scratch.Read(path);
-    model = pictures::ReadProcessModel(scratch.Database(), pictures::ScratchModel::kProject);
-  } catch (const ProgramEnd&) {
-    model.scenarios.clear();
-  }
-  if (model.scenarios.empty()) {
-    desktop_.ShowMessage({FromUtf8(path) + " holds no scenario that can be drawn. " +
-                              FromUtf8(NoteOf(quiet).toStdString()),
-                          MessageIcon::kExclamation});
-    return;
-  }
-  OpenDiagrams(model, NoteOf(quiet), desktop_, &window_);
+  ShowPictures(program.progress, path + " holds no scenario that can be drawn.",
+               [&](QString& note) {
+                 const pictures::ProcessModel model = ReadText(program, path);
+                 note = NoteOf(quiet);
+                 return Draw(model, note, program.progress);
+               });
 }
 
 bool ViewMenu::Open(Connection& connection, const std::string& path) {
@@ -117,13 +119,12 @@ void ViewMenu::ShowDatabase(const std::string& path) {
   if (!Open(connection, path)) return;
   const auto project = PickProject(connection);
   if (!project) return;
-  const pictures::ProcessModel model = pictures::ReadProcessModel(connection, *project);
-  if (model.scenarios.empty()) {
-    desktop_.ShowMessage({FromUtf8(path) + " holds no model of this project, only its plan.",
-                          MessageIcon::kExclamation});
-    return;
-  }
-  OpenDiagrams(model, "Grey: stays out of the plan.", desktop_, &window_);
+  ShowPictures(progress_, path + " holds no model of this project, only its plan.",
+               [&](QString& note) {
+                 const auto model = pictures::ReadProcessModel(connection, *project);
+                 if (!model.scenarios.empty()) note = "Grey: stays out of the plan.";
+                 return Draw(model, note, progress_);
+               });
 }
 
 void ViewMenu::ShowChart() {
@@ -134,9 +135,30 @@ void ViewMenu::ShowChart() {
   if (!Open(connection, path)) return;
   const auto project = PickProject(connection);
   if (!project) return;
-  pictures::Picture chart = pictures::DrawChart(connection, *project, desktop_.Today());
-  const QString note = ToQt(chart.description);
-  (new PictureWindow({std::move(chart)}, note, desktop_, &window_))->show();
+  ShowPictures(progress_, "", [&](QString& note) {
+    progress_.Begin("Drawing the chart", 0);
+    std::vector chart{pictures::DrawChart(connection, *project, desktop_.Today())};
+    note = ToQt(chart.front().description);
+    return chart;
+  });
+}
+
+void ViewMenu::ShowPictures(
+    Progress& progress, const std::string& nothing,
+    const std::function<std::vector<pictures::Picture>(QString& note)>& draw) {
+  QString note;
+  QPointer<PictureWindow> made;
+  const bool done = RunUnlessCancelled(progress, [&] {
+    std::vector<pictures::Picture> drawings = draw(note);
+    if (drawings.empty()) return;
+    made = new PictureWindow(std::move(drawings), note.trimmed(), progress, desktop_, &window_);
+  });
+  if (made) {
+    made->show();
+  } else if (done) {
+    const std::string text = nothing + (note.isEmpty() ? "" : " " + note.toStdString());
+    desktop_.ShowMessage({FromUtf8(text), MessageIcon::kExclamation});
+  }
 }
 
 std::optional<std::int32_t> ViewMenu::PickProject(Connection& connection) {

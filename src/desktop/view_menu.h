@@ -2,8 +2,11 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <optional>
+#include <vector>
 
+#include "pictures/picture.h"
 #include "program/progress.h"
 #include "store/connection.h"
 
@@ -13,6 +16,7 @@ class QMenu;
 
 namespace merivane::desktop {
 
+using namespace pictures;
 using namespace program;
 using namespace store;
 
@@ -31,6 +35,10 @@ class ViewMenu : public QObject {
   void ShowChart();
   void ShowText(const std::string& path);
   void ShowDatabase(const std::string& path);
+  // Draws, as a run of `progress`, and shows what came of it in a window; without a picture a box
+  // says `nothing` (UTF-8) and the note.
+  void ShowPictures(Progress& progress, const std::string& nothing,
+                    const std::function<std::vector<pictures::Picture>(QString& note)>& draw);
   // False where the user cancelled it.
   bool Open(Connection& connection, const std::string& path);
   // The project of the database, or the one that the user picks; nothing when cancelled or where

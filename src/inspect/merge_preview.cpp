@@ -189,15 +189,17 @@ bool Merge(ProjectToModel& state, const std::string& planPath, Progress& progres
 }  // namespace
 
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
-                          std::int32_t project) {
+                          std::int32_t project, Desktop* shown) {
   const ScratchFolder folder;
   const std::string database = folder.Path("interim.mdb");
   MergePreview preview;
   ScriptedDesktop desktop;
-  desktop.onMessage = [&](const ScriptedDesktop::ShownMessage& shown) {
-    preview.boxes.push_back(shown.message);
+  desktop.onMessage = [&](const ScriptedDesktop::ShownMessage& box) {
+    preview.boxes.push_back(box.message);
   };
+  if (shown != nullptr) desktop.ShowProgressOn(*shown);
   Program program(desktop);
+  const program::Progress::Run run(program.progress);
   program.workspace.CopyDatabase(interimPath, database);
   ProjectToModel& state = program.projectToModel;
   OpenWork(state, database, project, folder.Path("model.txt"));

@@ -259,15 +259,25 @@ std::string UnitId(std::int32_t unit) { return "unit-" + std::to_string(unit); }
 
 std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
                                   const DiagramOptions& options) {
+  Work nobody;
+  return DrawDiagrams(scenarios, options, nobody);
+}
+
+std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
+                                  const DiagramOptions& options, Work& work) {
+  work.Begin("Laying out the diagrams", 0);
   std::vector<ScenarioGraph> drafts;
   std::vector<Graph> graphs;
   for (const Scenario& scenario : scenarios) {
+    work.Beat();
     drafts.push_back(GraphOf(scenario, options.objects));
     graphs.push_back(drafts.back().graph);
   }
-  const std::vector<std::optional<Layout>> layouts = LayOutAside(graphs, options.limit);
+  const std::vector<std::optional<Layout>> layouts = LayOutAside(graphs, options.limit, work);
+  work.Begin("Drawing the diagrams", static_cast<std::int64_t>(scenarios.size()));
   std::vector<Diagram> diagrams;
   for (std::size_t at = 0; at < scenarios.size(); ++at) {
+    work.Step();
     DiagramDrawer drawer(scenarios[at], options);
     const bool outline = !layouts[at].has_value();
     diagrams.push_back(

@@ -7,8 +7,11 @@
 #include <vector>
 
 #include "pictures/picture.h"
+#include "store/work.h"
 
 namespace merivane::pictures {
+
+using namespace store;
 
 struct GraphNode {
   double width = 0;
@@ -42,9 +45,9 @@ std::optional<Layout> LayOut(const Graph& graph);
 
 // The same for several graphs, the small ones first, where a graph that is too large or breaks the
 // library does no harm: in a process of its own, which ends after `limit`. None for each graph that
-// was not ready by then.
+// was not ready by then. `work` is told meanwhile that it goes on; what it throws ends the process.
 std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit);
+                                               std::chrono::milliseconds limit, Work& work);
 
 // The order in which they are laid out.
 std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);

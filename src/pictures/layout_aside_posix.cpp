@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -82,14 +83,17 @@ void Send(int pipe, const void* data, std::size_t size) {
 }
 
 // False when the pipe ends before, or the deadline comes.
-bool Receive(int pipe, void* data, std::size_t size, Clock::time_point deadline) {
+bool Receive(int pipe, void* data, std::size_t size, Clock::time_point deadline, Work& work) {
+  constexpr std::int64_t kBetweenBeats = 20;  // milliseconds
   auto* at = static_cast<char*>(data);
   while (size > 0) {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
     if (left.count() <= 0) return false;
     pollfd ready{.fd = pipe, .events = POLLIN, .revents = 0};
-    if (poll(&ready, 1, static_cast<int>(left.count())) <= 0) continue;
+    work.Beat();
+    const auto wait = std::min<std::int64_t>(left.count(), kBetweenBeats);
+    if (poll(&ready, 1, static_cast<int>(wait)) <= 0) continue;
     const ssize_t got = read(pipe, at, size);
     if (got == 0 || (got < 0 && errno != EINTR)) return false;
     if (got < 0) continue;
@@ -99,30 +103,50 @@ bool Receive(int pipe, void* data, std::size_t size, Clock::time_point deadline)
   return true;
 }
 
+// The process that lays out, and the pipe that its layouts come through.
+class Child {
+ public:
+  Child(const std::vector<Graph>& graphs, const std::vector<std::size_t>& order) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return;
+    pipe_ = ends[0];
+    id_ = fork();
+    if (id_ == 0) {
+      close(ends[0]);
+      RunChild(graphs, order, ends[1]);
+    }
+    close(ends[1]);
+  }
+  ~Child() {
+    if (pipe_ >= 0) close(pipe_);
+    if (id_ <= 0) return;
+    kill(id_, SIGKILL);
+    while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+    }
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  bool IsThere() const { return id_ > 0; }
+  int Pipe() const { return pipe_; }
+
+ private:
+  int pipe_ = -1;
+  pid_t id_ = -1;
+};
+
 // How many of `order` the child got through.
 std::size_t RunAside(const std::vector<Graph>& graphs, const std::vector<std::size_t>& order,
-                     Clock::time_point deadline, std::vector<std::optional<Layout>>& layouts) {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) return 0;
-  const pid_t child = fork();
-  if (child == 0) {
-    close(ends[0]);
-    RunChild(graphs, order, ends[1]);
-  }
-  close(ends[1]);
+                     Clock::time_point deadline, Work& work,
+                     std::vector<std::optional<Layout>>& layouts) {
+  const Child child(graphs, order);
   std::size_t done = 0;
-  for (; child > 0 && done < order.size(); ++done) {
+  for (; child.IsThere() && done < order.size(); ++done) {
     std::uint64_t count = 0;
-    if (!Receive(ends[0], &count, sizeof count, deadline)) break;
+    if (!Receive(child.Pipe(), &count, sizeof count, deadline, work)) break;
     Numbers numbers(count);
-    if (!Receive(ends[0], numbers.data(), count * sizeof(double), deadline)) break;
+    if (!Receive(child.Pipe(), numbers.data(), count * sizeof(double), deadline, work)) break;
     layouts[order[done]] = Unpacked(numbers, graphs[order[done]]);
-  }
-  close(ends[0]);
-  if (child > 0) {
-    if (done < order.size()) kill(child, SIGKILL);
-    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-    }
   }
   return done;
 }
@@ -130,13 +154,13 @@ std::size_t RunAside(const std::vector<Graph>& graphs, const std::vector<std::si
 }  // namespace
 
 std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit) {
+                                               std::chrono::milliseconds limit, Work& work) {
   const Clock::time_point deadline = Clock::now() + limit;
   std::vector<std::optional<Layout>> layouts(graphs.size());
   std::vector<std::size_t> order = SmallFirst(graphs);
   // A graph that broke the library is left out, and the rest tried anew.
   while (!order.empty() && Clock::now() < deadline) {
-    const std::size_t done = RunAside(graphs, order, deadline, layouts);
+    const std::size_t done = RunAside(graphs, order, deadline, work, layouts);
     order.erase(order.begin(),
                 order.begin() + static_cast<std::ptrdiff_t>(std::min(done + 1, order.size())));
   }

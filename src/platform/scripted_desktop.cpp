@@ -58,6 +58,13 @@ void ScriptedDesktop::EndProgress() {
   if (onProgressEnd) onProgressEnd();
 }
 
+void ScriptedDesktop::ShowProgressOn(Desktop& shown) {
+  onProgress = [&shown](const RunProgress& progress) { shown.ShowProgress(progress); };
+  onProgressEnd = [&shown] { shown.EndProgress(); };
+  onBreath = [&shown] { return shown.Breathe(); };
+  clock = [&shown] { return shown.Ticks(); };
+}
+
 bool ScriptedDesktop::Breathe() { return !onBreath || onBreath(); }
 
 std::string ScriptedDesktop::TemplatePath() const {

@@ -105,7 +105,8 @@ TEST_F(PictureWindowTest, ZoomFitsAndEachPictureGetsItsPages) {
   figure.area = {3900, 0, 50, 30};
   figure.shapes.push_back(pictures::Box{pictures::Ink::kUnit, figure.area});
   wide.figures.push_back(figure);
-  PictureView view(wide);
+  Work nobody;
+  PictureView view(wide, nobody);
   view.resize(400, 300);
   view.show();
   view.Fit();
@@ -119,6 +120,31 @@ TEST_F(PictureWindowTest, ZoomFitsAndEachPictureGetsItsPages) {
   PrintPictures(printer, {wide, wide});
   const std::string pdf = ReadFile(folder.Path("a.pdf"));
   EXPECT_THAT(pdf, HasSubstr("/Count 6"));
+}
+
+TEST_F(PictureWindowTest, DrawingIsARunWithABarThatCanBeCancelled) {
+  const std::string database = folder.Path("plan.mdb");
+  MakePlan(database, folder.Path("plan.mpx"));
+  std::vector<std::string> stages;
+  bool cancels = false;
+  desktop.ticksPerLook = 200;
+  desktop.onProgress = [&](const RunProgress& progress) {
+    if (stages.empty() || stages.back() != progress.stage) stages.push_back(progress.stage);
+    if (cancels && window.findChild<QDialog*>("progress") != nullptr) {
+      User::Click(window, "progressCancel");
+    }
+  };
+  const std::string text = MERIVANE_SAMPLES "/festival.txt";
+  EXPECT_NE(Show("mnuProcessDiagram", text), nullptr);
+  EXPECT_THAT(stages, ElementsAre("Copying the database", "Reading the model",
+                                  "Laying out the diagrams", "Drawing the diagrams"));
+  delete window.findChild<QMainWindow*>("pictureWindow");
+  cancels = true;
+  EXPECT_EQ(Show("mnuProcessDiagram", text), nullptr);
+  EXPECT_EQ(Show("mnuProcessDiagram", database), nullptr);
+  EXPECT_EQ(Show("mnuPlanChart", database), nullptr);
+  EXPECT_EQ(window.findChild<QDialog*>("progress"), nullptr);
+  EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(PictureWindowTest, ChartsAndTranslatedModelsComeFromADatabaseAndItsChosenProject) {

@@ -233,6 +233,22 @@ TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {
   EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
 }
 
+TEST_F(ProjectToModelWindow, APreviewThatTakesLongCanBeCancelled) {
+  QWidget& form = OpenMpxTab(ChooseMerge);
+  Browse(form, "cmdBrowseMPX", mpx);
+  std::string stage;
+  desktop.ticksPerLook = 200;
+  desktop.onProgress = [&](const RunProgress& progress) {
+    stage = progress.stage;
+    if (stage == "Merging the tasks") User::Click(window, "progressCancel");
+  };
+  User::Click(form, "cmdPreview");
+  EXPECT_EQ(stage, "Merging the tasks");
+  EXPECT_EQ(window.findChild<QDialog*>("previewWindow"), nullptr);
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(user.boxes.size(), 1U);  // of the choice
+}
+
 TEST_F(ProjectToModelWindow, TheMergeOfAPreviewRunsOnceThePreviewIsGone) {
   QWidget& form = OpenMpxTab(ChooseMerge);
   Browse(form, "cmdBrowseMPX", mpx);

@@ -20,8 +20,9 @@ struct MergePreview {
 
 // Folds the plan into a copy of the interim database, and tells what that changed. Nothing of the
 // user's is touched. Paths are UTF-8; a plan whose name ends in ".xml" is planning XML, any other
-// MPX. Errors: a database that can't be copied, no temporary folder.
+// MPX. Its progress is shown on `shown`, where the user may cancel it: RunCancelled comes up then.
+// Errors: a database that can't be copied, no temporary folder.
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
-                          std::int32_t project);
+                          std::int32_t project, Desktop* shown = nullptr);
 
 }  // namespace merivane::inspect

@@ -7,6 +7,7 @@
 
 #include "pictures/picture.h"
 #include "pictures/process_model.h"
+#include "store/work.h"
 
 namespace merivane::pictures {
 
@@ -23,9 +24,11 @@ struct Diagram {
 
 // One for each scenario, in the given order. The id of a picture is "scenario-" and the number, of
 // a unit's figure "unit-" and the number, and a decomposed unit leads to the picture of its first
-// decomposition.
+// decomposition. `work` is told that it goes on.
 std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
                                   const DiagramOptions& options);
+std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
+                                  const DiagramOptions& options, Work& work);
 
 std::string DiagramId(std::int32_t scenario);
 std::string UnitId(std::int32_t unit);

@@ -43,6 +43,7 @@ class ScriptedDesktop : public Desktop {
   std::function<void(const RunProgress&)> onProgress;
   std::function<void()> onProgressEnd;
   std::function<bool()> onBreath;  // False cancels the run
+  std::function<std::int64_t()> clock;
   std::string appPath = ".";
   std::string templatePath;  // empty: beside the program
   DateTime today{2000, 1, 3, 0};
@@ -64,6 +65,8 @@ class ScriptedDesktop : public Desktop {
 
   // Texts of the boxes shown so far.
   std::vector<std::string> MessageTexts() const;
+  // The progress of its runs is shown, and cancelled, on `shown`, which outlives them.
+  void ShowProgressOn(Desktop& shown);
   // For the modal handler: the platform knows no form's lists.
   void RecordChooser(Chooser chooser);
 
@@ -75,6 +78,7 @@ class ScriptedDesktop : public Desktop {
   void ShowModal(ModalForm& form) override;
   void ShowProgress(const RunProgress& progress) override;
   void EndProgress() override;
+  std::int64_t Ticks() const override { return clock ? clock() : Desktop::Ticks(); }
   bool Breathe() override;
   std::string AppPath() const override { return appPath; }
   std::string TemplatePath() const override;
