@@ -148,11 +148,10 @@ class TaskWriter {
   void Start(Element& e, const char* name) { e.Date(name, start_); }
   void Finish(Element& e, const char* name) { e.Date(name, finish_); }
   void LateStart(Element& e, const char* name) {
-    e.Date(name, paper_.dates.calendar.StartAt(dates_.lateStart));
+    e.Date(name, schedule::MomentOf(moments_.lateStart));
   }
   void LateFinish(Element& e, const char* name) {
-    e.Date(name,
-           dates_.lateFinish == 0 ? start_ : paper_.dates.calendar.FinishAt(dates_.lateFinish));
+    e.Date(name, schedule::MomentOf(moments_.lateFinish));
   }
   void Duration(Element& e, const char* name) { e.Duration(name, task_.duration); }
   void DurationFormat(Element& e, const char* name) {
@@ -186,6 +185,7 @@ class TaskWriter {
   ProjectRows* row_ = nullptr;
   PlanTask task_;
   TaskDates dates_;
+  schedule::TaskMoments moments_;
   DateTime start_;
   DateTime finish_;
   std::string outline_;
@@ -277,17 +277,14 @@ ProjectRows* TaskWriter::RowOf(std::int64_t uid) {
 // The row of UID 0, where the project has one, comes before those of tasks; rows of Project's own,
 // with numbers below 0, may stand in front of it.
 void TaskWriter::WriteWhole(Element& tasks) {
-  task_ = {.uid = 0,
-           .id = 0,
-           .name = paper_.plan.name,
-           .level = 0,
-           .parent = std::nullopt,
-           .summary = true,
-           .duration = paper_.dates.finish,
-           .durationFormat = schedule::kFormatDays,
-           .occurrence = std::nullopt};
+  task_ = {};
+  task_.name = paper_.plan.name;
+  task_.level = 0;
+  task_.summary = true;
+  task_.duration = paper_.dates.finish;
   const schedule::Tenths whole = paper_.dates.finish;
   dates_ = {.earlyFinish = whole, .lateFinish = whole, .critical = true};
+  moments_ = paper_.dates.whole;
   start_ = paper_.dates.Start();
   finish_ = paper_.dates.Finish();
   outline_ = "0";
@@ -302,6 +299,7 @@ void TaskWriter::WriteAll(Element& tasks) {
   for (std::size_t task = 0; task < paper_.plan.tasks.size(); ++task) {
     task_ = paper_.plan.tasks[task];
     dates_ = paper_.dates.tasks[task];
+    moments_ = paper_.dates.moments[task];
     start_ = paper_.dates.StartOf(task);
     finish_ = paper_.dates.FinishOf(task);
     outline_ = numbers_.Next(task_);

@@ -51,10 +51,12 @@ void LinkOrder::ForEachWait(Take take) const {
     const auto& parent = plan_.tasks[task].parent;
     if (!parent) continue;
     take(Piece{task, Part::kBegin}, Wait{{*parent, Part::kBegin}});
+    if (plan_.tasks[task].rules.inactive) continue;
     take(Piece{*parent, Part::kFirstStart}, Wait{PartOf(plan_, task, Part::kFirstStart)});
     take(Piece{*parent, Part::kEnd}, Wait{PartOf(plan_, task, Part::kEnd)});
   }
   for (const PlanLink& link : plan_.links) {
+    if (plan_.tasks[link.predecessor].rules.inactive) continue;
     const Part left = LeavesStart(link) ? Part::kFirstStart : Part::kEnd;
     const Part reached = ReachesFinish(link) ? Part::kEnd : Part::kBegin;
     take(PartOf(plan_, link.successor, reached),

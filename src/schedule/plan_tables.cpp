@@ -21,11 +21,139 @@ Tenths DurationOf(std::int64_t tenths, const Value& ofModel) {
   return std::llround(ToDouble(hundredths) * kTenthsOfDay);
 }
 
+// Columns of the rules of a task, as they follow those of the task itself.
+const std::vector<const char*> kTaskColumns = {"TASK_UID",
+                                               "TASK_ID",
+                                               "TASK_NAME",
+                                               "TASK_OUTLINE_LEVEL",
+                                               "TASK_DUR",
+                                               "TASK_DUR_FMT",
+                                               "KV7_PROCOCC_DURATION",
+                                               "KV7_PROCOCC_HEX",
+                                               "TASK_CAL_UID",
+                                               "TASK_CONSTRAINT_TYPE",
+                                               "TASK_CONSTRAINT_DATE",
+                                               "TASK_DEADLINE",
+                                               "TASK_ACT_START",
+                                               "TASK_ACT_FINISH",
+                                               "TASK_RESUME_DATE",
+                                               "TASK_REM_DUR",
+                                               "TASK_LEVELING_DELAY",
+                                               "TASK_LEVELING_DELAY_FMT",
+                                               "TASK_IS_EXTERNAL",
+                                               "TASK_IS_MANUAL",
+                                               "TASK_IS_ACTIVE",
+                                               "TASK_START_DATE",
+                                               "TASK_FINISH_DATE",
+                                               "TASK_IGNORES_RES_CAL"};
+enum TaskColumn {
+  kUid,
+  kId,
+  kName,
+  kLevel,
+  kDuration,
+  kFormat,
+  kDurationOfModel,
+  kOccurrence,
+  kCalendar,
+  kConstraint,
+  kConstraintDate,
+  kDeadline,
+  kActualStart,
+  kActualFinish,
+  kResume,
+  kRemaining,
+  kDelay,
+  kDelayFormat,
+  kExternal,
+  kManual,
+  kActive,
+  kStart,
+  kFinish,
+  kIgnoresResources
+};
+
+std::optional<Tenths> MomentAt(ProjectRows& rows, std::size_t column) {
+  const std::string text = rows.TextAt(column);
+  const auto moment = text.empty() ? std::nullopt : ParseDate(text);
+  return moment ? std::optional(ClockOf(*moment)) : std::nullopt;
+}
+
+TaskRules RulesOf(ProjectRows& rows) {
+  TaskRules rules;
+  constexpr auto kLast = static_cast<std::int64_t>(Constraint::kFinishNoLater);
+  const std::int64_t constraint = rows.IntegerAt(kConstraint, 0);
+  if (constraint > 0 && constraint <= kLast) rules.constraint = static_cast<Constraint>(constraint);
+  rules.constraintDate = MomentAt(rows, kConstraintDate);
+  rules.deadline = MomentAt(rows, kDeadline);
+  rules.actualStart = MomentAt(rows, kActualStart);
+  rules.actualFinish = MomentAt(rows, kActualFinish);
+  rules.remaining = rows.IntegerAt(kRemaining, 0);
+  if (rules.remaining > 0) rules.resume = MomentAt(rows, kResume);
+  constexpr std::int64_t kElapsedDays = kFormatDays + 1;
+  rules.levelingDelay = {std::max<Tenths>(rows.IntegerAt(kDelay, 0), 0),
+                         rows.IntegerAt(kDelayFormat, kElapsedDays)};
+  if (rows.IntegerAt(kExternal, 0) != 0 || rows.IntegerAt(kManual, 0) != 0) {
+    rules.fixedStart = MomentAt(rows, kStart);
+    rules.fixedFinish = MomentAt(rows, kFinish);
+  }
+  rules.inactive = rows.IntegerAt(kActive, 1) == 0;
+  return rules;
+}
+
+// The index of a calendar's working time, which is added where none is like it.
+class TimesOfPlan {
+ public:
+  explicit TimesOfPlan(Plan& plan) : plan_(plan) {}
+
+  std::size_t IndexOf(std::int64_t calendar) {
+    if (plan_.calendars.Find(calendar) == nullptr) return 0;
+    const auto [known, fresh] = indices_.emplace(calendar, 0);
+    if (!fresh) return known->second;
+    WorkingTime time = plan_.calendars.TimeOf(calendar);
+    const auto same = std::ranges::find(plan_.times, time);
+    known->second = static_cast<std::size_t>(same - plan_.times.begin());
+    if (same == plan_.times.end()) plan_.times.push_back(std::move(time));
+    return known->second;
+  }
+
+ private:
+  Plan& plan_;
+  std::unordered_map<std::int64_t, std::size_t> indices_;
+};
+
+// The working time that the resources of each task share; none where they differ.
+std::unordered_map<std::int64_t, std::optional<std::size_t>> ReadResourceTimes(
+    Connection& connection, std::int32_t project, TimesOfPlan& times) {
+  enum ResourceColumn { kResource, kResourceCalendar, kType };
+  std::unordered_map<std::int64_t, std::size_t> ofResources;
+  ProjectRows resources(connection, {.name = "MSP_RESOURCES"}, project,
+                        {"RES_UID", "RES_CAL_UID", "RES_TYPE"});
+  for (; !resources.AtEnd(); resources.Next()) {
+    const std::int64_t uid = resources.IntegerAt(kResource, 0);
+    if (uid <= 0 || resources.IntegerAt(kType, 1) == 0) continue;
+    ofResources[uid] = times.IndexOf(resources.IntegerAt(kResourceCalendar, kNoCalendar));
+  }
+  enum AssignmentColumn { kTask, kAssigned };
+  std::unordered_map<std::int64_t, std::optional<std::size_t>> ofTasks;
+  ProjectRows assignments(connection, {.name = "MSP_ASSIGNMENTS"}, project,
+                          {"TASK_UID", "RES_UID"});
+  for (; !assignments.AtEnd(); assignments.Next()) {
+    const auto time = ofResources.find(assignments.IntegerAt(kAssigned, 0));
+    if (time == ofResources.end()) continue;
+    const auto [task, fresh] = ofTasks.emplace(assignments.IntegerAt(kTask, 0), time->second);
+    if (!fresh && task->second != time->second) task->second = std::nullopt;
+  }
+  return ofTasks;
+}
+
 TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan) {
-  enum Column { kUid, kId, kName, kLevel, kDuration, kFormat, kDurationOfModel, kOccurrence };
+  TimesOfPlan times(plan);
+  const auto ofResources = plan.calendars.List().empty()
+                               ? decltype(ReadResourceTimes(connection, project, times)){}
+                               : ReadResourceTimes(connection, project, times);
   ProjectRows rows(connection, {.name = "MSP_TASKS", .order = " order by TASK_ID"}, project,
-                   {"TASK_UID", "TASK_ID", "TASK_NAME", "TASK_OUTLINE_LEVEL", "TASK_DUR",
-                    "TASK_DUR_FMT", "KV7_PROCOCC_DURATION", "KV7_PROCOCC_HEX"});
+                   kTaskColumns);
   TaskIndices indices;
   for (; !rows.AtEnd(); rows.Next()) {
     PlanTask task;
@@ -40,6 +168,13 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan) 
     task.durationFormat = rows.IntegerAt(kFormat, kFormatDays);
     if (const Value occurrence = rows.At(kOccurrence); IsNumeric(occurrence)) {
       task.occurrence = ToInt32(occurrence);
+    }
+    task.rules = RulesOf(rows);
+    task.calendar = times.IndexOf(rows.IntegerAt(kCalendar, kNoCalendar));
+    const auto shared = ofResources.find(task.uid);
+    if (task.calendar == 0 && shared != ofResources.end() && shared->second &&
+        rows.IntegerAt(kIgnoresResources, 0) == 0) {
+      task.calendar = *shared->second;
     }
     plan.tasks.push_back(std::move(task));
   }

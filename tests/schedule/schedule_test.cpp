@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <sstream>
 
@@ -124,17 +125,163 @@ TEST(ScheduleFailures, CirclesNameTheirTasks) {
   EXPECT_THAT(description("S 1,-A 1,B 1", "S>B,B>A"), HasSubstr("circle"));
 }
 
+// Rules of one task, by its name.
+using Change = std::function<void(TaskRules&)>;
+
+Tenths At(int day, int hour) { return ClockOf({2026, 1, day, hour * 3600}); }
+
+TEST(Schedules, ConstraintsAndProgressMoveTasks) {
+  const auto constrain = [](Constraint kind, Tenths date) -> Change {
+    return [kind, date](TaskRules& rules) {
+      rules.constraint = kind;
+      rules.constraintDate = date;
+    };
+  };
+  // A 2 days, B 1 day behind it, C 5 days beside them, from Monday the 5th; B is the one changed.
+  const struct {
+    const char* name;
+    Change change;
+    const char* dates;  // of B, with its slack
+  } cases[] = {
+      {"as soon as possible", [](TaskRules&) {}, "1/7/2026 8-1/7/2026 17 2"},
+      {"as late as possible",
+       [](TaskRules& rules) { rules.constraint = Constraint::kAsLateAsPossible; },
+       "1/9/2026 8-1/9/2026 17 0"},
+      {"start no earlier", constrain(Constraint::kStartNoEarlier, At(8, 13)),
+       "1/8/2026 13-1/9/2026 12 0.5"},
+      {"finish no earlier", constrain(Constraint::kFinishNoEarlier, At(8, 17)),
+       "1/8/2026 8-1/8/2026 17 1"},
+      {"must start", constrain(Constraint::kMustStartOn, At(6, 8)), "1/6/2026 8-1/6/2026 17 0"},
+      {"must finish", constrain(Constraint::kMustFinishOn, At(8, 17)), "1/8/2026 8-1/8/2026 17 0"},
+      {"start no later", constrain(Constraint::kStartNoLater, At(6, 13)),
+       "1/6/2026 13-1/7/2026 12 0"},
+      {"finish no later", constrain(Constraint::kFinishNoLater, At(8, 17)),
+       "1/7/2026 8-1/7/2026 17 1"},
+      {"deadline that is missed", [](TaskRules& rules) { rules.deadline = At(6, 17); },
+       "1/7/2026 8-1/7/2026 17 -1"},
+      {"begun before its predecessor", [](TaskRules& rules) { rules.actualStart = At(5, 8); },
+       "1/5/2026 8-1/5/2026 17 4"},
+      {"begun, the rest later",
+       [](TaskRules& rules) {
+         rules.actualStart = At(5, 8);
+         rules.resume = At(8, 8);
+         rules.remaining = 2400;
+       },
+       "1/5/2026 8-1/8/2026 12 1.5"},
+      {"done",
+       [](TaskRules& rules) {
+         rules.actualStart = At(5, 8);
+         rules.actualFinish = At(6, 12);
+       },
+       "1/5/2026 8-1/6/2026 12 0"},
+      {"levelled by two days and nights",
+       [](TaskRules& rules) {
+         rules.levelingDelay = {28800, 8};
+       },
+       "1/9/2026 8-1/9/2026 17 0"},
+      {"dates of its own",
+       [](TaskRules& rules) {
+         rules.fixedStart = At(10, 9);
+         rules.fixedFinish = At(11, 10);
+       },
+       "1/10/2026 9-1/11/2026 10 0"}};
+  for (const auto& item : cases) {
+    SCOPED_TRACE(item.name);
+    Plan plan = PlanOf("A 2,B 1,C 5", "A>B");
+    item.change(plan.tasks[1].rules);
+    const Schedule schedule = MakeSchedule(plan);
+    const auto shown = [](const DateTime& date) {
+      return FormatDate({date.year, date.month, date.day, 0}) + " " +
+             std::to_string(date.seconds / 3600);
+    };
+    const std::string dates = shown(schedule.StartOf(1)) + "-" + shown(schedule.FinishOf(1)) + " " +
+                              Days(schedule.tasks[1].totalSlack);
+    EXPECT_EQ(dates, item.dates);
+    EXPECT_EQ(schedule.tasks[1].critical,
+              schedule.tasks[1].totalSlack <= 0 && !plan.tasks[1].rules.actualFinish);
+  }
+}
+
+// A milestone stays in the evening, an elapsed lag counts from there, and a finish that waits for a
+// start is the morning of it; a lag in between makes it the evening before.
+TEST(Schedules, MomentsBetweenTwoDaysAreKept) {
+  const Plan plan =
+      PlanOf("A 1,M 0,B 1,C 1,D 1,E 1,F 1,Z 3", "A>M,M>B FS+12eh,A>C,C>D SF,C>E SF+1d,M>F FS+96eh");
+  const Schedule schedule = MakeSchedule(plan);
+  const auto finish = [&](std::size_t task) { return FormatDate(schedule.FinishOf(task)); };
+  EXPECT_EQ(finish(1), "1/5/2026 5:00:00 PM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(2)), "1/6/2026 8:00:00 AM");
+  EXPECT_EQ(finish(4), "1/6/2026 8:00:00 AM");
+  EXPECT_EQ(finish(5), "1/6/2026 5:00:00 PM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(6)), "1/12/2026 8:00:00 AM");
+}
+
+TEST(Schedules, InactiveTasksHoldNothingBack) {
+  Plan plan = PlanOf("S 9,-A 2,-B 9,C 1", "B>C,S>C,A>B");
+  plan.tasks[2].rules.inactive = true;
+  const Schedule schedule = MakeSchedule(plan);
+  EXPECT_EQ(FormatDate(schedule.FinishOf(0)), "1/6/2026 5:00:00 PM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(3)), "1/7/2026 8:00:00 AM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(2)), "1/7/2026 8:00:00 AM");
+  EXPECT_FALSE(schedule.tasks[2].critical);
+  EXPECT_EQ(FormatDate(schedule.Finish()), "1/7/2026 5:00:00 PM");
+}
+
+// A predecessor may be done in the night, and what follows waits for the day.
+TEST(Schedules, TasksAreDoneInTheHoursOfTheirCalendar) {
+  Plan plan = PlanOf("A 1,B 1,M 0,E 1 e,F 1", "A>B,B>M,A>E,E>F");
+  const Shifts night = {{0, 3 * 600}, {4 * 600, 8 * 600}, {23 * 600, 24 * 600}};
+  plan.times.emplace_back(Week{night, night, night, night, night, {}, {}});
+  plan.times.emplace_back(Week{Shifts{{0, kTenthsOfCalendarDay}}, {}, {}, {}, {}, {}, {}});
+  plan.tasks[1].calendar = 1;
+  const Schedule schedule = MakeSchedule(plan);
+  EXPECT_EQ(FormatDate(schedule.StartOf(1)), "1/5/2026 11:00:00 PM");
+  EXPECT_EQ(FormatDate(schedule.FinishOf(1)), "1/6/2026 8:00:00 AM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(2)), "1/6/2026 8:00:00 AM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(3)), "1/5/2026 5:00:00 PM");
+  EXPECT_EQ(FormatDate(schedule.FinishOf(3)), "1/6/2026 1:00:00 AM");
+  EXPECT_EQ(FormatDate(schedule.StartOf(4)), "1/6/2026 8:00:00 AM");
+  plan.tasks[0].calendar = 2;
+  EXPECT_EQ(FormatDate(MakeSchedule(plan).FinishOf(0)), "1/5/2026 4:00:00 PM");
+}
+
 TEST(WorkingTime, DatesSkipNightsAndWeekends) {
-  const WorkingTime friday({2026, 1, 9, 0});
-  EXPECT_EQ(FormatDate(friday.StartAt(0)), "1/9/2026 8:00:00 AM");
-  EXPECT_EQ(FormatDate(friday.FinishAt(2400)), "1/9/2026 12:00:00 PM");
-  EXPECT_EQ(FormatDate(friday.StartAt(2400)), "1/9/2026 1:00:00 PM");
-  EXPECT_EQ(FormatDate(friday.FinishAt(4800)), "1/9/2026 5:00:00 PM");
-  EXPECT_EQ(FormatDate(friday.StartAt(4800)), "1/12/2026 8:00:00 AM");
-  EXPECT_EQ(FormatDate(friday.FinishAt(4800 * 200)), "10/15/2026 5:00:00 PM");
-  const WorkingTime sunday({1899, 12, 31, 0});
-  EXPECT_EQ(FormatDate(sunday.StartAt(48)), "1/1/1900 8:04:48 AM");
-  EXPECT_THROW(friday.StartAt(4800LL * 366 * 8000), RunTimeError);
+  const WorkingTime& time = WorkingTime::Standard();
+  const auto shown = [](Tenths clock) { return FormatDate(MomentOf(clock)); };
+  const Tenths friday = ClockOf({2026, 1, 9, 8 * 3600});
+  EXPECT_EQ(shown(time.NextStart(ClockOf({2026, 1, 9, 0}))), "1/9/2026 8:00:00 AM");
+  EXPECT_EQ(shown(time.After(friday, 2400)), "1/9/2026 12:00:00 PM");
+  EXPECT_EQ(shown(time.NextStart(time.After(friday, 2400))), "1/9/2026 1:00:00 PM");
+  EXPECT_EQ(shown(time.After(friday, 4800)), "1/9/2026 5:00:00 PM");
+  EXPECT_EQ(shown(time.NextStart(time.After(friday, 4800))), "1/12/2026 8:00:00 AM");
+  EXPECT_EQ(shown(time.After(friday, 4800 * 200)), "10/15/2026 5:00:00 PM");
+  EXPECT_EQ(shown(time.Before(friday, 2400)), "1/8/2026 1:00:00 PM");
+  EXPECT_EQ(shown(time.Before(ClockOf({1899, 12, 31, 0}), -48)), "1/1/1900 8:04:48 AM");
+  EXPECT_THROW(MomentOf(time.After(friday, 4800LL * 366 * 8000)), RunTimeError);
+}
+
+// Against a count day by day, through exceptions that lie one in another.
+TEST(WorkingTime, ExceptionsTakeTheirDays) {
+  const Tenths first = DayOf({2026, 1, 7, 0});
+  const Shifts morning = {{6 * 600, 10 * 600}};
+  const WorkingTime time(WorkingTime::StandardWeek(), {{first, first, {}},
+                                                       {first - 1, first + 1, morning},
+                                                       {first + 3, first + 4, morning},
+                                                       {first + 12, first + 40, {}}});
+  const Tenths hours[] = {8, 4, 0, 4, 8, 4, 4, 8, 8, 8, 8, 8, 0, 0};
+  Tenths clock = (first - 2) * kTenthsOfCalendarDay;
+  Tenths worked = time.WorkedBy(clock);
+  for (const Tenths ofDay : hours) {
+    EXPECT_EQ(time.WorkedBy(clock), worked) << FormatDate(MomentOf(clock));
+    for (const Tenths offset : {1, 1200, 2399}) {
+      if (offset >= ofDay * 600) continue;
+      EXPECT_EQ(time.WorkedBy(time.StartAt(worked + offset)), worked + offset);
+      EXPECT_EQ(time.StartAt(worked + offset) / kTenthsOfCalendarDay, clock / kTenthsOfCalendarDay);
+    }
+    worked += ofDay * 600;
+    clock += kTenthsOfCalendarDay;
+  }
+  EXPECT_EQ(FormatDate(MomentOf(time.StartAt(worked))), "2/17/2026 8:00:00 AM");
 }
 
 // A long chain of links, and a deep outline: neither may cost the stack.
@@ -214,6 +361,73 @@ TEST_F(PlanTables, PlanThatAFileBroughtBackCountsBeforeTheStoredOne) {
   EXPECT_EQ(plan.tasks[2].parent, 1U);
 }
 
+TEST_F(PlanTables, CalendarsAreReadWithWhatTheyAreBasedOn) {
+  Add("MSP_PROJECTS",
+      {"PROJ_ID", "PROJ_INFO_START_DATE", "PROJ_INFO_CAL_NAME", "PROJ_OPT_MINUTES_PER_DAY",
+       "PROJ_OPT_MINUTES_PER_WEEK"},
+      {{1, "1/5/2026", "Early", 10000, 2100}});
+  Add("MSP_CALENDARS", {"PROJ_ID", "CAL_UID", "CAL_BASE_UID", "CAL_IS_BASE_CAL", "CAL_NAME"},
+      {{1, -65535, 0, 0, Value()},
+       {1, 1, -1, -1, "Standard"},
+       {1, 2, -1, -1, "Early"},
+       {1, 3, 2, 0, "Ada"},
+       {1, 4, -1, -1, "Never"},
+       {1, 5, 6, 0, "round"},
+       {1, 6, 5, 0, "about"}});
+  const std::vector<std::string> days = {
+      "PROJ_ID",    "CAL_UID",       "CD_DAY_OR_EXCEPTION", "CD_WORKING",    "CD_FROM_DATE",
+      "CD_TO_DATE", "CD_FROM_TIME1", "CD_TO_TIME1",         "CD_FROM_TIME2", "CD_TO_TIME2"};
+  std::vector<std::vector<Value>> rows;
+  for (int day = 2; day <= 6; ++day) {
+    rows.push_back({1, 2, day, 1, Value(), Value(), "6:00:00 AM", "12:00:00 PM", Value(), Value()});
+    rows.push_back({1, 4, day, 0, Value(), Value(), Value(), Value(), Value(), Value()});
+  }
+  rows.push_back(
+      {1, 2, 0, 0, "1/6/2026", "1/6/2026 11:59:00 PM", Value(), Value(), Value(), Value()});
+  rows.push_back(
+      {1, 2, 0, 1, "1/6/2026", "1/9/2026", "1:00:00 PM", "2:00:00 PM", Value(), Value()});
+  rows.push_back({1, 3, 0, 0, "1/5/2026", "1/5/2026", Value(), Value(), Value(), Value()});
+  rows.push_back({1, 3, 4, 1, Value(), Value(), "1/1/2000 8:00:00 PM", "1/1/2000", "9:00:00 PM",
+                  "10:00:00 PM"});
+  rows.push_back({1, 2, 0, 0, Value(), Value(), Value(), Value(), Value(), Value()});
+  Add("MSP_CALENDAR_DATA", days, rows);
+  Add("MSP_RESOURCES", {"PROJ_ID", "RES_UID", "RES_ID", "RES_NAME", "RES_TYPE", "RES_CAL_UID"},
+      {{1, 1, 1, "Ada", -1, 3}, {1, 2, 2, "Bob", -1, 2}, {1, 3, 3, "Sand", 0, 3}});
+  Add("MSP_TASKS",
+      {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_DUR", "TASK_CAL_UID",
+       "TASK_CONSTRAINT_TYPE", "TASK_CONSTRAINT_DATE", "TASK_IGNORES_RES_CAL"},
+      {{1, 1, 1, "own", 3600, -1, 0, Value(), 0},
+       {1, 2, 2, "Ada's", 3600, -1, 0, Value(), 0},
+       {1, 3, 3, "both", 3600, -1, 0, Value(), 0},
+       {1, 4, 4, "standard", 4800, 1, 4, "1/8/2026 8:00:00 AM", 0},
+       {1, 5, 5, "not Ada's", 3600, -1, 0, Value(), -1},
+       {1, 6, 6, "never", 4800, 4, 0, Value(), 0}});
+  Add("MSP_ASSIGNMENTS", {"PROJ_ID", "TASK_UID", "RES_UID"},
+      {{1, 2, 1}, {1, 3, 1}, {1, 3, 2}, {1, 5, 1}, {1, 1, 3}});
+  const Plan plan = Read(path);
+  const Schedule schedule = MakeSchedule(plan);
+  std::string dates;
+  for (std::size_t task = 0; task < plan.tasks.size(); ++task) {
+    dates += plan.tasks[task].name + " " + FormatDate(schedule.StartOf(task)) + " to " +
+             FormatDate(schedule.FinishOf(task)) + "\n";
+  }
+  EXPECT_EQ(dates,
+            "own 1/5/2026 6:00:00 AM to 1/5/2026 12:00:00 PM\n"
+            "Ada's 1/7/2026 8:00:00 PM to 1/8/2026 8:00:00 AM\n"
+            "both 1/5/2026 6:00:00 AM to 1/5/2026 12:00:00 PM\n"
+            "standard 1/8/2026 8:00:00 AM to 1/8/2026 5:00:00 PM\n"
+            "not Ada's 1/5/2026 6:00:00 AM to 1/5/2026 12:00:00 PM\n"
+            "never 1/5/2026 8:00:00 AM to 1/5/2026 5:00:00 PM\n");
+  EXPECT_EQ(plan.settings.minutesPerDay, 480);
+  EXPECT_EQ(plan.settings.minutesPerWeek, 2100);
+  EXPECT_THAT(plan.warnings,
+              testing::UnorderedElementsAre(
+                  testing::HasSubstr("10000 minutes a day"), testing::HasSubstr("overlap; of the"),
+                  testing::HasSubstr("'Ada' has hours"), testing::HasSubstr("without a date"),
+                  testing::HasSubstr("'Never' has no working time"),
+                  testing::HasSubstr("'round' is based on itself")));
+}
+
 TEST_F(PlanTables, PlansOfProjectFallOnItsOwnDates) {
   for (const char* name : {"mpp9relations.mpd", "task-links-project2000-mpd9.mpd"}) {
     const std::string stored = std::string(MERIVANE_PLANS) + "/" + name;
@@ -228,6 +442,8 @@ TEST_F(PlanTables, PlansOfProjectFallOnItsOwnDates) {
           "select * from MSP_TASKS where TASK_UID = " + std::to_string(plan.tasks[task].uid),
           &connection);
       EXPECT_EQ(FormatDate(schedule.StartOf(task)), Joined(row.Field("TASK_START_DATE")))
+          << name << " " << plan.tasks[task].name;
+      EXPECT_EQ(FormatDate(schedule.FinishOf(task)), Joined(row.Field("TASK_FINISH_DATE")))
           << name << " " << plan.tasks[task].name;
       EXPECT_EQ(schedule.tasks[task].totalSlack, ToInt32(row.Field("TASK_TOTAL_SLACK")))
           << plan.tasks[task].name;

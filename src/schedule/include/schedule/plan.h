@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "runtime/dates.h"
+#include "schedule/calendars.h"
 #include "schedule/lag.h"
 #include "schedule/working_time.h"
 #include "store/connection.h"
@@ -16,16 +17,45 @@ namespace merivane::schedule {
 
 using namespace store;
 
+// Numbers of TASK_CONSTRAINT_TYPE.
+enum class Constraint {
+  kAsSoonAsPossible = 0,
+  kAsLateAsPossible = 1,
+  kMustStartOn = 2,
+  kMustFinishOn = 3,
+  kStartNoEarlier = 4,
+  kStartNoLater = 5,
+  kFinishNoEarlier = 6,
+  kFinishNoLater = 7
+};
+
+// What else than links and outline says when a task is done. Moments are those of ClockOf.
+struct TaskRules {
+  Constraint constraint = Constraint::kAsSoonAsPossible;
+  std::optional<Tenths> constraintDate;  // a constraint that needs one doesn't count without it
+  std::optional<Tenths> deadline;
+  std::optional<Tenths> actualStart;  // where work has begun
+  std::optional<Tenths> actualFinish;
+  std::optional<Tenths> resume;  // where the rest of a task that has begun goes on
+  Tenths remaining = 0;          // its length
+  Lag levelingDelay;
+  std::optional<Tenths> fixedStart;  // both: of a task whose dates are its own
+  std::optional<Tenths> fixedFinish;
+  bool inactive = false;  // it has dates, and nothing else heeds it
+};
+
 struct PlanTask {
   std::int64_t uid = 0;  // differs from those of all other tasks
   std::int64_t id = 0;   // its place in the list
   std::string name;
-  std::int64_t level = 1;             // of the outline, as the table has it
-  std::optional<std::size_t> parent;  // index of the summary task right above it
-  bool summary = false;               // tasks lie below it
-  Tenths duration = 0;                // never negative; of a summary as the table has it
+  std::int64_t level = 1;                  // of the outline, as the table has it
+  std::optional<std::size_t> parent = {};  // index of the summary task right above it
+  bool summary = false;                    // tasks lie below it
+  Tenths duration = 0;                     // never negative; of a summary as the table has it
   std::int64_t durationFormat = kFormatDays;
-  std::optional<std::int64_t> occurrence;  // number of the process occurrence that it stands for
+  std::optional<std::int64_t> occurrence = {};  // number of the process occurrence it stands for
+  std::size_t calendar = 0;                     // index in Plan::times
+  TaskRules rules = {};
 
   bool IsElapsed() const { return Lag{duration, durationFormat}.IsElapsed(); }
 };
@@ -45,12 +75,25 @@ struct PlanLink {
   Lag lag = {};
 };
 
+struct PlanSettings {
+  std::int64_t calendar = kNoCalendar;  // UID; none: the standard one
+  std::int64_t minutesPerDay = 480;     // of durations in days
+  std::int64_t minutesPerWeek = 2400;
+  bool honorConstraints = true;  // before links
+  Tenths criticalSlack = 0;      // up to this slack a task is critical
+  std::optional<Tenths> finish;  // where the plan is made backwards from its end
+};
+
 struct Plan {
   std::string name;
   DateTime start;
   std::vector<PlanTask> tasks;
   std::vector<PlanLink> links;  // in the order of the table, or of the tasks' lists
   bool broughtBack = false;     // it is what an MPX or XML file brought back
+  std::vector<WorkingTime> times = {WorkingTime::Standard()};  // the project's; those of tasks
+  PlanSettings settings = {};
+  PlanCalendars calendars = {};
+  std::vector<std::string> warnings = {};  // what the tables hold that can't be, a sentence each
 };
 
 // Reads a project of a database of Merivane or of another program: the plan that a file last
@@ -59,6 +102,10 @@ struct Plan {
 // and level 0 (summaries of the whole), rows without a place in the list, blank rows, a UID's
 // second row, links of other projects, of tasks that aren't there and of unknown kinds. A failure
 // is the store's RunTimeError.
+//
+// Calendars, constraints and progress are those of the MSP_ tables; a plan that was brought back
+// has none. A task's working time is its own calendar's, otherwise the one that all its resources
+// share, otherwise the project's.
 //
 // A duration is the model's own (hundredths of a day) where the table's whole days come from it;
 // otherwise the table's.
