@@ -160,7 +160,8 @@ void FormWindow::AddField(QFormLayout* rows, const char* label, const char* capt
 }
 
 void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
-  auto* field = new PathField(row.edit, row.button, QString(row.caption).remove(':'));
+  auto* field = new PathField(
+      row.edit, row.button, QString(row.spoken != nullptr ? row.spoken : row.caption).remove(':'));
   AddRow(rows, row.label, row.caption, field, field->Edit());
   order_.push_back(field->Edit());
   order_.push_back(field->Button());

@@ -33,6 +33,7 @@ struct PathRow {
   TextBox& box;
   const char* extension;  // of the files that it takes
   std::function<void()> browse;
+  const char* spoken = nullptr;  // by a screen reader; null: the caption
 };
 
 // Draws a form in a window of the MDI area whenever its state changes. Enter presses OK, or the

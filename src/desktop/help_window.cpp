@@ -160,7 +160,7 @@ void HelpWindow::MarkTopic(const QString& topic) {
 
 void HelpWindow::ShowContents() {
   tabs_->setCurrentWidget(contents_);
-  if (Topic().isEmpty()) ShowTopic(file_->DefaultTopic());
+  ShowTopic(file_->DefaultTopic());
   BringToFront();
   contents_->setFocus();
 }

@@ -116,7 +116,7 @@ void MainWindow::AddForm(FormWindow* window) {
 QString MainWindow::Result() const { return result_->Text(); }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  desktop_.Run([this] { main_.mnuExit(); });
+  if (!desktop_.AskInRun()) desktop_.Run([this] { main_.mnuExit(); });
   event->setAccepted(desktop_.Ended());
 }
 

@@ -28,13 +28,15 @@ ModelToProjectWindow::ModelToProjectWindow(frmIDEF3ToProject& form, QtDesktop& d
           {"Label3", "MS Project MDB:", "txtDatabase", "BrowsedbBt", form.txtDatabase, "mdb",
            [&form] { form.BrowsedbBt(); }});
   QFormLayout* mpx = AddTab(tabs, frmIDEF3ToProject::kMpxTab);
-  AddPath(mpx, {"Label5", "Interim Database:", "txtDatabase_mpx", "BrowsedbBt_mpx",
-                form.txtDatabase_mpx, "mdb", [&form] { form.BrowsedbBt_mpx(); }});
+  AddPath(mpx,
+          {"Label5", "Interim Database:", "txtDatabase_mpx", "BrowsedbBt_mpx", form.txtDatabase_mpx,
+           "mdb", [&form] { form.BrowsedbBt_mpx(); }, "Interim Database of the MPX file"});
   AddPath(mpx, {"Label6", "MPX File:", "txtMpx", "cmdBrowseMPX", form.txtMpx, "mpx",
                 [&form] { form.cmdBrowseMPX(); }});
   QFormLayout* xml = AddTab(tabs, frmIDEF3ToProject::kXmlTab);
-  AddPath(xml, {"Label7", "Interim Database:", "txtDatabase_xml", "BrowsedbBt_xml",
-                form.txtDatabase_xml, "mdb", [&form] { form.BrowsedbBt_xml(); }});
+  AddPath(xml,
+          {"Label7", "Interim Database:", "txtDatabase_xml", "BrowsedbBt_xml", form.txtDatabase_xml,
+           "mdb", [&form] { form.BrowsedbBt_xml(); }, "Interim Database of the XML file"});
   AddPath(xml, {"Label8", "XML File:", "txtXml", "cmdBrowseXML", form.txtXml, "xml",
                 [&form] { form.cmdBrowseXML(); }});
   auto* append = new QPushButton("Append...", this);

@@ -19,6 +19,7 @@
 #include "pictures/picture_file.h"
 #include "program_picture.h"
 #include "qt_text.h"
+#include "runtime/run_time_error.h"
 #include "shell/kept_files.h"
 
 namespace merivane::desktop {
@@ -154,9 +155,13 @@ void PictureWindow::Export() {
                             MessageButtons::kYesNo}) != MessageAnswer::kYes) {
     return;
   }
-  shell::KeptFiles kept;
-  pictures::WritePictures(pictures_, kept.StandInFor(path));
-  kept.Finish();
+  try {
+    shell::KeptFiles kept;
+    pictures::WritePictures(pictures_, kept.StandInFor(path));
+    kept.Finish();
+  } catch (const RunTimeError& error) {
+    throw FileError(error.Number(), path);  // it names the file beside it that was being written
+  }
   statusBar()->showMessage("Written: " + PathToQt(path));
 }
 

@@ -1,11 +1,13 @@
 #include "progress_dialog.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "qt_text.h"
 
@@ -16,6 +18,16 @@ namespace {
 constexpr int kBarLength = 1000;
 constexpr int kVisibleCharacters = 60;
 
+const QWindow* ParentOf(const QWindow* window) {
+  return window->parent(QWindow::IncludeTransients);
+}
+
+// The window that it belongs to in the end.
+const QWindow* RootOf(const QWindow* window) {
+  while (window != nullptr && ParentOf(window) != nullptr) window = ParentOf(window);
+  return window;
+}
+
 }  // namespace
 
 ProgressDialog::ProgressDialog(QWidget* parent)
@@ -25,7 +37,6 @@ ProgressDialog::ProgressDialog(QWidget* parent)
       cancel_(new QPushButton("Cancel")) {
   setObjectName("progress");
   setWindowTitle(kApplicationTitle);
-  setWindowModality(Qt::WindowModal);
   stage_->setObjectName("progressStage");
   stage_->setMinimumWidth(fontMetrics().averageCharWidth() * kVisibleCharacters);
   bar_->setObjectName("progressBar");
@@ -40,6 +51,48 @@ ProgressDialog::ProgressDialog(QWidget* parent)
   column->addWidget(stage_);
   column->addWidget(bar_);
   column->addLayout(row);
+  qApp->installEventFilter(this);
+}
+
+ProgressDialog::~ProgressDialog() { qApp->removeEventFilter(this); }
+
+bool ProgressDialog::ShutsOut(const QWindow* window) const {
+  for (const QWindow* at = window; at != nullptr; at = ParentOf(at)) {
+    if (at == windowHandle()) return false;
+  }
+  return window != nullptr && RootOf(window) == RootOf(windowHandle());
+}
+
+bool ProgressDialog::eventFilter(QObject* object, QEvent* event) {
+  const auto* window = qobject_cast<const QWindow*>(object);
+  switch (event->type()) {
+    case QEvent::ShortcutOverride:  // taken here, it can be no key of a menu
+      if (!object->isWidgetType()) return false;
+      if (!ShutsOut(static_cast<QWidget*>(object)->window()->windowHandle())) return false;
+      event->accept();
+      return true;
+    case QEvent::Close:
+      if (window == nullptr || !ShutsOut(window) || window == RootOf(window)) return false;
+      event->ignore();
+      return true;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+      return window != nullptr && ShutsOut(window);
+    default:
+      return false;
+  }
 }
 
 void ProgressDialog::Draw(const RunProgress& progress) {

@@ -58,7 +58,7 @@ void ProjectToModelWindow::AddMpxTab(QTabWidget* tabs) {
   AddPath(rows, {"Label4", "MPX:", "txtMPX", "cmdBrowseMPX", form_.txtMPX, "mpx",
                  [this] { form_.cmdBrowseMPX(); }});
   AddPath(rows, {"Label5", "Interim Database:", "txtInterimDB", "cmdInterimDB", form_.txtInterimDB,
-                 "mdb", [this] { form_.cmdInterimDB(); }});
+                 "mdb", [this] { form_.cmdInterimDB(); }, "Interim Database of the MPX file"});
 }
 
 void ProjectToModelWindow::AddXmlTab(QTabWidget* tabs) {
@@ -66,7 +66,8 @@ void ProjectToModelWindow::AddXmlTab(QTabWidget* tabs) {
   AddPath(rows, {"Label6", "XML:", "txtXML", "cmdBrowseXML", form_.txtXML, "xml",
                  [this] { form_.cmdBrowseXML(); }});
   AddPath(rows, {"Label7", "Interim Database:", "txtInterimDB_xml", "cmdInterimDB_xml",
-                 form_.txtInterimDB_xml, "mdb", [this] { form_.cmdInterimDB_xml(); }});
+                 form_.txtInterimDB_xml, "mdb", [this] { form_.cmdInterimDB_xml(); },
+                 "Interim Database of the XML file"});
 }
 
 // A preview is of a merge, and of what one tab names.

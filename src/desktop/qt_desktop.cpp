@@ -69,9 +69,23 @@ void QtDesktop::Run(const std::function<void()>& handler) {
   if (ended_ || breathing_) return;
   try {
     RunReported(handler);
+    if (!endsBehindRun_) return;
   } catch (const ProgramEnd&) {
-    End();
   }
+  End();
+}
+
+bool QtDesktop::AskInRun() {
+  if (!progress_) return breathing_;
+  const Message question{"Merivane is at work. Do you want to cancel that and end the program?",
+                         MessageIcon::kExclamation,
+                         {},
+                         MessageButtons::kYesNo};
+  if (ShowMessage(question) == MessageAnswer::kYes) {
+    endsBehindRun_ = true;
+    progress_->reject();
+  }
+  return true;
 }
 
 void QtDesktop::RunReported(const std::function<void()>& handler) try {
@@ -112,6 +126,7 @@ void QtDesktop::End() {
 QWidget* QtDesktop::Parent() const {
   QWidget* modal = QApplication::activeModalWidget();
   if (modal != nullptr) return modal;
+  if (progress_) return progress_.get();
   return caller_ ? caller_.data() : window_;
 }
 
@@ -149,7 +164,7 @@ MessageAnswer QtDesktop::ShowMessage(const Message& message) {
                               : QMessageBox::StandardButtons(QMessageBox::Ok));
   for (QAbstractButton* button : box.buttons()) button->setIcon({});
   LeaveRoomForTitle(box);
-  ++messageCount_;
+  if (!asks) ++messageCount_;
   Execute(box);
   if (!asks) return MessageAnswer::kOk;
   return box.result() == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;

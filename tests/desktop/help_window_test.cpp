@@ -61,6 +61,11 @@ TEST_F(HelpWindowTest, ShowsContentsIndexAndTheTopicOfANumber) {
   window.ShowContext(7);  // no page has it
   EXPECT_EQ(Text(), "First on");
 
+  window.ShowContext(2000);
+  window.ShowContents();
+  EXPECT_EQ(Text(), "First on");
+  EXPECT_EQ(contents.currentItem(), contents.topLevelItem(0));
+
   window.ShowIndex();
   auto& index = User::Get<QListWidget>(window, "helpIndex");
   EXPECT_TRUE(index.isVisible());

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <set>
 
 #include "desktop_fixture.h"
 
@@ -100,8 +101,12 @@ TEST_F(MainWindowTest, TheKeyboardGoesThroughTheControlsOfEachTabInOrder) {
 }
 
 TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
-  OpenToProject();
-  OpenToModel();
+  for (QWidget* form : {&OpenToProject(), &OpenToModel()}) {
+    std::set<QString> spoken;
+    const auto boxes = form->findChildren<QLineEdit*>();
+    for (const QLineEdit* box : boxes) spoken.insert(box->accessibleName());
+    EXPECT_EQ(spoken.size(), static_cast<std::size_t>(boxes.size()));
+  }
   Open("mnuPath", "frmOptions");
   for (const QWidget* control : window.findChildren<QWidget*>()) {
     if (control->focusPolicy() == Qt::NoFocus || !control->isVisible()) continue;

@@ -2,6 +2,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QTableView>
+#include <utility>
 
 #include "desktop_fixture.h"
 #include "translator/multi.h"
@@ -373,6 +374,32 @@ TEST_F(ModelToProjectWindow, CancelLeavesEveryFileAsItWas) {
               "Cancelled, nothing written; " + plan + " is as it was before the run");
   }
   EXPECT_TRUE(user.boxes.empty());
+}
+
+TEST_F(ModelToProjectWindow, TheFrameOfTheMainWindowAsksInARun) {
+  const std::string plan = folder.Path("plan.mdb");
+  const std::string mpx = folder.Write("plan.mpx", "precious");
+  for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+    SCOPED_TRACE(answer);
+    bool closed = false;
+    desktop.ticksPerLook = 200;
+    desktop.onProgress = [&](const RunProgress& progress) {
+      if (progress.stage != "Reading the model" || std::exchange(closed, true)) return;
+      user.answers.push_back(answer);
+      window.close();
+    };
+    if (answer == QMessageBox::Yes) user.steps.push_back(User::Clicks("CmdAppend"));
+    MakePlan(plan, mpx);
+    EXPECT_TRUE(closed);
+    if (answer == QMessageBox::No) {
+      EXPECT_EQ(ends, 0);
+      EXPECT_THAT(window.Result().toStdString(), EndsWith("; written: " + plan + ", " + mpx));
+      folder.Write("plan.mpx", "precious");
+    }
+  }
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(ReadFile(mpx), "precious");
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("Merivane is at work"), HasSubstr("at work")));
 }
 
 TEST_F(ModelToProjectWindow, ACancelledPickLeavesTheOneBefore) {

@@ -91,8 +91,10 @@ TEST_F(PictureWindowTest, ExportWritesByTheEndingAndAsksBeforeItReplaces) {
   Trigger(*picture, "print");
   EXPECT_THAT(user.parents, Each(picture));
   EXPECT_THAT(ReadFile(file), StartsWith("\x89PNG"));
+  names.names.push_back(folder.Path("gone/b.svg"));
+  Trigger(*picture, "export");
   EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("replace"), HasSubstr("no name of a picture"),
-                                      HasSubstr("replace")));
+                                      HasSubstr("replace"), EndsWith("/gone/b.svg'")));
 }
 
 TEST_F(PictureWindowTest, ZoomFitsAndEachPictureGetsItsPages) {

@@ -24,7 +24,7 @@ class HelpWindow : public QMainWindow {
   bool Open(const QString& path);
 
   // REQUIRES: Open succeeded. Each brings the window to the front.
-  void ShowContents();
+  void ShowContents();  // at the first topic
   void ShowIndex();
   void ShowContext(int context);  // the first topic where no page has this number
 

@@ -50,6 +50,10 @@ class QtDesktop : public Desktop {
   bool Ended() const { return ended_; }
   std::function<void()> OnEnd;
 
+  // For the frame of the main window. True while a run is under way: it asks whether to cancel the
+  // run, and ends the program behind it where that is wanted.
+  bool AskInRun();
+
   // F1 or a help button: the topic of the widget's help context.
   void RequestHelp(const QWidget* widget);
   std::function<void(int context)> OnHelpRequest;
@@ -66,7 +70,7 @@ class QtDesktop : public Desktop {
   // Opens a file or a folder in the program that the user has for it.
   void OpenPlace(const QString& path);
 
-  // Boxes shown so far.
+  // Boxes shown so far, without those that asked something.
   int MessageCount() const { return messageCount_; }
 
   MessageAnswer ShowMessage(const Message& message) override;
@@ -104,6 +108,7 @@ class QtDesktop : public Desktop {
   std::unique_ptr<ProgressDialog> progress_;   // while a run shows how far it is
   std::optional<std::int64_t> progressSince_;  // ticks when it was told first
   bool breathing_ = false;
+  bool endsBehindRun_ = false;
   std::optional<std::string> givenName_;
   std::vector<std::function<void()>> waits_;  // leaves each nested event loop, innermost last
   std::string whyNotOpen_;
