@@ -18,6 +18,7 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QUrl>
+#include <set>
 
 #include "help_context.h"
 #include "path_field.h"
@@ -36,12 +37,15 @@ QString MessageNote(int count) {
       .arg(QLatin1String(count == 1 ? " was" : "s were"));
 }
 
-QString DroppedFile(const QDropEvent& event) {
-  const QList<QUrl> urls = event.mimeData()->urls();
-  return urls.size() == 1 ? QDir::toNativeSeparators(urls.first().toLocalFile()) : QString();
-}
-
 }  // namespace
+
+QStringList DroppedFiles(const QDropEvent& event) {
+  QStringList files;
+  for (const QUrl& url : event.mimeData()->urls()) {
+    if (url.isLocalFile()) files += QDir::toNativeSeparators(url.toLocalFile());
+  }
+  return files;
+}
 
 FormWindow::FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext)
     : desktop_(desktop), form_(form), column_(new QVBoxLayout(this)) {
@@ -166,8 +170,8 @@ void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   order_.push_back(field->Edit());
   order_.push_back(field->Button());
   TextBox& box = row.box;
-  connect(field->Edit(), &QLineEdit::textChanged, this, [this, &box](const QString& text) {
-    if (!desktop_.Ended()) box.text = text.toStdString();
+  connect(field->Edit(), &QLineEdit::textChanged, this, [this, &box, field] {
+    if (!desktop_.Ended()) box.text = field->Edit()->text().toStdString();
   });
   connect(field->Edit(), &QLineEdit::editingFinished, this,
           [this, &box] { desktop_.RememberName(box.text); });
@@ -269,19 +273,35 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void FormWindow::dragEnterEvent(QDragEnterEvent* event) {
-  const QString file = DroppedFile(*event);
-  if (isEnabled() && !file.isEmpty() && TargetOf(file, event->position().toPoint()) != nullptr) {
-    event->acceptProposedAction();
-  }
+  if (isEnabled() && !DroppedFiles(*event).isEmpty()) event->acceptProposedAction();
 }
 
 void FormWindow::dropEvent(QDropEvent* event) {
-  const QString file = DroppedFile(*event);
-  const PathTarget* target = TargetOf(file, event->position().toPoint());
-  if (!isEnabled() || file.isEmpty() || target == nullptr) return;
+  if (!isEnabled()) return;
   event->acceptProposedAction();
   // Later, so that the program that the file comes from needn't wait for questions asked here.
-  QTimer::singleShot(0, this, [this, target, file] { Take(*target, file.toStdString()); });
+  QTimer::singleShot(0, this,
+                     [this, files = DroppedFiles(*event), place = event->position().toPoint()] {
+                       TakeDropped(files, place);
+                     });
+}
+
+void FormWindow::TakeDropped(const QStringList& files, QPoint place) {
+  if (files.size() != 1) {
+    Run([this] { desktop_.ShowMessage({kOneFile, MessageIcon::kExclamation}); });
+    return;
+  }
+  if (const PathTarget* target = TargetOf(files.front(), place)) {
+    Take(*target, files.front().toStdString());
+    return;
+  }
+  std::set<std::string> endings;
+  for (const PathTarget& target : targets_) endings.insert(std::string(".") + target.extension);
+  std::string text =
+      FromUtf8(files.front().toStdString()) + " can't be dropped here. This dialog takes";
+  for (const std::string& ending : endings)
+    text += (ending == *endings.begin() ? " " : ", ") + ending;
+  Run([&] { desktop_.ShowMessage({text + ".", MessageIcon::kExclamation}); });
 }
 
 // A file of a kind that no box takes goes where it was dropped, which tells so.

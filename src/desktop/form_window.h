@@ -1,7 +1,9 @@
 // What the windows of both directions share: rows of files, the check box, OK, Cancel and Help.
 #pragma once
 
+#include <QPoint>
 #include <QPointer>
+#include <QStringList>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -48,6 +50,10 @@ class FormWindow : public QWidget {
   std::function<void(const QString& text, const QString& file)> OnResult;
   // What came of the pick of a database; `undo` puts an emptied one back.
   std::function<void(const PickNote& note, const std::function<void()>& undo)> OnPick;
+
+  // Takes files as if they were dropped at `place`; the box for their kind takes one, and a message
+  // tells why none does.
+  void TakeDropped(const QStringList& files, QPoint place = {-1, -1});
 
   // Puts it into its frame, which shows and hides with the form.
   void SetFrame(QMdiSubWindow* frame);
@@ -131,6 +137,9 @@ class FormWindow : public QWidget {
   QPointer<QWidget> lastFocus_;  // when it was hidden
   bool wasLoaded_ = false;
 };
+
+inline constexpr const char* kOneFile = "Please drop one file at a time.";
+QStringList DroppedFiles(const QDropEvent& event);
 
 // Called for every choice of the user, also of the row that is chosen already.
 void ConnectChoice(QComboBox* widget, const std::function<void(std::size_t row)>& choose);

@@ -1,10 +1,12 @@
 #include "desktop/main_window.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTimer>
 #include <functional>
 
 #include "about_dialog.h"
@@ -14,6 +16,8 @@
 #include "program_picture.h"
 #include "project_to_model_window.h"
 #include "result_line.h"
+#include "runtime/code_page.h"
+#include "shell/browse.h"
 #include "splash_window.h"
 #include "view_menu.h"
 
@@ -57,11 +61,13 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
   setWindowIcon(ApplicationIcon());
   SetHelpContext(this, frmMain::kHelpContextId);
   setCentralWidget(area_);
+  setAcceptDrops(true);
   area_->setFocus();  // a menu that closes gives the focus back, and keeps it where none had it
   resize(QSize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40)
              .boundedTo(screen()->availableSize() * 9 / 10));  // with room for its frame
   AddMenus();
-  AddForm(new ModelToProjectWindow(main_.modelToProject, desktop_));
+  modelToProject_ = new ModelToProjectWindow(main_.modelToProject, desktop_);
+  AddForm(modelToProject_);
   AddForm(new ProjectToModelWindow(main_.projectToModel, desktop_));
   new OptionsDialog(main_.options, desktop_, this);
   new AboutDialog(main_.about, desktop_, this);
@@ -111,6 +117,30 @@ void MainWindow::AddForm(FormWindow* window) {
     result_->ShowPick(note, undo);
   };
   window->SetFrame(area_->addSubWindow(window));
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!DroppedFiles(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  QTimer::singleShot(0, this, [this, files = DroppedFiles(*event)] { TakeDropped(files); });
+}
+
+void MainWindow::TakeDropped(const QStringList& files) {
+  const std::string first = files.value(0).toStdString();
+  if (files.size() == 1 && HasExtension(first, "txt")) {
+    Press(&frmMain::mnuIDEF3ToProject);
+    modelToProject_->TakeDropped(files);
+    return;
+  }
+  const std::string text = files.size() > 1
+                               ? kOneFile
+                               : FromUtf8(first) +
+                                     " can be dropped on a dialog of the menu File. Here a model "
+                                     "text (.txt) can.";
+  desktop_.Run([&] { desktop_.ShowMessage({text, MessageIcon::kExclamation}); });
 }
 
 QString MainWindow::Result() const { return result_->Text(); }

@@ -3,6 +3,8 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <limits>
 
 #include "qt_text.h"
 
@@ -20,6 +22,8 @@ PathField::PathField(const char* editName, const char* buttonName, const QString
   edit_->setAccessibleName(accessibleName);
   edit_->setAcceptDrops(false);  // the window takes them
   edit_->setMinimumWidth(edit_->fontMetrics().averageCharWidth() * kVisibleCharacters);
+  edit_->setMaxLength(std::numeric_limits<int>::max());
+  connect(edit_, &QLineEdit::textChanged, this, &PathField::DropLineBreaks);
   button_->setObjectName(buttonName);
   button_->setAccessibleName("Browse: " + accessibleName);
   button_->setToolTip("Browse");
@@ -28,6 +32,12 @@ PathField::PathField(const char* editName, const char* buttonName, const QString
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(edit_, 1);
   row->addWidget(button_);
+}
+
+// A copied name often ends in one.
+void PathField::DropLineBreaks(const QString& text) {
+  static const QRegularExpression lineBreak("[\\r\\n\\x{2028}\\x{2029}]");
+  if (text.contains(lineBreak)) edit_->setText(QString(text).remove(lineBreak).trimmed());
 }
 
 void PathField::Draw(const TextBox& box) {

@@ -12,7 +12,8 @@ namespace merivane::desktop {
 
 using namespace shell;
 
-// Shows the end of a name that is too long, and the whole name as a tool tip.
+// Takes names of any length, without line breaks. Shows the end of a name that is too long, and the
+// whole name as a tool tip.
 class PathField : public QWidget {
  public:
   PathField(const char* editName, const char* buttonName, const QString& accessibleName);
@@ -22,6 +23,8 @@ class PathField : public QWidget {
   QPushButton* Button() const { return button_; }
 
  private:
+  void DropLineBreaks(const QString& text);
+
   QLineEdit* edit_;
   QPushButton* button_;
 };

@@ -41,6 +41,19 @@ void LeaveRoomForTitle(QMessageBox& box) {
   grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
+// What a screen has no room for stands below, with a bar to move it.
+void SetWholeText(QMessageBox& box, const QString& text) {
+  constexpr qsizetype kMostLetters = 1500;
+  constexpr qsizetype kMostLines = 20;
+  const QString start = text.section('\n', 0, kMostLines - 1).left(kMostLetters);
+  if (start.size() == text.size()) {
+    box.setText(text);
+    return;
+  }
+  box.setText(start + QString::fromUtf8("…\n(The whole text stands behind \"Show Details\".)"));
+  box.setDetailedText(text);
+}
+
 }  // namespace
 
 // A nested event loop under way: the wait pointer gives way to the normal one meanwhile.
@@ -155,7 +168,7 @@ MessageAnswer QtDesktop::ShowMessage(const Message& message) {
   box.setTextFormat(Qt::PlainText);
   box.setWindowTitle(message.title.empty() ? QString::fromLatin1(kApplicationTitle)
                                            : ToQt(message.title));
-  box.setText(BreakableText(ToQt(message.text)));
+  SetWholeText(box, BreakableText(ToQt(message.text)));
   box.setInformativeText(BreakableText(AdviceOn(message)));
   if (message.icon == MessageIcon::kCritical) box.setIcon(QMessageBox::Critical);
   if (message.icon == MessageIcon::kExclamation) box.setIcon(QMessageBox::Warning);
@@ -270,7 +283,10 @@ std::optional<std::string> QtDesktop::RegistryDefault(const std::string& key) co
 
 bool QtDesktop::StartProgram(const std::string& commandLine) { return StartDetached(commandLine); }
 
-int QtDesktop::OpenWebPage(const std::string& url) { return OpenInBrowser(url); }
+int QtDesktop::OpenWebPage(const std::string& url) {
+  return OpenInBrowser(url,
+                       [] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+}
 
 void QtDesktop::OpenPlace(const QString& path) {
   const QString place = QFileInfo(path).absoluteFilePath();

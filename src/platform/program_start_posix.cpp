@@ -1,8 +1,10 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <vector>
 
 #include "platform/program_start.h"
@@ -58,39 +60,101 @@ void WaitFor(pid_t child) {
   }
 }
 
-// The child between leads a new session and ends at once: the program belongs to the system's
-// first process then, which collects it.
-bool StartWords(std::vector<std::string> words) {
-  if (words.empty() || words.front().empty()) return false;
+std::vector<char*> ArgumentsOf(std::vector<std::string>& words) {
   std::vector<char*> arguments;
   arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
+  return arguments;
+}
+
+// The child between leads a new session and ends at once: what it runs belongs to the system's
+// first process then, which collects it. Gives the end of the pipe that `run` has the other end of;
+// -1 where nothing can be started.
+template <typename Run>
+int RunDetached(const Run& run) {
   int report[2];
-  if (pipe2(report, O_CLOEXEC) != 0) return false;
+  if (pipe2(report, O_CLOEXEC) != 0) return -1;
   const pid_t between = fork();
   if (between == 0) {
     setsid();
     const pid_t last = fork();
-    if (last == 0) BecomeProgram(arguments.data(), report[1]);
-    if (last < 0) (void)!write(report[1], "", 1);
+    if (last == 0) run(report[1]);
+    if (last < 0) (void)!write(report[1], "\1", 1);
     _exit(0);
   }
   close(report[1]);
-  const bool started = between > 0 && ReadSuccess(report[0]);
+  if (between > 0) {
+    WaitFor(between);
+    return report[0];
+  }
   close(report[0]);
-  if (between > 0) WaitFor(between);
+  return -1;
+}
+
+bool StartWords(std::vector<std::string> words) {
+  if (words.empty() || words.front().empty()) return false;
+  const std::vector<char*> arguments = ArgumentsOf(words);
+  const int report = RunDetached([&](int pipe) { BecomeProgram(arguments.data(), pipe); });
+  if (report < 0) return false;
+  const bool started = ReadSuccess(report);
+  close(report);
   return started;
+}
+
+// Nothing of the parent's stays open here but the pipe.
+int KeepAlone(int pipe) {
+  constexpr int kFirst = STDERR_FILENO + 1;
+  const int kept = dup2(pipe, kFirst);
+  fcntl(kept, F_SETFD, FD_CLOEXEC);
+  close_range(kFirst + 1, ~0U, 0);
+  return kept;
+}
+
+// Starts the program, and writes one byte once it has ended: 0 for its success.
+[[noreturn]] void WatchProgram(char* const* arguments, int pipe) {
+  const int report = KeepAlone(pipe);
+  signal(SIGPIPE, SIG_IGN);
+  const pid_t program = fork();
+  if (program == 0) BecomeProgram(arguments, report);
+  int status = 1;
+  if (program > 0) {
+    while (waitpid(program, &status, 0) < 0 && errno == EINTR) {
+    }
+  }
+  const char failed = status == 0 ? 0 : 1;
+  (void)!write(report, &failed, 1);
+  _exit(0);
+}
+
+// False where the program can't be started, or fails within `patience`.
+bool OpensWith(std::vector<std::string> words, const std::function<void()>& meanwhile) {
+  constexpr int kSlice = 20;  // milliseconds
+  constexpr int kPatience = 3000;
+  const std::vector<char*> arguments = ArgumentsOf(words);
+  const int report = RunDetached([&](int pipe) { WatchProgram(arguments.data(), pipe); });
+  if (report < 0) return false;
+  char failed = 0;
+  for (int waited = 0; waited < kPatience; waited += kSlice) {
+    pollfd ready{.fd = report, .events = POLLIN, .revents = 0};
+    if (poll(&ready, 1, kSlice) > 0) {
+      (void)!read(report, &failed, 1);
+      break;
+    }
+    meanwhile();
+  }
+  close(report);
+  return failed == 0;
 }
 
 }  // namespace
 
 bool StartDetached(const std::string& commandLine) { return StartWords(Words(commandLine)); }
 
-int OpenInBrowser(const std::string& url) {
+int OpenInBrowser(const std::string& url, const std::function<void()>& meanwhile) {
   constexpr int kStarted = 33;
   constexpr int kNoOpener = 2;
-  return StartWords({"xdg-open", url}) ? kStarted : kNoOpener;
+  return OpensWith({"xdg-open", url}, meanwhile) ? kStarted : kNoOpener;
 }
 
 }  // namespace merivane::platform

@@ -22,7 +22,7 @@ bool StartDetached(const std::string& commandLine) {
   return true;
 }
 
-int OpenInBrowser(const std::string& url) {
+int OpenInBrowser(const std::string& url, const std::function<void()>& /*meanwhile*/) {
   const HINSTANCE result =
       ShellExecuteW(nullptr, L"Open", Wide(url).c_str(), L"0", L"0", SW_SHOWNORMAL);
   return static_cast<int>(reinterpret_cast<INT_PTR>(result));

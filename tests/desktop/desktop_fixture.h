@@ -117,13 +117,17 @@ class DesktopTest : public ::testing::Test {
   // Onto a control of the form. False where it is refused.
   static bool StartDrop(QWidget& form, const char* control, const char* file) {
     QWidget& place = User::Find(form, control);
-    const QPoint at = place.mapTo(&form, place.rect().center());
+    return DropAt(form, place.mapTo(&form, place.rect().center()), {file});
+  }
+  static bool DropAt(QWidget& target, QPoint at, const QStringList& files) {
+    QList<QUrl> urls;
+    for (const QString& file : files) urls += QUrl::fromLocalFile(file);
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(file)});
+    data.setUrls(urls);
     QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&form, &enter);
+    QApplication::sendEvent(&target, &enter);
     QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&form, &drop);
+    QApplication::sendEvent(&target, &drop);
     return enter.isAccepted();
   }
   static bool Drop(QWidget& form, const char* control, const char* file) {

@@ -133,6 +133,31 @@ TEST_F(MainWindowTest, ClosingTheFrameDuringTheSplashEndsTheStart) {
   EXPECT_EQ(main.HelpFile, "");
 }
 
+TEST_F(MainWindowTest, AModelTextDroppedOnItOpensAndAnythingElseIsToldWhereItGoes) {
+  EXPECT_TRUE(DropAt(window, {5, 200}, {"/plans/a.mpx"}));
+  QTest::qWait(10);
+  EXPECT_TRUE(DropAt(window, {5, 200}, {"/models/a.txt", "/models/b.txt"}));
+  QTest::qWait(10);
+  EXPECT_FALSE(main.modelToProject.IsLoaded());
+  EXPECT_TRUE(DropAt(window, {5, 200}, {"/models/a.TXT"}));
+  QTest::qWait(10);
+  EXPECT_TRUE(main.modelToProject.IsVisible());
+  EXPECT_EQ(main.modelToProject.txtCelvarFilename.text, "/models/a.TXT");
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("can be dropped on a dialog of the menu File"),
+                                      "Please drop one file at a time."));
+}
+
+TEST_F(MainWindowTest, ALongMessageIsShownWhole) {
+  const std::string text(3000, 'x');
+  QString whole;
+  QTimer::singleShot(0, &window, [&] {
+    whole = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())->detailedText();
+  });
+  desktop.Run([&] { desktop.ShowMessage({text}); });
+  EXPECT_EQ(whole.remove(QChar(0x200B)).toStdString(), text);
+  EXPECT_LT(user.boxes.front().size(), 1700U);
+}
+
 TEST_F(MainWindowTest, AnUnguardedFailureIsShownAndTheProgramGoesOn) {
   desktop.Run([] { throw RunTimeError(kTypeMismatch); });
   desktop.Run([] { throw std::runtime_error("out of\nsorts"); });

@@ -164,10 +164,32 @@ TEST_F(ModelToProjectWindow, AFileDroppedAnywhereGoesIntoTheBoxForItsKind) {
     EXPECT_TRUE(User::Find(form, drop.box).isVisible());
   }
   EXPECT_EQ(TextOf(form, "txtDatabase"), "");
-  EXPECT_FALSE(Drop(form, "cmdOK", "/models/a.doc"));
   EXPECT_TRUE(Drop(form, "txtCelvarFilename", "/models/a.doc"));
-  EXPECT_THAT(user.boxes, ElementsAre("Incorrect File Type"));
   EXPECT_THAT(user.icons, ElementsAre(QMessageBox::Critical));
+  EXPECT_TRUE(Drop(form, "cmdOK", "/models/a.doc"));
+  EXPECT_TRUE(DropAt(form, {1, 1}, {"/models/a.txt", "/models/c.txt"}));
+  QTest::qWait(10);
+  EXPECT_THAT(
+      user.boxes,
+      ElementsAre("Incorrect File Type",
+                  "/models/a.doc can't be dropped here. This dialog takes .mdb, .mpx, .txt, "
+                  ".xml.",
+                  "Please drop one file at a time."));
+  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "/models/b.txt");
+}
+
+TEST_F(ModelToProjectWindow, ANameThatIsPastedLosesItsLineBreakAndNothingElse) {
+  auto& box = User::Get<QLineEdit>(form, "txtCelvarFilename");
+  QApplication::clipboard()->setText("/models/my  plan.txt\r\n");
+  box.setFocus();
+  QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "/models/my  plan.txt");
+  EXPECT_EQ(main.modelToProject.txtCelvarFilename.text, "/models/my  plan.txt");
+  const QString longest(40'000, 'a');
+  QApplication::clipboard()->setText(longest);
+  box.selectAll();
+  QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(box.text(), longest);
 }
 
 // Two top scenarios and no fact, so the program asks.

@@ -93,6 +93,10 @@ TEST_F(ProgramStartTest, PagesGoToTheDesktopsOpener) {
   path.Set(folder_.Path(".") + ":" + saved);
   EXPECT_GE(OpenInBrowser("https://example.org/a b?\"c\""), 33);
   EXPECT_EQ(Output(), "https://example.org/a b?\"c\"\n");
+  Script("xdg-open", "sleep 0.1; exit 4\n");
+  int turns = 0;
+  EXPECT_EQ(OpenInBrowser("https://example.org/", [&] { ++turns; }), 2);
+  EXPECT_GT(turns, 0);
 }
 
 }  // namespace

@@ -29,16 +29,20 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void AddMenus();
   void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
+  void TakeDropped(const QStringList& files);
 
   QtDesktop& desktop_;
   frmMain& main_;
   std::unique_ptr<HelpKey> helpKey_;
   QMdiArea* area_;
+  FormWindow* modelToProject_ = nullptr;
   ResultLine* result_;
 };
 

@@ -1,6 +1,7 @@
 // Programs that live on without the one that started them.
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace merivane::platform {
@@ -10,8 +11,10 @@ namespace merivane::platform {
 // Outside Windows the program gets a session of its own and none of the standard streams.
 [[nodiscard]] bool StartDetached(const std::string& commandLine);
 
-// Opens a page in the user's browser. A result below 33 is a failure, as of the Windows shell; 2
-// says that there is no opener.
-[[nodiscard]] int OpenInBrowser(const std::string& url);
+// Opens a page, or a file by its address, in the user's program for it. A result below 33 is a
+// failure, as of the Windows shell; 2 says that there is no opener, or that it failed within three
+// seconds. `meanwhile` is called now and then during that time.
+[[nodiscard]] int OpenInBrowser(
+    const std::string& url, const std::function<void()>& meanwhile = [] {});
 
 }  // namespace merivane::platform
