@@ -11,6 +11,15 @@ using namespace mspdi;
 
 namespace {
 
+// What the database holds that can't be, in one message.
+void TellLeftOut(Session& session, const std::vector<std::string>& warnings) {
+  if (warnings.empty()) return;
+  std::string text = "Not everything of the plan can be as the database has it:";
+  for (const std::string& warning : warnings) text += "\n" + warning;
+  session.desktop.ShowMessage(
+      {.text = text, .icon = MessageIcon::kExclamation, .title = "Planning XML"});
+}
+
 int Export(Session& session, const ExportOptions& options) {
   std::string reason;
   const auto project = FindProject(ListProjects(session.program.workspace, options.database),
@@ -20,10 +29,12 @@ int Export(Session& session, const ExportOptions& options) {
   connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
   const mspdi::WrittenCounts counts = mspdi::WritePlan(connection, *project, session.desktop.today,
                                                        session.kept.StandInFor(options.xml));
+  TellLeftOut(session, counts.warnings);
   session.Report(std::to_string(counts.tasks) + " tasks, " + std::to_string(counts.resources) +
                  " resources, " + std::to_string(counts.links) + " links, " +
-                 std::to_string(counts.assignments) + " assignments; written: " + options.xml);
-  return kDone;
+                 std::to_string(counts.assignments) + " assignments; written: " + options.xml +
+                 session.Notes());
+  return session.StatusOf(true);
 }
 
 }  // namespace

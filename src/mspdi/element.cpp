@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "plan_notes.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 
@@ -67,6 +68,14 @@ void Element::Date(const char* name, const DateTime& date) {
   Add(name, text);
 }
 
+void Element::Time(const char* name, int seconds) {
+  char text[] = "00:00:00";
+  PutDigits(text, 2, seconds / 3600 % 24);
+  PutDigits(text + 3, 2, seconds / 60 % 60);
+  PutDigits(text + 6, 2, seconds % 60);
+  Add(name, text);
+}
+
 void Element::Duration(const char* name, schedule::Tenths duration) {
   Seconds(name, duration * kSecondsOfTenth);
 }
@@ -85,7 +94,12 @@ void Element::Seconds(const char* name, std::int64_t seconds) {
 }
 
 bool Element::Stored(const char* name, Kind kind, const Value& value) {
-  if (value.IsNull() || value.IsBytes()) return false;
+  if (value.IsNull()) return false;
+  if (kind == Kind::kNote) {
+    Text(name, PlainNote(value));
+    return true;
+  }
+  if (value.IsBytes()) return false;
   if (kind == Kind::kText) {
     Text(name, Joined(value), kLongestText);
     return true;
@@ -107,7 +121,9 @@ bool Element::Stored(const char* name, Kind kind, const Value& value) {
     Flag(name, number != 0);
     return true;
   }
-  if (kind == Kind::kInteger) {
+  constexpr double kNoRateFormat = 6;
+  if (kind == Kind::kRateFormat && number == kNoRateFormat) return false;
+  if (kind == Kind::kInteger || kind == Kind::kRateFormat) {
     Integer(name, std::llround(number));
     return true;
   }

@@ -17,16 +17,19 @@ using namespace schedule;
 
 // What a column of the tables holds, and so how its value is written.
 enum class Kind {
-  kText,      // Windows-1252, without characters that XML forbids; line breaks are LF
-  kInteger,   //
-  kFlag,      // not 0: true
-  kDecimal,   // never with an exponent
-  kDate,      // text of a date
-  kDuration,  // tenths of a minute
-  kWork,      // thousandths of a minute
+  kText,        // Windows-1252, without characters that XML forbids; line breaks are LF
+  kInteger,     //
+  kRateFormat,  // a whole number; 1 to 5 are minutes to months, 7 years, 8 material
+  kFlag,        // not 0: true
+  kDecimal,     // never with an exponent
+  kDate,        // text of a date
+  kDuration,    // tenths of a minute
+  kWork,        // thousandths of a minute
+  kNote,        // rich text as bytes
 };
 
-inline constexpr std::size_t kLongestText = 512;  // of the schema, for names and their like
+inline constexpr std::size_t kLongestText = 512;  // of the schema, for texts of one line
+inline constexpr std::size_t kLongestName = 255;  // that Project takes, of a task or a resource
 
 class Element {
  public:
@@ -40,6 +43,7 @@ class Element {
   void Flag(const char* name, bool flag) { Integer(name, flag ? 1 : 0); }
   void Decimal(const char* name, double number);
   void Date(const char* name, const DateTime& date);
+  void Time(const char* name, int seconds);  // of the day; midnight at its end is 00:00:00
   void Duration(const char* name, schedule::Tenths duration);
 
   // False, and nothing written, for Null and for what isn't of the kind.

@@ -1,8 +1,12 @@
 // The parts of a plan's file, in the schema's order.
 #pragma once
 
+#include <unordered_set>
+
+#include "custom_fields.h"
 #include "element.h"
 #include "mspdi/plan_writer.h"
+#include "plan_details.h"
 #include "schedule/schedule.h"
 
 namespace merivane::mspdi {
@@ -15,18 +19,28 @@ struct PlanOnPaper {
   std::int32_t project;
   schedule::Plan plan;
   schedule::Schedule dates;
+  CustomFields fields;
+  TimephasedData timephased;
 };
 
-inline constexpr std::int64_t kText1Field = 188743731;
-
-// Name, dates, settings, the declaration of "Text1", the calendar.
+// Name, dates, settings, the declarations of custom fields, the calendars.
 void WriteHead(const PlanOnPaper& paper, Element& project);
 
-// The summary row of the whole, then every task.
-void WriteTasks(const PlanOnPaper& paper, Element tasks);
+// The calendars of the tables, otherwise the standard one with the number 1.
+void WriteCalendars(const PlanOnPaper& paper, Element& project);
+inline constexpr std::int64_t kOwnCalendar = 1;
 
-// The resources; behind them the assignments of tasks to resources, both of which must be there.
-// Adds to `counts`.
-void WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& counts);
+// The summary row of the whole, then every task. What is left out is told in `counts`, here as in
+// the other parts.
+void WriteTasks(const PlanOnPaper& paper, Element tasks, WrittenCounts& counts);
+
+using Uids = std::unordered_set<std::int64_t>;
+
+// The resources, whose UIDs it gives.
+Uids WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& counts);
+
+// The assignments of tasks to resources, both of which must be there.
+void WriteAssignments(const PlanOnPaper& paper, const Uids& resources, Element& project,
+                      WrittenCounts& counts);
 
 }  // namespace merivane::mspdi

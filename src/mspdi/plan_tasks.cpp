@@ -4,7 +4,6 @@
 
 #include "plan_notes.h"
 #include "plan_parts.h"
-#include "store/interim_db.h"
 #include "stored_fields.h"
 
 namespace merivane::mspdi {
@@ -19,6 +18,12 @@ using schedule::TaskDates;
 
 constexpr std::int64_t kFixedDuration = 1;
 constexpr std::int64_t kMiddlePriority = 500;
+
+// Text fields that Project itself fills.
+constexpr std::int64_t kOuterPredecessor = 239075346;  // of a link
+constexpr std::int64_t kSubprojectFile = 188743706;
+constexpr std::int64_t kContact = 188743792;
+constexpr std::int64_t kHyperlink = 188743897;  // behind it address and address within
 
 // The links into each task, in the plan's order.
 class LinksBySuccessor {
@@ -67,20 +72,6 @@ std::int64_t FormatOr(std::int64_t format, std::int64_t otherwise) {
   return IsFormat(format) ? format : otherwise;
 }
 
-// The texts that another program keeps in the field "Text1".
-Notes ReadText1(const PlanOnPaper& paper) {
-  Notes texts;
-  if (TableExists(&paper.connection, "MSP_TEXT_FIELDS") == 0) return texts;
-  enum Column { kTask, kField, kText };
-  ProjectRows rows(paper.connection, {.name = "MSP_TEXT_FIELDS"}, paper.project,
-                   {"TEXT_REF_UID", "TEXT_FIELD_ID", "TEXT_VALUE"});
-  for (; !rows.AtEnd(); rows.Next()) {
-    if (rows.IntegerAt(kField, 0) != kText1Field) continue;
-    texts.emplace(rows.IntegerAt(kTask, 0), rows.TextAt(kText));
-  }
-  return texts;
-}
-
 using WorkOfTasks = std::unordered_map<std::int64_t, schedule::Tenths>;  // by UID
 
 // What the assignments of each task come to.
@@ -120,13 +111,17 @@ class TaskWriter {
   explicit TaskWriter(const PlanOnPaper& paper)
       : paper_(paper),
         links_(paper.plan),
-        text1_(ReadText1(paper)),
+        baselines_(paper.connection, paper.project, Owner::kTask),
+        outerLinks_(paper.connection, paper.project, "MSP_LINKS",
+                    {"LINK_SUCC_UID", "LINK_UID", "LINK_PRED_UID", "LINK_TYPE", "LINK_LAG",
+                     "LINK_LAG_FMT", "LINK_IS_CROSS_PROJ"}),
         work_(paper.plan.broughtBack ? BroughtWork(paper) : ReadWork(paper)),
         notes_(ReadTaskNotes(paper.connection, paper.project, paper.plan)) {
     OpenRows();
   }
 
   void WriteAll(Element& tasks);
+  const Baselines& OtherBaselines() const { return baselines_; }
 
  private:
   static const Field<TaskWriter> kFields[];
@@ -139,7 +134,7 @@ class TaskWriter {
 
   void Uid(Element& e, const char* name) { e.Integer(name, task_.uid); }
   void Id(Element& e, const char* name) { e.Integer(name, task_.id); }
-  void Name(Element& e, const char* name) { e.Text(name, task_.name, kLongestText); }
+  void Name(Element& e, const char* name) { e.Text(name, task_.name, kLongestName); }
   void Type(Element& e, const char* name) { e.Integer(name, kFixedDuration); }
   void Zero(Element& e, const char* name) { e.Integer(name, 0); }
   void Outline(Element& e, const char* name) { e.Text(name, outline_, kLongestText); }
@@ -169,12 +164,36 @@ class TaskWriter {
   void Slack(Element& e, const char* name) { e.Integer(name, dates_.totalSlack); }
   void NoteText(Element& e, const char* name);
   void Links(Element& e, const char* name);
-  void Text1(Element& e, const char* name);
+  void OuterLinks(Element& e, const char* name);
+  void Fields(Element& e, const char* name);
+  void Codes(Element& e, const char* name) {
+    paper_.fields.WriteCodes(Owner::kTask, task_.uid, e, name);
+  }
+  void Timephased(Element& e, const char* name) {
+    if (row_ != nullptr) paper_.timephased.Write(Owner::kTask, task_.uid, task_.uid, e, name);
+  }
+  void Contact(Element& e, const char* name) { TextField(e, name, kContact); }
+  void Hyperlink(Element& e, const char* name) { TextField(e, name, kHyperlink); }
+  void Address(Element& e, const char* name) { TextField(e, name, kHyperlink + 1); }
+  void SubAddress(Element& e, const char* name) { TextField(e, name, kHyperlink + 2); }
+  void SubprojectFile(Element& e, const char* name) {
+    if (!IsExternal()) TextField(e, name, kSubprojectFile);
+  }
+  void ExternalFile(Element& e, const char* name) {
+    if (IsExternal()) TextField(e, name, kSubprojectFile);
+  }
+  void TextField(Element& e, const char* name, std::int64_t field) {
+    e.Text(name, paper_.fields.TextOf(Owner::kTask, task_.uid, field), kLongestText);
+  }
+  bool IsExternal() const { return row_ != nullptr && task_.rules.external; }
+  void BaselineFormat(Element& e, const char* name) { e.Integer(name, schedule::kFormatDays); }
+  bool HasBaseline() const;
   void Baseline(Element& e, const char* name);
 
   const PlanOnPaper& paper_;
   const LinksBySuccessor links_;
-  const Notes text1_;
+  const Baselines baselines_;
+  const OwnedRows outerLinks_;  // into each task, those inside the project too
   const WorkOfTasks work_;
   const Notes notes_;
   OutlineNumbers numbers_;
@@ -199,6 +218,7 @@ const Field<TaskWriter> TaskWriter::kFields[] = {
     {"Type", "TASK_TYPE", Kind::kInteger, &TaskWriter::Type, 0, 2},
     {"IsNull", nullptr, {}, &TaskWriter::Zero},
     {"CreateDate", "TASK_CREATION_DATE", Kind::kDate},
+    {"Contact", nullptr, {}, &TaskWriter::Contact},
     {"WBS", "TASK_WBS", Kind::kText, &TaskWriter::Outline},
     {"OutlineNumber", nullptr, {}, &TaskWriter::Outline},
     {"OutlineLevel", nullptr, {}, &TaskWriter::Level},
@@ -217,6 +237,11 @@ const Field<TaskWriter> TaskWriter::kFields[] = {
     {"Milestone", "TASK_IS_MILESTONE", Kind::kFlag, &TaskWriter::Milestone},
     {"Summary", nullptr, {}, &TaskWriter::Summary},
     {"Critical", "TASK_IS_CRITICAL", Kind::kFlag, &TaskWriter::Critical},
+    {"IsSubproject", "TASK_IS_SUBPROJ", Kind::kFlag},
+    {"IsSubprojectReadOnly", "TASK_IS_READONLY_SUBPROJ", Kind::kFlag},
+    {"SubprojectName", nullptr, {}, &TaskWriter::SubprojectFile},
+    {"ExternalTask", "TASK_IS_EXTERNAL", Kind::kFlag},
+    {"ExternalTaskProject", nullptr, {}, &TaskWriter::ExternalFile},
     {"EarlyStart", "TASK_EARLY_START", Kind::kDate, &TaskWriter::Start},
     {"EarlyFinish", "TASK_EARLY_FINISH", Kind::kDate, &TaskWriter::Finish},
     {"LateStart", "TASK_LATE_START", Kind::kDate, &TaskWriter::LateStart},
@@ -234,27 +259,47 @@ const Field<TaskWriter> TaskWriter::kFields[] = {
     {"ActualFinish", "TASK_ACT_FINISH", Kind::kDate},
     {"ActualDuration", "TASK_ACT_DUR", Kind::kDuration},
     {"ActualCost", "TASK_ACT_COST", Kind::kDecimal},
+    {"ActualOvertimeCost", "TASK_ACT_OVT_COST", Kind::kDecimal},
     {"ActualWork", "TASK_ACT_WORK", Kind::kWork},
+    {"ActualOvertimeWork", "TASK_ACT_OVT_WORK", Kind::kWork},
     {"RegularWork", "TASK_REG_WORK", Kind::kWork},
     {"RemainingDuration", "TASK_REM_DUR", Kind::kDuration},
     {"RemainingCost", "TASK_REM_COST", Kind::kDecimal},
     {"RemainingWork", "TASK_REM_WORK", Kind::kWork},
+    {"RemainingOvertimeCost", "TASK_REM_OVT_COST", Kind::kDecimal},
+    {"RemainingOvertimeWork", "TASK_REM_OVT_WORK", Kind::kWork},
     {"ConstraintType", "TASK_CONSTRAINT_TYPE", Kind::kInteger, &TaskWriter::Zero, 0, 7},
+    {"CalendarUID", "TASK_CAL_UID", Kind::kInteger},
     {"ConstraintDate", "TASK_CONSTRAINT_DATE", Kind::kDate},
     {"Deadline", "TASK_DEADLINE", Kind::kDate},
+    {"LevelAssignments", "TASK_LEVELING_ADJUSTS_ASSN", Kind::kFlag},
+    {"LevelingCanSplit", "TASK_LEVELING_CAN_SPLIT", Kind::kFlag},
+    {"LevelingDelay", "TASK_LEVELING_DELAY", Kind::kInteger},
+    {"LevelingDelayFormat", "TASK_LEVELING_DELAY_FMT", Kind::kInteger, nullptr, 3, 12},
+    {"PreLeveledStart", "TASK_PRELEVELED_START", Kind::kDate},
+    {"PreLeveledFinish", "TASK_PRELEVELED_FINISH", Kind::kDate},
+    {"Hyperlink", nullptr, {}, &TaskWriter::Hyperlink},
+    {"HyperlinkAddress", nullptr, {}, &TaskWriter::Address},
+    {"HyperlinkSubAddress", nullptr, {}, &TaskWriter::SubAddress},
     {"IgnoreResourceCalendar", "TASK_IGNORES_RES_CAL", Kind::kFlag},
     {"Notes", nullptr, {}, &TaskWriter::NoteText},
     {"HideBar", "TASK_BAR_IS_HIDDEN", Kind::kFlag},
     {"Rollup", "TASK_IS_ROLLED_UP", Kind::kFlag},
     {"PredecessorLink", nullptr, {}, &TaskWriter::Links},
-    {"ExtendedAttribute", nullptr, {}, &TaskWriter::Text1},
+    {"ExtendedAttribute", nullptr, {}, &TaskWriter::Fields},
     {"Baseline", nullptr, {}, &TaskWriter::Baseline},
+    {"OutlineCode", nullptr, {}, &TaskWriter::Codes},
+    {"TimephasedData", nullptr, {}, &TaskWriter::Timephased},
 };
 
 const Field<TaskWriter> TaskWriter::kBaselineFields[] = {
-    {"Number", nullptr, {}, &TaskWriter::Zero},  {"Start", "TASK_BASE_START", Kind::kDate},
-    {"Finish", "TASK_BASE_FINISH", Kind::kDate}, {"Duration", "TASK_BASE_DUR", Kind::kDuration},
-    {"Work", "TASK_BASE_WORK", Kind::kWork},     {"Cost", "TASK_BASE_COST", Kind::kDecimal},
+    {"Number", nullptr, {}, &TaskWriter::Zero},
+    {"Start", "TASK_BASE_START", Kind::kDate},
+    {"Finish", "TASK_BASE_FINISH", Kind::kDate},
+    {"Duration", "TASK_BASE_DUR", Kind::kDuration},
+    {"DurationFormat", "TASK_BASE_DUR_FMT", Kind::kInteger, &TaskWriter::BaselineFormat, 3, 12},
+    {"Work", "TASK_BASE_WORK", Kind::kWork},
+    {"Cost", "TASK_BASE_COST", Kind::kDecimal},
 };
 
 void TaskWriter::OpenRows() {
@@ -330,31 +375,61 @@ void TaskWriter::Links(Element& e, const char* name) {
     const std::int64_t format = FormatOr(link->lag.format, schedule::kFormatDays);
     child.Integer("LagFormat", format == kNoFormatOfLags ? schedule::kFormatDays : format);
   }
+  if (row_ != nullptr) OuterLinks(e, name);
 }
 
-void TaskWriter::Text1(Element& e, const char* name) {
-  const auto stored = text1_.find(task_.uid);
-  if (!task_.occurrence && stored == text1_.end()) return;
-  Element field = e.Child(name);
-  field.Integer("FieldID", kText1Field);
-  if (task_.occurrence) {
-    field.Integer("Value", *task_.occurrence);
-  } else {
-    field.Text("Value", stored->second);
+// Those that come from another project.
+void TaskWriter::OuterLinks(Element& e, const char* name) {
+  enum Column { kSuccessor, kLink, kPredecessor, kType, kLag, kFormat, kCross };
+  static constexpr RowField kEnds[] = {{"PredecessorUID", kPredecessor, Kind::kInteger},
+                                       {"Type", kType, Kind::kInteger, 0, 3},
+                                       {"CrossProject", kCross, Kind::kFlag}};
+  static constexpr RowField kLags[] = {{"LinkLag", kLag, Kind::kInteger},
+                                       {"LagFormat", kFormat, Kind::kInteger, 3, 12}};
+  for (const Row& row : outerLinks_.Of(task_.uid)) {
+    if (!IsNumeric(row[kCross]) || ToDouble(row[kCross]) == 0 || !IsNumeric(row[kLink])) continue;
+    Element child = e.Child(name);
+    WriteRow(kEnds, row, child);
+    child.Text("CrossProjectName",
+               paper_.fields.TextOf(Owner::kLink, ToInt32(row[kLink]), kOuterPredecessor));
+    WriteRow(kLags, row, child);
   }
 }
 
+// The number of the occurrence goes before what another program keeps in the field.
+void TaskWriter::Fields(Element& e, const char* name) {
+  if (task_.occurrence) {
+    Element field = e.Child(name);
+    field.Integer("FieldID", kText1Field);
+    field.Integer("Value", *task_.occurrence);
+  }
+  if (row_ == nullptr) return;
+  paper_.fields.WriteValues(Owner::kTask, task_.uid, e, name, task_.occurrence ? kText1Field : 0);
+}
+
+// A baseline may lack its dates.
+bool TaskWriter::HasBaseline() const {
+  enum Column { kStart, kFinish, kDuration, kFormat, kWork, kCost };
+  return !row_->At(baselineColumn_ + kStart).IsNull() ||
+         AnyNumber(*row_, baselineColumn_ + kDuration, 1) ||
+         AnyNumber(*row_, baselineColumn_ + kWork, 2);
+}
+
 void TaskWriter::Baseline(Element& e, const char* name) {
-  if (row_ == nullptr || row_->At(baselineColumn_).IsNull()) return;
-  Element baseline = e.Child(name);
-  WriteFields(kBaselineFields, *this, row_, baselineColumn_, baseline);
+  if (row_ == nullptr) return;
+  if (HasBaseline()) {
+    Element baseline = e.Child(name);
+    WriteFields(kBaselineFields, *this, row_, baselineColumn_, baseline);
+  }
+  baselines_.Write(task_.uid, e, name);
 }
 
 }  // namespace
 
-void WriteTasks(const PlanOnPaper& paper, Element tasks) {
+void WriteTasks(const PlanOnPaper& paper, Element tasks, WrittenCounts& counts) {
   TaskWriter writer(paper);
   writer.WriteAll(tasks);
+  TellBeyond(writer.OtherBaselines(), counts);
 }
 
 }  // namespace merivane::mspdi

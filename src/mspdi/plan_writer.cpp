@@ -58,8 +58,15 @@ WrittenCounts WritePlan(Connection& connection, std::int32_t project, const Date
   const ReadScope reading(&connection);
   schedule::Plan plan = schedule::ReadPlan(connection, project, today);
   schedule::Schedule dates = schedule::MakeSchedule(plan);
-  const PlanOnPaper paper{connection, project, std::move(plan), std::move(dates)};
-  WrittenCounts counts{.tasks = paper.plan.tasks.size(), .links = paper.plan.links.size()};
+  const PlanOnPaper paper{.connection = connection,
+                          .project = project,
+                          .plan = std::move(plan),
+                          .dates = std::move(dates),
+                          .fields = CustomFields(connection, project),
+                          .timephased = TimephasedData(connection, project)};
+  WrittenCounts counts{.tasks = paper.plan.tasks.size(),
+                       .links = paper.plan.links.size(),
+                       .warnings = paper.plan.warnings};
 
   pugi::xml_document document;
   document.append_child(pugi::node_declaration).append_attribute("version").set_value("1.0");
@@ -68,8 +75,15 @@ WrittenCounts WritePlan(Connection& connection, std::int32_t project, const Date
   root.append_attribute("xmlns").set_value("http://schemas.microsoft.com/project");
   Element whole(root);
   WriteHead(paper, whole);
-  WriteTasks(paper, whole.Child("Tasks"));
-  WriteResources(paper, whole, counts);
+  WriteTasks(paper, whole.Child("Tasks"), counts);
+  const Uids resources = WriteResources(paper, whole, counts);
+  WriteAssignments(paper, resources, whole, counts);
+  if (const std::size_t unknown = paper.fields.Unknown(); unknown > 0) {
+    counts.warnings.push_back(
+        std::to_string(unknown) +
+        (unknown == 1 ? " value of a custom field is" : " values of custom fields are") +
+        " of a number that no field has; left out.");
+  }
   SaveInPlaceOf(document, path);
   return counts;
 }

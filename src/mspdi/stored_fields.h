@@ -40,6 +40,17 @@ inline bool LiesWithin(const Value& value, std::int64_t least, std::int64_t most
   return number >= static_cast<double>(least) && number <= static_cast<double>(most);
 }
 
+// True where one of the columns from `first` on holds a number other than 0.
+inline bool AnyNumber(schedule::ProjectRows& rows, std::size_t first, std::size_t count) {
+  for (std::size_t column = first; column < first + count; ++column) {
+    const Value value = rows.At(column);
+    if (IsNumeric(value) && ToDouble(value) != 0) return true;
+  }
+  return false;
+}
+
+inline bool HasBounds(Kind kind) { return kind == Kind::kInteger || kind == Kind::kRateFormat; }
+
 // `rows` is null where the tables have no row for the record; the columns of the fields begin at
 // `column`.
 template <class Writer, std::size_t kCount>
@@ -49,7 +60,7 @@ void WriteFields(const Field<Writer> (&fields)[kCount], Writer& writer, schedule
     if (field.column != nullptr) {
       const Value value = rows != nullptr ? rows->At(column) : Value();
       ++column;
-      const bool fits = field.kind != Kind::kInteger || LiesWithin(value, field.least, field.most);
+      const bool fits = !HasBounds(field.kind) || LiesWithin(value, field.least, field.most);
       if (fits && element.Stored(field.element, field.kind, value)) continue;
     }
     if (field.own != nullptr) (writer.*field.own)(element, field.element);

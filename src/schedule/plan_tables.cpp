@@ -93,7 +93,8 @@ TaskRules RulesOf(ProjectRows& rows) {
   constexpr std::int64_t kElapsedDays = kFormatDays + 1;
   rules.levelingDelay = {std::max<Tenths>(rows.IntegerAt(kDelay, 0), 0),
                          rows.IntegerAt(kDelayFormat, kElapsedDays)};
-  if (rows.IntegerAt(kExternal, 0) != 0 || rows.IntegerAt(kManual, 0) != 0) {
+  rules.external = rows.IntegerAt(kExternal, 0) != 0;
+  if (rules.external || rows.IntegerAt(kManual, 0) != 0) {
     rules.fixedStart = MomentAt(rows, kStart);
     rules.fixedFinish = MomentAt(rows, kFinish);
   }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "batch_fixture.h"
+#include "raw_database.h"
 
 namespace merivane::test {
 
@@ -62,6 +63,26 @@ TEST_F(BatchXml, RunThatFailsOrIsRefusedLeavesEveryFile) {
     EXPECT_THAT(err.str(), HasSubstr(failure.told));
     EXPECT_EQ(Files(), files) << failure.told;
   }
+}
+
+TEST_F(BatchXml, ExportTellsWhatCannotBeInOneMessage) {
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--xml", xml}), 0);
+  std::string sql =
+      "update MSP_PROJECTS set PROJ_OPT_MINUTES_PER_DAY = 0;"
+      "insert into MSP_CALENDARS (PROJ_ID, CAL_UID, CAL_IS_BASE_CAL, CAL_NAME)"
+      " values (1, 1, -1, 'Standard');";
+  for (int day = 1; day <= 7; ++day) {
+    sql +=
+        "insert into MSP_CALENDAR_DATA (PROJ_ID, CAL_UID, CD_DAY_OR_EXCEPTION, CD_WORKING)"
+        " values (1, 1, " +
+        std::to_string(day) + ", 0);";
+  }
+  EXPECT_EQ(RawDatabase(plan).Run(sql), 0);
+  EXPECT_EQ(Run({"export", plan, "--project", "1", "--xml", xml, "--force"}), 3);
+  EXPECT_THAT(err.str(), testing::AllOf(HasSubstr("0 minutes a day"),
+                                        HasSubstr("'Standard' has no working time")));
+  EXPECT_THAT(out.str() + err.str(), HasSubstr("1 message was shown"));
+  EXPECT_THAT(ReadFile(xml), HasSubstr("<MinutesPerDay>480</MinutesPerDay>"));
 }
 
 TEST_F(BatchXml, CircleOfLinksStopsTheExportAndPutsTheRunBack) {

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "mspdi/plan_reader.h"
+#include "raw_database.h"
 #include "runtime/rtf_notes.h"
 #include "runtime/run_time_error.h"
 #include "store/recordset.h"
@@ -40,7 +41,7 @@ class Writer : public testing::Test {
     const std::string& source = path.empty() ? database : path;
     Connection connection(workspace);
     connection.Open(ConnectionText(source), OpenMode::kReadOnly);
-    WritePlan(connection, 1, kMonday, xml);
+    warnings = WritePlan(connection, 1, kMonday, xml).warnings;
     const std::string schema = MERIVANE_PLANS "/../mspdi/mspdi.xsd";
     if (std::filesystem::exists(schema) && std::system("xmllint --version 2> /dev/null") == 0) {
       EXPECT_EQ(std::system(("xmllint --noout --schema " + schema + " " + xml).c_str()), 0);
@@ -48,8 +49,26 @@ class Writer : public testing::Test {
     return ReadFile(xml);
   }
 
+  // A table that the template lacks.
+  void Make(const std::string& table) {
+    EXPECT_EQ(RawDatabase(database).Run("create table " + table), SQLITE_OK);
+  }
+
+  static void ExpectParts(const std::string& text, const std::vector<const char*>& parts) {
+    std::string flat;  // without the indentation
+    for (std::size_t at = 0; at < text.size(); ++at) {
+      if (text[at] == '\n') {
+        while (at + 1 < text.size() && text[at + 1] == ' ') ++at;
+      } else {
+        flat += text[at];
+      }
+    }
+    for (const char* part : parts) EXPECT_THAT(flat, HasSubstr(part));
+  }
+
   Workspace workspace;
   TemporaryFolder folder;
+  std::vector<std::string> warnings;
   std::string database = folder.Path("plan.mdb");
   std::string xml = folder.Path("plan.xml");
 };
@@ -84,6 +103,179 @@ TEST_F(Writer, StoredDatesAndFiguresGoBeforeTheSchedule) {
   const FilePlan plan = ReadPlanFile(xml);
   EXPECT_EQ(plan.tasks.size(), 3U);
   EXPECT_EQ(plan.assignments.size(), 1U);
+}
+
+TEST_F(Writer, CalendarsGoWithTheirExceptions) {
+  Add("MSP_PROJECTS",
+      {"PROJ_ID", "PROJ_INFO_CAL_NAME", "PROJ_OPT_MINUTES_PER_DAY", "PROJ_OPT_DEF_START_TIME",
+       "PROJ_OPT_DEF_FINISH_TIME", "PROJ_INFO_START_DATE", "PROJ_OPT_DAYS_PER_MONTH"},
+      {{1, "Night", 420, "1/5/2026 10:30:00 PM", "1/5/2026 6:00:00 AM", "1/5/2026", 22}});
+  Add("MSP_CALENDARS", {"PROJ_ID", "CAL_UID", "CAL_BASE_UID", "CAL_IS_BASE_CAL", "CAL_NAME"},
+      {{1, 4, -1, -1, "Night"}, {1, 7, 4, 0, Value()}, {1, 8, 4, 0, "Night"}});
+  Add("MSP_CALENDAR_DATA",
+      {"PROJ_ID", "CAL_UID", "CD_DAY_OR_EXCEPTION", "CD_WORKING", "CD_FROM_DATE", "CD_TO_DATE",
+       "CD_FROM_TIME1", "CD_TO_TIME1"},
+      {{1, 4, 1, 1, Value(), Value(), "10:00:00 PM", "12:00:00 AM"},
+       {1, 7, 0, 0, "1/6/2026", "1/8/2026", Value(), Value()},
+       {1, 7, 0, 1, "1/8/2026", "1/9/2026", "8:00:00 AM", "9:00:00 AM"}});
+  Add("MSP_RESOURCES", {"PROJ_ID", "RES_UID", "RES_ID", "RES_NAME", "RES_CAL_UID"},
+      {{1, 3, 1, "Crew", 7}});
+  ExpectParts(
+      Write(),
+      {"<CalendarUID>4</CalendarUID><DefaultStartTime>22:30:00</DefaultStartTime>"
+       "<DefaultFinishTime>06:00:00</DefaultFinishTime><MinutesPerDay>420</MinutesPerDay>",
+       "<DaysPerMonth>22</DaysPerMonth>", "<StartDate>2026-01-05T22:30:00</StartDate>",
+       "<WeekDay><DayType>1</DayType><DayWorking>1</DayWorking><WorkingTimes><WorkingTime>"
+       "<FromTime>22:00:00</FromTime><ToTime>00:00:00</ToTime>",
+       "<UID>7</UID><Name>Calendar 7</Name><IsBaseCalendar>0</IsBaseCalendar>"
+       "<BaseCalendarUID>4</BaseCalendarUID><WeekDays><WeekDay><DayType>0</DayType>"
+       "<DayWorking>0</DayWorking><TimePeriod><FromDate>2026-01-06T00:00:00</FromDate>"
+       "<ToDate>2026-01-08T23:59:00</ToDate></TimePeriod></WeekDay></WeekDays><Exceptions>",
+       "<Name>Night (2)</Name>", "<Occurrences>3</Occurrences>", "<CalendarUID>7</CalendarUID>"});
+  EXPECT_THAT(warnings, testing::ElementsAre(HasSubstr("exceptions that overlap")));
+}
+
+TEST_F(Writer, BaselinesAndTimephasedWorkGoToTheirOwners) {
+  Make("MSP_TASK_BASELINES (PROJ_ID, TASK_UID, TB_BASE_NUM, TB_BASE_START, TB_BASE_DUR)");
+  Make("MSP_RESOURCE_BASELINES (PROJ_ID, RES_UID, RB_BASE_NUM, RB_BASE_WORK, RB_BASE_COST)");
+  Make("MSP_ASSIGNMENT_BASELINES (PROJ_ID, ASSN_UID, AB_BASE_NUM, AB_BASE_FINISH)");
+  Add("MSP_TASKS",
+      {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_BASE_DUR", "TASK_BASE_WORK",
+       "TASK_RESUME_DATE", "TASK_REM_DUR", "TASK_ACT_START", "TASK_DUR"},
+      {{1, 1, 1, "split", 4800, Value(), "1/8/2026 8:00:00 AM", 2400, "1/5/2026 8:00:00 AM", 4800},
+       {1, 2, 2, "none", 0, 0, Value(), 0, Value(), 0}});
+  Add("MSP_RESOURCES", {"PROJ_ID", "RES_UID", "RES_ID", "RES_NAME", "RES_BASE_COST"},
+      {{1, 3, 1, "Crew", 500}});
+  Add("MSP_ASSIGNMENTS", {"PROJ_ID", "ASSN_UID", "TASK_UID", "RES_UID", "ASSN_BASE_START"},
+      {{1, 9, 1, 3, "1/5/2026 8:00:00 AM"}});
+  Add("MSP_TASK_BASELINES", {"PROJ_ID", "TASK_UID", "TB_BASE_NUM", "TB_BASE_START", "TB_BASE_DUR"},
+      {{1, 1, 10, "2/2/2026", 9600}, {1, 1, 11, "2/2/2026", 9600}});
+  Add("MSP_RESOURCE_BASELINES", {"PROJ_ID", "RES_UID", "RB_BASE_NUM", "RB_BASE_WORK"},
+      {{1, 3, 2, 60000}});
+  Add("MSP_ASSIGNMENT_BASELINES", {"PROJ_ID", "ASSN_UID", "AB_BASE_NUM", "AB_BASE_FINISH"},
+      {{1, 9, 1, "2/3/2026"}});
+  Add("MSP_TIMEPHASED_DATA",
+      {"PROJ_ID", "TD_UID", "TD_FIELD_ID", "TD_CATEGORY", "TD_REF_UID", "TD_START", "TD_FINISH",
+       "TD_UNITS", "TD_VALUE1", "TD_VALUE2", "TD_VALUE3", "TD_VALUE4"},
+      {{1, 1, 2, 3, 9, "1/5/2026 8:00:00 AM", "1/8/2026 12:00:00 PM", 2, 240000, 0, Value(),
+        240000},
+       {1, 2, 99, 3, 9, "1/5/2026", "1/6/2026", 2, 1, 1, 1, 1},
+       {1, 3, 2, 0, 9, "1/5/2026", "1/6/2026", 2, 1, 1, 1, 1}});
+  const std::string text = Write();
+  ExpectParts(text, {"<Finish>2026-01-08T12:00:00</Finish>",
+                     "<Baseline><Number>0</Number><Duration>PT8H0M0S</Duration>",
+                     "<Baseline><Number>10</Number><Start>2026-02-02T00:00:00</Start>"
+                     "<Duration>PT16H0M0S</Duration></Baseline>",
+                     "<Baseline><Number>2</Number><Work>PT1H0M0S</Work></Baseline>",
+                     "<Baseline><Number>1</Number><Finish>2026-02-03T00:00:00</Finish></Baseline>",
+                     "<TimephasedData><Type>2</Type><UID>1</UID><Start>2026-01-05T08:00:00</Start>"
+                     "<Finish>2026-01-06T08:00:00</Finish><Unit>2</Unit><Value>PT4H0M0S</Value>"
+                     "</TimephasedData><TimephasedData><Type>2</Type><UID>1</UID>"
+                     "<Start>2026-01-08T08:00:00</Start><Finish>2026-01-08T12:00:00</Finish>"});
+  EXPECT_THAT(text, testing::Not(HasSubstr("<Type>99</Type>")));
+  EXPECT_THAT(warnings, testing::ElementsAre("1 baseline has a number beyond 10; left out."));
+}
+
+TEST_F(Writer, CustomFieldsGoWithNamesListsAndCodes) {
+  Add("MSP_TASKS", {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "KV7_PROCOCC_HEX"},
+      {{1, 1, 1, "one", Value()}, {1, 2, 2, "two", 17}});
+  Add("MSP_RESOURCES", {"PROJ_ID", "RES_UID", "RES_ID", "RES_NAME"}, {{1, 1, 1, "Crew"}});
+  Add("MSP_ASSIGNMENTS", {"PROJ_ID", "ASSN_UID", "TASK_UID", "RES_UID"}, {{1, 5, 1, 1}});
+  Add("MSP_TEXT_FIELDS",
+      {"PROJ_ID", "TEXT_CATEGORY", "TEXT_REF_UID", "TEXT_FIELD_ID", "TEXT_VALUE"},
+      {{1, 0, 1, 188743731, "own"},
+       {1, 0, 2, 188743731, "not this"},
+       {1, 0, 2, 188744016, "thirty"},
+       {1, 1, 1, 205520905, "of a resource"},
+       {1, 3, 5, 255852762, "of an assignment"},
+       {1, 0, 1, 188743999 + 1000, "no field"}});
+  Add("MSP_NUMBER_FIELDS", {"PROJ_ID", "NUM_CATEGORY", "NUM_REF_UID", "NUM_FIELD_ID", "NUM_VALUE"},
+      {{1, 0, 1, 188743982, 2.5}});
+  Add("MSP_DATE_FIELDS",
+      {"PROJ_ID", "DATE_CATEGORY", "DATE_REF_UID", "DATE_FIELD_ID", "DATE_VALUE"},
+      {{1, 0, 1, 188743965, "1/5/2026 8:00:00 AM"}});
+  Add("MSP_DURATION_FIELDS",
+      {"PROJ_ID", "DUR_CATEGORY", "DUR_REF_UID", "DUR_FIELD_ID", "DUR_VALUE", "DUR_FMT"},
+      {{1, 0, 1, 188743784, 600, 5}});
+  Add("MSP_FLAG_FIELDS",
+      {"PROJ_ID", "FLAG_CATEGORY", "FLAG_REF_UID", "FLAG_FIELD_ID", "FLAG_VALUE"},
+      {{1, 1, 1, 205521022, -1}});
+  Add("MSP_CODE_FIELDS", {"PROJ_ID", "CODE_CATEGORY", "CODE_REF_UID", "CODE_FIELD_ID", "CODE_UID"},
+      {{1, 0, 1, 188744098, 3}});
+  Add("MSP_OUTLINE_CODES",
+      {"PROJ_ID", "CODE_UID", "OC_PARENT", "OC_FIELD_ID", "OC_NAME", "OC_DESCRIPTION"},
+      {{1, -65536, Value(), Value(), Value(), Value()},
+       {1, 2, 0, 188744098, "Site", "where"},
+       {1, 3, 2, 188744098, "North", Value()},
+       {1, 4, 0, 188744016, "listed", "a value"}});
+  Add("MSP_FIELD_ATTRIBUTES", {"PROJ_ID", "ATTRIB_FIELD_ID", "ATTRIB_ID", "AS_ID"},
+      {{1, 188743982, 206, 1}, {1, 188743737, 206, 2}, {1, 188743982, 207, 3}});
+  Add("MSP_ATTRIBUTE_STRINGS", {"PROJ_ID", "AS_ID", "AS_POSITION", "AS_VALUE"},
+      {{1, 3, 2, "+ 1"}, {1, 1, 0, "Risk"}, {1, 2, 0, "Unused"}, {1, 3, 1, "[Cost] "}});
+  ExpectParts(
+      Write(),
+      {"<FieldID>188743737</FieldID><FieldName>Text3</FieldName><Alias>Unused</Alias>",
+       "<FieldName>Number6</FieldName><Alias>Risk</Alias><Formula>[Cost] + 1</Formula>",
+       "<ValueList><Value><ID>4</ID><Value>listed</Value><Description>a value</Description>",
+       "<FieldName>Outline Code2</FieldName><Values><Value><ValueID>2</ValueID>",
+       "<ParentValueID>2</ParentValueID><Value>North</Value>",
+       "<FieldID>188743731</FieldID><Value>own</Value>",
+       "<FieldID>188743731</FieldID><Value>17</Value></ExtendedAttribute><ExtendedAttribute>"
+       "<FieldID>188744016</FieldID><Value>thirty</Value>",
+       "<FieldName>Finish7</FieldName>", "<Value>2026-01-05T08:00:00</Value>",
+       "<FieldName>Text2</FieldName>", "<Value>of a resource</Value>",
+       "<FieldName>Text11</FieldName>", "<Value>of an assignment</Value>",
+       "<FieldName>Flag10</FieldName>", "<Value>2.5</Value>", "<FieldName>Duration2</FieldName>",
+       "<Value>PT1H0M0S</Value><DurationFormat>5</DurationFormat>",
+       "<OutlineCode><FieldID>188744098</FieldID><ValueID>3</ValueID>"});
+  EXPECT_THAT(warnings, testing::ElementsAre(HasSubstr("1 value of a custom field is")));
+}
+
+TEST_F(Writer, LinksOutOfTheProjectRatesAndAddressesGoAlong) {
+  Add("MSP_TASKS",
+      {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_IS_SUBPROJ", "TASK_IS_EXTERNAL",
+       "TASK_START_DATE", "TASK_FINISH_DATE", "TASK_DUR"},
+      {{1, 1, 1, "inserted", -1, 0, Value(), Value(), 0},
+       {1, 2, 2, "elsewhere", 0, -1, "1/7/2026 8:00:00 AM", "1/8/2026 5:00:00 PM", 9600},
+       {1, 3, 3, "here", 0, 0, Value(), Value(), 4800}});
+  Add("MSP_LINKS",
+      {"PROJ_ID", "LINK_UID", "LINK_PRED_UID", "LINK_SUCC_UID", "LINK_TYPE", "LINK_LAG",
+       "LINK_LAG_FMT", "LINK_IS_CROSS_PROJ"},
+      {{1, 1, 2, 3, 1, 0, 7, 0}, {1, 2, 77, 3, 3, 4800, 7, -1}});
+  Add("MSP_RESOURCES",
+      {"PROJ_ID", "RES_UID", "RES_ID", "RES_NAME", "RES_TYPE", "RES_STD_RATE_FMT",
+       "RES_OVT_RATE_FMT"},
+      {{1, 1, 1, "Crew", -1, 7, 6}, {1, 2, 2, "Cement", 0, 8, 8}});
+  Add("MSP_RESOURCE_RATES",
+      {"PROJ_ID", "RR_UID", "RES_UID", "RR_RATE_TABLE", "RR_FROM_DATE", "RR_STD_RATE",
+       "RR_STD_RATE_FMT"},
+      {{1, 1, 1, 0, Value(), 25, 2}, {1, 2, 1, 1, "1/1/2026", 3000, 8}});
+  Add("MSP_AVAILABILITY", {"PROJ_ID", "AVAIL_UID", "RES_UID", "AVAIL_FROM", "AVAIL_UNITS"},
+      {{1, 1, 1, "1/1/2026", 0.5}});
+  Add("MSP_ASSIGNMENTS", {"PROJ_ID", "ASSN_UID", "TASK_UID", "RES_UID", "ASSN_RTF_NOTES"},
+      {{1, 5, 3, 1, Bytes{'{', '\\', 'r', 't', 'f', '1', ' ', 'o', 'k', '}'}},
+       {1, 6, 3, 2, Bytes{'{', '\\', 'r', 't', 'f', '1', ' ', 'c', 'u', 't', '\\', '\''}}});
+  Add("MSP_TEXT_FIELDS",
+      {"PROJ_ID", "TEXT_CATEGORY", "TEXT_REF_UID", "TEXT_FIELD_ID", "TEXT_VALUE"},
+      {{1, 0, 1, 188743706, "C:\\sub.mpp"},
+       {1, 0, 2, 188743706, "C:\\other.mpp"},
+       {1, 0, 3, 188743898, "http://plans.example"},
+       {1, 4, 2, 239075346, "C:\\other.mpp\\4"},
+       {1, 1, 1, 205520899, "Builders"},
+       {1, 1, 1, 205520931, "crew@plans.example"}});
+  ExpectParts(
+      Write(),
+      {"<IsSubproject>1</IsSubproject><SubprojectName>C:\\sub.mpp</SubprojectName>",
+       "<ExternalTask>1</ExternalTask><ExternalTaskProject>C:\\other.mpp</ExternalTaskProject>",
+       "<Start>2026-01-09T08:00:00</Start>", "<HyperlinkAddress>http://plans.example<",
+       "<PredecessorUID>77</PredecessorUID><Type>3</Type><CrossProject>1</CrossProject>"
+       "<CrossProjectName>C:\\other.mpp\\4</CrossProjectName><LinkLag>4800</LinkLag>",
+       "<Group>Builders</Group>", "<EmailAddress>crew@plans.example</EmailAddress>",
+       "<StandardRateFormat>7</StandardRateFormat>", "<StandardRateFormat>8</StandardRateFormat>",
+       "<Rate><RatesFrom>1984-01-01T00:00:00</RatesFrom>",
+       "<RateTable>1</RateTable><StandardRate>3000</StandardRate></Rate>",
+       "<AvailableUnits>0.5</AvailableUnits>", "<Notes>ok</Notes>", "<Notes>cut</Notes>"});
+  EXPECT_THAT(warnings, testing::IsEmpty());
 }
 
 TEST_F(Writer, NotesComeFromTheModelOrFromRichText) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "runtime/dates.h"
 #include "store/connection.h"
@@ -17,6 +18,7 @@ struct WrittenCounts {
   std::size_t resources = 0;
   std::size_t links = 0;
   std::size_t assignments = 0;
+  std::vector<std::string> warnings;  // what can't be and was left out, a sentence each
 };
 
 // Writes the plan of a project (see schedule/plan.h for which one that is) to `path` (UTF-8): made

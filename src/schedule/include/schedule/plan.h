@@ -42,6 +42,7 @@ struct TaskRules {
   std::optional<Tenths> fixedStart;  // both: of a task whose dates are its own
   std::optional<Tenths> fixedFinish;
   bool inactive = false;  // it has dates, and nothing else heeds it
+  bool external = false;  // it stands for a task of another project
 };
 
 struct PlanTask {

@@ -1,0 +1,73 @@
+// Custom fields of a plan: their values, and the declarations that give them names and lists.
+#pragma once
+
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "custom_field_names.h"
+#include "element.h"
+#include "store/connection.h"
+
+namespace merivane::mspdi {
+
+using namespace runtime;
+using namespace store;
+
+inline constexpr std::int64_t kText1Field = 188743731;
+
+class CustomFields {
+ public:
+  // From MSP_TEXT_FIELDS and its siblings, MSP_OUTLINE_CODES, MSP_FIELD_ATTRIBUTES and
+  // MSP_ATTRIBUTE_STRINGS. What a database lacks is empty.
+  CustomFields(Connection& connection, std::int32_t project);
+
+  // "Text1" is the key of the way back and is declared always.
+  void WriteOutlineCodes(Element& project) const;
+  void WriteDeclarations(Element& project) const;
+
+  // The values of one owner, without the fields that `leftOut` names.
+  void WriteValues(Owner owner, std::int64_t uid, Element& element, const char* name,
+                   std::int64_t leftOut = 0) const;
+  void WriteCodes(Owner owner, std::int64_t uid, Element& element, const char* name) const;
+
+  // The text of any field, a built-in one such as a hyperlink among them; empty without one.
+  std::string TextOf(Owner owner, std::int64_t uid, std::int64_t field) const;
+
+  // Values of numbers that are no field that this program knows.
+  std::size_t Unknown() const { return unknown_; }
+
+ private:
+  struct FieldValue {
+    std::int64_t field = 0;
+    Kind kind = Kind::kText;
+    Value value;
+    Value format;  // of a duration
+  };
+  struct Code {
+    std::int64_t uid = 0;
+    std::int64_t parent = 0;
+    std::string value;
+    std::string description;
+  };
+  struct Declaration {
+    std::string alias;
+    std::string formula;
+  };
+  using OwnerKey = std::pair<std::int64_t, std::int64_t>;  // category, UID
+
+  struct Table;
+  void ReadValues(Connection& connection, std::int32_t project, const Table& table);
+  void ReadCodes(Connection& connection, std::int32_t project);
+  void ReadDeclarations(Connection& connection, std::int32_t project);
+  std::map<std::int64_t, std::vector<std::string>> ReadStrings(Connection& connection,
+                                                               std::int32_t project) const;
+
+  std::map<OwnerKey, std::vector<FieldValue>> values_;
+  std::map<std::int64_t, std::vector<Code>> codes_;   // by field
+  std::map<std::int64_t, Declaration> declarations_;  // by field
+  std::size_t unknown_ = 0;
+};
+
+}  // namespace merivane::mspdi
