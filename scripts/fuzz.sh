@@ -1,19 +1,31 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each for so many minutes (1): scripts/fuzz.sh [MINUTES] [TARGET...]
+# Builds the fuzz targets and runs each for so many minutes (1):
+# scripts/fuzz.sh [--release] [MINUTES] [TARGET...]
+# --release takes the compiler and the flags that users get, no sanitizer: the corpus of earlier runs, the
+# seeds, and changes of them by a fixed rule; an abort is a finding.
 # A target runs in as many processes as there are cores, or WORKERS=N; they learn from each other by
 # build/fuzz/corpus. A finding ends the run, and its input is left in build/fuzz. With RUNS=N a target
 # ends after N executions.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+release=
+if [ "${1:-}" = --release ]; then
+  release=yes
+  shift
+fi
 minutes=${1:-1}
 shift || true
 scripts/install-packages.sh scripts/packages.txt scripts/packages-fuzz.txt
-out=build/fuzz
+corpus=$PWD/build/fuzz/corpus
+out=build/fuzz${release:+-release}
 flags="-O2 -g1 -fno-omit-frame-pointer -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined"
 # What costs most and finds least: the sanitizer of addresses sees a null pointer too.
 flags+=" -fno-sanitize=null,alignment,object-size,vptr -fno-sanitize-coverage=trace-cmp"
+compiler=(-DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++-14 "-DCMAKE_CXX_FLAGS_DEBUG=$flags")
+[ -z "$release" ] || compiler=(-DCMAKE_BUILD_TYPE=Release)
+mkdir -p build
 cmake -S . -B "$out" -G Ninja -DMERIVANE_FUZZ=ON -DMERIVANE_DESKTOP=OFF -DBUILD_TESTING=OFF \
-  -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_CXX_FLAGS_DEBUG="$flags" > "$out.log" ||
+  "${compiler[@]}" > "$out.log" ||
   { cat "$out.log"; exit 1; }
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] || for source in tests/fuzz/*_fuzz.cpp; do
@@ -53,6 +65,16 @@ run_workers() {
     unset "running[$ended]"
   done
 }
+
+if [ -n "$release" ]; then
+  for target in "${targets[@]}"; do
+    echo "== $target on the release build's flags"
+    mkdir -p "$corpus/$target"
+    MALLOC_CHECK_=3 MALLOC_PERTURB_=165 "bin/fuzz_$target" $((minutes * 60)) "${longest[$target]}" \
+      "seeds/$target" "$corpus/$target"
+  done
+  exit
+fi
 
 for target in "${targets[@]}"; do
   mkdir -p "corpus/$target"

@@ -57,6 +57,9 @@ TEST_F(SafeRuns, AFailedRunLeavesEveryFileAsItWas) {
   folder.Write("empty.txt", "");
   folder.Write("letter.mpx", "Dear reader\r\n");
   folder.Write("empty.mpx", "");
+  folder.Write("number.mpx",
+               "MPX,Microsoft Project for Windows,4.0,ANSI\r\n12,0,0,480,/,:,AM,PM\r\n"
+               "99999,a line longer than the one before it\r\n");
   fs::copy_file(Sample("bakery.txt"), folder.Path("choice.txt"));
   fs::copy_file(mpx, folder.Path("stops.mpx"));
   Replace(folder.Path("stops.mpx"), ",\"4\",", ",\"4SS\",");  // told after the tasks came back
@@ -68,6 +71,7 @@ TEST_F(SafeRuns, AFailedRunLeavesEveryFileAsItWas) {
       {"to-project", "@choice.txt", "--database", "@plan.mdb", "--append"},
       {"to-model", "--mpx", "@empty.mpx", "--interim", "@plan.mdb", "--overwrite", "--output",
        "@model.txt", "--force"},
+      {"to-model", "--mpx", "@number.mpx", "--interim", "@plan.mdb", "--merge", "1", "--dry-run"},
       {"to-model", "--mpx", "@letter.mpx", "--interim", "@plan.mdb", "--merge", "1", "--output",
        "@x.txt"},
       {"to-model", "--mpx", "@stops.mpx", "--interim", "@plan.mdb", "--merge", "1", "--output",
@@ -179,7 +183,7 @@ TEST_F(SafeRuns, WhatKilledRunsLeftGoesAfterADay) {
   const std::string old = leave("merivane-01234567890123456789.mdb-journal", 25);
   const std::string young = leave("merivane-11234567890123456789", 23);
   const std::string users = leave("merivane-2024.mdb", 9999);
-  EXPECT_EQ(ToProject(model, {"--append"}), kDone) << err.str();
+  EXPECT_EQ(ToProject(model, {"--overwrite"}), kDone) << err.str();
   EXPECT_FALSE(fs::exists(old));
   EXPECT_TRUE(fs::exists(young) && fs::exists(users));
 }
