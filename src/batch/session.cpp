@@ -87,8 +87,9 @@ bool Session::CloseAll() {
   return committed == kDone && closed == kDone;
 }
 
-// The closing line comes first: what can't be told is put back.
+// The closing line comes before the last step: what can't be told is put back.
 int Session::Conclude(int status) {
+  kept.Flush();
   if (!report_.empty() && !quiet) out << PrintableText(report_) << '\n';
   out.flush();
   if (!out) {

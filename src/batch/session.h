@@ -14,6 +14,7 @@
 #include "program/error_boxes.h"
 #include "program/program.h"
 #include "progress_line.h"
+#include "shell/browse.h"
 #include "shell/frmMain.h"
 #include "shell/kept_files.h"
 #include "shell/modal_forms.h"
@@ -50,6 +51,19 @@ class Session {
     return press();
   }
 
+  // Keeps the database that the form is about to replace or change, until it is told how the run
+  // ended; `changed`: what stays of one that is changed.
+  template <typename Form>
+  void KeepDatabase(Form& form, const std::string& path, Copy changed) {
+    form.OnDatabaseReplaced = [this, &form, path](const std::string& copy) {
+      kept.KeepReplaced(program.workspace, path, desktop.TemplatePath(), copy, form.CopyOfReplaced);
+    };
+    if (!FileIsThere(path)) return;
+    form.OnDatabaseTaken = [this, path, changed] {
+      kept.KeepDatabase(program.workspace, path, changed);
+    };
+  }
+
   // A word of the batch program itself on standard error.
   void Say(const std::string& text) const;
   int Refuse(const std::string& text) const {
@@ -81,9 +95,9 @@ class Session {
   bool quiet;
   MessageLog log;
   mutable ProgressLine progressLine;  // goes whenever something is said
-  KeptFiles kept;
   ScriptedDesktop desktop;
   Program program;
+  KeptFiles kept;
   frmMain main;
 
  private:

@@ -80,16 +80,9 @@ bool FindMergedProject(Session& session, const ToModelOptions& options,
 bool BrowseInterim(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   form.KeepBackup = false;
-  const auto keep = [&session, &options] {
-    session.kept.KeepDatabase(
-        session.program.workspace, options.interim,
-        options.noBackup ? KeptFiles::Copy::kUntilDone : KeptFiles::Copy::kBackup);
-  };
-  if (options.merge.empty()) {
-    keep();
-  } else {
-    form.OnDatabaseTaken = keep;
-  }
+  const Copy copy = options.noBackup ? Copy::kUntilDone : Copy::kBackup;
+  form.CopyOfReplaced = copy;
+  session.KeepDatabase(form, options.interim, options.merge.empty() ? Copy::kUntilDone : copy);
   return session.Browse(options.interim, [&] { return form.PickInterimDb(); });
 }
 

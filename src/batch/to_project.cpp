@@ -46,16 +46,7 @@ void AnswerAppend(frmDbFileAppend& question, const ToProjectOptions& options) {
 bool BrowseDatabase(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   form.KeepBackup = false;
-  const auto keep = [&session, &options] {
-    session.kept.KeepDatabase(
-        session.program.workspace, options.database,
-        options.overwrite ? KeptFiles::Copy::kBackup : KeptFiles::Copy::kUntilDone);
-  };
-  if (options.append && FileIsThere(options.database)) {
-    form.OnDatabaseTaken = keep;
-  } else {
-    keep();
-  }
+  session.KeepDatabase(form, options.database, Copy::kUntilDone);
   return session.Browse(options.database, [&] { return form.PickDatabase(); });
 }
 

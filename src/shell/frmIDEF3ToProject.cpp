@@ -113,7 +113,9 @@ bool frmIDEF3ToProject::CopyTemplate(const std::string& path) {
     return true;
   }
   const bool replaced = RunUnlessCancelled(state_.progress, [&] {
-    BackupName = ReplaceDatabase(state_.workspace, templatePath, path, KeepBackup);
+    const std::string copy = ReplaceDatabase(state_.workspace, templatePath, path, CopyOfReplaced);
+    if (CopyOfReplaced == Copy::kBackup) BackupName = copy;
+    if (OnDatabaseReplaced) OnDatabaseReplaced(copy);
   });
   if (!replaced) return false;
   pick_.Replaced(BackupName);
@@ -245,7 +247,7 @@ void frmIDEF3ToProject::Generate() {
   const std::string xml = XmlStandIn.empty() ? txtXml.text : XmlStandIn;
   CancellableRun run;
   run.take = [this] { return TakeDatabase(); };
-  if (KeepBackup) run.targets = {database, KeptFiles::Copy::kUntilDone, txtMpx.text};
+  if (KeepBackup) run.targets = {database, Copy::kUntilDone, txtMpx.text};
   run.driver = [&] { return GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, xml); };
   run.drop = [this] { DropRun(); };
   GenerateResult = RunUntilCancelled(state_, run).done;

@@ -172,8 +172,11 @@ bool frmProjectToIDEF3::MakeInterimDb(TextBox& box) {
     ProveTemplateDb(state_.workspace, templatePath);  // nothing is replaced by what fails here
   }
   const auto replace = [&] {
-    BackupName = ReplaceDatabase(state_.workspace, templatePath, box.text, KeepBackup);
+    const std::string copy =
+        ReplaceDatabase(state_.workspace, templatePath, box.text, CopyOfReplaced);
+    if (CopyOfReplaced == Copy::kBackup) BackupName = copy;
     pick_.Replaced(BackupName);
+    if (OnDatabaseReplaced) OnDatabaseReplaced(copy);
   };
   return RunInterimPick(box, replace) && OpenInterim(box);
 }
@@ -306,7 +309,7 @@ void frmProjectToIDEF3::cmdOK() {
 }
 
 bool frmProjectToIDEF3::TakeInterimDb() try {
-  if (!state_.gRoundTripMerge || OpenInterimName().empty()) return true;
+  if (OpenInterimName().empty()) return true;
   state_.gInterimConn->BeginWrite();
   if (OnDatabaseTaken) OnDatabaseTaken();
   return true;
@@ -333,7 +336,7 @@ void frmProjectToIDEF3::GenerateFromFile() {
   run.take = [this] { return TakeInterimDb(); };
   if (KeepBackup) {
     run.targets.database = database;
-    if (state_.gRoundTripMerge) run.targets.copy = KeptFiles::Copy::kBackup;
+    if (state_.gRoundTripMerge) run.targets.copy = Copy::kBackup;
   }
   run.driver = [this] { return TranslateFile(); };
   run.drop = [this] { DropRun(); };

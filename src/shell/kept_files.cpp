@@ -20,26 +20,38 @@ void Remove(const fs::path& path) {
   fs::remove(path, ignored);
 }
 
-// Goes unless it is let go of.
-class NewFile {
- public:
-  explicit NewFile(std::string path) : path_(std::move(path)) {}
-  ~NewFile() {
-    if (!path_.empty()) Remove(PathOf(path_));
+// Gives the file the first free name of ".bak", ".bak2", ... beside `path`. A name is only ever
+// taken by a file that is whole.
+std::string GiveBackupName(const std::string& file, const std::string& path) {
+  for (int number = 1;; ++number) {
+    const std::string name = path + ".bak" + (number > 1 ? std::to_string(number) : "");
+    std::error_code error;
+    fs::create_hard_link(PathOf(file), PathOf(name), error);
+    if (!error) {
+      Remove(PathOf(file));
+      return name;
+    }
+    if (error == std::errc::file_exists) continue;
+    // The disk knows no second names.
+    if (!MakeNewFile(name)) continue;
+    const std::error_code failure = MoveInPlace(PathOf(file), PathOf(name));
+    if (!failure) return name;
+    Remove(PathOf(name));
+    throw FileError(kPermissionDenied, name);
   }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  const std::string& Path() const { return path_; }
-  std::string LetGo() { return std::exchange(path_, {}); }
+}
 
- private:
-  std::string path_;
-};
-
-std::string ClaimBackupName(const std::string& path) {
-  std::string name = path + ".bak";
-  for (int number = 2; !MakeNewFile(name); ++number) name = path + ".bak" + std::to_string(number);
-  return name;
+// Copies what stands at `path` by `make`, which is given a temporary name.
+template <typename Make>
+std::string MakeCopy(const std::string& path, Copy copy, const Make& make) {
+  const std::string name = TemporaryNameBeside(copy == Copy::kBackup ? path : Followed(path));
+  try {
+    make(name);
+    return copy == Copy::kBackup ? GiveBackupName(name, path) : name;
+  } catch (...) {
+    Remove(PathOf(name));
+    throw;
+  }
 }
 
 bool MayBeWritten(const std::string& path) {
@@ -47,19 +59,20 @@ bool MayBeWritten(const std::string& path) {
 }
 
 // The name of a temporary file is given up for one that no later run clears away.
-std::string NotPutBack(const std::string& path, const std::string& kept, bool temporary) {
+std::string NotPutBack(const std::string& path, const std::string& kept, bool temporary,
+                       const char* why) {
   std::string name = kept;
   try {
-    if (temporary) name = ClaimBackupName(path);
-    if (temporary && MoveInPlace(PathOf(kept), PathOf(name))) {
-      Remove(PathOf(name));
-      name = kept;
-    }
+    if (temporary) name = GiveBackupName(kept, path);
   } catch (const RunTimeError&) {
     name = kept;
   }
-  return path + " can't be put back; as it was it is kept in " + name + ".";
+  return path + why + "; as it was it is kept in " + name + ".";
 }
+
+constexpr const char* kCantBePutBack = " can't be put back";
+constexpr const char* kChangedSince =
+    " was changed by another program in the meantime and is left alone";
 
 bool TakesAnothersPlace(const std::string& path) {
   std::error_code error;
@@ -69,31 +82,37 @@ bool TakesAnothersPlace(const std::string& path) {
 
 }  // namespace
 
-std::string MakeBackup(Workspace& workspace, const std::string& path) {
-  NewFile backup(ClaimBackupName(path));
-  workspace.CopyDatabase(path, backup.Path());
-  return backup.LetGo();
-}
-
 std::string ReplaceDatabase(Workspace& workspace, const std::string& from, const std::string& to,
-                            bool keepBackup) {
-  NewFile backup(keepBackup && FileIsThere(to) ? MakeBackup(workspace, to) : "");
-  workspace.CopyDatabase(from, to);
-  return backup.LetGo();
+                            Copy copy) {
+  const auto replace = [&](const std::string& backup) {
+    workspace.ReplaceDatabase(from, to, backup);
+  };
+  if (copy != Copy::kNone && FileIsThere(to)) return MakeCopy(to, copy, replace);
+  replace("");
+  return {};
 }
 
 KeptFiles::~KeptFiles() { PutBack(); }
 
 void KeptFiles::KeepDatabase(Workspace& workspace, const std::string& path, Copy copy) {
-  databases_.push_back({path, "", copy});
+  workspace_ = &workspace;
+  databases_.push_back({path, "", copy, "", false});
+  Database& database = databases_.back();
   if (!FileIsThere(path)) return;
-  if (copy == Copy::kBackup) {
-    databases_.back().copy = MakeBackup(workspace, path);
-  } else {
-    NewFile made(TemporaryNameBeside(Followed(path)));
-    workspace.CopyDatabase(path, made.Path());
-    databases_.back().copy = made.LetGo();
-  }
+  const auto copyTo = [&](const std::string& name) { workspace.CopyDatabase(path, name); };
+  if (copy == Copy::kBackup) database.copy = MakeCopy(path, copy, copyTo);
+  database.held = workspace.Hold(path);
+  if (!database.held && database.copy.empty()) database.copy = MakeCopy(path, copy, copyTo);
+}
+
+void KeptFiles::KeepReplaced(Workspace& workspace, const std::string& path, const std::string& made,
+                             const std::string& backup, Copy copy) {
+  workspace_ = &workspace;
+  databases_.push_back({path, backup, copy, made, false});
+}
+
+void KeptFiles::Flush() {
+  if (workspace_ != nullptr) workspace_->FlushHeld();
 }
 
 std::string KeptFiles::StandInFor(const std::string& path) {
@@ -122,7 +141,9 @@ void KeptFiles::Finish() {
   std::erase_if(newFiles_, [](const NewPlace& made) { return !FileIsThere(Utf8Of(made.standIn)); });
   std::vector<fs::path> copies;
   for (const Database& database : databases_) {
-    if (database.kind == Copy::kUntilDone) copies.push_back(PathOf(database.copy));
+    if (database.kind == Copy::kUntilDone && !database.copy.empty()) {
+      copies.push_back(PathOf(database.copy));
+    }
   }
   for (NewPlace& made : newFiles_) Prepare(made);
   for (NewPlace& made : newFiles_) {
@@ -130,10 +151,12 @@ void KeptFiles::Finish() {
       throw FileError(kPermissionDenied, Utf8Of(made.place));
     made.moved = true;
   }
+  if (workspace_ != nullptr) workspace_->KeepHeld();
   for (const NewPlace& made : newFiles_) Remove(made.old);
   for (const fs::path& copy : copies) Remove(copy);
   newFiles_.clear();
   databases_.clear();
+  workspace_ = nullptr;
 }
 
 // The old file stays at hand under a second name, where the disk knows such names.
@@ -144,10 +167,24 @@ void KeptFiles::Prepare(NewPlace& made) {
   made.stood = fs::exists(status);
   if (!made.stood) return;
   fs::permissions(made.standIn, status.permissions(), error);
-  if (newFiles_.size() == 1) return;
+  if (newFiles_.size() == 1 && databases_.empty()) return;
   fs::path old = PathOf(TemporaryNameBeside(Utf8Of(made.place)));
   fs::create_hard_link(made.place, old, error);
   if (!error) made.old = std::move(old);
+}
+
+// A sentence where it can't be put back, or is left alone.
+std::string KeptFiles::Restore(const Database& database) try {
+  if (database.copy.empty()) return {};
+  if (database.held) {
+    Remove(PathOf(database.copy));
+    return {};
+  }
+  if (workspace_->PutBack(database.copy, database.path, database.made)) return {};
+  return NotPutBack(database.path, database.copy, database.kind == Copy::kUntilDone, kChangedSince);
+} catch (const std::exception&) {
+  return NotPutBack(database.path, database.copy, database.kind == Copy::kUntilDone,
+                    kCantBePutBack);
 }
 
 std::vector<std::string> KeptFiles::PutBack() noexcept try {
@@ -155,26 +192,19 @@ std::vector<std::string> KeptFiles::PutBack() noexcept try {
   for (const NewPlace& made : newFiles_) {
     Remove(made.moved && !made.stood ? made.place : made.standIn);
     if (made.moved && !made.old.empty() && MoveInPlace(made.old, made.place)) {
-      failures.push_back(NotPutBack(Utf8Of(made.place), Utf8Of(made.old), true));
+      failures.push_back(NotPutBack(Utf8Of(made.place), Utf8Of(made.old), true, kCantBePutBack));
     } else {
       Remove(made.old);
     }
   }
   newFiles_.clear();
+  if (workspace_ != nullptr) workspace_->DropHeld();
   for (const Database& database : databases_) {
-    if (database.copy.empty()) continue;
-    try {
-      if (Workspace::IsAsCopied(database.path, database.copy)) {
-        Remove(PathOf(database.copy));
-      } else {
-        Workspace::PutInPlace(database.copy, database.path);
-      }
-    } catch (const std::exception&) {
-      failures.push_back(
-          NotPutBack(database.path, database.copy, database.kind == Copy::kUntilDone));
-    }
+    const std::string failure = Restore(database);
+    if (!failure.empty()) failures.push_back(failure);
   }
   databases_.clear();
+  workspace_ = nullptr;
   return failures;
 } catch (...) {
   return {};

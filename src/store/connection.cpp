@@ -51,6 +51,8 @@ Connection::~Connection() {
 void Connection::Open(const std::string& connectionText, OpenMode mode) {
   if (IsOpen()) throw RunTimeError(kObjectOpen);
   databaseName_ = PathIn(connectionText);
+  engine_ = workspace_.state_->HeldOn(databaseName_);
+  if (engine_) return;
   const bool inUse = workspace_.state_->CommitOthers(databaseName_, this);
   const auto written = WhenWritten(databaseName_);
   auto& proven = workspace_.state_->proven[databaseName_];
@@ -66,6 +68,7 @@ void Connection::Close() {
   if (!IsOpen()) throw RunTimeError(kObjectClosed);
   const std::shared_ptr<Engine> engine = std::move(engine_);
   engine_ = nullptr;
+  if (engine == workspace_.state_->held) return;
   engine->CloseSets();
   engine->Commit();
   if (engine->Transaction() == 0 || !engine->HoldsFile()) return;
@@ -79,7 +82,7 @@ bool Connection::IsOpen() const { return engine_ != nullptr; }
 
 void Connection::Commit() {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
-  engine_->Commit();
+  if (engine_ != workspace_.state_->held) engine_->Commit();
 }
 
 void Connection::BeginWrite() {

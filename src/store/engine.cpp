@@ -144,6 +144,10 @@ void Engine::BeginWrite() {
     LetGo();
     Execute(Database(), kBegin, path_);
   }
+  if (HasMoved(Database())) {
+    Execute(Database(), "rollback", path_);
+    throw InUseError(path_);
+  }
   inTransaction_ = true;
   ++transaction_;
   changesBefore_ = sqlite3_total_changes64(Database());
@@ -162,6 +166,18 @@ void Engine::Commit() {
   if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) {
     Execute(Database(), "commit", path_);
   }
+  inTransaction_ = false;
+}
+
+void Engine::Flush() {
+  const int result = sqlite3_db_cacheflush(Database());
+  if (result != SQLITE_OK && result != SQLITE_BUSY) throw DatabaseError(Database(), path_);
+}
+
+// What can't be undone now is undone from the journal by who opens the file next.
+void Engine::RollBack() noexcept {
+  LetGo();
+  sqlite3_exec(Database(), "rollback", nullptr, nullptr, nullptr);
   inTransaction_ = false;
 }
 

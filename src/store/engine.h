@@ -78,6 +78,8 @@ class Engine {
   // A transaction runs in which nothing has been written yet.
   bool IsTaken() const;
   void Commit();
+  void Flush();  // what was written goes to the disk, the transaction stays open
+  void RollBack() noexcept;
   void CloseSets() noexcept;
 
   void BeforeInsert(const TableData& table, std::int64_t rowId);

@@ -61,6 +61,12 @@ std::string FromColumn(const char* utf8, std::size_t size) {
 
 }  // namespace
 
+bool HasMoved(sqlite3* database) {
+  int moved = 0;
+  sqlite3_file_control(database, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+  return moved != 0;
+}
+
 RunTimeError InUseError(const std::string& path) {
   return {kPermissionDenied, ErrorText(kPermissionDenied) + ": the database '" + FromUtf8(path) +
                                  "' is in use by another program."};

@@ -32,6 +32,8 @@ using Literal = std::variant<std::int64_t, double, std::string>;
 // with SQLite's words and `path`. A text beyond the limit is looked for, to tell its table and
 // column.
 RunTimeError DatabaseError(sqlite3* database, const std::string& path);
+// Whether another process has put a file in the place of this one since it was opened.
+bool HasMoved(sqlite3* database);
 RunTimeError InUseError(const std::string& path);  // 70
 
 // The error is kStatementError where SQLite refuses the text.

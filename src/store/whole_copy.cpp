@@ -139,13 +139,18 @@ void CopyBytes(const std::string& from, const std::string& to, const std::string
   Compare(again, to, shown, work);
 }
 
-bool HaveSameBytes(const std::string& a, const std::string& b) try {
+bool HaveSameBytes(const std::string& a, const std::string& b) {
   FileBlocks left(a);
   FileBlocks right(b);
   Work nobody;
   return AreSame(left, right, nobody);
-} catch (const RunTimeError&) {
-  return false;
+}
+
+bool HasBytesOf(sqlite3* database, const std::string& path, const std::string& other) {
+  OpenDatabaseBlocks left(database, path);
+  FileBlocks right(other);
+  Work nobody;
+  return AreSame(left, right, nobody);
 }
 
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,

@@ -16,7 +16,10 @@ inline constexpr const char* kCopying = "Copying the database";
 // hears of each block.
 void CopyBytes(const std::string& from, const std::string& to, const std::string& shown,
                Work& work);
-bool HaveSameBytes(const std::string& a, const std::string& b);  // false where one can't be read
+// Errors as above where one can't be read.
+bool HaveSameBytes(const std::string& a, const std::string& b);
+// The same for the open database in the file `path`, which is not opened once more.
+bool HasBytesOf(sqlite3* database, const std::string& path, const std::string& other);
 
 // Of an open database. REQUIRES: nobody writes to it meanwhile, and no log stands beside it.
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,

@@ -30,20 +30,50 @@ bool HasJournal(const std::string& path) {
   return HasLog(path) || fs::exists(PathOf(path + "-journal"), error);
 }
 
-// Refuses a file that may not be written or that another process holds locked. A transaction that a
-// crash has cut off is undone by this.
-void CheckReplaceable(const std::string& path) {
+// Keeps other processes from the file while it lives, null where no database is there. Refuses a
+// file that may not be written or that another process holds locked. A transaction that a crash has
+// cut off is undone by this.
+DatabaseHandle LockForReplacement(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(PathOf(path), error);
-  if (!fs::exists(status)) return;
+  if (!fs::exists(status)) return nullptr;
   const bool writable =
       fs::is_regular_file(status) && std::ofstream(PathOf(path), std::ios::app | std::ios::binary);
   if (!writable) throw FileError(kPermissionDenied, path);
-  if (KindOfFile(path) == FileKind::kOther) return;
-  const DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
+  if (KindOfFile(path) == FileKind::kOther) return nullptr;
+  DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
   const int result =
       sqlite3_exec(database.get(), "begin exclusive", nullptr, nullptr, nullptr) & 0xFF;
-  if (result == SQLITE_BUSY || result == SQLITE_LOCKED) throw FileError(kPermissionDenied, path);
+  const bool isTaken = result == SQLITE_BUSY || result == SQLITE_LOCKED;
+  if (isTaken || HasMoved(database.get())) throw InUseError(path);
+  return database;
+}
+
+// False too where the disk gives no answer.
+bool IsChanged(sqlite3* lock, const std::string& path, const std::string& made) try {
+  std::error_code error;
+  if (!fs::exists(PathOf(path), error)) return false;
+  return lock == nullptr ? !HaveSameBytes(path, made) : !HasBytesOf(lock, path, made);
+} catch (const RunTimeError&) {
+  return false;
+}
+
+// Undoes from its journal what a rollback could not; who opens the file next does it otherwise.
+void Recover(const std::string& path) noexcept {
+  try {
+    const DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
+    sqlite3_exec(database.get(), "begin immediate; rollback", nullptr, nullptr, nullptr);
+  } catch (const std::exception&) {
+    // The journal stays.
+  }
+}
+
+// Of a file that a lock keeps others from, if it is a database. REQUIRES: the file is opened by no
+// other way meanwhile, since closing it would end the lock.
+void CopyLocked(sqlite3* lock, const std::string& from, const std::string& to, Work& work) {
+  if (lock == nullptr) return CopyBytes(from, to, to, work);
+  if (HasLog(from)) return CopyDatabasePages(lock, from, to, to, work);
+  CopyOpenDatabaseBytes(lock, from, to, to, work);
 }
 
 void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const std::string& shown,
@@ -61,6 +91,21 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const
   CopyDatabasePages(source.get(), from, to, shown, work);
 }
 
+// From another disk too. The lock on what stood there ends behind it.
+void MoveOver(const std::string& made, const std::string& target, const DatabaseHandle& /*lock*/,
+              Work& work) {
+  RemoveJournals(target);
+  std::error_code failure = MoveInPlace(PathOf(made), PathOf(target));
+  if (failure == std::errc::cross_device_link) {
+    const NewFile source(made);
+    const NewFile near(TemporaryNameBeside(target));
+    CopyBytes(made, near.Path(), target, work);
+    failure = MoveInPlace(PathOf(near.Path()), PathOf(target));
+  }
+  if (failure) throw SystemError(failure, target);
+  SyncFolderOf(target);
+}
+
 bool Holds(const Engine* engine, const std::string& path) {
   return engine != nullptr && engine->HoldsFile() && IsSameFile(engine->Path(), path);
 }
@@ -73,7 +118,7 @@ bool Workspace::State::CommitOthers(const std::string& path, const Connection* s
     Engine* engine = EngineOf(*connection);
     if (connection == self || !Holds(engine, path)) continue;
     any = true;
-    if (!engine->IsWaiting()) engine->Commit();
+    if (!engine->IsWaiting() && engine != held.get()) engine->Commit();
   }
   return any;
 }
@@ -84,6 +129,10 @@ Engine* Workspace::State::EngineOn(const std::string& path) const {
     if (Holds(engine, path)) return engine;
   }
   return nullptr;
+}
+
+std::shared_ptr<Engine> Workspace::State::HeldOn(const std::string& path) const {
+  return Holds(held.get(), path) ? held : nullptr;
 }
 
 // Nobody asks for SQLite's statistics of memory, which take a lock for each piece of it.
@@ -113,38 +162,71 @@ void Workspace::CommitAllQuietly() noexcept {
 }
 
 void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
+  ReplaceDatabase(from, to, "");
+}
+
+void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
+                                const std::string& backup) {
   std::error_code error;
   if (!fs::exists(PathOf(from), error)) throw FileError(kFileNotFound, from);
   if (IsSameFile(from, to)) throw FileError(kPermissionDenied, to);
   Engine* source = state_->EngineOn(from);
   if (source == nullptr || !source->IsTaken()) state_->CommitOthers(from, nullptr);
-  const bool held = state_->CommitOthers(to, nullptr);
-  if (!held) CheckReplaceable(to);
+  const bool isOpenHere = state_->CommitOthers(to, nullptr);
   const std::string target = Followed(to);
   const NewFile made(TemporaryNameBeside(target));
+  const DatabaseHandle lock = isOpenHere ? nullptr : LockForReplacement(to);
   CopyTo(from, source, made.Path(), to, *work);
   if (fs::exists(PathOf(target), error)) {
     fs::permissions(PathOf(made.Path()), fs::status(PathOf(target), error).permissions(), error);
   }
-  PutInPlace(made.Path(), target);
-}
-
-bool Workspace::IsAsCopied(const std::string& path, const std::string& copy) {
-  return !HasJournal(path) && HaveSameBytes(path, copy);
-}
-
-void Workspace::PutInPlace(const std::string& copy, const std::string& to) {
-  const std::string target = Followed(to);
-  RemoveJournals(target);
-  const std::error_code failure = MoveInPlace(PathOf(copy), PathOf(target));
-  if (failure == std::errc::cross_device_link) {
-    Workspace().CopyDatabase(copy, target);
-    std::error_code ignored;
-    fs::remove(PathOf(copy), ignored);
-  } else if (failure) {
-    throw SystemError(failure, to);
+  if (!backup.empty()) {
+    Engine* open = state_->EngineOn(to);
+    if (open != nullptr) {
+      CopyTo(to, open, backup, backup, *work);
+    } else {
+      CopyLocked(lock.get(), to, backup, *work);
+    }
   }
-  SyncFolderOf(target);
+  MoveOver(made.Path(), target, lock, *work);
+}
+
+bool Workspace::PutBack(const std::string& copy, const std::string& to, const std::string& made) {
+  const std::string target = Followed(to);
+  const DatabaseHandle lock = LockForReplacement(target);
+  if (!made.empty() && IsChanged(lock.get(), target, made)) return false;
+  MoveOver(copy, target, lock, *work);
+  return true;
+}
+
+bool Workspace::Hold(const std::string& path) {
+  for (const Connection* connection : state_->connections) {
+    if (!Holds(connection->engine_.get(), path) || !connection->engine_->IsTaken()) continue;
+    state_->held = connection->engine_;
+    state_->held->OnBusy(nullptr);
+    return true;
+  }
+  return false;
+}
+
+void Workspace::FlushHeld() {
+  if (state_->held) state_->held->Flush();
+}
+
+void Workspace::KeepHeld() {
+  if (!state_->held) return;
+  state_->held->CloseSets();
+  state_->held->Commit();
+  state_->held.reset();
+}
+
+void Workspace::DropHeld() noexcept {
+  if (!state_->held) return;
+  state_->held->CloseSets();
+  state_->held->RollBack();
+  const std::string path = state_->held->Path();
+  state_->held.reset();
+  if (HasJournal(path)) Recover(path);
 }
 
 }  // namespace merivane::store

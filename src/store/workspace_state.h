@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,8 +17,11 @@ struct Workspace::State {
   // there is one.
   bool CommitOthers(const std::string& path, const Connection* self);
   Engine* EngineOn(const std::string& path) const;
+  // The engine that is held on that file, null without one.
+  std::shared_ptr<Engine> HeldOn(const std::string& path) const;
 
   std::vector<Connection*> connections;
+  std::shared_ptr<Engine> held;  // its transaction ends with KeepHeld or DropHeld alone
   // When the file was written last whose pages were looked through and that nobody but its
   // connection has changed since, by name.
   std::map<std::string, std::optional<std::int64_t>> proven;

@@ -16,13 +16,29 @@ class KeptFilesTest : public DatabaseFixture {};
 TEST_F(KeptFilesTest, ACopyThatCanNotBePutBackIsKeptUnderALastingName) {
   const std::string before = ReadFile(databasePath);
   KeptFiles kept;
-  kept.KeepDatabase(program->workspace, databasePath, KeptFiles::Copy::kUntilDone);
+  kept.KeepDatabase(program->workspace, databasePath, Copy::kUntilDone);
   fs::remove(databasePath);
   fs::create_directories(databasePath + "/folder");
   EXPECT_EQ(kept.PutBack(),
             std::vector<std::string>{databasePath + " can't be put back; as it was it is kept in " +
                                      databasePath + ".bak."});
   EXPECT_EQ(ReadFile(databasePath + ".bak"), before);
+}
+
+TEST_F(KeptFilesTest, PutsBackOnlyWhatTheRunItselfHasChanged) {
+  const std::string before = ReadFile(databasePath);
+  for (const bool another : {false, true}) {
+    KeptFiles kept;
+    const std::string copy =
+        ReplaceDatabase(program->workspace, TemplateDatabase(), databasePath, Copy::kBackup);
+    kept.KeepReplaced(program->workspace, databasePath, TemplateDatabase(), copy, Copy::kBackup);
+    if (another) RawDatabase(databasePath).Run("insert into MSP_PROJECTS (PROJ_ID) values (9)");
+    const std::vector<std::string> told = kept.PutBack();
+    EXPECT_EQ(told.size(), another ? 1U : 0U);
+    EXPECT_EQ(ReadFile(databasePath) == before, !another);
+    EXPECT_EQ(fs::exists(copy), another);
+  }
+  EXPECT_EQ(RawDatabase(databasePath).Ask("select PROJ_ID from MSP_PROJECTS"), "9");
 }
 
 }  // namespace

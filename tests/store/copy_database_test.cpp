@@ -117,6 +117,47 @@ TEST_F(CopyDatabase, OfADatabaseThatAnotherProcessIsWritingFailsInsteadOfBeingEm
   EXPECT_EQ(FilesInFolder(), 1U);
 }
 
+TEST_F(CopyDatabase, AConnectionOnAFileThatGaveWayWritesNothing) {
+  connection.Close();
+  workspace.CopyDatabase(path, target);
+  Connection late(workspace);
+  late.Open(ConnectionText(target));
+  Workspace other;
+  other.CopyDatabase(path, target);
+  const std::string before = ReadFile(target);
+#ifndef _WIN32  // where a name in use goes with its file
+  EXPECT_EQ(ErrorOf([&] { late.BeginWrite(); }), kPermissionDenied);
+#endif
+  EXPECT_EQ(ReadFile(target), before);
+}
+
+TEST_F(CopyDatabase, WhatIsHeldIsSeenByLaterConnectionsAndUndoneAsOne) {
+  for (const bool keep : {true, false}) {
+    connection.BeginWrite();
+    ASSERT_TRUE(workspace.Hold(path));
+    Recordset rows;
+    rows.OpenDynamic("select * from T", &connection);
+    rows.AddNew();
+    rows.SetField("Name", "held");
+    rows.Update();
+    rows.Close();
+    connection.Close();
+    Connection later(workspace);
+    later.Open(ConnectionText(path), OpenMode::kReadOnly);
+    Recordset seen;
+    seen.OpenStatic("select * from T where Name = 'held'", &later);
+    EXPECT_EQ(seen.RecordCount(), 1);
+    later.Close();
+    EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Name = 'held'"), "0");
+    workspace.FlushHeld();
+    keep ? workspace.KeepHeld() : workspace.DropHeld();
+    EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Name = 'held'"),
+              keep ? "1" : "0");
+    RawDatabase(path).Run("delete from T where Name = 'held'");
+    connection.Open(ConnectionText(path));
+  }
+}
+
 #ifndef _WIN32
 // As long as it lives, a file of this process ends at so many bytes, as on a full disk.
 class FullDisk {

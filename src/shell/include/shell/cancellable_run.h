@@ -14,7 +14,7 @@ using namespace program;
 
 struct RunTargets {
   std::string database;  // that the run changes; empty: none is kept
-  KeptFiles::Copy copy = KeptFiles::Copy::kUntilDone;
+  Copy copy = Copy::kUntilDone;
   std::string text;  // that it writes anew; empty: none is kept
 };
 

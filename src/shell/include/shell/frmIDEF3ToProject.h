@@ -9,6 +9,7 @@
 #include "runtime/run_time_error.h"
 #include "shell/database_pick.h"
 #include "shell/form.h"
+#include "shell/kept_files.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
 
@@ -70,6 +71,10 @@ class frmIDEF3ToProject : public Form {
   // switched off. BackupName is the copy of the last one picked, empty without one.
   bool KeepBackup = true;
   std::string BackupName;
+  // What is kept of a database that is overwritten. Told behind that: the name of its copy, empty
+  // where none stood there.
+  Copy CopyOfReplaced = Copy::kBackup;
+  std::function<void(const std::string& copy)> OnDatabaseReplaced;
   // Called before a run changes anything, when nobody else can write to the database any more.
   std::function<void()> OnDatabaseTaken;
 

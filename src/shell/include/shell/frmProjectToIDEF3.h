@@ -8,6 +8,7 @@
 #include "runtime/run_time_error.h"
 #include "shell/database_pick.h"
 #include "shell/form.h"
+#include "shell/kept_files.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
 
@@ -80,6 +81,10 @@ class frmProjectToIDEF3 : public Form {
   // ".bak2", ...), unless this is switched off. BackupName is the last copy, empty without one.
   bool KeepBackup = true;
   std::string BackupName;
+  // What is kept of a database that is overwritten. Told behind that: the name of its copy, empty
+  // where none stood there.
+  Copy CopyOfReplaced = Copy::kBackup;
+  std::function<void(const std::string& copy)> OnDatabaseReplaced;
   // Called before a merge changes anything, when nobody else can write to the database any more.
   std::function<void()> OnDatabaseTaken;
 

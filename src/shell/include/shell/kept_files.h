@@ -13,17 +13,21 @@ namespace merivane::shell {
 using namespace runtime;
 using namespace store;
 
-// Copies the database beside it under the first free name of ".bak", ".bak2", ... and gives the
-// copy's name. Errors are those of CopyDatabase; nothing is left then.
-std::string MakeBackup(Workspace& workspace, const std::string& path);
+// What becomes of a database that a run replaces or changes.
+enum class Copy {
+  kBackup,     // its copy stays beside it when the run succeeds: ".bak", ".bak2", ...
+  kUntilDone,  // goes then
+  kNone,       // there is none, and nothing can be put back
+};
 
-// Puts a copy of `from` in the place of `to`. Gives the name of the backup of what stood there,
-// empty without one; none is left where the copy fails.
+// Puts a copy of `from` in the place of `to`. Gives the name of the copy of what stood there, empty
+// without one; none is left where it fails. Nobody else can write to `to` in between.
 std::string ReplaceDatabase(Workspace& workspace, const std::string& from, const std::string& to,
-                            bool keepBackup);
+                            Copy copy);
 
 // One run: first Keep calls, then the run, then Finish or PutBack; dropping it puts back.
-// REQUIRES of Finish, PutBack and the drop: no database and no text file of the run is open.
+// REQUIRES of Finish, PutBack and the drop: no text file of the run is open, and no database but
+// those that are held. The workspace outlives it.
 class KeptFiles {
  public:
   KeptFiles() = default;
@@ -31,14 +35,15 @@ class KeptFiles {
   KeptFiles(const KeptFiles&) = delete;
   KeptFiles& operator=(const KeptFiles&) = delete;
 
-  enum class Copy {
-    kBackup,     // stays beside the database when the run succeeds
-    kUntilDone,  // goes then
-  };
-  // For a database that the run replaces or changes. Where it is changed, the run has taken it
-  // (Connection::BeginWrite), so that what is put back is not what another process changed since.
-  // Where none stands, nothing is copied.
+  // For a database that the run changes and has taken (Connection::BeginWrite): what it writes is
+  // held until the end, and undone by the engine. Where another file stands there, a copy of it is
+  // kept; where none stands, nothing.
   void KeepDatabase(Workspace& workspace, const std::string& path, Copy copy);
+
+  // For a database in whose place the run has put a copy of `made`: `backup` is what
+  // ReplaceDatabase gave.
+  void KeepReplaced(Workspace& workspace, const std::string& path, const std::string& made,
+                    const std::string& backup, Copy copy);
 
   // The name under which the run writes the file anew, beside the place that Finish moves it to.
   // A pipe or a device is written as it stands. Error 70 where a file stands there that may not be
@@ -47,13 +52,17 @@ class KeptFiles {
   // The same for a text that `files` opens.
   void KeepText(TextFiles& files, const std::string& path);
 
+  // All that is written goes to the disk; what is left to fail in Finish is the last step of each.
+  void Flush();
+
   // What was written stays. An error of a text that can't take its place comes up; PutBack may
   // still be called then.
   void Finish();
 
   // What stood before stands again, byte by byte; a database that did not keeps its rows, a text
-  // that did not is not left. Gives a sentence for each database that can't be put back, with the
-  // name of its copy, which stays.
+  // that did not is not left. Gives a sentence for each database that can't be put back, or that
+  // another program has changed since and that is left alone, with the name of its copy, which
+  // stays.
   std::vector<std::string> PutBack() noexcept;
 
   // The backup of the database, empty without one. Before Finish or PutBack only.
@@ -62,8 +71,10 @@ class KeptFiles {
  private:
   struct Database {
     std::string path;
-    std::string copy;  // empty: the database did not stand before
-    Copy kind;
+    std::string copy;  // empty: none was made
+    Copy kind = Copy::kNone;
+    std::string made;  // what the run has put in its place; empty where it is held or as copied
+    bool held = false;
   };
   struct NewPlace {
     std::filesystem::path place;
@@ -73,7 +84,9 @@ class KeptFiles {
     bool moved = false;
   };
   void Prepare(NewPlace& made);
+  std::string Restore(const Database& database);
 
+  Workspace* workspace_ = nullptr;  // of the databases
   std::vector<Database> databases_;
   std::vector<NewPlace> newFiles_;
 };

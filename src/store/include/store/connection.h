@@ -47,11 +47,22 @@ class Workspace {
   // the disk; `to` is as it was then.
   void CopyDatabase(const std::string& from, const std::string& to);
 
-  // Whether the database `path`, open nowhere here, is still byte by byte what `copy` was made of.
-  static bool IsAsCopied(const std::string& path, const std::string& copy);
+  // The same, and before it the copy of what stands at `to` in the file `backup`, unless that is
+  // empty: nobody can write to `to` in between.
+  void ReplaceDatabase(const std::string& from, const std::string& to, const std::string& backup);
 
-  // Moves the file `copy` over the database `to`, which is open nowhere here. Errors as above.
-  static void PutInPlace(const std::string& copy, const std::string& to);
+  // Moves the file `copy` back over the database `to`, which is open nowhere here, if `to` is gone
+  // or still byte by byte the file `made`: False, with nothing done, where somebody has changed it
+  // since. With an empty `made` whatever stands there gives way. Errors as above.
+  bool PutBack(const std::string& copy, const std::string& to, const std::string& made);
+
+  // What the connection on `path` writes, which has begun (Connection::BeginWrite), stays open from
+  // now on, whoever commits or closes; a connection that is opened on the file goes on in it.
+  // False, with nothing done, where there is none. One database at a time.
+  bool Hold(const std::string& path);
+  void FlushHeld();          // what is left to fail behind this is the commit
+  void KeepHeld();           // commits
+  void DropHeld() noexcept;  // undoes all that was written since it began
 
  private:
   friend class Connection;
