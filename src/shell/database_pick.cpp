@@ -38,7 +38,7 @@ void PutBackEmptied(Workspace& workspace, const EmptiedDatabase& emptied) {
                                   emptied.backup + "."));
     }
   }
-  Workspace::PutInPlace(emptied.backup, emptied.path);
+  workspace.PutBack(emptied.backup, emptied.path, "");
 }
 
 }  // namespace merivane::shell
