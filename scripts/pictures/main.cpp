@@ -8,8 +8,10 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QRadioButton>
+#include <QSettings>
 #include <QStyleFactory>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <cstdio>
@@ -274,6 +276,10 @@ int main(int argc, char** argv) {
     std::fputs("usage: merivane_window_pictures SAMPLES OUT_FOLDER\n", stderr);
     return 2;
   }
+  const QTemporaryDir settings;  // so that windows have their usual sizes
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+  QApplication::setOrganizationName("merivane");
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   if (qEnvironmentVariableIsSet("MERIVANE_PICTURES_DARK")) UseDarkPalette();

@@ -87,11 +87,10 @@ void OpenAtLine(const QString& path, std::size_t line) {
 
 CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> findings,
                          QWidget* parent)
-    : ResultTable(ModelOf(findings), SummaryOf(findings), parent),
+    : ResultTable("checkWindow", ModelOf(findings), SummaryOf(findings), parent),
       modelPath_(modelPath),
       findings_(std::move(findings)) {
   constexpr int kHelpContext = 7010;
-  setObjectName("checkWindow");
   setWindowTitle("Check: " + QFileInfo(PathToQt(modelPath)).fileName());
   SetHelpContext(this, kHelpContext);
   QPushButton* open = AddButton("cmdOpen", "Open");

@@ -97,7 +97,9 @@ void FormWindow::Sync() {
 void FormWindow::ShowFrame(bool loadedNow) {
   const bool wasHidden = !frame_->isVisible();
   frame_->setEnabled(true);
-  if (loadedNow && !frame_->isMaximized()) frame_->resize(frame_->sizeHint());
+  if (loadedNow && !frame_->isMaximized()) {
+    frame_->resize(frame_->sizeHint().boundedTo(frame_->mdiArea()->viewport()->size()));
+  }
   show();
   if (frame_->isMinimized()) frame_->showNormal();
   frame_->show();

@@ -1,6 +1,7 @@
 #include "desktop/help_window.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
@@ -14,6 +15,7 @@
 #include "help_file.h"
 #include "program_picture.h"
 #include "topic_browser.h"
+#include "window_place.h"
 
 namespace merivane::desktop {
 
@@ -39,6 +41,8 @@ HelpWindow::HelpWindow()
   contents_->setObjectName("helpContents");
   contents_->setAccessibleName("Contents");
   contents_->setHeaderHidden(true);
+  contents_->header()->setStretchLastSection(false);  // a long name is moved to, not cut
+  contents_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   browser_->setObjectName("helpTopic");
   browser_->setAccessibleName("Topic");
   tabs_->setObjectName("helpTabs");
@@ -51,7 +55,7 @@ HelpWindow::HelpWindow()
   const int character = fontMetrics().averageCharWidth();
   splitter->setSizes({character * 34, character * 86});
   setCentralWidget(splitter);
-  resize(character * 120, fontMetrics().height() * 38);
+  new WindowPlace(*this, {character * 120, fontMetrics().height() * 38});
   AddTools();
   connect(contents_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
     if (item != nullptr) ShowTopic(TopicOf(item, 0));

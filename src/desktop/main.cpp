@@ -7,6 +7,7 @@ int main(int argc, char** argv) {
   using namespace merivane::desktop;
   QApplication application(argc, argv);
   QApplication::setApplicationName("merivane");
+  QApplication::setOrganizationName("merivane");
   QApplication::setDesktopFileName("merivane");
   QApplication::setQuitOnLastWindowClosed(false);
   DialogFileNames fileNames;

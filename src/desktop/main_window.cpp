@@ -4,7 +4,6 @@
 #include <QDropEvent>
 #include <QMdiSubWindow>
 #include <QMenuBar>
-#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <functional>
@@ -20,6 +19,7 @@
 #include "shell/browse.h"
 #include "splash_window.h"
 #include "view_menu.h"
+#include "window_place.h"
 
 namespace merivane::desktop {
 
@@ -63,8 +63,7 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
   setCentralWidget(area_);
   setAcceptDrops(true);
   area_->setFocus();  // a menu that closes gives the focus back, and keeps it where none had it
-  resize(QSize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40)
-             .boundedTo(screen()->availableSize() * 9 / 10));  // with room for its frame
+  new WindowPlace(*this, {fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40});
   AddMenus();
   modelToProject_ = new ModelToProjectWindow(main_.modelToProject, desktop_);
   AddForm(modelToProject_);

@@ -13,6 +13,7 @@ namespace merivane::desktop {
 namespace {
 
 constexpr int kVisibleCharacters = 52;
+constexpr int kLeastVisible = 16;
 
 }  // namespace
 
@@ -21,7 +22,7 @@ PathField::PathField(const char* editName, const char* buttonName, const QString
   edit_->setObjectName(editName);
   edit_->setAccessibleName(accessibleName);
   edit_->setAcceptDrops(false);  // the window takes them
-  edit_->setMinimumWidth(edit_->fontMetrics().averageCharWidth() * kVisibleCharacters);
+  edit_->setMinimumWidth(edit_->fontMetrics().averageCharWidth() * kLeastVisible);
   edit_->setMaxLength(std::numeric_limits<int>::max());
   connect(edit_, &QLineEdit::textChanged, this, &PathField::DropLineBreaks);
   button_->setObjectName(buttonName);
@@ -32,6 +33,12 @@ PathField::PathField(const char* editName, const char* buttonName, const QString
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(edit_, 1);
   row->addWidget(button_);
+}
+
+QSize PathField::sizeHint() const {
+  const int more =
+      edit_->fontMetrics().averageCharWidth() * kVisibleCharacters - edit_->sizeHint().width();
+  return QWidget::sizeHint() + QSize(more, 0);
 }
 
 // A copied name often ends in one.

@@ -19,6 +19,7 @@ class PathField : public QWidget {
   PathField(const char* editName, const char* buttonName, const QString& accessibleName);
 
   void Draw(const TextBox& box);
+  QSize sizeHint() const override;
   QLineEdit* Edit() const { return edit_; }
   QPushButton* Button() const { return button_; }
 

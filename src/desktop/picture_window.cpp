@@ -21,6 +21,7 @@
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
 #include "shell/kept_files.h"
+#include "window_place.h"
 
 namespace merivane::desktop {
 
@@ -52,7 +53,7 @@ PictureWindow::PictureWindow(std::vector<pictures::Picture> shown, const QString
   status->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(status, 1);
   statusBar()->addPermanentWidget(zoom_);
-  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 40);
+  new WindowPlace(*this, {fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 40});
   view_->setFocus();
 }
 

@@ -65,9 +65,8 @@ QString SummaryOf(const inspect::MergePreview& preview) {
 
 PreviewWindow::PreviewWindow(const std::string& planPath, const inspect::MergePreview& preview,
                              QWidget* parent)
-    : ResultTable(ModelOf(preview.changes), SummaryOf(preview), parent) {
+    : ResultTable("previewWindow", ModelOf(preview.changes), SummaryOf(preview), parent) {
   constexpr int kHelpContext = 7011;
-  setObjectName("previewWindow");
   setWindowTitle("Preview of the merge: " + QFileInfo(PathToQt(planPath)).fileName());
   SetHelpContext(this, kHelpContext);
   QPushButton* merge = AddButton("cmdMerge", "OK");

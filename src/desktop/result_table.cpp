@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "window_place.h"
+
 namespace merivane::desktop {
 
 ResultModel::ResultModel(QStringList headings, std::vector<Row> rows, int numberColumn,
@@ -44,13 +46,16 @@ QVariant ResultModel::headerData(int section, Qt::Orientation orientation, int r
   return headings_.value(section);
 }
 
-ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* parent)
+ResultTable::ResultTable(const char* name, ResultModel* model, const QString& summary,
+                         QWidget* parent)
     : QDialog(parent),
       table_(new QTableView),
       filter_(new QLineEdit),
       shown_(new QSortFilterProxyModel(this)),
       buttons_(new QHBoxLayout) {
+  setObjectName(name);
   setAttribute(Qt::WA_DeleteOnClose);
+  new WindowPlace(*this, {fontMetrics().averageCharWidth() * 140, fontMetrics().height() * 26});
   model->setParent(this);
   shown_->setSourceModel(model);
   shown_->setSortRole(Qt::UserRole);
@@ -73,7 +78,8 @@ ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* pa
   table_->verticalHeader()->hide();
   table_->setSortingEnabled(true);
   table_->sortByColumn(-1, Qt::AscendingOrder);
-  ShareWidth();
+  FitColumns();
+  table_->viewport()->installEventFilter(this);
   auto* text = new QLabel(summary);
   text->setObjectName("summary");
   text->setTextFormat(Qt::PlainText);
@@ -88,26 +94,42 @@ ResultTable::ResultTable(ResultModel* model, const QString& summary, QWidget* pa
   column->addWidget(filter_);
   column->addWidget(table_, 1);
   column->addLayout(buttons_);
-  resize(fontMetrics().averageCharWidth() * 140, fontMetrics().height() * 26);
   table_->setFocus();
 }
 
-// Sentences share the room that the other columns leave, and wrap in it.
-void ResultTable::ShareWidth() {
+void ResultTable::FitColumns() {
   constexpr int kMostWrapped = 1000;  // rows; measuring more takes too long
   constexpr int kMostLetters = 30;
   QHeaderView* columns = table_->horizontalHeader();
+  columns->setStretchLastSection(false);
   table_->resizeColumnsToContents();
-  for (int column = 0; column < shown_->columnCount(); ++column) {
-    if (column >= ResultModel::kFirstSentence) {
-      columns->setSectionResizeMode(column, QHeaderView::Stretch);
-    } else {
-      const int most = fontMetrics().averageCharWidth() * kMostLetters;
-      columns->resizeSection(column, std::min(columns->sectionSize(column), most));
-    }
+  const int most = fontMetrics().averageCharWidth() * kMostLetters;
+  for (int column = 0; column < ResultModel::kFirstSentence; ++column) {
+    columns->resizeSection(column, std::min(columns->sectionSize(column), most));
   }
   if (shown_->rowCount() > kMostWrapped) return;
   table_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+}
+
+// Sentences share the room that the other columns leave, and wrap in it. Where that is too little
+// for words the table is moved by its bar.
+void ResultTable::ShareWidth() {
+  constexpr int kLeastLetters = 30;
+  QHeaderView* columns = table_->horizontalHeader();
+  int room = table_->viewport()->width();
+  for (int column = 0; column < ResultModel::kFirstSentence; ++column) {
+    room -= columns->sectionSize(column);
+  }
+  const int sentences = shown_->columnCount() - ResultModel::kFirstSentence;
+  const int width = std::max(room / sentences, fontMetrics().averageCharWidth() * kLeastLetters);
+  for (int column = ResultModel::kFirstSentence; column < shown_->columnCount(); ++column) {
+    columns->resizeSection(column, width);
+  }
+}
+
+bool ResultTable::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::Resize) ShareWidth();
+  return QDialog::eventFilter(object, event);
 }
 
 void ResultTable::WhenAccepted(QObject* receiver, const std::function<void()>& goOn) {

@@ -43,8 +43,8 @@ class ResultModel : public QAbstractTableModel {
 // default button; Ctrl+F goes back to the filter.
 class ResultTable : public QDialog {
  public:
-  // The dialog owns the model. `summary` stands below the table.
-  ResultTable(ResultModel* model, const QString& summary, QWidget* parent);
+  // The dialog owns the model. `name`: its object's; `summary` stands below the table.
+  ResultTable(const char* name, ResultModel* model, const QString& summary, QWidget* parent);
 
   // Goes on with what the user agrees to here, once this dialog and its signals are over: a run
   // lets events in, and one of them deletes the dialog.
@@ -56,10 +56,12 @@ class ResultTable : public QDialog {
   // A button in front of "Close".
   class QPushButton* AddButton(const char* name, const char* caption);
   void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
   QTableView* table_;
 
  private:
+  void FitColumns();
   void ShareWidth();
 
   QLineEdit* filter_;

@@ -5,6 +5,7 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QSettings>
 #include <QTabWidget>
 #include <QUrl>
 #include <deque>
@@ -88,6 +89,7 @@ class TestDesktop : public QtDesktop {
 class DesktopTest : public ::testing::Test {
  protected:
   DesktopTest() {
+    QSettings().clear();
     desktop.OnEnd = [this] { ++ends; };
     main.Show();
     window.activateWindow();

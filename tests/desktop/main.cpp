@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <iostream>
 
 // Widgets without a screen, unless one is asked for.
@@ -12,6 +14,10 @@ int main(int argc, char** argv) {
     if (!text.startsWith("This plugin does not support")) std::cerr << text.toStdString() << '\n';
   });
   const QApplication application(argc, argv);
+  const QTemporaryDir settings;  // not the user's
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+  QApplication::setOrganizationName("merivane-test");
   QApplication::setQuitOnLastWindowClosed(false);
   return RUN_ALL_TESTS();
 }

@@ -8,6 +8,7 @@
 #include <set>
 
 #include "desktop_fixture.h"
+#include "window_place.h"
 
 namespace merivane::test {
 
@@ -195,6 +196,40 @@ TEST_F(MainWindowTest, FitsTheScreenWithTheSplashInItsMiddle) {
   main.splash.Show();
   EXPECT_EQ(User::Find(window, "frmSplash").geometry().center(), screen.center());
   main.splash.Unload();
+}
+
+TEST_F(MainWindowTest, OnASmallScreenTheDialogsFitTheFrame) {
+  window.resize(420, 300);
+  QCoreApplication::processEvents();
+  for (QWidget* form : {&OpenToProject(), &OpenToModel()}) {
+    const QWidget& frame = *form->parentWidget();
+    EXPECT_LE(frame.width(), 420);
+    for (const char* button : {"cmdOK", "cmdCancel"}) {
+      const QWidget& widget = User::Find(*form, button);
+      EXPECT_TRUE(form->rect().contains(widget.geometry())) << button;
+      EXPECT_GE(widget.width(), widget.sizeHint().width());
+    }
+  }
+}
+
+TEST_F(MainWindowTest, AWindowComesBackWhereItStoodAndWithinTheScreen) {
+  const QSize screen = window.screen()->availableSize();
+  for (const QSize& size : {QSize(300, 200), screen * 2}) {
+    QWidget shown;
+    shown.setObjectName("shown");
+    new WindowPlace(shown, {500, 400});
+    shown.show();
+    shown.resize(size);
+    shown.move(40, 50);
+    shown.hide();
+    QWidget again;
+    again.setObjectName("shown");
+    new WindowPlace(again, {500, 400});
+    EXPECT_EQ(again.size(), size.boundedTo(screen * 9 / 10));
+  }
+  QWidget first;
+  new WindowPlace(first, screen * 2);
+  EXPECT_EQ(first.size(), screen * 9 / 10);
 }
 
 TEST_F(MainWindowTest, ABrowseButtonTellsItsNameAndWhetherTheFileMayBeNew) {

@@ -1,6 +1,8 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QLabel>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTableView>
 #include <utility>
 
@@ -93,8 +95,15 @@ TEST_F(ModelToProjectWindow, CheckListsFindingsThatCanBeFilteredAndCopied) {
   Browse(form, "cmdBrowseText", model);
   User::Click(form, "cmdCheck");
   QWidget& list = User::Find(window, "checkWindow");
+  EXPECT_LT(list.width(), window.screen()->availableSize().width());
   auto& table = User::Get<QTableView>(list, "results");
   const int all = table.model()->rowCount();
+  for (const int width : {300, 1000}) {
+    list.resize(width, 300);
+    QCoreApplication::processEvents();
+    EXPECT_GT(table.columnWidth(3), table.fontMetrics().averageCharWidth() * 20);
+  }
+  EXPECT_EQ(table.horizontalScrollBar()->maximum(), 0);
   ASSERT_TRUE(QTest::qWaitForWindowActive(&list));
   QWidget& filter = User::Find(list, "filter");
   filter.setFocus();
