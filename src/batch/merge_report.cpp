@@ -60,7 +60,8 @@ std::string ChangesText(const std::vector<MergeChange>& changes) {
   return stops ? text : text + Counts(changes);
 }
 
-void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview) {
+void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
+                      const mspdi::UntakenRows& untaken) {
   Json changes = Json::array();
   for (const MergeChange& change : preview.changes) {
     const auto& element = change.element;
@@ -75,7 +76,13 @@ void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview) {
   }
   Json boxes = Json::array();
   for (const platform::Message& box : preview.boxes) boxes.push_back(ToUtf8(box.text));
-  const Json report = {{"merges", preview.merged}, {"changes", changes}, {"messages", boxes}};
+  Json left = Json::object();
+  for (std::size_t kind = 0; kind < mspdi::kUntakenKinds; ++kind) {
+    const auto& rows = untaken.Of(static_cast<mspdi::Untaken>(kind));
+    if (!rows.empty()) left[mspdi::KeyOf(static_cast<mspdi::Untaken>(kind))] = rows;
+  }
+  const Json report = {
+      {"merges", preview.merged}, {"changes", changes}, {"messages", boxes}, {"notTaken", left}};
   out << PrintableJson(report.dump(2)) << '\n';
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inspect/merge_preview.h"
+#include "mspdi/untaken.h"
 
 namespace merivane::batch {
 
@@ -14,7 +15,9 @@ using namespace inspect;
 // A line for each change, and a last one with their counts.
 std::string ChangesText(const std::vector<inspect::MergeChange>& changes);
 
-// One JSON object: whether it merges, the changes, the boxes that it would show.
-void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview);
+// One JSON object: whether it merges, the changes, the boxes that it would show, and the rows of
+// the plan that the model doesn't take.
+void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
+                      const mspdi::UntakenRows& untaken);
 
 }  // namespace merivane::batch

@@ -1,5 +1,6 @@
 #include "inspect/merge_preview.h"
 #include "merge_report.h"
+#include "mspdi/plan_reader.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -86,12 +87,19 @@ bool BrowseInterim(Session& session, const ToModelOptions& options) {
   return session.Browse(options.interim, [&] { return form.PickInterimDb(); });
 }
 
+// None of a file that can't be read: the preview tells why.
+mspdi::UntakenRows UntakenOf(const ToModelOptions& options) try {
+  return options.mpx.empty() ? mspdi::ReadPlanFile(options.xml).untaken : mspdi::UntakenRows();
+} catch (const RunTimeError& /*error*/) {
+  return {};
+}
+
 // Ends as the merge would, and shows the boxes that it would show.
 int Preview(Session& session, const ToModelOptions& options, std::int32_t project) {
   const inspect::MergePreview preview = inspect::PreviewMerge(
       options.mpx.empty() ? options.xml : options.mpx, options.interim, project);
   if (options.json) {
-    PrintPreviewJson(session.out, preview);
+    PrintPreviewJson(session.out, preview, UntakenOf(options));
   } else {
     session.out << ChangesText(preview.changes);
   }

@@ -28,6 +28,7 @@ class AssignmentWriter {
   const Baselines& OtherBaselines() const { return baselines_; }
 
  private:
+  enum Extra { kUid, kWork, kUnits };
   static const Field<AssignmentWriter> kFields[];
   static const Field<AssignmentWriter> kBaselineFields[];
 
@@ -40,11 +41,7 @@ class AssignmentWriter {
   void Start(Element& e, const char* name) { e.Date(name, paper_.dates.StartOf(task_)); }
   void Finish(Element& e, const char* name) { e.Date(name, paper_.dates.FinishOf(task_)); }
   void Units(Element& e, const char* name) { e.Decimal(name, units_); }
-  void Work(Element& e, const char* name) {
-    const auto duration = static_cast<double>(paper_.plan.tasks[task_].duration);
-    e.Duration(name, static_cast<schedule::Tenths>(std::trunc(duration * units_ + 0.5)));
-  }
-
+  void Work(Element& e, const char* name);
   void Zero(Element& e, const char* name) { e.Integer(name, 0); }
   void Hyperlink(Element& e, const char* name) { TextField(e, name, kHyperlink); }
   void Address(Element& e, const char* name) { TextField(e, name, kHyperlink + 1); }
@@ -69,6 +66,7 @@ class AssignmentWriter {
   // The assignment in hand.
   ProjectRows* row_ = nullptr;
   std::size_t baselineColumn_ = 0;
+  std::size_t extra_ = 0;    // the columns of Extra
   std::int64_t stored_ = 0;  // its number in the tables
   std::int64_t uid_ = 0;
   std::size_t task_ = 0;
@@ -104,7 +102,7 @@ const Field<AssignmentWriter> AssignmentWriter::kFields[] = {
     {"RemainingWork", "ASSN_REM_WORK", Kind::kWork},
     {"Start", "ASSN_START_DATE", Kind::kDate, &AssignmentWriter::Start},
     {"Units", "ASSN_UNITS", Kind::kDecimal, &AssignmentWriter::Units},
-    {"Work", "ASSN_WORK", Kind::kWork, &AssignmentWriter::Work},
+    {"Work", nullptr, {}, &AssignmentWriter::Work},
     {"WorkContour", "ASSN_WORK_CONTOUR", Kind::kInteger, nullptr, 0, 8},
     {"ExtendedAttribute", nullptr, {}, &AssignmentWriter::Fields},
     {"Baseline", nullptr, {}, &AssignmentWriter::Baseline},
@@ -117,10 +115,22 @@ const Field<AssignmentWriter> AssignmentWriter::kBaselineFields[] = {
     {"Cost", "ASSN_BASE_COST", Kind::kDecimal},
 };
 
+// Of a material it is the quantity in hours, as Project has it.
+void AssignmentWriter::Work(Element& e, const char* name) {
+  constexpr double kTenthsOfHour = 600;
+  const bool material = paper_.materials.contains(resource_);
+  if (!material && row_ != nullptr && e.Stored(name, Kind::kWork, row_->At(extra_ + kWork))) return;
+  const Value units = row_ != nullptr ? row_->At(extra_ + kUnits) : Value();
+  const double count = IsNumeric(units) ? ToDouble(units) : units_;
+  const auto each =
+      material ? kTenthsOfHour : static_cast<double>(paper_.plan.tasks[task_].duration);
+  e.Duration(name, static_cast<schedule::Tenths>(std::trunc(each * count + 0.5)));
+}
+
 void AssignmentWriter::Baseline(Element& e, const char* name) {
   if (row_ == nullptr) return;
-  enum Column { kStart, kFinish, kWork };
-  if (!row_->At(baselineColumn_).IsNull() || AnyNumber(*row_, baselineColumn_ + kWork, 2)) {
+  constexpr std::size_t kFirstFigure = 2;
+  if (!row_->At(baselineColumn_).IsNull() || AnyNumber(*row_, baselineColumn_ + kFirstFigure, 2)) {
     Element baseline = e.Child(name);
     WriteFields(kBaselineFields, *this, row_, baselineColumn_, baseline);
   }
@@ -140,14 +150,14 @@ std::size_t AssignmentWriter::WriteStored(Element& assignments) {
   std::vector<const char*> columns;
   AddColumns(kFields, columns);
   baselineColumn_ = AddColumns(kBaselineFields, columns);
-  const std::size_t number = columns.size();
-  columns.push_back("ASSN_UID");
+  extra_ = columns.size();
+  columns.insert(columns.end(), {"ASSN_UID", "ASSN_WORK", "ASSN_UNITS"});
   ProjectRows rows(paper_.connection, {.name = "MSP_ASSIGNMENTS"}, paper_.project, columns);
   enum Column { kTask, kResource };
   row_ = &rows;
   for (; !rows.AtEnd(); rows.Next()) {
     if (!Take(rows.IntegerAt(kTask, 0), rows.IntegerAt(kResource, 0))) continue;
-    stored_ = rows.IntegerAt(number, 0);
+    stored_ = rows.IntegerAt(extra_ + kUid, 0);
     Element assignment = assignments.Child("Assignment");
     WriteFields(kFields, *this, &rows, 0, assignment);
   }

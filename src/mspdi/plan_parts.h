@@ -13,6 +13,8 @@ namespace merivane::mspdi {
 
 using namespace runtime;
 
+using Uids = std::unordered_set<std::int64_t>;
+
 // A plan on its way into a file.
 struct PlanOnPaper {
   Connection& connection;
@@ -21,6 +23,7 @@ struct PlanOnPaper {
   schedule::Schedule dates;
   CustomFields fields;
   TimephasedData timephased;
+  Uids materials;  // resources whose glossary says that they don't work
 };
 
 // Name, dates, settings, the declarations of custom fields, the calendars.
@@ -34,7 +37,8 @@ inline constexpr std::int64_t kOwnCalendar = 1;
 // the other parts.
 void WriteTasks(const PlanOnPaper& paper, Element tasks, WrittenCounts& counts);
 
-using Uids = std::unordered_set<std::int64_t>;
+// Of the plan that is written.
+Uids ReadMaterials(Connection& connection, std::int32_t project, const schedule::Plan& plan);
 
 // The resources, whose UIDs it gives.
 Uids WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& counts);

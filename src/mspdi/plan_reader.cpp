@@ -60,12 +60,15 @@ class Reader {
   struct RawLink {
     std::int64_t predecessorUid = 0;
     FileLink link;
+    bool elsewhere = false;  // it comes from another project
   };
 
   void CheckRoot() const;
   void ReadHead();
   void ReadTasks(const pugi::xml_node& tasks);
   void ReadTask(const pugi::xml_node& node, TakenNumbers& taken);
+  void NoteUntaken(const pugi::xml_node& node, const FileTask& task);
+  void DropInactive();
   void ReadLink(const pugi::xml_node& node);
   void ReadCustomField(const pugi::xml_node& node, FileTask& task);
   void CheckLevel(const FileTask& task) const;
@@ -116,6 +119,7 @@ FilePlan Reader::Read() {
     if (LocalName(node) == "Tasks") ReadTasks(node);
     if (LocalName(node) == "Resources") ReadResources(node);
   }
+  DropInactive();
   ResolveLinks();
   for (const pugi::xml_node& list : file_.Root().children()) {
     if (LocalName(list) != "Assignments") continue;
@@ -139,6 +143,7 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
   task.line = file_.LineOf(node);
   std::optional<std::int64_t> uid;
   std::optional<std::int64_t> id;
+  std::optional<double> manualDays;
   bool blank = false;
   links_.emplace_back();
   for (const pugi::xml_node& field : node.children()) {
@@ -155,6 +160,10 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
       task.level = values_.Integer(field, 0, kHighestId);
     } else if (name == "Duration") {
       task.days = values_.Minutes(field) / plan_.minutesPerDay;
+    } else if (name == "ManualDuration") {
+      manualDays = values_.Minutes(field) / plan_.minutesPerDay;
+    } else if (name == "Active") {
+      task.inactive = !values_.Flag(field);
     } else if (name == "Notes") {
       task.notes = values_.Lines(field);
     } else if (name == "ExtendedAttribute") {
@@ -175,17 +184,62 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
   taken.TakeId(task.id, task.line);
   CheckLevel(task);
   for (const RawLink& link : links_.back()) {
-    if (uid && link.predecessorUid == *uid) {
+    if (uid && !link.elsewhere && link.predecessorUid == *uid) {
       file_.Refuse(task.line, "the task '" + task.name + "' is linked to itself.");
     }
   }
   if (uid) taskIds_.emplace(*uid, task.id);
+  if (!task.days) task.days = manualDays;
+  NoteUntaken(node, task);
   plan_.tasks.push_back(std::move(task));
+}
+
+// Of a task that stays in the plan; what it can't read there is no fault.
+void Reader::NoteUntaken(const pugi::xml_node& node, const FileTask& task) {
+  if (task.inactive) return;
+  const auto note = [&](Untaken kind, bool holds) {
+    if (holds) plan_.untaken.Add(kind, task.id);
+  };
+  const auto number = [](const pugi::xml_node& field) { return field.text().as_int(0); };
+  for (const pugi::xml_node& field : node.children()) {
+    const std::string_view name = LocalName(field);
+    if (name == "Manual") note(Untaken::kManualTasks, field.text().as_bool());
+    if (name == "IsSubproject") note(Untaken::kSubprojects, field.text().as_bool());
+    if (name == "ConstraintType") note(Untaken::kConstraints, number(field) != 0);
+    if (name == "PercentComplete") note(Untaken::kProgress, number(field) > 0);
+    if (name == "DurationFormat") {
+      note(Untaken::kElapsedDurations, schedule::Lag{0, number(field)}.IsElapsed());
+    }
+  }
+}
+
+// An inactive task goes, unless a task that stays lies below it.
+void Reader::DropInactive() {
+  std::vector<bool> stays(plan_.tasks.size());
+  std::int64_t below = 0;  // the level of the next one that stays
+  for (std::size_t task = plan_.tasks.size(); task-- > 0;) {
+    stays[task] = !plan_.tasks[task].inactive || below > plan_.tasks[task].level;
+    if (stays[task]) below = plan_.tasks[task].level;
+  }
+  std::size_t kept = 0;
+  for (std::size_t task = 0; task < stays.size(); ++task) {
+    if (!stays[task]) {
+      plan_.untaken.Add(Untaken::kInactiveTasks, plan_.tasks[task].id);
+      taskIds_.erase(plan_.tasks[task].uid);
+      continue;
+    }
+    if (kept != task) {
+      plan_.tasks[kept] = std::move(plan_.tasks[task]);
+      links_[kept] = std::move(links_[task]);
+    }
+    ++kept;
+  }
+  plan_.tasks.resize(kept);
+  links_.resize(kept);
 }
 
 void Reader::ReadLink(const pugi::xml_node& node) {
   RawLink raw;
-  bool elsewhere = false;
   for (const pugi::xml_node& field : node.children()) {
     const std::string_view name = LocalName(field);
     if (name == "PredecessorUID") {
@@ -193,14 +247,14 @@ void Reader::ReadLink(const pugi::xml_node& node) {
     } else if (name == "Type") {
       raw.link.kind = static_cast<schedule::LinkKind>(values_.Integer(field, 0, 3));
     } else if (name == "CrossProject") {
-      elsewhere = values_.Flag(field);
+      raw.elsewhere = values_.Flag(field);
     } else if (name == "LinkLag") {
       raw.link.lag.amount = values_.Integer(field);
     } else if (name == "LagFormat") {
       raw.link.lag.format = values_.Integer(field);
     }
   }
-  if (!elsewhere) links_.back().push_back(raw);
+  links_.back().push_back(raw);
 }
 
 void Reader::ReadCustomField(const pugi::xml_node& node, FileTask& task) {
@@ -225,7 +279,13 @@ void Reader::ResolveLinks() {
   for (std::size_t task = 0; task < plan_.tasks.size(); ++task) {
     for (const RawLink& raw : links_[task]) {
       const auto predecessor = taskIds_.find(raw.predecessorUid);
-      if (predecessor == taskIds_.end()) continue;
+      const std::int64_t id = plan_.tasks[task].id;
+      if (raw.elsewhere) plan_.untaken.Add(Untaken::kOuterLinks, id);
+      if (raw.elsewhere || predecessor == taskIds_.end()) continue;
+      if (raw.link.lag.amount != 0) plan_.untaken.Add(Untaken::kLags, id);
+      if (raw.link.kind == schedule::LinkKind::kStartToFinish) {
+        plan_.untaken.Add(Untaken::kStartToFinishLinks, id);
+      }
       plan_.tasks[task].predecessors.push_back(raw.link);
       plan_.tasks[task].predecessors.back().predecessor = predecessor->second;
     }
@@ -253,6 +313,12 @@ void Reader::ReadResources(const pugi::xml_node& resources) {
         resource.units = values_.Units(field);
       } else if (name == "Notes") {
         resource.notes = values_.Lines(field);
+      } else if (name == "Type" && Trim(TextOf(field)) == "0") {
+        if (resource.kind == ResourceKind::kWork) resource.kind = ResourceKind::kMaterial;
+      } else if (name == "IsCostResource" && values_.Flag(field)) {
+        resource.kind = ResourceKind::kCost;
+      } else if (name == "MaterialLabel") {
+        resource.unit = values_.Text(field);
       }
     }
     if (uid) taken.TakeUid(*uid, resource.line);
@@ -262,6 +328,12 @@ void Reader::ReadResources(const pugi::xml_node& resources) {
     resource.id = id.value_or(place);
     taken.TakeId(resource.id, resource.line);
     if (uid) resourceIds_.emplace(*uid, resource.id);
+    if (resource.kind == ResourceKind::kMaterial) {
+      plan_.untaken.Add(Untaken::kMaterialResources, resource.id);
+    }
+    if (resource.kind == ResourceKind::kCost) {
+      plan_.untaken.Add(Untaken::kCostResources, resource.id);
+    }
     plan_.resources.push_back(std::move(resource));
   }
 }

@@ -1,5 +1,6 @@
 #include <map>
 
+#include "mspdi/resource_kind.h"
 #include "plan_notes.h"
 #include "plan_parts.h"
 #include "stored_fields.h"
@@ -40,8 +41,15 @@ class ResourceWriter {
   void Uid(Element& e, const char* name) { e.Integer(name, uid_); }
   void Name(Element& e, const char* name) { e.Text(name, name_, kLongestName); }
   void Type(Element& e, const char* name) { e.Integer(name, isWork_ ? kWork : 0); }
+  void Unit(Element& e, const char* name) { e.Text(name, unit_, kLongestText); }
+  void IsCost(Element& e, const char* name) {
+    if (isCost_) e.Flag(name, true);
+  }
+  void TakeNote(const std::string& note);
   void Zero(Element& e, const char* name) { e.Integer(name, 0); }
-  void Units(Element& e, const char* name) { e.Decimal(name, units_); }
+  void Units(Element& e, const char* name) {
+    if (isWork_) e.Decimal(name, units_);
+  }
   void NoteText(Element& e, const char* name) { e.Text(name, note_); }
   void Account(Element& e, const char* name) { TextField(e, name, kAccount); }
   void Code(Element& e, const char* name) { TextField(e, name, kCode); }
@@ -82,6 +90,8 @@ class ResourceWriter {
   std::int64_t uid_ = 0;
   std::string name_;
   bool isWork_ = true;
+  bool isCost_ = false;
+  std::string unit_;  // of a material
   double units_ = 1;
   std::string note_;
 };
@@ -95,7 +105,7 @@ const Field<ResourceWriter> ResourceWriter::kFields[] = {
     {"Initials", "RES_INITIALS", Kind::kText},
     {"Phonetics", "RES_PHONETICS", Kind::kText},
     {"NTAccount", nullptr, {}, &ResourceWriter::Account},
-    {"MaterialLabel", "RES_MATERIAL_LABEL", Kind::kText},
+    {"MaterialLabel", "RES_MATERIAL_LABEL", Kind::kText, &ResourceWriter::Unit},
     {"Code", nullptr, {}, &ResourceWriter::Code},
     {"Group", nullptr, {}, &ResourceWriter::Group},
     {"WorkGroup", "RES_WORKGROUP_MESSAGING", Kind::kInteger, nullptr, 0, 3},
@@ -133,6 +143,7 @@ const Field<ResourceWriter> ResourceWriter::kFields[] = {
     {"ExtendedAttribute", nullptr, {}, &ResourceWriter::Fields},
     {"Baseline", nullptr, {}, &ResourceWriter::Baseline},
     {"OutlineCode", nullptr, {}, &ResourceWriter::Codes},
+    {"IsCostResource", nullptr, {}, &ResourceWriter::IsCost},
     {"AvailabilityPeriods", nullptr, {}, &ResourceWriter::Availability},
     {"Rates", nullptr, {}, &ResourceWriter::Rates},
     {"TimephasedData", nullptr, {}, &ResourceWriter::Timephased},
@@ -143,6 +154,15 @@ const Field<ResourceWriter> ResourceWriter::kBaselineFields[] = {
     {"Work", "RES_BASE_WORK", Kind::kWork},
     {"Cost", "RES_BASE_COST", Kind::kDecimal},
 };
+
+// A note may begin with what the resource is.
+void ResourceWriter::TakeNote(const std::string& note) {
+  const KindAndText resource = TakeKind(note);
+  if (resource.kind != ResourceKind::kWork) isWork_ = false;
+  isCost_ = resource.kind == ResourceKind::kCost;
+  unit_ = resource.unit;
+  note_ = resource.text;
+}
 
 void ResourceWriter::Baseline(Element& e, const char* name) {
   if (row_ == nullptr) return;
@@ -168,7 +188,7 @@ void ResourceWriter::WriteStored(Element& resources) {
     name_ = rows.TextAt(extra + kName);
     isWork_ = rows.IntegerAt(extra + kType, kWork) != 0;
     const Value rtf = rows.At(extra + kRtf);
-    note_ = rtf.IsNull() ? rows.TextAt(extra + kGlossary) : PlainNote(rtf);
+    TakeNote(rtf.IsNull() ? rows.TextAt(extra + kGlossary) : PlainNote(rtf));
     Element resource = resources.Child("Resource");
     WriteFields(kFields, *this, &rows, 0, resource);
   }
@@ -192,13 +212,35 @@ void ResourceWriter::WriteBrought(Element& resources) {
     name_ = rows.TextAt(kName);
     const Value quantity = rows.At(kQuantity);
     units_ = IsNumeric(quantity) ? ToDouble(quantity) : 1;
-    note_ = notes[name_];
+    isWork_ = true;
+    TakeNote(notes[name_]);
     Element resource = resources.Child("Resource");
     WriteFields(kFields, *this, nullptr, 0, resource);
   }
 }
 
 }  // namespace
+
+Uids ReadMaterials(Connection& connection, std::int32_t project, const schedule::Plan& plan) {
+  Uids materials;
+  std::unordered_set<std::string> names;
+  enum Column { kUid, kName, kGlossary };
+  ProjectRows stored(connection, {.name = "MSP_RESOURCES"}, project,
+                     {"RES_UID", "RES_NAME", "KV7_OBJ_GLOSSARY"});
+  for (; !stored.AtEnd(); stored.Next()) {
+    if (TakeKind(stored.TextAt(kGlossary)).kind == ResourceKind::kWork) continue;
+    materials.insert(stored.IntegerAt(kUid, 0));
+    names.insert(stored.TextAt(kName));
+  }
+  if (!plan.broughtBack) return materials;
+  materials.clear();
+  ProjectRows rows(connection, {.name = "ProjectRes", .projectColumn = "Msp_ProjID"}, project,
+                   {"PID", "Name"});
+  for (; !rows.AtEnd(); rows.Next()) {
+    if (names.contains(rows.TextAt(kName))) materials.insert(rows.IntegerAt(kUid, 0));
+  }
+  return materials;
+}
 
 Uids WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& counts) {
   ResourceWriter resources(paper);

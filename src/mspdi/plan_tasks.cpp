@@ -78,12 +78,12 @@ using WorkOfTasks = std::unordered_map<std::int64_t, schedule::Tenths>;  // by U
 WorkOfTasks ReadWork(const PlanOnPaper& paper) {
   constexpr double kThousandthsOfTenth = 100;
   WorkOfTasks work;
-  enum Column { kTask, kWork };
+  enum Column { kTask, kWork, kResource };
   ProjectRows rows(paper.connection, {.name = "MSP_ASSIGNMENTS"}, paper.project,
-                   {"TASK_UID", "ASSN_WORK"});
+                   {"TASK_UID", "ASSN_WORK", "RES_UID"});
   for (; !rows.AtEnd(); rows.Next()) {
     const Value thousandths = rows.At(kWork);
-    if (!IsNumeric(thousandths)) continue;
+    if (!IsNumeric(thousandths) || paper.materials.contains(rows.IntegerAt(kResource, 0))) continue;
     work[rows.IntegerAt(kTask, 0)] +=
         static_cast<schedule::Tenths>(std::max(0.0, ToDouble(thousandths) / kThousandthsOfTenth));
   }
@@ -94,10 +94,11 @@ WorkOfTasks BroughtWork(const PlanOnPaper& paper) {
   WorkOfTasks durations;
   for (const PlanTask& task : paper.plan.tasks) durations.emplace(task.uid, task.duration);
   WorkOfTasks work;
-  enum Column { kTask, kUnits };
+  enum Column { kTask, kUnits, kResource };
   ProjectRows rows(paper.connection, {.name = "ProjectResReqts", .projectColumn = "Msp_ProjID"},
-                   paper.project, {"ActivityPID", "Qty"});
+                   paper.project, {"ActivityPID", "Qty", "ResourcePID"});
   for (; !rows.AtEnd(); rows.Next()) {
+    if (paper.materials.contains(rows.IntegerAt(kResource, 0))) continue;
     const std::int64_t task = rows.IntegerAt(kTask, 0);
     const Value units = rows.At(kUnits);
     work[task] += static_cast<schedule::Tenths>(static_cast<double>(durations[task]) *

@@ -58,12 +58,14 @@ WrittenCounts WritePlan(Connection& connection, std::int32_t project, const Date
   const ReadScope reading(&connection);
   schedule::Plan plan = schedule::ReadPlan(connection, project, today);
   schedule::Schedule dates = schedule::MakeSchedule(plan);
+  Uids materials = ReadMaterials(connection, project, plan);
   const PlanOnPaper paper{.connection = connection,
                           .project = project,
                           .plan = std::move(plan),
                           .dates = std::move(dates),
                           .fields = CustomFields(connection, project),
-                          .timephased = TimephasedData(connection, project)};
+                          .timephased = TimephasedData(connection, project),
+                          .materials = std::move(materials)};
   WrittenCounts counts{.tasks = paper.plan.tasks.size(),
                        .links = paper.plan.links.size(),
                        .warnings = paper.plan.warnings};

@@ -65,6 +65,7 @@ PlanHead XmlSource::Open() {
   CheckNames();
   if (state_.gRebuildModel == 0) CheckOccurrences();
   TellLostCharacters();
+  TellUntaken();
   return {.text = plan_.name, .startDate = plan_.start ? FormatDate(*plan_.start) : std::string()};
 }
 
@@ -137,14 +138,23 @@ void XmlSource::TellLostCharacters() const {
        .title = kTitle});
 }
 
+void XmlSource::TellUntaken() const {
+  const std::string untaken = plan_.untaken.Text();
+  if (untaken.empty()) return;
+  state_.desktop.ShowMessage({.text = "A model doesn't take everything of this plan:\n" + untaken,
+                              .icon = MessageIcon::kExclamation,
+                              .title = kTitle});
+}
+
 void XmlSource::HandResources(WorkTables& tables) {
   tables.BeginResources();
   for (const auto& resource : plan_.resources) {
     tables.BeginResource({.id = resource.id,
                           .name = resource.name,
                           .quantity = resource.units ? Value(*resource.units) : Value()});
-    const bool noted = resource.notes && !resource.notes->empty();
-    tables.EndResource(noted ? resource.notes : std::nullopt);
+    const std::string note =
+        mspdi::WithKind({resource.kind, resource.unit, resource.notes.value_or(std::string())});
+    tables.EndResource(note.empty() ? std::nullopt : std::optional(note));
   }
   tables.EndResources();
 }

@@ -25,6 +25,7 @@ class XmlSource : public PlanSource {
   void CheckNames() const;
   void CheckOccurrences() const;
   void TellLostCharacters() const;
+  void TellUntaken() const;
   [[noreturn]] void RefuseName(const std::string& rule, const std::string& name,
                                const std::string& row) const;
 

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
 #include "batch_fixture.h"
 #include "raw_database.h"
 
@@ -63,6 +65,61 @@ TEST_F(BatchXml, RunThatFailsOrIsRefusedLeavesEveryFile) {
     EXPECT_THAT(err.str(), HasSubstr(failure.told));
     EXPECT_EQ(Files(), files) << failure.told;
   }
+}
+
+// Of all that a foreign plan may hold; a resource that doesn't work comes back as what it was.
+TEST_F(BatchXml, WhatAModelDoesNotTakeIsToldInOneMessage) {
+  xml = folder.Write(
+      "plan.xml",
+      "<Project xmlns=\"http://schemas.microsoft.com/project\"><Name>P</Name>"
+      "<MinutesPerDay>420</MinutesPerDay><Tasks>"
+      "<Task><UID>1</UID><ID>1</ID><Name>Dig</Name><OutlineLevel>1</OutlineLevel><Manual>1</Manual>"
+      "<Duration>PT14H0M0S</Duration><ConstraintType>4</ConstraintType>"
+      "<PercentComplete>50</PercentComplete></Task>"
+      "<Task><UID>2</UID><ID>2</ID><Name>Dropped</Name><OutlineLevel>1</OutlineLevel>"
+      "<Active>0</Active><Manual>1</Manual></Task>"
+      "<Task><UID>3</UID><ID>3</ID><Name>Dropped too</Name><OutlineLevel>2</OutlineLevel>"
+      "<Active>0</Active></Task>"
+      "<Task><UID>4</UID><ID>4</ID><Name>Stays above</Name><OutlineLevel>1</OutlineLevel>"
+      "<Active>0</Active></Task>"
+      "<Task><UID>5</UID><ID>5</ID><Name>Pour</Name><OutlineLevel>2</OutlineLevel>"
+      "<Duration>PT7H0M0S</Duration><DurationFormat>8</DurationFormat>"
+      "<PredecessorLink><PredecessorUID>1</PredecessorUID><Type>1</Type><LinkLag>4200</LinkLag>"
+      "</PredecessorLink><PredecessorLink><PredecessorUID>3</PredecessorUID><Type>1</Type>"
+      "</PredecessorLink><PredecessorLink><PredecessorUID>5</PredecessorUID><Type>1</Type>"
+      "<CrossProject>1</CrossProject></PredecessorLink></Task></Tasks>"
+      "<Resources><Resource><UID>1</UID><ID>1</ID><Name>Cement</Name><Type>0</Type>"
+      "<MaterialLabel>t</MaterialLabel><Notes>grey</Notes></Resource>"
+      "<Resource><UID>2</UID><ID>2</ID><Name>Travel</Name><Type>0</Type>"
+      "<IsCostResource>1</IsCostResource></Resource></Resources>"
+      "<Assignments><Assignment><UID>1</UID><TaskUID>1</TaskUID><ResourceUID>1</ResourceUID>"
+      "<Units>12</Units></Assignment></Assignments></Project>");
+  ASSERT_EQ(ToModel({"--overwrite"}), 3) << err.str();
+  EXPECT_THAT(
+      err.str(),
+      HasSubstr("A model doesn't take everything of this plan:\n2 inactive tasks: left out\n"
+                "1 task scheduled by hand: the duration is taken, the dates aren't\n"
+                "1 material resource: an object whose glossary tells the kind\n"
+                "1 cost resource: an object whose glossary tells the kind\n"
+                "1 lag of a link: left out\n"
+                "1 duration that runs day and night: taken as working time\n"
+                "1 link to another project: left out\n1 constraint of a task: left out\n"
+                "1 task with progress: the progress is left out"));
+  const std::string text = ReadFile(model);
+  EXPECT_THAT(text, testing::AllOf(HasSubstr("Resource kind: Material (t)\r\n"), HasSubstr("grey"),
+                                   HasSubstr("Stays above"), testing::Not(HasSubstr("Dropped"))));
+  EXPECT_EQ(RawDatabase(plan).Ask("select Duration from ProjectAct where Name = 'Dig'"), "2.00");
+  const std::string again = folder.Path("again.xml");
+  EXPECT_EQ(Run({"export", plan, "--project", "1", "--xml", again}), 0) << err.str();
+  EXPECT_THAT(ReadFile(again),
+              testing::AllOf(HasSubstr("<MaterialLabel>t</MaterialLabel>"),
+                             HasSubstr("<IsCostResource>1</IsCostResource>"),
+                             HasSubstr("<Notes>grey</Notes>"), HasSubstr("<Work>PT12H0M0S</Work>"),
+                             testing::Not(HasSubstr("PT192H"))));
+  Run({"to-model", "--xml", xml, "--interim", plan, "--merge", "1", "--dry-run", "--json"});
+  const auto left = nlohmann::json::parse(out.str())["notTaken"];
+  EXPECT_EQ(left["inactiveTasks"], (std::vector{2, 3}));
+  EXPECT_EQ(left["lags"], std::vector{5});
 }
 
 TEST_F(BatchXml, ExportTellsWhatCannotBeInOneMessage) {

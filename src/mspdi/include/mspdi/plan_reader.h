@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "mspdi/resource_kind.h"
+#include "mspdi/untaken.h"
 #include "runtime/dates.h"
 #include "schedule/plan.h"
 
@@ -28,6 +30,7 @@ struct FileTask {
   std::int64_t id = 0;  // 1 to 32,767; differs from those of all other tasks
   std::string name;     // never empty
   std::int64_t level = 1;
+  bool inactive = false;       // kept only above tasks that aren't
   std::optional<double> days;  // of the file's own length
   std::vector<FileLink> predecessors;
   std::string text1;
@@ -41,6 +44,8 @@ struct FileResource {
   std::string name;     // never empty
   std::optional<double> units;
   std::optional<std::string> notes;
+  ResourceKind kind = ResourceKind::kWork;
+  std::string unit;  // of a material
 };
 
 struct FileAssignment {
@@ -56,13 +61,14 @@ struct FilePlan {
   std::vector<FileTask> tasks;
   std::vector<FileResource> resources;
   std::vector<FileAssignment> assignments;
+  UntakenRows untaken;
   std::size_t lostCharacters = 0;  // of these texts, which have no byte and became "?"
 };
 
 // Reads a whole file (UTF-8, any edition, with or without a prefix of the namespace, elements in
-// any order). What it doesn't know is skipped, and so are rows of UID 0, level 0, IsNull or without
-// a name, links to them, to unknown tasks and other projects, assignments without a task or
-// resource of the plan.
+// any order). What it doesn't know is skipped, and so are inactive tasks, rows of UID 0, level 0,
+// IsNull or without a name, links to them, to unknown tasks and other projects, assignments without
+// a task or resource of the plan.
 //
 // Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
 // tells the file, the line and what was found: another encoding, a document type definition, an
