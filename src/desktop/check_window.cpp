@@ -1,8 +1,5 @@
 #include "check_window.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QProcess>
@@ -46,7 +43,7 @@ QString SummaryOf(const std::vector<Finding>& findings) {
   });
   const auto warnings = static_cast<std::ptrdiff_t>(findings.size()) - errors;
   return QStringLiteral(
-             "%1 error%2, %3 warning%4. A click or Ctrl+C copies a row, Enter opens the text at "
+             "%1 error%2, %3 warning%4. A click or Ctrl+C copies rows, Enter opens the text at "
              "its line.")
       .arg(errors)
       .arg(QLatin1String(errors == 1 ? "" : "s"))
@@ -86,8 +83,8 @@ void OpenAtLine(const QString& path, std::size_t line) {
 }  // namespace
 
 CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> findings,
-                         QWidget* parent)
-    : ResultTable("checkWindow", ModelOf(findings), SummaryOf(findings), parent),
+                         QtDesktop& desktop, QWidget* parent)
+    : ResultTable("checkWindow", ModelOf(findings), SummaryOf(findings), desktop, parent),
       modelPath_(modelPath),
       findings_(std::move(findings)) {
   constexpr int kHelpContext = 7010;
@@ -97,24 +94,17 @@ CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> find
   open->setEnabled(!findings_.empty());
   open->setDefault(true);
   connect(open, &QPushButton::clicked, this, [this] { Open(); });
-  connect(table_, &QTableView::clicked, this, [this] { Copy(CurrentRow()); });
+  connect(table_, &QTableView::clicked, this, [this] { CopyChosen(); });
   connect(table_, &QTableView::doubleClicked, this, [this] { Open(); });
-  auto* copy = new QAction(table_);
-  copy->setShortcut(QKeySequence::Copy);
-  copy->setShortcutContext(Qt::WidgetShortcut);
-  table_->addAction(copy);
-  connect(copy, &QAction::triggered, this, [this] { Copy(CurrentRow()); });
 }
 
-void CheckWindow::Copy(int row) const {
-  if (row < 0) return;
+QString CheckWindow::TextOf(int row) const {
   const Finding& finding = findings_[static_cast<std::size_t>(row)];
   const QString element = ToQt(Described(finding.element));
-  QApplication::clipboard()->setText(QStringLiteral("%1:%2: %3: %4%5 %6")
-                                         .arg(PathToQt(modelPath_), QString::number(finding.line),
-                                              WordOf(finding.severity),
-                                              element.isEmpty() ? element : element + ": ",
-                                              ToQt(finding.sentence), ToQt(finding.advice)));
+  return QStringLiteral("%1:%2: %3: %4%5 %6")
+      .arg(PathToQt(modelPath_), QString::number(finding.line), WordOf(finding.severity),
+           element.isEmpty() ? element : element + ": ", ToQt(finding.sentence),
+           ToQt(finding.advice));
 }
 
 // Without a chosen row the first finding is meant.

@@ -11,15 +11,15 @@ namespace merivane::desktop {
 
 using namespace inspect;
 
-// A click or Ctrl+C copies a finding to the clipboard; "Open", Enter or a double click shows the
+// A click or Ctrl+C copies findings to the clipboard; "Open", Enter or a double click shows the
 // text at its line.
 class CheckWindow : public ResultTable {
  public:
   CheckWindow(const std::string& modelPath, std::vector<inspect::Finding> findings,
-              QWidget* parent);
+              QtDesktop& desktop, QWidget* parent);
 
  private:
-  void Copy(int row) const;
+  QString TextOf(int row) const override;
   void Open() const;
 
   std::string modelPath_;

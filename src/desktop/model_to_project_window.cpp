@@ -61,8 +61,8 @@ void ModelToProjectWindow::Check() {
   }
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
-    auto* list =
-        new CheckWindow(model, inspect::CheckModel(model, desktop_.TemplatePath()), window());
+    auto* list = new CheckWindow(model, inspect::CheckModel(model, desktop_.TemplatePath()),
+                                 desktop_, window());
     list->show();
   } catch (const RunTimeError& error) {
     ShowDescription(desktop_, error);

@@ -1,7 +1,6 @@
 #include "picture_window.h"
 
 #include <QAction>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,8 +18,6 @@
 #include "pictures/picture_file.h"
 #include "program_picture.h"
 #include "qt_text.h"
-#include "runtime/run_time_error.h"
-#include "shell/kept_files.h"
 #include "window_place.h"
 
 namespace merivane::desktop {
@@ -149,20 +146,9 @@ void PictureWindow::Export() {
          MessageIcon::kExclamation});
     return;
   }
-  if (QFileInfo::exists(PathToQt(path)) &&
-      desktop_.ShowMessage({shown + " exists. Do you want to replace it?",
-                            MessageIcon::kExclamation,
-                            {},
-                            MessageButtons::kYesNo}) != MessageAnswer::kYes) {
-    return;
-  }
-  try {
-    shell::KeptFiles kept;
-    pictures::WritePictures(pictures_, kept.StandInFor(path));
-    kept.Finish();
-  } catch (const RunTimeError& error) {
-    throw FileError(error.Number(), path);  // it names the file beside it that was being written
-  }
+  const bool written = desktop_.WriteAnew(
+      path, [this](const std::string& standIn) { pictures::WritePictures(pictures_, standIn); });
+  if (!written) return;
   statusBar()->showMessage("Written: " + PathToQt(path));
 }
 

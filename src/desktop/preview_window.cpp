@@ -64,8 +64,8 @@ QString SummaryOf(const inspect::MergePreview& preview) {
 }  // namespace
 
 PreviewWindow::PreviewWindow(const std::string& planPath, const inspect::MergePreview& preview,
-                             QWidget* parent)
-    : ResultTable("previewWindow", ModelOf(preview.changes), SummaryOf(preview), parent) {
+                             QtDesktop& desktop, QWidget* parent)
+    : ResultTable("previewWindow", ModelOf(preview.changes), SummaryOf(preview), desktop, parent) {
   constexpr int kHelpContext = 7011;
   setWindowTitle("Preview of the merge: " + QFileInfo(PathToQt(planPath)).fileName());
   SetHelpContext(this, kHelpContext);

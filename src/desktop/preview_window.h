@@ -13,7 +13,8 @@ using namespace inspect;
 // "Merge" accepts the dialog; it is off where the merge would stop.
 class PreviewWindow : public ResultTable {
  public:
-  PreviewWindow(const std::string& planPath, const inspect::MergePreview& preview, QWidget* parent);
+  PreviewWindow(const std::string& planPath, const inspect::MergePreview& preview,
+                QtDesktop& desktop, QWidget* parent);
 };
 
 }  // namespace merivane::desktop

@@ -92,7 +92,8 @@ void ProjectToModelWindow::Preview() {
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
     auto* table = new PreviewWindow(
-        plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject(), &desktop_), window());
+        plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject(), &desktop_), desktop_,
+        window());
     table->WhenAccepted(this, [this] { Run([this] { Ok(); }); });
     table->open();
   } catch (const RunTimeError& error) {

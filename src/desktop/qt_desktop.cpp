@@ -21,7 +21,9 @@
 #include "progress_dialog.h"
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
+#include "shell/browse.h"
 #include "shell/form.h"
+#include "shell/kept_files.h"
 #include "shell/message_advice.h"
 
 namespace merivane::desktop {
@@ -286,6 +288,23 @@ bool QtDesktop::StartProgram(const std::string& commandLine) { return StartDetac
 int QtDesktop::OpenWebPage(const std::string& url) {
   return OpenInBrowser(url,
                        [] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+}
+
+bool QtDesktop::WriteAnew(const std::string& path,
+                          const std::function<void(const std::string& standIn)>& write) {
+  const Message question{FromUtf8(path) + " exists. Do you want to replace it?",
+                         MessageIcon::kExclamation,
+                         {},
+                         MessageButtons::kYesNo};
+  if (FileIsThere(path) && ShowMessage(question) != MessageAnswer::kYes) return false;
+  try {
+    KeptFiles kept;
+    write(kept.StandInFor(path));
+    kept.Finish();
+    return true;
+  } catch (const RunTimeError& error) {
+    throw FileError(error.Number(), path);  // it names the file beside it that was being written
+  }
 }
 
 void QtDesktop::OpenPlace(const QString& path) {

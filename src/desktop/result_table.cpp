@@ -1,17 +1,27 @@
 #include "result_table.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSortFilterProxyModel>
 #include <QTableView>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/qt_desktop.h"
+#include "pictures/picture_file.h"
+#include "qt_text.h"
+#include "result_text.h"
 #include "window_place.h"
 
 namespace merivane::desktop {
@@ -47,10 +57,12 @@ QVariant ResultModel::headerData(int section, Qt::Orientation orientation, int r
 }
 
 ResultTable::ResultTable(const char* name, ResultModel* model, const QString& summary,
-                         QWidget* parent)
+                         QtDesktop& desktop, QWidget* parent)
     : QDialog(parent),
       table_(new QTableView),
+      desktop_(desktop),
       filter_(new QLineEdit),
+      count_(new QLabel),
       shown_(new QSortFilterProxyModel(this)),
       buttons_(new QHBoxLayout) {
   setObjectName(name);
@@ -66,13 +78,16 @@ ResultTable::ResultTable(const char* name, ResultModel* model, const QString& su
   filter_->setPlaceholderText("Show only rows that hold this text (Ctrl+F)");
   filter_->setClearButtonEnabled(true);
   connect(filter_, &QLineEdit::textChanged, shown_, &QSortFilterProxyModel::setFilterFixedString);
-  auto* find = new QShortcut(QKeySequence::Find, this);
-  connect(find, &QShortcut::activated, filter_, [this] { filter_->setFocus(); });
+  connect(filter_, &QLineEdit::textChanged, this, &ResultTable::TellCount);
+  AddKey(QKeySequence::Find, [this] { filter_->setFocus(); });
+  AddKey(QKeySequence::Save, [this] { Save(); });
+  AddKey(QKeySequence::Print, [this] { Print(); });
+  count_->setObjectName("count");
   table_->setObjectName("results");
   table_->setAccessibleName("Results");
   table_->setModel(shown_);
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   table_->setTabKeyNavigation(false);
   table_->verticalHeader()->hide();
@@ -85,16 +100,89 @@ ResultTable::ResultTable(const char* name, ResultModel* model, const QString& su
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
   buttons_->addWidget(text, 1);
+  auto* copy = new QAction(table_);
+  copy->setShortcut(QKeySequence::Copy);
+  copy->setShortcutContext(Qt::WidgetShortcut);
+  table_->addAction(copy);
+  connect(copy, &QAction::triggered, this, [this] { CopyChosen(); });
   auto* close = new QPushButton("Close");
   close->setObjectName("cmdClose");
   close->setAutoDefault(false);
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
   buttons_->addWidget(close);
+  QPushButton* save = AddButton("cmdSave", "Save...");
+  connect(save, &QPushButton::clicked, this, [this] { Save(); });
+  QPushButton* print = AddButton("cmdPrint", "Print...");
+  connect(print, &QPushButton::clicked, this, [this] { Print(); });
+  for (QPushButton* button : {save, print}) button->setAutoDefault(false);
   auto* column = new QVBoxLayout(this);
-  column->addWidget(filter_);
+  auto* top = new QHBoxLayout;
+  top->addWidget(filter_, 1);
+  top->addWidget(count_);
+  column->addLayout(top);
   column->addWidget(table_, 1);
   column->addLayout(buttons_);
   table_->setFocus();
+  TellCount();
+}
+
+void ResultTable::AddKey(const QKeySequence& keys, const std::function<void()>& act) {
+  auto* key = new QShortcut(keys, this);
+  connect(key, &QShortcut::activated, this, act);
+}
+
+void ResultTable::TellCount() {
+  const int all = shown_->sourceModel()->rowCount();
+  const int left = shown_->rowCount();
+  const QString rows = all == 1 ? "1 row" : QString("%1 rows").arg(all);
+  count_->setText(left == all ? rows : QString("%1 of %2").arg(left).arg(rows));
+}
+
+QString ResultTable::TextOf(int row) const {
+  const QAbstractItemModel& rows = *shown_->sourceModel();
+  QStringList texts;
+  for (int column = 0; column < rows.columnCount(); ++column) {
+    texts += rows.index(row, column).data().toString();
+  }
+  return texts.join('\t');
+}
+
+void ResultTable::CopyChosen() const {
+  QModelIndexList chosen = table_->selectionModel()->selectedRows();
+  if (chosen.isEmpty()) return;
+  std::sort(chosen.begin(), chosen.end());
+  QStringList lines;
+  for (const QModelIndex& index : chosen) lines += TextOf(shown_->mapToSource(index).row());
+  QApplication::clipboard()->setText(lines.join('\n'));
+}
+
+void ResultTable::Save() {
+  desktop_.RunIn(*this, [this] {
+    const std::string path =
+        desktop_.AskFileName({"Lists (*.txt *.csv *.json)|*.csv", "Save the list", true});
+    if (path.empty()) return;
+    if (!IsListName(PathToQt(path))) {
+      desktop_.ShowMessage({FromUtf8(path) + " is no name of a list: .txt, .csv or .json.",
+                            MessageIcon::kExclamation});
+    } else {
+      desktop_.WriteAnew(path, [&](const std::string& standIn) {
+        pictures::WriteFile(standIn, ListAs(*shown_, PathToQt(path)).toStdString());
+      });
+    }
+  });
+}
+
+void ResultTable::Print() {
+  desktop_.RunIn(*this, [this] {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(windowTitle());
+    QPrintDialog dialog(&printer, this);
+    desktop_.Execute(dialog);
+    if (dialog.result() != QDialog::Accepted) return;
+    QTextDocument page;
+    page.setHtml(ListAsHtml(*shown_, windowTitle()));
+    page.print(&printer);
+  });
 }
 
 void ResultTable::FitColumns() {

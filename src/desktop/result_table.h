@@ -3,16 +3,20 @@
 
 #include <QAbstractTableModel>
 #include <QDialog>
+#include <QKeySequence>
 #include <QStringList>
 #include <functional>
 #include <vector>
 
 class QHBoxLayout;
+class QLabel;
 class QLineEdit;
 class QSortFilterProxyModel;
 class QTableView;
 
 namespace merivane::desktop {
+
+class QtDesktop;
 
 // Rows of texts; one column of words has a colour for each, and one may hold numbers.
 class ResultModel : public QAbstractTableModel {
@@ -40,11 +44,13 @@ class ResultModel : public QAbstractTableModel {
 };
 
 // Deletes itself when it is closed. Enter in the filter goes to the table, whose Enter presses the
-// default button; Ctrl+F goes back to the filter.
+// default button; Ctrl+F goes back to the filter. Ctrl+C copies the chosen rows, Ctrl+S saves and
+// Ctrl+P prints those that the filter shows, in the order on the screen.
 class ResultTable : public QDialog {
  public:
   // The dialog owns the model. `name`: its object's; `summary` stands below the table.
-  ResultTable(const char* name, ResultModel* model, const QString& summary, QWidget* parent);
+  ResultTable(const char* name, ResultModel* model, const QString& summary, QtDesktop& desktop,
+              QWidget* parent);
 
   // Goes on with what the user agrees to here, once this dialog and its signals are over: a run
   // lets events in, and one of them deletes the dialog.
@@ -53,6 +59,9 @@ class ResultTable : public QDialog {
  protected:
   // The row of the model that is chosen in the table; -1 for none.
   int CurrentRow() const;
+  void CopyChosen() const;
+  // A row of the model as it is copied.
+  virtual QString TextOf(int row) const;
   // A button in front of "Close".
   class QPushButton* AddButton(const char* name, const char* caption);
   void keyPressEvent(QKeyEvent* event) override;
@@ -61,10 +70,16 @@ class ResultTable : public QDialog {
   QTableView* table_;
 
  private:
+  void AddKey(const QKeySequence& keys, const std::function<void()>& act);
+  void TellCount();
+  void Save();
+  void Print();
   void FitColumns();
   void ShareWidth();
 
+  QtDesktop& desktop_;
   QLineEdit* filter_;
+  QLabel* count_;
   QSortFilterProxyModel* shown_;
   QHBoxLayout* buttons_;
 };

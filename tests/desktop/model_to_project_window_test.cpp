@@ -123,6 +123,39 @@ TEST_F(ModelToProjectWindow, CheckListsFindingsThatCanBeFilteredAndCopied) {
   EXPECT_THAT(QApplication::clipboard()->text().toStdString(), HasSubstr(":632: warning"));
   QTest::keyClick(&table, Qt::Key_F1);
   EXPECT_THAT(desktop.helpContexts, ElementsAre(7010));
+  const QString many = QString("1 of %1 rows").arg(all);
+  EXPECT_EQ(User::Get<QLabel>(list, "count").text(), many);
+  User::Get<QLineEdit>(list, "filter").clear();
+  EXPECT_EQ(User::Get<QLabel>(list, "count").text(), QString("%1 rows").arg(all));
+  QTest::keyClick(&table, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text().count("festival.txt:"), all);
+}
+
+TEST_F(ModelToProjectWindow, AListIsSavedAsItIsShownByTheEndingOfItsName) {
+  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/festival.txt");
+  User::Click(form, "cmdCheck");
+  QWidget& list = User::Find(window, "checkWindow");
+  User::Get<QLineEdit>(list, "filter").setText("weather");
+  const auto save = [&](const char* name) {
+    Browse(list, "cmdSave", folder.Path(name));
+    return std::filesystem::exists(folder.Path(name)) ? ReadFile(folder.Path(name)) : "none";
+  };
+  const std::string sentence = "No unit uses this object.";
+  const std::string advice = "Leave it out, or add it to the units that need it.";
+  EXPECT_EQ(save("a.csv"),
+            "Kind,Line,Element,Finding,What to do\r\nwarning,632,object 2 'Weather'," + sentence +
+                ",\"" + advice + "\"\r\n");
+  EXPECT_EQ(save("a.TXT"),
+            "Kind\tLine\tElement\tFinding\tWhat to do\nwarning\t632\tobject 2 "
+            "'Weather'\t" +
+                sentence + "\t" + advice + "\n");
+  EXPECT_THAT(save("a.json"), HasSubstr("\"Finding\": \"" + sentence + "\""));
+  EXPECT_EQ(save("a.doc"), "none");
+  folder.Write("a.csv", "precious");
+  user.answers = {QMessageBox::No};
+  EXPECT_EQ(save("a.csv"), "precious");
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("no name of a list"), HasSubstr("replace")));
 }
 
 TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {

@@ -67,6 +67,11 @@ class QtDesktop : public Desktop {
   // say no more than that. Empty: not known.
   void SetWhyNotOpen(const std::string& why) { whyNotOpen_ = why; }
 
+  // Writes the file anew, under another name beside it until it is whole, and asks before it
+  // replaces one. False where that isn't wanted. Errors of `write` come up with the name of `path`.
+  bool WriteAnew(const std::string& path,
+                 const std::function<void(const std::string& standIn)>& write);
+
   // Opens a file or a folder in the program that the user has for it.
   void OpenPlace(const QString& path);
 
