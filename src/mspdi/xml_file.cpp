@@ -1,6 +1,7 @@
 #include "xml_file.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 
@@ -61,10 +62,15 @@ void XmlFile::Load(const std::string& path) {
   name_ = FromUtf8(path.substr(path.find_last_of("/\\") + 1));
   std::error_code error;
   if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);
+  RefuseDevice(path);
   std::ifstream file(place, std::ios::binary);
   if (!file.is_open() || fs::is_directory(place, error)) throw RunTimeError(kPermissionDenied);
   constexpr std::size_t kBlock = 1 << 20;
+  constexpr std::uintmax_t kMost = 1 << 30;
   const auto size = fs::file_size(place, error);
+  if (!error && size > kMost) {
+    throw RunTimeError(kPathFileAccessError, "'" + name_ + "' has more than 1 GB.");
+  }
   if (!error) text_.reserve(size + kBlock);
   while (file) {
     const std::size_t read = text_.size();
@@ -72,6 +78,7 @@ void XmlFile::Load(const std::string& path) {
     file.read(text_.data() + read, kBlock);
     text_.resize(read + static_cast<std::size_t>(file.gcount()));
   }
+  if (file.bad()) throw RunTimeError(kDeviceIoError);
 }
 
 void XmlFile::FindLines() {

@@ -5,6 +5,9 @@
 #include <random>
 #include <string_view>
 
+#include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
+
 namespace merivane::runtime {
 
 namespace {
@@ -54,6 +57,13 @@ bool IsSamePlace(const std::string& a, const std::string& b) {
   std::error_code error;
   if (fs::equivalent(PathOf(a), PathOf(b), error) && !error) return true;
   return IsSameName(Followed(a), Followed(b));
+}
+
+void RefuseDevice(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(PathOf(path), error);
+  if (!fs::exists(status) || fs::is_regular_file(status) || fs::is_directory(status)) return;
+  throw RunTimeError(kPathFileAccessError, "'" + FromUtf8(path) + "' is not a file.");
 }
 
 std::string TemporaryNameIn(const fs::path& folder) {

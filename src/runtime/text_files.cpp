@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "file_open.h"
+#include "runtime/code_page.h"
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
@@ -20,6 +21,7 @@ namespace {
 
 constexpr std::int16_t kLastNumber = 511;
 constexpr std::size_t kChunk = 131072;
+constexpr std::size_t kLongestLine = 1 << 20;
 
 [[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, OpenMode mode) {
   switch (failure) {
@@ -50,6 +52,7 @@ struct TextFiles::File {
       : path(name), mode(openMode) {
     if (path.empty()) throw RunTimeError(kPathFileAccessError);
     if (path.find('\0') != std::string::npos) throw RunTimeError(kBadFileNumber);
+    if (mode == OpenMode::kRead) RefuseDevice(place);
     stream = OpenStream(place, mode);
     if (stream == nullptr) ThrowOpenFailure(errno, path, mode);
     std::setvbuf(stream, nullptr, _IONBF, 0);  // whole blocks pass between the file and `chunk`
@@ -78,6 +81,10 @@ struct TextFiles::File {
       const char* end = chunk.get() + filled;
       const char* stop = from;
       while (stop != end && *stop != '\r' && *stop != '\n') ++stop;
+      if (line.size() + static_cast<std::size_t>(stop - from) > kLongestLine) {
+        throw RunTimeError(kPathFileAccessError,
+                           "'" + FromUtf8(path) + "' has a line of more than 1 MB.");
+      }
       line.append(from, stop);
       next = static_cast<std::size_t>(stop - chunk.get());
       if (stop != end) {

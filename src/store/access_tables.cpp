@@ -4,6 +4,8 @@
 #include <mdbtools.h>
 #include <sqlite3.h>
 
+#include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
@@ -94,20 +96,39 @@ bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values, 
   return true;
 }
 
+// The number of tables that came over.
+int CopyTables(MdbHandle* mdb, sqlite3* database, const std::string& path, Work& work) {
+  const GPtrArray* catalog = mdb_read_catalog(mdb, MDB_TABLE);
+  if (catalog == nullptr) throw std::runtime_error("its list of tables is damaged");
+  AccessFields values(mdb, std::filesystem::file_size(PathOf(path)));
+  int copied = 0;
+  for (unsigned i = 0; i < catalog->len; ++i) {
+    auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(catalog, i));
+    if (mdb_is_user_table(entry) != 0 && CopyTable(database, entry, values, work)) ++copied;
+  }
+  return copied;
+}
+
+// To the library a page that the machine can't read is one that tells nothing, and a table or a row
+// the less. The stream remembers.
+void RefuseUnreadPages(const MdbHandle& mdb) {
+  if (std::ferror(mdb.f->stream) != 0) throw std::runtime_error("a part of it can't be read");
+}
+
 }  // namespace
 
 void CopyAccessTables(const std::string& path, const std::string& sqlitePath, Work& work) {
   const Mdb mdb(mdb_open(path.c_str(), MDB_NOFLAGS), mdb_close);
   if (!mdb) throw std::runtime_error("it can't be opened, is encrypted or is damaged");
-  const GPtrArray* catalog = mdb_read_catalog(mdb.get(), MDB_TABLE);
-  if (catalog == nullptr) throw std::runtime_error("its list of tables is damaged");
   const DatabaseHandle database = OpenTarget(sqlitePath);
-  AccessFields values(mdb.get(), std::filesystem::file_size(PathOf(path)));
   int copied = 0;
-  for (unsigned i = 0; i < catalog->len; ++i) {
-    auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(catalog, i));
-    if (mdb_is_user_table(entry) != 0 && CopyTable(database.get(), entry, values, work)) ++copied;
+  try {
+    copied = CopyTables(mdb.get(), database.get(), path, work);
+  } catch (const std::exception&) {
+    RefuseUnreadPages(*mdb);
+    throw;
   }
+  RefuseUnreadPages(*mdb);
   if (copied == 0) throw std::runtime_error("no table of it can be read");
   Execute(database.get(), "COMMIT", sqlitePath);
 }

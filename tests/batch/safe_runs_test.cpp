@@ -27,6 +27,27 @@ class SafeRuns : public Batch {
   std::string other = folder.Path("other.txt");
 };
 
+TEST_F(SafeRuns, ASourceThatNeverEndsIsRefused) {
+  if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no endless device here";
+  for (const char* name : {"endless.txt", "endless.mpx", "endless.xml"}) {
+    fs::create_symlink("/dev/zero", folder.Path(name));
+  }
+  const std::vector<std::vector<std::string>> commands = {
+      {"check", "@endless.txt"},
+      {"draw", "@endless.txt", "--output", "@model.svg"},
+      {"to-project", "@endless.txt", "--database", "@plan.mdb", "--overwrite"},
+      {"to-model", "--mpx", "@endless.mpx", "--interim", plan, "--overwrite", "--output", other},
+      {"to-model", "--xml", "@endless.xml", "--interim", plan, "--overwrite", "--output", other}};
+  const auto isThere = [&](const char* name) { return fs::exists(folder.Path(name)); };
+  const std::string before = ReadFile(plan);
+  for (const auto& command : commands) {
+    const int status = RunIn(command);
+    EXPECT_TRUE(status == kFailed || status == kRefused) << command[1] << ' ' << status;
+    EXPECT_FALSE(err.str().empty()) << command[1];
+    EXPECT_TRUE(ReadFile(plan) == before && !isThere("other.txt") && !isThere("model.svg"));
+  }
+}
+
 TEST_F(SafeRuns, ARefusedNameTouchesNothingAndIsTold) {
   const std::vector<std::string> rows[] = {
       {"to-project", "@model.txt", "--database", " @plan.mdb"},

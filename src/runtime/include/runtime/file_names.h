@@ -29,6 +29,9 @@ bool IsSamePlace(const std::string& a, const std::string& b);
 std::string TemporaryNameIn(const std::filesystem::path& folder);
 std::string TemporaryNameBeside(const std::string& path);
 
+// Refuses a pipe or a device, which can't be read twice and may never end. Error: 75.
+void RefuseDevice(const std::string& path);
+
 // The names in a folder, without their places; none where it can't be listed.
 std::vector<std::string> NamesIn(const std::filesystem::path& folder);
 
