@@ -141,6 +141,7 @@ CLI::App* AddCheck(CLI::App& app, CommandLine& line) {
       app.add_subcommand("check", "list what a translation of a model text would stumble over");
   AddName(command, "MODEL", line.check.model, "Neutral Text file (.txt)")->required();
   command->add_flag("--json", line.check.json, "as a JSON object");
+  command->add_flag("--all", line.check.all, "every note, and not one of each kind with a count");
   AddName(command, "--template", line.common.templateFile,
           "template database (default: beside the program)");
   return command;

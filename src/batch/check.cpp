@@ -1,7 +1,9 @@
 #include "inspect/check.h"
 
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "printable.h"
 #include "runtime/code_page.h"
@@ -17,7 +19,17 @@ using Json = nlohmann::ordered_json;
 using inspect::Finding;
 using inspect::Severity;
 
-const char* NameOf(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+const char* NameOf(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return "error";
+    case Severity::kWarning:
+      return "warning";
+    case Severity::kNote:
+      break;
+  }
+  return "note";
+}
 
 std::size_t CountOf(const std::vector<Finding>& findings, Severity severity) {
   return static_cast<std::size_t>(
@@ -29,16 +41,34 @@ std::string Counted(std::size_t count, const std::string& word) {
   return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
-void PrintText(std::ostream& out, const std::string& model, const std::vector<Finding>& findings) {
+// Of each group only the first is printed, with how many more there are, unless all are wanted.
+void PrintText(std::ostream& out, const CheckOptions& options,
+               const std::vector<Finding>& findings) {
+  std::map<std::string, std::size_t> left;  // of each group
+  if (!options.all) {
+    for (const Finding& finding : findings) ++left[finding.group];
+  }
   for (const Finding& finding : findings) {
+    std::string more;
+    if (!options.all && !finding.group.empty()) {
+      const std::size_t others = std::exchange(left[finding.group], 0);
+      if (others == 0) continue;
+      if (others > 1) {
+        more = " (and " + Counted(others - 1, "more note") + " of " + finding.group +
+               "; --all lists all)";
+      }
+    }
     const std::string element = Described(finding.element);
-    out << model << ':' << finding.line << ": " << NameOf(finding.severity) << ": "
+    out << options.model << ':' << finding.line << ": " << NameOf(finding.severity) << ": "
         << PrintableLine(ToUtf8(element)) << (element.empty() ? "" : ": ")
         << PrintableLine(ToUtf8(finding.sentence)) << ' ' << PrintableLine(ToUtf8(finding.advice))
-        << '\n';
+        << more << '\n';
   }
   out << Counted(CountOf(findings, Severity::kError), "error") << ", "
-      << Counted(CountOf(findings, Severity::kWarning), "warning") << '\n';
+      << Counted(CountOf(findings, Severity::kWarning), "warning");
+  const std::size_t notes = CountOf(findings, Severity::kNote);
+  if (notes > 0) out << ", " << Counted(notes, "note");
+  out << '\n';
 }
 
 Json ElementOf(const Finding& finding) {
@@ -60,7 +90,8 @@ void PrintJson(std::ostream& out, const std::string& model, const std::vector<Fi
   const Json report = {{"model", model},
                        {"findings", list},
                        {"errors", CountOf(findings, Severity::kError)},
-                       {"warnings", CountOf(findings, Severity::kWarning)}};
+                       {"warnings", CountOf(findings, Severity::kWarning)},
+                       {"notes", CountOf(findings, Severity::kNote)}};
   out << PrintableJson(report.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
@@ -72,10 +103,10 @@ int RunCheck(Session& session, const CheckOptions& options) try {
   if (options.json) {
     PrintJson(session.out, options.model, findings);
   } else {
-    PrintText(session.out, options.model, findings);
+    PrintText(session.out, options, findings);
   }
   if (CountOf(findings, Severity::kError) > 0) return kFailed;
-  return findings.empty() ? kDone : kDoneWithMessages;
+  return CountOf(findings, Severity::kWarning) == 0 ? kDone : kDoneWithMessages;
 } catch (const RunTimeError& error) {
   return session.Refuse(options.model + " can't be checked: " + ToUtf8(error.Description()));
 }

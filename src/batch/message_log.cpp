@@ -66,7 +66,7 @@ void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
     *readable_ << ": " << Readable(message.text);
     if (message.buttons == MessageButtons::kYesNo) *readable_ << " [" << NameOf(answer) << "]";
     *readable_ << '\n';
-    const std::string advice = shell::MessageAdvice(message.text);
+    const std::string advice = shell::MessageAdvice(message.error);
     if (!advice.empty()) *readable_ << "  " << advice << '\n';
     *readable_ << std::flush;
   }

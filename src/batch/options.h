@@ -51,6 +51,7 @@ struct ToModelOptions {
 struct CheckOptions {
   std::string model;
   bool json = false;
+  bool all = false;  // every note, not one of each group
 };
 
 struct ExportOptions {

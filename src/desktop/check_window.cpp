@@ -20,7 +20,22 @@ namespace {
 using inspect::Finding;
 using inspect::Severity;
 
-const char* WordOf(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
+struct Look {
+  const char* word;
+  QColor colour;
+};
+
+Look LookOf(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return {"error", QColor(200, 40, 40)};
+    case Severity::kWarning:
+      return {"warning", QColor(220, 160, 0)};
+    case Severity::kNote:
+      break;
+  }
+  return {"note", QColor(110, 130, 160)};
+}
 
 ResultModel* ModelOf(const std::vector<Finding>& findings) {
   constexpr int kLineColumn = 1;
@@ -28,9 +43,9 @@ ResultModel* ModelOf(const std::vector<Finding>& findings) {
   rows.reserve(findings.size());
   for (const Finding& finding : findings) {
     rows.push_back(
-        {{WordOf(finding.severity), QString::number(finding.line), ToQt(Described(finding.element)),
-          ToQt(finding.sentence), ToQt(finding.advice)},
-         finding.severity == Severity::kError ? QColor(200, 40, 40) : QColor(220, 160, 0)});
+        {{LookOf(finding.severity).word, QString::number(finding.line),
+          ToQt(Described(finding.element)), ToQt(finding.sentence), ToQt(finding.advice)},
+         LookOf(finding.severity).colour});
   }
   return new ResultModel({"Kind", "Line", "Element", "Finding", "What to do"}, std::move(rows),
                          kLineColumn, nullptr);
@@ -38,17 +53,16 @@ ResultModel* ModelOf(const std::vector<Finding>& findings) {
 
 QString SummaryOf(const std::vector<Finding>& findings) {
   if (findings.empty()) return "Nothing was found.";
-  const auto errors = std::count_if(findings.begin(), findings.end(), [](const Finding& finding) {
-    return finding.severity == Severity::kError;
-  });
-  const auto warnings = static_cast<std::ptrdiff_t>(findings.size()) - errors;
+  const auto counted = [&](Severity severity) {
+    const auto count = std::count_if(findings.begin(), findings.end(), [&](const Finding& finding) {
+      return finding.severity == severity;
+    });
+    return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(LookOf(severity).word),
+                                                    QLatin1String(count == 1 ? "" : "s"));
+  };
   return QStringLiteral(
-             "%1 error%2, %3 warning%4. A click or Ctrl+C copies rows, Enter opens the text at "
-             "its line.")
-      .arg(errors)
-      .arg(QLatin1String(errors == 1 ? "" : "s"))
-      .arg(warnings)
-      .arg(QLatin1String(warnings == 1 ? "" : "s"));
+             "%1, %2, %3. A click or Ctrl+C copies rows, Enter opens the text at its line.")
+      .arg(counted(Severity::kError), counted(Severity::kWarning), counted(Severity::kNote));
 }
 
 struct Editor {
@@ -102,7 +116,7 @@ QString CheckWindow::TextOf(int row) const {
   const Finding& finding = findings_[static_cast<std::size_t>(row)];
   const QString element = ToQt(Described(finding.element));
   return QStringLiteral("%1:%2: %3: %4%5 %6")
-      .arg(PathToQt(modelPath_), QString::number(finding.line), WordOf(finding.severity),
+      .arg(PathToQt(modelPath_), QString::number(finding.line), LookOf(finding.severity).word,
            element.isEmpty() ? element : element + ": ", ToQt(finding.sentence),
            ToQt(finding.advice));
 }

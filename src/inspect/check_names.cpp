@@ -26,6 +26,13 @@ std::unordered_set<std::int32_t> Decomposed(const Model& model) {
   return units;
 }
 
+// A name without the marks that are refused, which were told where it stands in the pool.
+std::string Unmarked(const std::string& name) {
+  std::string text = UpperCase(name);
+  std::erase(text, '"');
+  return text;
+}
+
 // A number that is read otherwise than it was meant.
 void CheckDays(const Place& place, const std::string& duration, std::vector<Finding>& findings) {
   const double days = ToDouble(duration);
@@ -34,6 +41,14 @@ void CheckDays(const Place& place, const std::string& duration, std::vector<Find
                                  "Commas don't count in its cycle time '" + duration +
                                      "'; the plan takes " + FixedTwo(days) + " days.",
                                  "Write a point in front of a fraction, and no other marks."));
+  } else if (days > 0 && ToInt32(FixedTwo(days)) == 0) {
+    findings.push_back(FindingAt(Severity::kNote, place,
+                                 "Its cycle time '" + duration +
+                                     "' is no whole day: a database keeps it as 0 days, an MPX "
+                                     "file as " +
+                                     FixedTwo(days) + ".",
+                                 "Write whole days where the plan goes by way of a database."));
+    findings.back().group = "cycle times under a day";
   } else if (days < 0) {
     findings.push_back(FindingAt(Severity::kWarning, place,
                                  "Its cycle time '" + duration +
@@ -60,16 +75,30 @@ void CheckCycleTime(const Model& model, const Unit& unit, std::vector<Finding>& 
 
 void CheckNames(const Model& model, std::vector<Finding>& findings) {
   std::unordered_map<std::string, const ProcessEntry*> processes;
+  std::unordered_set<std::int32_t> numbers;
+  bool allKnown = true;
   for (const ProcessEntry& process : model.processes) {
-    processes.try_emplace(UpperCase(model.At(process.place).name), &process);
+    const Place& place = model.At(process.place);
+    processes.try_emplace(UpperCase(place.name), &process);
+    processes.try_emplace(Unmarked(place.name), &process);
+    numbers.insert(place.number);
+    allKnown = allKnown && place.isNumberKnown;
   }
   const auto decomposed = Decomposed(model);
   std::unordered_set<const ProcessEntry*> noted;
   for (const Unit& unit : model.units) {
     const Place& place = model.At(unit.place);
     CheckApostrophe(place, "name", findings);
-    if (!decomposed.contains(place.number)) CheckCycleTime(model, unit, findings);
+    if (place.isNumberKnown && !decomposed.contains(place.number))
+      CheckCycleTime(model, unit, findings);
+    if (unit.isProcessKnown && allKnown && !numbers.contains(unit.process)) {
+      findings.push_back(FindingAt(Severity::kWarning, place,
+                                   "There is no process " + std::to_string(unit.process) +
+                                       " in the pool; its task is told by name alone.",
+                                   "Write the number of its process."));
+    }
     const auto process = processes.find(UpperCase(place.name));
+    if (process == processes.end() && processes.contains(Unmarked(place.name))) continue;
     if (process == processes.end()) {
       findings.push_back(FindingAt(Severity::kError, place,
                                    "No process of the pool has its name, which ends the "

@@ -1,6 +1,8 @@
 #include <map>
+#include <unordered_map>
 
 #include "model_checks.h"
+#include "runtime/text.h"
 
 namespace merivane::inspect {
 
@@ -14,6 +16,7 @@ class Numbers {
 
   void Take(std::size_t place) {
     const Place& here = model_.At(place);
+    if (!here.isNumberKnown) return;
     const auto [first, isNew] = places_.try_emplace(here.number, place);
     if (isNew) return;
     findings_.push_back(FindingAt(
@@ -25,6 +28,29 @@ class Numbers {
   const Model& model_;
   std::vector<Finding>& findings_;
   std::map<std::int32_t, std::size_t> places_;
+};
+
+// Elements of a pool are looked up by name as well.
+class Names {
+ public:
+  Names(const Model& model, std::vector<Finding>& findings, const char* what)
+      : model_(model), findings_(findings), what_(what) {}
+
+  void Take(std::size_t place) {
+    const Place& here = model_.At(place);
+    const auto [first, isNew] = places_.try_emplace(UpperCase(here.name), place);
+    if (isNew || here.name.empty()) return;
+    findings_.push_back(FindingAt(
+        Severity::kWarning, here,
+        "It has the name of " + WithLine(model_.At(first->second)) + ", so that " + what_ + ".",
+        "Give each of the two a name of its own, here and wherever it is used."));
+  }
+
+ private:
+  const Model& model_;
+  std::vector<Finding>& findings_;
+  const char* what_;
+  std::unordered_map<std::string, std::size_t> places_;
 };
 
 // Junctions are looked up by ID, whatever their scenario.
@@ -45,9 +71,17 @@ void CheckJunctionIds(const Model& model, std::vector<Finding>& findings) {
 
 void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
   Numbers processes(model, findings);
-  for (const ProcessEntry& process : model.processes) processes.Take(process.place);
+  Names processNames(model, findings, "the tasks of both get the note of the first");
+  for (const ProcessEntry& process : model.processes) {
+    processes.Take(process.place);
+    processNames.Take(process.place);
+  }
   Numbers objects(model, findings);
-  for (const ObjectEntry& object : model.objects) objects.Take(object.place);
+  Names objectNames(model, findings, "both are used as the last one is");
+  for (const ObjectEntry& object : model.objects) {
+    objects.Take(object.place);
+    objectNames.Take(object.place);
+  }
   Numbers facts(model, findings);
   for (const std::size_t fact : model.facts) facts.Take(fact);
   Numbers scenarios(model, findings);
@@ -56,6 +90,8 @@ void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
   for (const Unit& unit : model.units) ends.Take(unit.place);
   for (const Junction& junction : model.junctions) ends.Take(junction.place);
   CheckJunctionIds(model, findings);
+  Numbers links(model, findings);
+  for (const Link& link : model.links) links.Take(link.place);
 }
 
 }  // namespace merivane::inspect

@@ -1,63 +1,145 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "model_checks.h"
+#include "near_words.h"
+#include "program/model_words.h"
+#include "runtime/conversions.h"
 #include "runtime/text.h"
 
 namespace merivane::inspect {
 
+using namespace program;
+
 namespace {
 
-// The aliases that a rule names: in each term what stands in front of "#".
-std::vector<std::string> AliasesIn(const std::string& rule) {
+struct Term {
+  std::string alias;
+  std::string units;  // what stands behind "#"
+};
+
+// The terms of a rule, each an alias, "#" and a digit.
+std::vector<Term> TermsOf(const std::string& rule) {
   constexpr std::string_view kAnd = " AND ";
-  std::vector<std::string> aliases;
+  std::vector<Term> terms;
   for (std::size_t from = 0; from < rule.size();) {
     const std::size_t end = std::min(rule.find(kAnd, from), rule.size());
     const std::string term = rule.substr(from, end - from);
-    aliases.push_back(Trim(term.substr(0, term.find('#'))));
+    const std::size_t mark = std::min(term.find('#'), term.size());
+    terms.push_back(
+        {Trim(term.substr(0, mark)), Trim(term.substr(std::min(mark + 1, term.size())))});
     from = end + kAnd.size();
   }
-  return aliases;
+  return terms;
 }
+
+constexpr std::size_t kLongestRule = 25;
+constexpr std::array kResourceTypes = {kSharedResource, kDedicatedResource, kTransport};
+
+class Objects {
+ public:
+  Objects(const Model& model, std::vector<Finding>& findings) : model_(model), findings_(findings) {
+    for (const ObjectEntry& object : model.objects) {
+      const Place& place = model.At(object.place);
+      aliases_.insert(object.alias);
+      byNumber_.try_emplace(place.number, &object);
+      names_.insert(place.name);
+      if (!place.isNumberKnown) unnumbered_.insert(place.name);
+    }
+  }
+
+  void CheckPool() {
+    std::unordered_set<std::int32_t> usedNumbers;
+    std::unordered_set<std::string> usedNames;
+    for (const ObjectUse& use : model_.objectUses) {
+      usedNumbers.insert(use.object);
+      usedNames.insert(use.name);
+    }
+    for (const ObjectEntry& object : model_.objects) {
+      const Place& place = model_.At(object.place);
+      const std::string suggestion = Suggestion(object.type, kResourceTypes);
+      if (!suggestion.empty()) {
+        Warn(place,
+             "Its type '" + object.type + "' is no resource, so that the plan doesn't have it." +
+                 suggestion,
+             "Write the type as it stands there.");
+      }
+      if (usedNumbers.contains(place.number) || usedNames.contains(place.name)) continue;
+      Warn(place, "No unit uses this object.",
+           "Leave it out, or add it to the units that need it.");
+    }
+  }
+
+  void CheckUses() {
+    for (const ObjectUse& use : model_.objectUses) {
+      if (!use.isKnown || unnumbered_.contains(use.name)) continue;
+      const Place& unit = model_.At(use.unit);
+      const std::string what = "Its object " + std::to_string(use.object) + " '" + use.name + "'";
+      const auto object = byNumber_.find(use.object);
+      if (object == byNumber_.end()) {
+        Warn(unit, what + " is not in the object pool, so that the plan doesn't have it.",
+             "Write the number of an object of the pool.");
+      } else if (!names_.contains(use.name)) {
+        Warn(unit,
+             what + " bears no name of the object pool, where " + std::to_string(use.object) +
+                 " is '" + model_.At(object->second->place).name +
+                 "'; the plan goes by the name, and doesn't have it.",
+             "Write the name of the object as it stands in the pool.");
+      }
+    }
+  }
+
+  void CheckRules() {
+    constexpr std::string_view kNoRule = "None";
+    for (const Unit& unit : model_.units) {
+      if (unit.laborRule == kNoRule || unit.laborRule.empty()) continue;
+      std::vector<Term> terms = TermsOf(unit.laborRule);
+      if (unit.laborRule.size() >= kLongestRule) terms.pop_back();  // told where it was cut
+      for (const Term& term : terms) CheckTerm(model_.At(unit.place), term);
+    }
+  }
+
+ private:
+  void Warn(const Place& place, std::string sentence, std::string advice) {
+    findings_.push_back(
+        FindingAt(Severity::kWarning, place, std::move(sentence), std::move(advice)));
+  }
+
+  void CheckTerm(const Place& unit, const Term& term) {
+    if (term.alias.empty()) return;
+    if (!aliases_.contains(term.alias)) {
+      Warn(unit, "Its labor rule names '" + term.alias + "', which is the alias of no object.",
+           "Write the alias of an object of the unit; without one, one unit of it is planned.");
+      return;
+    }
+    const bool isDigit = term.units.size() == 1 && IsNumericText(term.units);
+    if (isDigit) return;
+    const std::string first = term.units.substr(0, 1);
+    Warn(unit,
+         "Its labor rule asks for '" + term.units + "' of '" + term.alias + "'; the plan takes " +
+             (IsNumericText(first) ? first : "1") + ".",
+         "Write one digit behind 'ALIAS#'.");
+  }
+
+  const Model& model_;
+  std::vector<Finding>& findings_;
+  std::unordered_set<std::string> aliases_;
+  std::unordered_set<std::string> names_;
+  std::unordered_set<std::string> unnumbered_;  // names of objects whose number isn't known
+  std::unordered_map<std::int32_t, const ObjectEntry*> byNumber_;
+};
 
 }  // namespace
 
 void CheckObjects(const Model& model, std::vector<Finding>& findings) {
-  constexpr std::string_view kNoRule = "None";
-  std::unordered_set<std::int32_t> usedNumbers;
-  std::unordered_set<std::string> usedNames;
-  for (const ObjectUse& use : model.objectUses) {
-    usedNumbers.insert(use.object);
-    usedNames.insert(use.name);
-  }
-  std::unordered_set<std::string> aliases;
-  std::unordered_set<std::int32_t> numbers;
-  for (const ObjectEntry& object : model.objects) {
-    const Place& place = model.At(object.place);
-    aliases.insert(object.alias);
-    numbers.insert(place.number);
-    if (usedNumbers.contains(place.number) || usedNames.contains(place.name)) continue;
-    findings.push_back(FindingAt(Severity::kWarning, place, "No unit uses this object.",
-                                 "Leave it out, or add it to the units that need it."));
-  }
-  for (const ObjectUse& use : model.objectUses) {
-    if (numbers.contains(use.object)) continue;
-    findings.push_back(FindingAt(Severity::kWarning, model.At(use.unit),
-                                 "Its object " + std::to_string(use.object) + " '" + use.name +
-                                     "' is not in the object pool, so that the plan doesn't have "
-                                     "it.",
-                                 "Write the number of an object of the pool."));
-  }
-  for (const Unit& unit : model.units) {
-    if (unit.laborRule == kNoRule) continue;
-    for (const std::string& alias : AliasesIn(unit.laborRule)) {
-      if (alias.empty() || aliases.contains(alias)) continue;
-      findings.push_back(FindingAt(
-          Severity::kWarning, model.At(unit.place),
-          "Its labor rule names '" + alias + "', which is the alias of no object.",
-          "Write the alias of an object of the unit; without one, one unit of it is planned."));
-    }
-  }
+  Objects objects(model, findings);
+  objects.CheckPool();
+  objects.CheckUses();
+  objects.CheckRules();
 }
 
 }  // namespace merivane::inspect

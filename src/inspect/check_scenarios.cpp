@@ -1,9 +1,11 @@
 #include <algorithm>
-#include <map>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "model_checks.h"
+#include "near_words.h"
+#include "runtime/text.h"
 
 namespace merivane::inspect {
 
@@ -16,6 +18,7 @@ class Decompositions {
     for (const Unit& unit : model.units) {
       scenarioOf_[model.At(unit.place).number] = unit.scenario;
       filled_.insert(unit.scenario);
+      hasUnknownUnit_ = hasUnknownUnit_ || !model.At(unit.place).isNumberKnown;
     }
     for (const ScenarioEntry& scenario : model.scenarios) {
       byNumber_.try_emplace(model.At(scenario.place).number, &scenario);
@@ -32,8 +35,14 @@ class Decompositions {
     }
     for (const ScenarioEntry& scenario : model_.scenarios) {
       CheckUnits(scenario);
-      if (scenario.parent == 0) continue;
+      if (model_.At(scenario.place).name.empty()) {
+        findings_.push_back(FindingAt(Severity::kWarning, model_.At(scenario.place),
+                                      "It has no name, so that no fact can choose it.",
+                                      "Give it a name."));
+      }
+      if (scenario.parent == 0 || !scenario.isParentKnown) continue;
       const auto unit = scenarioOf_.find(scenario.parent);
+      if (unit == scenarioOf_.end() && hasUnknownUnit_) continue;
       if (unit == scenarioOf_.end()) {
         findings_.push_back(FindingAt(
             Severity::kWarning, model_.At(scenario.place),
@@ -87,15 +96,47 @@ class Decompositions {
   const Model& model_;
   std::vector<Finding>& findings_;
   std::unordered_map<std::int32_t, std::int32_t> scenarioOf_;  // of each unit
-  std::unordered_set<std::int32_t> filled_;                    // scenarios that have units
+  bool hasUnknownUnit_ = false;
+  std::unordered_set<std::int32_t> filled_;  // scenarios that have units
   std::unordered_map<std::int32_t, const ScenarioEntry*> byNumber_;
   std::unordered_set<const ScenarioEntry*> done_;
 };
+
+// Facts that steer the translation by their name, and those that seem to.
+void CheckFacts(const Model& model, std::vector<Finding>& findings) {
+  constexpr std::string_view kChoose = "CHOOSE ";
+  std::vector<std::string_view> names;
+  std::unordered_set<std::string> known;
+  for (const ScenarioEntry& scenario : model.scenarios) {
+    names.push_back(model.At(scenario.place).name);
+    known.insert(UpperCase(model.At(scenario.place).name));
+  }
+  for (const std::size_t fact : model.facts) {
+    const Place& place = model.At(fact);
+    if (!UpperCase(place.name).starts_with(kChoose)) continue;
+    const std::string name = place.name.substr(kChoose.size());
+    if (known.contains(UpperCase(name))) continue;
+    findings.push_back(FindingAt(
+        Severity::kWarning, place,
+        "There is no scenario '" + name + "' that it could choose." + Suggestion(name, names),
+        "Write 'Choose ' and the name of a scenario."));
+  }
+  for (const JunctionFact& fact : model.junctionFacts) {
+    const Junction& junction = model.junctions[fact.junction];
+    if (!HoldsNoCase(fact.name, "PathAt") || OffersPaths(junction)) continue;
+    findings.push_back(FindingAt(Severity::kWarning, model.At(junction.place),
+                                 "Its path fact '" + fact.name +
+                                     "' does nothing, since only a fan-out of the types XOR, "
+                                     "Async. OR and Sync. OR has paths to choose from.",
+                                 "Take the fact off the junction, or change its type."));
+  }
+}
 
 }  // namespace
 
 void CheckScenarios(const Model& model, std::vector<Finding>& findings) {
   Decompositions(model, findings).Check();
+  CheckFacts(model, findings);
 }
 
 }  // namespace merivane::inspect

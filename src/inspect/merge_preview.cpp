@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "box_text.h"
 #include "mpx/mpx_fields.h"
 #include "platform/scripted_desktop.h"
 #include "roundtrip/merge_listener.h"
@@ -28,6 +29,8 @@ class Progress : public MergeListener {
     step_ = step;
     task_ = ToInt32(planId);
   }
+  void OnRefusedName() override { nameRefused_ = true; }
+  bool NameRefused() const { return nameRefused_; }
   MergeStep Step() const { return step_; }
   std::optional<std::int32_t> Task() const { return task_; }
   const std::string& Line() const { return line_; }
@@ -36,6 +39,7 @@ class Progress : public MergeListener {
  private:
   std::string line_;
   std::size_t lineNumber_ = 1;
+  bool nameRefused_ = false;
   MergeStep step_ = MergeStep::kTask;
   std::optional<std::int32_t> task_;
 };
@@ -61,52 +65,43 @@ struct Explanation {
 
 // A box as one sentence of a line.
 std::string SentenceOf(const std::string& box) {
-  std::string text;
-  for (const char letter : box) {
-    const bool isBlank = letter == ' ' || letter == '\r' || letter == '\n';
-    if (!isBlank) {
-      text += letter;
-    } else if (!text.empty() && text.back() != ' ') {
-      text += ' ';
-    }
-  }
-  text = Trim(text);
+  const std::string text = OneLine(box);
   return text.empty() || text.back() == '.' ? text : text + '.';
 }
 
-Explanation ExplainTask(const std::string& description) {
-  if (description == ErrorText(kTypeMismatch)) {
+Explanation ExplainTask(const Message& box) {
+  if (box.error == kTypeMismatch) {
     return {"The task was moved under another summary task, which stops the merge.",
             "Move it back to where it was, or build a new model by overwriting."};
   }
-  if (description == ErrorText(kNoCurrentRecord)) {
+  if (box.error == kNoCurrentRecord) {
     return {"The task is indented below no summary task, which stops the merge.",
             "Put it back on its outline level, or build a new model by overwriting."};
   }
-  return {"The task can't be taken over: " + SentenceOf(description),
+  return {"The task can't be taken over: " + SentenceOf(box.text),
           "Mend the task in the plan, or build a new model by overwriting."};
 }
 
-Explanation ExplainLinks(const PlanTask& task, const std::string& description) {
+Explanation ExplainLinks(const PlanTask& task, const Message& box) {
   const bool alone = !Holds(task.predecessors, ",");
   if (alone && HoldsNoCase(task.predecessors, "SS")) {
     return {"Its only predecessor '" + task.predecessors +
                 "' is of the kind start-to-start, which stops the merge.",
             "Give the task a second predecessor, or take this one out."};
   }
-  if (alone && description == ErrorText(kNoCurrentRecord)) {
+  if (alone && box.error == kNoCurrentRecord) {
     return {"Its new predecessor '" + task.predecessors +
                 "' stops the merge, since the task's only link in the model comes straight from a "
                 "unit.",
             "Take the predecessor out and draw the link in the model, or keep the old predecessor "
             "beside the new one."};
   }
-  if (description == ErrorText(kOutOfStackSpace)) {
+  if (box.error == kOutOfStackSpace) {
     return {"The junctions in front of it run in a circle, which stops the merge.",
             "Take the circle out of the model, or the predecessors '" + task.predecessors +
                 "' out of the plan."};
   }
-  return {"Its predecessors '" + task.predecessors + "' stop the merge: " + SentenceOf(description),
+  return {"Its predecessors '" + task.predecessors + "' stop the merge: " + SentenceOf(box.text),
           "Put the predecessors back as they were, or build a new model by overwriting."};
 }
 
@@ -123,40 +118,39 @@ ElementName ElementIn(const std::string& line) {
   return element;
 }
 
-Explanation ExplainLine(const ElementName& element, const std::string& line,
-                        const std::string& description) {
+Explanation ExplainLine(const ElementName& element, const Progress& progress, const Message& box) {
   constexpr const char* kChange = "Change it in the plan, and save the plan anew.";
-  if (element.kind == "resource" && Holds(line, "'")) {
+  if (element.kind == "resource" && Holds(progress.Line(), "'")) {
     return {"Its name holds an apostrophe, which stops the merge.", kChange};
   }
-  if (description.starts_with("Merivane requires")) return {SentenceOf(description), kChange};
-  return {"A value in this line can't be taken over: " + SentenceOf(description),
+  if (progress.NameRefused()) return {SentenceOf(box.text), kChange};
+  return {"A value in this line can't be taken over: " + SentenceOf(box.text),
           "Look at the numbers in it; mend the plan, and save it anew."};
 }
 
 // While the plan was read. Planning XML tells its rows itself.
-MergeChange StopInReading(const Progress& progress, const std::string& description) {
+MergeChange StopInReading(const Progress& progress, const Message& box) {
   if (progress.Line().empty()) {
     return {ChangeKind::kStop,
             {"plan", std::nullopt, ""},
-            SentenceOf(description),
+            SentenceOf(box.text),
             "Mend the plan, and try again."};
   }
   const ElementName element = ElementIn(progress.Line());
-  const Explanation why = ExplainLine(element, progress.Line(), description);
+  const Explanation why = ExplainLine(element, progress, box);
   return {ChangeKind::kStop, element,
           "In line " + std::to_string(progress.LineNumber()) + " of the file: " + why.sentence,
           why.advice, element.number};
 }
 
 MergeChange StopOf(const Progress& progress, Connection* connection, std::int32_t project,
-                   const std::string& description) {
+                   const Message& box) {
   if (!progress.Task() || connection == nullptr || !connection->IsOpen()) {
-    return StopInReading(progress, description);
+    return StopInReading(progress, box);
   }
   const PlanTask task = TaskOf(*connection, *progress.Task(), project);
-  const Explanation why = progress.Step() == MergeStep::kTask ? ExplainTask(description)
-                                                              : ExplainLinks(task, description);
+  const Explanation why =
+      progress.Step() == MergeStep::kTask ? ExplainTask(box) : ExplainLinks(task, box);
   return {ChangeKind::kStop,
           {"task", progress.Task(), task.name},
           why.sentence,
@@ -210,7 +204,7 @@ MergePreview PreviewMerge(const std::string& planPath, const std::string& interi
     preview.changes = ChangesBetween(before, ReadSnapshot(*state.gProjectConn, project));
   } else {
     preview.changes.push_back(StopOf(progress, state.gInterimConn.get(), project,
-                                     preview.boxes.empty() ? "" : preview.boxes.back().text));
+                                     preview.boxes.empty() ? Message{} : preview.boxes.back()));
   }
   program.files.CloseAll();
   return preview;

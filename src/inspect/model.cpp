@@ -2,7 +2,16 @@
 
 #include <utility>
 
+#include "program/model_words.h"
+#include "runtime/text.h"
+
 namespace merivane::inspect {
+
+using namespace program;
+
+bool OffersPaths(const Junction& junction) {
+  return junction.cardinality == kFanOut && Holds(junction.type, "OR");
+}
 
 const char* KindName(Element kind) {
   switch (kind) {
@@ -27,7 +36,11 @@ const char* KindName(Element kind) {
   return "link";
 }
 
-ElementName NameOf(const Place& place) { return {KindName(place.kind), place.number, place.name}; }
+ElementName NameOf(const Place& place) {
+  ElementName name{KindName(place.kind), std::nullopt, place.name};
+  if (place.isNumberKnown) name.number = place.number;
+  return name;
+}
 
 Finding FindingAt(Severity severity, const Place& place, std::string sentence, std::string advice) {
   return {severity, place.line, NameOf(place), std::move(sentence), std::move(advice)};

@@ -21,6 +21,8 @@ struct Place {
   std::int32_t number = 0;
   std::string name;
   std::size_t line = 0;
+  bool isNumberKnown =
+      true;  // false: the text's is none, and `number` a stand-in that no other has
 };
 
 // A value that an element has not itself but took over from an earlier one.
@@ -37,18 +39,23 @@ struct ProcessEntry {
 struct ObjectEntry {
   std::size_t place;
   std::string alias;
+  std::string type;  // the second of the two
 };
 
 struct ScenarioEntry {
   std::size_t place;
   std::int32_t parent;  // number of the unit that it decomposes; 0 for a top scenario
+  bool isParentKnown = true;
 };
 
 struct Unit {
-  std::size_t place;
-  std::int32_t scenario;
+  std::size_t place = 0;
+  std::int32_t scenario = 0;
   std::string duration;
   std::string laborRule;
+  std::int32_t process = 0;
+  bool isProcessKnown = true;
+  bool hasCycleTime = false;          // an object of its own gave one
   std::vector<CarriedValue> carried;  // by its last object
 };
 
@@ -56,6 +63,8 @@ struct ObjectUse {
   std::size_t unit;  // its place
   std::int32_t object;
   std::string name;
+  std::size_t line;
+  bool isKnown = true;  // false: the text holds no number
 };
 
 struct Junction {
@@ -65,9 +74,16 @@ struct Junction {
   std::string type;
 };
 
+struct JunctionFact {
+  std::size_t junction;  // index into Model::junctions
+  std::string name;
+};
+
 struct LinkEnd {
   std::int32_t number;
   std::string type;
+  std::string name;
+  bool isKnown = true;  // false: the text holds no number
 };
 
 struct Link {
@@ -87,10 +103,14 @@ struct Model {
   std::vector<Unit> units;
   std::vector<ObjectUse> objectUses;
   std::vector<Junction> junctions;
+  std::vector<JunctionFact> junctionFacts;
   std::vector<Link> links;
 
   const Place& At(std::size_t place) const { return places[place]; }
 };
+
+// A fan-out that a path fact can prune.
+bool OffersPaths(const Junction& junction);
 
 const char* KindName(Element kind);
 ElementName NameOf(const Place& place);

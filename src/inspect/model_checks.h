@@ -7,7 +7,8 @@
 
 namespace merivane::inspect {
 
-// Elements of one kind, or of one scenario, that share a number.
+// Elements of one kind, or of one scenario, that share a number, and those of a pool that share a
+// name.
 void CheckNumbers(const Model& model, std::vector<Finding>& findings);
 
 // Names that the translator can't ask the database for, units of no process, notes that are too
@@ -18,7 +19,7 @@ void CheckObjects(const Model& model, std::vector<Finding>& findings);
 // Ends of links, junctions that join nothing, units that nothing leads to, circles.
 void CheckLinks(const Model& model, std::vector<Finding>& findings);
 
-// Decompositions: circles, scenarios of no unit, more than one group to choose from.
+// Decompositions: circles, scenarios of no unit. Facts that choose no scenario and no path.
 void CheckScenarios(const Model& model, std::vector<Finding>& findings);
 
 }  // namespace merivane::inspect

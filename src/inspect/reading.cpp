@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "machine_fault.h"
+#include "near_words.h"
 #include "runtime/conversions.h"
 #include "runtime/file_names.h"
 #include "runtime/text.h"
@@ -97,7 +98,11 @@ void Reading::EndSearch() {
 void Reading::OnRecord(Element element, std::string_view listEnd) {
   if (element == Element::kJunctionFact) return;  // a line of the junction's list
   searched_ = nullptr;
-  if (element == Element::kObjectUse) return;  // tells of its unit
+  if (element == Element::kObjectUse) {  // tells of its unit
+    useLine_ = ends_.size();
+    return;
+  }
+  standIn_.reset();
   element_ = element;
   elementLine_ = ends_.size();
   listEnd_ = listEnd;
@@ -111,7 +116,6 @@ void Reading::OnField(std::size_t start, std::size_t length) {
   constexpr std::size_t kNumberLength = 4;
   fieldLine_ = ends_.size();
   fieldStart_ = start;
-  fieldLength_ = length;
   const std::string_view field = FieldText();
   if (field.size() <= length) return;
   const std::string kept(field.substr(0, length));
@@ -138,44 +142,109 @@ void Reading::OnCut(std::size_t length) {
   cut_ = true;
 }
 
-void Reading::OnMessage(const Message& message) {
-  const std::string& text = message.text;
-  if (text.starts_with("Merivane requires")) {
-    StopAtName(text);
+// The paths through the model hang on numbers of these.
+void Reading::MarkUntranslatable() {
+  const bool bearsPaths = element_ == Element::kScenario || element_ == Element::kUnit ||
+                          element_ == Element::kJunction || element_ == Element::kLink;
+  if (bearsPaths && !untranslatable_) untranslatable_ = findings_.back();
+}
+
+// What the element in hand refers to by this line is not known.
+void Reading::MarkBadLine() {
+  badLines_.insert(ends_.size());
+  if (element_ != Element::kUnit) MarkUntranslatable();  // it refers to pools
+}
+
+void Reading::OnNumber(NumberUse use, const std::string& text, double value) {
+  if (use == NumberUse::kValue) {
+    if (element_ == Element::kObject) CheckQuantity(text, value);
     return;
   }
-  const auto is = [&](int error) { return text == ErrorText(error) + std::string(kCrLf); };
-  if (is(kTypeMismatch) || is(kOverflow)) {
-    StopAtNumber(text, is(kOverflow));
-  } else if (is(kInvalidProcedureCall)) {
-    StopAtMark();
-  } else if (is(kInputPastEndOfFile)) {
-    StopAtEnd();
-  } else if (text.starts_with("Celvar input text file is not valid")) {
-    Add(Severity::kError, "The first line doesn't hold 'Dunmar Neutral Text', so this is no model.",
-        kChooseModel);
-    foreign_ = true;
-  } else if (ends_.empty()) {
-    Add(Severity::kError, "The text is empty.", kChooseModel);
-    StopHere(Stop::Kind::kFinal);
-  } else {
-    Add(Severity::kError, "The reader stops here: " + Trim(text), "Mend the text here.");
-    StopHere(Stop::Kind::kFinal);
+  const std::string digits = Trim(text);
+  if (digits.find_first_not_of("0123456789") == std::string::npos) return;
+  Add(Severity::kWarning,
+      "'" + digits + "' is read as the number " + std::to_string(static_cast<long>(value)) + ".",
+      "Write a whole number from 1 to 32,767, here and wherever it is used.");
+}
+
+// Of an object, from one of its properties.
+void Reading::CheckQuantity(const std::string& text, double value) {
+  if (!Trim(Line(ends_.size())).starts_with("Quantity:")) return;
+  if (Holds(text, ",")) {
+    Add(Severity::kWarning,
+        "Commas don't count in the quantity '" + text + "'; the plan takes " + FixedTwo(value) +
+            " of it.",
+        "Write a point in front of a fraction, and no other marks.");
+  } else if (value <= 0) {
+    Add(Severity::kWarning,
+        "The quantity '" + text + "' leaves nothing of it for the tasks that need it.",
+        "Write a quantity above 0.");
   }
 }
 
-void Reading::StopHere(Stop::Kind kind) {
-  const std::string_view field = FieldText();
-  stop_ = {kind, ends_.size(), 0, std::min(field.size(), fieldLength_)};
-  if (fieldLine_ == ends_.size()) stop_.start = Line(fieldLine_).size() - field.size();
-  stopFinding_ = findings_.back();
+std::optional<std::int16_t> Reading::OnBadNumber(NumberUse use, const std::string& text,
+                                                 const RunTimeError& error) {
+  if (ends_.size() == elementLine_ && !StartsWithItsWord()) {
+    return std::nullopt;
+  }
+  if (error.Number() == kOverflow) {
+    Add(Severity::kError, "The number '" + text + "' is beyond 32,767.",
+        "Number the elements up to 32,767.");
+  } else {
+    Add(Severity::kError, "A number is expected here, and '" + text + "' is none.",
+        "Write a whole number up to 32,767.");
+  }
+  if (use == NumberUse::kReference) MarkBadLine();
+  if (use != NumberUse::kOwn) return std::int16_t{0};
+  MarkUntranslatable();
+  standIn_ = standIns_++;
+  return standIn_;
 }
 
-// The box holds the rule and, behind two blanks, which name is meant.
-void Reading::StopAtName(const std::string& text) {
-  Add(Severity::kError, text.substr(0, text.find("  ")),
-      "Change the name, here and wherever it is used.");
-  StopHere(Stop::Kind::kName);
+// A line of another kind stands here because one before it is missing.
+bool Reading::OnBadLine(const RunTimeError& /*error*/) {
+  const std::string line = Trim(Line(ends_.size()));
+  const bool isUse = useLine_ == ends_.size() && line.starts_with("Object-Occurrence");
+  const bool isEnd = line.starts_with("Origin") || line.starts_with("Destination");
+  if (!isUse && !isEnd) return false;
+  Add(Severity::kError,
+      std::string("This line lacks a mark: it must end in the form ") + FormOfLine() + ".",
+      "Write the line in that form.");
+  MarkBadLine();
+  return true;
+}
+
+bool Reading::OnRefusedName(std::string_view rule) {
+  Add(Severity::kError, std::string(rule), "Change the name, here and wherever it is used.");
+  return true;
+}
+
+void Reading::OnMessage(const Message& message) {
+  switch (message.error) {
+    case kTypeMismatch:
+    case kOverflow:
+      StopAtNumber(message.text);
+      return;
+    case kInvalidProcedureCall:
+      Stop(std::string("This line lacks a mark: it must end in the form ") + FormOfLine() + ".",
+           "Write the line in that form.");
+      return;
+    case kInputPastEndOfFile:
+      StopAtEnd();
+      return;
+    case kInvalidFileFormat:
+      Add(Severity::kError,
+          "The first line doesn't hold 'Dunmar Neutral Text', so this is no model.", kChooseModel);
+      foreign_ = true;
+      return;
+    default:
+      Stop("The reader stops here: " + Trim(message.text), "Mend the text here.");
+  }
+}
+
+void Reading::Stop(std::string sentence, std::string advice) {
+  Add(Severity::kError, std::move(sentence), std::move(advice) + kNotReadOn);
+  stopped_ = true;
 }
 
 // Each element begins with its word and its number.
@@ -185,54 +254,37 @@ bool Reading::StartsWithItsWord() const {
   return Label(Line(fieldLine_), FieldText()).starts_with(word);
 }
 
-void Reading::StopAtNumber(const std::string& description, bool beyond) {
-  const std::size_t line = ends_.size();
-  if (line == elementLine_ && !StartsWithItsWord()) {
-    Add(Severity::kError,
-        std::string("A ") + KindName(element_) + " or the line '" + listEnd_ +
-            "' is expected here, and this line has no number.",
-        "Put the missing line in, or take the lines between the elements out." +
-            std::string(kNotReadOn));
-    StopHere(Stop::Kind::kFinal);
-    return;
-  }
-  if (fieldLine_ != line) {
-    Add(Severity::kError, "A number of this element can't be used: " + Trim(description),
-        "Write whole numbers up to 32,767." + std::string(kNotReadOn));
-    StopHere(Stop::Kind::kFinal);
-    return;
-  }
-  const std::string field(FieldText().substr(0, fieldLength_));
-  if (beyond) {
-    Add(Severity::kError, "A number in '" + field + "' is beyond 32,767.",
-        "Number the elements up to 32,767.");
+// Others were told where they stand; here something stands between the elements.
+void Reading::StopAtNumber(const std::string& description) {
+  if (ends_.size() == elementLine_) {
+    Stop(std::string("A ") + KindName(element_) + " or the line '" + listEnd_ +
+             "' is expected here, and this line has no number.",
+         "Put the missing line in, or take the lines between the elements out.");
   } else {
-    Add(Severity::kError, "A number is expected here, and '" + field + "' is none.",
-        "Write a whole number up to 32,767.");
+    Stop("A number of this element can't be used: " + Trim(description),
+         "Write whole numbers up to 32,767.");
   }
-  StopHere(Stop::Kind::kNumber);
 }
 
-void Reading::StopAtMark() {
-  const char* form = "(";
+const char* Reading::FormOfLine() const {
+  if (useLine_ == ends_.size()) return "NUMBER  (NAME)";
   switch (element_) {
     case Element::kLink:
-      form = "#NUMBER  (TYPE, NAME)";
-      break;
+      return "#NUMBER  (TYPE, NAME)";
     case Element::kUnit:
-      form = ends_.size() == elementLine_ ? "PROCESS  #NUMBER" : "NUMBER  (NAME)";
-      break;
+      return "PROCESS  #NUMBER";
     default:
-      form = "#NUMBER (NAME)";
+      return "#NUMBER (NAME)";
   }
-  Add(Severity::kError,
-      "This line lacks a mark: it must end in the form " + std::string(form) + ".",
-      "Write the line in that form." + std::string(kNotReadOn));
-  StopHere(Stop::Kind::kFinal);
 }
 
 void Reading::StopAtEnd() {
-  if (searched_) {
+  stopped_ = true;
+  if (ends_.empty()) {
+    Add(Severity::kError, "The text is empty.", kChooseModel);
+  } else if (searched_ && ReportNearKeyword(*searched_, searchedFrom_, ends_.size() + 1)) {
+    findings_.back().advice += kNotReadOn;
+  } else if (searched_) {
     findings_.push_back({Severity::kError, searchedFrom_, CurrentElement(),
                          "The line '" + *searched_ +
                              "' is missing: it is expected here or further down, and the text ends "
@@ -244,7 +296,22 @@ void Reading::StopAtEnd() {
                          "The text ends in the midst of this element.",
                          "Export the model anew." + std::string(kNotReadOn)});
   }
-  StopHere(Stop::Kind::kFinal);
+}
+
+// A line that was passed over and was meant for the one that was searched for.
+bool Reading::ReportNearKeyword(const std::string& keyword, std::size_t from, std::size_t to) {
+  for (std::size_t line = std::max<std::size_t>(from, 1); line < to; ++line) {
+    const std::string_view passed = Line(line);
+    if (keywords_.contains(passed) || !IsNearMiss(passed, keyword)) continue;
+    findings_.push_back({Severity::kError,
+                         line,
+                         {},
+                         "The line '" + std::string(passed) +
+                             "' is taken for text. Did you mean '" + keyword + "'?",
+                         "Write the line as it stands there, blanks included."});
+    return true;
+  }
+  return false;
 }
 
 // A keyword that was passed over belongs to what comes behind the one that was searched for, so
@@ -254,6 +321,7 @@ void Reading::ReportPassedKeywords() {
     return std::min(line.find_first_not_of(' '), line.size());
   };
   for (const SearchRange& range : ranges_) {
+    if (ReportNearKeyword(*range.keyword, range.from, range.to)) continue;
     for (std::size_t line = range.from; line < range.to; ++line) {
       const std::string_view passed = Line(line);
       if (passed.empty() || indent(passed) > indent(*range.keyword) ||
@@ -272,7 +340,7 @@ void Reading::ReportPassedKeywords() {
 }
 
 void Reading::Finish() {
-  if (foreign_ && stop_.kind == Stop::Kind::kFinal) {
+  if (foreign_ && stopped_) {
     findings_.resize(1);  // what else it holds is no matter of a model
     return;
   }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <set>
@@ -10,6 +11,7 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -18,15 +20,6 @@
 #include "platform/scripted_desktop.h"
 
 namespace merivane::inspect {
-
-// Where the reader gave up, and what could be put there so that it goes on.
-struct Stop {
-  enum class Kind { kNone, kName, kNumber, kFinal };
-  Kind kind = Kind::kNone;
-  std::size_t line = 0;
-  std::size_t start = 0;  // of the name or number in the line, from 0
-  std::size_t length = 0;
-};
 
 class Reading : public ReaderListener {
  public:
@@ -37,6 +30,11 @@ class Reading : public ReaderListener {
   void OnSearch(std::string_view keyword) override;
   void OnRecord(Element element, std::string_view listEnd) override;
   void OnField(std::size_t start, std::size_t length) override;
+  void OnNumber(NumberUse use, const std::string& text, double value) override;
+  std::optional<std::int16_t> OnBadNumber(NumberUse use, const std::string& text,
+                                          const RunTimeError& error) override;
+  bool OnBadLine(const RunTimeError& error) override;
+  bool OnRefusedName(std::string_view rule) override;
   void OnCut(std::size_t length) override;
   bool OnRow(RowChange change, std::string_view table, std::span<const Cell> cells) override;
 
@@ -49,8 +47,10 @@ class Reading : public ReaderListener {
 
   const Model& GetModel() const { return model_; }
   const std::vector<Finding>& Findings() const { return findings_; }
-  const Stop& StoppedAt() const { return stop_; }
-  const std::optional<Finding>& StopFinding() const { return stopFinding_; }
+  // The reader gave up before the end of the text, and a finding says so.
+  bool HasStopped() const { return stopped_; }
+  // The first finding after which a translation of the rows would tell nothing of the model.
+  const std::optional<Finding>& Untranslatable() const { return untranslatable_; }
   std::size_t LineCount() const { return ends_.size(); }
   std::string_view Line(std::size_t number) const;  // from 1
 
@@ -61,17 +61,28 @@ class Reading : public ReaderListener {
     std::size_t to;  // the line of the keyword
   };
   using Cells = std::span<const Cell>;
+  struct EndColumns {
+    const char* what;
+    std::string_view number;
+    std::string_view type;
+    std::string_view name;
+    std::size_t linesBehind;  // the first line of the link
+  };
 
   void Add(Severity severity, std::string sentence, std::string advice);
   ElementName CurrentElement() const;
   std::string_view FieldText() const;
   const std::string* Keyword(std::string_view keyword);
   void EndSearch();
+  bool ReportNearKeyword(const std::string& keyword, std::size_t from, std::size_t to);
 
-  void StopHere(Stop::Kind kind);
-  void StopAtName(const std::string& text);
+  void Stop(std::string sentence, std::string advice);
   bool StartsWithItsWord() const;
-  void StopAtNumber(const std::string& description, bool beyond);
+  void StopAtNumber(const std::string& description);
+  const char* FormOfLine() const;
+  void MarkBadLine();
+  void MarkUntranslatable();
+  void CheckQuantity(const std::string& text, double value);
   void StopAtMark();
   void StopAtEnd();
 
@@ -84,32 +95,37 @@ class Reading : public ReaderListener {
   void AddJunction(Cells cells);
   void AddLink(Cells cells);
   void CheckLinkId(Cells cells);
-  LinkEnd EndOf(Cells cells, std::string_view number, std::string_view type);
+  LinkEnd EndOf(Cells cells, const EndColumns& columns);
   void ChangeUnit(Cells cells);
+  void TakeCycleTime(Unit& unit, const Cell& cell);
   bool IsOfInterest(std::size_t place, std::size_t from) const;
   std::vector<CarriedValue> TakeCarried(Cells cells, std::size_t place);
   void TakeNote(const std::vector<CarriedValue>& carried, std::size_t place);
   void ReportCarried();
   void ReportPassedKeywords();
   void ReportCharacters();
+  void ReportControlCharacter(std::size_t number);
 
   Model model_;
   HeldRows rows_;
   std::vector<Finding> findings_;
-  Stop stop_;
-  bool foreign_ = false;                // the text does not begin as a model does
-  std::optional<Finding> stopFinding_;  // what to say of it; among the findings as well
+  bool stopped_ = false;
+  bool foreign_ = false;  // the text does not begin as a model does
+  std::optional<Finding> untranslatable_;
+  std::unordered_set<std::size_t> badLines_;  // whose number of another element is none
+  std::optional<std::int16_t> standIn_;       // for the number of the element in hand
+  std::int16_t standIns_ = std::numeric_limits<std::int16_t>::min();  // the next one
 
   std::string text_;               // all lines read, without their ends
   std::vector<std::size_t> ends_;  // of each line in text_
 
   Element element_ = Element::kProcess;
   std::size_t elementLine_ = 0;  // 0: no element yet
+  std::size_t useLine_ = 0;      // of the last object of a unit
   std::size_t unitPlace_ = 0;
   std::string listEnd_;
   std::size_t fieldLine_ = 0;
   std::size_t fieldStart_ = 0;
-  std::size_t fieldLength_ = 0;
 
   std::set<std::string, std::less<>> keywords_;
   const std::string* searched_ = nullptr;

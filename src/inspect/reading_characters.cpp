@@ -1,4 +1,5 @@
 // Characters that the code page of model texts does not have.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -47,9 +48,26 @@ std::string Hexadecimal(unsigned char byte) {
 
 }  // namespace
 
+// Tabs may stand in texts; in front of a line that the reader looks for they make it another one.
+void Reading::ReportControlCharacter(std::size_t number) {
+  const auto isControl = [](char character) {
+    return static_cast<unsigned char>(character) < 0x20 && character != '\t';
+  };
+  const std::string_view line = Line(number);
+  const auto* found = std::find_if(line.begin(), line.end(), isControl);
+  if (found == line.end()) return;
+  findings_.push_back({Severity::kWarning,
+                       number,
+                       {},
+                       "The line holds the control character " +
+                           Hexadecimal(static_cast<unsigned char>(*found)) + " (hexadecimal).",
+                       "Take it out."});
+}
+
 void Reading::ReportCharacters() {
   for (std::size_t number = 1; number <= ends_.size(); ++number) {
     const std::string_view line = Line(number);
+    ReportControlCharacter(number);
     if (IsAscii(line)) continue;
     if (IsUtf8(line)) {
       findings_.push_back({Severity::kWarning,

@@ -89,6 +89,9 @@ bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
     AddObjectUse(cells);
   } else if (table == "Junctions_in_Scenario") {
     AddJunction(cells);
+  } else if (table == "Facts_in_Junction") {
+    if (model_.junctions.empty()) return false;
+    model_.junctionFacts.push_back({model_.junctions.size() - 1, Joined(Get(cells, "Fact_Name"))});
   } else if (table == "Links_in_Scenario") {
     AddLink(cells);
   }
@@ -98,8 +101,8 @@ bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
 std::size_t Reading::AddPlace(Cells cells, std::string_view numberColumn,
                               std::string_view nameColumn) {
   const std::size_t place = model_.places.size();
-  model_.places.push_back(
-      {element_, ToInt32(Get(cells, numberColumn)), Joined(Get(cells, nameColumn)), elementLine_});
+  model_.places.push_back({element_, standIn_ ? *standIn_ : ToInt32(Get(cells, numberColumn)),
+                           Joined(Get(cells, nameColumn)), elementLine_, !standIn_.has_value()});
   TakeNote(TakeCarried(cells, place), place);
   return place;
 }
@@ -149,8 +152,9 @@ void Reading::ReportCarried() {
     if (carried.more > 0) {
       sentence += ", as it is by " + std::to_string(carried.more) + " more of its kind";
     }
-    findings_.push_back(FindingAt(Severity::kWarning, model_.At(carried.first), sentence + ".",
+    findings_.push_back(FindingAt(Severity::kNote, model_.At(carried.first), sentence + ".",
                                   "Write down what is meant."));
+    findings_.back().group = "values taken over from another element";
   }
 }
 
@@ -161,24 +165,40 @@ void Reading::AddProcess(Cells cells) {
 
 void Reading::AddObject(Cells cells) {
   const std::size_t place = AddPlace(cells, "Num", "Name");
-  model_.objects.push_back({place, Joined(Get(cells, "Alias"))});
+  model_.objects.push_back({place, Joined(Get(cells, "Alias")), Joined(Get(cells, "Celvar_Type"))});
 }
 
 void Reading::AddScenario(Cells cells) {
   const std::size_t place = AddPlace(cells, "Num", "Name");
-  model_.scenarios.push_back({place, ToInt32(Get(cells, "Parent_Num"))});
+  const std::size_t parentLine = elementLine_ + 2;
+  const bool isKnown = !badLines_.contains(parentLine);
+  const std::int32_t parent = ToInt32(Get(cells, "Parent_Num"));
+  model_.scenarios.push_back({place, parent, isKnown});
+  const std::string_view line = Line(parentLine);
+  const std::size_t label = Find(line, "Parent:");
+  constexpr std::size_t kLabel = 6;
+  if (label == 0 || parent != 0 || !isKnown) return;
+  if (Trim(line.substr(label + kLabel)).empty()) return;
+  findings_.push_back({Severity::kWarning, parentLine, NameOf(model_.At(place)),
+                       "Its parent can't be read, so that it counts as a top scenario.",
+                       "Write the line in the form 'Parent:  Process  #NUMBER (NAME)'."});
 }
 
 void Reading::AddUnit(Cells cells) {
   unitPlace_ = AddPlace(cells, "Use_Num", "Name");
-  model_.units.push_back({unitPlace_, ToInt32(Get(cells, "Scenario_Num")), "", "", {}});
+  Unit& unit = model_.units.emplace_back();
+  unit.place = unitPlace_;
+  unit.scenario = ToInt32(Get(cells, "Scenario_Num"));
+  unit.process = ToInt32(Get(cells, "Process_Num"));
+  unit.isProcessKnown = !badLines_.contains(elementLine_);
 }
 
 // An object speaks for its unit: what it assigns is the unit's own.
 void Reading::AddObjectUse(Cells cells) {
   TakeCarried(cells, unitPlace_);
-  model_.objectUses.push_back(
-      {unitPlace_, ToInt32(Get(cells, "Object_Occ_Num")), Joined(Get(cells, "Object_Name"))});
+  model_.objectUses.push_back({unitPlace_, ToInt32(Get(cells, "Object_Occ_Num")),
+                               Joined(Get(cells, "Object_Name")), useLine_,
+                               !badLines_.contains(useLine_)});
 }
 
 void Reading::ChangeUnit(Cells cells) {
@@ -188,9 +208,24 @@ void Reading::ChangeUnit(Cells cells) {
     TakeNote(carried, unit.place);
     return;
   }
-  unit.duration = Joined(Get(cells, "Duration"));
+  TakeCycleTime(unit, cells.front());
   unit.laborRule = Joined(Get(cells, "Labor_Rule"));
   unit.carried = std::move(carried);
+}
+
+void Reading::TakeCycleTime(Unit& unit, const Cell& cell) {
+  const std::string duration = Joined(cell.value);
+  if (cell.variable != nullptr && cell.variable->fresh) {
+    if (unit.hasCycleTime && duration != unit.duration) {
+      findings_.push_back({Severity::kWarning, useLine_, NameOf(model_.At(unit.place)),
+                           "This object gives the cycle time '" + duration +
+                               "', and one before it '" + unit.duration +
+                               "'; the plan takes the last of the unit.",
+                           "Give all objects of the unit the same cycle time."});
+    }
+    unit.hasCycleTime = true;
+  }
+  unit.duration = duration;
 }
 
 void Reading::AddJunction(Cells cells) {
@@ -199,18 +234,20 @@ void Reading::AddJunction(Cells cells) {
                               Joined(Get(cells, "Cardinality")), Joined(Get(cells, "Type"))});
 }
 
-// The store wants a number of 32 bits.
-LinkEnd Reading::EndOf(Cells cells, std::string_view number, std::string_view type) {
-  LinkEnd end{0, Joined(Get(cells, type))};
+LinkEnd Reading::EndOf(Cells cells, const EndColumns& columns) {
+  LinkEnd end{0, Joined(Get(cells, columns.type)), Joined(Get(cells, columns.name)),
+              !badLines_.contains(elementLine_ + columns.linesBehind)};
+  if (!end.isKnown) return end;
   try {
-    end.number = ToInt32(Get(cells, number));
+    end.number = ToInt32(Get(cells, columns.number));
   } catch (const RunTimeError&) {
-    findings_.push_back(FindingAt(Severity::kError, model_.places.back(),
-                                  "The number '" + Joined(Get(cells, number)) + "' of the link's " +
-                                      (number == "Origin_Num" ? "origin" : "destination") +
-                                      " is no whole number.",
-                                  "Write the number of a unit or a junction of the scenario."));
-    stop_.kind = Stop::Kind::kFinal;
+    findings_.push_back({Severity::kError, elementLine_ + columns.linesBehind,
+                         NameOf(model_.places.back()),
+                         "The number '" + Joined(Get(cells, columns.number)) + "' of the link's " +
+                             columns.what + " is no whole number.",
+                         "Write the number of a unit or a junction of the scenario."});
+    end.isKnown = false;
+    MarkUntranslatable();
   }
   return end;
 }
@@ -223,20 +260,19 @@ void Reading::CheckLinkId(Cells cells) {
       Severity::kError, model_.places.back(),
       "It gives no ID of its own, and the '" + Joined(id) + "' that it takes over is no number.",
       "Write down the ID of the link, a whole number."));
-  stop_.kind = Stop::Kind::kFinal;
+  MarkUntranslatable();
 }
 
 void Reading::AddLink(Cells cells) {
-  const std::size_t place = model_.places.size();
-  model_.places.push_back(
-      {element_, ToInt32(Get(cells, "Num")),
-       Joined(Get(cells, "Origin_Name")) + " to " + Joined(Get(cells, "Destination_Name")),
-       elementLine_});
-  TakeNote(TakeCarried(cells, place), place);
+  constexpr EndColumns kOrigin = {"origin", "Origin_Num", "Origin_Type", "Origin_Name", 1};
+  constexpr EndColumns kDestination = {"destination", "Destination_Num", "Destination_Type",
+                                       "Destination_Name", 2};
+  const std::size_t place = AddPlace(cells, "Num", {});
+  model_.places.back().name =
+      Joined(Get(cells, kOrigin.name)) + " to " + Joined(Get(cells, kDestination.name));
   CheckLinkId(cells);
   model_.links.push_back({place, ToInt32(Get(cells, "Scenario_Num")), Joined(Get(cells, "ID")),
-                          EndOf(cells, "Origin_Num", "Origin_Type"),
-                          EndOf(cells, "Destination_Num", "Destination_Type")});
+                          EndOf(cells, kOrigin), EndOf(cells, kDestination)});
 }
 
 }  // namespace merivane::inspect

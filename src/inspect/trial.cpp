@@ -7,7 +7,9 @@
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
+#include <variant>
 
+#include "box_text.h"
 #include "machine_fault.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
@@ -23,10 +25,6 @@ using namespace translator;
 namespace {
 
 constexpr std::int32_t kMostRows = 32767;
-
-bool OffersPaths(const Junction& junction) {
-  return junction.cardinality == "Fan Out" && Holds(junction.type, "OR");
-}
 
 bool IsLarge(const Model& model) {
   constexpr std::size_t kQuick = 4000;
@@ -62,8 +60,8 @@ class Trial : public TranslationListener {
       ReportLeftOut(*state.gMspConn);
     } catch (const ProgramEnd&) {
       ThrowMachineFault(desktop_);
-      const std::vector<std::string> texts = desktop_.MessageTexts();
-      ReportFailure(*state.gMspConn, texts.empty() ? "" : texts.back(), isSound);
+      const Message* box = LastBox();
+      if (box != nullptr) ReportFailure(*state.gMspConn, *box, isSound);
     }
     return std::move(findings_);
   }
@@ -188,16 +186,27 @@ class Trial : public TranslationListener {
     texts.erase(texts.begin(), texts.begin() + static_cast<std::ptrdiff_t>(from));
     texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
     for (const std::string& text : texts) {
-      findings_.push_back({Severity::kWarning, 1, {}, text, "Make the model flatter or smaller."});
+      findings_.push_back(
+          {Severity::kWarning, 1, {}, OneLine(text), "Make the model flatter or smaller."});
     }
   }
 
-  void ReportFailure(Connection& connection, const std::string& description, bool isSound) {
-    if (description == ErrorText(kObjectOpen) && ReportSecondGroup()) return;
-    if (description == ErrorText(kTypeMismatch) && ReportUnsentPartner(connection)) return;
-    if (description == ErrorText(kOverflow) && ReportTooMany(connection)) return;
+  const Message* LastBox() const {
+    for (auto shown = desktop_.shown.rbegin(); shown != desktop_.shown.rend(); ++shown) {
+      if (const auto* box = std::get_if<ScriptedDesktop::ShownMessage>(&*shown)) {
+        return &box->message;
+      }
+    }
+    return nullptr;
+  }
+
+  void ReportFailure(Connection& connection, const Message& box, bool isSound) {
+    const int error = box.error;
+    if (error == kObjectOpen && ReportSecondGroup()) return;
+    if (error == kTypeMismatch && ReportUnsentPartner(connection)) return;
+    if (error == kOverflow && (ReportTooMany(connection) || ReportTooLong(connection))) return;
     const bool inPaths = lastFanOut_ != nullptr && rows_[PlanRow::kTask] == 0;
-    if (description == ErrorText(kInvalidProcedureCall) && inPaths) {
+    if (error == kInvalidProcedureCall && inPaths) {
       findings_.push_back(FindingAt(
           Severity::kError, model_.At(lastFanOut_->place),
           "The glossary of its path fact can't be read, which ends the translation.",
@@ -205,7 +214,7 @@ class Trial : public TranslationListener {
           "junction where the paths meet again."));
       return;
     }
-    if (description == ErrorText(kSubscriptOutOfRange) && inPaths) {
+    if (error == kSubscriptOutOfRange && inPaths) {
       findings_.push_back(FindingAt(
           Severity::kError, model_.At(lastFanOut_->place),
           "The links behind the paths that are left out run in a circle, which ends the "
@@ -216,7 +225,7 @@ class Trial : public TranslationListener {
     }
     if (!isSound) return;
     const Place* place = TaskInWork(connection);
-    const std::string sentence = "The translation ends with '" + description + "'.";
+    const std::string sentence = "The translation ends with '" + OneLine(box.text) + "'.";
     const std::string advice = "Look at this element and what it refers to.";
     if (place) {
       findings_.push_back(FindingAt(Severity::kError, *place, sentence, advice));
@@ -315,6 +324,20 @@ class Trial : public TranslationListener {
       return true;
     }
     return false;
+  }
+
+  // A cycle time that the plan's unit of time can't count.
+  bool ReportTooLong(Connection& connection) {
+    const Place* place = TaskInWork(connection);
+    if (place == nullptr) return false;
+    const std::string& duration = units_.at(place->number)->duration;
+    constexpr double kLongTime = 100000;  // days; beyond any calendar
+    if (!IsNumericText(duration) || ToDouble(duration) < kLongTime) return false;
+    findings_.push_back(FindingAt(Severity::kError, *place,
+                                  "Its cycle time of " + duration +
+                                      " days is beyond the calendar, which ends the translation.",
+                                  "Give it fewer days."));
+    return true;
   }
 
   // The first unit with a number in the plan that has no task yet.

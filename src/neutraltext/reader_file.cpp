@@ -86,8 +86,10 @@ bool CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) 
   }
   const bool valid = Holds(state.gLine, "Dunmar Neutral Text");
   if (!valid) {
-    state.desktop.ShowMessage(
-        {"Celvar input text file is not valid", MessageIcon::kCritical, kTitle});
+    state.desktop.ShowMessage({.text = "Celvar input text file is not valid",
+                               .icon = MessageIcon::kCritical,
+                               .title = kTitle,
+                               .error = kInvalidFileFormat});
   }
   return valid;
 }

@@ -7,6 +7,25 @@
 
 namespace merivane::neutraltext {
 
+namespace {
+
+template <typename Convert>
+auto NumberFrom(const ModelToProject& state, NumberUse use, const std::string& text,
+                Convert convert) -> decltype(convert()) {
+  try {
+    const auto value = convert();
+    if (state.readerListener) state.readerListener->OnNumber(use, text, value);
+    return value;
+  } catch (const RunTimeError& error) {
+    if (!state.readerListener) throw;
+    const auto other = state.readerListener->OnBadNumber(use, text, error);
+    if (!other) throw;
+    return *other;
+  }
+}
+
+}  // namespace
+
 void NextLine(ModelToProject& state) {
   state.progress.Step();
   state.files.ReadLine(state.gTextFile, state.gLine);
@@ -75,12 +94,20 @@ std::string NextField(ModelToProject& state, std::size_t start, std::size_t leng
   return Field(state, start, length);
 }
 
+std::int16_t Integer(const ModelToProject& state, NumberUse use, const std::string& text) {
+  return NumberFrom(state, use, text, [&] { return ToInt16(text); });
+}
+
+double Number(const ModelToProject& state, const std::string& text) {
+  return NumberFrom(state, NumberUse::kValue, text, [&] { return ToDouble(text); });
+}
+
 void Keep(FieldVariable& variable, std::string text) {
   if (!text.empty()) variable = std::move(text);
 }
 
-void KeepInteger(FieldVariable& variable, const std::string& text) {
-  if (!text.empty()) variable = ToInt16(text);
+void KeepInteger(const ModelToProject& state, FieldVariable& variable, const std::string& text) {
+  if (!text.empty()) variable = Integer(state, NumberUse::kValue, text);
 }
 
 void KeepNextField(ModelToProject& state, FieldVariable& variable, std::size_t start,

@@ -7,6 +7,7 @@
 
 #include "neutraltext/modGlobal.h"
 #include "neutraltext/reader_listener.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::neutraltext {
 
@@ -39,13 +40,31 @@ std::string ReadBlock(ModelToProject& state, std::string_view opening);
 std::string Field(const ModelToProject& state, std::size_t start, std::size_t length);
 std::string NextField(ModelToProject& state, std::size_t start, std::size_t length);
 
+// A number from a text of the current line: error 13 or 6 where it holds none that can be used, and
+// no listener says what to go on with.
+std::int16_t Integer(const ModelToProject& state, NumberUse use, const std::string& text);
+double Number(const ModelToProject& state, const std::string& text);
+
 // Assigns what isn't empty, so that an empty field leaves the variable to its earlier value.
 void Keep(FieldVariable& variable, std::string text);
-void KeepInteger(FieldVariable& variable, const std::string& text);
+void KeepInteger(const ModelToProject& state, FieldVariable& variable, const std::string& text);
 
 void KeepNextField(ModelToProject& state, FieldVariable& variable, std::size_t start,
                    std::size_t length);
 void KeepBlock(ModelToProject& state, FieldVariable& variable, std::string_view opening);
+
+// Takes the current line apart; a line without one of its marks is error 5, unless a listener wants
+// to hear what is behind it.
+template <typename Take>
+void TakeApart(const ModelToProject& state, Take take) {
+  try {
+    take();
+  } catch (const RunTimeError& error) {
+    const bool goesOn = error.Number() == kInvalidProcedureCall && state.readerListener &&
+                        state.readerListener->OnBadLine(error);
+    if (!goesOn) throw;
+  }
+}
 
 // Longest text that a pool, a referent list and an OSTN list may have.
 inline constexpr std::size_t kTextLimit = 64000;

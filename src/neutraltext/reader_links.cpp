@@ -38,7 +38,7 @@ struct LinkEnd {
 
 // "#", the number, two blanks, then "(", the type, ",", a blank, the name, ")". An end that lacks
 // one of the marks is error 5.
-void ReadLinkEnd(const std::string& end, LinkEnd fields) {
+void ReadLinkEnd(const std::string& end, const LinkEnd& fields) {
   const auto position = [&](std::string_view mark) {
     return static_cast<std::ptrdiff_t>(Find(end, mark));
   };
@@ -53,11 +53,13 @@ void ReadLinkEnd(const std::string& end, LinkEnd fields) {
 void ReadLinkHead(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kLink, listEnd);
   FieldVariables& f = state.fields;
-  f.Num = ToInt16(Field(state, 3, 4));
-  ReadLinkEnd(NextField(state, 4, 250), {f.Origin_Num, f.Origin_Type, f.Origin_Name});
-  ReadLinkEnd(NextField(state, 4, 250),
-              {f.Destination_Num, f.Destination_Type, f.Destination_Name});
-  KeepInteger(f.ID, NextField(state, 5, 10));
+  f.Num = Integer(state, NumberUse::kOwn, Field(state, 3, 4));
+  for (const LinkEnd& end : {LinkEnd{f.Origin_Num, f.Origin_Type, f.Origin_Name},
+                             LinkEnd{f.Destination_Num, f.Destination_Type, f.Destination_Name}}) {
+    const std::string text = NextField(state, 4, 250);
+    TakeApart(state, [&] { ReadLinkEnd(text, end); });
+  }
+  KeepInteger(state, f.ID, NextField(state, 5, 10));
   KeepNextField(state, f.Type, 5, 25);
 }
 

@@ -58,11 +58,13 @@ void ReadObjectOccurrence(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kObjectUse, listEnd);
   FieldVariables& f = state.fields;
   const std::string head = Field(state, 11, 250);
-  const auto blanks = static_cast<std::ptrdiff_t>(Find(head, "  "));
-  f.Object_Occ_Num = ToInt16(Left(head, blanks - 1));
-  const auto open = static_cast<std::ptrdiff_t>(Find(head, "("));
-  const auto close = static_cast<std::ptrdiff_t>(Find(head, ")"));
-  Keep(f.Object_Name, Mid(head, open + 1, close - open - 1));
+  TakeApart(state, [&] {
+    const auto blanks = static_cast<std::ptrdiff_t>(Find(head, "  "));
+    f.Object_Occ_Num = Integer(state, NumberUse::kReference, Left(head, blanks - 1));
+    const auto open = static_cast<std::ptrdiff_t>(Find(head, "("));
+    const auto close = static_cast<std::ptrdiff_t>(Find(head, ")"));
+    Keep(f.Object_Name, Mid(head, open + 1, close - open - 1));
+  });
 
   SkipTo(state, "            Property List");
   NextLine(state);

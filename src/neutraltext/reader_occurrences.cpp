@@ -35,12 +35,12 @@ bool ReadNumbers(ModelToProject& state, std::string_view listEnd) {
   constexpr std::size_t kLength = 25;
   const std::string numbers = Field(state, 5, kLength);
   const auto blanks = static_cast<std::ptrdiff_t>(Find(numbers, "  "));
-  state.fields.Process_Num = ToInt16(Left(numbers, blanks - 1));
+  state.fields.Process_Num = Integer(state, NumberUse::kReference, Left(numbers, blanks - 1));
   const std::string use = FieldAfterBlanks(numbers, 1, kLength);
   if (use.empty()) return false;
   const std::string number = Mid(use, 2);
   Keep(state.fields.Use_Num, number);
-  state.gUseNum = ToInt16(number);
+  state.gUseNum = Integer(state, NumberUse::kOwn, number);
   return true;
 }
 
@@ -48,7 +48,7 @@ void ReadOccurrenceHead(ModelToProject& state) {
   constexpr std::size_t kIndent = 7;
   FieldVariables& f = state.fields;
   KeepNextField(state, f.Name, kIndent, 250);
-  KeepInteger(f.ID, NextField(state, kIndent, 4));
+  KeepInteger(state, f.ID, NextField(state, kIndent, 4));
   KeepNextField(state, f.Ref, kIndent, 250);
   NextLine(state);
   ReadPlacement(state);

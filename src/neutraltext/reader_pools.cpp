@@ -44,7 +44,7 @@ void ReadElaboration(ModelToProject& state) {
 
 void ReadRestOfProcess(ModelToProject& state) {
   KeepBlock(state, state.fields.Property_List, "  Property List");
-  KeepInteger(state.fields.ID, NextField(state, 3, 4));
+  KeepInteger(state, state.fields.ID, NextField(state, 3, 4));
   KeepNextField(state, state.fields.Ref, 3, 250);
   ReadElaboration(state);
 }
@@ -56,7 +56,7 @@ void ReadQuantityOrAlias(ModelToProject& state) {
   const std::size_t blanks = Find(line, "  ");
   if (blanks == 0) return;
   if (line.substr(0, blanks - 1) == "Quantity:") {
-    state.fields.Quantity = ToDouble(Field(state, blanks, kLength));
+    state.fields.Quantity = Number(state, Field(state, blanks, kLength));
   } else if (Holds(line, "Alias:")) {
     state.fields.Alias = Field(state, blanks, kLength);
   }
@@ -87,8 +87,8 @@ struct Pool {
   std::string_view opening;
   Element element;
   Record record;
-  void (*validateName)(Desktop&, const std::string&) = nullptr;  // null: any name
-  void (*readRest)(ModelToProject&);                             // behind the source list
+  void (*validateName)(ModelToProject&, const std::string&) = nullptr;  // null: any name
+  void (*readRest)(ModelToProject&);                                    // behind the source list
   int linesBehind;              // behind a record, up to the one in front of the next
   bool takesEmpty = false;      // empty text is taken too, instead of leaving the earlier value
   bool addedBeforeEnd = false;  // the row is there before the lines behind the record are read
@@ -133,9 +133,9 @@ void ReadHead(ModelToProject& state, const Pool& pool) {
   const auto take = [&](FieldVariable& variable, std::string text) {
     if (pool.takesEmpty || !text.empty()) variable = std::move(text);
   };
-  f.Num = ToInt16(Field(state, 1, 4));
+  f.Num = Integer(state, NumberUse::kOwn, Field(state, 1, 4));
   std::string name = NextField(state, 3, 250);
-  if (pool.validateName != nullptr) pool.validateName(state.desktop, name);
+  if (pool.validateName != nullptr) pool.validateName(state, name);
   take(f.Name, std::move(name));
   take(f.Creator, NextField(state, 3, 100));
   take(f.Date_Created, NextField(state, 3, 25));

@@ -1,4 +1,5 @@
 #include "neutraltext/modGlobal.h"
+#include "neutraltext/reader_listener.h"
 #include "program/error_boxes.h"
 #include "runtime/text.h"
 
@@ -6,8 +7,10 @@ namespace merivane::neutraltext {
 
 namespace {
 
-[[noreturn]] void RefuseName(Desktop& desktop, std::string_view rule, const std::string& name,
-                             const char* title) {
+void RefuseName(ModelToProject& state, std::string_view rule, const std::string& name,
+                const char* title) {
+  if (state.readerListener && state.readerListener->OnRefusedName(rule)) return;
+  Desktop& desktop = state.desktop;
   desktop.ShowMessage(
       {std::string(rule) + "  Please change '" + name + "'.", MessageIcon::kCritical, title});
   RestoreMousePointer(desktop);
@@ -31,13 +34,13 @@ void PadToFiveDigits(std::string& text) {
   if (text.size() < kDigits) text.insert(0, kDigits - text.size(), '0');
 }
 
-void ValidateUobName(Desktop& desktop, const std::string& name) {
-  if (Holds(name, "\"")) RefuseName(desktop, kNoDoubleQuotes, name, "IDEF3 to Project");
+void ValidateUobName(ModelToProject& state, const std::string& name) {
+  if (Holds(name, "\"")) RefuseName(state, kNoDoubleQuotes, name, "IDEF3 to Project");
 }
 
-void ValidateObjectName(Desktop& desktop, const std::string& name) {
-  if (Holds(name, ",")) RefuseName(desktop, kNoCommas, name, "IDEF3 to Project 2000");
-  if (Holds(name, "\"")) RefuseName(desktop, kNoDoubleQuotes, name, "IDEF3 to Project 2000");
+void ValidateObjectName(ModelToProject& state, const std::string& name) {
+  if (Holds(name, ",")) RefuseName(state, kNoCommas, name, "IDEF3 to Project 2000");
+  if (Holds(name, "\"")) RefuseName(state, kNoDoubleQuotes, name, "IDEF3 to Project 2000");
 }
 
 }  // namespace merivane::neutraltext

@@ -41,14 +41,17 @@ constexpr std::size_t kIndent = 3;
 
 // The parent's number stands between "#" and the character in front of "(", its name behind that
 // up to ")".
-void ReadParent(FieldVariables& fields, const std::string& line) {
+void ReadParent(ModelToProject& state) {
+  FieldVariables& fields = state.fields;
+  const std::string& line = state.gLine;
   const auto number = static_cast<std::ptrdiff_t>(Find(line, "#", kIndent));
   const auto name = static_cast<std::ptrdiff_t>(Find(line, "(", kIndent));
   if (number == 0 || name <= number) {
     fields.Parent_Num = 0;
     return;
   }
-  fields.Parent_Num = ToInt16(Mid(line, number + 1, name - number - 2));
+  fields.Parent_Num =
+      Integer(state, NumberUse::kReference, Mid(line, number + 1, name - number - 2));
   const auto end = static_cast<std::ptrdiff_t>(Find(line, ")", kIndent));
   fields.Parent = end > name ? Mid(line, name + 1, end - name - 1) : std::string();
 }
@@ -62,7 +65,7 @@ void ReadParentAndType(ModelToProject& state) {
     f.Parent = " ";
     return;
   }
-  ReadParent(f, state.gLine);
+  ReadParent(state);
   f.Scenario_Type = NextField(state, kIndent, 100);
   NextLine(state);
 }
@@ -84,13 +87,13 @@ void ReadScenarioBlocks(ModelToProject& state) {
 void ReadScenarioHead(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kScenario, listEnd);
   FieldVariables& f = state.fields;
-  state.gScenarioNum = ToInt16(Field(state, 1, 4));
+  state.gScenarioNum = Integer(state, NumberUse::kOwn, Field(state, 1, 4));
   f.Num = state.gScenarioNum;
   f.Name = NextField(state, kIndent, 250);
   ReadParentAndType(state);
   f.Creator = Field(state, kIndent, 100);
-  f.ID = ToInt16(NextField(state, kIndent, 4));
-  f.Revision_Number = ToDouble(NextField(state, kIndent, 8));
+  f.ID = Integer(state, NumberUse::kValue, NextField(state, kIndent, 4));
+  f.Revision_Number = Number(state, NextField(state, kIndent, 8));
   f.Review_Status = NextField(state, kIndent, 25);
   f.Date_Created = NextField(state, kIndent, 25);
   f.Last_Modified = NextField(state, kIndent, 25);

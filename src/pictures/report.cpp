@@ -308,7 +308,9 @@ class PageWriter {
     for (const inspect::Finding& finding : report_.findings) {
       const char* kind = finding.severity == inspect::Severity::kError
                              ? "<span class=\"error\">Error</span>"
-                             : "<span class=\"warning\">Warning</span>";
+                         : finding.severity == inspect::Severity::kWarning
+                             ? "<span class=\"warning\">Warning</span>"
+                             : "<span class=\"quiet\">Note</span>";
       table.Row({std::to_string(finding.line), kind, Escaped(Described(finding.element)),
                  Escaped(finding.sentence), Escaped(finding.advice)});
     }

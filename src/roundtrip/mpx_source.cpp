@@ -77,14 +77,10 @@ PlanHead ReadMpxHeader(ProjectToModel& state, MpxLines& lines) {
   return header;
 }
 
-void ShowRefusal(Desktop& desktop, const NameRefusal& refusal) {
-  desktop.ShowMessage(
-      {.text = refusal.text, .icon = MessageIcon::kCritical, .title = refusal.title});
-}
-
 // The box, and the program ends.
-[[noreturn]] void EndOnRefusal(Desktop& desktop, const NameRefusal& refusal) {
-  ShowRefusal(desktop, refusal);
+[[noreturn]] void EndOnRefusal(Desktop& desktop, const MpxLines& lines,
+                               const NameRefusal& refusal) {
+  lines.ShowRefusal(refusal);
   RestoreMousePointer(desktop);
   desktop.EndProgram();
 }
@@ -159,7 +155,7 @@ void ReadTask(ProjectToModel& state, MpxLines& lines, WorkTables& tables, std::i
   }
   if (const auto refusal = RefusalOfTaskName(name)) {
     RestoreMousePointer(state.desktop);
-    ShowRefusal(state.desktop, *refusal);
+    lines.ShowRefusal(*refusal);
     state.desktop.EndProgram();
   }
   PlanTask task = TaskOf(state, lines, fields, name);
@@ -211,7 +207,7 @@ bool BelongsToResource(std::int16_t record) {
 void ReadResource(ProjectToModel& state, MpxLines& lines, WorkTables& tables) {
   const PlanResource resource{lines.Field(2), ResourceName(state, lines), Quantity(state, lines)};
   if (const auto refusal = RefusalOfResourceName(resource.name)) {
-    EndOnRefusal(state.desktop, *refusal);
+    EndOnRefusal(state.desktop, lines, *refusal);
   }
   if (resource.name.empty()) {
     lines.Advance();
@@ -255,9 +251,15 @@ void MpxLines::Advance() {
   if (!atEnd_) Read();
 }
 
+void MpxLines::ShowRefusal(const NameRefusal& refusal) const {
+  if (listener_) listener_->OnRefusedName();
+  state_.desktop.ShowMessage(
+      {.text = refusal.text, .icon = MessageIcon::kCritical, .title = refusal.title});
+}
+
 std::string MpxLines::Accepted(FoundField field) const {
   if (const auto* refusal = std::get_if<NameRefusal>(&field)) {
-    EndOnRefusal(state_.desktop, *refusal);
+    EndOnRefusal(state_.desktop, *this, *refusal);
   }
   return std::get<std::string>(std::move(field));
 }

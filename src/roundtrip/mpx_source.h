@@ -39,6 +39,9 @@ class MpxLines {
   std::string PredecessorField(int n) const;
   std::string TextBehindFirstComma() const;
 
+  // Shows why a name in the line is refused, after a listener was told.
+  void ShowRefusal(const mpx::NameRefusal& refusal) const;
+
  private:
   std::string Accepted(mpx::FoundField field) const;
 

@@ -1,6 +1,6 @@
 #include "shell/message_advice.h"
 
-#include "runtime/text.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::shell {
 
@@ -9,34 +9,33 @@ using namespace runtime;
 namespace {
 
 struct Advice {
-  const char* part;  // of the message
+  int error;
   const char* text;
 };
 
 constexpr Advice kAdvice[] = {
-    {"Object variable or With block variable not set",
+    {kObjectNotSet,
      "No database is open. Pick it with the button behind its box: a name that is only typed is "
      "not "
      "opened."},
-    {"Bad file name or number",
+    {kBadFileNumber,
      "No model text is open. Pick it with the button behind its box: a name that is only typed is "
      "not opened."},
-    {"The connection cannot be used to perform this operation",
+    {kConnectionInvalid,
      "The database could not be opened when it was picked. Close the program that holds it, or "
      "pick "
      "another one."},
-    {"is open for reading only",
-     "Translate into a new database, or merge into one that Merivane wrote."},
-    {"Subscript out of range",
+    {kNotUpdatable, "Translate into a new database, or merge into one that Merivane wrote."},
+    {kSubscriptOutOfRange,
      "Links of the model may run in a circle, or a junction may be fed by more than a hundred "
      "others."},
 };
 
 }  // namespace
 
-std::string MessageAdvice(const std::string& text) {
+std::string MessageAdvice(int error) {
   for (const Advice& advice : kAdvice) {
-    if (Holds(text, advice.part)) return advice.text;
+    if (error == advice.error) return advice.text;
   }
   return {};
 }

@@ -36,7 +36,7 @@ constexpr CopiedColumn kModelColumns[] = {
 
 bool IsResource(const Value& type) {
   const std::string text = Joined(type);
-  return text == "Shared Resource" || text == "Dedicated Resource" || text == "Transport";
+  return text == kSharedResource || text == kDedicatedResource || text == kTransport;
 }
 
 // By name.

@@ -213,15 +213,20 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
 
 TEST_F(Batch, CheckTellsFindingsByLineAndInJson) {
   EXPECT_EQ(Run({"check", Sample("onboarding.txt")}), kDone);
-  EXPECT_EQ(out.str(), "0 errors, 0 warnings\n");
+  EXPECT_THAT(out.str(), ::testing::HasSubstr("\n0 errors, 0 warnings, 1 note\n"));
   EXPECT_EQ(Run({"check", Sample("clinic.txt")}), kDoneWithMessages);
   EXPECT_EQ(Run({"check", Sample("bakery.txt")}), kFailed);
   EXPECT_EQ(out.str().rfind(Sample("bakery.txt") + ":379: error: scenario 1 'Weekday bread': ", 0),
             0U);
+  EXPECT_THAT(out.str(), ::testing::HasSubstr(" (and 5 more notes of cycle times under a day; --all lists"));
+  EXPECT_THAT(out.str(), ::testing::Not(::testing::HasSubstr(":444: note:")));
+  EXPECT_EQ(Run({"check", Sample("bakery.txt"), "--all"}), kFailed);
+  EXPECT_THAT(out.str(), ::testing::HasSubstr(":444: note: unit 2 'Bake the loaves': "));
   EXPECT_EQ(Run({"check", folder.Path("none.txt")}), kRefused);
   EXPECT_EQ(Run({"check", Sample("bakery.txt"), "--json"}), kFailed);
   const auto json = nlohmann::json::parse(out.str());
   EXPECT_EQ(json["errors"], 1);
+  EXPECT_EQ(json["notes"], 6);
   EXPECT_EQ(json["findings"][0]["line"], 379);
   EXPECT_EQ(json["findings"][0]["element"]["name"], "Weekday bread");
 }

@@ -4,15 +4,10 @@
 
 #include <algorithm>
 
-#include "database_fixture.h"
-#include "model_parts.h"
-#include "neutraltext/modGlobal.h"
-#include "translator/modIDEF3ToProject.h"
+#include "check_fixture.h"
 
 namespace merivane::test {
 
-using namespace neutraltext;
-using namespace translator;
 using namespace inspect;
 
 namespace {
@@ -31,50 +26,27 @@ struct Row {
 
 void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 
+std::string WordOf(inspect::Severity severity) {
+  constexpr const char* kWords[] = {"error", "warning", "note"};
+  return kWords[static_cast<int>(severity)];
+}
+
 std::string Blank(const std::string& passage, const std::string& other) {
   return With(ModelOf({}), {{passage, other}});
 }
 
-std::vector<std::string> LinesOf(const std::string& model) {
-  std::vector<std::string> lines(1);
-  for (const char character : model) {
-    if (character == '|') {
-      lines.emplace_back();
-    } else {
-      lines.back() += character;
-    }
-  }
-  return lines;
-}
-
-class CheckTest : public DatabaseFixture, public ::testing::WithParamInterface<Row> {
+class CheckTest : public CheckFixture, public ::testing::WithParamInterface<Row> {
  protected:
-  std::string Write(const std::string& model) {
-    std::string text;
-    for (const std::string& line : LinesOf(model)) text += line + "\r\n";
-    return folder.Write("model.txt", text);
-  }
-
   std::vector<std::string> Findings(const std::string& model) {
     std::vector<std::string> texts;
     const std::vector<std::string> lines = LinesOf(model);
     for (const auto& finding : inspect::CheckModel(Write(model), TemplateDatabase())) {
       EXPECT_FALSE(finding.advice.empty());
       const std::string element = Described(finding.element);
-      texts.push_back(lines.at(finding.line - 1) + ": " +
-                      (finding.severity == inspect::Severity::kError ? "error: " : "warning: ") +
+      texts.push_back(lines.at(finding.line - 1) + ": " + WordOf(finding.severity) + ": " +
                       element + (element.empty() ? "" : ": ") + finding.sentence);
     }
     return texts;
-  }
-
-  bool TranslationStumbles(const std::string& model) {
-    OpenForModel();
-    return EndsProgram([&] {
-             ReadNeutralText(program->modelToProject, Write(model));
-             TranslateToProject(program->modelToProject, "");
-           }) ||
-           !desktop.shown.empty();
   }
 };
 
@@ -112,7 +84,7 @@ TEST_F(CheckTest, ALargeModelIsAskedForItsPathsAndScenarios) {
   std::string units = Unit("1", "Cut");
   std::string links;
   for (int unit = 2; unit <= 4100; ++unit) {
-    units += Unit(std::to_string(unit), "Sand");
+    units += Unit(std::to_string(unit), unit % 2 == 0 ? "Sand" : "Cut");
     links += Link(std::to_string(unit), "1", std::to_string(unit));
   }
   Parts parts;
@@ -149,19 +121,16 @@ Row OfScenarios(const char* name, const std::string& scenarios, std::vector<std:
   return {name, ModelOf(Holding(scenarios)), std::move(findings), ends};
 }
 
-// Units 1 to 4: 1 forks at J11 to 2 and 3, which meet at J12 in front of 4.
-std::string Fork(const std::string& type, const std::string& facts = "",
-                 const std::string& more = "") {
-  return Scenario(
-      "1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand") + Unit("3", "Cut") + Unit("4", "Sand"),
-      Junction("11", "J11", "Fan Out", type, facts) + Junction("12", "J12", "Fan In", type),
-      Link("21", "1", "J11") + Link("22", "J11", "2", "2") + Link("23", "J11", "3", "3") +
-          Link("24", "2", "J12") + Link("25", "3", "J12") + Link("26", "J12", "4") + more);
+std::string NotChecked(int line) {
+  return ": note: Not checked: paths, choices between scenarios and what the plan has no room for, "
+         "because of the error in line " +
+         std::to_string(line) + ".";
 }
 
-const std::string kPathFact = "        1  (PathAt)|";
-std::string Path(const std::string& link, const std::string& junction) {
-  return Fact("1", "PathAt", "Take L" + link + " until J" + junction + "|");
+std::string NameNotInPool(const std::string& unit) {
+  return "    Process  " + unit +
+         ": Its object 1 'Saw' bears no name of the object pool, where 1 is 'Saw, small'; the plan "
+         "goes by the name, and doesn't have it.";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -184,7 +153,7 @@ INSTANTIATE_TEST_SUITE_P(
         OfText("KeywordMissing", "  End  Note List|", "",
                {"  Source List: error: The line '  End  Note List' is missing in front of this "
                 "one; all up to line 45 is taken for text.",
-                "Object  1: warning: object 1 'Saw': It gives no note list of its own; what "
+                "Object  1: note: object 1 'Saw': It gives no note list of its own; what "
                 "process 1 'Cut' (line 14) gives is taken over.",
                 "    Process  1  #2: error: unit 2 'Sand': No process of the pool has its name, "
                 "which ends the translation."},
@@ -210,45 +179,53 @@ INSTANTIATE_TEST_SUITE_P(
              "    Process  1  #2: warning: unit 2 'Sand': Its object 1 'Saw' is not in the "
              "object pool, so that the plan doesn't have it."}),
         OfText("SixteenBits", "#2|      Name", "#32768|      Name",
-               {"    Process  1  #32768: error: unit 32768: A number in '1  #32768' is "
-                "beyond 32,767."},
+               {"    Process  1  #32768: error: unit 32768: The number '32768' is beyond "
+                "32,767.",
+                NotChecked(156)},
                true),
-        OfText("ThirtyTwoBits", "Origin  #1 ", "Origin  #2147483648 ",
-               {"  Link  5: error: link 5 'X to X': The number '2147483648' of the link's origin "
-                "is no whole number."},
-               true),
+        OfText(
+            "ThirtyTwoBits", "Origin  #1 ", "Origin  #2147483648 ",
+            {"    Origin  #2147483648  (Process-Occurrence, Cut): error: link 5 'Cut to Sand': The "
+             "number '2147483648' of the link's origin is no whole number.",
+             NotChecked(184)},
+            true),
         Row{"RefusedNames",
             With(Blank("  Name:  Saw", "  Name:  Saw, small"),
                  {{"  Name:  Cut", "  Name:  \"Cut\""}}),
             {"  Name:  \"Cut\": error: process 1 '\"Cut\"': Merivane requires that UOB names do "
              "not have double quotes.",
              "  Name:  Saw, small: error: object 1 'Saw, small': Merivane requires that Object "
-             "names do not have commas."},
+             "names do not have commas.",
+             NameNotInPool("1  #1: warning: unit 1 'Cut'"),
+             NameNotInPool("1  #2: warning: unit 2 'Sand'")},
             true},
         OfText("NameTooLong", "  Creator:  |  ID  1",
                "  Creator:  " + std::string(101, 'x') + "|  ID  1",
                {"  Creator:  " + std::string(101, 'x') +
                 ": error: scenario 1 'Shop': The text behind 'Creator:' has 101 characters; only "
                 "the first 100 are read."}),
-        OfText("MarkMissing", "(Process-Occurrence, X)", "(Process-Occurrence X)",
-               {"    Origin  #1  (Process-Occurrence X): error: link 5: This line lacks a mark: "
-                "it must end in the form #NUMBER  (TYPE, NAME)."},
+        OfText("MarkMissing", "(Process-Occurrence, Cut)", "(Process-Occurrence Cut)",
+               {"    Origin  #1  (Process-Occurrence Cut): error: link 5: This line lacks a mark: "
+                "it must end in the form #NUMBER  (TYPE, NAME).",
+                NotChecked(184)},
                true)),
     [](const auto& row) { return row.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Elements, CheckTest,
     ::testing::Values(
-        OfScenarios("EndOutsideScenario",
-                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
-                             Link("5", "1", "2") + Link("6", "1", "9")),
-                    {"  Link  6: error: link 6 'X to X': Its destination 9 is neither a unit nor "
-                     "a junction of the scenario."}),
-        OfScenarios("EndOfOtherKind",
-                    Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
-                             With(Link("5", "1", "2"), {{"Process-Occurrence", "Junction"}})),
-                    {"  Link  5: error: link 5 'X to X': Its origin 1 is called 'Junction', and is "
-                     "a 'Process-Occurrence'."}),
+        OfScenarios(
+            "EndOutsideScenario",
+            Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
+                     Link("5", "1", "2") + Link("6", "1", "9")),
+            {"  Link  6: error: link 6 'Cut to Cut': Its destination 9 is neither a unit nor "
+             "a junction of the scenario."}),
+        OfScenarios(
+            "EndOfOtherKind",
+            Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "",
+                     With(Link("5", "1", "2"), {{"Process-Occurrence", "Junction"}})),
+            {"  Link  5: error: link 5 'Cut to Sand': Its origin 1 is called 'Junction', and is "
+             "a 'Process-Occurrence'."}),
         Row{"OneNumberTwice",
             With(ModelOf({.processes = Process("1", "Cut") + Process("1", "Sand")}),
                  {{"#2|", "#1|"}}),
@@ -258,7 +235,7 @@ INSTANTIATE_TEST_SUITE_P(
              "135).",
              "    Process  1  #1: warning: unit 1 'Sand': Nothing leads to it, and its scenario "
              "begins with unit 1 'Cut' (line 135) already.",
-             "  Link  5: error: link 5 'X to X': Its destination 2 is neither a unit nor a "
+             "  Link  5: error: link 5 'Cut to Sand': Its destination 2 is neither a unit nor a "
              "junction of the scenario."}},
         Row{"OneJunctionIdTwice",
             With(ModelOf(Holding(Fork("Async. AND"))), {{"ID  J12", "ID  J11"}}),
@@ -286,8 +263,10 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"LinkWithoutId",
             With(ModelOf(Holding(Fork("Async. AND"))),
                  {{"ID  1|    Type:  Precedence", "ID  |    Type:  Precedence"}}),
-            {"  Link  21: error: link 21 'X to J11': It gives no ID of its own, and the 'J12' that "
-             "it takes over is no number."},
+            {"  Link  21: error: link 21 'Cut to J11': It gives no ID of its own, and the 'J12' "
+             "that "
+             "it takes over is no number.",
+             NotChecked(268)},
             true},
         Row{"ScenarioThatAFactLeavesOut",
             ModelOf(Holding(Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
@@ -351,28 +330,33 @@ INSTANTIATE_TEST_SUITE_P(
                                   Process("2", "Sand", "Short|")}),
             {"Process  1: error: process 1 'Cut': Its glossary has 20002 characters, more than "
              "the note of a task takes, which ends the translation.",
-             "Object  1: warning: object 1 'Saw': It gives no glossary of its own; what process 2 "
+             "Object  1: note: object 1 'Saw': It gives no glossary of its own; what process 2 "
              "'Sand' (line 39) gives is taken over."},
             true},
-        OfText("Apostrophe", "      Name:  Sand", "      Name:  Ada's plank",
-               {"    Process  1  #2: error: unit 2 'Ada's plank': Its name holds an apostrophe, "
-                "which ends the translation.",
-                "    Process  1  #2: error: unit 2 'Ada's plank': No process of the pool has its "
-                "name, which ends the translation."},
-               true),
-        OfText("ExplainedByTheTranslatorAlone", "Cycle-Time:  2", "Cycle-Time:  999999",
-               {"    Process  1  #1: error: unit 1 'Cut': The translation ends with 'Overflow'."},
-               true),
+        OfText(
+            "Apostrophe", "      Name:  Sand", "      Name:  Ada's plank",
+            {"    Process  1  #2: error: unit 2 'Ada's plank': Its name holds an apostrophe, "
+             "which ends the translation.",
+             "    Process  1  #2: error: unit 2 'Ada's plank': No process of the pool has its "
+             "name, which ends the translation.",
+             "  Link  5: warning: link 5 'Cut to Sand': Its destination is called 'Sand', but its "
+             "number is that of unit 2 'Ada's plank' (line 156); the plan goes by the number."},
+            true),
+        OfText(
+            "CycleTimeBeyondTheCalendar", "Cycle-Time:  2", "Cycle-Time:  999999",
+            {"    Process  1  #1: error: unit 1 'Cut': Its cycle time of 999999 days is beyond the "
+             "calendar, which ends the translation."},
+            true),
         Row{"ValuesCarriedOver",
             ModelOf({.objects = Object("1", "Saw", "Quantity:  2|Alias:  SAW|") +
                                 Object("2", "Oil", "")}),
-            {"Object  2: warning: object 2 'Oil': It gives no quantity, no alias, no property list "
+            {"Object  2: note: object 2 'Oil': It gives no quantity, no alias, no property list "
              "of its own; what object 1 'Saw' (line 64) gives is taken over.",
              "Object  2: warning: object 2 'Oil': No unit uses this object."}},
         OfScenarios("CycleTimeCarriedOver",
                     Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand", ""), "",
                              Link("5", "1", "2")),
-                    {"    Process  1  #2: warning: unit 2 'Sand': It gives no cycle time, no labor "
+                    {"    Process  1  #2: note: unit 2 'Sand': It gives no cycle time, no labor "
                      "rule of its own; what unit 1 'Cut' (line 135) gives is taken over."}),
         Row{"FanOutsWithoutFact",
             ModelOf(Holding(Fork("XOR"))),

@@ -13,6 +13,13 @@ class Holder : public ReaderListener {
   void OnRecord(Element, std::string_view) override {}
   void OnField(std::size_t, std::size_t) override {}
   void OnCut(std::size_t) override {}
+  void OnNumber(NumberUse, const std::string&, double) override {}
+  std::optional<std::int16_t> OnBadNumber(NumberUse, const std::string&,
+                                          const RunTimeError&) override {
+    return std::nullopt;
+  }
+  bool OnBadLine(const RunTimeError&) override { return false; }
+  bool OnRefusedName(std::string_view) override { return false; }
   bool OnRow(RowChange change, std::string_view table, std::span<const Cell> cells) override {
     rows.Take(change, table, cells);
     return false;

@@ -20,7 +20,7 @@ inline const std::string kBareObjectOccurrence = ObjectOccurrence("4", "Brush", 
 inline const std::string kOccurrence = UnitOf("1", "Sand the hull", "");
 inline const std::string kJunction = Junction("11", "J1", "Fan Out", "XOR");
 inline const std::string kLink =
-    With(Link("21", "1", "J11"), {{" X)", " Sand the hull)"}, {"J11)", "J1)"}});
+    With(Link("21", "1", "J11"), {{" Cut)", " Sand the hull)"}, {"J11)", "J1)"}});
 inline const std::string kScenario =
     With(Scenario("1", "Boat yard", "", kOccurrence, kJunction, kLink),
          {{"Creator:  ", "Creator:  Ada"}, {"Review Status:  ", "Review Status:  Working"}});

@@ -73,10 +73,12 @@ inline std::string Junction(const std::string& number, const std::string& id,
          "    End  Note List|  Property List|  End  Property List|  End  Junction||";
 }
 
-// An end that begins with "J" is a junction of the number behind it, and bears its name.
+// An end that begins with "J" is a junction of the number behind it, and bears its name; units are
+// called "Cut" and "Sand" in turn.
 inline std::string End(const std::string& end) {
   if (end[0] == 'J') return "#" + end.substr(1) + "  (Junction, " + end + ")|";
-  return "#" + end + "  (Process-Occurrence, X)|";
+  const bool isOdd = (end.back() - '0') % 2 == 1;
+  return "#" + end + "  (Process-Occurrence, " + (isOdd ? "Cut" : "Sand") + ")|";
 }
 
 inline std::string Link(const std::string& number, const std::string& origin,

@@ -11,6 +11,7 @@ namespace merivane::inspect {
 enum class Severity {
   kError,    // ends the translation, or something of the model is lost
   kWarning,  // translates, but otherwise than one would think
+  kNote,     // stands in many models, and is seldom meant otherwise
 };
 
 // Texts are Windows-1252.
@@ -24,8 +25,9 @@ struct Finding {
   Severity severity = Severity::kError;
   std::size_t line = 0;  // from 1
   ElementName element;
-  std::string sentence;  // what was found
-  std::string advice;    // what to do about it
+  std::string sentence;    // what was found
+  std::string advice;      // what to do about it
+  std::string group = {};  // notes of one group, "values taken over", can be told as one
 };
 
 // "unit 3 'Sand the hull'"; empty for the text as a whole.

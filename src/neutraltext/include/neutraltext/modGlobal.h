@@ -17,9 +17,10 @@ std::string FieldAfterBlanks(std::string_view line, std::size_t start, std::size
 // Puts zeros in front of a text of 0 to 4 characters up to five; any other stays.
 void PadToFiveDigits(std::string& text);
 
-// Name rules of the reader: a box and the end of the program for a name that breaks them.
-void ValidateUobName(Desktop& desktop, const std::string& name);
-void ValidateObjectName(Desktop& desktop, const std::string& name);
+// Name rules of the reader: a box and the end of the program for a name that breaks them, unless a
+// listener takes it.
+void ValidateUobName(ModelToProject& state, const std::string& name);
+void ValidateObjectName(ModelToProject& state, const std::string& name);
 
 // Loads a Neutral Text file into the interim tables of gMspConn under gMspProjId. A failure while
 // reading is reported and leaves the rows so far and the file open; a file that can't be opened

@@ -3,11 +3,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "neutraltext/modGlobal.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::neutraltext {
 
@@ -35,6 +38,13 @@ enum class RowChange {
   kChanged,  // the row that was added last
 };
 
+// What a number of the text is for.
+enum class NumberUse {
+  kOwn,        // what other elements know its element by
+  kReference,  // what another element is known by
+  kValue,      // an ID, a revision, a quantity
+};
+
 class ReaderListener {
  public:
   virtual ~ReaderListener() = default;
@@ -47,6 +57,18 @@ class ReaderListener {
   virtual void OnRecord(Element element, std::string_view listEnd) = 0;
   // A field of the current line is taken; see FieldAfterBlanks.
   virtual void OnField(std::size_t start, std::size_t length) = 0;
+  // The number that the reader took from a text of the current line.
+  virtual void OnNumber(NumberUse use, const std::string& text, double value) = 0;
+  // A text of the current line is no number that the reader can take. What it goes on with;
+  // nothing: the reading ends with the error.
+  virtual std::optional<std::int16_t> OnBadNumber(NumberUse use, const std::string& text,
+                                                  const RunTimeError& error) = 0;
+  // The current line lacks a mark that it is taken apart by. Whether the reader goes on, with
+  // what an earlier line gave; otherwise the reading ends with the error.
+  virtual bool OnBadLine(const RunTimeError& error) = 0;
+  // A name breaks a rule, which is a sentence. Whether the reader takes it all the same; otherwise
+  // the rule is shown and the program ends.
+  virtual bool OnRefusedName(std::string_view rule) = 0;
   // A block that ends at the current line is longer than `length` and is cut or dropped.
   virtual void OnCut(std::size_t length) = 0;
   // Whether the row goes into the database as well; HeldRows can put it there later.

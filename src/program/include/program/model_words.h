@@ -16,5 +16,13 @@ inline constexpr std::string_view kFanOut = "Fan Out";
 // Type of a junction. The writer of a plan's text says "Sync. And", and names that word itself.
 inline constexpr std::string_view kSyncAnd = "Sync. AND";
 inline constexpr std::string_view kAsyncAnd = "Async. AND";
+inline constexpr std::string_view kSyncOr = "Sync. OR";
+inline constexpr std::string_view kAsyncOr = "Async. OR";
+inline constexpr std::string_view kXor = "XOR";
+
+// Types of an object that goes to the plan.
+inline constexpr std::string_view kSharedResource = "Shared Resource";
+inline constexpr std::string_view kDedicatedResource = "Dedicated Resource";
+inline constexpr std::string_view kTransport = "Transport";
 
 }  // namespace merivane::program

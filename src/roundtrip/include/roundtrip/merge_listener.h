@@ -21,6 +21,9 @@ class MergeListener {
   // The next line of the file is in hand; they count from the second one.
   virtual void OnLine(const std::string& line) = 0;
 
+  // A name in the line in hand can't stand in the model; a box says so next, and the merge ends.
+  virtual void OnRefusedName() = 0;
+
   // The step begins for the task with this number in the plan.
   virtual void OnTask(MergeStep step, const Value& planId) = 0;
 };

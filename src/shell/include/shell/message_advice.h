@@ -5,7 +5,8 @@
 
 namespace merivane::shell {
 
-// What the user can do about a message with this text; empty where the text says enough itself.
-std::string MessageAdvice(const std::string& text);
+// What the user can do about a message that tells this run-time error (0: none); empty where the
+// message says enough itself.
+std::string MessageAdvice(int error);
 
 }  // namespace merivane::shell
