@@ -218,7 +218,8 @@ TEST_F(Batch, CheckTellsFindingsByLineAndInJson) {
   EXPECT_EQ(Run({"check", Sample("bakery.txt")}), kFailed);
   EXPECT_EQ(out.str().rfind(Sample("bakery.txt") + ":379: error: scenario 1 'Weekday bread': ", 0),
             0U);
-  EXPECT_THAT(out.str(), ::testing::HasSubstr(" (and 5 more notes of cycle times under a day; --all lists"));
+  EXPECT_THAT(out.str(),
+              ::testing::HasSubstr(" (and 5 more notes of cycle times under a day; --all lists"));
   EXPECT_THAT(out.str(), ::testing::Not(::testing::HasSubstr(":444: note:")));
   EXPECT_EQ(Run({"check", Sample("bakery.txt"), "--all"}), kFailed);
   EXPECT_THAT(out.str(), ::testing::HasSubstr(":444: note: unit 2 'Bake the loaves': "));
