@@ -5,13 +5,16 @@
 
 namespace merivane::translator {
 
+bool NoteFits(std::string_view glossary) { return glossary.size() <= kLongestGlossary; }
+
+void RefuseNote(std::string_view glossary) {
+  throw RunTimeError(kDatabaseError,
+                     "The parameter's value has " + std::to_string(RtfNote(glossary).size()) +
+                         " bytes, and its size is " + std::to_string(kMostNoteBytes) + ".");
+}
+
 Bytes NoteOfTask(std::string_view glossary) {
   const std::string note = RtfNote(glossary);
-  if (note.size() > kMostNoteBytes) {
-    throw RunTimeError(kDatabaseError, "The parameter's value has " + std::to_string(note.size()) +
-                                           " bytes, and its size is " +
-                                           std::to_string(kMostNoteBytes) + ".");
-  }
   return {note.begin(), note.end()};
 }
 

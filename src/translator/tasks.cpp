@@ -66,8 +66,7 @@ void WriteNote(Pass& pass, const Value& name) {
   pass.PrintMpx(MpxNote(kMpxTaskNote, pass.glossaryText));
 }
 
-void FillTask(const Pass& pass, Recordset& activity, std::int32_t duration, Bytes note,
-              Recordset& task) {
+void FillTask(const Pass& pass, Recordset& activity, std::int32_t duration, Recordset& task) {
   const Value projectId = activity.Field("Project_ID");
   task.SetField("Proj_ID", pass.state.gMspProjId);
   task.SetField("TASK_UID", projectId);
@@ -78,17 +77,19 @@ void FillTask(const Pass& pass, Recordset& activity, std::int32_t duration, Byte
   task.SetField("TASK_OUTLINE_LEVEL", activity.Field("outline"));
   task.SetField("EXT_EDIT_REF_DATA", 1);
   task.SetField("TASK_HAS_NOTES", -1);
-  task.SetField("TASK_RTF_NOTES", std::move(note));
+  if (NoteFits(pass.glossaryText)) {
+    task.SetField("TASK_RTF_NOTES", NoteOfTask(pass.glossaryText));
+  }
   CopyColumns(kModelColumns, activity, task);
 }
 
-void AddTask(Pass& pass, Recordset& activity, Bytes note) {
+void AddTask(Pass& pass, Recordset& activity) {
   Recordset tasks = Ask(pass.state.gMspConn.get(), "select * from MSP_TASKS");
   if (tasks.Bof() || tasks.Eof()) return;
   const std::int32_t duration = ToInt32(pass.taskDays * kTenthsOfMinuteInDay);
   if (!pass.IsStored(PlanRow::kTask)) return;
   tasks.AddNew();
-  FillTask(pass, activity, duration, std::move(note), tasks);
+  FillTask(pass, activity, duration, tasks);
   tasks.Update();
 }
 
@@ -101,8 +102,10 @@ void WriteTask(Pass& pass, Recordset& activity) {
       activity.Field("outline"),    predecessors,           activity.Field("Use_Num")};
   pass.PrintMpx(MpxTaskRecord(mpxLine, pass.state.codePage));
   WriteNote(pass, mpxLine.name);
-  AddTask(pass, activity, NoteOfTask(pass.glossaryText));
+  AddTask(pass, activity);
   WriteAssignments(pass, activity);
+  // The note goes with the row in one; one that is too long fails behind the assignments.
+  if (!NoteFits(pass.glossaryText)) RefuseNote(pass.glossaryText);
 }
 
 // The tasks are numbered from 1. Leaves the set at its start.

@@ -43,6 +43,8 @@ void WriteAssignments(Pass& pass, Recordset& task);
 
 // A glossary as a task's RTF note, which has at most 20,000 bytes.
 Bytes NoteOfTask(std::string_view glossary);
+bool NoteFits(std::string_view glossary);
+[[noreturn]] void RefuseNote(std::string_view glossary);
 
 // TASK_OUTLINE_NUM of all tasks of levels 1 and 2 in the database.
 void NumberOutline(ModelToProject& state);

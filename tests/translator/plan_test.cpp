@@ -126,5 +126,15 @@ TEST_F(WrittenPlan, EndsWithTheRowsSoFarWhereATaskFails) {
   EXPECT_EQ(Plan(), "U1");
 }
 
+TEST_F(WrittenPlan, HoldsTheTaskWhoseNoteIsTooLong) {
+  Uob(1);
+  Uob(2, 1, {}, std::string(20000, 'x'));
+  Uob(3);
+  const std::string told = AbortOf(mpxPath);
+  EXPECT_NE(told.find("bytes, and its size is 20000"), std::string::npos) << told;
+  EXPECT_EQ(CountRows(Model(), "MSP_TASKS", "where TASK_UID > 0"), 2U);
+  EXPECT_EQ(Tasks("TASK_RTF_NOTES").back(), Value());
+}
+
 }  // namespace
 }  // namespace merivane::test
