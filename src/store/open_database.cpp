@@ -87,11 +87,13 @@ std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string
   return engine;
 }
 
-std::shared_ptr<Engine> CopyInMemory(Engine& source, bool readOnly, Work& work) {
-  DatabaseHandle memory = OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  CopyPages(source.Database(), memory.get(), source.Path(), work);
-  SetUp(memory.get(), source.Path());
-  auto copy = std::make_shared<Engine>(std::move(memory), source.Path(), readOnly);
+// Stays in memory as long as the cache holds it, and is a nameless file beyond.
+std::shared_ptr<Engine> CopyAside(Engine& source, bool readOnly, Work& work) {
+  DatabaseHandle aside = OpenHandle("", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  CopyPages(source.Database(), aside.get(), source.Path(), work);
+  SetUp(aside.get(), source.Path());
+  Execute(aside.get(), "pragma temp_store = file; pragma cache_size = -65536", source.Path());
+  auto copy = std::make_shared<Engine>(std::move(aside), source.Path(), readOnly);
   copy->IsCopy();
   return copy;
 }
@@ -103,7 +105,7 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path, proven);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
-  auto copy = CopyInMemory(*engine, true, work);
+  auto copy = CopyAside(*engine, true, work);
   AddMissingKeyIndexes(copy->Database(), path, work);
   return copy;
 }
@@ -156,7 +158,7 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, con
   const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
   if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, known.proven);
   auto engine = OpenForReading(path, name, kind, known.proven, work);
-  return mode == OpenMode::kCopy ? CopyInMemory(*engine, false, work) : engine;
+  return mode == OpenMode::kCopy ? CopyAside(*engine, false, work) : engine;
 }
 
 }  // namespace merivane::store

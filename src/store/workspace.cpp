@@ -135,9 +135,9 @@ std::shared_ptr<Engine> Workspace::State::HeldOn(const std::string& path) const 
   return Holds(held.get(), path) ? held : nullptr;
 }
 
-// Nobody asks for SQLite's statistics of memory, which take a lock for each piece of it.
+// The limit of memory (hardening.h) counts by SQLite's statistics, which may be built in as off.
 Workspace::Workspace() : state_(std::make_unique<State>()) {
-  sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);  // refused once SQLite runs
+  sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 1);  // refused once SQLite runs
 }
 Workspace::~Workspace() = default;
 
