@@ -7,6 +7,7 @@
 
 #include "diagram_figures.h"
 #include "layout.h"
+#include "placement.h"
 #include "text_lines.h"
 
 namespace merivane::pictures {
@@ -93,8 +94,13 @@ ScenarioGraph GraphOf(const Scenario& scenario, bool objects) {
 }
 
 void MoveBy(Route& route, double x, double y) {
-  for (Point& point : route.curve) point = {point.x + x, point.y + y};
-  route.tip = {route.tip.x + x, route.tip.y + y};
+  const auto move = [&](Point& point) { point = {point.x + x, point.y + y}; };
+  for (Point& point : route.curve) move(point);
+  move(route.tip);
+  if (!route.continuation) return;
+  for (Point& point : route.continuation->leaving) move(point);
+  move(route.continuation->end);
+  move(route.continuation->begin);
 }
 
 std::string DescriptionOf(const Scenario& scenario) {
@@ -273,7 +279,7 @@ std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
     drafts.push_back(GraphOf(scenario, options.objects));
     graphs.push_back(drafts.back().graph);
   }
-  const std::vector<std::optional<Layout>> layouts = LayOutAside(graphs, options.limit, work);
+  const std::vector<std::optional<Layout>> layouts = PlaceGraphs(graphs, options.limit, work);
   work.Begin("Drawing the diagrams", static_cast<std::int64_t>(scenarios.size()));
   std::vector<Diagram> diagrams;
   for (std::size_t at = 0; at < scenarios.size(); ++at) {

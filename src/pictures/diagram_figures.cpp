@@ -96,6 +96,17 @@ const char* SignOf(JunctionKind kind) {
   return kind == JunctionKind::kOr ? "O" : "&";
 }
 
+void AddMark(int number, Point centre, Figure& figure) {
+  const std::string text = std::to_string(number);
+  const double half =
+      std::max(kMarkRadius, WidthOf(text, Ink::kUnitNumber) / 2 + 3);  // longer for a long number
+  figure.shapes.push_back(Box{Ink::kJunction,
+                              {centre.x - half, centre.y - kMarkRadius, 2 * half, 2 * kMarkRadius},
+                              kMarkRadius});
+  figure.shapes.push_back(
+      Text{Ink::kUnitNumber, {centre.x, centre.y + 3.5}, text, Anchor::kMiddle});
+}
+
 // With its base at `base`.
 Path ArrowHead(Point base, Point tip) {
   const double length = std::hypot(tip.x - base.x, tip.y - base.y);
@@ -200,6 +211,13 @@ Figure DrawLink(LinkKind kind, const Route& route, bool sent) {
   if (route.curve.empty()) return figure;
   const Ink ink = kind == LinkKind::kRelation ? Ink::kRelation : Ink::kLink;
   figure.shapes.push_back(Path{.ink = ink, .points = route.curve, .curved = true});
+  if (route.continuation) {
+    figure.shapes.push_back(
+        Path{.ink = ink, .points = route.continuation->leaving, .curved = true});
+    AddMark(route.continuation->number, route.continuation->end, figure);
+    AddMark(route.continuation->number, route.continuation->begin, figure);
+    figure.title = "Continued at " + std::to_string(route.continuation->number);
+  }
   figure.shapes.push_back(ArrowHead(route.curve.back(), route.tip));
   if (kind == LinkKind::kObjectFlow) {
     const Point& end = route.curve.back();

@@ -28,10 +28,24 @@ struct Graph {
   std::vector<GraphEdge> edges;
 };
 
-struct Route {
-  std::vector<Point> curve;  // Bezier pieces: 1 + 3n points
-  Point tip;                 // of the arrow head, which begins where the curve ends
+// Where a way is broken off: it ends at a numbered mark and goes on at another one.
+struct Continuation {
+  int number = 0;
+  std::vector<Point> leaving = {};  // Bezier pieces from the node to the first mark
+  Point end = {};                   // centres of the marks
+  Point begin = {};
 };
+
+struct Route {
+  std::vector<Point> curve;  // Bezier pieces: 1 + 3n points; from the second mark, if there are any
+  Point tip;                 // of the arrow head, which begins where the curve ends
+  std::optional<Continuation> continuation = {};
+};
+
+inline constexpr double kMarkRadius = 9;  // of a continuation
+inline constexpr double kColumnGap = 48;  // between boxes that a link joins
+inline constexpr double kRowGap = 28.8;   // between boxes that lie below each other
+inline constexpr double kArrowLength = 10.7;
 
 struct Layout {
   double width = 0;

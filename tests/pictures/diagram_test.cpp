@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <numeric>
 
 #include "model_fixture.h"
 #include "pictures/svg.h"
@@ -139,12 +140,59 @@ TEST_F(DiagramTest, TextsStayWithinTheirBoxes) {
   }
 }
 
-TEST_F(DiagramTest, AScenarioThatIsNotLaidOutInTimeIsListed) {
-  Uobs({1, 2});
-  Links({{1, 2}});
+// Tangled: the second unit leads into both branches.
+TEST_F(DiagramTest, ATangledScenarioThatIsNotLaidOutInTimeIsListed) {
+  Uobs({1, 2, 3, 4});
+  Links({{1, 3}, {1, 4}, {2, 3}, {2, 4}});
   const Diagram diagram = Draw({.limit = std::chrono::milliseconds(0)});
   EXPECT_TRUE(diagram.outline);
   EXPECT_EQ(TextsOf(Find(diagram.picture, "unit-2"), Ink::kListed).at(0).text, "U2");
+}
+
+TEST_F(DiagramTest, BranchesNeedNoLibraryAndKeepTheirOrder) {
+  Uobs({1, 2, 3, 4, 5, 6});
+  Junction(100, "Fan Out", "XOR");
+  Junction(101, "Fan In", "XOR");
+  Links({{1, 100}, {100, 5}, {100, 2}, {2, 3}, {3, 101}, {5, 101}, {100, 101}, {101, 4}, {6, 101}});
+  const Diagram diagram = Draw({.limit = std::chrono::milliseconds(0)});
+  Links({{4, 1}});
+  EXPECT_TRUE(Draw({.limit = std::chrono::milliseconds(0)}).outline);
+  ASSERT_FALSE(diagram.outline);
+  const auto area = [&](const char* id) { return Find(diagram.picture, id).area; };
+  EXPECT_LT(area("unit-5").Bottom(), area("unit-2").top);
+  EXPECT_EQ(area("unit-2").Centre().y, area("unit-3").Centre().y);
+  EXPECT_NEAR(area("unit-1").Centre().y, area("junction-100").Centre().y, 0.01);
+}
+
+TEST_F(DiagramTest, AnyShapeIsDrawnWithoutOverlapAndWideOnesInNumberedRows) {
+  constexpr int kUnits = 300;
+  std::vector<int> numbers(kUnits);
+  std::iota(numbers.begin(), numbers.end(), 1);
+  for (const int number : numbers) Uob(number);
+  for (const int step : {1, 2}) {  // a chain, then a ring of rungs on it
+    for (int number = 1; number + step <= kUnits; ++number) Links({{number, number + step}});
+    if (step == 2) Links({{kUnits, 1}});
+    const Diagram diagram = Draw();
+    ASSERT_FALSE(diagram.outline);
+    EXPECT_LT(diagram.picture.width, 2100);
+    std::vector<Area> areas;
+    std::ptrdiff_t marks = 0;
+    for (const Figure& figure : diagram.picture.figures) {
+      if (figure.id.starts_with("unit-")) areas.push_back(figure.area);
+      marks += std::ssize(TextsOf(figure, Ink::kUnitNumber)) * (figure.id.empty() ? 1 : 0);
+    }
+    EXPECT_EQ(areas.size(), std::size_t{kUnits});
+    EXPECT_GT(marks, 20);
+    EXPECT_EQ(marks % 2, 0);
+    for (std::size_t a = 0; a < areas.size(); ++a) {
+      EXPECT_LE(areas[a].Bottom(), diagram.picture.height);
+      for (std::size_t b = 0; b < a; ++b) {
+        EXPECT_TRUE(areas[a].Right() <= areas[b].left || areas[b].Right() <= areas[a].left ||
+                    areas[a].Bottom() <= areas[b].top || areas[b].Bottom() <= areas[a].top)
+            << a << " over " << b;
+      }
+    }
+  }
 }
 
 TEST_F(DiagramTest, ScenariosStandBehindWhatTheyDecomposeAndCirclesEnd) {
