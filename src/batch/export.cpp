@@ -51,7 +51,7 @@ int RunExport(Session& session, const ExportOptions& options) {
   try {
     return Export(session, options);
   } catch (const RunTimeError& error) {
-    session.Say(options.database + ": " + ToUtf8(error.Description()));
+    session.Say(options.database + ": " + Session::ReasonOf(options.database, error));
     return kFailed;
   }
 }

@@ -66,7 +66,8 @@ void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
     *readable_ << ": " << Readable(message.text);
     if (message.buttons == MessageButtons::kYesNo) *readable_ << " [" << NameOf(answer) << "]";
     *readable_ << '\n';
-    const std::string advice = shell::MessageAdvice(message.error);
+    const std::string advice =
+        message.advice.empty() ? shell::MessageAdvice(message.error) : message.advice;
     if (!advice.empty()) *readable_ << "  " << advice << '\n';
     *readable_ << std::flush;
   }

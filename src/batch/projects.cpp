@@ -35,7 +35,7 @@ int RunProjects(Session& session, const ProjectsOptions& options) try {
   }
   return kDone;
 } catch (const RunTimeError& error) {
-  return session.Refuse(options.database + ": " + ToUtf8(error.Description()));
+  return session.Refuse(options.database + ": " + Session::ReasonOf(options.database, error));
 }
 
 }  // namespace merivane::batch

@@ -4,6 +4,7 @@
 #include "platform/system_locale.h"
 #include "printable.h"
 #include "runtime/code_page.h"
+#include "shell/message_advice.h"
 
 namespace merivane::batch {
 
@@ -53,8 +54,13 @@ void Session::Say(const std::string& text) const {
   err << "merivane-batch: " << PrintableText(text) << '\n';
 }
 
+std::string Session::ReasonOf(const std::string& file, const RunTimeError& error) {
+  const std::string advice = PlanFileAdvice(file, error);
+  return ToUtf8(error.Description()) + (advice.empty() ? "" : " " + advice);
+}
+
 int Session::Fail(const std::string& file, const RunTimeError& error) const {
-  Say(file + " can't be used: " + ToUtf8(error.Description()));
+  Say(file + " can't be used: " + ReasonOf(file, error));
   return error.Number() == kDatabaseError ? kRefused : kFailed;
 }
 

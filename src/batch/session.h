@@ -72,6 +72,8 @@ class Session {
   }
   // Tells a fault that the program keeps to itself where the user picks `file`: the run's failure,
   // or a refusal where it is a file of another kind.
+  // The error's description, and what to do where the file is one of another kind of plan.
+  static std::string ReasonOf(const std::string& file, const RunTimeError& error);
   int Fail(const std::string& file, const RunTimeError& error) const;
   // The exit status behind the OK button, told in the closing line with `report` in front, or in a
   // word where it gave no file.

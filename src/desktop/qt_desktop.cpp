@@ -158,7 +158,9 @@ void QtDesktop::Execute(QDialog& dialog) {
 QString QtDesktop::AdviceOn(const Message& message) const {
   const bool notOpen = message.error == kObjectNotSet || message.error == kConnectionInvalid;
   const bool known = notOpen && !whyNotOpen_.empty();
-  QString advice = known ? PathToQt(whyNotOpen_) : ToQt(MessageAdvice(message.error));
+  QString advice =
+      known ? PathToQt(whyNotOpen_)
+            : ToQt(message.advice.empty() ? MessageAdvice(message.error) : message.advice);
   if (!message.endsProgram) return advice;
   if (!advice.isEmpty()) advice += ' ';
   return advice + (known ? "Merivane ends here; nothing was changed."

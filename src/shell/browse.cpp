@@ -5,6 +5,7 @@
 #include "runtime/code_page.h"
 #include "runtime/file_names.h"
 #include "runtime/text.h"
+#include "shell/message_advice.h"
 
 namespace merivane::shell {
 
@@ -19,7 +20,10 @@ std::optional<std::string> BrowseForFile(Desktop& desktop, FileDialog dialog,
   std::string trimmed = Trim(name);
   if (trimmed.empty()) return std::nullopt;
   if (!HasExtension(name, extension)) {
-    desktop.ShowMessage({"Incorrect File Type", MessageIcon::kCritical, "File Selection Error"});
+    desktop.ShowMessage({.text = "Incorrect File Type",
+                         .icon = MessageIcon::kCritical,
+                         .title = "File Selection Error",
+                         .advice = NameAdvice(trimmed)});
     return std::nullopt;
   }
   return trimmed;

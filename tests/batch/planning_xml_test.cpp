@@ -122,6 +122,49 @@ TEST_F(BatchXml, WhatAModelDoesNotTakeIsToldInOneMessage) {
   EXPECT_EQ(left["lags"], std::vector{5});
 }
 
+// By what the file is, not by how it is called.
+TEST_F(BatchXml, PlansInOtherFormsAreToldWhatToDoWithThem) {
+  const std::string file("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 plan", 13);
+  const std::string mpp = folder.Write("plan.mpp", file);
+  const std::string renamed = folder.Write("renamed.mdb", file);
+  const std::string mpd = folder.Write("plan.mpd", "x");
+  const auto files = Files();
+  const auto told = [&](const std::vector<std::string>& arguments) {
+    EXPECT_EQ(Run(arguments), 2);
+    EXPECT_EQ(Files(), files);
+    return err.str();
+  };
+  const std::string saveAsXml = "Save it there as XML";
+  EXPECT_THAT(told({"projects", mpp}), HasSubstr(saveAsXml));
+  EXPECT_THAT(told({"to-model", "--database", renamed, "--project", "1", "--output", model}),
+              HasSubstr(saveAsXml));
+  EXPECT_THAT(told({"to-model", "--database", mpp, "--project", "1", "--output", model}),
+              testing::AllOf(HasSubstr("Incorrect File Type"), HasSubstr(saveAsXml)));
+  EXPECT_THAT(told({"to-model", "--database", mpd, "--project", "1", "--output", model}),
+              HasSubstr("a copy of it whose name ends in .mdb"));
+  EXPECT_THAT(told({"projects", mpd}), testing::Not(HasSubstr("Save it")));
+}
+
+// A real database whose table of projects bears another name stands for one of an earlier edition.
+TEST_F(BatchXml, DatabaseOfAnEarlierEditionIsToldAsSuch) {
+  const std::string real = std::string(MERIVANE_PLANS) + "/mpp9relations.mpd";
+  if (!fs::exists(real)) GTEST_SKIP() << real << " is not there";
+  std::string bytes = ReadFile(real);
+  const std::string name = "MSP_PROJECTS";
+  std::string wide;
+  for (const char letter : name) wide += {letter, '\0'};
+  for (const std::string& form : {name, wide}) {
+    for (std::size_t at = bytes.find(form); at != std::string::npos; at = bytes.find(form, at)) {
+      bytes[at] = 'X';
+    }
+  }
+  const std::string early = folder.Write("early.mdb", bytes);
+  EXPECT_EQ(Run({"projects", early}), 2);
+  EXPECT_THAT(err.str(), testing::AllOf(HasSubstr("No table"), HasSubstr("Microsoft Project 98")));
+  EXPECT_NE(Run({"export", early, "--project", "1", "--xml", folder.Path("early.xml")}), 0);
+  EXPECT_THAT(err.str(), HasSubstr("open it once in a later edition"));
+}
+
 TEST_F(BatchXml, ExportTellsWhatCannotBeInOneMessage) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--xml", xml}), 0);
   std::string sql =

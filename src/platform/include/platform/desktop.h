@@ -27,6 +27,7 @@ struct Message {
   MessageButtons buttons = MessageButtons::kOk;
   int error = 0;  // number of the run-time error that the box tells, 0 without one
   bool endsProgram = false;
+  std::string advice = {};  // what to do about it, shown behind the text
 };
 
 // One file type in the form "Text (*.txt)|*.txt".
