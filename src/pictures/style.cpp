@@ -58,7 +58,7 @@ Style FaintStyleOf(Ink ink) {
     style.fill = "#9aa5b1";
   } else {
     if (std::string_view(style.fill) != kNone)
-      style.fill = style.stroke == kNone ? "#c3ccd5" : "#f7f8fa";
+      style.fill = std::string_view(style.stroke) == kNone ? "#c3ccd5" : "#f7f8fa";
     if (std::string_view(style.stroke) != kNone) style.stroke = "#c3ccd5";
   }
   return style;
