@@ -36,8 +36,7 @@ int RunChart(Session& session, const ChartOptions& options) {
   try {
     return Draw(session, options);
   } catch (const RunTimeError& error) {
-    session.Say(options.database + ": " + ToUtf8(error.Description()));
-    return kFailed;
+    return session.TellFailure(options.database, error);
   }
 }
 

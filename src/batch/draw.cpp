@@ -90,8 +90,7 @@ int RunDraw(Session& session, const DrawOptions& options) try {
   if (options.model.empty()) return DrawDatabase(session, options);
   return Draw(session, options, ReadText(session, options.model));
 } catch (const RunTimeError& error) {
-  session.Say(options.output + ": " + ToUtf8(error.Description()));
-  return kFailed;
+  return session.TellFailure(options.output, error);
 }
 
 }  // namespace merivane::batch

@@ -51,8 +51,7 @@ int RunExport(Session& session, const ExportOptions& options) {
   try {
     return Export(session, options);
   } catch (const RunTimeError& error) {
-    session.Say(options.database + ": " + Session::ReasonOf(options.database, error));
-    return kFailed;
+    return session.TellFailure(options.database, error);
   }
 }
 

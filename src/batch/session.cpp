@@ -59,13 +59,27 @@ std::string Session::ReasonOf(const std::string& file, const RunTimeError& error
   return ToUtf8(error.Description()) + (advice.empty() ? "" : " " + advice);
 }
 
+int Session::TellFailure(const std::string& file, const RunTimeError& error) const {
+  const std::string described = ReasonOf(file, error);
+  const std::string reason = kept.InNamesOfOutputs(described);
+  const bool namesFile = reason != described || reason.find("'" + file + "'") != std::string::npos;
+  Say((namesFile ? "" : file + ": ") + reason);
+  return kFailed;
+}
+
 int Session::Fail(const std::string& file, const RunTimeError& error) const {
   Say(file + " can't be used: " + ReasonOf(file, error));
   return error.Number() == kDatabaseError ? kRefused : kFailed;
 }
 
+int Session::InNamesOfOutputs(const std::function<int()>& command) const try {
+  return command();
+} catch (const RunTimeError& error) {
+  throw RunTimeError(error.Number(), FromUtf8(kept.InNamesOfOutputs(ToUtf8(error.Description()))));
+}
+
 int Session::Run(const std::function<int()>& command) {
-  int status = Guarded(err, command);
+  int status = Guarded(err, [&] { return InNamesOfOutputs(command); });
   const bool closed = CloseAll();
   if (Succeeded(status)) {
     status = closed ? Guarded(err, [&] { return Conclude(status); }) : kFailed;

@@ -70,6 +70,9 @@ class Session {
     Say(text);
     return kRefused;
   }
+  // Tells what failed a command on `file`. An error that names a file is told as it is.
+  int TellFailure(const std::string& file, const RunTimeError& error) const;
+
   // Tells a fault that the program keeps to itself where the user picks `file`: the run's failure,
   // or a refusal where it is a file of another kind.
   // The error's description, and what to do where the file is one of another kind of plan.
@@ -103,6 +106,8 @@ class Session {
   frmMain main;
 
  private:
+  // An error that comes up tells of outputs by their names.
+  int InNamesOfOutputs(const std::function<int()>& command) const;
   bool CloseAll();
   int Conclude(int status);
   int KeepPartial();

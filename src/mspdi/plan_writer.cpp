@@ -13,27 +13,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void Save(const pugi::xml_document& document, const std::string& path) {
+// `shown` names the file in errors.
+void Save(const pugi::xml_document& document, const std::string& path, const std::string& shown) {
   std::ofstream file(PathOf(path), std::ios::binary | std::ios::trunc);
-  if (!file.is_open()) throw RunTimeError(kPermissionDenied);
+  if (!file.is_open()) throw FileError(kPermissionDenied, shown);
   document.save(file, " ", pugi::format_indent, pugi::encoding_utf8);
   file.close();
-  if (file.fail()) throw RunTimeError(kDiskFull);
+  if (file.fail()) throw FileError(kDiskFull, shown);
 }
 
-void SaveBeside(const pugi::xml_document& document, const std::string& target) {
+void SaveBeside(const pugi::xml_document& document, const std::string& target,
+                const std::string& shown) {
   std::error_code error;
   const std::string fresh = TemporaryNameBeside(target);
-  if (!MakeNewFile(fresh)) throw RunTimeError(kPermissionDenied);
   try {
-    Save(document, fresh);
+    if (!MakeNewFile(fresh)) throw RunTimeError(kPermissionDenied);
+    Save(document, fresh, shown);
     SyncFile(fresh);
     const fs::file_status before = fs::status(PathOf(target), error);
     if (fs::exists(before)) fs::permissions(PathOf(fresh), before.permissions(), error);
     if (MoveInPlace(PathOf(fresh), PathOf(target))) throw RunTimeError(kPermissionDenied);
-  } catch (const RunTimeError&) {
+  } catch (const RunTimeError& failure) {
     fs::remove(PathOf(fresh), error);
-    throw;
+    throw FileError(failure.Number(), shown);
   }
 }
 
@@ -43,11 +45,11 @@ void SaveInPlaceOf(const pugi::xml_document& document, const std::string& name) 
   const std::string target = Followed(name);
   std::error_code error;
   const fs::file_status there = fs::status(PathOf(target), error);
-  if (fs::is_directory(there)) throw RunTimeError(kPathFileAccessError);
+  if (fs::is_directory(there)) throw FileError(kPathFileAccessError, name);
   if (fs::exists(there) && !fs::is_regular_file(there)) {
-    Save(document, target);
+    Save(document, target, name);
   } else {
-    SaveBeside(document, target);
+    SaveBeside(document, target, name);
   }
 }
 

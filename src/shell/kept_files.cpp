@@ -111,6 +111,16 @@ void KeptFiles::KeepReplaced(Workspace& workspace, const std::string& path, cons
   databases_.push_back({path, backup, copy, made, false});
 }
 
+std::string KeptFiles::InNamesOfOutputs(std::string text) const {
+  for (const NewPlace& made : newFiles_) {
+    const std::string name = Utf8Of(made.standIn);
+    for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name)) {
+      text.replace(at, name.size(), Utf8Of(made.place));
+    }
+  }
+  return text;
+}
+
 void KeptFiles::Flush() {
   if (workspace_ != nullptr) workspace_->FlushHeld();
 }

@@ -148,6 +148,20 @@ TEST_F(SafeRuns, WhatIsToldBesideAMergeNeverFailsIt) {
   EXPECT_NE(out.str().find("written: " + other), std::string::npos) << out.str();
 }
 
+#ifndef _WIN32
+TEST_F(SafeRuns, AFailureNamesTheFileThatItAroseOn) {
+  const std::vector<std::string> rows[] = {
+      {"export", "@plan.mdb", "--project", "1", "--xml", "/sys/p.xml"},
+      {"chart", "@plan.mdb", "--project", "1", "--output", "/sys/p.svg"},
+      {"draw", "@model.txt", "--output", "/sys/p.svg"},
+      {"report", "@model.txt", "--output", "/sys/p.html"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(RunIn(row), kFailed) << row[0];
+    EXPECT_EQ(err.str(), "merivane-batch: Permission denied: '" + row.back() + "'\n");
+  }
+}
+#endif
+
 TEST_F(SafeRuns, AnAppendWithoutAFreeNumberIsRefused) {
   struct Row {
     const char* name;

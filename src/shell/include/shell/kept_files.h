@@ -52,6 +52,10 @@ class KeptFiles {
   // The same for a text that `files` opens.
   void KeepText(TextFiles& files, const std::string& path);
 
+  // The text (UTF-8), with the names of the files that are written beside the outputs replaced by
+  // those of the outputs.
+  std::string InNamesOfOutputs(std::string text) const;
+
   // All that is written goes to the disk; what is left to fail in Finish is the last step of each.
   void Flush();
 
