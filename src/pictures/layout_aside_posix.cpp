@@ -12,8 +12,11 @@
 #include <string_view>
 
 #include "layout.h"
+#include "runtime/child_process.h"
 
 namespace merivane::pictures {
+
+using namespace runtime;
 
 namespace {
 
@@ -67,7 +70,9 @@ void Send(int pipe, const void* data, std::size_t size) {
 
 // Leaves by _exit, so that nothing of the parent is flushed or closed twice.
 [[noreturn]] void RunChild(const std::vector<Graph>& graphs, const std::vector<std::size_t>& order,
-                           int pipe) {
+                           pid_t parent, int inherited) {
+  DieWithParent(parent);
+  const int pipe = KeepAlone(inherited);
   const int nowhere = open("/dev/null", O_RDWR);
   if (nowhere >= 0) dup2(nowhere, STDERR_FILENO);
   const rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
@@ -110,11 +115,9 @@ class Child {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return;
     pipe_ = ends[0];
+    const pid_t parent = getpid();
     id_ = fork();
-    if (id_ == 0) {
-      close(ends[0]);
-      RunChild(graphs, order, ends[1]);
-    }
+    if (id_ == 0) RunChild(graphs, order, parent, ends[1]);
     close(ends[1]);
   }
   ~Child() {

@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "platform/program_start.h"
+#include "runtime/child_process.h"
 
 namespace merivane::platform {
+
+using namespace runtime;
 
 namespace {
 
@@ -100,15 +103,6 @@ bool StartWords(std::vector<std::string> words) {
   const bool started = ReadSuccess(report);
   close(report);
   return started;
-}
-
-// Nothing of the parent's stays open here but the pipe.
-int KeepAlone(int pipe) {
-  constexpr int kFirst = STDERR_FILENO + 1;
-  const int kept = dup2(pipe, kFirst);
-  fcntl(kept, F_SETFD, FD_CLOEXEC);
-  close_range(kFirst + 1, ~0U, 0);
-  return kept;
 }
 
 // Starts the program, and writes one byte once it has ended: 0 for its success.

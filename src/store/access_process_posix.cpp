@@ -19,8 +19,11 @@
 #include "access_limits.h"
 #include "access_process.h"
 #include "access_tables.h"
+#include "runtime/child_process.h"
 
 namespace merivane::store {
+
+using namespace runtime;
 
 namespace {
 
@@ -132,10 +135,11 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   const AccessLimits limits = LimitsFor(path);
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return kNoProcess;
+  const pid_t parent = getpid();
   const pid_t id = fork();
   if (id == 0) {
-    close(ends[0]);
-    RunChild(path, sqlitePath, limits, ends[1]);
+    DieWithParent(parent);
+    RunChild(path, sqlitePath, limits, KeepAlone(ends[1]));
   }
   Child child(id, ends[0]);
   close(ends[1]);
