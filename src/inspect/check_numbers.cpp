@@ -11,8 +11,8 @@ namespace {
 // Elements that are asked for by number alone must differ in it.
 class Numbers {
  public:
-  Numbers(const Model& model, std::vector<Finding>& findings)
-      : model_(model), findings_(findings) {}
+  Numbers(const Model& model, std::vector<Finding>& findings, Severity severity = Severity::kError)
+      : model_(model), findings_(findings), severity_(severity) {}
 
   void Take(std::size_t place) {
     const Place& here = model_.At(place);
@@ -20,13 +20,14 @@ class Numbers {
     const auto [first, isNew] = places_.try_emplace(here.number, place);
     if (isNew) return;
     findings_.push_back(FindingAt(
-        Severity::kError, here, "It has the number of " + WithLine(model_.At(first->second)) + ".",
+        severity_, here, "It has the number of " + WithLine(model_.At(first->second)) + ".",
         "Give each of the two a number of its own, and change what refers to it."));
   }
 
  private:
   const Model& model_;
   std::vector<Finding>& findings_;
+  Severity severity_;
   std::map<std::int32_t, std::size_t> places_;
 };
 
@@ -67,6 +68,16 @@ void CheckJunctionIds(const Model& model, std::vector<Finding>& findings) {
   }
 }
 
+// Links are looked up by their ends; a number that comes twice in a scenario is a slip all the
+// same.
+void CheckLinkNumbers(const Model& model, std::vector<Finding>& findings) {
+  std::map<decltype(Link::scenario), Numbers> scenarios;
+  for (const Link& link : model.links) {
+    scenarios.try_emplace(link.scenario, model, findings, Severity::kWarning)
+        .first->second.Take(link.place);
+  }
+}
+
 }  // namespace
 
 void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
@@ -90,8 +101,7 @@ void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
   for (const Unit& unit : model.units) ends.Take(unit.place);
   for (const Junction& junction : model.junctions) ends.Take(junction.place);
   CheckJunctionIds(model, findings);
-  Numbers links(model, findings);
-  for (const Link& link : model.links) links.Take(link.place);
+  CheckLinkNumbers(model, findings);
 }
 
 }  // namespace merivane::inspect
