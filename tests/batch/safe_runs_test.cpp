@@ -27,8 +27,8 @@ class SafeRuns : public Batch {
   std::string other = folder.Path("other.txt");
 };
 
+#ifndef _WIN32
 TEST_F(SafeRuns, ASourceThatNeverEndsIsRefused) {
-  if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no endless device here";
   for (const char* name : {"endless.txt", "endless.mpx", "endless.xml"}) {
     fs::create_symlink("/dev/zero", folder.Path(name));
   }
@@ -47,6 +47,7 @@ TEST_F(SafeRuns, ASourceThatNeverEndsIsRefused) {
     EXPECT_TRUE(ReadFile(plan) == before && !isThere("other.txt") && !isThere("model.svg"));
   }
 }
+#endif
 
 TEST_F(SafeRuns, ARefusedNameTouchesNothingAndIsTold) {
   const std::vector<std::string> rows[] = {

@@ -61,8 +61,9 @@ TEST_F(TextFilesTest, WhatNeverEndsIsRefused) {
   files_.OpenForInput(1, Make("long.txt", "short\n" + std::string((1 << 20) + 1, 'x')));
   EXPECT_EQ(files_.ReadLine(1), "short");
   EXPECT_EQ(ErrorOf([&] { files_.ReadLine(1); }), kPathFileAccessError);
-  if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no endless device here";
+#ifndef _WIN32
   EXPECT_EQ(ErrorOf([&] { files_.OpenForInput(2, "/dev/zero"); }), kPathFileAccessError);
+#endif
 }
 
 TEST_F(TextFilesTest, ReadingPastTheEndFails) {
