@@ -16,8 +16,8 @@ namespace merivane::runtime {
 // goes with the start of another program.
 int KeepAlone(int pipe);
 
-// From now on the end of the parent, whatever its cause, ends this process; one whose parent is gone
-// already ends here.
+// From now on the end of the parent, whatever its cause, ends this process; one whose parent is
+// gone already ends here.
 void DieWithParent(pid_t parent);
 
 }  // namespace merivane::runtime
