@@ -24,7 +24,7 @@ void Remove(const fs::path& path) {
 // taken by a file that is whole.
 std::string GiveBackupName(const std::string& file, const std::string& path) {
   for (int number = 1;; ++number) {
-    const std::string name = path + ".bak" + (number > 1 ? std::to_string(number) : "");
+    std::string name = path + ".bak" + (number > 1 ? std::to_string(number) : "");
     std::error_code error;
     fs::create_hard_link(PathOf(file), PathOf(name), error);
     if (!error) {
@@ -44,7 +44,7 @@ std::string GiveBackupName(const std::string& file, const std::string& path) {
 // Copies what stands at `path` by `make`, which is given a temporary name.
 template <typename Make>
 std::string MakeCopy(const std::string& path, Copy copy, const Make& make) {
-  const std::string name = TemporaryNameBeside(copy == Copy::kBackup ? path : Followed(path));
+  std::string name = TemporaryNameBeside(copy == Copy::kBackup ? path : Followed(path));
   try {
     make(name);
     return copy == Copy::kBackup ? GiveBackupName(name, path) : name;
