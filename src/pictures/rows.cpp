@@ -142,6 +142,7 @@ class RowBreaker {
     std::stable_sort(routes.begin(), routes.end(),
                      [&](Route* a, Route* b) { return of(*a)[0]->y < of(*b)[0]->y; });
     std::vector<double> wanted;
+    wanted.reserve(routes.size());
     for (Route* route : routes) wanted.push_back(of(*route)[0]->y);
     const std::vector<double> heights =
         SpreadApart(wanted, std::vector<double>(wanted.size(), kMarkApart));
