@@ -84,12 +84,21 @@ bool TakesAnothersPlace(const std::string& path) {
 
 std::string ReplaceDatabase(Workspace& workspace, const std::string& from, const std::string& to,
                             Copy copy) {
-  const auto replace = [&](const std::string& backup) {
-    workspace.ReplaceDatabase(from, to, backup);
-  };
-  if (copy != Copy::kNone && FileIsThere(to)) return MakeCopy(to, copy, replace);
-  replace("");
-  return {};
+  if (copy == Copy::kNone || !FileIsThere(to)) {
+    workspace.CopyDatabase(from, to);
+    return {};
+  }
+  // The copy has its lasting name before the only other one goes.
+  std::string name = TemporaryNameBeside(copy == Copy::kBackup ? to : Followed(to));
+  try {
+    workspace.ReplaceDatabase(from, to, name, [&] {
+      if (copy == Copy::kBackup) name = GiveBackupName(name, to);
+    });
+  } catch (...) {
+    Remove(PathOf(name));
+    throw;
+  }
+  return name;
 }
 
 KeptFiles::~KeptFiles() { PutBack(); }

@@ -162,11 +162,11 @@ void Workspace::CommitAllQuietly() noexcept {
 }
 
 void Workspace::CopyDatabase(const std::string& from, const std::string& to) {
-  ReplaceDatabase(from, to, "");
+  ReplaceDatabase(from, to, "", nullptr);
 }
 
 void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
-                                const std::string& backup) {
+                                const std::string& backup, const std::function<void()>& copied) {
   std::error_code error;
   if (!fs::exists(PathOf(from), error)) throw FileError(kFileNotFound, from);
   if (IsSameFile(from, to)) throw FileError(kPermissionDenied, to);
@@ -187,6 +187,7 @@ void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
     } else {
       CopyLocked(lock.get(), to, backup, *work);
     }
+    copied();
   }
   MoveOver(made.Path(), target, lock, *work);
 }

@@ -131,6 +131,24 @@ TEST_F(CopyDatabase, AConnectionOnAFileThatGaveWayWritesNothing) {
   EXPECT_EQ(ReadFile(target), before);
 }
 
+TEST_F(CopyDatabase, NothingGivesWayBeforeItsCopyHasItsLastingName) {
+  connection.Close();
+  workspace.CopyDatabase(path, target);
+  RawDatabase(target).Run("delete from T");
+  const std::string before = ReadFile(target);
+  const std::string backup = folder.Path("backup.mdb");
+  const auto replace = [&](int failure) {
+    workspace.ReplaceDatabase(path, target, backup, [&] {
+      EXPECT_TRUE(ReadFile(backup) == before && ReadFile(target) == before);
+      if (failure != 0) throw RunTimeError(failure);
+    });
+  };
+  EXPECT_EQ(ErrorOf([&] { replace(kDiskFull); }), kDiskFull);
+  EXPECT_TRUE(ReadFile(target) == before);
+  replace(0);
+  EXPECT_TRUE(ReadFile(target) == ReadFile(path) && ReadFile(backup) == before);
+}
+
 TEST_F(CopyDatabase, WhatIsHeldIsSeenByLaterConnectionsAndUndoneAsOne) {
   for (const bool keep : {true, false}) {
     connection.BeginWrite();

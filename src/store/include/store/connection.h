@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -48,8 +49,10 @@ class Workspace {
   void CopyDatabase(const std::string& from, const std::string& to);
 
   // The same, and before it the copy of what stands at `to` in the file `backup`, unless that is
-  // empty: nobody can write to `to` in between.
-  void ReplaceDatabase(const std::string& from, const std::string& to, const std::string& backup);
+  // empty: nobody can write to `to` in between. `copied` is called once the copy is whole, while
+  // `to` still stands as it was; what it throws ends the call there.
+  void ReplaceDatabase(const std::string& from, const std::string& to, const std::string& backup,
+                       const std::function<void()>& copied);
 
   // Moves the file `copy` back over the database `to`, which is open nowhere here, if `to` is gone
   // or still byte by byte the file `made`: False, with nothing done, where somebody has changed it
