@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include "batch_fixture.h"
 
 namespace merivane::test {
