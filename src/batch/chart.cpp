@@ -19,7 +19,8 @@ int Draw(Session& session, const ChartOptions& options) {
   if (!project) return session.Refuse(reason);
   Connection connection(session.program.workspace);
   connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
-  const pictures::Picture chart = pictures::DrawChart(connection, *project, session.desktop.today);
+  const pictures::Picture chart =
+      pictures::DrawChart(connection, *project, session.desktop.Today());
   SayIfSmall(session, options.output,
              pictures::WritePictures({chart}, session.kept.StandInFor(options.output)));
   session.Report(ToUtf8(chart.description) + "; written: " + options.output);

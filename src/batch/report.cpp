@@ -22,8 +22,7 @@ namespace {
 std::string WhyNoPlan(const Session& session, const ScenarioChooser& chooser) {
   const std::string begin = "The plan is not drawn, since the translation did not get to its end: ";
   if (!chooser.OpenQuestion().empty()) return begin + chooser.OpenQuestion();
-  const std::vector<std::string> texts = session.desktop.MessageTexts();
-  return begin + (texts.empty() ? "" : texts.back());
+  return begin + session.desktop.LastMessage();
 }
 
 // The model as it was read and, where a translation gets through, its plan.
@@ -39,7 +38,7 @@ Report ReadReport(Session& session, const ReportOptions& options, ScenarioChoose
   try {
     scratch.Translate();
     report.chart =
-        DrawChart(scratch.Database(), ScratchModel::kProject, session.desktop.today, false);
+        DrawChart(scratch.Database(), ScratchModel::kProject, session.desktop.Today(), false);
     read();
   } catch (const ProgramEnd&) {
     report.whyNoChart = WhyNoPlan(session, chooser);

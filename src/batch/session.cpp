@@ -1,7 +1,6 @@
 #include "session.h"
 
 #include "guarded.h"
-#include "platform/system_locale.h"
 #include "printable.h"
 #include "runtime/code_page.h"
 #include "shell/message_advice.h"
@@ -21,21 +20,10 @@ Session::Session(const CommonOptions& common, const std::string& programFolder,
       quiet(common.quiet),
       log(common.quiet ? nullptr : &standardError),
       progressLine(standardError),
+      desktop(common, programFolder, log, progressLine, terminal && !quiet),
       program(desktop),
       main(program),
-      common_(common) {
-  desktop.appPath = programFolder;
-  desktop.templatePath = common.templateFile;
-  desktop.today = common.today.value_or(SystemToday());
-  desktop.oemCodePage = common.codePage.value_or(SystemOemCodePage());
-  desktop.onMessage = [this](const ScriptedDesktop::ShownMessage& shown) {
-    progressLine.Clear();
-    log.AddMessage(shown.message, shown.answer);
-  };
-  if (!terminal || quiet) return;
-  desktop.onProgress = [this](const RunProgress& progress) { progressLine.Show(progress); };
-  desktop.onProgressEnd = [this] { progressLine.Clear(); };
-}
+      common_(common) {}
 
 bool Session::Admits(std::vector<NamedFile> files) {
   files.push_back({"the template", desktop.TemplatePath()});

@@ -8,10 +8,9 @@
 #include <string>
 
 #include "batch/batch.h"
+#include "batch_desktop.h"
 #include "message_log.h"
 #include "options.h"
-#include "platform/scripted_desktop.h"
-#include "program/error_boxes.h"
 #include "program/program.h"
 #include "progress_line.h"
 #include "shell/browse.h"
@@ -41,14 +40,13 @@ class Session {
   // Functions over pointers to the modal forms; a form that they leave open is closed.
   template <typename Answers>
   void OnModalForm(Answers answers) {
-    desktop.modalHandler = [answers](ModalForm& form) { std::visit(answers, AsAny(form)); };
+    desktop.OnModalForm([answers](ModalForm& form) { std::visit(answers, AsAny(form)); });
   }
 
   // Runs what presses a browse button, with `name` as the file that the user picks.
   template <typename Press>
   bool Browse(const std::string& name, Press press) {
-    desktop.fileNames.push_back(name);
-    return press();
+    return desktop.Pick(name, press);
   }
 
   // Keeps the database that the form is about to replace or change, until it is told how the run
@@ -87,9 +85,6 @@ class Session {
   // The closing line of a run that succeeds, unless --quiet.
   void Report(const std::string& line) { report_ = line; }
 
-  // Shows the box that the program's guards would show for this error.
-  void ShowError(const RunTimeError& error) { ShowDescription(desktop, error); }
-
   // What a driver's result and the boxes shown make of the exit status.
   ExitStatus StatusOf(const std::optional<bool>& driverResult) const;
   // Behind the report: the backup, and "; 2 messages were shown".
@@ -100,7 +95,7 @@ class Session {
   bool quiet;
   MessageLog log;
   mutable ProgressLine progressLine;  // goes whenever something is said
-  ScriptedDesktop desktop;
+  BatchDesktop desktop;
   Program program;
   KeptFiles kept;
   frmMain main;

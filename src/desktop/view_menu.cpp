@@ -13,7 +13,7 @@
 #include "pictures/chart.h"
 #include "pictures/diagram.h"
 #include "pictures/scratch_model.h"
-#include "platform/scripted_desktop.h"
+#include "platform/quiet_desktop.h"
 #include "qt_text.h"
 #include "runtime/conversions.h"
 #include "shell/browse.h"
@@ -28,7 +28,7 @@ constexpr int kDiagramContext = 1013;
 constexpr int kChartContext = 1014;
 
 // What the reader's boxes said, for the status bar.
-QString NoteOf(const ScriptedDesktop& desktop) {
+QString NoteOf(const QuietDesktop& desktop) {
   QStringList texts;
   for (const std::string& text : desktop.MessageTexts()) texts.append(ToQt(text).simplified());
   return texts.join("  ");
@@ -96,7 +96,7 @@ void ViewMenu::ShowDiagram() {
 }
 
 void ViewMenu::ShowText(const std::string& path) {
-  ScriptedDesktop quiet;
+  QuietDesktop quiet;
   quiet.appPath = desktop_.AppPath();
   quiet.templatePath = desktop_.TemplatePath();
   quiet.ShowProgressOn(desktop_);

@@ -1,20 +1,16 @@
 #include "machine_fault.h"
 
-#include <variant>
-
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
 namespace merivane::inspect {
 
-void ThrowMachineFault(const ScriptedDesktop& desktop) {
-  for (const auto& shown : desktop.shown) {
-    const auto* box = std::get_if<ScriptedDesktop::ShownMessage>(&shown);
-    if (box == nullptr) continue;
-    const int number = box->message.error;
+void ThrowMachineFault(const QuietDesktop& desktop) {
+  for (const Message& box : desktop.boxes) {
+    const int number = box.error;
     // The engine's other errors come from what a statement was made of.
     if (number == kDatabaseError || !IsMachineFault(number)) continue;
-    throw RunTimeError(number, Trim(box->message.text));
+    throw RunTimeError(number, Trim(box.text));
   }
 }
 

@@ -1,7 +1,7 @@
 // Tells what the machine refused from what a model or plan is to blame for.
 #pragma once
 
-#include "platform/scripted_desktop.h"
+#include "platform/quiet_desktop.h"
 
 namespace merivane::inspect {
 
@@ -9,6 +9,6 @@ using namespace platform;
 
 // Throws the first error that a box told and that is a full disk, a file that can't be opened or
 // the like: no finding of the model.
-void ThrowMachineFault(const ScriptedDesktop& desktop);
+void ThrowMachineFault(const QuietDesktop& desktop);
 
 }  // namespace merivane::inspect

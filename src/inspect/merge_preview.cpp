@@ -4,10 +4,11 @@
 
 #include "box_text.h"
 #include "mpx/mpx_fields.h"
-#include "platform/scripted_desktop.h"
+#include "platform/quiet_desktop.h"
 #include "roundtrip/merge_listener.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "scratch_folder.h"
 #include "store/recordset.h"
@@ -143,12 +144,12 @@ MergeChange StopInReading(const Progress& progress, const Message& box) {
           why.advice, element.number};
 }
 
-MergeChange StopOf(const Progress& progress, Connection* connection, std::int32_t project,
+MergeChange StopOf(const Progress& progress, Connection& connection, std::int32_t project,
                    const Message& box) {
-  if (!progress.Task() || connection == nullptr || !connection->IsOpen()) {
+  if (!progress.Task() || !connection.IsOpen()) {
     return StopInReading(progress, box);
   }
-  const PlanTask task = TaskOf(*connection, *progress.Task(), project);
+  const PlanTask task = TaskOf(connection, *progress.Task(), project);
   const Explanation why =
       progress.Step() == MergeStep::kTask ? ExplainTask(box) : ExplainLinks(task, box);
   return {ChangeKind::kStop,
@@ -187,10 +188,7 @@ MergePreview PreviewMerge(const std::string& planPath, const std::string& interi
   const ScratchFolder folder;
   const std::string database = folder.Path("interim.mdb");
   MergePreview preview;
-  ScriptedDesktop desktop;
-  desktop.onMessage = [&](const ScriptedDesktop::ShownMessage& box) {
-    preview.boxes.push_back(box.message);
-  };
+  QuietDesktop desktop;
   if (shown != nullptr) desktop.ShowProgressOn(*shown);
   Program program(desktop);
   const program::Progress::Run run(program.progress);
@@ -203,10 +201,11 @@ MergePreview PreviewMerge(const std::string& planPath, const std::string& interi
   if (preview.merged) {
     preview.changes = ChangesBetween(before, ReadSnapshot(*state.gProjectConn, project));
   } else {
-    preview.changes.push_back(StopOf(progress, state.gInterimConn.get(), project,
-                                     preview.boxes.empty() ? Message{} : preview.boxes.back()));
+    preview.changes.push_back(StopOf(progress, *state.gInterimConn, project,
+                                     desktop.boxes.empty() ? Message{} : desktop.boxes.back()));
   }
   program.files.CloseAll();
+  preview.boxes = std::move(desktop.boxes);
   return preview;
 }
 

@@ -352,9 +352,7 @@ void Reading::Finish() {
 
 ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath)
     : reading_(SizeOf(path)) {
-  desktop_.onMessage = [this](const ScriptedDesktop::ShownMessage& shown) {
-    reading_.OnMessage(shown.message);
-  };
+  desktop_.onMessage = [this](const Message& box) { reading_.OnMessage(box); };
   ModelToProject& state = program_.modelToProject;
   state.gMspConn = std::make_unique<Connection>(program_.workspace);
   state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);

@@ -17,7 +17,7 @@
 
 #include "model.h"
 #include "neutraltext/held_rows.h"
-#include "platform/scripted_desktop.h"
+#include "platform/quiet_desktop.h"
 
 namespace merivane::inspect {
 
@@ -155,10 +155,10 @@ class ReadModelText {
   // The program as it stands once the reader has written all rows, into a database in memory.
   // REQUIRES: called once.
   ModelToProject& WithRows();
-  ScriptedDesktop& Desktop() { return desktop_; }
+  QuietDesktop& Desktop() { return desktop_; }
 
  private:
-  ScriptedDesktop desktop_;
+  QuietDesktop desktop_;
   Program program_{desktop_};
   Reading reading_;
 };

@@ -7,7 +7,6 @@
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
-#include <variant>
 
 #include "box_text.h"
 #include "machine_fault.h"
@@ -47,12 +46,12 @@ class Trial : public TranslationListener {
   }
 
   std::vector<Finding> Run(bool isSound) {
-    desktop_.modalHandler = [this](ModalForm& form) {
+    desktop_.onModalForm = [this](ModalForm& form) {
       if (auto* chooser = dynamic_cast<multi*>(&form)) Choose(*chooser);
     };
     ModelToProject& state = text_.WithRows();
     state.translationListener = this;
-    const std::size_t boxes = desktop_.shown.size();
+    const std::size_t boxes = desktop_.boxes.size();
     try {
       TranslateToProject(state, "");
       ThrowMachineFault(desktop_);
@@ -192,12 +191,7 @@ class Trial : public TranslationListener {
   }
 
   const Message* LastBox() const {
-    for (auto shown = desktop_.shown.rbegin(); shown != desktop_.shown.rend(); ++shown) {
-      if (const auto* box = std::get_if<ScriptedDesktop::ShownMessage>(&*shown)) {
-        return &box->message;
-      }
-    }
-    return nullptr;
+    return desktop_.boxes.empty() ? nullptr : &desktop_.boxes.back();
   }
 
   void ReportFailure(Connection& connection, const Message& box, bool isSound) {
@@ -355,7 +349,7 @@ class Trial : public TranslationListener {
 
   ReadModelText& text_;
   const Model& model_;
-  ScriptedDesktop& desktop_;
+  QuietDesktop& desktop_;
   std::vector<Finding> findings_;
   std::map<PlanRow, long> rows_;  // of the plan so far
   std::unordered_map<std::int32_t, const Junction*> junctions_;

@@ -51,7 +51,6 @@ class Engine {
 
   sqlite3* Database() const { return database_.get(); }
   const std::string& Path() const { return path_; }
-  bool IsReadOnly() const { return readOnly_; }
 
   // Called once when another connection keeps this one waiting; it may free the file.
   void OnBusy(std::function<void()> callback);

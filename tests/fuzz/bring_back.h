@@ -13,7 +13,7 @@ using namespace roundtrip;
 // The interim database of a model that was sent out.
 inline std::unique_ptr<MemoryDatabase> SentModel() {
   auto database = TemplateInMemory();
-  ScriptedDesktop desktop;
+  QuietDesktop desktop;
   AnswerWithTheFirst(desktop);
   Program program(desktop);
   SendOut(program, MERIVANE_SEEDS "/neutral_text/yard.txt", database->Path(), "/dev/null")
@@ -30,7 +30,7 @@ void BringBack(const std::uint8_t* data, std::size_t size, Translate translate) 
   if (size == 0) return;
   database->Reset();
   plan.Fill(data + 1, size - 1);
-  ScriptedDesktop desktop;
+  QuietDesktop desktop;
   try {
     Program program(desktop);
     ProjectToModel& state = program.projectToModel;

@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static MemoryFile text;
   database->Reset();
   text.Fill(data, size);
-  ScriptedDesktop desktop;
+  QuietDesktop desktop;
   AnswerWithTheFirst(desktop);
   try {
     Program program(desktop);

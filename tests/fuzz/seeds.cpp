@@ -31,7 +31,7 @@ void WritePlans(const fs::path& model, MemoryDatabase& database, const fs::path&
   const fs::path plan = folder / (name + ".mpx");
   const fs::path xml = folder / (name + ".xml");
   {
-    ScriptedDesktop desktop;
+    QuietDesktop desktop;
     AnswerWithTheFirst(desktop);
     Program program(desktop);
     const auto& state = SendOut(program, model.string(), database.Path(), plan.string());

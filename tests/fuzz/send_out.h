@@ -2,7 +2,7 @@
 #pragma once
 
 #include "neutraltext/modGlobal.h"
-#include "platform/scripted_desktop.h"
+#include "platform/quiet_desktop.h"
 #include "store/interim_db.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
@@ -13,8 +13,8 @@ using namespace neutraltext;
 using namespace program;
 using namespace translator;
 
-inline void AnswerWithTheFirst(ScriptedDesktop& desktop) {
-  desktop.modalHandler = [](ModalForm& form) {
+inline void AnswerWithTheFirst(QuietDesktop& desktop) {
+  desktop.onModalForm = [](ModalForm& form) {
     auto& chooser = dynamic_cast<multi&>(form);
     chooser.ListIndex = 0;
     chooser.Command1();

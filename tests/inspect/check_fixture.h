@@ -37,7 +37,7 @@ class CheckFixture : public DatabaseFixture {
              neutraltext::ReadNeutralText(program->modelToProject, Write(model));
              translator::TranslateToProject(program->modelToProject, "");
            }) ||
-           !desktop.shown.empty();
+           !desktop.boxes.empty();
   }
 };
 

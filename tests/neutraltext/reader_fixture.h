@@ -21,7 +21,7 @@ class ReaderTest : public DatabaseFixture {
 
   // The boxes of the read.
   std::vector<std::string> ReadBytes(std::string_view bytes) {
-    desktop.shown.clear();
+    desktop.boxes.clear();
     ReadNeutralText(State(), folder.Write(std::to_string(++reads_) + ".txt", bytes));
     return desktop.MessageTexts();
   }

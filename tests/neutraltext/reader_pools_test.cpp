@@ -78,7 +78,7 @@ TEST_F(ReaderPools, NameThatBreaksTheRulesEndsTheProgram) {
         {"Plank", "Red, \"wet\"", commas, title + " 2000"},
         {"Plank", "\"wet\"", quotes, title + " 2000"}}) {
     EXPECT_TRUE(EndsProgram([&] { Read(With(kModel, {{passage, name}})); })) << name;
-    const Message box = std::get<ScriptedDesktop::ShownMessage>(desktop.shown.at(0)).message;
+    const Message box = desktop.boxes.at(0);
     EXPECT_EQ(box.text, rule + "  Please change '" + name + "'.");
     EXPECT_EQ(box.title, expectedTitle);
     EXPECT_EQ(desktop.pointer, kPointerDefault);

@@ -21,7 +21,7 @@ TEST_F(PlainPlan, PlanOfAnotherProgramComesOutWhole) {
   AddLink(1, 1, 2, 1);
   EXPECT_EQ(Generate(), Expected("plan_of_another_program.txt"));
   EXPECT_TRUE(result);
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_TRUE(desktop.boxes.empty());
   EXPECT_EQ(state.gProjectConn, nullptr);
 }
 
@@ -58,7 +58,7 @@ TEST_F(PlainPlan, OutlineOfThousandsOfLevelsIsFollowedToItsEnd) {
       ") insert into MSP_TASKS (PROJ_ID, TASK_UID,"
       " TASK_OUTLINE_LEVEL, TASK_OUTLINE_NUM) select 1, n, n, num from deep");
   const std::string text = Generate();
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_TRUE(desktop.boxes.empty());
   EXPECT_NE(text.find("Scenario  3000\n"), text.npos);
 }
 
@@ -67,10 +67,10 @@ TEST_F(PlainPlan, EachSectionReportsAnOutputThatIsNotOpen) {
   OpenPlan();
   program->files.CloseAll();
   EXPECT_FALSE(GenerateTextFromProject(state));
-  EXPECT_EQ(desktop.shown.size(), 4U);
+  EXPECT_EQ(desktop.boxes.size(), 4U);
   state.gProjectConn.reset();
   EXPECT_FALSE(GenerateTextFromProject(state));
-  EXPECT_EQ(desktop.shown.size(), 5U);
+  EXPECT_EQ(desktop.boxes.size(), 5U);
   EXPECT_EQ(desktop.MessageTexts().back(), ErrorText(kObjectNotSet));
 }
 

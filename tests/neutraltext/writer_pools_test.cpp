@@ -30,7 +30,7 @@ TEST_F(Pools, ColumnThatIsSpeltOtherwiseLeavesResourcesBareAndUnsentObjectsOut) 
 TEST_F(Pools, ModelWithoutFactsTableEndsItsPoolsThereAndGoesOn) {
   Sql("drop table Fact_Pool");
   EXPECT_EQ(Generate(), Expected("model_without_facts_table.txt"));
-  EXPECT_EQ(desktop.shown.size(), 1U);
+  EXPECT_EQ(desktop.boxes.size(), 1U);
   EXPECT_TRUE(result);
 }
 

@@ -26,7 +26,7 @@ class StoredScenarios : public WriterFixture {
 TEST_F(StoredScenarios, PlanOfAModelComesOutAsTheModelSaid) {
   Sql("update MSP_TASKS set KV7_PROCOCC_DURATION = null where TASK_UID = 2");
   EXPECT_EQ(Part(Generate(), "Scenario List\n"), Expected("scenarios_of_a_model.txt"));
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_TRUE(desktop.boxes.empty());
 }
 
 TEST_F(StoredScenarios, RebuiltModelComesOutFlatInTableOrder) {
@@ -49,7 +49,7 @@ TEST_P(FaultyModel, EndsItsScenarioAtTheBox) {
   const std::string text = Generate();
   const std::string end = GetParam().end + std::string("End  Scenario List\n");
   EXPECT_TRUE(text.ends_with(end)) << text;
-  ASSERT_EQ(desktop.shown.size(), 1U);
+  ASSERT_EQ(desktop.boxes.size(), 1U);
   EXPECT_TRUE(desktop.MessageTexts().front().starts_with(GetParam().box));
   EXPECT_TRUE(result);
 }
@@ -95,7 +95,7 @@ TEST_F(StoredScenarios, RebuiltListHandsItsFailuresOnAndDefaultsANullId) {
   const std::string text = Written();
   EXPECT_NE(text.find("  Creator:  \n  ID  1\n"), text.npos);
   EXPECT_TRUE(text.ends_with("    Elaboration\n      Object Occurrence List\n")) << text;
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_TRUE(desktop.boxes.empty());
 }
 
 }  // namespace

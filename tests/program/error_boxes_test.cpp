@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/scripted_desktop.h"
+#include "scripted_desktop.h"
 
 namespace merivane::test {
 

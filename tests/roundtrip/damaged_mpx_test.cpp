@@ -8,7 +8,7 @@ class DamagedMpx : public MpxFixture {
  protected:
   // "done", or the last box, behind "ended: " when the program ended on it.
   std::string Outcome(const std::string& mpx, std::int16_t mode = kRebuildModel) {
-    desktop.shown.clear();
+    desktop.boxes.clear();
     bool done = false;
     const bool ended = EndsProgram([&] { done = Translate(mpx, mode); });
     return done ? "done" : (ended ? "ended: " : "") + desktop.MessageTexts().at(0);

@@ -44,7 +44,7 @@ constexpr const char* kTables[] = {"MSP_PROJECTS",         "MSP_TASKS",
 class RoundTrip : public MpxFixture {
  protected:
   void SendOut(const std::string& sample) {
-    desktop.modalHandler = [](ModalForm& form) {
+    desktop.onModalForm = [](ModalForm& form) {
       auto& chooser = dynamic_cast<multi&>(form);
       chooser.ListIndex = 0;
       chooser.Command1();
@@ -277,7 +277,7 @@ TEST_F(RoundTrip, XmlThatCannotBeMergedChangesNothing) {
   };
   for (const Case& test : cases) {
     SendOut("onboarding");
-    desktop.shown.clear();
+    desktop.boxes.clear();
     const std::string dump = Dump();
     do {
       Replace(xml, test.text, test.with);

@@ -17,7 +17,7 @@ class ModelToProjectForm : public DatabaseFixture {
     form.BrowsedbBt();
   }
   void Answer(void (frmDbFileAppend::*button)()) {
-    desktop.modalHandler = [button](ModalForm& shown) {
+    desktop.onModalForm = [button](ModalForm& shown) {
       (dynamic_cast<frmDbFileAppend&>(shown).*button)();
     };
   }
@@ -30,8 +30,8 @@ TEST_F(ModelToProjectForm, BrowseRefusesOtherExtensionsAndKeepsTheBox) {
   desktop.fileNames = {"", "  ", "model.doc", " Model.TXT"};
   for (int i = 0; i < 3; ++i) form.cmdBrowseText();
   EXPECT_EQ(form.txtCelvarFilename.text, "");
-  ASSERT_EQ(desktop.shown.size(), 1U);
-  const auto& box = std::get<ScriptedDesktop::ShownMessage>(desktop.shown[0]).message;
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  const auto& box = desktop.boxes[0];
   EXPECT_EQ(box.text, "Incorrect File Type");
   EXPECT_EQ(box.title, "File Selection Error");
   EXPECT_EQ(box.icon, MessageIcon::kCritical);
@@ -57,7 +57,7 @@ TEST_F(ModelToProjectForm, AppendTakesTheLastRowsIdPlusOne) {
     EXPECT_EQ(state.gMspConn == nullptr, form.PickFailure.has_value()) << ids;
     state.gMspConn.reset();
   }
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_TRUE(desktop.boxes.empty());
 }
 
 TEST_F(ModelToProjectForm, OverwriteReplacesAFileThatIsOpenHere) {
@@ -126,7 +126,7 @@ TEST_F(ModelToProjectForm, ADamagedDatabaseFailsInSilence) {
   const std::string path = folder.Write("text.mdb", "no database");
   Answer(&frmDbFileAppend::CmdAppend);
   Browse(path);
-  EXPECT_TRUE(desktop.shown.empty());
+  EXPECT_TRUE(desktop.boxes.empty());
   EXPECT_EQ(form.txtDatabase.text, path);
   EXPECT_NE(form.PickFailure.value().Description().find(path), std::string::npos);
   EXPECT_FALSE(state.gMspConn);

@@ -90,8 +90,8 @@ TEST_F(ProjectToModelForm, NewInterimNameSkipsTheQuestion) {
 TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
   desktop.templatePath = folder.Path("none.mdb");
   BrowseInterim(folder.Path("fresh.mdb"));
-  ASSERT_EQ(desktop.shown.size(), 2U);
-  const auto& box = std::get<ScriptedDesktop::ShownMessage>(desktop.shown[1]).message;
+  ASSERT_EQ(desktop.boxes.size(), 2U);
+  const auto& box = desktop.boxes[1];
   EXPECT_EQ(box.title, "Error");
   EXPECT_EQ(box.icon, MessageIcon::kExclamation);
   EXPECT_EQ(desktop.beeps, 1);
@@ -99,7 +99,7 @@ TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
 
 TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
   AddProject();
-  desktop.modalHandler = [](ModalForm& shown) {
+  desktop.onModalForm = [](ModalForm& shown) {
     dynamic_cast<frmDBMerge&>(shown).OptOverwrite();
     dynamic_cast<frmDBMerge&>(shown).CmdOK();
   };
@@ -116,7 +116,7 @@ TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
 TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLeavesNoBackup) {
   AddProject();
   AddOutlinedTask();
-  desktop.modalHandler = [](ModalForm& shown) {
+  desktop.onModalForm = [](ModalForm& shown) {
     auto& merge = dynamic_cast<frmDBMerge&>(shown);
     merge.OptMerge();
     merge.comboInterimProject.listIndex = 0;
@@ -145,7 +145,7 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
 }
 
 TEST_F(ProjectToModelForm, MergeOfAnEmptyDatabaseIsRefusedAndTheBoxEmptied) {
-  desktop.modalHandler = [](ModalForm& shown) {
+  desktop.onModalForm = [](ModalForm& shown) {
     auto& merge = dynamic_cast<frmDBMerge&>(shown);
     merge.OptMerge();
     merge.CmdCancel();

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/scripted_desktop.h"
 #include "program/program.h"
 #include "raw_database.h"
 #include "runtime/conversions.h"
+#include "scripted_desktop.h"
 #include "store/connection.h"
 #include "store/interim_db.h"
 #include "store/recordset.h"

@@ -18,7 +18,7 @@ class ScenarioChoice : public ModelFixture {
   }
   // Answers the choosers in turn; keeps what they offered.
   void Choose(const Texts& answers) {
-    desktop.modalHandler = [this, answers](ModalForm& form) {
+    desktop.onModalForm = [this, answers](ModalForm& form) {
       auto& chooser = dynamic_cast<multi&>(form);
       const std::string& answer = answers.at(offered.size());
       offered.push_back(chooser.Label1 + " " + chooser.Label2);
