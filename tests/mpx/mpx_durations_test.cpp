@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
-#include <vector>
 
 namespace merivane::test {
 
@@ -12,17 +12,22 @@ using namespace mpx;
 namespace {
 
 TEST(MpxDurations, AreDaysWithTwoDecimalsInTheUnitOfTheFileOrTheirOwn) {
-  const auto days = [](const std::string& text, std::int16_t unit) {
-    return ConvertDuration(text, unit);
-  };
-  EXPECT_EQ(days("480", 0) + days("8", 1) + days("3", 2) + days("2", 3) + days("7", 9),
-            "1.001.003.0010.007.00");
-  EXPECT_EQ(days("960m", 2) + days("16h", 0) + days("2d", 0) + days("1w", 0) + days("0.005d", 0),
-            "2.002.002.005.000.01");
-  for (const char* unknown : {"3ed", "16eh", "2mo", "two days", "d", ""}) {
-    EXPECT_EQ(days(unknown, 2), "1.00") << unknown;
+  constexpr std::int16_t kMinutes = 0, kHours = 1, kDays = 2, kWeeks = 3, kNone = 9;
+  const struct {
+    const char* text;
+    std::int16_t unitOfFile;
+    const char* days;
+  } cases[] = {{"480", kMinutes, "1.00"},    {"8", kHours, "1.00"},    {"3", kDays, "3.00"},
+               {"2", kWeeks, "10.00"},       {"7", kNone, "7.00"},     {"960m", kDays, "2.00"},
+               {"16h", kMinutes, "2.00"},    {"2d", kMinutes, "2.00"}, {"1w", kMinutes, "5.00"},
+               {"0.005d", kMinutes, "0.01"}, {"16H", kDays, "16.00"},  // letters of units are small
+               {"3ed", kDays, "1.00"},                                 // units that are not known
+               {"16eh", kDays, "1.00"},      {"2mo", kDays, "1.00"},   {"two days", kDays, "1.00"},
+               {"d", kDays, "1.00"},         {"", kDays, "1.00"}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(ConvertDuration(row.text, row.unitOfFile), row.days)
+        << "'" << row.text << "' in a file of unit " << row.unitOfFile;
   }
-  EXPECT_EQ(days("16H", 2), "16.00") << "unit letters are small letters";
 }
 
 TEST(MpxDurations, AStartDateBeginsAtTheFirstDigit) {
