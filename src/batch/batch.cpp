@@ -74,6 +74,8 @@ CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
       ->add_option("--choose", options.choices,
                    "scenario or decomposition to take where the program asks, in order")
       ->allow_extra_args(false);
+  command->add_flag("--own-text", options.ownText,
+                    "take a text that Merivane wrote, too: it is in the form that Celvar imports");
   AddCommonOptions(command, line);
   return command;
 }

@@ -30,6 +30,7 @@ struct ToProjectOptions {
   bool overwrite = false;
   bool append = false;
   bool force = false;
+  bool ownText = false;
   std::vector<std::string> choices;
 };
 

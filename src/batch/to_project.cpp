@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "neutraltext/modGlobal.h"
+#include "neutraltext/own_text.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "scenario_chooser.h"
@@ -65,11 +66,20 @@ bool BrowseFiles(Session& session, const ToProjectOptions& options) {
   return true;
 }
 
+void SettleForm(Session& session, const ToProjectOptions& options) {
+  session.program.modelToProject.takesOwnText = options.ownText;
+  if (options.ownText || !IsOwnText(options.model)) return;
+  session.Say(options.model +
+              " is in the form that Merivane writes and Celvar imports. Say --own-text to have it "
+              "read.");
+}
+
 int Translate(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   session.main.mnuIDEF3ToProject();
   if (!session.Browse(options.model, [&] { return form.PickModel(); })) return kRefused;
   if (!BrowseFiles(session, options)) return kRefused;
+  SettleForm(session, options);
   if (!ProveModelText(session.program.modelToProject, options.model)) return kFailed;
   if (!BrowseDatabase(session, options)) return kRefused;
   const std::optional<RunTimeError>& failure = form.PickFailure;

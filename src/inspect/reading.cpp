@@ -69,6 +69,19 @@ std::string_view Reading::Line(std::size_t number) const {
   return std::string_view(text_).substr(from, ends_[number - 1] - from);
 }
 
+std::size_t Reading::FileLine(std::size_t number) const {
+  if (fileLines_.empty() || number == 0) return number;
+  return fileLines_[std::min(number, fileLines_.size()) - 1];
+}
+
+// From here on: lines as the user counts them.
+void Reading::CountByFileLines() {
+  for (Place& place : model_.places) place.line = FileLine(place.line);
+  for (ObjectUse& use : model_.objectUses) use.line = FileLine(use.line);
+  for (Finding& finding : findings_) finding.line = FileLine(finding.line);
+  if (untranslatable_) untranslatable_->line = FileLine(untranslatable_->line);
+}
+
 void Reading::OnLine(const std::string& line) {
   text_ += line;
   ends_.push_back(text_.size());
@@ -113,18 +126,19 @@ std::string_view Reading::FieldText() const {
 }
 
 void Reading::OnField(std::size_t start, std::size_t length) {
-  constexpr std::size_t kNumberLength = 4;
+  constexpr std::size_t kNumberLength = 4;  // one more in a text that Merivane wrote
   fieldLine_ = ends_.size();
   fieldStart_ = start;
   const std::string_view field = FieldText();
   if (field.size() <= length) return;
   const std::string kept(field.substr(0, length));
-  if (length == kNumberLength) {
+  if (length <= kNumberLength + 1) {
     if (!IsNumericText(kept)) return;  // told as no number
+    const std::string digits = length == kNumberLength ? "four digits" : "five digits";
     Add(Severity::kError,
-        "The number " + std::string(field) + " has more than four digits; it is read as " + kept +
-            ".",
-        "Number this element, and all that refer to it, with at most four digits.");
+        "The number " + std::string(field) + " has more than " + digits + "; it is read as " +
+            kept + ".",
+        "Number this element, and all that refer to it, with at most " + digits + ".");
     return;
   }
   const std::string label = Label(Line(fieldLine_), field);
@@ -332,7 +346,8 @@ void Reading::ReportPassedKeywords() {
                            line,
                            {},
                            "The line '" + *range.keyword + "' is missing in front of this one; " +
-                               "all up to line " + std::to_string(range.to) + " is taken for text.",
+                               "all up to line " + std::to_string(FileLine(range.to)) +
+                               " is taken for text.",
                            "Put the line in."});
       break;
     }
@@ -344,10 +359,11 @@ void Reading::Finish() {
     findings_.resize(1);  // what else it holds is no matter of a model
     return;
   }
-  for (const Unit& unit : model_.units) TakeNote(unit.carried, unit.place);
-  ReportCarried();
   ReportPassedKeywords();
   ReportCharacters();
+  CountByFileLines();
+  for (const Unit& unit : model_.units) TakeNote(unit.carried, unit.place);
+  ReportCarried();
 }
 
 ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath)
@@ -358,6 +374,7 @@ ReadModelText::ReadModelText(const std::string& path, const std::string& templat
   state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
   state.gMspProjId = 1;
   state.readerListener = &reading_;
+  state.takesOwnText = true;
   try {
     ReadNeutralText(state, path);
   } catch (const ProgramEnd&) {

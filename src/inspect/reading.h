@@ -26,6 +26,7 @@ class Reading : public ReaderListener {
   // `textSize`: of the file, in bytes.
   explicit Reading(std::uintmax_t textSize) { text_.reserve(textSize); }
 
+  void OnFileLine(std::size_t fileLine) override { fileLines_.push_back(fileLine); }
   void OnLine(const std::string& line) override;
   void OnSearch(std::string_view keyword) override;
   void OnRecord(Element element, std::string_view listEnd) override;
@@ -51,8 +52,7 @@ class Reading : public ReaderListener {
   bool HasStopped() const { return stopped_; }
   // The first finding after which a translation of the rows would tell nothing of the model.
   const std::optional<Finding>& Untranslatable() const { return untranslatable_; }
-  std::size_t LineCount() const { return ends_.size(); }
-  std::string_view Line(std::size_t number) const;  // from 1
+  std::size_t LineCount() const { return FileLine(ends_.size()); }
 
  private:
   struct SearchRange {
@@ -68,6 +68,10 @@ class Reading : public ReaderListener {
     std::string_view name;
     std::size_t linesBehind;  // the first line of the link
   };
+
+  std::string_view Line(std::size_t number) const;  // from 1, as they were read
+  std::size_t FileLine(std::size_t number) const;
+  void CountByFileLines();
 
   void Add(Severity severity, std::string sentence, std::string advice);
   ElementName CurrentElement() const;
@@ -116,8 +120,9 @@ class Reading : public ReaderListener {
   std::optional<std::int16_t> standIn_;       // for the number of the element in hand
   std::int16_t standIns_ = std::numeric_limits<std::int16_t>::min();  // the next one
 
-  std::string text_;               // all lines read, without their ends
-  std::vector<std::size_t> ends_;  // of each line in text_
+  std::string text_;                    // all lines read, without their ends
+  std::vector<std::size_t> ends_;       // of each line in text_
+  std::vector<std::size_t> fileLines_;  // of each line; empty where they are those of the file
 
   Element element_ = Element::kProcess;
   std::size_t elementLine_ = 0;  // 0: no element yet

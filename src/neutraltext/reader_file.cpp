@@ -1,4 +1,8 @@
+#include <memory>
+
 #include "neutraltext/modGlobal.h"
+#include "neutraltext/own_text.h"
+#include "own_text_lines.h"
 #include "program/error_boxes.h"
 #include "reader_lines.h"
 #include "reader_sections.h"
@@ -76,6 +80,9 @@ bool CheckNeutralTextHeader(ModelToProject& state, const std::string& fileName) 
   state.files.Reserve(state.gTextFile);
   try {
     state.files.OpenForInput(state.gTextFile, fileName);
+    if (state.takesOwnText && IsOwnText(fileName)) {
+      state.lineSource = std::make_unique<OwnTextLines>(state.files, state.gTextFile);
+    }
     NextLine(state);
   } catch (const RunTimeError& error) {
     state.desktop.ShowMessage({.text = "cannot open the celvar input text file",
@@ -103,6 +110,7 @@ void ReadModel(ModelToProject& state) {
 }
 
 void ReleaseNeutralTextFile(ModelToProject& state) {
+  state.lineSource.reset();
   if (state.gTextFile == 0) return;
   state.files.Close(state.gTextFile);
   state.files.Release(state.gTextFile);

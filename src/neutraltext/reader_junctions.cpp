@@ -52,7 +52,7 @@ void ReadJunctionHead(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kJunction, listEnd);
   constexpr std::size_t kIndent = 5;
   FieldVariables& f = state.fields;
-  state.gJunctionNum = Integer(state, NumberUse::kOwn, Field(state, 3, 4));
+  state.gJunctionNum = Integer(state, NumberUse::kOwn, NumberField(state, 3));
   f.Num = state.gJunctionNum;
   KeepNextField(state, f.ID, kIndent, 10);
   state.gJunctionId = Joined(f.ID);

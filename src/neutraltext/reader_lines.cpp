@@ -24,11 +24,30 @@ auto NumberFrom(const ModelToProject& state, NumberUse use, const std::string& t
   }
 }
 
+// The writers tell every field of a record, so that an empty one is meant. What an object tells of
+// its unit stays for the objects behind it.
+void Forget(FieldVariables& fields, Element element) {
+  if (element == Element::kJunctionFact) return;
+  if (element != Element::kObjectUse) {
+    fields = FieldVariables();
+    return;
+  }
+  for (FieldVariable* field :
+       {&fields.Object_Occ_Num, &fields.Object_Name, &fields.Property_List}) {
+    *field = FieldVariable();
+  }
+}
+
 }  // namespace
 
 void NextLine(ModelToProject& state) {
   state.progress.Step();
-  state.files.ReadLine(state.gTextFile, state.gLine);
+  if (state.lineSource) {
+    state.lineSource->Next(state.gLine);
+    if (state.readerListener) state.readerListener->OnFileLine(state.lineSource->FileLine());
+  } else {
+    state.files.ReadLine(state.gTextFile, state.gLine);
+  }
   if (state.readerListener) state.readerListener->OnLine(state.gLine);
 }
 
@@ -41,6 +60,7 @@ void Search(ModelToProject& state, std::string_view keyword) {
 }
 
 void BeginRecord(ModelToProject& state, Element element, std::string_view listEnd) {
+  if (state.lineSource) Forget(state.fields, element);
   if (state.readerListener) state.readerListener->OnRecord(element, listEnd);
 }
 
@@ -92,6 +112,17 @@ std::string Field(const ModelToProject& state, std::size_t start, std::size_t le
 std::string NextField(ModelToProject& state, std::size_t start, std::size_t length) {
   NextLine(state);
   return Field(state, start, length);
+}
+
+std::string NumberField(const ModelToProject& state, std::size_t start) {
+  constexpr std::size_t kDigits = 4;
+  constexpr std::size_t kOwnDigits = 5;  // all that a number can have
+  return Field(state, start, state.lineSource ? kOwnDigits : kDigits);
+}
+
+std::string NextNumberField(ModelToProject& state, std::size_t start) {
+  NextLine(state);
+  return NumberField(state, start);
 }
 
 std::int16_t Integer(const ModelToProject& state, NumberUse use, const std::string& text) {

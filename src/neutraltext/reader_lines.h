@@ -39,6 +39,9 @@ std::string ReadBlock(ModelToProject& state, std::string_view opening);
 // A field of the current line, or of the next one.
 std::string Field(const ModelToProject& state, std::size_t start, std::size_t length);
 std::string NextField(ModelToProject& state, std::size_t start, std::size_t length);
+// The number of an element, or its ID.
+std::string NumberField(const ModelToProject& state, std::size_t start);
+std::string NextNumberField(ModelToProject& state, std::size_t start);
 
 // A number from a text of the current line: error 13 or 6 where it holds none that can be used, and
 // no listener says what to go on with.

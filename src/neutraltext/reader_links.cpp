@@ -53,7 +53,7 @@ void ReadLinkEnd(const std::string& end, const LinkEnd& fields) {
 void ReadLinkHead(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kLink, listEnd);
   FieldVariables& f = state.fields;
-  f.Num = Integer(state, NumberUse::kOwn, Field(state, 3, 4));
+  f.Num = Integer(state, NumberUse::kOwn, NumberField(state, 3));
   for (const LinkEnd& end : {LinkEnd{f.Origin_Num, f.Origin_Type, f.Origin_Name},
                              LinkEnd{f.Destination_Num, f.Destination_Type, f.Destination_Name}}) {
     const std::string text = NextField(state, 4, 250);

@@ -48,7 +48,7 @@ void ReadOccurrenceHead(ModelToProject& state) {
   constexpr std::size_t kIndent = 7;
   FieldVariables& f = state.fields;
   KeepNextField(state, f.Name, kIndent, 250);
-  KeepInteger(state, f.ID, NextField(state, kIndent, 4));
+  KeepInteger(state, f.ID, NextNumberField(state, kIndent));
   KeepNextField(state, f.Ref, kIndent, 250);
   NextLine(state);
   ReadPlacement(state);

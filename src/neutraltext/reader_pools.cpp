@@ -44,7 +44,7 @@ void ReadElaboration(ModelToProject& state) {
 
 void ReadRestOfProcess(ModelToProject& state) {
   KeepBlock(state, state.fields.Property_List, "  Property List");
-  KeepInteger(state, state.fields.ID, NextField(state, 3, 4));
+  KeepInteger(state, state.fields.ID, NextNumberField(state, 3));
   KeepNextField(state, state.fields.Ref, 3, 250);
   ReadElaboration(state);
 }
@@ -133,7 +133,7 @@ void ReadHead(ModelToProject& state, const Pool& pool) {
   const auto take = [&](FieldVariable& variable, std::string text) {
     if (pool.takesEmpty || !text.empty()) variable = std::move(text);
   };
-  f.Num = Integer(state, NumberUse::kOwn, Field(state, 1, 4));
+  f.Num = Integer(state, NumberUse::kOwn, NumberField(state, 1));
   std::string name = NextField(state, 3, 250);
   if (pool.validateName != nullptr) pool.validateName(state, name);
   take(f.Name, std::move(name));

@@ -87,12 +87,12 @@ void ReadScenarioBlocks(ModelToProject& state) {
 void ReadScenarioHead(ModelToProject& state, std::string_view listEnd) {
   BeginRecord(state, Element::kScenario, listEnd);
   FieldVariables& f = state.fields;
-  state.gScenarioNum = Integer(state, NumberUse::kOwn, Field(state, 1, 4));
+  state.gScenarioNum = Integer(state, NumberUse::kOwn, NumberField(state, 1));
   f.Num = state.gScenarioNum;
   f.Name = NextField(state, kIndent, 250);
   ReadParentAndType(state);
   f.Creator = Field(state, kIndent, 100);
-  f.ID = Integer(state, NumberUse::kValue, NextField(state, kIndent, 4));
+  f.ID = Integer(state, NumberUse::kValue, NextNumberField(state, kIndent));
   f.Revision_Number = Number(state, NextField(state, kIndent, 8));
   f.Review_Status = NextField(state, kIndent, 25);
   f.Date_Created = NextField(state, kIndent, 25);

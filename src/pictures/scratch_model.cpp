@@ -31,6 +31,7 @@ ScratchModel::ScratchModel(Program& program)
     : state_(program.modelToProject), path_(TemporaryDatabase()) {
   program.workspace.CopyDatabase(program.desktop.TemplatePath(), path_);
   try {
+    state_.takesOwnText = true;
     state_.gOverwriteDb = true;
     state_.gMspProjId = kProject;
     OpenInterimDb(program.workspace, state_.gMspConn, true, path_);
@@ -42,6 +43,7 @@ ScratchModel::ScratchModel(Program& program)
 
 ScratchModel::~ScratchModel() {
   ReleaseNeutralTextFile(state_);
+  state_.takesOwnText = false;
   state_.gMspConn.reset();
   Remove(path_);
 }

@@ -5,6 +5,7 @@
 #include <sqlite3.h>
 
 #include <string>
+#include <vector>
 
 namespace merivane::test {
 
@@ -28,6 +29,17 @@ class RawDatabase {
     };
     EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), keep, &answer, nullptr), SQLITE_OK) << sql;
     return answer;
+  }
+  // Each row's columns; Null is "Null".
+  std::vector<std::vector<std::string>> Rows(const std::string& sql) {
+    std::vector<std::vector<std::string>> rows;
+    const auto keep = [](void* out, int count, char** texts, char**) {
+      auto& row = static_cast<std::vector<std::vector<std::string>>*>(out)->emplace_back();
+      for (int i = 0; i < count; ++i) row.emplace_back(texts[i] == nullptr ? "Null" : texts[i]);
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), keep, &rows, nullptr), SQLITE_OK) << sql;
+    return rows;
   }
 
  private:

@@ -49,6 +49,8 @@ class ReaderListener {
  public:
   virtual ~ReaderListener() = default;
 
+  // In front of OnLine, where a line isn't that of the file: the one, from 1, that it comes from.
+  virtual void OnFileLine(std::size_t /*fileLine*/) {}
   // The next line of the file became the current one.
   virtual void OnLine(const std::string& line) = 0;
   // From the current line on, lines are passed over or collected up to a keyword.

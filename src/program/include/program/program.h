@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -66,6 +67,17 @@ struct FieldVariables {
       Destination_Name;
 };
 
+// Where the reader's lines come from when they are not simply those of its file.
+class LineSource {
+ public:
+  virtual ~LineSource() = default;
+
+  // The next line in the place of what `line` held. Error 62 behind the last one.
+  virtual void Next(std::string& line) = 0;
+  // The line of the file, from 1, that the last one comes from.
+  virtual std::size_t FileLine() const = 0;
+};
+
 inline constexpr int kJunctionQueueBound = 100;
 
 // From a Neutral Text file to a plan.
@@ -79,6 +91,8 @@ struct ModelToProject : Direction {
 
   // Reader
   std::int16_t gTextFile = 0;
+  bool takesOwnText = false;               // in the written form too, told by its head
+  std::unique_ptr<LineSource> lineSource;  // of such a text; null: the file
   std::string gLine;
   FieldVariables fields;
   std::int16_t gScenarioNum = 0;
