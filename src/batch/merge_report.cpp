@@ -26,6 +26,8 @@ const char* WordOf(ChangeKind kind) {
       return "removed";
     case ChangeKind::kKept:
       return "kept";
+    case ChangeKind::kNotTaken:
+      return "not taken";
     case ChangeKind::kStop:
       break;
   }
@@ -34,19 +36,26 @@ const char* WordOf(ChangeKind kind) {
 
 std::string Line(const MergeChange& change) {
   std::string text = std::string(WordOf(change.kind)) + ": ";
-  if (change.planRow) text += "row " + std::to_string(*change.planRow) + " of the plan, ";
+  if (change.planRow) {
+    text += "row " + std::to_string(*change.planRow) +
+            (change.element.kind == "resource" ? " of the plan's resources, " : " of the plan, ");
+  }
   text += Described(change.element) + ": " + change.sentence;
   if (!change.advice.empty()) text += " " + change.advice;
   return PrintableLine(ToUtf8(text)) + '\n';
 }
 
+// What is done is always counted, what isn't only where there is some.
 std::string Counts(const std::vector<MergeChange>& changes) {
   std::string text;
-  for (const ChangeKind kind :
-       {ChangeKind::kAdded, ChangeKind::kChanged, ChangeKind::kRemoved, ChangeKind::kKept}) {
+  for (const ChangeKind kind : {ChangeKind::kStop, ChangeKind::kAdded, ChangeKind::kChanged,
+                                ChangeKind::kRemoved, ChangeKind::kKept, ChangeKind::kNotTaken}) {
     const auto count = std::count_if(changes.begin(), changes.end(),
                                      [&](const MergeChange& each) { return each.kind == kind; });
+    const bool isDone = kind != ChangeKind::kStop && kind != ChangeKind::kNotTaken;
+    if (count == 0 && !isDone) continue;
     text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + WordOf(kind);
+    if (kind == ChangeKind::kStop && count > 1) text += 's';
   }
   return text + '\n';
 }
@@ -56,8 +65,7 @@ std::string Counts(const std::vector<MergeChange>& changes) {
 std::string ChangesText(const std::vector<MergeChange>& changes) {
   std::string text;
   for (const MergeChange& change : changes) text += Line(change);
-  const bool stops = !changes.empty() && changes.front().kind == ChangeKind::kStop;
-  return stops ? text : text + Counts(changes);
+  return text + Counts(changes);
 }
 
 void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,

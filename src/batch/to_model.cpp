@@ -1,3 +1,7 @@
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include "inspect/merge_preview.h"
 #include "merge_report.h"
 #include "mspdi/plan_reader.h"
@@ -6,6 +10,7 @@
 #include "runtime/conversions.h"
 #include "session.h"
 #include "shell/browse.h"
+#include "shell/frmDBMerge.h"
 #include "shell/source_proof.h"
 
 namespace merivane::batch {
@@ -94,8 +99,30 @@ mspdi::UntakenRows UntakenOf(const ToModelOptions& options) try {
   return {};
 }
 
+// Through the door of the merge, which asks the database for its projects; nothing is written. The
+// exit status of a refusal.
+std::optional<int> RefusalOfMerge(Session& session, const ToModelOptions& options,
+                                  std::int32_t project) {
+  ProjectToModel& state = session.program.projectToModel;
+  frmDBMerge merge(state);
+  bool taken = false;
+  if (HasExtension(options.interim, "mdb")) {
+    state.gInterimConn = std::make_unique<Connection>(state.workspace);
+    state.gInterimConn->Open(ConnectionText(options.interim), OpenMode::kReadOnly);
+    merge.MergeWith(project);
+    state.gInterimConn.reset();
+    taken = state.gInterimProjId == project;
+  } else {
+    session.Browse(options.interim, [&] { return session.main.projectToModel.PickInterimDb(); });
+  }
+  if (taken) return std::nullopt;
+  if (merge.Failure) return session.Fail(options.interim, *merge.Failure);
+  return session.Refuse(options.interim + " can't be used as the interim database.");
+}
+
 // Ends as the merge would, and shows the boxes that it would show.
 int Preview(Session& session, const ToModelOptions& options, std::int32_t project) {
+  if (const auto refused = RefusalOfMerge(session, options, project)) return *refused;
   const inspect::MergePreview preview = inspect::PreviewMerge(
       options.mpx.empty() ? options.xml : options.mpx, options.interim, project);
   if (options.json) {
@@ -128,8 +155,12 @@ class MergeReport {
     if (failure_) throw *failure_;
     Connection connection(session_.program.workspace);
     connection.Open(ConnectionText(options_.interim), OpenMode::kReadOnly);
-    return ChangesText(
-        inspect::ChangesBetween(before_, inspect::ReadSnapshot(connection, *project_)));
+    std::vector<inspect::MergeChange> changes = inspect::PassedOver(connection, *project_);
+    for (auto& change :
+         inspect::ChangesBetween(before_, inspect::ReadSnapshot(connection, *project_))) {
+      changes.push_back(std::move(change));
+    }
+    return ChangesText(changes);
   }
 
  private:

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QPushButton>
+#include <algorithm>
 
 #include "help_context.h"
 #include "qt_text.h"
@@ -28,6 +29,8 @@ Look LookOf(ChangeKind kind) {
       return {"removed", QColor(200, 40, 40)};
     case ChangeKind::kKept:
       return {"kept", QColor(150, 150, 150)};
+    case ChangeKind::kNotTaken:
+      return {"not taken", QColor(200, 150, 0)};
     case ChangeKind::kStop:
       break;
   }
@@ -50,7 +53,17 @@ ResultModel* ModelOf(const std::vector<MergeChange>& changes) {
 }
 
 QString SummaryOf(const inspect::MergePreview& preview) {
-  if (!preview.merged) return "The merge would stop. Nothing was changed.";
+  if (!preview.merged) {
+    const auto stops =
+        std::count_if(preview.changes.begin(), preview.changes.end(),
+                      [](const MergeChange& change) { return change.kind == ChangeKind::kStop; });
+    return QStringLiteral(
+               "The merge would stop at %1 place%2; what it would change without them stands "
+               "below. "
+               "Nothing was changed.")
+        .arg(stops)
+        .arg(QLatin1String(stops == 1 ? "" : "s"));
+  }
   QString summary = "The merge would change nothing.";
   if (!preview.changes.empty()) {
     summary = QStringLiteral("The merge would make %1 change%2. Nothing was changed yet.")

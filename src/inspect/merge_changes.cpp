@@ -18,6 +18,8 @@ bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank) 
   return number(a) == number(b);
 }
 
+std::string OrOne(const std::string& number) { return number.empty() ? "1" : number; }
+
 class Comparison {
  public:
   Comparison(const ModelSnapshot& before, const ModelSnapshot& after)
@@ -36,8 +38,15 @@ class Comparison {
   }
 
  private:
-  void Add(ChangeKind kind, ElementName element, std::string sentence) {
-    changes_.push_back({kind, std::move(element), std::move(sentence)});
+  void Add(ChangeKind kind, ElementName element, std::string sentence,
+           std::optional<std::int32_t> row = {}, std::string advice = {}) {
+    changes_.push_back(
+        {kind, std::move(element), std::move(sentence), std::move(advice), std::move(row)});
+  }
+
+  std::optional<std::int32_t> RowOf(std::int32_t unit) const {
+    const auto known = after_.units.find(unit);
+    return known == after_.units.end() ? std::nullopt : known->second.planRow;
   }
 
   // As the merged model names it, or the earlier one.
@@ -46,12 +55,16 @@ class Comparison {
       const auto unit = model->units.find(number);
       if (unit != model->units.end()) return {"unit", number, unit->second.name};
     }
-    return {"unit", number, ""};
+    const auto other = after_.unitNames.find(number);  // its path was left out of the plan
+    return {"unit", number, other == after_.unitNames.end() ? "" : other->second};
   }
 
   ElementName End(std::int32_t number) const {
-    const bool isUnit = after_.units.contains(number) || before_.units.contains(number);
-    return isUnit ? Unit(number) : ElementName{"junction", number, ""};
+    const bool isUnit = after_.units.contains(number) || before_.units.contains(number) ||
+                        after_.unitNames.contains(number);
+    if (isUnit) return Unit(number);
+    const bool isThere = after_.junctions.contains(number) || before_.junctions.contains(number);
+    return isThere ? ElementName{"junction", number, ""} : ElementName{"nothing", std::nullopt, ""};
   }
 
   ElementName Resource(std::int32_t number) const {
@@ -66,7 +79,7 @@ class Comparison {
     for (const auto& [number, unit] : after_.units) {
       const auto old = before_.units.find(number);
       if (old == before_.units.end()) {
-        Add(ChangeKind::kAdded, Unit(number), "It comes new from the plan.");
+        AddUnit(number, unit);
         continue;
       }
       if (!unit.cameBack) {
@@ -80,23 +93,45 @@ class Comparison {
     }
   }
 
+  void AddUnit(std::int32_t number, const ModelSnapshot::Unit& unit) {
+    if (unit.isWritten) {
+      Add(ChangeKind::kAdded, Unit(number), "It comes new from the plan.", unit.planRow);
+      return;
+    }
+    const bool linked =
+        std::any_of(after_.links.begin(), after_.links.end(), [&](const ModelSnapshot::Link& link) {
+          return std::get<1>(link) == number || std::get<2>(link) == number;
+        });
+    const auto scenario = after_.scenarios.find(unit.scenario);
+    const std::string place = scenario == after_.scenarios.end()
+                                  ? "its scenario"
+                                  : "the scenario '" + scenario->second + "'";
+    Add(ChangeKind::kAdded, Unit(number),
+        std::string("It comes new from the plan. The merged text holds its process but not the "
+                    "unit") +
+            (linked ? ", so that its links lead to nothing." : "."),
+        unit.planRow,
+        "Add the unit to " + place + " in Celvar, or build a new model by overwriting.");
+  }
+
   void CompareUnit(std::int32_t number, const ModelSnapshot::Unit& old,
                    const ModelSnapshot::Unit& unit) {
     if (unit.name != old.name) {
-      Add(ChangeKind::kChanged, Unit(number), "It was called '" + old.name + "'.");
+      Add(ChangeKind::kChanged, Unit(number), "It was called '" + old.name + "'.", unit.planRow);
     }
     if (!IsSameNumber(old.duration, unit.duration, 1)) {
       Add(ChangeKind::kChanged, Unit(number),
-          "It takes " + unit.duration + " days instead of " +
-              (old.duration.empty() ? "1" : old.duration) + ".");
+          "It takes " + unit.duration + " days instead of " + OrOne(old.duration) + ".",
+          unit.planRow);
     }
-    CompareNotes(Unit(number), old.note, unit.note);
+    CompareNotes(Unit(number), old.note, unit.note, unit.planRow);
   }
 
-  void CompareNotes(const ElementName& element, const std::string& old, const std::string& note) {
+  void CompareNotes(const ElementName& element, const std::string& old, const std::string& note,
+                    std::optional<std::int32_t> row) {
     if (note == old) return;
-    Add(ChangeKind::kChanged, element,
-        note.empty() ? "It loses its note." : "It has another note.");
+    Add(ChangeKind::kChanged, element, note.empty() ? "It loses its note." : "It has another note.",
+        row);
   }
 
   void CompareJunctions() {
@@ -132,7 +167,8 @@ class Comparison {
       }
       Add(kind, {"link", std::nullopt, ""},
           "It leads from " + Described(End(std::get<1>(link))) + " to " +
-              Described(End(std::get<2>(link))) + ".");
+              Described(End(std::get<2>(link))) + ".",
+          RowOf(std::get<2>(link)));
     }
   }
 
@@ -140,15 +176,16 @@ class Comparison {
     for (const auto& [number, resource] : after_.resources) {
       const auto old = before_.resources.find(number);
       if (old == before_.resources.end()) {
-        Add(ChangeKind::kAdded, Resource(number), "It comes new from the plan.");
+        Add(ChangeKind::kAdded, Resource(number), "It comes new from the plan.", resource.planRow);
         continue;
       }
       if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
         Add(ChangeKind::kChanged, Resource(number),
-            "There are " + resource.quantity + " of it instead of " +
-                (old->second.quantity.empty() ? "1" : old->second.quantity) + ".");
+            "There are " + OrOne(resource.quantity) + " of it instead of " +
+                OrOne(old->second.quantity) + ".",
+            resource.planRow);
       }
-      CompareNotes(Resource(number), old->second.note, resource.note);
+      CompareNotes(Resource(number), old->second.note, resource.note, resource.planRow);
     }
     for (const auto& [number, resource] : before_.resources) {
       if (!after_.resources.contains(number)) {
@@ -169,15 +206,16 @@ class Comparison {
       const std::string what =
           Described(Resource(key.second)) + " for " + Described(Unit(key.first));
       const ElementName name{"assignment", std::nullopt, ""};
+      const auto row = RowOf(key.first);
       if (assignment.cameBack && !was) {
-        Add(ChangeKind::kAdded, name, "Of " + what + ": " + assignment.quantity + ".");
+        Add(ChangeKind::kAdded, name, "Of " + what + ": " + assignment.quantity + ".", row);
       } else if (!assignment.cameBack && was) {
-        Add(ChangeKind::kRemoved, name, "Of " + what + ".");
+        Add(ChangeKind::kRemoved, name, "Of " + what + ".", row);
       } else if (assignment.cameBack &&
                  !IsSameNumber(old->second.quantity, assignment.quantity, 1)) {
         Add(ChangeKind::kChanged, name,
-            "Of " + what + ": " + assignment.quantity + " instead of " + old->second.quantity +
-                ".");
+            "Of " + what + ": " + assignment.quantity + " instead of " + old->second.quantity + ".",
+            row);
       }
     }
   }

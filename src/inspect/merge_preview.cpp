@@ -1,13 +1,17 @@
 #include "inspect/merge_preview.h"
 
+#include <map>
+#include <memory>
 #include <optional>
+#include <set>
+#include <utility>
+#include <vector>
 
-#include "box_text.h"
-#include "mpx/mpx_fields.h"
+#include "merge_stops.h"
+#include "plan_predecessors.h"
 #include "platform/quiet_desktop.h"
 #include "roundtrip/merge_listener.h"
 #include "roundtrip/modMpxtoIDEF3.h"
-#include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "scratch_folder.h"
@@ -19,194 +23,185 @@ using namespace roundtrip;
 
 namespace {
 
-// The line of the file, or the task, that the merge had come to when it stopped.
-class Progress : public MergeListener {
+// Merges again and again in fresh copies: what stopped in one pass is left out of the next, or read
+// as if it had been mended, until a pass comes through. That one tells what else would change.
+class Trial : public MergeListener {
  public:
-  void OnLine(const std::string& line) override {
-    line_ = line;
-    ++lineNumber_;
+  Trial(const std::string& planPath, const std::string& interimPath, std::int32_t project,
+        Desktop* shown)
+      : planPath_(planPath), interimPath_(interimPath), project_(project), shown_(shown) {}
+
+  MergePreview Run() {
+    constexpr int kMostPasses = 6;
+    for (int pass = 1; pass <= kMostPasses && !Pass(); ++pass) {
+    }
+    preview_.merged = preview_.changes.empty();
+    if (!preview_.merged) preview_.boxes = std::move(boxesToFirstStop_);
+    for (auto* found : {&passedOver_, &changes_}) {
+      preview_.changes.insert(preview_.changes.end(), found->begin(), found->end());
+    }
+    return std::move(preview_);
   }
-  void OnTask(MergeStep step, const Value& planId) override {
-    step_ = step;
-    task_ = ToInt32(planId);
-  }
-  void OnRefusedName() override { nameRefused_ = true; }
-  bool NameRefused() const { return nameRefused_; }
-  MergeStep Step() const { return step_; }
-  std::optional<std::int32_t> Task() const { return task_; }
-  const std::string& Line() const { return line_; }
-  std::size_t LineNumber() const { return lineNumber_; }
 
  private:
-  std::string line_;
-  std::size_t lineNumber_ = 1;
-  bool nameRefused_ = false;
-  MergeStep step_ = MergeStep::kTask;
-  std::optional<std::int32_t> task_;
-};
+  using Step = std::pair<MergeStep, std::int32_t>;  // of a task
 
-struct PlanTask {
-  std::string name;
-  std::string predecessors;
-};
-
-PlanTask TaskOf(Connection& connection, std::int32_t task, std::int32_t project) {
-  Recordset rows;
-  rows.OpenStatic("Select * from ProjectAct where PID = " + std::to_string(task) +
-                      " and Msp_ProjID = " + std::to_string(project),
-                  &connection);
-  if (rows.Eof()) return {};
-  return {Joined(rows.Field("Name")), Joined(rows.Field("Predecessor"))};
-}
-
-struct Explanation {
-  std::string sentence;
-  std::string advice;
-};
-
-// A box as one sentence of a line.
-std::string SentenceOf(const std::string& box) {
-  const std::string text = OneLine(box);
-  return text.empty() || text.back() == '.' ? text : text + '.';
-}
-
-Explanation ExplainTask(const Message& box) {
-  if (box.error == kTypeMismatch) {
-    return {"The task was moved under another summary task, which stops the merge.",
-            "Move it back to where it was, or build a new model by overwriting."};
+  void OnLine(std::size_t number, std::string& line) override {
+    const auto mended = mended_.find(number);
+    if (mended != mended_.end()) line = mended->second;
+    line_ = {.line = number, .text = line};
   }
-  if (box.error == kNoCurrentRecord) {
-    return {"The task is indented below no summary task, which stops the merge.",
-            "Put it back on its outline level, or build a new model by overwriting."};
-  }
-  return {"The task can't be taken over: " + SentenceOf(box.text),
-          "Mend the task in the plan, or build a new model by overwriting."};
-}
 
-Explanation ExplainLinks(const PlanTask& task, const Message& box) {
-  const bool alone = !Holds(task.predecessors, ",");
-  if (alone && HoldsNoCase(task.predecessors, "SS")) {
-    return {"Its only predecessor '" + task.predecessors +
-                "' is of the kind start-to-start, which stops the merge.",
-            "Give the task a second predecessor, or take this one out."};
+  bool OnTask(MergeStep step, std::int32_t task) override {
+    isRead_ = true;
+    return !brokenRead_ && !leftOut_.contains({step, task});
   }
-  if (alone && box.error == kNoCurrentRecord) {
-    return {"Its new predecessor '" + task.predecessors +
-                "' stops the merge, since the task's only link in the model comes straight from a "
-                "unit.",
-            "Take the predecessor out and draw the link in the model, or keep the old predecessor "
-            "beside the new one."};
-  }
-  if (box.error == kOutOfStackSpace) {
-    return {"The junctions in front of it run in a circle, which stops the merge.",
-            "Take the circle out of the model, or the predecessors '" + task.predecessors +
-                "' out of the plan."};
-  }
-  return {"Its predecessors '" + task.predecessors + "' stop the merge: " + SentenceOf(box.text),
-          "Put the predecessors back as they were, or build a new model by overwriting."};
-}
 
-// A resource or a task of an MPX file, by the number that its line begins with.
-ElementName ElementIn(const std::string& line) {
-  constexpr std::int16_t kResource = 50;
-  constexpr std::int16_t kTask = 70;
-  const std::int16_t record = mpx::RecordNumber(line);
-  if (record != kResource && record != kTask) return {"plan", std::nullopt, ""};
-  ElementName element{record == kTask ? "task" : "resource", std::nullopt, ""};
-  const mpx::FoundField field = mpx::GetField(line, 2);
-  const auto* number = std::get_if<std::string>(&field);
-  if (number != nullptr && IsNumericText(*number)) element.number = ToInt32(*number);
-  return element;
-}
-
-Explanation ExplainLine(const ElementName& element, const Progress& progress, const Message& box) {
-  constexpr const char* kChange = "Change it in the plan, and save the plan anew.";
-  if (element.kind == "resource" && Holds(progress.Line(), "'")) {
-    return {"Its name holds an apostrophe, which stops the merge.", kChange};
-  }
-  if (progress.NameRefused()) return {SentenceOf(box.text), kChange};
-  return {"A value in this line can't be taken over: " + SentenceOf(box.text),
-          "Look at the numbers in it; mend the plan, and save it anew."};
-}
-
-// While the plan was read. Planning XML tells its rows itself.
-MergeChange StopInReading(const Progress& progress, const Message& box) {
-  if (progress.Line().empty()) {
-    return {ChangeKind::kStop,
-            {"plan", std::nullopt, ""},
-            SentenceOf(box.text),
-            "Mend the plan, and try again."};
-  }
-  const ElementName element = ElementIn(progress.Line());
-  const Explanation why = ExplainLine(element, progress, box);
-  return {ChangeKind::kStop, element,
-          "In line " + std::to_string(progress.LineNumber()) + " of the file: " + why.sentence,
-          why.advice, element.number};
-}
-
-MergeChange StopOf(const Progress& progress, Connection& connection, std::int32_t project,
-                   const Message& box) {
-  if (!progress.Task() || !connection.IsOpen()) {
-    return StopInReading(progress, box);
-  }
-  const PlanTask task = TaskOf(connection, *progress.Task(), project);
-  const Explanation why =
-      progress.Step() == MergeStep::kTask ? ExplainTask(box) : ExplainLinks(task, box);
-  return {ChangeKind::kStop,
-          {"task", progress.Task(), task.name},
-          why.sentence,
-          why.advice,
-          progress.Task()};
-}
-
-void OpenWork(ProjectToModel& state, const std::string& database, std::int32_t project,
-              const std::string& text) {
-  state.gInterimConn = std::make_unique<Connection>(state.workspace);
-  state.gInterimConn->Open(ConnectionText(database));
-  state.gInterimProjId = project;
-  state.gRoundTripMerge = true;
-  state.gOutFile = state.files.FreeFile();
-  state.files.OpenForOutput(state.gOutFile, text);
-}
-
-bool Merge(ProjectToModel& state, const std::string& planPath, Progress& progress) {
-  constexpr std::int16_t kMerge = -1;
-  try {
-    if (HoldsNoCase(Right(planPath, 4), ".xml")) {
-      return TranslateXml(state, planPath, kMerge, &progress);
+  void OnStop(const MergeStop& stop) override {
+    if (stop.step) {
+      if (!plan_) plan_.emplace(*state_->gInterimConn, project_);
+      AddStop(ExplainStep(stop, boxes_->back(), *plan_));
+      leftOut_.emplace(*stop.step, stop.number.value_or(0));
+      leftOut_.emplace(MergeStep::kLinks, stop.number.value_or(0));
+    } else if (stop.line > 0) {
+      AddStop(ExplainRow(stop, boxes_->back()));
+      Mend(stop);
+    } else if (rowsOfXml_.emplace(stop.kind, stop.number.value_or(0)).second) {
+      AddStop(ExplainRow(stop, boxes_->back()));
     }
-    return TranslateMpx(state, planPath, "", kMerge, &progress);
-  } catch (const ProgramEnd&) {
-    return false;
   }
-}
+
+  // A line that stops the merge once more is passed over.
+  void Mend(const MergeStop& stop) {
+    if (!mended_.emplace(stop.line, MendedLine(stop.text)).second) {
+      losesLines_ = true;
+      return;
+    }
+    brokenRead_ = true;
+    isPassClean_ = false;
+  }
+
+  void AddStop(MergeChange stop) {
+    if (preview_.changes.empty()) boxesToFirstStop_ = *boxes_;
+    if (!told_.insert(Described(stop.element) + stop.sentence).second) return;
+    preview_.changes.push_back(std::move(stop));
+    isPassClean_ = false;
+  }
+
+  // True where nothing is to be tried again.
+  bool Pass() {
+    const ScratchFolder folder;
+    const std::string database = folder.Path("interim.mdb");
+    QuietDesktop desktop;
+    if (shown_ != nullptr) desktop.ShowProgressOn(*shown_);
+    Program program(desktop);
+    const program::Progress::Run run(program.progress);
+    program.workspace.CopyDatabase(interimPath_, database);
+    boxes_ = &desktop.boxes;
+    Begin(program, database, folder.Path("model.txt"));
+    const ModelSnapshot before = ReadSnapshot(*state_->gInterimConn, project_);
+    const bool ran = Merge();
+    const bool isLast = isPassClean_;
+    if (!ran && isLast) AddStop(StopOfWhole());
+    if (ran) TellChanges(before);
+    program.files.CloseAll();
+    preview_.boxes = std::move(desktop.boxes);
+    return isLast;
+  }
+
+  void Begin(Program& program, const std::string& database, const std::string& text) {
+    state_ = &program.projectToModel;
+    state_->gInterimConn = std::make_unique<Connection>(state_->workspace);
+    state_->gInterimConn->Open(ConnectionText(database));
+    state_->gInterimProjId = project_;
+    state_->gRoundTripMerge = true;
+    state_->gOutFile = state_->files.FreeFile();
+    state_->files.OpenForOutput(state_->gOutFile, text);
+    plan_.reset();
+    line_ = {};
+    isRead_ = brokenRead_ = losesLines_ = false;
+    isPassClean_ = true;
+  }
+
+  bool Merge() {
+    constexpr std::int16_t kMerge = -1;
+    try {
+      if (HoldsNoCase(Right(planPath_, 4), ".xml")) {
+        return TranslateXml(*state_, planPath_, kMerge, this);
+      }
+      return TranslateMpx(*state_, planPath_, "", kMerge, this);
+    } catch (const ProgramEnd&) {
+      return false;
+    }
+  }
+
+  // What no line, row or task is to blame for.
+  MergeChange StopOfWhole() const {
+    const ElementName plan{"plan", std::nullopt, ""};
+    if (!preview_.changes.empty()) {
+      return {ChangeKind::kStop, plan, "What lies behind can't be tried before that is mended.",
+              "Mend what stands above, and try again."};
+    }
+    const Message box = boxes_->empty() ? Message{} : boxes_->back();
+    if (!isRead_ && box.error == kNoCurrentRecord) {
+      return {ChangeKind::kStop, plan, "It holds no task.", "Pick another file."};
+    }
+    if (!isRead_ && line_.line > 0) return ExplainRow({.line = line_.line}, box);
+    return {ChangeKind::kStop, plan, ReasonOf(box), "Mend the plan, and try again."};
+  }
+
+  void TellChanges(const ModelSnapshot& before) {
+    const PlanPredecessors plan(*state_->gProjectConn, project_);
+    ModelSnapshot after = ReadSnapshot(*state_->gProjectConn, project_);
+    for (const auto& [step, task] : leftOut_) {
+      const auto* row = plan.Find(task);
+      if (step == MergeStep::kTask && row != nullptr && row->unit) after.units.erase(*row->unit);
+    }
+    changes_ = ChangesBetween(before, after);
+    if (losesLines_) {
+      std::erase_if(changes_, [](const auto& change) { return change.kind == ChangeKind::kKept; });
+    }
+    passedOver_.clear();
+    for (MergeChange& change : plan.PassedOver()) {
+      const std::int32_t task = change.planRow.value_or(0);
+      if (!leftOut_.contains({MergeStep::kLinks, task})) passedOver_.push_back(std::move(change));
+    }
+  }
+
+  const std::string& planPath_;
+  const std::string& interimPath_;
+  std::int32_t project_;
+  Desktop* shown_;
+
+  MergePreview preview_;  // the stops of all passes; the boxes of the last one
+  std::vector<Message> boxesToFirstStop_;
+  std::set<std::string> told_;
+  std::set<Step> leftOut_;
+  std::map<std::size_t, std::string> mended_;  // lines of an MPX file
+  std::set<std::pair<std::string, std::int32_t>> rowsOfXml_;
+
+  // Of the pass.
+  ProjectToModel* state_ = nullptr;
+  const std::vector<Message>* boxes_ = nullptr;
+  std::optional<PlanPredecessors> plan_;
+  MergeStop line_;  // the last one that was read
+  bool isRead_ = false;
+  bool brokenRead_ = false;  // it says nothing about tasks
+  bool losesLines_ = false;
+  bool isPassClean_ = true;
+  std::vector<MergeChange> changes_;
+  std::vector<MergeChange> passedOver_;
+};
 
 }  // namespace
 
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
                           std::int32_t project, Desktop* shown) {
-  const ScratchFolder folder;
-  const std::string database = folder.Path("interim.mdb");
-  MergePreview preview;
-  QuietDesktop desktop;
-  if (shown != nullptr) desktop.ShowProgressOn(*shown);
-  Program program(desktop);
-  const program::Progress::Run run(program.progress);
-  program.workspace.CopyDatabase(interimPath, database);
-  ProjectToModel& state = program.projectToModel;
-  OpenWork(state, database, project, folder.Path("model.txt"));
-  const ModelSnapshot before = ReadSnapshot(*state.gInterimConn, project);
-  Progress progress;
-  preview.merged = Merge(state, planPath, progress);
-  if (preview.merged) {
-    preview.changes = ChangesBetween(before, ReadSnapshot(*state.gProjectConn, project));
-  } else {
-    preview.changes.push_back(StopOf(progress, *state.gInterimConn, project,
-                                     desktop.boxes.empty() ? Message{} : desktop.boxes.back()));
-  }
-  program.files.CloseAll();
-  preview.boxes = std::move(desktop.boxes);
-  return preview;
+  return Trial(planPath, interimPath, project, shown).Run();
+}
+
+std::vector<MergeChange> PassedOver(Connection& connection, std::int32_t project) {
+  return PlanPredecessors(connection, project).PassedOver();
 }
 
 }  // namespace merivane::inspect

@@ -1,7 +1,6 @@
 #include "inspect/model_snapshot.h"
 
-#include "runtime/conversions.h"
-#include "runtime/run_time_error.h"
+#include "row_values.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {
@@ -21,14 +20,6 @@ std::string NoteText(std::string text) {
 
 constexpr std::int32_t kNoRow = -1;
 
-// Any column may hold Null, or in a database of another program a text: such a row tells less, and
-// stops nothing.
-std::optional<std::int32_t> NumberIn(const Value& value) try {
-  return value.IsNull() ? std::nullopt : std::optional(ToInt32(value));
-} catch (const RunTimeError&) {
-  return std::nullopt;
-}
-
 bool IsSet(const Value& flag) { return NumberIn(flag).value_or(0) != 0; }
 
 class Reader {
@@ -38,6 +29,7 @@ class Reader {
 
   ModelSnapshot Read() {
     ReadNotes();
+    ReadRows();
     ReadUnits();
     ReadStructure();
     ReadResources();
@@ -60,23 +52,54 @@ class Reader {
     });
   }
 
+  // The rows of the plan that came in last.
+  void ReadRows() {
+    ForEach("PID, Text1 from ProjectAct", "Msp_ProjID = ", [&](Recordset& row) {
+      const auto unit = NumberIn(row.Field("Text1"));
+      if (unit) rowOfUnit_.emplace(*unit, NumberIn(row.Field("PID")));
+    });
+    ForEach("PID, Name from ProjectRes", "Msp_ProjID = ", [&](Recordset& row) {
+      rowOfResource_.emplace(Joined(row.Field("Name")), NumberIn(row.Field("PID")));
+    });
+  }
+
+  template <typename Key>
+  static std::optional<std::int32_t> RowIn(const std::map<Key, std::optional<std::int32_t>>& rows,
+                                           const Key& key) {
+    const auto row = rows.find(key);
+    return row == rows.end() ? std::nullopt : row->second;
+  }
+
   void ReadUnits() {
     ForEach(
         "KV7_PROCOCC_HEX, KV7_PROC_HEX, TASK_NAME, KV7_PROCOCC_DURATION, "
-        "KV7_PROCOCC_SEND_TO_PROJECT, KV7_PROCOCC_BROUGHT_BACK, TASK_UID from MSP_TASKS",
+        "KV7_PROCOCC_SEND_TO_PROJECT, KV7_PROCOCC_BROUGHT_BACK, TASK_UID, TASK_OUTLINE_LEVEL, "
+        "KV7_SCENARIO_HEX from MSP_TASKS",
         "TASK_UID > 0 and Proj_ID = ", [&](Recordset& row) {
           const auto unit = NumberIn(row.Field("KV7_PROCOCC_HEX"));
           if (!unit) return;
           const auto process = NumberIn(row.Field("KV7_PROC_HEX"));
-          model_.units[*unit] = {
-              Joined(row.Field("TASK_NAME")), Joined(row.Field("KV7_PROCOCC_DURATION")),
-              process ? notes_[*process] : "", IsSet(row.Field("KV7_PROCOCC_SEND_TO_PROJECT")),
-              IsSet(row.Field("KV7_PROCOCC_BROUGHT_BACK"))};
+          model_.units[*unit] = {Joined(row.Field("TASK_NAME")),
+                                 Joined(row.Field("KV7_PROCOCC_DURATION")),
+                                 process ? notes_[*process] : "",
+                                 IsSet(row.Field("KV7_PROCOCC_SEND_TO_PROJECT")),
+                                 IsSet(row.Field("KV7_PROCOCC_BROUGHT_BACK")),
+                                 NumberIn(row.Field("TASK_OUTLINE_LEVEL")).has_value(),
+                                 NumberIn(row.Field("KV7_SCENARIO_HEX")).value_or(0),
+                                 RowIn(rowOfUnit_, *unit)};
           unitOfTask_[NumberIn(row.Field("TASK_UID")).value_or(kNoRow)] = *unit;
         });
   }
 
   void ReadStructure() {
+    ForEach("Use_Num, Name from Activity_in_Scenario", "Msp_ProjID = ", [&](Recordset& row) {
+      const auto unit = NumberIn(row.Field("Use_Num"));
+      if (unit) model_.unitNames[*unit] = Joined(row.Field("Name"));
+    });
+    ForEach("Num, Name from Scenario", "Msp_ProjID = ", [&](Recordset& row) {
+      const auto scenario = NumberIn(row.Field("Num"));
+      if (scenario) model_.scenarios[*scenario] = Joined(row.Field("Name"));
+    });
     ForEach("Num, Cardinality, Type from Junctions_in_Scenario",
             "Msp_ProjID = ", [&](Recordset& row) {
               const auto junction = NumberIn(row.Field("Num"));
@@ -100,7 +123,8 @@ class Reader {
               if (!object) return;
               model_.resources[*object] = {Joined(row.Field("RES_NAME")),
                                            Joined(row.Field("KV7_OBJ_QUANTITY")),
-                                           NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY")))};
+                                           NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY"))),
+                                           RowIn(rowOfResource_, Joined(row.Field("RES_NAME")))};
               objectOfResource_[NumberIn(row.Field("RES_UID")).value_or(kNoRow)] = *object;
             });
   }
@@ -135,6 +159,8 @@ class Reader {
   std::string project_;
   ModelSnapshot model_;
   std::map<std::int32_t, std::string> notes_;  // by process number
+  std::map<std::int32_t, std::optional<std::int32_t>> rowOfUnit_;
+  std::map<std::string, std::optional<std::int32_t>> rowOfResource_;
   // By number of the row in the plan, above 0: an assignment without one belongs to nothing.
   std::map<std::int32_t, std::int32_t> unitOfTask_;
   std::map<std::int32_t, std::int32_t> objectOfResource_;

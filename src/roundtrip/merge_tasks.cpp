@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "going_on.h"
 #include "merge_statements.h"
 #include "plan_outline.h"
 #include "runtime/conversions.h"
@@ -196,10 +197,11 @@ void BringBackTasks(ProjectToModel& state, MergeListener* listener) {
   for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
     state.progress.Step();
     if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
-    if (listener) listener->OnTask(MergeStep::kTask, tasks.Field("PID"));
-    state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
-    MergeTask(state, tasks);
-    outline.SetText1(row, tasks.Field("Text1"));
+    TryTask(state.desktop, listener, MergeStep::kTask, tasks, [&] {
+      state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
+      MergeTask(state, tasks);
+      outline.SetText1(row, tasks.Field("Text1"));
+    });
   }
 }
 

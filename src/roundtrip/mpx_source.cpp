@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "going_on.h"
 #include "mpx/mpx_durations.h"
 #include "mpx/mpx_fields.h"
 #include "program/error_boxes.h"
@@ -78,9 +79,9 @@ PlanHead ReadMpxHeader(ProjectToModel& state, MpxLines& lines) {
 }
 
 // The box, and the program ends.
-[[noreturn]] void EndOnRefusal(Desktop& desktop, const MpxLines& lines,
-                               const NameRefusal& refusal) {
-  lines.ShowRefusal(refusal);
+[[noreturn]] void EndOnRefusal(Desktop& desktop, const NameRefusal& refusal) {
+  desktop.ShowMessage(
+      {.text = refusal.text, .icon = MessageIcon::kCritical, .title = refusal.title});
   RestoreMousePointer(desktop);
   desktop.EndProgram();
 }
@@ -155,8 +156,7 @@ void ReadTask(ProjectToModel& state, MpxLines& lines, WorkTables& tables, std::i
   }
   if (const auto refusal = RefusalOfTaskName(name)) {
     RestoreMousePointer(state.desktop);
-    lines.ShowRefusal(*refusal);
-    state.desktop.EndProgram();
+    EndOnRefusal(state.desktop, *refusal);
   }
   PlanTask task = TaskOf(state, lines, fields, name);
   currentId = task.id;
@@ -207,7 +207,7 @@ bool BelongsToResource(std::int16_t record) {
 void ReadResource(ProjectToModel& state, MpxLines& lines, WorkTables& tables) {
   const PlanResource resource{lines.Field(2), ResourceName(state, lines), Quantity(state, lines)};
   if (const auto refusal = RefusalOfResourceName(resource.name)) {
-    EndOnRefusal(state.desktop, lines, *refusal);
+    EndOnRefusal(state.desktop, *refusal);
   }
   if (resource.name.empty()) {
     lines.Advance();
@@ -242,8 +242,11 @@ void CloseMpxFile(ProjectToModel& state) {
 void MpxLines::Read() {
   state_.progress.Step();
   state_.files.ReadLine(state_.mpxInFileNo, text_);
-  if (listener_) listener_->OnLine(text_);
-  record_ = RecordNumber(text_);
+  ++number_;
+  record_ = 0;
+  if (listener_) listener_->OnLine(number_, text_);
+  const auto takeRecord = [&] { record_ = RecordNumber(text_); };
+  GoesThrough(state_.desktop, listener_, listener_ ? Stop() : MergeStop(), takeRecord);
 }
 
 void MpxLines::Advance() {
@@ -251,15 +254,9 @@ void MpxLines::Advance() {
   if (!atEnd_) Read();
 }
 
-void MpxLines::ShowRefusal(const NameRefusal& refusal) const {
-  if (listener_) listener_->OnRefusedName();
-  state_.desktop.ShowMessage(
-      {.text = refusal.text, .icon = MessageIcon::kCritical, .title = refusal.title});
-}
-
 std::string MpxLines::Accepted(FoundField field) const {
   if (const auto* refusal = std::get_if<NameRefusal>(&field)) {
-    EndOnRefusal(state_.desktop, *this, *refusal);
+    EndOnRefusal(state_.desktop, *refusal);
   }
   return std::get<std::string>(std::move(field));
 }
@@ -281,6 +278,15 @@ PlanHead MpxSource::Open() {
   return ReadMpxHeader(state_, lines_);
 }
 
+// False for one that would end the merge, which is passed over.
+template <typename Step>
+bool MpxSource::HandRecord(const Step& step) {
+  const MergeStop stop = listener_ ? lines_.Stop() : MergeStop();
+  if (GoesThrough(state_.desktop, listener_, stop, step)) return true;
+  if (lines_.Stop().line == stop.line) lines_.Advance();
+  return false;
+}
+
 void MpxSource::HandResources(WorkTables& tables) {
   tables.BeginResources();
   lines_.Advance();
@@ -290,7 +296,7 @@ void MpxSource::HandResources(WorkTables& tables) {
       return;
     }
     if (lines_.Record() == 50) {
-      ReadResource(state_, lines_, tables);
+      HandRecord([&] { ReadResource(state_, lines_, tables); });
     } else {
       lines_.Advance();
     }
@@ -300,14 +306,15 @@ void MpxSource::HandResources(WorkTables& tables) {
 void MpxSource::HandTasks(WorkTables& tables) {
   const auto inTasks = [&] { return !lines_.AtEnd() && lines_.Record() <= kLastKnownRecord; };
   while (inTasks() && lines_.Record() != 70) lines_.Advance();
-  std::int32_t currentId = 0;
   while (inTasks()) {
     if (lines_.Record() == 70) {
-      ReadTask(state_, lines_, tables, currentId);
+      if (!HandRecord([&] { ReadTask(state_, lines_, tables, taskId_); })) taskId_ = 0;
       continue;
     }
-    if (lines_.Record() == 75) ReadAssignment(lines_, tables, currentId);
-    lines_.Advance();
+    HandRecord([&] {
+      if (lines_.Record() == 75) ReadAssignment(lines_, tables, taskId_);
+      lines_.Advance();
+    });
   }
 }
 

@@ -39,8 +39,8 @@ class MpxLines {
   std::string PredecessorField(int n) const;
   std::string TextBehindFirstComma() const;
 
-  // Shows why a name in the line is refused, after a listener was told.
-  void ShowRefusal(const mpx::NameRefusal& refusal) const;
+  // The line in hand as what would end the merge.
+  MergeStop Stop() const { return {.line = number_, .text = text_}; }
 
  private:
   std::string Accepted(mpx::FoundField field) const;
@@ -48,15 +48,16 @@ class MpxLines {
   ProjectToModel& state_;
   MergeListener* listener_;
   std::string text_;
+  std::size_t number_ = 1;  // of the line in hand; the first one tells the kind of file
   std::int16_t record_ = 0;
   bool atEnd_ = false;
 };
 
 class MpxSource : public PlanSource {
  public:
-  // A listener (null: none) hears each line.
+  // A listener (null: none) hears each line, and each record that would end the merge.
   MpxSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener)
-      : state_(state), fileName_(fileName), lines_(state, listener) {}
+      : state_(state), listener_(listener), fileName_(fileName), lines_(state, listener) {}
 
   PlanHead Open() override;
 
@@ -69,9 +70,14 @@ class MpxSource : public PlanSource {
   bool HasTasks() const override { return true; }
 
  private:
+  template <typename Step>
+  bool HandRecord(const Step& step);
+
   ProjectToModel& state_;
+  MergeListener* listener_;
   std::string fileName_;
-  MpxLines lines_;  // each step starts at the line that the one before left in hand
+  MpxLines lines_;           // each step starts at the line that the one before left in hand
+  std::int32_t taskId_ = 0;  // of the last task, whose assignments follow it
 };
 
 }  // namespace merivane::roundtrip

@@ -1,44 +1,19 @@
 #include "predecessors.h"
 
-#include <string_view>
+#include <string>
 
+#include "going_on.h"
 #include "link_detection.h"
 #include "merge_statements.h"
 #include "rewire_precedence.h"
 #include "rewire_synchronised.h"
+#include "roundtrip/predecessor_list.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
 namespace merivane::roundtrip {
 
 namespace {
-
-enum class Relation { kFinishToStart, kStartToStart, kFinishToFinish, kStartToFinish };
-
-// SS, FF and SF are looked for in this order, anywhere in the entry and in any case; a lag isn't
-// read.
-Relation RelationOf(std::string_view entry) {
-  if (HoldsNoCase(entry, "SS")) {
-    return Relation::kStartToStart;
-  }
-  if (HoldsNoCase(entry, "FF")) {
-    return Relation::kFinishToFinish;
-  }
-  return HoldsNoCase(entry, "SF") ? Relation::kStartToFinish : Relation::kFinishToStart;
-}
-
-// The number at the front of the entry, rounded; 0 without one, error 6 beyond 16 bits.
-std::int16_t PlanIdOf(std::string_view entry) { return ToInt16(LeadingNumber(entry)); }
-
-// The entry at `position`, which moves behind it; to 0 behind the last one. A comma right at the
-// position doesn't end the entry.
-std::string NextEntry(const std::string& list, std::size_t& position) {
-  const auto start = static_cast<std::ptrdiff_t>(position);
-  const std::size_t comma = Find(list, ",", position + 1);
-  position = comma > 0 ? comma + 1 : 0;
-  return comma > 0 ? Mid(list, start, static_cast<std::ptrdiff_t>(comma) - start)
-                   : Mid(list, start);
-}
 
 bool LiesInScenario(ProjectToModel& state, std::int16_t occurrence) {
   Recordset tasks = Ask(
@@ -70,8 +45,7 @@ void ParsePredecessors(ProjectToModel& state, Recordset& task) {
   const std::string list = Joined(task.Field("Predecessor"));
   const Value pid = task.Field("PID");
   state.gFsPredecessors.clear();
-  for (std::size_t position = 1; position > 0;) {
-    const std::string entry = NextEntry(list, position);
+  for (const std::string& entry : PredecessorEntries(list)) {
     const std::int16_t predecessor = PlanIdOf(entry);
     switch (RelationOf(entry)) {
       case Relation::kStartToStart:
@@ -124,11 +98,7 @@ void RemoveIncomingLink(ProjectToModel& state, std::int16_t task) {
   links.Delete();
 }
 
-}  // namespace
-
-void MergeLinksOfTask(ProjectToModel& state, Recordset& task, MergeListener* listener) {
-  if (listener) listener->OnTask(MergeStep::kLinks, task.Field("PID"));
-  state.progress.Step();
+void ApplyPredecessors(ProjectToModel& state, Recordset& task) {
   const std::int16_t count = CountPredecessors(task.Field("Predecessor"));
   if (count > 1) {
     ApplySeveralPredecessors(state, task);
@@ -137,6 +107,14 @@ void MergeLinksOfTask(ProjectToModel& state, Recordset& task, MergeListener* lis
   } else if (const Value text1 = task.Field("Text1"); !IsBlank(text1)) {
     if (const std::int16_t number = ToInt16(text1); number != 0) RemoveIncomingLink(state, number);
   }
+}
+
+}  // namespace
+
+void MergeLinksOfTask(ProjectToModel& state, Recordset& task, MergeListener* listener) {
+  state.progress.Step();
+  TryTask(state.desktop, listener, MergeStep::kLinks, task,
+          [&] { ApplyPredecessors(state, task); });
 }
 
 std::int16_t CountPredecessors(const Value& text) {

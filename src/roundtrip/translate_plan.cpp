@@ -160,7 +160,7 @@ bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
 
 bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
                   MergeListener* listener) {
-  XmlSource source(state, xmlFileName);
+  XmlSource source(state, xmlFileName, listener);
   return TranslatePlan(state, source, mergeFlag, listener);
 }
 

@@ -3,6 +3,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "going_on.h"
 #include "merge_statements.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
@@ -57,6 +58,14 @@ std::unordered_set<std::int64_t> OccurrencesOf(ProjectToModel& state) {
   return numbers;
 }
 
+RunTimeError SecondBearer(std::int64_t number, const FileTask& first, const FileTask& second) {
+  return {kInvalidFileFormat, "The field Text1 of '" + first.name + "' (" +
+                                  RowOf("task", first.id, first.line) + ") and of '" + second.name +
+                                  "' (" + RowOf("task", second.id, second.line) +
+                                  ") holds the same number, " + std::to_string(number) +
+                                  ".  Clear it at the task that is new, and merge again."};
+}
+
 }  // namespace
 
 PlanHead XmlSource::Open() {
@@ -70,54 +79,52 @@ PlanHead XmlSource::Open() {
 }
 
 void XmlSource::RefuseName(const std::string& rule, const std::string& name,
-                           const std::string& row) const {
-  state_.desktop.ShowMessage(
-      {.text = "Merivane requires that " + rule + ".  Please change '" + name + "' (" + row + ").",
-       .icon = MessageIcon::kCritical,
-       .title = kTitle});
-  throw PlanRefused();
+                           const RefusedRow& row) const {
+  state_.desktop.ShowMessage({.text = "Merivane requires that " + rule + ".  Please change '" +
+                                      name + "' (" + RowOf(row.kind, row.id, row.line) + ").",
+                              .icon = MessageIcon::kCritical,
+                              .title = kTitle});
+  if (listener_ == nullptr) throw PlanRefused();
+  listener_->OnStop({.kind = row.kind, .number = static_cast<std::int32_t>(row.id), .name = name});
 }
 
-void XmlSource::CheckNames() const {
-  constexpr const char* kLineBreaks = "\r\n";
-  for (const auto& resource : plan_.resources) {
-    const std::string row = RowOf("resource", resource.id, resource.line);
+void XmlSource::CheckNames() {
+  for (auto& resource : plan_.resources) {
+    const RefusedRow row{"resource", resource.id, resource.line};
     if (resource.name.find_first_of(",\"") != std::string::npos) {
       RefuseName("Resource names do not have commas or double quotes", resource.name, row);
-    }
-    if (Holds(resource.name, "'") ||
-        resource.name.find_first_of(kLineBreaks) != std::string::npos) {
+    } else if (resource.name.find_first_of("'\r\n") != std::string::npos) {
       RefuseName("Resource names do not have apostrophes or line breaks", resource.name, row);
     }
+    std::erase_if(resource.name, [](char letter) { return Holds(",\"'\r\n", {&letter, 1}); });
   }
   for (const auto& task : plan_.tasks) {
-    const std::string row = RowOf("task", task.id, task.line);
+    const RefusedRow row{"task", task.id, task.line};
     if (Holds(task.name, "\"")) {
       RefuseName("Task and Resource names do not have double quotes", task.name, row);
-    }
-    if (task.name.find_first_of(kLineBreaks) != std::string::npos) {
+    } else if (task.name.find_first_of("\r\n") != std::string::npos) {
       RefuseName("Task names do not have line breaks", task.name, row);
     }
   }
 }
 
-void XmlSource::CheckOccurrences() const {
+void XmlSource::CheckOccurrences() {
   const std::unordered_set<std::int64_t> known = OccurrencesOf(state_);
   std::unordered_map<std::int64_t, const FileTask*> bearers;
   bool anyKnown = false;
-  for (const FileTask& task : plan_.tasks) {
+  for (FileTask& task : plan_.tasks) {
     if (!IsNumericText(task.text1)) continue;
     const std::int64_t number = ToInt32(task.text1);
     if (number == 0) continue;
     anyKnown = anyKnown || known.contains(number);
-    const auto [earlier, fresh] = bearers.emplace(number, &task);
-    if (fresh) continue;
-    throw RunTimeError(kInvalidFileFormat,
-                       "The field Text1 of '" + earlier->second->name + "' (" +
-                           RowOf("task", earlier->second->id, earlier->second->line) +
-                           ") and of '" + task.name + "' (" + RowOf("task", task.id, task.line) +
-                           ") holds the same number, " + std::to_string(number) +
-                           ".  Clear it at the task that is new, and merge again.");
+    const auto bearer = bearers.emplace(number, &task);
+    if (bearer.second) continue;
+    const FileTask& first = *bearer.first->second;
+    const auto refuse = [&] { throw SecondBearer(number, first, task); };
+    GoesThrough(state_.desktop, listener_,
+                {.kind = "task", .number = static_cast<std::int32_t>(task.id), .name = task.name},
+                refuse);
+    task.text1.clear();
   }
   if (anyKnown) return;
   throw RunTimeError(

@@ -1,9 +1,12 @@
 // Planning XML as the source of a plan.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "mspdi/plan_reader.h"
+#include "roundtrip/merge_listener.h"
 #include "work_tables.h"
 
 namespace merivane::roundtrip {
@@ -13,8 +16,9 @@ using namespace program;
 
 class XmlSource : public PlanSource {
  public:
-  XmlSource(ProjectToModel& state, const std::string& fileName)
-      : state_(state), fileName_(fileName) {}
+  // A listener (null: none) hears each row that would end the merge.
+  XmlSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener)
+      : state_(state), listener_(listener), fileName_(fileName) {}
 
   PlanHead Open() override;
   void HandResources(WorkTables& tables) override;
@@ -22,14 +26,21 @@ class XmlSource : public PlanSource {
   bool HasTasks() const override { return !plan_.tasks.empty(); }
 
  private:
-  void CheckNames() const;
-  void CheckOccurrences() const;
+  struct RefusedRow {
+    const char* kind;
+    std::int64_t id;
+    std::size_t line;
+  };
+
+  // Both leave what was refused in a form that goes through, for a listener's sake.
+  void CheckNames();
+  void CheckOccurrences();
   void TellLostCharacters() const;
   void TellUntaken() const;
-  [[noreturn]] void RefuseName(const std::string& rule, const std::string& name,
-                               const std::string& row) const;
+  void RefuseName(const std::string& rule, const std::string& name, const RefusedRow& row) const;
 
   ProjectToModel& state_;
+  MergeListener* listener_;
   std::string fileName_;
   mspdi::FilePlan plan_;
 };

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "batch_fixture.h"
+#include "raw_database.h"
 
 namespace merivane::test {
 
@@ -237,7 +238,8 @@ TEST_F(Batch, CheckTellsFindingsByLineAndInJson) {
 TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
   ToProject(Sample("onboarding.txt"), {"--mpx", mpx});
   Replace(mpx, "Set up the desk", "Build the desk");
-  const std::string change = "changed: unit 2 'Build the desk': It was called 'Set up the desk'.\n";
+  const std::string change =
+      "changed: row 2 of the plan, unit 2 'Build the desk': It was called 'Set up the desk'.\n";
   const std::string before = ReadFile(plan);
   const std::vector<std::string> merge = {"to-model", "--mpx",   mpx, "--interim",
                                           plan,       "--merge", "1"};
@@ -249,6 +251,37 @@ TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
   EXPECT_EQ(Run(merge), kRefused);
   Succeed(merge, {"--output", model});
   EXPECT_EQ(out.str().rfind(change, 0), 0U);
+}
+
+TEST_F(Batch, ADryRunEndsAsItsMergeDoes) {
+  ToProject(Sample("onboarding.txt"), {"--mpx", mpx});
+  fs::copy_file(mpx, folder.Path("stops.mpx"));
+  Replace(folder.Path("stops.mpx"), "\"2,3\"", "\"2SS\"");
+  const std::string sound = ReadFile(plan);
+  struct Row {
+    const char* database;
+    const char* mpx;
+    const char* sql;
+    int status;
+  };
+  const Row rows[] = {
+      {"p.mdb", "plan.mpx", "", kDone},
+      {"p.mdb", "stops.mpx", "", kFailed},
+      {"p.mdb", "none.mpx", "", kFailed},
+      {"p.dat", "plan.mpx", "", kRefused},
+      {"p.mdb", "plan.mpx", "update MSP_PROJECTS set PROJ_NAME = Null", kRefused},
+      {"p.mdb", "plan.mpx", "update MSP_TASKS set TASK_OUTLINE_NUM = Null", kRefused},
+      {"p.mdb", "plan.mpx", "drop table MSP_TASKS", kRefused},
+      {"p.mdb", "plan.mpx", "drop table ProjectAct", kFailed},
+      {"p.mdb", "plan.mpx", "delete from Scenario", kDoneWithMessages}};
+  for (const Row& row : rows) {
+    const std::string database = folder.Write(row.database, sound);
+    RawDatabase(database).Run(row.sql);
+    const std::vector<std::string> merge = {
+        "to-model", "--mpx", folder.Path(row.mpx), "--interim", database, "--merge", "1"};
+    EXPECT_EQ(Run(merge, {"--dry-run"}), row.status) << row.mpx << row.sql << err.str();
+    EXPECT_EQ(Run(merge, {"--output", model, "--force"}), row.status) << row.mpx << row.sql;
+  }
 }
 
 }  // namespace

@@ -116,6 +116,7 @@ TEST_F(BatchXml, WhatAModelDoesNotTakeIsToldInOneMessage) {
                              HasSubstr("<IsCostResource>1</IsCostResource>"),
                              HasSubstr("<Notes>grey</Notes>"), HasSubstr("<Work>PT12H0M0S</Work>"),
                              testing::Not(HasSubstr("PT192H"))));
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--overwrite"}), 0);  // one that can be merged
   Run({"to-model", "--xml", xml, "--interim", plan, "--merge", "1", "--dry-run", "--json"});
   const auto left = nlohmann::json::parse(out.str())["notTaken"];
   EXPECT_EQ(left["inactiveTasks"], (std::vector{2, 3}));

@@ -13,8 +13,9 @@ namespace merivane::inspect {
 using namespace platform;
 
 struct MergePreview {
-  std::vector<MergeChange> changes;  // or the one thing that stops the merge
-  std::vector<Message> boxes;        // what the merge would show
+  // All that stops the merge, what it passes over, and what it would change but for the stops.
+  std::vector<MergeChange> changes;
+  std::vector<Message> boxes;  // what the merge would show
   bool merged = false;
 };
 
@@ -24,5 +25,9 @@ struct MergePreview {
 // Errors: a database that can't be copied, no temporary folder.
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
                           std::int32_t project, Desktop* shown = nullptr);
+
+// What the merge that came in last passed over of the plan: predecessors that the plan doesn't
+// have, under another summary task, of the kind start-to-finish. Errors of the database come up.
+std::vector<MergeChange> PassedOver(Connection& connection, std::int32_t project);
 
 }  // namespace merivane::inspect

@@ -25,11 +25,15 @@ struct ModelSnapshot {
     std::string note;      // as compared: see ReadSnapshot
     bool sent = false;     // it went to the plan
     bool cameBack = false;
+    bool isWritten = false;  // it stands in its scenario of the model's text
+    std::int32_t scenario = 0;
+    std::optional<std::int32_t> planRow = {};  // of the plan that came in last
   };
   struct Resource {
     std::string name;
     std::string quantity;
-    std::string note;  // as compared: see ReadSnapshot
+    std::string note;                          // as compared: see ReadSnapshot
+    std::optional<std::int32_t> planRow = {};  // of the plan that came in last
   };
   struct Assignment {
     std::string quantity;
@@ -38,7 +42,9 @@ struct ModelSnapshot {
   };
   using Link = std::tuple<std::int32_t, std::int32_t, std::int32_t>;  // scenario, origin, end
 
-  std::map<std::int32_t, Unit> units;
+  std::map<std::int32_t, Unit> units;             // those that went to the plan or came from it
+  std::map<std::int32_t, std::string> unitNames;  // of all units of the model
+  std::map<std::int32_t, std::string> scenarios;  // number to name
   std::map<std::int32_t, std::string> junctions;  // number to kind: "Fan In, Async. AND"
   std::multiset<Link> links;
   std::map<std::int32_t, Resource> resources;                               // by object number
@@ -49,15 +55,22 @@ struct ModelSnapshot {
 // a plan alone changes. Errors of the database come up as RunTimeErrors.
 ModelSnapshot ReadSnapshot(Connection& connection, std::int32_t project);
 
-enum class ChangeKind { kAdded, kChanged, kRemoved, kKept, kStop };
+enum class ChangeKind {
+  kAdded,
+  kChanged,
+  kRemoved,
+  kKept,
+  kNotTaken,  // the plan says it, and the merge passes it over
+  kStop,
+};
 
-// One thing that a merge changes, or what stops it.
+// One thing that a merge changes or passes over, or what stops it.
 struct MergeChange {
   ChangeKind kind = ChangeKind::kChanged;
   ElementName element;
   std::string sentence;
-  std::string advice = {};                   // of a stop
-  std::optional<std::int32_t> planRow = {};  // of a stop: the number of the task in the plan
+  std::string advice = {};                   // empty where nothing is to be done
+  std::optional<std::int32_t> planRow = {};  // of the task, or of a resource, that it is about
 };
 
 // What became of the model, sorted by kind of element and number.

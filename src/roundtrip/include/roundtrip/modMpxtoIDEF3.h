@@ -15,7 +15,9 @@ using namespace program;
 // or builds a new one from it (mergeFlag 0), and writes the Neutral Text to gOutFile. True when it
 // ran to its end without reaching its error trap and wrote a project. A failure shows its
 // description; name rules and the merge's fatal reports end the program.
-// `interimFileName` is handed over and not used. A listener hears how far the merge has come.
+// `interimFileName` is handed over and not used. With a listener the merge is tried out: it goes on
+// behind what would end it, so that what it leaves is no merged model where the listener heard of a
+// stop, whatever the result.
 bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
                   const std::string& interimFileName, std::int16_t mergeFlag,
                   MergeListener* listener = nullptr);
