@@ -14,6 +14,7 @@ namespace {
 
 constexpr const char* kFooter = R"(Examples:
   merivane-batch check model.txt
+  merivane-batch check plan.xml --against plan.mdb --project 1
   merivane-batch to-project model.txt --database plan.mdb --xml plan.xml
   merivane-batch to-project model.txt --database plan.mdb --append --choose "Main line"
   merivane-batch projects plan.mdb --json
@@ -140,8 +141,18 @@ CLI::App* AddExport(CLI::App& app, CommandLine& line) {
 
 CLI::App* AddCheck(CLI::App& app, CommandLine& line) {
   CLI::App* command =
-      app.add_subcommand("check", "list what a translation of a model text would stumble over");
-  AddName(command, "MODEL", line.check.model, "Neutral Text file (.txt)")->required();
+      app.add_subcommand("check",
+                         "list what a translation of a model text, or a merge of a plan, "
+                         "would stumble over");
+  AddName(command, "MODEL", line.check.model,
+          "Neutral Text file (.txt); with --against a plan (.mpx, .xml)")
+      ->required();
+  auto* against = AddName(command, "--against", line.check.against,
+                          "database that holds the model of the plan (.mdb)");
+  auto* project = command->add_option("--project", line.check.project,
+                                      "id or name of the project to merge the plan into");
+  against->needs(project);
+  project->needs(against);
   command->add_flag("--json", line.check.json, "as a JSON object");
   command->add_flag("--all", line.check.all, "every note, and not one of each kind with a count");
   AddName(command, "--template", line.common.templateFile,

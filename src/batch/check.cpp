@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <utility>
 
+#include "merge_door.h"
 #include "printable.h"
 #include "runtime/code_page.h"
 #include "session.h"
+#include "shell/browse.h"
 
 namespace merivane::batch {
 
@@ -41,6 +44,13 @@ std::string Counted(std::size_t count, const std::string& word) {
   return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
+std::string PlaceOf(const Finding& finding) {
+  if (finding.line > 0) return ':' + std::to_string(finding.line);
+  if (!finding.planRow) return "";
+  return (finding.element.kind == "resource" ? ":resource row " : ":row ") +
+         std::to_string(*finding.planRow);
+}
+
 // Of each group only the first is printed, with how many more there are, unless all are wanted.
 void PrintText(std::ostream& out, const CheckOptions& options,
                const std::vector<Finding>& findings) {
@@ -59,7 +69,7 @@ void PrintText(std::ostream& out, const CheckOptions& options,
       }
     }
     const std::string element = Described(finding.element);
-    out << options.model << ':' << finding.line << ": " << NameOf(finding.severity) << ": "
+    out << options.model << PlaceOf(finding) << ": " << NameOf(finding.severity) << ": "
         << PrintableLine(ToUtf8(element)) << (element.empty() ? "" : ": ")
         << PrintableLine(ToUtf8(finding.sentence)) << ' ' << PrintableLine(ToUtf8(finding.advice))
         << more << '\n';
@@ -78,16 +88,21 @@ Json ElementOf(const Finding& finding) {
           {"name", ToUtf8(finding.element.name)}};
 }
 
-void PrintJson(std::ostream& out, const std::string& model, const std::vector<Finding>& findings) {
+void PrintJson(std::ostream& out, const CheckOptions& options,
+               const std::vector<Finding>& findings) {
   Json list = Json::array();
   for (const Finding& finding : findings) {
-    list.push_back({{"line", finding.line},
-                    {"severity", NameOf(finding.severity)},
-                    {"element", ElementOf(finding)},
-                    {"sentence", ToUtf8(finding.sentence)},
-                    {"advice", ToUtf8(finding.advice)}});
+    Json place = {{"line", finding.line}};
+    if (!options.against.empty()) {
+      place = {{"planRow", finding.planRow ? Json(*finding.planRow) : Json(nullptr)}};
+    }
+    list.push_back(std::move(place));
+    list.back().update({{"severity", NameOf(finding.severity)},
+                        {"element", ElementOf(finding)},
+                        {"sentence", ToUtf8(finding.sentence)},
+                        {"advice", ToUtf8(finding.advice)}});
   }
-  const Json report = {{"model", model},
+  const Json report = {{options.against.empty() ? "model" : "plan", options.model},
                        {"findings", list},
                        {"errors", CountOf(findings, Severity::kError)},
                        {"warnings", CountOf(findings, Severity::kWarning)},
@@ -95,13 +110,36 @@ void PrintJson(std::ostream& out, const std::string& model, const std::vector<Fi
   out << PrintableJson(report.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
+bool IsPlan(const std::string& path) {
+  return HasExtension(path, "mpx") || HasExtension(path, "xml");
+}
+
+// The exit status of a plan that can't be held against the model; nothing where it can be.
+std::optional<int> RefusalOfPlan(Session& session, const CheckOptions& options,
+                                 std::int32_t& project) {
+  if (!IsPlan(options.model)) {
+    return session.Refuse(options.model + " is no name of a plan: .mpx or .xml.");
+  }
+  if (!FileIsThere(options.model)) return session.Refuse(options.model + " isn't there.");
+  const auto found = FindMergedProject(session, options.against, options.project);
+  if (!found) return kRefused;
+  project = *found;
+  return RefusalOfMerge(session, options.against, project);
+}
+
 }  // namespace
 
 int RunCheck(Session& session, const CheckOptions& options) try {
-  const std::vector<Finding> findings =
-      inspect::CheckModel(options.model, session.desktop.TemplatePath());
+  std::vector<Finding> findings;
+  if (options.against.empty()) {
+    findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
+  } else {
+    std::int32_t project = 0;
+    if (const auto refused = RefusalOfPlan(session, options, project)) return *refused;
+    findings = inspect::CheckPlan(options.model, options.against, project);
+  }
   if (options.json) {
-    PrintJson(session.out, options.model, findings);
+    PrintJson(session.out, options, findings);
   } else {
     PrintText(session.out, options, findings);
   }

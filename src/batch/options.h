@@ -50,7 +50,9 @@ struct ToModelOptions {
 };
 
 struct CheckOptions {
-  std::string model;
+  std::string model;    // or with `against` a plan
+  std::string against;  // database that holds the model of the plan
+  std::string project;  // with it
   bool json = false;
   bool all = false;  // every note, not one of each group
 };

@@ -1,8 +1,8 @@
-#include <memory>
 #include <utility>
 #include <vector>
 
 #include "inspect/merge_preview.h"
+#include "merge_door.h"
 #include "merge_report.h"
 #include "mspdi/plan_reader.h"
 #include "project_lookup.h"
@@ -10,7 +10,6 @@
 #include "runtime/conversions.h"
 #include "session.h"
 #include "shell/browse.h"
-#include "shell/frmDBMerge.h"
 #include "shell/source_proof.h"
 
 namespace merivane::batch {
@@ -65,21 +64,10 @@ bool ProveFile(Session& session, const ToModelOptions& options) {
 }
 
 // Leaves `project` empty where nothing is to be merged. False where the project isn't there.
-bool FindMergedProject(Session& session, const ToModelOptions& options,
-                       std::optional<std::int32_t>& project) {
+bool FindMerged(Session& session, const ToModelOptions& options,
+                std::optional<std::int32_t>& project) {
   if (options.merge.empty()) return true;
-  if (!FileIsThere(options.interim)) {
-    session.Say(options.interim + " isn't there: nothing to merge with.");
-    return false;
-  }
-  std::string reason;
-  try {
-    project = FindProject(ListProjects(session.program.workspace, options.interim), options.merge,
-                          reason);
-  } catch (const RunTimeError& error) {
-    reason = options.interim + ": " + ToUtf8(error.Description());
-  }
-  if (!project) session.Say(reason);
+  project = FindMergedProject(session, options.interim, options.merge);
   return project.has_value();
 }
 
@@ -99,30 +87,9 @@ mspdi::UntakenRows UntakenOf(const ToModelOptions& options) try {
   return {};
 }
 
-// Through the door of the merge, which asks the database for its projects; nothing is written. The
-// exit status of a refusal.
-std::optional<int> RefusalOfMerge(Session& session, const ToModelOptions& options,
-                                  std::int32_t project) {
-  ProjectToModel& state = session.program.projectToModel;
-  frmDBMerge merge(state);
-  bool taken = false;
-  if (HasExtension(options.interim, "mdb")) {
-    state.gInterimConn = std::make_unique<Connection>(state.workspace);
-    state.gInterimConn->Open(ConnectionText(options.interim), OpenMode::kReadOnly);
-    merge.MergeWith(project);
-    state.gInterimConn.reset();
-    taken = state.gInterimProjId == project;
-  } else {
-    session.Browse(options.interim, [&] { return session.main.projectToModel.PickInterimDb(); });
-  }
-  if (taken) return std::nullopt;
-  if (merge.Failure) return session.Fail(options.interim, *merge.Failure);
-  return session.Refuse(options.interim + " can't be used as the interim database.");
-}
-
 // Ends as the merge would, and shows the boxes that it would show.
 int Preview(Session& session, const ToModelOptions& options, std::int32_t project) {
-  if (const auto refused = RefusalOfMerge(session, options, project)) return *refused;
+  if (const auto refused = RefusalOfMerge(session, options.interim, project)) return *refused;
   const inspect::MergePreview preview = inspect::PreviewMerge(
       options.mpx.empty() ? options.xml : options.mpx, options.interim, project);
   if (options.json) {
@@ -175,7 +142,7 @@ int FromFile(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   if (!BrowseFile(session, options)) return kRefused;
   std::optional<std::int32_t> project;
-  if (!FindMergedProject(session, options, project)) return kRefused;
+  if (!FindMerged(session, options, project)) return kRefused;
   if (!ProveFile(session, options)) return kFailed;
   if (options.dryRun) return Preview(session, options, *project);
   session.OnModalForm(

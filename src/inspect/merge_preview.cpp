@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "box_text.h"
+#include "inspect/check.h"
 #include "merge_stops.h"
 #include "plan_predecessors.h"
 #include "platform/quiet_desktop.h"
@@ -198,6 +200,34 @@ class Trial : public MergeListener {
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
                           std::int32_t project, Desktop* shown) {
   return Trial(planPath, interimPath, project, shown).Run();
+}
+
+std::vector<Finding> CheckPlan(const std::string& planPath, const std::string& interimPath,
+                               std::int32_t project) {
+  const MergePreview preview = PreviewMerge(planPath, interimPath, project);
+  std::vector<Finding> findings;
+  for (const MergeChange& change : preview.changes) {
+    if (change.advice.empty()) continue;  // what the plan means to change
+    const bool stops = change.kind == ChangeKind::kStop;
+    findings.push_back({stops ? Severity::kError : Severity::kWarning,
+                        0,
+                        change.element,
+                        change.sentence,
+                        change.advice,
+                        {},
+                        change.planRow});
+  }
+  if (!preview.merged) return findings;
+  for (const Message& box : preview.boxes) {
+    findings.push_back({Severity::kWarning,
+                        0,
+                        {"plan", std::nullopt, ""},
+                        OneLine(box.text),
+                        "Change the plan if it is meant otherwise.",
+                        {},
+                        {}});
+  }
+  return findings;
 }
 
 std::vector<MergeChange> PassedOver(Connection& connection, std::int32_t project) {

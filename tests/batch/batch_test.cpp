@@ -253,6 +253,31 @@ TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
   EXPECT_EQ(out.str().rfind(change, 0), 0U);
 }
 
+TEST_F(Batch, CheckTellsAllThatAMergeOfAPlanWouldStumbleOver) {
+  ToProject(Sample("onboarding.txt"), {"--mpx", mpx});
+  const std::vector<std::string> check = {"check", mpx, "--against", plan, "--project", "1"};
+  Replace(mpx, "Set up the desk", "Build the desk");  // meant, and so no finding
+  Succeed(check);
+  EXPECT_EQ(out.str(), "0 errors, 0 warnings\n");
+  Replace(mpx, ",\"4\",", ",\"4,9\",");
+  EXPECT_EQ(Run(check), kDoneWithMessages) << err.str();
+  Replace(mpx, "\"2,3\"", "\"2SS\"");
+  Replace(mpx, "Mentor,Mentor", "Ada's mentor,Mentor");
+  const auto files = Files();
+  EXPECT_EQ(Run(check), kFailed);
+  EXPECT_TRUE(Files() == files);
+  EXPECT_THAT(out.str(), testing::HasSubstr(mpx + ":row 4: error: task 4 'Welcome"));
+  EXPECT_THAT(out.str(), testing::HasSubstr(mpx + ":resource row 3: error: resource 3 'Ada's"));
+  EXPECT_THAT(out.str(), testing::EndsWith("2 errors, 1 warning\n"));
+  Run(check, {"--json"});
+  const auto report = nlohmann::json::parse(out.str());
+  EXPECT_EQ(report["plan"], mpx);
+  EXPECT_EQ(report["findings"][0]["planRow"], 3);
+  EXPECT_EQ(Run({"check", Sample("onboarding.txt"), "--against", plan, "--project", "1"}),
+            kRefused);
+  EXPECT_EQ(Run({"check", mpx, "--against", plan, "--project", "7"}), kRefused);
+}
+
 TEST_F(Batch, ADryRunEndsAsItsMergeDoes) {
   ToProject(Sample("onboarding.txt"), {"--mpx", mpx});
   fs::copy_file(mpx, folder.Path("stops.mpx"));

@@ -1,6 +1,7 @@
-// What a translation would stumble over, told before it runs.
+// What a translation or a merge would stumble over, told before it runs.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,5 +17,11 @@ namespace merivane::inspect {
 // Paths are UTF-8. A model or a template that can't be read, and a temporary folder without room,
 // are RunTimeErrors.
 std::vector<Finding> CheckModel(const std::string& modelPath, const std::string& templatePath);
+
+// All that a merge of the plan into the project would stumble over: what stops it as errors, what
+// it passes over or can't write whole as warnings. It is tried as a preview tries it, with the same
+// paths and errors.
+std::vector<Finding> CheckPlan(const std::string& planPath, const std::string& interimPath,
+                               std::int32_t project);
 
 }  // namespace merivane::inspect

@@ -23,11 +23,12 @@ struct ElementName {
 
 struct Finding {
   Severity severity = Severity::kError;
-  std::size_t line = 0;  // from 1
+  std::size_t line = 0;  // of a text, from 1
   ElementName element;
   std::string sentence;    // what was found
   std::string advice;      // what to do about it
   std::string group = {};  // notes of one group, "values taken over", can be told as one
+  std::optional<std::int32_t> planRow = {};  // of a plan: of a task, or of a resource
 };
 
 // "unit 3 'Sand the hull'"; empty for the text as a whole.
