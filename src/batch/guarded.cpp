@@ -4,6 +4,7 @@
 
 #include "platform/desktop.h"
 #include "printable.h"
+#include "program/progress.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 
@@ -21,6 +22,8 @@ std::string FailureText() {
   try {
     throw;
   } catch (const ProgramEnd&) {
+    return "";
+  } catch (const program::RunCancelled&) {
     return "";
   } catch (const RunTimeError& error) {
     return ToUtf8(error.Description());

@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "batch/batch.h"
+#include "platform/end_signal.h"
 #include "platform/program_run.h"
 #include "platform/terminal.h"
 
@@ -22,11 +23,16 @@ void IgnoreFailedWrites() {
 int main(int argc, char** argv) try {
   using namespace merivane::platform;
   IgnoreFailedWrites();
-  return OnUtf8Terminal([&] {
+  ListenForEnd();
+  const int status = OnUtf8Terminal([&] {
     return merivane::batch::RunBatch(ProgramArguments(argc, argv),
                                      ProgramFolder(argc > 0 ? argv[0] : ""), std::cout, std::cerr,
                                      StandardErrorIsTerminal());
   });
+  if (status == merivane::batch::kFailed || status == merivane::batch::kRefused) {
+    EndAsAsked();
+  }
+  return status;
 } catch (const std::exception& error) {
   std::cerr << "merivane-batch: " << error.what() << '\n';
   return merivane::batch::kFailed;

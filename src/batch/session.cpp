@@ -1,6 +1,7 @@
 #include "session.h"
 
 #include "guarded.h"
+#include "platform/end_signal.h"
 #include "printable.h"
 #include "runtime/code_page.h"
 #include "shell/message_advice.h"
@@ -76,6 +77,7 @@ int Session::Run(const std::function<int()>& command) {
   }
   if (!Succeeded(status)) {
     for (const std::string& failure : kept.PutBack()) Say(failure);
+    if (platform::EndIsAsked()) Say("the run was ended by a signal.");
   }
   return status;
 }

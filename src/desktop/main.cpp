@@ -1,21 +1,59 @@
 #include <QApplication>
 #include <QTimer>
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+
+#include <QSocketNotifier>
+#endif
+
 #include "desktop/main_window.h"
+#include "platform/end_signal.h"
+
+namespace {
+
+using namespace merivane;
+using namespace merivane::desktop;
+
+#ifdef Q_OS_UNIX
+int wakePipe[2];
+
+// A handler of signals may do little: the event loop, which sees the byte, does the rest.
+void EndOnSignal(QtDesktop& desktop) {
+  if (pipe(wakePipe) != 0) return;
+  auto* notifier = new QSocketNotifier(wakePipe[0], QSocketNotifier::Read, qApp);
+  QObject::connect(notifier, &QSocketNotifier::activated, qApp, [notifier, &desktop] {
+    notifier->setEnabled(false);
+    desktop.EndUnasked();
+  });
+  platform::ListenForEnd([] {
+    if (write(wakePipe[1], "", 1) < 0) _exit(EXIT_FAILURE);
+  });
+}
+#else
+void EndOnSignal(QtDesktop&) {}
+#endif
+
+}  // namespace
 
 int main(int argc, char** argv) {
-  using namespace merivane::desktop;
   QApplication application(argc, argv);
   QApplication::setApplicationName("merivane");
   QApplication::setOrganizationName("merivane");
   QApplication::setDesktopFileName("merivane");
   QApplication::setQuitOnLastWindowClosed(false);
-  DialogFileNames fileNames;
-  QtDesktop desktop(fileNames);
-  Program program(desktop);
-  frmMain main(program);
-  MainWindow window(desktop, main);
-  desktop.OnEnd = [] { QApplication::exit(0); };
-  QTimer::singleShot(0, &window, [&] { desktop.Run([&] { main.Start(); }); });
-  return QApplication::exec();
+  int status = 0;
+  {
+    DialogFileNames fileNames;
+    QtDesktop desktop(fileNames);
+    Program program(desktop);
+    frmMain main(program);
+    MainWindow window(desktop, main);
+    desktop.OnEnd = [] { QApplication::exit(0); };
+    EndOnSignal(desktop);
+    QTimer::singleShot(0, &window, [&] { desktop.Run([&] { main.Start(); }); });
+    status = QApplication::exec();
+  }
+  platform::EndAsAsked();
+  return status;
 }

@@ -103,6 +103,11 @@ bool QtDesktop::AskInRun() {
   return true;
 }
 
+void QtDesktop::EndUnasked() {
+  if (!breathing_) return End();
+  endsBehindRun_ = undoesRun_ = true;
+}
+
 void QtDesktop::RunReported(const std::function<void()>& handler) try {
   handler();
 } catch (const RunTimeError& error) {
@@ -233,7 +238,7 @@ bool QtDesktop::Breathe() {
   QApplication::processEvents(
       progress_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents, kMostMilliseconds);
   if (ended_) EndProgram();
-  return !progress_ || !progress_->IsCancelled();
+  return !undoesRun_ && (!progress_ || !progress_->IsCancelled());
 }
 
 void QtDesktop::ApplyPointer() {

@@ -2,7 +2,11 @@
 
 #include <chrono>
 
+#include "platform/end_signal.h"
+
 namespace merivane::platform {
+
+bool Desktop::Breathe() { return !EndIsAsked(); }
 
 std::int64_t Desktop::Ticks() const {
   using std::chrono::milliseconds;

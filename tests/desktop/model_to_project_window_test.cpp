@@ -393,6 +393,20 @@ TEST_F(ModelToProjectWindow, TheFrameOfTheMainWindowAsksInARun) {
   EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("Merivane is at work"), HasSubstr("at work")));
 }
 
+TEST_F(ModelToProjectWindow, ASignalInMidRunUndoesItAndEndsTheProgramUnasked) {
+  const std::string plan = folder.Path("plan.mdb");
+  const std::string mpx = folder.Write("plan.mpx", "precious");
+  int ends = 0;
+  desktop.OnEnd = [&] { ++ends; };
+  desktop.onProgress = [&](const RunProgress&) {
+    QTimer::singleShot(0, &window, [&] { desktop.EndUnasked(); });
+  };
+  MakePlan(plan, mpx);
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(ReadFile(mpx), "precious");
+  EXPECT_THAT(user.boxes, IsEmpty());
+}
+
 TEST_F(ModelToProjectWindow, ACancelledPickLeavesTheOneBefore) {
   const std::string plan = folder.Write("plan.mdb", ReadFile(TemplateDatabase()));
   Browse(form, "BrowsedbBt", folder.Path("first.mdb"));

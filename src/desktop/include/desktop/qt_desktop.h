@@ -54,6 +54,9 @@ class QtDesktop : public Desktop {
   // run, and ends the program behind it where that is wanted.
   bool AskInRun();
 
+  // Ends the program without a question; a run is undone first. For an event loop.
+  void EndUnasked();
+
   // F1 or a help button: the topic of the widget's help context.
   void RequestHelp(const QWidget* widget);
   std::function<void(int context)> OnHelpRequest;
@@ -114,6 +117,7 @@ class QtDesktop : public Desktop {
   std::optional<std::int64_t> progressSince_;  // ticks when it was told first
   bool breathing_ = false;
   bool endsBehindRun_ = false;
+  bool undoesRun_ = false;
   std::optional<std::string> givenName_;
   std::vector<std::function<void()>> waits_;  // leaves each nested event loop, innermost last
   std::string whyNotOpen_;

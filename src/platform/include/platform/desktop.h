@@ -98,8 +98,9 @@ class Desktop {
   virtual void EndProgress() {}
   // Milliseconds of a clock that never goes back.
   virtual std::int64_t Ticks() const;
-  // Lets the screen catch up while a run is under way. False once the user has cancelled it.
-  virtual bool Breathe() { return true; }
+  // Lets the screen catch up while a run is under way. False once the user, or a signal to
+  // end, has cancelled it.
+  virtual bool Breathe();
 
   [[noreturn]] void EndProgram() { throw ProgramEnd(); }
 

@@ -43,7 +43,7 @@ class QuietDesktop : public Desktop {
   void ShowProgress(const RunProgress& progress) override;
   void EndProgress() override;
   std::int64_t Ticks() const override { return user_ ? user_->Ticks() : Desktop::Ticks(); }
-  bool Breathe() override { return user_ == nullptr || user_->Breathe(); }
+  bool Breathe() override { return user_ ? user_->Breathe() : Desktop::Breathe(); }
   std::string AppPath() const override { return appPath; }
   std::string TemplatePath() const override;
   // A day of no meaning: what is made here, nobody keeps.

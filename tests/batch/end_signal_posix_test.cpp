@@ -1,0 +1,91 @@
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+#include <thread>
+
+#include "batch_fixture.h"
+#include "model_parts.h"
+
+namespace merivane::test {
+namespace {
+
+// The program itself, ended by a signal while it is in the middle of its work.
+class EndSignal : public Batch {
+ protected:
+  // What the program told, and how it ended, as waitpid() tells it.
+  struct End {
+    int status = 0;
+    std::string told;
+  };
+
+  // Sends the signal once `reached` says so.
+  End EndedBy(int number, const std::vector<std::string>& arguments,
+              const std::function<bool()>& reached) const {
+    const pid_t child = fork();
+    if (child == 0) Start(arguments);
+    for (int i = 0; i < 3000 && !reached(); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    kill(child, number);
+    End end;
+    waitpid(child, &end.status, 0);
+    end.told = ReadFile(temporary.Path("told"));
+    fs::remove(temporary.Path("told"));
+    return end;
+  }
+
+  TemporaryFolder temporary;
+
+ private:
+  [[noreturn]] void Start(std::vector<std::string> arguments) const {
+    setenv("TMPDIR", temporary.Path("").c_str(), 1);
+    dup2(open(temporary.Path("told").c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
+    std::string program = MERIVANE_BIN "/merivane-batch";
+    std::vector<char*> words = {program.data()};
+    for (std::string& argument : arguments) words.push_back(argument.data());
+    words.push_back(nullptr);
+    execv(program.c_str(), words.data());
+    _exit(EXIT_FAILURE);
+  }
+};
+
+// Enough units that a translation of them is under way for a while.
+std::string LongModel() {
+  Parts parts;
+  std::string units;
+  for (int number = 1; number <= 3000; ++number) {
+    units += UnitOf(std::to_string(number), number % 2 == 1 ? "Cut" : "Sand", "");
+  }
+  parts.scenarios = Scenario("1", "Shop", "", units);
+  std::string text;
+  for (const char character : ModelOf(parts)) {
+    text += character == '|' ? "\r\n" : std::string(1, character);
+  }
+  return text;
+}
+
+TEST_F(EndSignal, UndoesTheRunAndLeavesNothingTemporary) {
+  const std::string longModel = folder.Write("long.txt", LongModel());
+  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
+  const auto before = Files();
+  const auto writes = [&] { return fs::exists(plan + "-journal"); };
+  for (const int number : {SIGTERM, SIGINT}) {
+    for (const std::string how : {"--append", "--overwrite"}) {
+      SCOPED_TRACE(how);
+      const End end = EndedBy(
+          number, {"to-project", longModel, "--database", plan, how, "--mpx", mpx, "--force"},
+          writes);
+      ASSERT_TRUE(WIFSIGNALED(end.status)) << end.status;
+      EXPECT_EQ(WTERMSIG(end.status), number);
+      EXPECT_EQ(end.told, "merivane-batch: the run was ended by a signal.\n");
+      EXPECT_EQ(Files(), before);
+      EXPECT_TRUE(fs::is_empty(temporary.Path("")));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace merivane::test
