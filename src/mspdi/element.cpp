@@ -1,5 +1,6 @@
 #include "element.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -15,17 +16,28 @@ namespace {
 constexpr std::int64_t kSecondsOfTenth = 6;
 constexpr double kThousandthsOfSecond = 1000.0 / 60;  // of a minute
 
+// By XML, of the characters of one byte.
 bool Forbidden(char character) {
   return static_cast<unsigned char>(character) < ' ' && character != '\t' && character != '\n';
 }
 
-std::string Allowed(std::string_view text) {
+// Nor are these two, of three bytes, characters for XML.
+constexpr std::string_view kNoCharacters[] = {"\xEF\xBF\xBE", "\xEF\xBF\xBF"};
+
+// Sets `lost` where a character can't go.
+std::string Allowed(std::string_view text, bool& lost) {
   std::string kept;
   kept.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '\r') {
       if (i + 1 == text.size() || text[i + 1] != '\n') kept += '\n';
-    } else if (!Forbidden(text[i])) {
+    } else if (std::ranges::find(kNoCharacters, text.substr(i, 3)) != std::end(kNoCharacters)) {
+      kept += '?';
+      i += 2;
+      lost = true;
+    } else if (Forbidden(text[i])) {
+      lost = true;
+    } else {
       kept += text[i];
     }
   }
@@ -40,8 +52,11 @@ void PutDigits(char* to, int digits, int number) {
 }  // namespace
 
 void Element::Text(const char* name, std::string_view text, std::size_t most) {
-  const std::string allowed = ToUtf8(Allowed(text.substr(0, most)));
-  if (!allowed.empty()) Add(name, allowed.c_str());
+  bool lost = false;
+  const std::string allowed = Allowed(text, lost);
+  const std::string written = WellFormedUtf8(allowed, most);
+  if (lost || written != allowed) ++*cut_;
+  if (!written.empty()) Add(name, written.c_str());
 }
 
 void Element::Integer(const char* name, std::int64_t number) {

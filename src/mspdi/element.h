@@ -17,7 +17,7 @@ using namespace schedule;
 
 // What a column of the tables holds, and so how its value is written.
 enum class Kind {
-  kText,        // Windows-1252, without characters that XML forbids; line breaks are LF
+  kText,        // without characters that XML forbids; line breaks are LF
   kInteger,     //
   kRateFormat,  // a whole number; 1 to 5 are minutes to months, 7 years, 8 material
   kFlag,        // not 0: true
@@ -33,11 +33,12 @@ inline constexpr std::size_t kLongestName = 255;  // that Project takes, of a ta
 
 class Element {
  public:
-  explicit Element(pugi::xml_node node) : node_(node) {}
+  // `cut` counts the texts that can't go as they are.
+  Element(pugi::xml_node node, std::size_t& cut) : node_(node), cut_(&cut) {}
 
-  Element Child(const char* name) { return Element(node_.append_child(name)); }
+  Element Child(const char* name) { return {node_.append_child(name), *cut_}; }
 
-  // At most `most` characters; nothing for an empty text.
+  // UTF-8. At most `most` characters; nothing for an empty text.
   void Text(const char* name, std::string_view text, std::size_t most = std::string_view::npos);
   void Integer(const char* name, std::int64_t number);
   void Flag(const char* name, bool flag) { Integer(name, flag ? 1 : 0); }
@@ -56,6 +57,7 @@ class Element {
   }
 
   pugi::xml_node node_;
+  std::size_t* cut_;
 };
 
 }  // namespace merivane::mspdi

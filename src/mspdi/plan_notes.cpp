@@ -1,5 +1,6 @@
 #include "plan_notes.h"
 
+#include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/rtf_notes.h"
 #include "schedule/project_rows.h"
@@ -11,8 +12,9 @@ namespace {
 
 using schedule::ProjectRows;
 
+// Rich text is of one byte a character, also where a text holds it.
 std::string BytesOf(const Value& value) {
-  if (!value.IsBytes()) return Joined(value);
+  if (!value.IsBytes()) return FromUtf8(Joined(value));
   const Bytes& bytes = value.GetBytes();
   return {bytes.begin(), bytes.end()};
 }
@@ -43,7 +45,7 @@ Notes ReadStoredNotes(Connection& connection, std::int32_t project) {
     const auto own = TextOfOwnRtfNote(note);
     const auto glossary = own ? glossaries.find(rows.IntegerAt(kActivity, 0)) : glossaries.end();
     std::string text = glossary != glossaries.end() ? glossary->second
-                       : own                        ? std::string(*own)
+                       : own                        ? ToUtf8(*own)
                                                     : TextOfRtf(note);
     if (!text.empty()) notes.emplace(rows.IntegerAt(kUid, 0), std::move(text));
   }

@@ -44,8 +44,8 @@ Lead ReadLead(unsigned char byte) {
   return {0, 0, 0, 0};
 }
 
-// Reads the sequence behind a byte above 0x7F at `position` and moves behind it.
-char ReadSequence(std::string_view utf8, std::size_t& position) {
+// Reads the sequence that begins at `position` with a byte above 0x7F and moves behind it.
+char32_t ReadSequence(std::string_view utf8, std::size_t& position) {
   Lead lead = ReadLead(static_cast<unsigned char>(utf8[position++]));
   if (lead.more == 0) return '?';
   char32_t codePoint = lead.bits;
@@ -58,17 +58,7 @@ char ReadSequence(std::string_view utf8, std::size_t& position) {
     lead.highest = 0xBF;
     ++position;
   }
-  return Byte(codePoint);
-}
-
-void AppendUtf8(std::string& out, char32_t codePoint) {
-  if (codePoint < 0x800) {
-    out += static_cast<char>(0xC0 | (codePoint >> 6));
-  } else {
-    out += static_cast<char>(0xE0 | (codePoint >> 12));
-    out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-  }
-  out += static_cast<char>(0x80 | (codePoint & 0x3F));
+  return codePoint;
 }
 
 bool IsAscii(char character) { return static_cast<unsigned char>(character) < 0x80; }
@@ -97,10 +87,45 @@ std::string FromUtf8(std::string_view utf8) {
     if (IsAscii(utf8[position])) {
       text += utf8[position++];
     } else {
-      text += ReadSequence(utf8, position);
+      text += Byte(ReadSequence(utf8, position));
     }
   }
   return text;
+}
+
+std::string WellFormedUtf8(std::string_view utf8, std::size_t most) {
+  std::string text;
+  text.reserve(std::min(utf8.size(), most));
+  std::size_t position = 0;
+  for (std::size_t count = 0; count < most && position < utf8.size(); ++count) {
+    if (IsAscii(utf8[position])) {
+      text += utf8[position++];
+    } else {
+      AppendUtf8(text, ReadSequence(utf8, position));
+    }
+  }
+  return text;
+}
+
+void AppendUtf8(std::string& utf8, char32_t codePoint) {
+  const auto more = [&](int shift) {
+    utf8 += static_cast<char>(0x80 | (codePoint >> shift & 0x3F));
+  };
+  if (codePoint < 0x80) {
+    utf8 += static_cast<char>(codePoint);
+    return;
+  }
+  if (codePoint < 0x800) {
+    utf8 += static_cast<char>(0xC0 | codePoint >> 6);
+  } else if (codePoint < 0x10000) {
+    utf8 += static_cast<char>(0xE0 | codePoint >> 12);
+    more(6);
+  } else {
+    utf8 += static_cast<char>(0xF0 | codePoint >> 18);
+    more(12);
+    more(6);
+  }
+  more(0);
 }
 
 }  // namespace merivane::runtime

@@ -113,21 +113,26 @@ class RtfScanner {
     if (code != 0) Put(static_cast<char>(code));
   }
 
+  // A character beyond the first 65,536 comes as two halves.
   void PutUnicode(int code) {
-    std::string utf8;
-    if (code < 0x80) {
-      utf8 = static_cast<char>(code);
-    } else if (code < 0x800) {
-      utf8 = {static_cast<char>(0xC0 | code >> 6), static_cast<char>(0x80 | (code & 0x3F))};
-    } else {
-      utf8 = {static_cast<char>(0xE0 | code >> 12), static_cast<char>(0x80 | (code >> 6 & 0x3F)),
-              static_cast<char>(0x80 | (code & 0x3F))};
+    const bool isFirstHalf = code >= 0xD800 && code < 0xDC00;
+    const bool isSecondHalf = code >= 0xDC00 && code < 0xE000;
+    std::string character;
+    if (isSecondHalf && firstHalf_ != 0) {
+      AppendUtf8(character,
+                 static_cast<char32_t>(0x10000 + ((firstHalf_ - 0xD800) << 10) + (code - 0xDC00)));
+    } else if (!isFirstHalf) {
+      const bool isCharacter = code > 0 && code < 0x10000 && !isSecondHalf;
+      AppendUtf8(character, isCharacter ? static_cast<char32_t>(code) : U'?');
     }
-    for (const char character : FromUtf8(utf8)) Put(character);
+    Put(character);
+    firstHalf_ = isFirstHalf ? code : 0;
     skipped_ = groups_.back().bytesOfUnicode;
   }
 
-  void Put(char character) {
+  void Put(char character) { Put(ToUtf8({&character, 1})); }
+
+  void Put(const std::string& character) {
     if (groups_.back().hidden) return;
     if (skipped_ > 0) {
       --skipped_;
@@ -140,6 +145,7 @@ class RtfScanner {
   std::size_t position_ = 0;
   std::vector<Group> groups_{Group{}};
   int skipped_ = 0;
+  int firstHalf_ = 0;
   std::string text_;
 };
 

@@ -6,6 +6,7 @@
 #include "hardening.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
+#include "store/connection.h"
 
 namespace merivane::store {
 
@@ -54,12 +55,18 @@ void CheckBytes(sqlite3_stmt* statement, const void* bytes) {
   if (bytes == nullptr) ThrowIfOutOfMemory(sqlite3_db_handle(statement));
 }
 
+thread_local int utf8Readers = 0;
+
 std::string FromColumn(const char* utf8, std::size_t size) {
-  if (IsAscii(utf8, size)) return {utf8, size};
+  if (utf8Readers > 0 || IsAscii(utf8, size)) return {utf8, size};
   return FromUtf8({utf8, size});
 }
 
 }  // namespace
+
+Utf8Texts::Utf8Texts() { ++utf8Readers; }
+
+Utf8Texts::~Utf8Texts() { --utf8Readers; }
 
 bool HasMoved(sqlite3* database) {
   int moved = 0;

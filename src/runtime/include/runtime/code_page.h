@@ -13,4 +13,10 @@ std::string ToUtf8(std::string_view text);
 // A code point without a byte, and a malformed sequence, becomes '?'.
 std::string FromUtf8(std::string_view utf8);
 
+// The first `most` characters, each malformed sequence as one '?'.
+std::string WellFormedUtf8(std::string_view utf8, std::size_t most = std::string_view::npos);
+
+// Puts a character behind the text. REQUIRES: a code point of Unicode, no surrogate.
+void AppendUtf8(std::string& utf8, char32_t codePoint);
+
 }  // namespace merivane::runtime

@@ -18,7 +18,7 @@ std::string RtfNote(std::string_view text);
 [[nodiscard]] std::optional<std::string_view> TextOfOwnRtfNote(std::string_view rtf);
 
 // The readable text of rich text from anywhere: lines end with LF, line breaks at the end go,
-// tables of fonts and the like are passed over, characters without a byte are "?".
+// tables of fonts and the like are passed over. UTF-8.
 std::string TextOfRtf(std::string_view rtf);
 
 }  // namespace merivane::runtime

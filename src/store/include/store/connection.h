@@ -128,6 +128,17 @@ class ReadScope {
   std::shared_ptr<Engine> engine_;  // null where nothing is to be ended
 };
 
+// While one lives, the texts that are read on this thread come in UTF-8, as the file has them, and
+// not in Windows-1252: for what writes UTF-8 itself, so that no letter is lost. Malformed sequences
+// come as they are.
+class Utf8Texts {
+ public:
+  Utf8Texts();
+  ~Utf8Texts();
+  Utf8Texts(const Utf8Texts&) = delete;
+  Utf8Texts& operator=(const Utf8Texts&) = delete;
+};
+
 inline constexpr int adSchemaTables = 20;
 
 }  // namespace merivane::store
