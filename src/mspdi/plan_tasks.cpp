@@ -139,7 +139,7 @@ class TaskWriter {
   void Type(Element& e, const char* name) { e.Integer(name, kFixedDuration); }
   void Zero(Element& e, const char* name) { e.Integer(name, 0); }
   void Outline(Element& e, const char* name) { e.Text(name, outline_, kLongestText); }
-  void Level(Element& e, const char* name) { e.Integer(name, task_.level); }
+  void Level(Element& e, const char* name) { e.Integer(name, level_); }
   void Priority(Element& e, const char* name) { e.Integer(name, kMiddlePriority); }
   void Start(Element& e, const char* name) { e.Date(name, start_); }
   void Finish(Element& e, const char* name) { e.Date(name, finish_); }
@@ -209,6 +209,7 @@ class TaskWriter {
   DateTime start_;
   DateTime finish_;
   std::string outline_;
+  std::int64_t level_ = 0;  // without the gaps that a pruned decomposition leaves
   std::span<const PlanLink* const> linksIn_;
 };
 
@@ -325,7 +326,6 @@ ProjectRows* TaskWriter::RowOf(std::int64_t uid) {
 void TaskWriter::WriteWhole(Element& tasks) {
   task_ = {};
   task_.name = paper_.plan.name;
-  task_.level = 0;
   task_.summary = true;
   task_.duration = paper_.dates.finish;
   const schedule::Tenths whole = paper_.dates.finish;
@@ -349,6 +349,7 @@ void TaskWriter::WriteAll(Element& tasks) {
     start_ = paper_.dates.StartOf(task);
     finish_ = paper_.dates.FinishOf(task);
     outline_ = numbers_.Next(task_);
+    level_ = std::ranges::count(outline_, '.') + 1;
     linksIn_ = links_.Into(task);
     row_ = RowOf(task_.uid);
     Write(tasks);

@@ -1,7 +1,11 @@
 #include "plan_tables.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <set>
+#include <string_view>
+#include <tuple>
 
 #include "runtime/conversions.h"
 
@@ -45,7 +49,9 @@ const std::vector<const char*> kTaskColumns = {"TASK_UID",
                                                "TASK_IS_ACTIVE",
                                                "TASK_START_DATE",
                                                "TASK_FINISH_DATE",
-                                               "TASK_IGNORES_RES_CAL"};
+                                               "TASK_IGNORES_RES_CAL",
+                                               "KV7_PROCOCC_SSRELS",
+                                               "KV7_PROCOCC_FFRELS"};
 enum TaskColumn {
   kUid,
   kId,
@@ -70,8 +76,26 @@ enum TaskColumn {
   kActive,
   kStart,
   kFinish,
-  kIgnoresResources
+  kIgnoresResources,
+  kStartRelations,
+  kFinishRelations
 };
+
+// What a model's plan keeps in step: the UID of a task, that of one which its relations name, how.
+// In MSP_LINKS the task is the predecessor of such a pair, while in its MPX file it is the
+// successor.
+using Relations = std::set<std::tuple<std::int64_t, std::int64_t, LinkKind>>;
+
+// `text` is like "4SS,5SS".
+void AddRelations(std::string_view text, std::int64_t task, LinkKind kind, Relations& relations) {
+  while (!text.empty()) {
+    std::int64_t other = 0;
+    std::from_chars(text.data(), text.data() + text.size(), other);
+    relations.emplace(task, other, kind);
+    const std::size_t comma = text.find(',');
+    text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
+  }
+}
 
 std::optional<Tenths> MomentAt(ProjectRows& rows, std::size_t column) {
   const std::string text = rows.TextAt(column);
@@ -148,7 +172,8 @@ std::unordered_map<std::int64_t, std::optional<std::size_t>> ReadResourceTimes(
   return ofTasks;
 }
 
-TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan) {
+TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan,
+                      Relations& relations) {
   TimesOfPlan times(plan);
   const auto ofResources = plan.calendars.List().empty()
                                ? decltype(ReadResourceTimes(connection, project, times)){}
@@ -171,6 +196,8 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan) 
       task.occurrence = ToInt32(occurrence);
     }
     task.rules = RulesOf(rows);
+    AddRelations(rows.TextAt(kStartRelations), task.uid, LinkKind::kStartToStart, relations);
+    AddRelations(rows.TextAt(kFinishRelations), task.uid, LinkKind::kFinishToFinish, relations);
     task.calendar = times.IndexOf(rows.IntegerAt(kCalendar, kNoCalendar));
     const auto shared = ofResources.find(task.uid);
     if (task.calendar == 0 && shared != ofResources.end() && shared->second &&
@@ -183,7 +210,7 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan) 
 }
 
 void ReadLinks(Connection& connection, std::int32_t project, const TaskIndices& indices,
-               Plan& plan) {
+               const Relations& relations, Plan& plan) {
   enum Column { kPredecessor, kSuccessor, kType, kLag, kFormat, kElsewhere };
   ProjectRows rows(connection, {.name = "MSP_LINKS"}, project,
                    {"LINK_PRED_UID", "LINK_SUCC_UID", "LINK_TYPE", "LINK_LAG", "LINK_LAG_FMT",
@@ -195,8 +222,9 @@ void ReadLinks(Connection& connection, std::int32_t project, const TaskIndices& 
     const std::int64_t kind = rows.IntegerAt(kType, 1);
     if (from == indices.end() || to == indices.end()) continue;
     if (kind < 0 || kind > kStartToStart || rows.IntegerAt(kElsewhere, 0) != 0) continue;
-    plan.links.push_back({.predecessor = from->second,
-                          .successor = to->second,
+    const bool isTurned = relations.contains({from->first, to->first, static_cast<LinkKind>(kind)});
+    plan.links.push_back({.predecessor = (isTurned ? to : from)->second,
+                          .successor = (isTurned ? from : to)->second,
                           .kind = static_cast<LinkKind>(kind),
                           .lag = {rows.IntegerAt(kLag, 0), rows.IntegerAt(kFormat, kFormatDays)}});
   }
@@ -205,8 +233,9 @@ void ReadLinks(Connection& connection, std::int32_t project, const TaskIndices& 
 }  // namespace
 
 void ReadPlanTables(Connection& connection, std::int32_t project, Plan& plan) {
-  const TaskIndices indices = ReadTasks(connection, project, plan);
-  ReadLinks(connection, project, indices, plan);
+  Relations relations;
+  const TaskIndices indices = ReadTasks(connection, project, plan, relations);
+  ReadLinks(connection, project, indices, relations, plan);
 }
 
 }  // namespace merivane::schedule

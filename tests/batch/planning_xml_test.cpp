@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
+#include <regex>
 
 #include "batch_fixture.h"
 #include "raw_database.h"
@@ -30,6 +31,28 @@ TEST_F(BatchXml, PlanGoesOutIsChangedAndComesBack) {
   EXPECT_TRUE(fs::exists(plan + ".bak"));
   EXPECT_EQ(Run({"export", plan, "--project", "1", "--xml", xml, "--force"}), 0) << err.str();
   EXPECT_THAT(ReadFile(xml), HasSubstr("<Name>Set up the room</Name>"));
+}
+
+// Units that start or end together among others: the table tells such a pair at the one task, the
+// file at the other. A note of MPX comes with its quotation marks.
+TEST_F(BatchXml, APlanMergesAsXmlAsItDoesAsMpx) {
+  ASSERT_EQ(ToProject(Sample("festival.txt"), {"--xml", xml, "--mpx", mpx}), 0) << err.str();
+  const std::string other = folder.Path("other.mdb");
+  fs::copy_file(plan, other);
+  ASSERT_EQ(ToModel({"--merge", "1"}), 0) << err.str();
+  const std::string byXml = ReadFile(model);
+  const std::string byMpx = folder.Path("mpx.txt");
+  ASSERT_EQ(Run({"to-model", "--mpx", mpx, "--interim", other, "--output", byMpx, "--merge", "1"}),
+            0)
+      << err.str();
+  const auto withoutMarks = [](std::string text) {
+    std::erase_if(text, [](char c) { return c == '"' || c == '\r'; });
+    return std::regex_replace(text, std::regex("\n+"), "\n");
+  };
+  EXPECT_EQ(withoutMarks(byXml), withoutMarks(ReadFile(byMpx)));
+  const std::string read =
+      "select PID || ':' || coalesce(Predecessor, '') || char(10) from ProjectAct";
+  EXPECT_EQ(RawDatabase(plan).Ask(read), RawDatabase(other).Ask(read));
 }
 
 TEST_F(BatchXml, RunThatFailsOrIsRefusedLeavesEveryFile) {

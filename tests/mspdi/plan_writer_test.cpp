@@ -297,6 +297,53 @@ TEST_F(Writer, NotesComeFromTheModelOrFromRichText) {
                                           "Kept \\ as it is", "caf\xE9\r\nbold \x80?\t{}"));
 }
 
+TEST_F(Writer, LettersGoThroughAsTheDatabaseHasThemAndWhatIsCutIsCounted) {
+  std::string longName;
+  for (int i = 0; i < 300; ++i) longName += "\xD0\x96";
+  const auto insert = [&](const std::string& row) {
+    EXPECT_EQ(RawDatabase(database).Run("insert into " + row), SQLITE_OK) << row;
+  };
+  const std::string tasks = "MSP_TASKS (PROJ_ID, TASK_UID, TASK_ID, TASK_NAME, TASK_RTF_NOTES) ";
+  insert(tasks +
+         "values (1, 1, 1, 'Gro\xC3\x9F \xE8\xA3\x85\xE9\x85\x8D \xF0\x9F\x9A\x80', "
+         "cast('{\\rtf1\\ansi \\u26085?\\u-10179?\\u-8576? \\''e9}' as blob))");
+  insert(tasks + "values (1, 2, 2, '" + longName + "', null)");
+  insert(tasks + "values (1, 3, 3, 'a' || char(1) || 'b' || char(0xFFFF) || x'C3', null)");
+  insert(
+      "MSP_RESOURCES (PROJ_ID, RES_UID, RES_ID, RES_NAME) "
+      "values (1, 1, 1, '\xD0\x91\xD0\xB5\xD1\x82\xD0\xBE\xD0\xBD')");
+  ExpectParts(Write(), {"<Name>Gro\xC3\x9F \xE8\xA3\x85\xE9\x85\x8D \xF0\x9F\x9A\x80</Name>",
+                        "<Notes>\xE6\x97\xA5\xF0\x9F\x9A\x80 \xC3\xA9</Notes>",
+                        "<Name>ab?"
+                        "?</Name>",
+                        "<Name>\xD0\x91\xD0\xB5\xD1\x82\xD0\xBE\xD0\xBD</Name>",
+                        ("<Name>" + longName.substr(0, 510) + "</Name>").c_str()});
+  EXPECT_THAT(warnings, testing::ElementsAre(HasSubstr("2 texts are longer than XML takes")));
+}
+
+// Levels 1 and 3 are left where a decomposition is pruned.
+TEST_F(Writer, TheOutlineIsClosedAndPairsStandAsInMpx) {
+  Add("MSP_TASKS",
+      {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_OUTLINE_LEVEL", "KV7_PROCOCC_SSRELS",
+       "KV7_PROCOCC_FFRELS"},
+      {{1, 1, 1, "whole", 1, Value(), Value()},
+       {1, 2, 2, "deep", 3, "3SS,4SS", Value()},
+       {1, 3, 3, "deep too", 3, Value(), "4FF"},
+       {1, 4, 4, "next", 2, Value(), Value()}});
+  Add("MSP_LINKS", {"PROJ_ID", "LINK_PRED_UID", "LINK_SUCC_UID", "LINK_TYPE"},
+      {{1, 2, 3, 3}, {1, 2, 4, 3}, {1, 3, 4, 0}, {1, 3, 2, 1}, {1, 4, 3, 3}});
+  Write();
+  std::vector<std::string> read;
+  for (const FileTask& task : ReadPlanFile(xml).tasks) {
+    read.push_back(std::to_string(task.level) + ":");
+    for (const auto& link : task.predecessors) {
+      read.back() += " " + std::to_string(link.predecessor) + "/" +
+                     std::to_string(static_cast<int>(link.kind));
+    }
+  }
+  EXPECT_THAT(read, testing::ElementsAre("1:", "2: 3/3 4/3 3/1", "2: 4/0 4/3", "2:"));
+}
+
 TEST_F(Writer, FailureLeavesTheFileThatStood) {
   Add("MSP_TASKS", {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME"},
       {{1, 1, 1, "A"}, {1, 2, 2, "B"}});

@@ -84,6 +84,7 @@ TEST(Schedules, DatesFollowLinksAndOutline) {
       {"start to finish", "A 3,B 1", "A>B SF+.4w", "A 0-3 !, B 1-2 1"},
       {"percentage of the predecessor", "A 4,B 1", "A>B SS+50%", "A 0-4 !, B 2-3 1"},
       {"elapsed lag over a weekend", "A 5,B 1", "A>B FS+2ed", "A 0-5 !, B 5-6 !"},
+      {"elapsed lag behind a milestone at the start", "M 0,B 1", "M>B FS+1ed", "M 0-0 !, B 1-2 !"},
       {"elapsed duration", "A 6 e,B 1", "A>B", "A 0-2 !, B 2-3 !"},
       {"diamond", "A 1,B 2,C 4,D 1", "A>B,A>C,B>D,C>D", "A 0-1 !, B 1-3 2, C 1-5 !, D 5-6 !"},
       {"a summary spans its tasks and is held back as one", "A 2,S 9,-B 1,-C 3,D 1", "A>S,B>C,S>D",
