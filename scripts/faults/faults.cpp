@@ -1,15 +1,19 @@
 // Preloaded into a program (LD_PRELOAD): from main on, the n-th call of one kind fails, or the
 // program is killed there.
 //
-//   MERIVANE_FAULT=KIND:N       KIND is write, sync, open, rename, read, map or allocation. A write
-//                               that fails is a full disk: all behind it fail too.
+//   MERIVANE_FAULT=KIND:N       KIND is write, sync, open, rename, read, map, allocation or start
+//   (of a
+//                               process or a thread). A write that fails is a full disk: all
+//                               behind it fail too.
 //   MERIVANE_FAULT=KIND:N:stay  all behind it fail too.
 //   MERIVANE_FAULT=KIND:N:kill  the program is killed in place of the call.
 //   MERIVANE_FAULT_COUNTS=FILE  gets a line "KIND COUNT" for each kind when the program ends.
 //
-// Standard output and standard error are left alone.
+// Standard output and standard error are left alone. Calls of child processes count with the
+// others.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -29,15 +33,17 @@ void* __libc_realloc(void*, size_t);
 
 namespace {
 
-enum Kind { kWrite, kSync, kOpen, kRename, kRead, kMap, kAllocation, kKinds };
-constexpr const char* kNames[] = {"write", "sync", "open", "rename", "read", "map", "allocation"};
+enum Kind { kWrite, kSync, kOpen, kRename, kRead, kMap, kAllocation, kStart, kKinds };
+constexpr const char* kNames[] = {"write", "sync", "open",       "rename",
+                                  "read",  "map",  "allocation", "start"};
 
 bool armed = false;
 int kind = kKinds;
 long at = 0;
 bool killed = false;
 bool stays = false;
-long counts[kKinds];
+long ownCounts[kKinds];
+long* counts = ownCounts;  // shared with the child processes once main begins
 
 void ReadWish() {
   const char* wish = std::getenv("MERIVANE_FAULT");
@@ -79,6 +85,9 @@ int (*programMain)(int, char**, char**) = nullptr;
 
 int ArmedMain(int argc, char** argv, char** environment) {
   ReadWish();
+  void* shared =
+      mmap(nullptr, sizeof ownCounts, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (shared != MAP_FAILED) counts = static_cast<long*>(shared);
   armed = true;
   return programMain(argc, argv, environment);
 }
@@ -206,6 +215,17 @@ FILE* fopen64(const char* path, const char* mode) {
 int rename(const char* from, const char* to) {
   if (Fails(kRename, EACCES)) return -1;
   return CallReal(&rename, "rename", from, to);
+}
+
+pid_t fork() {
+  if (Fails(kStart, EAGAIN)) return -1;
+  return CallReal(&fork, "fork");
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
+                   void* argument) {
+  if (Fails(kStart, EAGAIN)) return EAGAIN;
+  return CallReal(&pthread_create, "pthread_create", thread, attributes, run, argument);
 }
 
 void* malloc(size_t size) {

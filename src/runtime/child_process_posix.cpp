@@ -1,12 +1,48 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
 
 #include "runtime/child_process.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::runtime {
+
+namespace {
+
+[[noreturn]] void CanNotStart() {
+  throw RunTimeError(kDeviceIoError,
+                     std::string("a process can't be started: ") + std::strerror(errno));
+}
+
+// Leaves by _exit, so that nothing of the parent is flushed or closed twice.
+[[noreturn]] void RunChild(const std::function<void(int pipe)>& work, pid_t parent, int inherited) {
+  DieWithParent(parent);
+  const int pipe = KeepAlone(inherited);
+  const int nowhere = open("/dev/null", O_RDWR);
+  if (nowhere >= 0) dup2(nowhere, STDERR_FILENO);
+  const rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
+  setrlimit(RLIMIT_CORE, &noCore);
+  for (const int number : {SIGSEGV, SIGABRT, SIGTRAP, SIGPIPE}) std::signal(number, SIG_DFL);
+  try {
+    work(pipe);
+  } catch (...) {
+    _exit(1);
+  }
+  _exit(0);
+}
+
+}  // namespace
 
 int KeepAlone(int pipe) {
   constexpr int kFirst = STDERR_FILENO + 1;
@@ -19,6 +55,59 @@ int KeepAlone(int pipe) {
 void DieWithParent(pid_t parent) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(1);
+}
+
+void SendOrExit(int pipe, const void* data, std::size_t size) {
+  std::string_view bytes(static_cast<const char*>(data), size);
+  while (!bytes.empty()) {
+    const ssize_t written = write(pipe, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) _exit(1);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+ForkedChild::ForkedChild(const std::function<void(int pipe)>& work) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) CanNotStart();
+  const pid_t parent = getpid();
+  id_ = fork();
+  if (id_ == 0) RunChild(work, parent, ends[1]);
+  const int failure = errno;
+  close(ends[1]);
+  pipe_ = ends[0];
+  if (id_ > 0) return;
+  close(pipe_);
+  errno = failure;
+  CanNotStart();
+}
+
+ForkedChild::~ForkedChild() {
+  close(pipe_);
+  kill(id_, SIGKILL);
+  while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+bool ForkedChild::Receive(void* data, std::size_t size, Clock::time_point deadline,
+                          const std::function<void()>& beat) const {
+  constexpr std::int64_t kBetweenBeats = 20;  // milliseconds
+  auto* at = static_cast<char*>(data);
+  while (size > 0) {
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    if (left.count() <= 0) return false;
+    pollfd ready{.fd = pipe_, .events = POLLIN, .revents = 0};
+    beat();
+    const auto wait = std::min<std::int64_t>(left.count(), kBetweenBeats);
+    if (poll(&ready, 1, static_cast<int>(wait)) <= 0) continue;
+    const ssize_t got = read(pipe_, at, size);
+    if (got == 0 || (got < 0 && errno != EINTR)) return false;
+    if (got < 0) continue;
+    at += got;
+    size -= static_cast<std::size_t>(got);
+  }
+  return true;
 }
 
 }  // namespace merivane::runtime

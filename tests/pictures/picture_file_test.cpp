@@ -1,5 +1,8 @@
 #include "pictures/picture_file.h"
 
+#include <cstdlib>
+
+#include "error_of.h"
 #include "runtime/run_time_error.h"
 #include "temporary_folder.h"
 
@@ -51,6 +54,21 @@ TEST(PictureFileTest, APlaceThatRefusesIsTold) {
     EXPECT_THROW(WritePictures({Drawing(10)}, folder.Path(name)), RunTimeError) << name;
   }
 }
+
+#ifndef _WIN32
+TEST(PictureFileTest, WhatCannotBeRenderedIsToldAndTheFileStays) {
+  const TemporaryFolder folder;
+  setenv("FONTCONFIG_FILE", folder.Write("fonts.conf", "<fontconfig/>").c_str(), 1);
+  for (const char* name : {"a.png", "a.pdf"}) {
+    const std::string path = folder.Write(name, "old");
+    std::string told;
+    EXPECT_EQ(ErrorOf([&] { WritePictures({Drawing(10)}, path); }, &told), kDeviceIoError);
+    EXPECT_EQ(told, "the picture can't be drawn: no font is installed");
+    EXPECT_EQ(ReadFile(path), "old");
+  }
+  unsetenv("FONTCONFIG_FILE");
+}
+#endif
 
 }  // namespace
 }  // namespace merivane::test

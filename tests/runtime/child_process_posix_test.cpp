@@ -6,6 +6,11 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
+#include <new>
+#include <vector>
 
 #include "runtime/child_process.h"
 
@@ -54,6 +59,30 @@ TEST(ChildProcess, HoldsNothingOfItsParentAndEndsWithIt) {
   EXPECT_TRUE(IsLetGo(report[0]));
   close(report[0]);
   close(screen[0]);
+}
+
+// What breaks in a child is told to who waits for it, at once.
+TEST(ChildProcess, GivesWhatItWorkedOutOrTellsThatItCameToNothing) {
+  const auto deadline = ForkedChild::Clock::now() + std::chrono::minutes(1);
+  int beats = 0;
+  const auto beat = [&] { ++beats; };
+  const ForkedChild sound([](int pipe) {
+    usleep(100'000);
+    const std::vector<int> many(100'000, 7);  // more than a pipe holds
+    SendOrExit(pipe, many.data(), many.size() * sizeof(int));
+  });
+  std::vector<int> got(100'000);
+  EXPECT_TRUE(sound.Receive(got.data(), got.size() * sizeof(int), deadline, beat));
+  EXPECT_EQ(got, std::vector<int>(100'000, 7));
+  EXPECT_GT(beats, 1);
+  EXPECT_FALSE(sound.Receive(got.data(), 1, deadline, beat));
+  for (const auto& work : std::initializer_list<std::function<void(int)>>{
+           [](int) { std::abort(); }, [](int) { throw std::bad_alloc(); }, [](int) {}}) {
+    EXPECT_FALSE(ForkedChild(work).Receive(got.data(), 1, deadline, beat));
+  }
+  const ForkedChild slow([](int) { pause(); });
+  EXPECT_FALSE(
+      slow.Receive(got.data(), 1, ForkedChild::Clock::now() + std::chrono::milliseconds(50), beat));
 }
 
 }  // namespace
