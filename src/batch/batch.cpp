@@ -17,6 +17,7 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch check plan.xml --against plan.mdb --project 1
   merivane-batch to-project model.txt --database plan.mdb --xml plan.xml
   merivane-batch to-project model.txt --database plan.mdb --append --choose "Main line"
+  merivane-batch to-project --from plan.mdb --project 1 --database next.mdb --xml next.xml
   merivane-batch projects plan.mdb --json
   merivane-batch to-model --database plan.mdb --project 1 --output again.txt
   merivane-batch to-model --xml plan.xml --interim plan.mdb --merge 1 --output merged.txt
@@ -60,7 +61,13 @@ void AddCommonOptions(CLI::App* command, CommandLine& line) {
 CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
   ToProjectOptions& options = line.toProject;
   CLI::App* command = app.add_subcommand("to-project", "translate a model text into a plan");
-  AddName(command, "MODEL", options.model, "Neutral Text file (.txt)")->required();
+  auto* model = AddName(command, "MODEL", options.model, "Neutral Text file (.txt)");
+  auto* from = AddName(command, "--from", options.from,
+                       "database whose model is planned again, in the place of a text (.mdb)");
+  auto* project =
+      command->add_option("--project", options.project, "id or name of the project in --from");
+  from->needs(project)->excludes(model);
+  project->needs(from);
   AddName(command, "--database", options.database,
           "database to write (.mdb); with --mpx or --xml the interim database")
       ->required();
@@ -75,9 +82,16 @@ CLI::App* AddToProject(CLI::App& app, CommandLine& line) {
       ->add_option("--choose", options.choices,
                    "scenario or decomposition to take where the program asks, in order")
       ->allow_extra_args(false);
-  command->add_flag("--own-text", options.ownText,
-                    "take a text that Merivane wrote, too: it is in the form that Celvar imports");
+  command
+      ->add_flag("--own-text", options.ownText,
+                 "take a text that Merivane wrote, too: it is in the form that Celvar imports")
+      ->excludes(from);
   AddCommonOptions(command, line);
+  command->callback([&options] {
+    if (options.model.empty() && options.from.empty()) {
+      throw CLI::RequiredError("MODEL or --from");
+    }
+  });
   return command;
 }
 

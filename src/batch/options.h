@@ -24,6 +24,8 @@ struct CommonOptions {
 
 struct ToProjectOptions {
   std::string model;
+  std::string from;  // or a database with its project
+  std::string project;
   std::string database;
   std::string mpx;
   std::string xml;

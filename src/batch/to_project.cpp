@@ -8,10 +8,12 @@
 #include "session.h"
 #include "shell/browse.h"
 #include "shell/source_proof.h"
+#include "translator/stored_model.h"
 
 namespace merivane::batch {
 
 using namespace neutraltext;
+using namespace translator;
 
 namespace {
 
@@ -67,6 +69,7 @@ bool BrowseFiles(Session& session, const ToProjectOptions& options) {
 }
 
 void SettleForm(Session& session, const ToProjectOptions& options) {
+  if (!options.from.empty()) return;
   session.program.modelToProject.takesOwnText = options.ownText;
   if (options.ownText || !IsOwnText(options.model)) return;
   session.Say(options.model +
@@ -74,13 +77,40 @@ void SettleForm(Session& session, const ToProjectOptions& options) {
               "read.");
 }
 
+// The project of --from; nothing, with the reason, where it holds no model.
+std::optional<StoredModel> FindModel(Session& session, const ToProjectOptions& options,
+                                     std::string& reason) try {
+  Workspace& workspace = session.program.workspace;
+  const auto project = FindProject(ListProjects(workspace, options.from), options.project, reason);
+  if (!project) return std::nullopt;
+  const StoredModel model{options.from, *project};
+  if (HoldsModel(workspace, model)) return model;
+  reason = options.from +
+           " holds no model of that project, only a plan: to-model --database makes "
+           "a model text of it.";
+  return std::nullopt;
+} catch (const RunTimeError& error) {
+  reason = options.from + " can't be used: " + Session::ReasonOf(options.from, error);
+  return std::nullopt;
+}
+
+bool PickSource(Session& session, const ToProjectOptions& options) {
+  frmIDEF3ToProject& form = session.main.modelToProject;
+  if (options.from.empty()) return session.Browse(options.model, [&] { return form.PickModel(); });
+  std::string reason;
+  form.Stored = FindModel(session, options, reason);
+  if (!form.Stored) session.Say(reason);
+  return form.Stored.has_value();
+}
+
 int Translate(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   session.main.mnuIDEF3ToProject();
-  if (!session.Browse(options.model, [&] { return form.PickModel(); })) return kRefused;
+  if (!PickSource(session, options)) return kRefused;
   if (!BrowseFiles(session, options)) return kRefused;
   SettleForm(session, options);
-  if (!ProveModelText(session.program.modelToProject, options.model)) return kFailed;
+  if (!form.Stored && !ProveModelText(session.program.modelToProject, options.model))
+    return kFailed;
   if (!BrowseDatabase(session, options)) return kRefused;
   const std::optional<RunTimeError>& failure = form.PickFailure;
   if (failure && IsMachineFault(failure->Number())) return session.Fail(options.database, *failure);
@@ -102,6 +132,7 @@ int RunToProject(Session& session, const ToProjectOptions& options) {
   const char* databaseWord = options.overwrite || options.append ? "" : "--overwrite or --append";
   const char* fileWord = options.force ? "" : "--force to replace it";
   if (!session.Admits({{"the model", options.model},
+                       {"--from", options.from},
                        {"--database", options.database, true, databaseWord},
                        {"--mpx", options.mpx, true, fileWord},
                        {"--xml", options.xml, true, fileWord}})) {

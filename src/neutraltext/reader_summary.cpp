@@ -1,3 +1,4 @@
+#include "neutraltext/modGlobal.h"
 #include "reader_lines.h"
 #include "reader_sections.h"
 #include "runtime/conversions.h"
@@ -27,17 +28,6 @@ Summary ReadSummaryFields(ModelToProject& state) {
   return summary;
 }
 
-// Walks on with the longer name; rows passed before are not looked at again.
-std::string NameApartFromOthers(ModelToProject& state, Recordset& projects, std::string name) {
-  if (state.gOverwriteDb || projects.Bof() || projects.Eof()) return name;
-  for (projects.MoveFirst(); !projects.Eof(); projects.MoveNext()) {
-    if (Equal(projects.Field("PROJ_NAME"), name)) {
-      name += "(" + std::to_string(state.gMspProjId) + ")";
-    }
-  }
-  return name;
-}
-
 void AddProject(ModelToProject& state, const Summary& summary) {
   Recordset projects = Ask(state.gMspConn.get(), "select * from MSP_PROJECTS");
   const std::string name = NameApartFromOthers(state, projects, ToText(summary.name));
@@ -62,6 +52,17 @@ void AddProject(ModelToProject& state, const Summary& summary) {
 }
 
 }  // namespace
+
+// Rows passed before the name grew are not looked at again.
+std::string NameApartFromOthers(ModelToProject& state, Recordset& projects, std::string name) {
+  if (state.gOverwriteDb || projects.Bof() || projects.Eof()) return name;
+  for (projects.MoveFirst(); !projects.Eof(); projects.MoveNext()) {
+    if (Equal(projects.Field("PROJ_NAME"), name)) {
+      name += "(" + std::to_string(state.gMspProjId) + ")";
+    }
+  }
+  return name;
+}
 
 void ReadSummary(ModelToProject& state) {
   const Summary summary = ReadSummaryFields(state);

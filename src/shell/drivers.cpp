@@ -1,5 +1,7 @@
 #include "shell/drivers.h"
 
+#include <functional>
+
 #include "mspdi/plan_writer.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
@@ -19,15 +21,10 @@ void WriteXml(ModelToProject& state, const std::string& fileName) {
   mspdi::WritePlan(*state.gMspConn, state.gMspProjId, state.desktop.Today(), fileName);
 }
 
-}  // namespace
-
-bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
-                      const std::string& mpxFileName, const std::string& xmlFileName) {
+bool Generated(ModelToProject& state, const std::function<void()>& steps) {
   bool done = false;
   try {
-    ReadNeutralText(state, textFileName);
-    TranslateToProject(state, mpxFileName);
-    WriteXml(state, xmlFileName);
+    steps();
     CloseMspConnection(state);
     done = true;
   } catch (const RunTimeError& error) {
@@ -38,6 +35,28 @@ bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
   }
   ReleaseNeutralTextFile(state);
   return done;
+}
+
+}  // namespace
+
+bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
+                      const std::string& mpxFileName, const std::string& xmlFileName) {
+  return Generated(state, [&] {
+    ReadNeutralText(state, textFileName);
+    TranslateToProject(state, mpxFileName);
+    WriteXml(state, xmlFileName);
+  });
+}
+
+bool GenerateFromStoredModel(ModelToProject& state, const StoredModel& model,
+                             const std::string& mpxFileName, const std::string& xmlFileName) {
+  return Generated(state, [&] {
+    if (!state.gMspConn) throw RunTimeError(kObjectNotSet);
+    TakeStoredModel(state, model);
+    TranslateToProject(state, mpxFileName);
+    TakeStartDate(state, model);
+    WriteXml(state, xmlFileName);
+  });
 }
 
 void CloseMspConnection(ModelToProject& state) {

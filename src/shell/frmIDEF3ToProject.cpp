@@ -18,6 +18,7 @@ void frmIDEF3ToProject::Load() {
   txtDatabase_xml = txtXml = TextBox{};
   SSTabGenerateOpt = kDatabaseTab;
   CkLaunchMsprojApp = {};
+  Stored.reset();
   GenerateResult.reset();
   Result = {};
   BackupName.clear();
@@ -184,7 +185,7 @@ bool frmIDEF3ToProject::Validate() {
     desktop_.ShowMessage({text});
     return false;
   };
-  if (txtCelvarFilename.text.empty()) {
+  if (!Stored && txtCelvarFilename.text.empty()) {
     return refuse("Please Select Source Celvar Text Filename");
   }
   if (DatabaseTabActive()) {
@@ -248,7 +249,10 @@ void frmIDEF3ToProject::Generate() {
   CancellableRun run;
   run.take = [this] { return TakeDatabase(); };
   if (KeepBackup) run.targets = {database, Copy::kUntilDone, txtMpx.text};
-  run.driver = [&] { return GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, xml); };
+  run.driver = [&] {
+    return Stored ? GenerateFromStoredModel(state_, *Stored, txtMpx.text, xml)
+                  : GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, xml);
+  };
   run.drop = [this] { DropRun(); };
   GenerateResult = RunUntilCancelled(state_, run).done;
   Result = ResultOf(database);
@@ -265,7 +269,10 @@ RunResult frmIDEF3ToProject::ResultOf(const std::string& database) try {
   if (!GenerateResult) {
     return {"cancelled, nothing written; " + database + " is as it was before the run", ""};
   }
-  if (!*GenerateResult) return {"the plan was not finished: " + txtCelvarFilename.text, ""};
+  if (!*GenerateResult) {
+    return {"the plan was not finished: " + (Stored ? Stored->database : txtCelvarFilename.text),
+            ""};
+  }
   Connection connection(state_.workspace);
   connection.Open(ConnectionText(database), OpenMode::kReadOnly);
   const std::string project = std::to_string(state_.gMspProjId);

@@ -22,6 +22,10 @@ void PadToFiveDigits(std::string& text);
 void ValidateUobName(ModelToProject& state, const std::string& name);
 void ValidateObjectName(ModelToProject& state, const std::string& name);
 
+// The name under which a further project comes into gMspConn, told apart from those of `projects`.
+// Of an overwritten database the name stays.
+std::string NameApartFromOthers(ModelToProject& state, Recordset& projects, std::string name);
+
 // Loads a Neutral Text file into the interim tables of gMspConn under gMspProjId. A failure while
 // reading is reported and leaves the rows so far and the file open; a file that can't be opened
 // ends the program.

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "program/program.h"
+#include "translator/stored_model.h"
 
 namespace merivane::shell {
 
@@ -14,6 +15,10 @@ using namespace program;
 // isn't written.
 bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
                       const std::string& mpxFileName, const std::string& xmlFileName = {});
+
+// The same for the model of another database.
+bool GenerateFromStoredModel(ModelToProject& state, const translator::StoredModel& model,
+                             const std::string& mpxFileName, const std::string& xmlFileName);
 
 // Closes gMspConn and drops it.
 void CloseMspConnection(ModelToProject& state);

@@ -12,6 +12,7 @@
 #include "shell/kept_files.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
+#include "translator/stored_model.h"
 
 namespace merivane::shell {
 
@@ -35,6 +36,8 @@ class frmIDEF3ToProject : public Form {
   TextBox txtMpx;
   TextBox txtDatabase_xml;
   TextBox txtXml;
+  // Translated in the place of txtCelvarFilename, which stays empty.
+  std::optional<translator::StoredModel> Stored;
   std::string XmlStandIn;  // where the XML is written in txtXml's stead; empty: there
   std::string SSTabGenerateOpt = kDatabaseTab;  // caption of the active tab
   CheckBox CkLaunchMsprojApp;
