@@ -59,6 +59,7 @@ void ModelToProjectWindow::Check() {
     desktop_.ShowMessage({"Please Select Source Celvar Text Filename"});
     return;
   }
+  desktop_.TellAbout(model);
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
     auto* list = new CheckWindow(model, inspect::CheckModel(model, desktop_.TemplatePath()),
@@ -69,6 +70,9 @@ void ModelToProjectWindow::Check() {
   }
 }
 
-void ModelToProjectWindow::Ok() { RunOk(form_); }
+void ModelToProjectWindow::Ok() {
+  desktop_.TellAbout(form_.txtCelvarFilename.text);
+  RunOk(form_);
+}
 
 }  // namespace merivane::desktop

@@ -149,7 +149,9 @@ void PictureWindow::Export() {
   const bool written = desktop_.WriteAnew(
       path, [this](const std::string& standIn) { pictures::WritePictures(pictures_, standIn); });
   if (!written) return;
-  statusBar()->showMessage("Written: " + PathToQt(path));
+  const QString result = "Written: " + PathToQt(path);
+  statusBar()->showMessage(result);
+  desktop_.LogResult(result, PathToQt(path));
 }
 
 void PictureWindow::Print() {

@@ -89,6 +89,7 @@ std::pair<std::string, std::string> ProjectToModelWindow::PlanAndInterim() const
 
 void ProjectToModelWindow::Preview() {
   const auto [plan, interim] = PlanAndInterim();
+  desktop_.TellAbout(plan);
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
     auto* table = new PreviewWindow(
@@ -108,6 +109,10 @@ void ProjectToModelWindow::Draw() {
   DrawComboBox(projects_, form_.comboProject);
 }
 
-void ProjectToModelWindow::Ok() { RunOk(form_); }
+void ProjectToModelWindow::Ok() {
+  const bool fromDatabase = form_.SSTabInput == frmProjectToIDEF3::kDatabaseTab;
+  desktop_.TellAbout(fromDatabase ? form_.txtDatabase.text : PlanAndInterim().first);
+  RunOk(form_);
+}
 
 }  // namespace merivane::desktop

@@ -82,6 +82,7 @@ QtDesktop::~QtDesktop() { SetMousePointer(kPointerDefault); }
 
 void QtDesktop::Run(const std::function<void()>& handler) {
   if (ended_ || breathing_) return;
+  const QScopedValueRollback<std::string> about(about_, {});
   try {
     RunReported(handler);
     if (!endsBehindRun_) return;
@@ -178,7 +179,8 @@ MessageAnswer QtDesktop::ShowMessage(const Message& message) {
   box.setWindowTitle(message.title.empty() ? QString::fromLatin1(kApplicationTitle)
                                            : ToQt(message.title));
   SetWholeText(box, BreakableText(ToQt(message.text)));
-  box.setInformativeText(BreakableText(AdviceOn(message)));
+  const QString advice = AdviceOn(message);
+  box.setInformativeText(BreakableText(advice));
   if (message.icon == MessageIcon::kCritical) box.setIcon(QMessageBox::Critical);
   if (message.icon == MessageIcon::kExclamation) box.setIcon(QMessageBox::Warning);
   const bool asks = message.buttons == MessageButtons::kYesNo;
@@ -187,9 +189,17 @@ MessageAnswer QtDesktop::ShowMessage(const Message& message) {
   for (QAbstractButton* button : box.buttons()) button->setIcon({});
   LeaveRoomForTitle(box);
   if (!asks) ++messageCount_;
+  const QDateTime time = QDateTime::currentDateTime();
   Execute(box);
-  if (!asks) return MessageAnswer::kOk;
-  return box.result() == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+  const MessageAnswer answer = !asks                              ? MessageAnswer::kOk
+                               : box.result() == QMessageBox::Yes ? MessageAnswer::kYes
+                                                                  : MessageAnswer::kNo;
+  log_.AddBox(time, message, answer, PathToQt(about_), advice);
+  return answer;
+}
+
+void QtDesktop::LogResult(const QString& text, const QString& file) {
+  log_.AddResult(text, file.isEmpty() ? PathToQt(about_) : file);
 }
 
 void QtDesktop::Beep() { QApplication::beep(); }
@@ -198,7 +208,7 @@ std::string QtDesktop::AskFileName(const FileDialog& dialog) {
   if (givenName_) {
     std::string name = *givenName_;
     givenName_.reset();
-    return name;
+    return about_ = name;
   }
   QString name;
   {
@@ -206,7 +216,7 @@ std::string QtDesktop::AskFileName(const FileDialog& dialog) {
     name = fileNames_.Ask(dialog, Parent());
   }
   if (ended_) EndProgram();
-  return name.toStdString();
+  return about_ = name.toStdString();
 }
 
 void QtDesktop::SetMousePointer(int pointer) {

@@ -33,6 +33,7 @@ QPushButton* ResultLine::AddButton(QStatusBar& bar, const char* name, const char
 }
 
 void ResultLine::Show(const QString& text, const QString& file) {
+  desktop_.LogResult(text, file);
   label_->setText(text);
   label_->setToolTip(text);
   written_ = file;

@@ -33,6 +33,12 @@ ResultModel::ResultModel(QStringList headings, std::vector<Row> rows, int number
       rows_(std::move(rows)),
       numberColumn_(numberColumn) {}
 
+void ResultModel::Append(Row row) {
+  beginInsertRows({}, rowCount(), rowCount());
+  rows_.push_back(std::move(row));
+  endInsertRows();
+}
+
 int ResultModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
@@ -79,6 +85,7 @@ ResultTable::ResultTable(const char* name, ResultModel* model, const QString& su
   filter_->setClearButtonEnabled(true);
   connect(filter_, &QLineEdit::textChanged, shown_, &QSortFilterProxyModel::setFilterFixedString);
   connect(filter_, &QLineEdit::textChanged, this, &ResultTable::TellCount);
+  connect(shown_, &QAbstractItemModel::rowsInserted, this, &ResultTable::TellCount);
   AddKey(QKeySequence::Find, [this] { filter_->setFocus(); });
   AddKey(QKeySequence::Save, [this] { Save(); });
   AddKey(QKeySequence::Print, [this] { Print(); });

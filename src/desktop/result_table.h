@@ -26,7 +26,10 @@ class ResultModel : public QAbstractTableModel {
     QColor colour;
   };
 
+  // `numberColumn`: -1 where none holds numbers.
   ResultModel(QStringList headings, std::vector<Row> rows, int numberColumn, QObject* parent);
+
+  void Append(Row row);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

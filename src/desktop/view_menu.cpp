@@ -9,6 +9,7 @@
 
 #include "desktop/qt_desktop.h"
 #include "help_context.h"
+#include "log_window.h"
 #include "picture_window.h"
 #include "pictures/chart.h"
 #include "pictures/diagram.h"
@@ -26,6 +27,7 @@ namespace {
 constexpr int kMenuContext = 1012;
 constexpr int kDiagramContext = 1013;
 constexpr int kChartContext = 1014;
+constexpr int kLogContext = 1015;
 
 // What the reader's boxes said, for the status bar.
 QString NoteOf(const QuietDesktop& desktop) {
@@ -72,15 +74,21 @@ ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Wor
   AddItem(*menu, "mnuProcessDiagram", "Process &diagram...", kDiagramContext,
           &ViewMenu::ShowDiagram);
   AddItem(*menu, "mnuPlanChart", "Plan &chart...", kChartContext, &ViewMenu::ShowChart);
+  menu->addSeparator();
+  QAction* log =
+      AddItem(*menu, "mnuMessageLog", "&Messages of this session", kLogContext, &ViewMenu::ShowLog);
+  log->setShortcut(QKeySequence("Ctrl+L"));
+  log->setShortcutContext(Qt::ApplicationShortcut);
 }
 
-void ViewMenu::AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
-                       void (ViewMenu::*show)()) {
+QAction* ViewMenu::AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
+                           void (ViewMenu::*show)()) {
   QAction* action = menu.addAction(text);
   action->setObjectName(name);
   SetHelpContext(action, helpContext);
   connect(action, &QAction::triggered, this,
           [this, show] { desktop_.Run([this, show] { (this->*show)(); }); });
+  return action;
 }
 
 void ViewMenu::ShowDiagram() {
@@ -141,6 +149,14 @@ void ViewMenu::ShowChart() {
     note = ToQt(chart.front().description);
     return chart;
   });
+}
+
+void ViewMenu::ShowLog() {
+  QDialog* open = window_.findChild<QDialog*>("logWindow");
+  if (open == nullptr) open = new LogWindow(desktop_.Log(), desktop_, &window_);
+  open->showNormal();
+  open->raise();
+  open->activateWindow();
 }
 
 void ViewMenu::ShowPictures(

@@ -29,10 +29,11 @@ class ViewMenu : public QObject {
            Progress& progress);
 
  private:
-  void AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
-               void (ViewMenu::*show)());
+  QAction* AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
+                   void (ViewMenu::*show)());
   void ShowDiagram();
   void ShowChart();
+  void ShowLog();
   void ShowText(const std::string& path);
   void ShowDatabase(const std::string& path);
   // Draws, as a run of `progress`, and shows what came of it in a window; without a picture a box

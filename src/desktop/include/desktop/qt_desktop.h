@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "desktop/file_names.h"
+#include "desktop/session_log.h"
 #include "platform/desktop.h"
 #include "shell/form.h"
 
@@ -78,6 +79,13 @@ class QtDesktop : public Desktop {
   // Opens a file or a folder in the program that the user has for it.
   void OpenPlace(const QString& path);
 
+  // All that was told so far. What a handler tells is about the file that it last asked for, or
+  // that it named by TellAbout (UTF-8).
+  SessionLog& Log() { return log_; }
+  void TellAbout(const std::string& file) { about_ = file; }
+  // A line of a status bar, and the file that it is about; empty: that of the handler.
+  void LogResult(const QString& text, const QString& file);
+
   // Boxes shown so far, without those that asked something.
   int MessageCount() const { return messageCount_; }
 
@@ -121,6 +129,8 @@ class QtDesktop : public Desktop {
   std::optional<std::string> givenName_;
   std::vector<std::function<void()>> waits_;  // leaves each nested event loop, innermost last
   std::string whyNotOpen_;
+  SessionLog log_;
+  std::string about_;
   int pointer_ = kPointerDefault;
   bool pointerShown_ = false;  // an override cursor of ours is on Qt's stack
   int messageCount_ = 0;
