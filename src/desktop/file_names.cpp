@@ -6,6 +6,7 @@
 #include <QStandardPaths>
 
 #include "qt_text.h"
+#include "recent_files.h"
 
 namespace merivane::desktop {
 
@@ -15,27 +16,39 @@ DialogFileNames::DialogFileNames()
 }
 
 QString DialogFileNames::Ask(const FileDialog& dialog, QWidget* parent) {
-  Remember(PathToQt(dialog.current));
-  QFileDialog picker(parent, ToQt(dialog.title), folder_);
+  const QStringList filter = ToQt(dialog.filter).split('|');
+  const QString ending = QFileInfo(filter.last()).suffix();
+  QFileDialog picker(parent, ToQt(dialog.title), StartOf(PathToQt(dialog.current), ending));
   picker.setWindowModality(Qt::WindowModal);
   if (dialog.newName) {
     picker.setAcceptMode(QFileDialog::AcceptSave);
     picker.setOption(QFileDialog::DontConfirmOverwrite);
   }
   picker.setFileMode(QFileDialog::AnyFile);
-  const QStringList filter = ToQt(dialog.filter).split('|');
   picker.setNameFilter(filter.first());
-  picker.setDefaultSuffix(QFileInfo(filter.last()).suffix());
+  picker.setDefaultSuffix(ending);
   picker.setLabelText(QFileDialog::Accept, QStringLiteral("Select"));
   const bool picked = picker.exec() == QDialog::Accepted;
   folder_ = picker.directory().absolutePath();
-  return picked ? QDir::toNativeSeparators(picker.selectedFiles().value(0)) : QString();
+  if (!picked) return {};
+  const QString name = picker.selectedFiles().value(0);
+  KeepLastFolder(ending, QFileInfo(name).absolutePath());
+  return QDir::toNativeSeparators(name);
 }
 
 void DialogFileNames::Remember(const QString& name) {
   if (name.isEmpty()) return;
   const QString folder = QFileInfo(name).absolutePath();
-  if (QFileInfo(folder).isDir()) folder_ = folder;
+  if (!QFileInfo(folder).isDir()) return;
+  folder_ = folder;
+  KeepLastFolder(QFileInfo(name).suffix(), folder);
+}
+
+QString DialogFileNames::StartOf(const QString& current, const QString& ending) const {
+  const QString folder = QFileInfo(current).absolutePath();
+  if (!current.isEmpty() && QFileInfo(folder).isDir()) return folder;
+  const QString last = LastFolder(ending);
+  return last.isEmpty() ? folder_ : last;
 }
 
 }  // namespace merivane::desktop

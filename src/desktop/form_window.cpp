@@ -23,6 +23,7 @@
 #include "help_context.h"
 #include "path_field.h"
 #include "qt_text.h"
+#include "recent_button.h"
 #include "shell/browse.h"
 
 namespace merivane::desktop {
@@ -177,9 +178,15 @@ void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   });
   connect(field->Edit(), &QLineEdit::editingFinished, this,
           [this, &box] { desktop_.RememberName(box.text); });
-  connect(field->Button(), &QPushButton::clicked, this,
-          [this, browse = row.browse] { Run(browse); });
-  targets_.push_back({field, row.extension, row.browse});
+  const auto browse = [this, &box, field, browse = row.browse] {
+    browse();
+    if (desktop_.WasPicked(box.text)) field->Recent()->Took(PathToQt(box.text));
+  };
+  connect(field->Button(), &QPushButton::clicked, this, [this, browse] { Run(browse); });
+  const PathTarget& target = targets_.emplace_back(PathTarget{field, row.extension, browse});
+  field->Recent()->OnPick = [this, target](const QString& name) {
+    Take(target, name.toStdString());
+  };
   draws_.emplace_back([field, &box] { field->Draw(box); });
 }
 

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "qt_text.h"
+#include "recent_button.h"
 
 namespace merivane::desktop {
 
@@ -17,8 +18,11 @@ constexpr int kLeastVisible = 16;
 
 }  // namespace
 
-PathField::PathField(const char* editName, const char* buttonName, const QString& accessibleName)
-    : edit_(new QLineEdit), button_(new QPushButton("...")) {
+PathField::PathField(const QString& form, const char* editName, const char* buttonName,
+                     const QString& accessibleName)
+    : edit_(new QLineEdit),
+      button_(new QPushButton("...")),
+      recent_(new RecentButton(form + '.' + editName, accessibleName)) {
   edit_->setObjectName(editName);
   edit_->setAccessibleName(accessibleName);
   edit_->setAcceptDrops(false);  // the window takes them
@@ -29,10 +33,14 @@ PathField::PathField(const char* editName, const char* buttonName, const QString
   button_->setAccessibleName("Browse: " + accessibleName);
   button_->setToolTip("Browse");
   button_->setMaximumWidth(button_->fontMetrics().horizontalAdvance("......") * 2);
+  recent_->setObjectName(QString(buttonName) + "_recent");
+  recent_->OpenFrom(*edit_);
+  recent_->OpenFrom(*button_);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(edit_, 1);
   row->addWidget(button_);
+  row->addWidget(recent_);
 }
 
 QSize PathField::sizeHint() const {

@@ -21,6 +21,7 @@
 #include "progress_dialog.h"
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
+#include "runtime/text.h"
 #include "shell/browse.h"
 #include "shell/form.h"
 #include "shell/kept_files.h"
@@ -132,6 +133,10 @@ void QtDesktop::RunWithFileName(const Form& form, const std::string& name,
   givenName_ = name;
   Run(form, handler);
   givenName_.reset();
+}
+
+bool QtDesktop::WasPicked(const std::string& name) const {
+  return !name.empty() && name == Trim(about_);
 }
 
 void QtDesktop::RememberName(const std::string& name) { fileNames_.Remember(PathToQt(name)); }

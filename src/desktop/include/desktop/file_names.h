@@ -20,7 +20,8 @@ class FileNames {
 };
 
 // A file dialog that starts in the folder of the name chosen so far, otherwise in that of the last
-// name, otherwise among the user's documents. For a file to be written it is a dialog that takes a
+// file of this kind, which is kept for each user, otherwise in that of the last name, otherwise
+// among the user's documents. For a file to be written it is a dialog that takes a
 // new name, and it doesn't ask about one that stands: the forms do.
 class DialogFileNames : public FileNames {
  public:
@@ -29,6 +30,8 @@ class DialogFileNames : public FileNames {
   void Remember(const QString& name) override;
 
  private:
+  QString StartOf(const QString& current, const QString& ending) const;
+
   QString folder_;
 };
 

@@ -46,6 +46,8 @@ class QtDesktop : public Desktop {
   // The same for a browse handler, with `name` as the answer of its file dialog.
   void RunWithFileName(const Form& form, const std::string& name,
                        const std::function<void()>& handler);
+  // True for the name that the running handler was given by its file dialog, without outer blanks.
+  bool WasPicked(const std::string& name) const;
   // A name that was typed into a box.
   void RememberName(const std::string& name);
   bool Ended() const { return ended_; }

@@ -1,0 +1,33 @@
+// Names of the files that were taken last, kept for each user.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace merivane::desktop {
+
+// One list under a key of the settings; lists of the same key are the same. A name stands in it
+// once, whatever it is that takes it again.
+class RecentFiles {
+ public:
+  RecentFiles(const QString& key, qsizetype most);
+
+  // The latest first, whether they are still there or not.
+  QStringList Names() const;
+  void Add(const QString& name);
+  void Forget(const QString& name);
+  void ForgetAll();
+
+ private:
+  void Keep(const QStringList& names);
+
+  QString key_;
+  qsizetype most_;
+};
+
+// The folder of the file that was taken last of each kind, which an ending tells ("mdb"). Empty
+// where none was taken, or where the folder is there no more.
+QString LastFolder(const QString& ending);
+void KeepLastFolder(const QString& ending, const QString& folder);
+
+}  // namespace merivane::desktop
