@@ -19,6 +19,8 @@ open_window() {
 
 translate() {
   local root=$1
+  [ -e "$(dirname "$(realpath "$root/usr/bin/merivane-batch")")/samples/onboarding.txt" ] ||
+    { echo "no samples in $root" >&2; exit 1; }
   for file in bin/merivane-batch share/man/man1/merivane-batch.1 \
     share/applications/merivane.desktop share/mime/packages/merivane.xml \
     share/icons/hicolor/scalable/apps/merivane.svg \

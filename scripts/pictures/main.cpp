@@ -78,6 +78,7 @@ class Studio {
   void TakeToProject();
   void TakeToModel();
   void TakePictureWindow();
+  void TakeLog();
   void TakeRest();
 
   QString folder_;
@@ -222,6 +223,13 @@ void Studio::TakePictureWindow() {
   picture->close();
 }
 
+void Studio::TakeLog() {
+  window_.findChild<QAction*>("mnuMessageLog")->trigger();
+  auto* log = window_.findChild<QDialog*>("logWindow");
+  Take(*log, "log");
+  log->close();
+}
+
 void Studio::TakeRest() {
   QWidget& paths = Open("mnuPath", "frmOptions");
   Take(paths, "paths");
@@ -251,6 +259,7 @@ bool Studio::TakeAll() {
   TakeToProject();
   TakeToModel();
   TakePictureWindow();
+  TakeLog();
   TakeRest();
   return good_;
 }

@@ -70,12 +70,13 @@ void FormWindow::Run(const std::function<void()>& handler) {
   Draw();
 }
 
-void FormWindow::TellResult(const RunResult& result, const std::string& backup, int messages) {
+void FormWindow::TellResult(const RunResult& result, const std::string& backup,
+                            const std::string& source, int messages) {
   if (!OnResult) return;
   QString text = result.text.empty() ? "Nothing written" : PathToQt(result.text);
   text[0] = text[0].toUpper();
   if (!backup.empty()) text += "; as it was before: " + PathToQt(backup);
-  OnResult(text + MessageNote(messages), PathToQt(result.file));
+  OnResult(text + MessageNote(messages), PathToQt(result.file), PathToQt(source));
 }
 
 void FormWindow::Draw() {
@@ -85,6 +86,7 @@ void FormWindow::Draw() {
 void FormWindow::Sync() {
   Draw();
   if (frame_ == nullptr) return;
+  if (OnSync) OnSync();
   const bool loadedNow = form_.IsLoaded() && !wasLoaded_;
   wasLoaded_ = form_.IsLoaded();
   if (form_.IsVisible()) {
@@ -167,8 +169,9 @@ void FormWindow::AddField(QFormLayout* rows, const char* label, const char* capt
 }
 
 void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
-  auto* field = new PathField(
-      row.edit, row.button, QString(row.spoken != nullptr ? row.spoken : row.caption).remove(':'));
+  auto* field =
+      new PathField(objectName(), row.edit, row.button,
+                    QString(row.spoken != nullptr ? row.spoken : row.caption).remove(':'));
   AddRow(rows, row.label, row.caption, field, field->Edit());
   order_.push_back(field->Edit());
   order_.push_back(field->Button());

@@ -46,8 +46,11 @@ class FormWindow : public QWidget {
   FormWindow(Form& form, QtDesktop& desktop, const char* caption, int helpContext);
   ~FormWindow() override;
 
-  // Told in a line what came of a translation, and the file that was written, if one was.
-  std::function<void(const QString& text, const QString& file)> OnResult;
+  // Told in a line what came of a translation, the file that was written, if one was, and the one
+  // that it was made of.
+  std::function<void(const QString& text, const QString& file, const QString& source)> OnResult;
+  // Called when the form was loaded, shown, hidden or unloaded, before the window follows.
+  std::function<void()> OnSync;
   // What came of the pick of a database; `undo` puts an emptied one back.
   std::function<void(const PickNote& note, const std::function<void()>& undo)> OnPick;
 
@@ -68,15 +71,16 @@ class FormWindow : public QWidget {
     };
     connect(this, &QObject::destroyed, [&form] { form.OnPick = nullptr; });
   }
-  // Runs OK of the form, and tells the result once the form is gone.
+  // Runs OK of the form on the file `source`, and tells the result once the form is gone.
   template <typename TheForm>
-  void RunOk(TheForm& form) {
+  void RunOk(TheForm& form, const std::string& source) {
+    desktop_.TellAbout(source);
     desktop_.SetWhyNotOpen(form.WhyNotOpen());
     const int before = desktop_.MessageCount();
     form.cmdOK();
     desktop_.SetWhyNotOpen({});
-    if (!form.IsLoaded())
-      TellResult(form.Result, form.BackupName, desktop_.MessageCount() - before);
+    if (form.IsLoaded()) return;
+    TellResult(form.Result, form.BackupName, source, desktop_.MessageCount() - before);
   }
   // Runs a handler and draws what it changed.
   void Run(const std::function<void()>& handler);
@@ -117,7 +121,8 @@ class FormWindow : public QWidget {
   void AddRow(QFormLayout* rows, const char* label, const char* caption, QWidget* field,
               QWidget* buddy);
   QPushButton* AddButton(const char* name, const char* caption);
-  void TellResult(const RunResult& result, const std::string& backup, int messages);
+  void TellResult(const RunResult& result, const std::string& backup, const std::string& source,
+                  int messages);
   void Sync();
   void ShowFrame(bool loadedNow);
   void HideFrame();

@@ -4,6 +4,7 @@
 #include <QDropEvent>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 #include <functional>
@@ -11,13 +12,17 @@
 #include "about_dialog.h"
 #include "help_context.h"
 #include "model_to_project_window.h"
+#include "opened_kind.h"
 #include "options_dialog.h"
 #include "program_picture.h"
 #include "project_to_model_window.h"
+#include "qt_text.h"
+#include "recent_list.h"
 #include "result_line.h"
 #include "runtime/code_page.h"
 #include "shell/browse.h"
 #include "splash_window.h"
+#include "start_page.h"
 #include "view_menu.h"
 #include "window_place.h"
 
@@ -54,20 +59,27 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
     : desktop_(desktop),
       main_(main),
       helpKey_(std::make_unique<HelpKey>(desktop)),
+      pages_(new QStackedWidget),
+      start_(new StartPage(PathToQt(desktop.AppPath()) + "/samples")),
       area_(new FormArea),
       result_(new ResultLine(*statusBar(), desktop)) {
   setObjectName("frmMain");
   setWindowTitle("Merivane: Celvar <--> Microsoft Project");
   setWindowIcon(ApplicationIcon());
   SetHelpContext(this, frmMain::kHelpContextId);
-  setCentralWidget(area_);
+  setCentralWidget(pages_);
+  for (QWidget* page : {static_cast<QWidget*>(start_), static_cast<QWidget*>(area_)}) {
+    pages_->addWidget(page);
+  }
   setAcceptDrops(true);
-  area_->setFocus();  // a menu that closes gives the focus back, and keeps it where none had it
+  start_->setFocus();  // a menu that closes gives the focus back, and keeps it where none had it
   new WindowPlace(*this, {fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 40});
   AddMenus();
   modelToProject_ = new ModelToProjectWindow(main_.modelToProject, desktop_);
   AddForm(modelToProject_);
-  AddForm(new ProjectToModelWindow(main_.projectToModel, desktop_));
+  projectToModel_ = new ProjectToModelWindow(main_.projectToModel, desktop_);
+  AddForm(projectToModel_);
+  ConnectStart();
   new OptionsDialog(main_.options, desktop_, this);
   new AboutDialog(main_.about, desktop_, this);
   new SplashWindow(main_.splash, this);
@@ -100,7 +112,8 @@ void MainWindow::AddMenus() {
     action->setMenuRole(QAction::NoRole);
     if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
   }
-  new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, main_.workspace, main_.progress);
+  view_ = new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, main_.workspace,
+                       main_.progress);
 }
 
 void MainWindow::Press(void (frmMain::*handler)()) {
@@ -108,9 +121,71 @@ void MainWindow::Press(void (frmMain::*handler)()) {
   desktop_.Run([&main, handler] { std::invoke(handler, main); });
 }
 
+void MainWindow::ConnectStart() {
+  start_->OnToPlan = [this] { Press(&frmMain::mnuIDEF3ToProject); };
+  start_->OnToModel = [this] { Press(&frmMain::mnuProjectToIDEF3); };
+  start_->OnAsk = [this] { AskForFile(); };
+  start_->OnOpen = [this](const QStringList& names) { OpenFiles(names); };
+  view_->OnAsk = [this] { AskForFile(); };
+  view_->OnShown = [this](const std::string& path) { start_->Recent().Add(PathToQt(path)); };
+}
+
+// A dialog that hides for a question is still the one at work.
+void MainWindow::ShowPage() {
+  const bool dialogs = main_.modelToProject.IsLoaded() || main_.projectToModel.IsLoaded();
+  QWidget* page = dialogs ? static_cast<QWidget*>(area_) : start_;
+  if (pages_->currentWidget() == page) return;
+  pages_->setCurrentWidget(page);
+  page->setFocus();
+}
+
+void MainWindow::AskForFile() {
+  std::string path;
+  desktop_.Run([&] {
+    path = desktop_.AskFileName({"Models and plans (*.txt *.mdb *.mpx *.xml);;All files (*)|*.txt",
+                                 "Open a model or a plan"});
+  });
+  if (!path.empty()) OpenFiles({PathToQt(path)});
+}
+
+void MainWindow::OpenFiles(const QStringList& names) {
+  if (names.size() != 1) {
+    desktop_.Run([this] { desktop_.ShowMessage({kOneFile, MessageIcon::kExclamation}); });
+  } else if (FileIsThere(names.front().toStdString())) {
+    OpenFile(names.front());
+  } else {
+    desktop_.Run([&] {
+      const std::string text = names.front().toStdString() + " is not there any more.";
+      desktop_.TellAbout(names.front().toStdString());
+      desktop_.ShowMessage({FromUtf8(text), MessageIcon::kExclamation});
+    });
+  }
+}
+
+// What no window shows goes into the box of the dialog that reads it.
+void MainWindow::OpenFile(const QString& name) {
+  switch (KindOfName(name)) {
+    case OpenedKind::kModel:
+      view_->ShowModel(name.toStdString());
+      break;
+    case OpenedKind::kDatabase:
+      view_->ShowPlan(name.toStdString());
+      break;
+    case OpenedKind::kMpx:
+    case OpenedKind::kXml:
+      Press(&frmMain::mnuProjectToIDEF3);
+      projectToModel_->TakeDropped({name});
+      start_->Recent().Add(name);
+      break;
+  }
+}
+
 void MainWindow::AddForm(FormWindow* window) {
-  window->OnResult = [this](const QString& text, const QString& file) {
+  window->OnSync = [this] { ShowPage(); };
+  window->OnResult = [this](const QString& text, const QString& file, const QString& source) {
     result_->ShowResult(text, file);
+    if (file.isEmpty()) return;
+    for (const QString& name : {source, file}) start_->Recent().Add(name);
   };
   window->OnPick = [this](const PickNote& note, const std::function<void()>& undo) {
     result_->ShowPick(note, undo);

@@ -70,9 +70,6 @@ void ModelToProjectWindow::Check() {
   }
 }
 
-void ModelToProjectWindow::Ok() {
-  desktop_.TellAbout(form_.txtCelvarFilename.text);
-  RunOk(form_);
-}
+void ModelToProjectWindow::Ok() { RunOk(form_, std::string(form_.txtCelvarFilename.text)); }
 
 }  // namespace merivane::desktop

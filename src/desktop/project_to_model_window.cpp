@@ -111,8 +111,8 @@ void ProjectToModelWindow::Draw() {
 
 void ProjectToModelWindow::Ok() {
   const bool fromDatabase = form_.SSTabInput == frmProjectToIDEF3::kDatabaseTab;
-  desktop_.TellAbout(fromDatabase ? form_.txtDatabase.text : PlanAndInterim().first);
-  RunOk(form_);
+  const std::string source = fromDatabase ? form_.txtDatabase.text : PlanAndInterim().first;
+  RunOk(form_, source);
 }
 
 }  // namespace merivane::desktop

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QTimer>
 
 #include "desktop/qt_desktop.h"
 #include "help_context.h"
@@ -17,7 +18,9 @@
 #include "platform/quiet_desktop.h"
 #include "qt_text.h"
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 #include "shell/browse.h"
+#include "shell/message_advice.h"
 #include "store/recordset.h"
 
 namespace merivane::desktop {
@@ -28,6 +31,7 @@ constexpr int kMenuContext = 1012;
 constexpr int kDiagramContext = 1013;
 constexpr int kChartContext = 1014;
 constexpr int kLogContext = 1015;
+constexpr int kOpenContext = 1016;
 
 // What the reader's boxes said, for the status bar.
 QString NoteOf(const QuietDesktop& desktop) {
@@ -71,6 +75,8 @@ ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Wor
   QAction* action = window.menuBar()->insertMenu(before, menu);
   action->setObjectName("mnuView");
   SetHelpContext(action, kMenuContext);
+  AddItem(*menu, "mnuOpen", "&Open a model or a plan...", kOpenContext, &ViewMenu::Ask)
+      ->setShortcut(QKeySequence::Open);
   AddItem(*menu, "mnuProcessDiagram", "Process &diagram...", kDiagramContext,
           &ViewMenu::ShowDiagram);
   AddItem(*menu, "mnuPlanChart", "Plan &chart...", kChartContext, &ViewMenu::ShowChart);
@@ -91,25 +97,45 @@ QAction* ViewMenu::AddItem(QMenu& menu, const char* name, const char* text, int 
   return action;
 }
 
+// Outside of the handler of the menu item, which is a run of its own.
+void ViewMenu::Ask() {
+  QTimer::singleShot(0, this, [this] { OnAsk(); });
+}
+
+void ViewMenu::ShowModel(const std::string& path) {
+  desktop_.Run([&] { Show(path, &ViewMenu::DrawText); });
+}
+
+void ViewMenu::ShowPlan(const std::string& path) {
+  desktop_.Run([&] { Show(path, &ViewMenu::DrawPlan); });
+}
+
+void ViewMenu::Show(const std::string& path, void (ViewMenu::*draw)(const std::string& path)) try {
+  if (path.empty()) return;
+  desktop_.TellAbout(path);
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  (this->*draw)(path);
+} catch (const RunTimeError& error) {
+  desktop_.ShowMessage({.text = error.Description(), .advice = PlanFileAdvice(path, error)});
+}
+
 void ViewMenu::ShowDiagram() {
   const std::string path =
       desktop_.AskFileName({"Models and translated models (*.txt *.mdb)|*.txt", "Process diagram"});
-  if (path.empty()) return;
-  const SavedMousePointer pointer(desktop_, kPointerHourglass);
-  if (HasExtension(path, "mdb")) {
-    ShowDatabase(path);
-  } else {
-    ShowText(path);
-  }
+  Show(path, HasExtension(path, "mdb") ? &ViewMenu::DrawDatabase : &ViewMenu::DrawText);
 }
 
-void ViewMenu::ShowText(const std::string& path) {
+void ViewMenu::ShowChart() {
+  Show(desktop_.AskFileName({"Plans (*.mdb)|*.mdb", "Plan chart"}), &ViewMenu::DrawPlan);
+}
+
+void ViewMenu::DrawText(const std::string& path) {
   QuietDesktop quiet;
   quiet.appPath = desktop_.AppPath();
   quiet.templatePath = desktop_.TemplatePath();
   quiet.ShowProgressOn(desktop_);
   Program program(quiet);
-  ShowPictures(program.progress, path + " holds no scenario that can be drawn.",
+  ShowPictures(program.progress, path, path + " holds no scenario that can be drawn.",
                [&](QString& note) {
                  const pictures::ProcessModel model = ReadText(program, path);
                  note = NoteOf(quiet);
@@ -122,12 +148,12 @@ bool ViewMenu::Open(Connection& connection, const std::string& path) {
                             [&] { connection.Open(ConnectionText(path), OpenMode::kReadOnly); });
 }
 
-void ViewMenu::ShowDatabase(const std::string& path) {
+void ViewMenu::DrawDatabase(const std::string& path) {
   Connection connection(workspace_);
   if (!Open(connection, path)) return;
   const auto project = PickProject(connection);
   if (!project) return;
-  ShowPictures(progress_, path + " holds no model of this project, only its plan.",
+  ShowPictures(progress_, path, path + " holds no model of this project, only its plan.",
                [&](QString& note) {
                  const auto model = pictures::ReadProcessModel(connection, *project);
                  if (!model.scenarios.empty()) note = "Grey: stays out of the plan.";
@@ -135,15 +161,12 @@ void ViewMenu::ShowDatabase(const std::string& path) {
                });
 }
 
-void ViewMenu::ShowChart() {
-  const std::string path = desktop_.AskFileName({"Plans (*.mdb)|*.mdb", "Plan chart"});
-  if (path.empty()) return;
-  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+void ViewMenu::DrawPlan(const std::string& path) {
   Connection connection(workspace_);
   if (!Open(connection, path)) return;
   const auto project = PickProject(connection);
   if (!project) return;
-  ShowPictures(progress_, "", [&](QString& note) {
+  ShowPictures(progress_, path, "", [&](QString& note) {
     progress_.Begin("Drawing the chart", 0);
     std::vector chart{pictures::DrawChart(connection, *project, desktop_.Today())};
     note = ToQt(chart.front().description);
@@ -160,7 +183,7 @@ void ViewMenu::ShowLog() {
 }
 
 void ViewMenu::ShowPictures(
-    Progress& progress, const std::string& nothing,
+    Progress& progress, const std::string& path, const std::string& nothing,
     const std::function<std::vector<pictures::Picture>(QString& note)>& draw) {
   QString note;
   QPointer<PictureWindow> made;
@@ -171,6 +194,7 @@ void ViewMenu::ShowPictures(
   });
   if (made) {
     made->show();
+    OnShown(path);
   } else if (done) {
     const std::string text = nothing + (note.isEmpty() ? "" : " " + note.toStdString());
     desktop_.ShowMessage({FromUtf8(text), MessageIcon::kExclamation});

@@ -28,17 +28,29 @@ class ViewMenu : public QObject {
   ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace,
            Progress& progress);
 
+  // The user wants to open a file. Set before an item is chosen, as is the next.
+  std::function<void()> OnAsk;
+  // A file that was shown.
+  std::function<void(const std::string& path)> OnShown;
+
+  // Each draws the file in a window of its own; a message tells why it can't.
+  void ShowModel(const std::string& path);
+  void ShowPlan(const std::string& path);
+
  private:
   QAction* AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
                    void (ViewMenu::*show)());
   void ShowDiagram();
   void ShowChart();
   void ShowLog();
-  void ShowText(const std::string& path);
-  void ShowDatabase(const std::string& path);
+  void Ask();
+  void Show(const std::string& path, void (ViewMenu::*draw)(const std::string& path));
+  void DrawText(const std::string& path);
+  void DrawDatabase(const std::string& path);
+  void DrawPlan(const std::string& path);
   // Draws, as a run of `progress`, and shows what came of it in a window; without a picture a box
   // says `nothing` (UTF-8) and the note.
-  void ShowPictures(Progress& progress, const std::string& nothing,
+  void ShowPictures(Progress& progress, const std::string& path, const std::string& nothing,
                     const std::function<std::vector<pictures::Picture>(QString& note)>& draw);
   // False where the user cancelled it.
   bool Open(Connection& connection, const std::string& path);

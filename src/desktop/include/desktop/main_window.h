@@ -1,4 +1,4 @@
-// The main window: menus, the area of both dialogs, the status bar.
+// The main window: menus, the first screen, the area of both dialogs, the status bar.
 #pragma once
 
 #include <QMainWindow>
@@ -7,17 +7,21 @@
 #include "desktop/qt_desktop.h"
 #include "shell/frmMain.h"
 
-class QMdiArea;
+class QStackedWidget;
 
 namespace merivane::desktop {
 
 using namespace shell;
 
+class FormArea;
 class FormWindow;
 class HelpKey;
 class ResultLine;
+class StartPage;
+class ViewMenu;
 
-// Draws frmMain and all forms that it holds. Closing it ends the program.
+// Draws frmMain and all forms that it holds; while neither dialog is loaded, the first screen
+// stands in their place. Closing it ends the program.
 class MainWindow : public QMainWindow {
  public:
   // Both outlive the window.
@@ -34,6 +38,12 @@ class MainWindow : public QMainWindow {
 
  private:
   void AddMenus();
+  void ConnectStart();
+  void ShowPage();
+  void AskForFile();
+  // One file, whichever way it was named; several, or one that isn't there, get a message.
+  void OpenFiles(const QStringList& names);
+  void OpenFile(const QString& name);
   void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
   void TakeDropped(const QStringList& files);
@@ -41,8 +51,12 @@ class MainWindow : public QMainWindow {
   QtDesktop& desktop_;
   frmMain& main_;
   std::unique_ptr<HelpKey> helpKey_;
-  QMdiArea* area_;
+  QStackedWidget* pages_;
+  StartPage* start_;
+  FormArea* area_;
+  ViewMenu* view_ = nullptr;
   FormWindow* modelToProject_ = nullptr;
+  FormWindow* projectToModel_ = nullptr;
   ResultLine* result_;
 };
 

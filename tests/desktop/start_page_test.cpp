@@ -1,0 +1,168 @@
+#include <QListWidget>
+#include <QMainWindow>
+#include <QScrollArea>
+#include <QTreeWidget>
+#include <filesystem>
+
+#include "desktop_fixture.h"
+
+namespace merivane::test {
+
+namespace {
+
+class StartPageTest : public DesktopTest {
+ protected:
+  QTreeWidget& List() { return User::Get<QTreeWidget>(window, "recentList"); }
+  // File and kind of each row, and "missing" where it is grey.
+  std::vector<std::string> Rows() {
+    std::vector<std::string> rows;
+    const QColor grey = List().palette().color(QPalette::Disabled, QPalette::Text);
+    for (int i = 0; i < List().topLevelItemCount(); ++i) {
+      const QTreeWidgetItem& item = *List().topLevelItem(i);
+      const bool missing = item.foreground(0).color() == grey && item.text(3).contains("not there");
+      rows.push_back(
+          (item.text(0) + '|' + item.text(1) + (missing ? "|missing" : "")).toStdString());
+    }
+    return rows;
+  }
+  void Choose(int row) { List().setCurrentItem(List().topLevelItem(row)); }
+  // Tab until the control has the focus.
+  void TabTo(const char* name) {
+    constexpr int kMost = 20;
+    for (int i = 0; i < kMost && window.focusWidget()->objectName() != name; ++i) Type(Qt::Key_Tab);
+    ASSERT_EQ(window.focusWidget()->objectName(), name);
+  }
+  void Type(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(window.windowHandle(), key, with);
+  }
+  void Open(const std::string& file) {
+    names.names.push_back(file);
+    Type(Qt::Key_O, Qt::ControlModifier);
+    QTest::qWait(10);
+  }
+  // The title of the picture that came up, which is closed; empty without one.
+  std::string Picture() {
+    auto* picture = window.findChild<QMainWindow*>("pictureWindow");
+    if (picture == nullptr) return {};
+    const std::string title = picture->windowTitle().toStdString();
+    delete picture;
+    return title;
+  }
+  bool DropOnPage(const QStringList& files) {
+    const bool taken =
+        DropAt(*User::Get<QScrollArea>(window, "startPage").viewport(), {9, 9}, files);
+    QTest::qWait(10);
+    return taken;
+  }
+};
+
+TEST_F(StartPageTest, StandsInTheFrameWhileNoDialogIsLoaded) {
+  QWidget& page = User::Find(window, "startPage");
+  EXPECT_TRUE(page.isVisible());
+  EXPECT_EQ(window.focusWidget(), &page);  // a stray key presses nothing
+  TabTo("startToPlan");
+  Type(Qt::Key_Space);
+  QWidget& plan = User::Find(window, "frmIDEF3ToProject");
+  EXPECT_TRUE(plan.isVisible());
+  EXPECT_FALSE(page.isVisible());
+  const std::string database = folder.Write("old.mdb", "none");
+  user.steps.emplace_back([&](QDialog& dialog) {
+    EXPECT_FALSE(plan.isVisible() || page.isVisible());
+    User::Click(dialog, "CmdAppend");
+  });
+  Browse(plan, "BrowsedbBt", database);
+  Type(Qt::Key_Escape);
+  EXPECT_TRUE(page.isVisible());
+  TabTo("startToModel");
+  Type(Qt::Key_Space);
+  EXPECT_TRUE(User::Find(window, "frmProjectToIDEF3").isVisible());
+  EXPECT_THAT(user.boxes, IsEmpty());
+}
+
+TEST_F(StartPageTest, OpensEachKindOfFileAndKeepsItForTheNextSession) {
+  const std::string database = folder.Path("plan.mdb");
+  const std::string mpx = folder.Path("plan.mpx");
+  MakePlan(database, mpx);
+  EXPECT_THAT(Rows(), ElementsAre("plan.mpx|MPX plan", "onboarding.txt|model"));
+  const std::string model = MERIVANE_SAMPLES "/festival.txt";
+  const std::string other = folder.Path("plan.backup");
+  std::filesystem::copy(database, other);
+  Open(model);
+  EXPECT_NE(Picture(), "");
+  Open(other);
+  EXPECT_NE(Picture(), "");
+  EXPECT_TRUE(DropOnPage({QString::fromStdString(mpx)}));
+  EXPECT_EQ(Picture(), "");
+  QWidget& form = User::Find(window, "frmProjectToIDEF3");
+  EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
+  EXPECT_EQ(main.projectToModel.SSTabInput, frmProjectToIDEF3::kMpxTab);
+  QTest::keyClick(&form, Qt::Key_Escape);
+  frmMain later(program);
+  MainWindow next(desktop, later);
+  auto& list = User::Get<QTreeWidget>(next, "recentList");
+  ASSERT_EQ(list.topLevelItemCount(), 4);
+  for (const auto& [row, name] :
+       {std::pair{0, "plan.mpx"}, {1, "plan.backup"}, {2, "festival.txt"}}) {
+    EXPECT_EQ(list.topLevelItem(row)->text(0), name);
+  }
+  desktop.SetWindow(&window);
+}
+
+TEST_F(StartPageTest, WhatCantBeOpenedIsToldAndStaysOutOfTheList) {
+  Open(folder.Write("wrong.txt", "none"));
+  Open(folder.Write("plan.mpp", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 and more"));
+  EXPECT_TRUE(DropOnPage({"/a.txt", "/b.txt"}));
+  Open(folder.Path("none.txt"));
+  Open("");
+  EXPECT_EQ(Picture(), "");
+  EXPECT_THAT(Rows(), IsEmpty());
+  EXPECT_THAT(
+      user.boxes,
+      ElementsAre(HasSubstr("no scenario that can be drawn"), HasSubstr("is not a database"),
+                  "Please drop one file at a time.", EndsWith("none.txt is not there any more.")));
+  EXPECT_THAT(user.advice[1], HasSubstr("XML"));
+}
+
+TEST_F(StartPageTest, TheLastTenAreOpenedRemovedAndForgottenByKeys) {
+  for (int i = 0; i < 11; ++i) {
+    const std::string copy = folder.Path(std::to_string(i) + ".txt");
+    std::filesystem::copy(MERIVANE_SAMPLES "/onboarding.txt", copy);
+    Open(copy);
+    EXPECT_NE(Picture(), "");
+  }
+  std::filesystem::remove(folder.Path("9.txt"));
+  window.hide();
+  window.show();
+  ASSERT_EQ(Rows().size(), 10U);
+  EXPECT_EQ(Rows()[0], "10.txt|model");
+  EXPECT_EQ(Rows()[1], "9.txt|model|missing");
+  TabTo("recentList");
+  Choose(1);
+  Type(Qt::Key_Return);
+  EXPECT_THAT(user.boxes, ElementsAre(EndsWith("9.txt is not there any more.")));
+  Type(Qt::Key_Delete);
+  EXPECT_EQ(Rows()[1], "8.txt|model");
+  Type(Qt::Key_Return);
+  EXPECT_NE(Picture(), "");
+  EXPECT_EQ(Rows()[0], "8.txt|model");
+  TabTo("recentForgetAll");
+  Type(Qt::Key_Space);
+  EXPECT_THAT(Rows(), IsEmpty());
+  EXPECT_FALSE(User::Find(window, "recentRemove").isEnabled());
+}
+
+TEST_F(StartPageTest, OffersTheSamplesBesideTheProgram) {
+  auto& samples = User::Get<QListWidget>(window, "samples");
+  ASSERT_EQ(samples.count(), 4);
+  TabTo("samples");
+  samples.setCurrentRow(3);
+  EXPECT_EQ(samples.currentItem()->text(), "onboarding.txt");
+  Type(Qt::Key_Return);
+  EXPECT_NE(Picture(), "");
+  EXPECT_EQ(Rows()[0], "onboarding.txt|model");
+}
+
+}  // namespace
+}  // namespace merivane::test
