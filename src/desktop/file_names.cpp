@@ -45,7 +45,7 @@ void DialogFileNames::Remember(const QString& name) {
 }
 
 QString DialogFileNames::StartOf(const QString& current, const QString& ending) const {
-  const QString folder = QFileInfo(current).absolutePath();
+  QString folder = QFileInfo(current).absolutePath();
   if (!current.isEmpty() && QFileInfo(folder).isDir()) return folder;
   const QString last = LastFolder(ending);
   return last.isEmpty() ? folder_ : last;

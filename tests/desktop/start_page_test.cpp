@@ -46,7 +46,7 @@ class StartPageTest : public DesktopTest {
   std::string Picture() {
     auto* picture = window.findChild<QMainWindow*>("pictureWindow");
     if (picture == nullptr) return {};
-    const std::string title = picture->windowTitle().toStdString();
+    std::string title = picture->windowTitle().toStdString();
     delete picture;
     return title;
   }
