@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "picture_commands.h"
 #include "pictures/diagram.h"
@@ -14,9 +15,11 @@ namespace {
 
 using namespace pictures;
 
-ProcessModel ReadText(Session& session, const std::string& path) {
+// `note` says how far a text was read that breaks off.
+ProcessModel ReadText(Session& session, const std::string& path, std::string& note) {
   ScratchModel scratch(session.program);
   scratch.Read(path);
+  note = scratch.BreaksOff();
   return ReadProcessModel(scratch.Database(), ScratchModel::kProject);
 }
 
@@ -54,14 +57,17 @@ void SayHowDrawn(Session& session, const std::vector<Diagram>& diagrams, const s
                  "; written: " + output + session.Notes());
 }
 
-int Draw(Session& session, const DrawOptions& options, ProcessModel model) {
+int Draw(Session& session, const DrawOptions& options, ProcessModel model,
+         const std::string& note) {
   const std::string& source = options.model.empty() ? options.database : options.model;
   if (model.scenarios.empty()) {
-    session.Say(source + " holds no scenario: there is nothing to draw.");
+    session.Say(source + " holds no scenario: there is nothing to draw." +
+                (note.empty() ? "" : " " + ToUtf8(note)));
     return kFailed;
   }
   if (!Choose(session, options.scenario, model.scenarios)) return kRefused;
-  const std::vector<Diagram> diagrams = DrawDiagrams(model.scenarios, {.objects = options.objects});
+  const std::vector<Diagram> diagrams =
+      DrawDiagrams(model.scenarios, {.objects = options.objects, .note = note});
   std::vector<Picture> drawings;
   drawings.reserve(diagrams.size());
   for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
@@ -77,7 +83,7 @@ int DrawDatabase(Session& session, const DrawOptions& options) {
   const auto project = FindProject(ListProjects(session.program.workspace, options.database),
                                    options.project, reason);
   if (!project) return session.Refuse(reason);
-  return Draw(session, options, ReadDatabase(session, *project, options.database));
+  return Draw(session, options, ReadDatabase(session, *project, options.database), "");
 }
 
 }  // namespace
@@ -88,7 +94,9 @@ int RunDraw(Session& session, const DrawOptions& options) try {
     return kRefused;
   }
   if (options.model.empty()) return DrawDatabase(session, options);
-  return Draw(session, options, ReadText(session, options.model));
+  std::string note;
+  ProcessModel model = ReadText(session, options.model, note);
+  return Draw(session, options, std::move(model), note);
 } catch (const RunTimeError& error) {
   return session.TellFailure(options.output, error);
 }

@@ -29,12 +29,20 @@ std::string WhyNoPlan(const Session& session, const ScenarioChooser& chooser) {
 Report ReadReport(Session& session, const ReportOptions& options, ScenarioChooser& chooser) {
   Report report;
   ScratchModel scratch(session.program);
-  scratch.Read(options.model);
+  try {
+    scratch.Read(options.model);
+  } catch (const ProgramEnd&) {
+    if (session.log.ToldMachineFault()) throw;  // otherwise the page tells how far it came
+  }
+  report.note = scratch.BreaksOff();
   const auto read = [&] {
     report.model = ReadProcessModel(scratch.Database(), ScratchModel::kProject);
   };
   read();
-  if (report.model.scenarios.empty()) return report;
+  if (report.model.scenarios.empty()) {
+    report.whyNoChart = "The plan is not drawn: no scenario was read.";
+    return report;
+  }
   try {
     scratch.Translate();
     report.chart =
@@ -68,13 +76,9 @@ int RunReport(Session& session, const ReportOptions& options) {
   session.OnModalForm(
       ForEach{[&](multi* scenarios) { chooser.Answer(*scenarios); }, [](auto* /*other*/) {}});
   Report report = ReadReport(session, options, chooser);
-  if (report.model.scenarios.empty()) {
-    session.Say(options.model + " holds no scenario: there is nothing to report.");
-    return kFailed;
-  }
   report.findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
-  report.diagrams =
-      DrawDiagrams(report.model.scenarios, {.objects = options.objects, .headline = false});
+  report.diagrams = DrawDiagrams(
+      report.model.scenarios, {.objects = options.objects, .headline = false, .note = report.note});
   WriteFile(session.kept.StandInFor(options.output), ReportPage(report));
   if (!report.chart) session.Say(ToUtf8(report.whyNoChart));
   const std::size_t count = report.diagrams.size();

@@ -41,9 +41,10 @@ QString NoteOf(const QuietDesktop& desktop) {
 }
 
 std::vector<pictures::Picture> Draw(const pictures::ProcessModel& model, QString& note,
-                                    Progress& progress) {
+                                    Progress& progress, const std::string& part = {}) {
   std::vector<pictures::Picture> drawings;
-  for (pictures::Diagram& diagram : pictures::DrawDiagrams(model.scenarios, {}, progress)) {
+  const pictures::DiagramOptions options{.note = part};
+  for (pictures::Diagram& diagram : pictures::DrawDiagrams(model.scenarios, options, progress)) {
     if (diagram.outline) {
       note += " The scenario '" + ToQt(diagram.picture.title) +
               "' is too large to be laid out: its units stand in a list.";
@@ -53,10 +54,11 @@ std::vector<pictures::Picture> Draw(const pictures::ProcessModel& model, QString
   return drawings;
 }
 
-// None where the reader would end the program.
-pictures::ProcessModel ReadText(Program& program, const std::string& path) try {
+// None where the reader would end the program. `part` says how far a text was read that breaks off.
+pictures::ProcessModel ReadText(Program& program, const std::string& path, std::string& part) try {
   pictures::ScratchModel scratch(program);
   scratch.Read(path);
+  part = scratch.BreaksOff();
   return pictures::ReadProcessModel(scratch.Database(), pictures::ScratchModel::kProject);
 } catch (const ProgramEnd&) {
   return {};
@@ -137,9 +139,10 @@ void ViewMenu::DrawText(const std::string& path) {
   Program program(quiet);
   ShowPictures(program.progress, path, path + " holds no scenario that can be drawn.",
                [&](QString& note) {
-                 const pictures::ProcessModel model = ReadText(program, path);
+                 std::string part;
+                 const pictures::ProcessModel model = ReadText(program, path, part);
                  note = NoteOf(quiet);
-                 return Draw(model, note, program.progress);
+                 return Draw(model, note, program.progress, part);
                });
 }
 

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "chart_bars.h"
+#include "runtime/run_time_error.h"
 #include "schedule/project_rows.h"
 #include "text_lines.h"
 #include "time_axis.h"
@@ -63,11 +64,12 @@ class ChartDrawer {
         outline_(OutlineWidth()),
         axis_(dates.Start(), dates.Finish(), kMargin + kNumberWidth + outline_) {}
 
-  Picture Draw(bool headline) {
+  Picture Draw(bool headline, const std::string& dated) {
     picture_.id = "plan";
     picture_.title = plan_.name;
     picture_.width = axis_.Right() + kMargin;
     Describe();
+    picture_.description += dated;
     if (headline) AddHeadline();
     const double top = picture_.height;
     picture_.height += TimeAxis::Height() + 4;
@@ -245,16 +247,21 @@ TaskResources ReadTaskResources(Connection& connection, std::int32_t project, co
 }
 
 Picture DrawChart(const Plan& plan, const Schedule& dates, const TaskResources& resources,
-                  bool headline) {
-  return ChartDrawer(plan, dates, resources).Draw(headline);
+                  bool headline, const std::string& dated) {
+  return ChartDrawer(plan, dates, resources).Draw(headline, dated);
 }
 
 Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
                   bool headline) {
   const ReadScope scope(&connection);
   const Plan plan = schedule::ReadPlan(connection, project, today);
+  if (plan.tasks.empty()) {
+    throw RunTimeError(kInvalidProcedureCall, "The plan holds no task: there is nothing to draw.");
+  }
+  std::string dated = "; dates computed from durations and links";
+  if (plan.start == today) dated += ", from today, " + DateText(today, false) + ", on";
   return DrawChart(plan, schedule::MakeSchedule(plan), ReadTaskResources(connection, project, plan),
-                   headline);
+                   headline, dated);
 }
 
 }  // namespace merivane::pictures

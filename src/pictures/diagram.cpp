@@ -121,6 +121,15 @@ class DiagramDrawer {
     picture_.width = 2 * kMargin;
     picture_.height = options.headline ? kMargin : kEdge;
     if (options.headline) AddHeadline();
+    if (!options.note.empty()) AddNote();
+  }
+
+  void AddNote() {
+    Figure figure;
+    figure.shapes.push_back(Text{Ink::kSubtitle, {kMargin, picture_.height + 10}, options_.note});
+    picture_.figures.push_back(std::move(figure));
+    picture_.description += " " + options_.note;
+    Grow(kMargin + WidthOf(options_.note, Ink::kSubtitle), picture_.height + 20);
   }
 
   Picture Draw(const ScenarioGraph& graph, const Layout& layout) {

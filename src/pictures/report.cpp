@@ -92,6 +92,10 @@ class PageWriter {
             (model_.author.empty() ? std::string() : Escaped(model_.author) + " &middot; ") +
             Counted(model_.scenarios.size(), "scenario") + " &middot; " + Counted(units, "unit") +
             " &middot; " + Counted(model_.objects.size(), "object") + "</p>\n";
+    if (!report_.note.empty()) {
+      out_ += "<p class=\"error\">" + Lines(report_.note) + " " +
+              LinkTo("findings", "The findings") + " tell why.</p>\n";
+    }
     AddParagraph(model_.description);
     out_ += "</header>\n";
   }

@@ -49,12 +49,12 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
   svg .critical { fill: #d9745c; }
   svg .summary { fill: #b6c6d6; }
   svg .milestone { fill: #e4e9ee; }
-  svg .faint .unit, svg .faint .strip, svg .faint .behind { fill: #181e25; stroke: #46525e; }
-  svg .faint .junction { fill: #181e25; stroke: #46525e; }
+  svg .faint .unit, svg .faint .strip, svg .faint .behind { fill: #181e25; stroke: #66727e; }
+  svg .faint .junction { fill: #181e25; stroke: #66727e; }
   svg .faint .divider, svg .faint .bar, svg .faint .link, svg .faint .relation
-    { stroke: #46525e; }
-  svg .faint .arrow { fill: #46525e; }
-  svg .faint text { fill: #66727e; }
+    { stroke: #66727e; }
+  svg .faint .arrow { fill: #66727e; }
+  svg .faint text { fill: #8592a0; }
 }
 @media print {
   body { max-width: none; padding: 0; font-size: 10pt; }

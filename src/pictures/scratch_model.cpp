@@ -1,7 +1,11 @@
 #include "pictures/scratch_model.h"
 
 #include <filesystem>
+#include <optional>
+#include <span>
+#include <string_view>
 
+#include "neutraltext/reader_listener.h"
 #include "runtime/file_names.h"
 #include "store/interim_db.h"
 #include "translator/modIDEF3ToProject.h"
@@ -19,6 +23,43 @@ std::string TemporaryDatabase() {
   if (error) throw RunTimeError(kPathNotFound);
   return TemporaryNameIn(folder);
 }
+
+// Where in the text the reader is.
+class Place : public ReaderListener {
+ public:
+  std::string Sentence() const {
+    return "Read in part: the text breaks off in line " + std::to_string(line_) + ", in " +
+           (scenarios_ == 0 ? "front of its scenarios."
+                            : "scenario " + std::to_string(scenarios_) + " of the text.");
+  }
+
+ private:
+  void OnFileLine(std::size_t fileLine) override { fileLine_ = fileLine; }
+  void OnLine(const std::string& /*line*/) override {
+    line_ = fileLine_ > 0 ? fileLine_ : line_ + 1;
+  }
+  void OnSearch(std::string_view /*keyword*/) override {}
+  void OnRecord(Element element, std::string_view /*listEnd*/) override {
+    if (element == Element::kScenario) ++scenarios_;
+  }
+  void OnField(std::size_t /*start*/, std::size_t /*length*/) override {}
+  void OnNumber(NumberUse /*use*/, const std::string& /*text*/, double /*value*/) override {}
+  std::optional<std::int16_t> OnBadNumber(NumberUse /*use*/, const std::string& /*text*/,
+                                          const RunTimeError& /*error*/) override {
+    return std::nullopt;
+  }
+  bool OnBadLine(const RunTimeError& /*error*/) override { return false; }
+  bool OnRefusedName(std::string_view /*rule*/) override { return false; }
+  void OnCut(std::size_t /*length*/) override {}
+  bool OnRow(RowChange /*change*/, std::string_view /*table*/,
+             std::span<const Cell> /*cells*/) override {
+    return true;
+  }
+
+  std::size_t line_ = 0;
+  std::size_t fileLine_ = 0;
+  std::size_t scenarios_ = 0;
+};
 
 void Remove(const std::string& path) {
   std::error_code ignored;
@@ -48,7 +89,21 @@ ScratchModel::~ScratchModel() {
   Remove(path_);
 }
 
-void ScratchModel::Read(const std::string& textFile) { ReadNeutralText(state_, textFile); }
+void ScratchModel::Read(const std::string& textFile) {
+  Place place;
+  state_.readerListener = &place;
+  breaksOff_ = "The model was not read to its end.";
+  try {
+    ReadNeutralText(state_, textFile);
+  } catch (...) {
+    state_.readerListener = nullptr;
+    breaksOff_ = place.Sentence();
+    throw;
+  }
+  state_.readerListener = nullptr;
+  // A reading that fails leaves the file open.
+  breaksOff_ = state_.files.IsOpen(state_.gTextFile) ? place.Sentence() : "";
+}
 
 void ScratchModel::Translate() { TranslateToProject(state_, ""); }
 

@@ -12,6 +12,8 @@ constexpr const char* kQuiet = "#5f6c7b";
 constexpr const char* kLine = "#334e68";
 constexpr const char* kPaper = "#ffffff";
 constexpr const char* kNone = "none";
+constexpr const char* kFaintText = "#66727f";
+constexpr const char* kFaintLine = "#84909c";
 
 constexpr std::array<Style, static_cast<std::size_t>(Ink::kCount)> kStyles{{
     {"unit", kPaper, kLine, 1.4, "", 0, false},
@@ -42,8 +44,8 @@ constexpr std::array<Style, static_cast<std::size_t>(Ink::kCount)> kStyles{{
     {"tname", kText, kNone, 0, "", 11, false},
     {"sname", kText, kNone, 0, "", 11, true},
     {"who", kQuiet, kNone, 0, "", 10, false},
-    {"tlink", kNone, "#8da2b8", 1.1, "", 0, false},
-    {"tarrow", "#8da2b8", kNone, 0, "", 0, false},
+    {"tlink", kNone, "#768da6", 1.1, "", 0, false},
+    {"tarrow", "#768da6", kNone, 0, "", 0, false},
     {"clink", kNone, "#c65d44", 1.1, "", 0, false},
     {"carrow", "#c65d44", kNone, 0, "", 0, false},
 }};
@@ -55,11 +57,11 @@ const Style& StyleOf(Ink ink) { return kStyles[static_cast<std::size_t>(ink)]; }
 Style FaintStyleOf(Ink ink) {
   Style style = StyleOf(ink);
   if (style.size > 0) {
-    style.fill = "#9aa5b1";
+    style.fill = kFaintText;
   } else {
     if (std::string_view(style.fill) != kNone)
-      style.fill = std::string_view(style.stroke) == kNone ? "#c3ccd5" : "#f7f8fa";
-    if (std::string_view(style.stroke) != kNone) style.stroke = "#c3ccd5";
+      style.fill = std::string_view(style.stroke) == kNone ? kFaintLine : "#f7f8fa";
+    if (std::string_view(style.stroke) != kNone) style.stroke = kFaintLine;
   }
   return style;
 }

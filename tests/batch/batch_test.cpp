@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "batch_fixture.h"
 #include "raw_database.h"
 
@@ -251,6 +253,43 @@ TEST_F(Batch, ADryRunTellsWhatAMergeReportsAndWritesNothing) {
   EXPECT_EQ(Run(merge), kRefused);
   Succeed(merge, {"--output", model});
   EXPECT_EQ(out.str().rfind(change, 0), 0U);
+}
+
+TEST_F(Batch, PicturesOfATextThatBreaksOffSaySo) {
+  using testing::HasSubstr;
+  const std::string text = ReadFile(Sample("festival.txt"));
+  const std::size_t second = text.find("Scenario  ", text.find("End  Scenario \r\n"));
+  ASSERT_NE(second, std::string::npos);
+  const std::string head = text.substr(0, second + 400);
+  const std::string cut = folder.Write("cut.txt", head);
+  const std::string note = "Read in part: the text breaks off in line " +
+                           std::to_string(std::count(head.begin(), head.end(), '\n') + 1) +
+                           ", in scenario 2 of the text.";
+  const std::string svg = folder.Path("cut.svg"), page = folder.Path("cut.html");
+  EXPECT_EQ(Run({"draw", cut, "--output", svg}), kDoneWithMessages) << err.str();
+  EXPECT_THAT(ReadFile(svg), HasSubstr(note));
+  EXPECT_EQ(Run({"report", cut, "--output", page}), kDoneWithMessages) << err.str();
+  EXPECT_THAT(ReadFile(page), HasSubstr("<p class=\"error\">" + note));
+
+  const std::string none = folder.Write("none.txt", text.substr(0, text.find("Scenario List")));
+  EXPECT_EQ(Run({"draw", none, "--output", svg, "--force"}), kFailed);
+  EXPECT_EQ(Run({"report", none, "--output", page, "--force"}), kDoneWithMessages) << err.str();
+  EXPECT_THAT(ReadFile(page), HasSubstr("in front of its scenarios."));
+  EXPECT_THAT(ReadFile(page), HasSubstr("class=\"error\">Error<"));
+  EXPECT_EQ(Run({"report", folder.Path("gone.txt"), "--output", page, "--force"}), kFailed);
+}
+
+TEST_F(Batch, AChartSaysWhereItsDatesComeFromAndIsRefusedWithoutATask) {
+  ToProject(Sample("onboarding.txt"));
+  const std::vector<std::string> chart = {
+      "chart", plan, "--project", "1", "--output", folder.Path("plan.svg"), "--force"};
+  Succeed(chart);
+  const std::string computed = "dates computed from durations and links";
+  EXPECT_THAT(out.str(), testing::HasSubstr(computed));
+  EXPECT_THAT(ReadFile(folder.Path("plan.svg")), testing::HasSubstr(computed));
+  RawDatabase(plan).Run("delete from MSP_TASKS where TASK_UID > 0");
+  EXPECT_EQ(Run(chart), kFailed);
+  EXPECT_THAT(err.str(), testing::HasSubstr("holds no task"));
 }
 
 TEST_F(Batch, CheckTellsAllThatAMergeOfAPlanWouldStumbleOver) {

@@ -21,12 +21,14 @@ TaskResources ReadTaskResources(Connection& connection, std::int32_t project,
                                 const schedule::Plan& plan);
 
 // Critical tasks and links stand out; what a task is of stands behind its bar. The id of the
-// picture is "plan", of a task's figure "task-" and its UID.
+// picture is "plan", of a task's figure "task-" and its UID. `dated` (Windows-1252) ends the
+// description: where the dates come from.
 Picture DrawChart(const schedule::Plan& plan, const schedule::Schedule& dates,
-                  const TaskResources& resources, bool headline = true);
+                  const TaskResources& resources, bool headline = true,
+                  const std::string& dated = {});
 
 // Reads, works out the dates and draws. `today` is the beginning of a plan that tells none. Errors
-// of the database come up as RunTimeErrors, links in a circle as error 5.
+// of the database come up as RunTimeErrors, links in a circle and a plan without a task as error 5.
 Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
                   bool headline = true);
 

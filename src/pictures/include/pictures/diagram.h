@@ -14,6 +14,7 @@ namespace merivane::pictures {
 struct DiagramOptions {
   bool objects = false;                     // list the objects of a unit below it
   bool headline = true;                     // the scenario's name above it
+  std::string note = {};                    // Windows-1252, told on each picture
   std::chrono::milliseconds limit{10'000};  // for the layout of all scenarios together
 };
 

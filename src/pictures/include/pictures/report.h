@@ -18,6 +18,7 @@ struct Report {
   std::vector<Diagram> diagrams;  // of the model's scenarios, in their order
   std::optional<Picture> chart;
   std::string whyNoChart;  // Windows-1252, where there is none
+  std::string note = {};   // Windows-1252, at the head of the page
   std::vector<inspect::Finding> findings;
 };
 

@@ -21,6 +21,9 @@ class ScratchModel {
   ScratchModel& operator=(const ScratchModel&) = delete;
 
   void Read(const std::string& textFile);
+  // A sentence (Windows-1252) on how far a reading came that did not get to the end of the text;
+  // empty for one that did.
+  const std::string& BreaksOff() const { return breaksOff_; }
   void Translate();
 
   Connection& Database() const { return *state_.gMspConn; }
@@ -29,6 +32,7 @@ class ScratchModel {
  private:
   ModelToProject& state_;
   std::string path_;
+  std::string breaksOff_;
 };
 
 }  // namespace merivane::pictures
