@@ -131,7 +131,7 @@ std::string DescriptionOf(const Unit& unit) {
   std::string text = unit.name + " (unit " + std::to_string(unit.number);
   if (!unit.reference.empty()) text += ", " + unit.reference;
   text += ")";
-  if (!unit.sent) text += "\nNot in the plan";
+  if (!unit.sent) text += "\nNot in the plan: " + unit.whyLeft;
   AddTold(text, "Cycle time: ", unit.duration);
   AddTold(text, "Labor rule: ", unit.laborRule);
   std::string objects;

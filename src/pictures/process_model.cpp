@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "left_out.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "store/recordset.h"
@@ -230,7 +231,9 @@ class ModelReader {
 
 ProcessModel ReadProcessModel(Connection& connection, std::int32_t project) {
   const ReadScope scope(&connection);
-  return ModelReader(connection, project).Read();
+  ProcessModel model = ModelReader(connection, project).Read();
+  TellWhyLeft(model);
+  return model;
 }
 
 }  // namespace merivane::pictures

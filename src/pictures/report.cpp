@@ -68,6 +68,7 @@ class PageWriter {
     for (std::size_t at = 0; at < model_.scenarios.size(); ++at) {
       AddScenario(model_.scenarios[at], report_.diagrams[at]);
     }
+    AddLeftOut();
     AddObjects();
     AddFacts();
     AddConstraints();
@@ -119,7 +120,8 @@ class PageWriter {
       if (scenario.parent == 0) AddContentsOf(scenario, listed);
     }
     for (const Scenario& scenario : model_.scenarios) AddContentsOf(scenario, listed);
-    constexpr std::pair<const char*, const char*> kTables[] = {{"objects", "Objects"},
+    constexpr std::pair<const char*, const char*> kTables[] = {{"left-out", "Left out"},
+                                                               {"objects", "Objects"},
                                                                {"facts", "Facts"},
                                                                {"constraints", "Constraints"},
                                                                {"findings", "Findings"}};
@@ -254,10 +256,27 @@ class PageWriter {
   static std::string NameOf(const Unit& unit) {
     std::string name = Escaped(unit.name);
     if (!unit.decompositions.empty()) name = LinkTo(DiagramId(unit.decompositions.front()), name);
-    if (!unit.sent) name += " <span class=\"quiet\">(not in the plan)</span>";
+    if (!unit.sent)
+      name += " <span class=\"quiet\">(" + LinkTo("left-out", "not in the plan") + ")</span>";
     if (!unit.glossary.empty())
       name += "<br><span class=\"quiet\">" + Lines(unit.glossary) + "</span>";
     return name;
+  }
+
+  void AddLeftOut() {
+    BeginSection("left-out", "Left out");
+    Table table({"No.", "Unit", "Scenario", "Why it stays out of the plan"});
+    bool empty = true;
+    for (const Scenario& scenario : model_.scenarios) {
+      for (const Unit& unit : scenario.units) {
+        if (unit.sent) continue;
+        table.Row({std::to_string(unit.number), Escaped(unit.name),
+                   LinkTo(DiagramId(scenario.number), Escaped(scenario.name)),
+                   Escaped(unit.whyLeft)});
+        empty = false;
+      }
+    }
+    EndSection(table, empty);
   }
 
   void AddObjects() {

@@ -40,6 +40,7 @@ struct Unit {
   std::vector<std::string> objects;          // names
   std::vector<std::int32_t> decompositions;  // numbers of scenarios
   bool sent = true;                          // false: it stays out of the plan
+  std::string whyLeft;                       // then why: "junction J1 (XOR) takes another path"
 };
 
 enum class JunctionKind { kAnd, kOr, kXor };
