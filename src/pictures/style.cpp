@@ -12,8 +12,8 @@ constexpr const char* kQuiet = "#5f6c7b";
 constexpr const char* kLine = "#334e68";
 constexpr const char* kPaper = "#ffffff";
 constexpr const char* kNone = "none";
-constexpr const char* kFaintText = "#66727f";
-constexpr const char* kFaintLine = "#84909c";
+constexpr const char* kFaintText = "#616d7a";
+constexpr const char* kFaintLine = "#7f8b97";
 
 constexpr std::array<Style, static_cast<std::size_t>(Ink::kCount)> kStyles{{
     {"unit", kPaper, kLine, 1.4, "", 0, false},
