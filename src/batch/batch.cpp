@@ -124,6 +124,8 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
                                     "id or name of the project to fold the plan into");
   auto* noBackup = command->add_flag("--no-backup", options.noBackup,
                                      "keep no copy of the interim database before a merge");
+  auto* noProof = command->add_flag("--no-proof", options.noProof,
+                                    "don't translate the merged text and hold it against the plan");
   auto* dryRun = command->add_flag("--dry-run", options.dryRun,
                                    "merge in a copy and tell what would change; writes nothing");
   command->add_flag("--json", options.json, "with --dry-run: as a JSON object")->needs(dryRun);
@@ -135,7 +137,7 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
   xml->needs(interim);
   for (auto* option : {interim, overwrite, merge}) option->excludes(database);
   overwrite->excludes(merge);
-  for (auto* option : {noBackup, dryRun}) option->needs(merge);
+  for (auto* option : {noBackup, noProof, dryRun}) option->needs(merge);
   AddCommonOptions(command, line);
   command->callback([&options] { CheckSource(options); });
   return command;

@@ -28,6 +28,8 @@ const char* WordOf(ChangeKind kind) {
       return "kept";
     case ChangeKind::kNotTaken:
       return "not taken";
+    case ChangeKind::kDiffers:
+      return "differs";
     case ChangeKind::kStop:
       break;
   }
@@ -60,6 +62,28 @@ std::string Counts(const std::vector<MergeChange>& changes) {
   return text + '\n';
 }
 
+Json JsonOf(const std::vector<MergeChange>& changes) {
+  Json list = Json::array();
+  for (const MergeChange& change : changes) {
+    const auto& element = change.element;
+    list.push_back({{"change", WordOf(change.kind)},
+                    {"planRow", change.planRow ? Json(*change.planRow) : Json(nullptr)},
+                    {"element",
+                     {{"kind", element.kind},
+                      {"number", element.number ? Json(*element.number) : Json(nullptr)},
+                      {"name", ToUtf8(element.name)}}},
+                    {"sentence", ToUtf8(change.sentence)},
+                    {"advice", ToUtf8(change.advice)}});
+  }
+  return list;
+}
+
+Json JsonOf(const inspect::MergeProof& proof) {
+  return {{"agrees", proof.failure.empty() && proof.differences.empty()},
+          {"failure", proof.failure.empty() ? Json(nullptr) : Json(ToUtf8(proof.failure))},
+          {"differences", JsonOf(proof.differences)}};
+}
+
 }  // namespace
 
 std::string ChangesText(const std::vector<MergeChange>& changes) {
@@ -68,20 +92,18 @@ std::string ChangesText(const std::vector<MergeChange>& changes) {
   return text + Counts(changes);
 }
 
+std::string ProofText(const inspect::MergeProof& proof) {
+  if (!proof.failure.empty()) return "proof: " + PrintableLine(ToUtf8(proof.failure)) + '\n';
+  const std::size_t count = proof.differences.size();
+  if (count == 0) return "The merged model gives the plan that came in.\n";
+  std::string text;
+  for (const MergeChange& difference : proof.differences) text += Line(difference);
+  return text + std::to_string(count) + (count == 1 ? " difference" : " differences") +
+         " between the plan that came in and what the merged model gives\n";
+}
+
 void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
                       const mspdi::UntakenRows& untaken) {
-  Json changes = Json::array();
-  for (const MergeChange& change : preview.changes) {
-    const auto& element = change.element;
-    changes.push_back({{"change", WordOf(change.kind)},
-                       {"planRow", change.planRow ? Json(*change.planRow) : Json(nullptr)},
-                       {"element",
-                        {{"kind", element.kind},
-                         {"number", element.number ? Json(*element.number) : Json(nullptr)},
-                         {"name", ToUtf8(element.name)}}},
-                       {"sentence", ToUtf8(change.sentence)},
-                       {"advice", ToUtf8(change.advice)}});
-  }
   Json boxes = Json::array();
   for (const platform::Message& box : preview.boxes) boxes.push_back(ToUtf8(box.text));
   Json left = Json::object();
@@ -89,8 +111,11 @@ void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
     const auto& rows = untaken.Of(static_cast<mspdi::Untaken>(kind));
     if (!rows.empty()) left[mspdi::KeyOf(static_cast<mspdi::Untaken>(kind))] = rows;
   }
-  const Json report = {
-      {"merges", preview.merged}, {"changes", changes}, {"messages", boxes}, {"notTaken", left}};
+  const Json report = {{"merges", preview.merged},
+                       {"changes", JsonOf(preview.changes)},
+                       {"messages", boxes},
+                       {"notTaken", left},
+                       {"proof", preview.proof ? JsonOf(*preview.proof) : Json(nullptr)}};
   out << PrintableJson(report.dump(2)) << '\n';
 }
 

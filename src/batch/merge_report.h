@@ -15,8 +15,12 @@ using namespace inspect;
 // A line for each change, and a last one with their counts.
 std::string ChangesText(const std::vector<inspect::MergeChange>& changes);
 
-// One JSON object: whether it merges, the changes, the boxes that it would show, and the rows of
-// the plan that the model doesn't take.
+// A line for each difference and a last one with their count, or the one that there is none; why
+// there is no proof.
+std::string ProofText(const inspect::MergeProof& proof);
+
+// One JSON object: whether it merges, the changes, the boxes that it would show, the rows of the
+// plan that the model doesn't take, and the proof, where there is one.
 void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
                       const mspdi::UntakenRows& untaken);
 

@@ -45,6 +45,7 @@ struct ToModelOptions {
   bool overwrite = false;
   std::string merge;
   bool noBackup = false;
+  bool noProof = false;
   bool dryRun = false;
   bool json = false;  // with dryRun
   std::string output;

@@ -127,7 +127,8 @@ ExitStatus Session::StatusOf(const std::optional<bool>& driverResult) const {
 }
 
 int Session::AfterOk(const std::optional<bool>& driverResult, const RunResult& result,
-                     const std::function<std::string()>& report) {
+                     const std::function<std::string()>& report,
+                     const std::function<std::string()>& proof) {
   const ExitStatus status = StatusOf(driverResult);
   if (status == kFailed) return status;
   if (result.file.empty()) {
@@ -136,6 +137,7 @@ int Session::AfterOk(const std::optional<bool>& driverResult, const RunResult& r
   }
   std::string added;
   const bool whole = !report || Add("what changed", [&] { added = report(); });
+  if (proof) Add("the proof", [&] { added += proof(); });
   Report(added + result.text + Notes());
   return whole ? status : kDoneWithMessages;
 }

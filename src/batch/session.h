@@ -76,10 +76,11 @@ class Session {
   // The error's description, and what to do where the file is one of another kind of plan.
   static std::string ReasonOf(const std::string& file, const RunTimeError& error);
   int Fail(const std::string& file, const RunTimeError& error) const;
-  // The exit status behind the OK button, told in the closing line with `report` in front, or in a
-  // word where it gave no file.
+  // The exit status behind the OK button, told in the closing line with `report` and `proof` in
+  // front, or in a word where it gave no file. A proof that can't be made leaves the status.
   int AfterOk(const std::optional<bool>& driverResult, const RunResult& result,
-              const std::function<std::string()>& report = nullptr);
+              const std::function<std::string()>& report = nullptr,
+              const std::function<std::string()>& proof = nullptr);
   // Does what stands beside the work: where it can't be done, a word tells why and the work stands.
   bool Add(const std::string& what, const std::function<void()>& step);
   // The closing line of a run that succeeds, unless --quiet.

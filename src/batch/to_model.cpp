@@ -1,7 +1,9 @@
+#include <functional>
 #include <utility>
 #include <vector>
 
 #include "inspect/merge_preview.h"
+#include "inspect/merge_proof.h"
 #include "merge_door.h"
 #include "merge_report.h"
 #include "mspdi/plan_reader.h"
@@ -24,9 +26,10 @@ bool OutputIsRefused(Session& session, const ToModelOptions& options) {
   return true;
 }
 
-bool OpenOutput(Session& session, const ToModelOptions& options) {
+// `writtenAs`: where the text stands until the run is over.
+bool OpenOutput(Session& session, const ToModelOptions& options, std::string& writtenAs) {
   frmProjectToIDEF3& form = session.main.projectToModel;
-  session.kept.KeepText(session.program.files, options.output);
+  writtenAs = session.kept.KeepText(session.program.files, options.output);
   return session.Browse(options.output, [&] { return form.PickText(); });
 }
 
@@ -43,7 +46,8 @@ int FromDatabase(Session& session, const ToModelOptions& options) {
   }
   const auto id = FindProject(projects, options.project, reason);
   if (!id || !form.PickProject(*id)) return session.Refuse(reason);
-  if (!OpenOutput(session, options)) return kRefused;
+  std::string text;
+  if (!OpenOutput(session, options, text)) return kRefused;
   form.cmdOK();
   return session.AfterOk(form.GenerateResult, form.Result);
 }
@@ -91,11 +95,13 @@ mspdi::UntakenRows UntakenOf(const ToModelOptions& options) try {
 int Preview(Session& session, const ToModelOptions& options, std::int32_t project) {
   if (const auto refused = RefusalOfMerge(session, options.interim, project)) return *refused;
   const inspect::MergePreview preview = inspect::PreviewMerge(
-      options.mpx.empty() ? options.xml : options.mpx, options.interim, project);
+      options.mpx.empty() ? options.xml : options.mpx, options.interim, project, nullptr,
+      options.noProof ? "" : session.desktop.TemplatePath());
   if (options.json) {
     PrintPreviewJson(session.out, preview, UntakenOf(options));
   } else {
     session.out << ChangesText(preview.changes);
+    if (preview.proof) session.out << ProofText(*preview.proof);
   }
   for (const Message& box : preview.boxes) session.desktop.ShowMessage(box);
   return session.StatusOf(preview.merged);
@@ -138,6 +144,15 @@ class MergeReport {
   std::optional<RunTimeError> failure_;
 };
 
+// Of a merge that was run: the text, held against the plan.
+std::string ProofOf(Session& session, const ToModelOptions& options, std::int32_t project,
+                    const std::string& text) {
+  Connection connection(session.program.workspace);
+  connection.Open(ConnectionText(options.interim), OpenMode::kReadOnly);
+  return ProofText(inspect::ProveMerge(connection, project, text, session.desktop.TemplatePath(),
+                                       &session.desktop));
+}
+
 int FromFile(Session& session, const ToModelOptions& options) {
   frmProjectToIDEF3& form = session.main.projectToModel;
   if (!BrowseFile(session, options)) return kRefused;
@@ -148,7 +163,8 @@ int FromFile(Session& session, const ToModelOptions& options) {
   session.OnModalForm(
       ForEach{[&](frmDBMerge* merge) { project ? merge->MergeWith(*project) : merge->Overwrite(); },
               [](auto* /*other*/) {}});
-  if (!OpenOutput(session, options)) return kRefused;
+  std::string text;
+  if (!OpenOutput(session, options, text)) return kRefused;
   if (!BrowseInterim(session, options)) {
     if (form.PickFailure) return session.Fail(options.interim, *form.PickFailure);
     return session.Refuse(options.interim + " can't be used as the interim database.");
@@ -156,7 +172,12 @@ int FromFile(Session& session, const ToModelOptions& options) {
   MergeReport report(session, options, project);
   report.Begin();
   form.cmdOK();
-  return session.AfterOk(form.GenerateResult, form.Result, [&] { return report.Text(); });
+  std::function<std::string()> proof;
+  if (project && !options.noProof && !session.quiet) {
+    proof = [&] { return ProofOf(session, options, *project, text); };
+  }
+  return session.AfterOk(
+      form.GenerateResult, form.Result, [&] { return report.Text(); }, proof);
 }
 
 }  // namespace

@@ -31,6 +31,8 @@ Look LookOf(ChangeKind kind) {
       return {"kept", QColor(150, 150, 150)};
     case ChangeKind::kNotTaken:
       return {"not taken", QColor(200, 150, 0)};
+    case ChangeKind::kDiffers:
+      return {"differs", QColor(220, 100, 0)};
     case ChangeKind::kStop:
       break;
   }

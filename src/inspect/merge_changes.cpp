@@ -2,21 +2,13 @@
 #include <utility>
 
 #include "inspect/model_snapshot.h"
-#include "runtime/conversions.h"
+#include "row_values.h"
 
 namespace merivane::inspect {
 
 using namespace runtime;
 
 namespace {
-
-// Numbers by their value; a duration that isn't given is the plan's one day.
-bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank) {
-  const auto number = [&](const std::string& text) {
-    return IsNumericText(text) ? ToDouble(text) : whenBlank;
-  };
-  return number(a) == number(b);
-}
 
 std::string OrOne(const std::string& number) { return number.empty() ? "1" : number; }
 

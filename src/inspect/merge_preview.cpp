@@ -25,13 +25,24 @@ using namespace roundtrip;
 
 namespace {
 
+MergeProof GuardedProof(Connection& merged, std::int32_t project, const std::string& text,
+                        const std::string& proofTemplate, Desktop* shown) try {
+  return ProveMerge(merged, project, text, proofTemplate, shown);
+} catch (const RunTimeError& error) {
+  return {{}, error.Description()};
+}
+
 // Merges again and again in fresh copies: what stopped in one pass is left out of the next, or read
 // as if it had been mended, until a pass comes through. That one tells what else would change.
 class Trial : public MergeListener {
  public:
   Trial(const std::string& planPath, const std::string& interimPath, std::int32_t project,
-        Desktop* shown)
-      : planPath_(planPath), interimPath_(interimPath), project_(project), shown_(shown) {}
+        Desktop* shown, const std::string& proofTemplate)
+      : planPath_(planPath),
+        interimPath_(interimPath),
+        project_(project),
+        shown_(shown),
+        proofTemplate_(proofTemplate) {}
 
   MergePreview Run() {
     constexpr int kMostPasses = 6;
@@ -100,12 +111,16 @@ class Trial : public MergeListener {
     const program::Progress::Run run(program.progress);
     program.workspace.CopyDatabase(interimPath_, database);
     boxes_ = &desktop.boxes;
-    Begin(program, database, folder.Path("model.txt"));
+    const std::string text = folder.Path("model.txt");
+    Begin(program, database, text);
     const ModelSnapshot before = ReadSnapshot(*state_->gInterimConn, project_);
     const bool ran = Merge();
     const bool isLast = isPassClean_;
     if (!ran && isLast) AddStop(StopOfWhole());
     if (ran) TellChanges(before);
+    if (ran && preview_.changes.empty() && !proofTemplate_.empty()) {
+      preview_.proof = GuardedProof(*state_->gProjectConn, project_, text, proofTemplate_, shown_);
+    }
     program.files.CloseAll();
     preview_.boxes = std::move(desktop.boxes);
     return isLast;
@@ -174,6 +189,7 @@ class Trial : public MergeListener {
   const std::string& interimPath_;
   std::int32_t project_;
   Desktop* shown_;
+  const std::string& proofTemplate_;
 
   MergePreview preview_;  // the stops of all passes; the boxes of the last one
   std::vector<Message> boxesToFirstStop_;
@@ -198,8 +214,8 @@ class Trial : public MergeListener {
 }  // namespace
 
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
-                          std::int32_t project, Desktop* shown) {
-  return Trial(planPath, interimPath, project, shown).Run();
+                          std::int32_t project, Desktop* shown, const std::string& proofTemplate) {
+  return Trial(planPath, interimPath, project, shown, proofTemplate).Run();
 }
 
 std::vector<Finding> CheckPlan(const std::string& planPath, const std::string& interimPath,

@@ -1,22 +1,12 @@
 #include "inspect/model_snapshot.h"
 
 #include "row_values.h"
+#include "runtime/conversions.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {
 
 namespace {
-
-// A note comes back from a plan with the quotes around it, and with other line ends behind it.
-std::string NoteText(std::string text) {
-  const bool quoted = text.starts_with('"');
-  if (quoted) text.erase(0, 1);
-  const auto isEnd = [&](char letter) {
-    return letter == '\r' || letter == '\n' || (quoted && letter == '"');
-  };
-  while (!text.empty() && isEnd(text.back())) text.pop_back();
-  return text;
-}
 
 constexpr std::int32_t kNoRow = -1;
 

@@ -1,8 +1,10 @@
-// What a row of a database that may come from another program tells.
+// What a row of a database that may come from another program tells, and how values of two such
+// rows are held together.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
@@ -14,10 +16,14 @@ using namespace runtime;
 
 // Any column may hold Null, or in a database of another program a text: such a row tells less, and
 // stops nothing.
-inline std::optional<std::int32_t> NumberIn(const Value& value) try {
-  return value.IsNull() ? std::nullopt : std::optional(ToInt32(value));
-} catch (const RunTimeError&) {
-  return std::nullopt;
-}
+std::optional<std::int32_t> NumberIn(const Value& value);
+
+// A note without the quotes around it and the line ends behind it, which a way through a plan
+// changes.
+std::string NoteText(std::string text);
+
+// Numbers by their value; `whenBlank` is that of a text that is none: a duration that isn't given
+// is the plan's one day.
+bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank);
 
 }  // namespace merivane::inspect

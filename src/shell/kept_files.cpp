@@ -143,8 +143,10 @@ std::string KeptFiles::StandInFor(const std::string& path) {
   return standIn;
 }
 
-void KeptFiles::KeepText(TextFiles& files, const std::string& path) {
-  files.WriteThrough(path, StandInFor(path));
+std::string KeptFiles::KeepText(TextFiles& files, const std::string& path) {
+  std::string standIn = StandInFor(path);
+  files.WriteThrough(path, standIn);
+  return standIn;
 }
 
 std::string KeptFiles::BackupName() const {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "inspect/merge_proof.h"
 #include "inspect/model_snapshot.h"
 #include "platform/desktop.h"
 
@@ -17,14 +19,17 @@ struct MergePreview {
   std::vector<MergeChange> changes;
   std::vector<Message> boxes;  // what the merge would show
   bool merged = false;
+  std::optional<MergeProof> proof;  // of a merge, where it was asked for
 };
 
 // Folds the plan into a copy of the interim database, and tells what that changed. Nothing of the
 // user's is touched. Paths are UTF-8; a plan whose name ends in ".xml" is planning XML, any other
 // MPX. Its progress is shown on `shown`, where the user may cancel it: RunCancelled comes up then.
+// With the path of a template the proof is made; what keeps it from being made is its failure.
 // Errors: a database that can't be copied, no temporary folder.
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
-                          std::int32_t project, Desktop* shown = nullptr);
+                          std::int32_t project, Desktop* shown = nullptr,
+                          const std::string& proofTemplate = {});
 
 // What the merge that came in last passed over of the plan: predecessors that the plan doesn't
 // have, under another summary task, of the kind start-to-finish. Errors of the database come up.

@@ -62,6 +62,7 @@ enum class ChangeKind {
   kKept,
   kNotTaken,  // the plan says it, and the merge passes it over
   kStop,
+  kDiffers,  // the merged model gives something else than the plan: MergeProof
 };
 
 // One thing that a merge changes or passes over, or what stops it.

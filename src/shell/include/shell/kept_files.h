@@ -50,7 +50,7 @@ class KeptFiles {
   // written.
   std::string StandInFor(const std::string& path);
   // The same for a text that `files` opens.
-  void KeepText(TextFiles& files, const std::string& path);
+  std::string KeepText(TextFiles& files, const std::string& path);
 
   // The text (UTF-8), with the names of the files that are written beside the outputs replaced by
   // those of the outputs.

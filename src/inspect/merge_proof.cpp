@@ -1,0 +1,215 @@
+#include "inspect/merge_proof.h"
+
+#include <memory>
+#include <utility>
+
+#include "box_text.h"
+#include "machine_fault.h"
+#include "neutraltext/modGlobal.h"
+#include "plan_content.h"
+#include "platform/quiet_desktop.h"
+#include "program/error_boxes.h"
+#include "program/program.h"
+#include "row_values.h"
+#include "translator/modIDEF3ToProject.h"
+
+namespace merivane::inspect {
+
+using namespace neutraltext;
+using namespace translator;
+
+namespace {
+
+class PlanComparison {
+ public:
+  PlanComparison(const PlanContent& wanted, const PlanContent& given)
+      : wanted_(wanted), given_(given) {}
+
+  std::vector<MergeChange> Run() {
+    CompareTasks();
+    CompareRelations();
+    CompareResources();
+    CompareAssignments();
+    return std::move(differences_);
+  }
+
+ private:
+  void Add(std::optional<std::int32_t> row, ElementName element, std::string sentence,
+           std::string advice) {
+    differences_.push_back(
+        {ChangeKind::kDiffers, std::move(element), std::move(sentence), std::move(advice), row});
+  }
+
+  const PlanContent::Task* TaskOf(std::int32_t number) const {
+    for (const PlanContent* plan : {&wanted_, &given_}) {
+      const auto task = plan->tasks.find(number);
+      if (task != plan->tasks.end()) return &task->second;
+    }
+    return nullptr;
+  }
+  ElementName Named(std::int32_t number) const {
+    const PlanContent::Task* task = TaskOf(number);
+    return {"task", std::nullopt, task == nullptr ? "" : task->name};
+  }
+  std::optional<std::int32_t> RowOf(std::int32_t number) const {
+    const PlanContent::Task* task = TaskOf(number);
+    return task == nullptr ? std::nullopt : task->row;
+  }
+  std::string Place(std::int32_t parent) const {
+    return parent == 0 ? "on the first level" : "below " + Described(Named(parent));
+  }
+
+  void CompareTasks() {
+    for (const auto& [number, task] : wanted_.tasks) {
+      const auto given = given_.tasks.find(number);
+      if (given == given_.tasks.end()) {
+        Add(task.row, Named(number), "The merged model gives no task for it.",
+            "Draw its unit in the model.");
+        continue;
+      }
+      CompareTask(number, task, given->second);
+    }
+    for (const auto& [number, task] : given_.tasks) {
+      if (wanted_.tasks.contains(number)) continue;
+      Add(std::nullopt, Named(number), "The plan doesn't have it; the merged model gives it again.",
+          "Delete its unit in the model.");
+    }
+  }
+
+  void CompareTask(std::int32_t number, const PlanContent::Task& task,
+                   const PlanContent::Task& given) {
+    if (given.name != task.name) {
+      Add(task.row, Named(number), "The merged model calls it '" + given.name + "'.",
+          "Rename its process in the model.");
+    }
+    if (given.parent != task.parent) {
+      Add(task.row, Named(number),
+          "It lies " + Place(task.parent) + " in the plan, and " + Place(given.parent) +
+              " in what the merged model gives.",
+          "Move its unit in the model.");
+    }
+    // That of a summary task follows from those below it.
+    if (!task.isSummary && !IsSameNumber(given.duration, task.duration, 1)) {
+      Add(task.row, Named(number),
+          "It takes " + task.duration + " days in the plan, and " +
+              (given.duration.empty() ? "1" : given.duration) + " by the merged model.",
+          "Set the cycle time of its objects in the model.");
+    }
+    if (given.note != task.note) {
+      Add(task.row, Named(number), "The merged model has another note.",
+          "Write it into the glossary of its process.");
+    }
+  }
+
+  void CompareRelations() {
+    for (const PlanContent::Relation& relation : wanted_.relations) {
+      const auto& [from, to, kind] = relation;
+      if (given_.relations.contains(relation)) continue;
+      Add(RowOf(to), Named(to),
+          "The merged model doesn't give its predecessor " + Described(Named(from)) + " (" + kind +
+              ").",
+          kind.size() > 2 ? "A model holds no lags." : "Draw the link in the model.");
+    }
+    for (const PlanContent::Relation& relation : given_.relations) {
+      const auto& [from, to, kind] = relation;
+      if (wanted_.relations.contains(relation)) continue;
+      Add(RowOf(to), Named(to),
+          "The merged model gives it the predecessor " + Described(Named(from)) + " (" + kind +
+              "), which the plan doesn't have.",
+          "Delete the link in the model.");
+    }
+  }
+
+  void CompareResources() {
+    for (const auto& [name, resource] : wanted_.resources) {
+      const ElementName element{"resource", std::nullopt, name};
+      const auto given = given_.resources.find(name);
+      if (given == given_.resources.end()) {
+        Add(resource.row, element, "The merged model doesn't give it.",
+            "Put it into the model's objects.");
+        continue;
+      }
+      if (!IsSameNumber(given->second.quantity, resource.quantity, 1)) {
+        Add(resource.row, element,
+            "There are " + resource.quantity + " of it in the plan, and " + given->second.quantity +
+                " by the merged model.",
+            "Set its quantity in the model.");
+      }
+      if (given->second.note != resource.note) {
+        Add(resource.row, element, "The merged model has another note.",
+            "Write it into its glossary.");
+      }
+    }
+    for (const auto& [name, resource] : given_.resources) {
+      if (wanted_.resources.contains(name)) continue;
+      Add(std::nullopt, {"resource", std::nullopt, name},
+          "The plan doesn't have it; the merged model gives it again.",
+          "Delete the object in the model.");
+    }
+  }
+
+  void CompareAssignments() {
+    const auto add = [this](const auto& key, const std::string& sentence) {
+      Add(RowOf(key.first), Named(key.first), "Of resource '" + key.second + "': " + sentence,
+          "Set the labor rule of its unit.");
+    };
+    for (const auto& [key, units] : wanted_.assignments) {
+      const auto given = given_.assignments.find(key);
+      if (given == given_.assignments.end()) {
+        add(key, units + " in the plan, and none by the merged model.");
+      } else if (!IsSameNumber(given->second, units, 1)) {
+        add(key, units + " in the plan, and " + given->second + " by the merged model.");
+      }
+    }
+    for (const auto& [key, units] : given_.assignments) {
+      if (!wanted_.assignments.contains(key)) {
+        add(key, "none in the plan, and " + units + " by the merged model.");
+      }
+    }
+  }
+
+  const PlanContent& wanted_;
+  const PlanContent& given_;
+  std::vector<MergeChange> differences_;
+};
+
+// False where a step ended the program or showed a box that tells why.
+template <typename Step>
+bool Succeeds(QuietDesktop& desktop, Step step) {
+  try {
+    step();
+  } catch (const ProgramEnd&) {
+    // Its box has told why.
+  }
+  ThrowMachineFault(desktop);
+  return desktop.boxes.empty();
+}
+
+}  // namespace
+
+MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::string& textPath,
+                      const std::string& templatePath, Desktop* shown) {
+  constexpr std::int16_t kProject = 1;
+  QuietDesktop desktop;
+  if (shown != nullptr) desktop.ShowProgressOn(*shown);
+  Program program(desktop);
+  const program::Progress::Run run(program.progress);
+  ModelToProject& state = program.modelToProject;
+  state.gMspConn = std::make_unique<Connection>(program.workspace);
+  state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
+  state.gMspProjId = kProject;
+  state.takesOwnText = true;
+  MergeProof proof;
+  const auto fail = [&](const char* what) {
+    proof.failure = std::string("The merged text can't be ") + what + ": " +
+                    (desktop.boxes.empty() ? "" : OneLine(desktop.boxes.front().text));
+    return proof;
+  };
+  if (!Succeeds(desktop, [&] { ReadNeutralText(state, textPath); })) return fail("read back");
+  if (!Succeeds(desktop, [&] { TranslateToProject(state, ""); })) return fail("translated");
+  const PlanContent wanted = PlanThatCameIn(merged, project);
+  proof.differences = PlanComparison(wanted, TranslatedPlan(*state.gMspConn, kProject)).Run();
+  return proof;
+}
+
+}  // namespace merivane::inspect

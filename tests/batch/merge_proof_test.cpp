@@ -1,0 +1,49 @@
+// The proof behind a merge and in its preview.
+#include "batch_fixture.h"
+
+namespace merivane::test {
+
+namespace {
+
+class MergeProofCommand : public Batch {
+ protected:
+  MergeProofCommand() {
+    Succeed({"to-project", Sample("onboarding.txt"), "--database", plan, "--mpx", mpx});
+  }
+  int Merge(const std::vector<std::string>& more) {
+    return Run({"to-model", "--mpx", mpx, "--interim", plan, "--merge", "1"}, more);
+  }
+};
+
+TEST_F(MergeProofCommand, IsTheSameInThePreviewAndBehindTheMerge) {
+  const std::string told = "9 differences between the plan that came in and what the merged model";
+  EXPECT_EQ(Merge({"--dry-run", "--json"}), kDone);
+  const auto proof = nlohmann::json::parse(out.str())["proof"];
+  EXPECT_EQ(proof["agrees"], false);
+  ASSERT_EQ(proof["differences"].size(), 9U);
+  EXPECT_EQ(proof["differences"][0]["change"], "differs");
+  EXPECT_EQ(proof["differences"][0]["planRow"], 2);
+  EXPECT_EQ(Merge({"--dry-run"}), kDone);
+  EXPECT_NE(out.str().find(told), std::string::npos) << out.str();
+  EXPECT_EQ(Merge({"--output", model}), kDone) << err.str();
+  EXPECT_NE(out.str().find(told), std::string::npos) << out.str();
+  EXPECT_NE(out.str().find("differs: row 2 of the plan, task 'Set up the desk': "),
+            std::string::npos);
+}
+
+TEST_F(MergeProofCommand, IsLeftOutWhereAsked) {
+  EXPECT_EQ(Merge({"--dry-run", "--json", "--no-proof"}), kDone);
+  EXPECT_TRUE(nlohmann::json::parse(out.str())["proof"].is_null());
+  EXPECT_EQ(Merge({"--output", model, "--no-proof"}), kDone);
+  EXPECT_EQ(out.str().find("differ"), std::string::npos) << out.str();
+}
+
+TEST_F(MergeProofCommand, MergeStandsThatHasNoProof) {
+  EXPECT_EQ(Merge({"--output", model, "--template", folder.Path("none.mdb")}), kDone);
+  EXPECT_NE(err.str().find("the proof can't be told: "), std::string::npos) << err.str();
+  EXPECT_NE(out.str().find("written: " + model), std::string::npos) << out.str();
+  EXPECT_TRUE(fs::exists(model));
+}
+
+}  // namespace
+}  // namespace merivane::test
