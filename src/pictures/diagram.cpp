@@ -4,6 +4,9 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "diagram_figures.h"
 #include "layout.h"
@@ -136,7 +139,64 @@ class DiagramDrawer {
     AddGraph(graph, layout);
     AddLoose(graph.loose);
     picture_.height += kMargin - kGap + kBelow;
+    AddLegend();
     return std::move(picture_);
+  }
+
+  // What the signs of this diagram mean, those alone that stand in it.
+  std::vector<std::string> Signs() const {
+    const auto any = [](const auto& elements, auto holds) {
+      return std::any_of(elements.begin(), elements.end(), holds);
+    };
+    const auto& junctions = scenario_.junctions;
+    const auto isOf = [](JunctionKind kind) {
+      return [kind](const Junction& junction) { return junction.kind == kind; };
+    };
+    const auto drawnAs = [](LinkKind kind) {
+      return [kind](const Link& link) { return link.kind == kind; };
+    };
+    const std::pair<bool, const char*> signs[] = {
+        {any(junctions, isOf(JunctionKind::kAnd)), "&: all paths"},
+        {any(junctions, isOf(JunctionKind::kOr)), "O: one path or more"},
+        {any(junctions, isOf(JunctionKind::kXor)), "X: exactly one path"},
+        {any(junctions, [](const Junction& junction) { return !junction.synchronous; }),
+         "one bar: each at its own time"},
+        {any(junctions, [](const Junction& junction) { return junction.synchronous; }),
+         "two bars: at the same time"},
+        {any(scenario_.links, drawnAs(LinkKind::kRelation)), "dashed: a relation"},
+        {any(scenario_.links, drawnAs(LinkKind::kObjectFlow)), "double head: an object flows"},
+        {any(scenario_.units, [](const Unit& unit) { return !unit.decompositions.empty(); }),
+         "sheet behind: decomposed"},
+        {any(scenario_.units, [](const Unit& unit) { return !unit.sent; }),
+         "grey: not in the plan"}};
+    std::vector<std::string> told;
+    for (const auto& [occurs, sign] : signs) {
+      if (occurs) told.emplace_back(sign);
+    }
+    return told;
+  }
+
+  // In rows no wider than the diagram, where it isn't narrower than one sign.
+  void AddLegend() {
+    constexpr double kBetween = 22;
+    constexpr double kRow = 16;
+    const std::vector<std::string> signs = Signs();
+    if (signs.empty()) return;
+    Figure figure;
+    const double right = picture_.width - kMargin;
+    double left = kMargin;
+    double base = picture_.height;
+    for (const std::string& sign : signs) {
+      const double width = WidthOf(sign, Ink::kSubtitle);
+      if (left > kMargin && left + width > right) {
+        left = kMargin;
+        base += kRow;
+      }
+      figure.shapes.push_back(Text{Ink::kSubtitle, {left, base}, sign});
+      Grow(left + width, base + kRow);
+      left += width + kBetween;
+    }
+    picture_.figures.push_back(std::move(figure));
   }
 
   // In columns, so that the list is about as wide as it is high.

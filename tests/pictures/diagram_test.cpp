@@ -106,6 +106,16 @@ TEST_F(DiagramTest, WhatStaysOutOfThePlanIsGrey) {
   }
   EXPECT_EQ(grey, (std::vector<std::string>{"unit-2", "junction-101"}));
   EXPECT_EQ(greyLinks, 2);
+  EXPECT_THAT(Find(picture, "unit-2").title, HasSubstr("(XOR) takes another path"));
+  std::vector<std::string> legend;
+  for (const Text& sign : TextsOf(picture.figures.back(), Ink::kSubtitle)) {
+    legend.push_back(sign.text);
+    EXPECT_LE(sign.at.x + WidthOf(sign.text, Ink::kSubtitle), picture.width);
+    EXPECT_LE(sign.at.y, picture.height);
+  }
+  EXPECT_EQ(legend,
+            (std::vector<std::string>{"&: all paths", "X: exactly one path",
+                                      "one bar: each at its own time", "grey: not in the plan"}));
 }
 
 TEST_F(DiagramTest, NamesComeOutAsTextWhateverTheyHold) {
