@@ -184,7 +184,7 @@ CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
 }
 
 int RunCommandLine(const std::vector<std::string>& arguments, const std::string& programFolder,
-                   std::ostream& out, std::ostream& err, bool terminal) {
+                   std::ostream& out, std::ostream& err, const RunSetting& setting) {
   CommandLine line;
   CLI::App app("Translates between IDEF3 process models (Neutral Text) and project plans.",
                "merivane-batch");
@@ -208,7 +208,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   }
   if (!line.todayText.empty()) line.common.today = ParseDate(line.todayText);
 
-  Session session(line.common, programFolder, out, err, terminal);
+  Session session(line.common, programFolder, out, err, setting);
   return session.Run([&]() -> int {
     if (*toProject) return RunToProject(session, line.toProject);
     if (*toModel) return RunToModel(session, line.toModel);
@@ -224,8 +224,8 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
 }  // namespace
 
 int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
-             std::ostream& out, std::ostream& err, bool terminal) {
-  return Guarded(err, [&] { return RunCommandLine(arguments, programFolder, out, err, terminal); });
+             std::ostream& out, std::ostream& err, const RunSetting& setting) {
+  return Guarded(err, [&] { return RunCommandLine(arguments, programFolder, out, err, setting); });
 }
 
 }  // namespace merivane::batch

@@ -22,7 +22,7 @@ int Draw(Session& session, const ChartOptions& options) {
   const pictures::Picture chart =
       pictures::DrawChart(connection, *project, session.desktop.Today());
   SayIfSmall(session, options.output,
-             pictures::WritePictures({chart}, session.kept.StandInFor(options.output)));
+             pictures::WritePictures({chart}, session.kept.NewOutput(options.output)));
   session.Report(ToUtf8(chart.description) + "; written: " + options.output);
   return kDone;
 }

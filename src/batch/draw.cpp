@@ -71,7 +71,7 @@ int Draw(Session& session, const DrawOptions& options, ProcessModel model,
   std::vector<Picture> drawings;
   drawings.reserve(diagrams.size());
   for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
-  const double factor = WritePictures(drawings, session.kept.StandInFor(options.output));
+  const double factor = WritePictures(drawings, session.kept.NewOutput(options.output));
   SayHowDrawn(session, diagrams, options.output, factor);
   const bool asAsked = std::none_of(diagrams.begin(), diagrams.end(),
                                     [](const Diagram& diagram) { return diagram.outline; });

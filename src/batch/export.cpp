@@ -28,7 +28,7 @@ int Export(Session& session, const ExportOptions& options) {
   Connection connection(session.program.workspace);
   connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
   const mspdi::WrittenCounts counts = mspdi::WritePlan(
-      connection, *project, session.desktop.Today(), session.kept.StandInFor(options.xml));
+      connection, *project, session.desktop.Today(), session.kept.NewOutput(options.xml));
   TellLeftOut(session, counts.warnings);
   session.Report(std::to_string(counts.tasks) + " tasks, " + std::to_string(counts.resources) +
                  " resources, " + std::to_string(counts.links) + " links, " +

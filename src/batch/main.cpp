@@ -27,7 +27,7 @@ int main(int argc, char** argv) try {
   const int status = OnUtf8Terminal([&] {
     return merivane::batch::RunBatch(ProgramArguments(argc, argv),
                                      ProgramFolder(argc > 0 ? argv[0] : ""), std::cout, std::cerr,
-                                     StandardErrorIsTerminal());
+                                     {.terminal = StandardErrorIsTerminal()});
   });
   if (status == merivane::batch::kFailed || status == merivane::batch::kRefused) {
     EndAsAsked();

@@ -79,7 +79,7 @@ int RunReport(Session& session, const ReportOptions& options) {
   report.findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
   report.diagrams = DrawDiagrams(
       report.model.scenarios, {.objects = options.objects, .headline = false, .note = report.note});
-  WriteFile(session.kept.StandInFor(options.output), ReportPage(report));
+  WriteFile(session.kept.NewOutput(options.output), ReportPage(report));
   if (!report.chart) session.Say(ToUtf8(report.whyNoChart));
   const std::size_t count = report.diagrams.size();
   session.Report(std::to_string(count) + (count == 1 ? " diagram" : " diagrams") +

@@ -15,16 +15,18 @@ bool Succeeded(int status) { return status == kDone || status == kDoneWithMessag
 }  // namespace
 
 Session::Session(const CommonOptions& common, const std::string& programFolder,
-                 std::ostream& standardOut, std::ostream& standardError, bool terminal)
+                 std::ostream& standardOut, std::ostream& standardError, const RunSetting& setting)
     : out(standardOut),
       err(standardError),
       quiet(common.quiet),
       log(common.quiet ? nullptr : &standardError),
       progressLine(standardError),
-      desktop(common, programFolder, log, progressLine, terminal && !quiet),
+      desktop(common, programFolder, log, progressLine, setting.terminal && !quiet),
       program(desktop),
       main(program),
-      common_(common) {}
+      common_(common) {
+  if (setting.patience) program.workspace.patience = *setting.patience;
+}
 
 bool Session::Admits(std::vector<NamedFile> files) {
   files.push_back({"the template", desktop.TemplatePath()});
@@ -49,9 +51,9 @@ std::string Session::ReasonOf(const std::string& file, const RunTimeError& error
 }
 
 int Session::TellFailure(const std::string& file, const RunTimeError& error) const {
-  const std::string described = ReasonOf(file, error);
-  const std::string reason = kept.InNamesOfOutputs(described);
-  const bool namesFile = reason != described || reason.find("'" + file + "'") != std::string::npos;
+  const std::string reason = ReasonOf(file, error);
+  const bool namesFile =
+      kept.NamesOutput(reason) || reason.find("'" + file + "'") != std::string::npos;
   Say((namesFile ? "" : file + ": ") + reason);
   return kFailed;
 }
@@ -61,14 +63,8 @@ int Session::Fail(const std::string& file, const RunTimeError& error) const {
   return error.Number() == kDatabaseError ? kRefused : kFailed;
 }
 
-int Session::InNamesOfOutputs(const std::function<int()>& command) const try {
-  return command();
-} catch (const RunTimeError& error) {
-  throw RunTimeError(error.Number(), FromUtf8(kept.InNamesOfOutputs(ToUtf8(error.Description()))));
-}
-
 int Session::Run(const std::function<int()>& command) {
-  int status = Guarded(err, [&] { return InNamesOfOutputs(command); });
+  int status = Guarded(err, command);
   const bool closed = CloseAll();
   if (Succeeded(status)) {
     status = closed ? Guarded(err, [&] { return Conclude(status); }) : kFailed;

@@ -26,7 +26,7 @@ using namespace shell;
 class Session {
  public:
   Session(const CommonOptions& common, const std::string& programFolder, std::ostream& out,
-          std::ostream& err, bool terminal);
+          std::ostream& err, const RunSetting& setting);
 
   // The door for the names that a command was given; the log and the template stand beside them.
   // False, with a word on standard error, where they refuse the run: nothing was touched then.
@@ -102,8 +102,6 @@ class Session {
   frmMain main;
 
  private:
-  // An error that comes up tells of outputs by their names.
-  int InNamesOfOutputs(const std::function<int()>& command) const;
   bool CloseAll();
   int Conclude(int status);
   int KeepPartial();

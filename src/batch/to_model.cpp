@@ -29,7 +29,7 @@ bool OutputIsRefused(Session& session, const ToModelOptions& options) {
 // `writtenAs`: where the text stands until the run is over.
 bool OpenOutput(Session& session, const ToModelOptions& options, std::string& writtenAs) {
   frmProjectToIDEF3& form = session.main.projectToModel;
-  writtenAs = session.kept.KeepText(session.program.files, options.output);
+  writtenAs = session.kept.NewOutput(session.program.files, options.output).path;
   return session.Browse(options.output, [&] { return form.PickText(); });
 }
 

@@ -59,11 +59,11 @@ bool BrowseFiles(Session& session, const ToProjectOptions& options) {
   frmIDEF3ToProject& form = session.main.modelToProject;
   if (!options.xml.empty()) {
     if (!session.Browse(options.xml, [&] { return form.PickXml(); })) return false;
-    form.XmlStandIn = session.kept.StandInFor(options.xml);
+    session.kept.NewOutput(session.program.files, options.xml);
   }
   if (!options.mpx.empty()) {
     if (!session.Browse(options.mpx, [&] { return form.PickMpx(); })) return false;
-    session.kept.KeepText(session.program.files, options.mpx);
+    session.kept.NewOutput(session.program.files, options.mpx);
   }
   return true;
 }

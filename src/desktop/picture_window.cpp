@@ -147,7 +147,7 @@ void PictureWindow::Export() {
     return;
   }
   const bool written = desktop_.WriteAnew(
-      path, [this](const std::string& standIn) { pictures::WritePictures(pictures_, standIn); });
+      path, [this](const Output& output) { pictures::WritePictures(pictures_, output); });
   if (!written) return;
   const QString result = "Written: " + PathToQt(path);
   statusBar()->showMessage(result);

@@ -313,7 +313,7 @@ int QtDesktop::OpenWebPage(const std::string& url) {
 }
 
 bool QtDesktop::WriteAnew(const std::string& path,
-                          const std::function<void(const std::string& standIn)>& write) {
+                          const std::function<void(const Output& output)>& write) {
   const Message question{FromUtf8(path) + " exists. Do you want to replace it?",
                          MessageIcon::kExclamation,
                          {},
@@ -321,11 +321,11 @@ bool QtDesktop::WriteAnew(const std::string& path,
   if (FileIsThere(path) && ShowMessage(question) != MessageAnswer::kYes) return false;
   try {
     KeptFiles kept;
-    write(kept.StandInFor(path));
+    write(kept.NewOutput(path));
     kept.Finish();
     return true;
   } catch (const RunTimeError& error) {
-    throw FileError(error.Number(), path);  // it names the file beside it that was being written
+    throw FileError(error.Number(), path);  // what can't be drawn names no file
   }
 }
 

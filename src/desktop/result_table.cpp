@@ -172,8 +172,8 @@ void ResultTable::Save() {
       desktop_.ShowMessage({FromUtf8(path) + " is no name of a list: .txt, .csv or .json.",
                             MessageIcon::kExclamation});
     } else {
-      desktop_.WriteAnew(path, [&](const std::string& standIn) {
-        pictures::WriteFile(standIn, ListAs(*shown_, PathToQt(path)).toStdString());
+      desktop_.WriteAnew(path, [&](const Output& output) {
+        pictures::WriteFile(output, ListAs(*shown_, PathToQt(path)).toStdString());
       });
     }
   });

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "runtime/file_names.h"
+#include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::inspect {
@@ -11,16 +12,16 @@ using namespace runtime;
 
 ScratchFolder::ScratchFolder() {
   std::error_code error;
-  const std::filesystem::path parent = std::filesystem::temp_directory_path(error);
-  path_ = runtime::TemporaryNameIn(parent);
-  if (std::filesystem::create_directory(runtime::PathOf(path_), error)) return;
+  path_ = TemporaryName();
+  const std::filesystem::path folder = PathOf(path_);
+  if (std::filesystem::create_directory(folder, error)) return;
   throw RunTimeError(kPermissionDenied,
-                     "No temporary folder can be made in " + runtime::Utf8Of(parent) + ".");
+                     "No temporary folder can be made in " + Utf8Of(folder.parent_path()) + ".");
 }
 
 ScratchFolder::~ScratchFolder() {
   std::error_code error;
-  std::filesystem::remove_all(runtime::PathOf(path_), error);
+  std::filesystem::remove_all(PathOf(path_), error);
 }
 
 }  // namespace merivane::inspect

@@ -1,6 +1,6 @@
 #include "mspdi/plan_writer.h"
 
-#include <filesystem>
+#include <cerrno>
 #include <fstream>
 
 #include "plan_parts.h"
@@ -12,52 +12,20 @@ namespace merivane::mspdi {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-// `shown` names the file in errors.
-void Save(const pugi::xml_document& document, const std::string& path, const std::string& shown) {
-  std::ofstream file(PathOf(path), std::ios::binary | std::ios::trunc);
-  if (!file.is_open()) throw FileError(kPermissionDenied, shown);
+void Save(const pugi::xml_document& document, const Output& output) {
+  std::ofstream file(PathOf(output.path), std::ios::binary | std::ios::trunc);
+  if (!file.is_open()) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
   document.save(file, " ", pugi::format_indent, pugi::encoding_utf8);
   file.close();
-  if (file.fail()) throw FileError(kDiskFull, shown);
-}
-
-void SaveBeside(const pugi::xml_document& document, const std::string& target,
-                const std::string& shown) {
-  std::error_code error;
-  const std::string fresh = TemporaryNameBeside(target);
-  try {
-    if (!MakeNewFile(fresh)) throw RunTimeError(kPermissionDenied);
-    Save(document, fresh, shown);
-    SyncFile(fresh);
-    const fs::file_status before = fs::status(PathOf(target), error);
-    if (fs::exists(before)) fs::permissions(PathOf(fresh), before.permissions(), error);
-    if (MoveInPlace(PathOf(fresh), PathOf(target))) throw RunTimeError(kPermissionDenied);
-  } catch (const RunTimeError& failure) {
-    fs::remove(PathOf(fresh), error);
-    throw FileError(failure.Number(), shown);
-  }
-}
-
-// The file is whole before it takes the other's place, under the name behind a link. A pipe or a
-// device is written as it stands.
-void SaveInPlaceOf(const pugi::xml_document& document, const std::string& name) {
-  const std::string target = Followed(name);
-  std::error_code error;
-  const fs::file_status there = fs::status(PathOf(target), error);
-  if (fs::is_directory(there)) throw FileError(kPathFileAccessError, name);
-  if (fs::exists(there) && !fs::is_regular_file(there)) {
-    Save(document, target, name);
-  } else {
-    SaveBeside(document, target, name);
-  }
+  if (!file.fail()) return;
+  if (output.path != output.name) RemoveFile(PathOf(output.path));  // half a plan takes no place
+  throw FileError(kDiskFull, output.name);
 }
 
 }  // namespace
 
 WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
-                        const std::string& path) {
+                        const Output& output) {
   const ReadScope reading(&connection);
   const Utf8Texts texts;
   schedule::Plan plan = schedule::ReadPlan(connection, project, today);
@@ -99,7 +67,7 @@ WrittenCounts WritePlan(Connection& connection, std::int32_t project, const Date
                                         : " texts are longer than XML takes, or hold") +
                               " characters that can't stand there; the rest is written.");
   }
-  SaveInPlaceOf(document, path);
+  Save(document, output);
   return counts;
 }
 

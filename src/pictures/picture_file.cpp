@@ -44,26 +44,23 @@ bool IsPictureName(const std::string& path) {
                      [&](const std::string& ending) { return EndsWith(path, ending); });
 }
 
-double WritePictures(const std::vector<Picture>& pictures, const std::string& path) {
+double WritePictures(const std::vector<Picture>& pictures, const Output& output) {
   for (const RenderedFormat& format : RenderedFormats()) {
-    if (!EndsWith(path, format.ending)) continue;
+    if (!EndsWith(output.path, format.ending)) continue;
     const Rendering rendering = format.render(pictures);
-    WriteFile(path, rendering.bytes);
+    WriteFile(output, rendering.bytes);
     return rendering.factor;
   }
-  WriteFile(path, ToSvgFile(Stacked(pictures)));
+  WriteFile(output, ToSvgFile(Stacked(pictures)));
   return 1;
 }
 
-void WriteFile(const std::string& path, std::string_view bytes) {
-  const auto fail = [&](int number) {
-    throw RunTimeError(number, ErrorText(number) + ": '" + FromUtf8(path) + "'");
-  };
-  std::ofstream file(PathOf(path), std::ios::binary);
-  if (!file) fail(kPermissionDenied);
+void WriteFile(const Output& output, std::string_view bytes) {
+  std::ofstream file(PathOf(output.path), std::ios::binary);
+  if (!file) throw FileError(kPermissionDenied, output.name);
   file.write(bytes.data(), std::ssize(bytes));
   file.close();
-  if (!file) fail(kDiskFull);
+  if (!file) throw FileError(kDiskFull, output.name);
 }
 
 }  // namespace merivane::pictures

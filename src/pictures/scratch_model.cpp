@@ -1,12 +1,12 @@
 #include "pictures/scratch_model.h"
 
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <string_view>
 
 #include "neutraltext/reader_listener.h"
 #include "runtime/file_names.h"
+#include "runtime/new_file.h"
 #include "store/interim_db.h"
 #include "translator/modIDEF3ToProject.h"
 
@@ -16,13 +16,6 @@ using namespace runtime;
 using namespace translator;
 
 namespace {
-
-std::string TemporaryDatabase() {
-  std::error_code error;
-  const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
-  if (error) throw RunTimeError(kPathNotFound);
-  return TemporaryNameIn(folder);
-}
 
 // Where in the text the reader is.
 class Place : public ReaderListener {
@@ -61,15 +54,10 @@ class Place : public ReaderListener {
   std::size_t scenarios_ = 0;
 };
 
-void Remove(const std::string& path) {
-  std::error_code ignored;
-  std::filesystem::remove(PathOf(path), ignored);
-}
-
 }  // namespace
 
 ScratchModel::ScratchModel(Program& program)
-    : state_(program.modelToProject), path_(TemporaryDatabase()) {
+    : state_(program.modelToProject), path_(TemporaryName()) {
   program.workspace.CopyDatabase(program.desktop.TemplatePath(), path_);
   try {
     state_.takesOwnText = true;
@@ -77,7 +65,7 @@ ScratchModel::ScratchModel(Program& program)
     state_.gMspProjId = kProject;
     OpenInterimDb(program.workspace, state_.gMspConn, true, path_);
   } catch (const RunTimeError&) {
-    Remove(path_);
+    RemoveFile(PathOf(path_));
     throw;
   }
 }
@@ -86,7 +74,7 @@ ScratchModel::~ScratchModel() {
   ReleaseNeutralTextFile(state_);
   state_.takesOwnText = false;
   state_.gMspConn.reset();
-  Remove(path_);
+  RemoveFile(PathOf(path_));
 }
 
 void ScratchModel::Read(const std::string& textFile) {

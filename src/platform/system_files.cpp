@@ -6,30 +6,13 @@
 #include <iterator>
 #include <system_error>
 
+#include "runtime/code_page.h"
+
 namespace merivane::platform {
 
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-
-void AppendUtf8(std::string& out, char32_t code) {
-  const auto more = [&](int shift) { out += static_cast<char>(0x80 | ((code >> shift) & 0x3F)); };
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0 | (code >> 6));
-    more(0);
-  } else if (code < 0x10000) {
-    out += static_cast<char>(0xE0 | (code >> 12));
-    more(6);
-    more(0);
-  } else {
-    out += static_cast<char>(0xF0 | (code >> 18));
-    more(12);
-    more(6);
-    more(0);
-  }
-}
 
 std::string DecodedText(const std::string& bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
@@ -85,7 +68,7 @@ std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst) {
       code = pair ? 0x10000 + ((code - 0xD800) << 10) + (next - 0xDC00) : kReplacement;
       if (pair) at += 2;
     }
-    AppendUtf8(text, code);
+    runtime::AppendUtf8(text, code);
   }
   return text;
 }

@@ -65,6 +65,27 @@ bool IsAscii(char character) { return static_cast<unsigned char>(character) < 0x
 
 }  // namespace
 
+void AppendUtf8(std::string& utf8, char32_t codePoint) {
+  const auto more = [&](unsigned shift) {
+    utf8 += static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU));
+  };
+  if (codePoint < 0x80) {
+    utf8 += static_cast<char>(codePoint);
+  } else if (codePoint < 0x800) {
+    utf8 += static_cast<char>(0xC0U | (codePoint >> 6U));
+    more(0);
+  } else if (codePoint < 0x10000) {
+    utf8 += static_cast<char>(0xE0U | (codePoint >> 12U));
+    more(6);
+    more(0);
+  } else {
+    utf8 += static_cast<char>(0xF0U | (codePoint >> 18U));
+    more(12);
+    more(6);
+    more(0);
+  }
+}
+
 std::string ToUtf8(std::string_view text) {
   if (std::all_of(text.begin(), text.end(), IsAscii)) return std::string(text);
   std::string utf8;
@@ -105,27 +126,6 @@ std::string WellFormedUtf8(std::string_view utf8, std::size_t most) {
     }
   }
   return text;
-}
-
-void AppendUtf8(std::string& utf8, char32_t codePoint) {
-  const auto more = [&](int shift) {
-    utf8 += static_cast<char>(0x80 | (codePoint >> shift & 0x3F));
-  };
-  if (codePoint < 0x80) {
-    utf8 += static_cast<char>(codePoint);
-    return;
-  }
-  if (codePoint < 0x800) {
-    utf8 += static_cast<char>(0xC0 | codePoint >> 6);
-  } else if (codePoint < 0x10000) {
-    utf8 += static_cast<char>(0xE0 | codePoint >> 12);
-    more(6);
-  } else {
-    utf8 += static_cast<char>(0xF0 | codePoint >> 18);
-    more(12);
-    more(6);
-  }
-  more(0);
 }
 
 }  // namespace merivane::runtime

@@ -53,10 +53,13 @@ std::string Utf8Of(const fs::path& path) {
   return {text.begin(), text.end()};
 }
 
-bool IsSamePlace(const std::string& a, const std::string& b) {
+bool IsSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
-  if (fs::equivalent(PathOf(a), PathOf(b), error) && !error) return true;
-  return IsSameName(Followed(a), Followed(b));
+  return fs::equivalent(PathOf(a), PathOf(b), error) && !error;
+}
+
+bool IsSamePlace(const std::string& a, const std::string& b) {
+  return IsSameFile(a, b) || IsSameName(Followed(a), Followed(b));
 }
 
 void RefuseDevice(const std::string& path) {

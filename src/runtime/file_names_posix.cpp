@@ -13,18 +13,7 @@ namespace merivane::runtime {
 namespace {
 
 [[noreturn]] void ThrowFailure(const std::string& path) {
-  switch (errno) {
-    case ENOSPC:
-    case EDQUOT:
-      throw FileError(kDiskFull, path);
-    case ENOENT:
-    case ENOTDIR:
-      throw FileError(kPathNotFound, path);
-    case EIO:
-      throw FileError(kDeviceIoError, path);
-    default:
-      throw FileError(kPermissionDenied, path);
-  }
+  throw FileError(ErrorOfSystem(errno, kPermissionDenied), path);
 }
 
 }  // namespace

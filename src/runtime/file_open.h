@@ -13,6 +13,5 @@ enum class OpenMode { kRead, kWrite };
 std::FILE* OpenStream(const std::string& path, OpenMode mode);
 
 bool FolderExists(const std::string& path);  // the folder that holds `path`
-bool SameFile(const std::string& a, const std::string& b);
 
 }  // namespace merivane::runtime

@@ -22,9 +22,4 @@ bool FolderExists(const std::string& path) {
   return fs::is_directory(fs::absolute(path, ignored).parent_path(), ignored);
 }
 
-bool SameFile(const std::string& a, const std::string& b) {
-  std::error_code ignored;
-  return a == b || fs::equivalent(a, b, ignored);
-}
-
 }  // namespace merivane::runtime

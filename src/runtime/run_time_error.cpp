@@ -1,6 +1,7 @@
 #include "runtime/run_time_error.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 
 #include "runtime/code_page.h"
@@ -61,6 +62,33 @@ std::string ErrorText(int number) {
                    [number](const Description& entry) { return entry.number == number; });
   return found == std::end(kDescriptions) ? "Application-defined or object-defined error"
                                           : found->text;
+}
+
+int ErrorOfSystem(int failure, int otherwise) {
+  switch (failure) {
+    case ENOSPC:
+    case EFBIG:
+#ifdef EDQUOT
+    case EDQUOT:
+#endif
+      return kDiskFull;
+    case EIO:
+      return kDeviceIoError;
+    case ENOENT:
+    case ENOTDIR:
+      return kPathNotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return kPermissionDenied;
+    case EMFILE:
+    case ENFILE:
+      return kTooManyFiles;
+    case EISDIR:
+      return kPathFileAccessError;
+    default:
+      return otherwise;
+  }
 }
 
 RunTimeError FileError(int number, const std::string& path) {

@@ -24,24 +24,8 @@ constexpr std::size_t kChunk = 131072;
 constexpr std::size_t kLongestLine = 1 << 20;
 
 [[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, OpenMode mode) {
-  switch (failure) {
-    case ENOENT:
-      throw RunTimeError(mode == OpenMode::kRead && FolderExists(path) ? kFileNotFound
-                                                                       : kPathNotFound);
-    case ENOTDIR:
-      throw RunTimeError(kPathNotFound);
-    case EACCES:
-    case EPERM:
-    case EROFS:
-      throw RunTimeError(kPermissionDenied);
-    case ENOSPC:
-      throw RunTimeError(kDiskFull);
-    case EMFILE:
-    case ENFILE:
-      throw RunTimeError(kTooManyFiles);
-    default:
-      throw RunTimeError(kPathFileAccessError);
-  }
+  const bool noFile = failure == ENOENT && mode == OpenMode::kRead && FolderExists(path);
+  throw RunTimeError(noFile ? kFileNotFound : ErrorOfSystem(failure, kPathFileAccessError));
 }
 
 }  // namespace
@@ -136,7 +120,7 @@ struct TextFiles::File {
 
   void TellFailure() {
     if (failure == 0 || std::exchange(told, true)) return;
-    throw FileError(failure == ENOSPC || failure == EFBIG ? kDiskFull : kDeviceIoError, path);
+    throw FileError(ErrorOfSystem(failure, kDeviceIoError), path);
   }
 
   std::string path;
@@ -173,15 +157,17 @@ void TextFiles::OpenForOutput(std::int16_t number, const std::string& path) {
   RequireFree(number);
   for (auto entry = files_.begin(); entry != files_.end();) {
     const auto current = entry++;
-    if (SameFile(current->second->path, path)) Close(current->first);
+    if (current->second->path == path || IsSameFile(current->second->path, path))
+      Close(current->first);
   }
-  const auto standIn = standIns_.find(path);
-  const std::string& place = standIn == standIns_.end() ? path : standIn->second;
-  files_[number] = std::make_unique<File>(path, place, OpenMode::kWrite);
+  files_[number] = std::make_unique<File>(path, OutputOf(path).path, OpenMode::kWrite);
 }
 
-void TextFiles::WriteThrough(const std::string& path, const std::string& standIn) {
-  standIns_[path] = standIn;
+void TextFiles::WriteThrough(const Output& output) { standIns_[output.name] = output.path; }
+
+Output TextFiles::OutputOf(const std::string& path) const {
+  const auto standIn = standIns_.find(path);
+  return {path, standIn == standIns_.end() ? path : standIn->second};
 }
 
 bool TextFiles::IsOpen(std::int16_t number) const { return files_.contains(number); }

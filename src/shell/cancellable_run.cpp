@@ -11,11 +11,12 @@ void Keep(const Direction& direction, const RunTargets& targets, KeptFiles& kept
   if (!targets.database.empty()) {
     kept.KeepDatabase(direction.workspace, targets.database, targets.copy);
   }
-  if (targets.text.empty()) return;
-  try {
-    kept.KeepText(direction.files, targets.text);
-  } catch (const RunTimeError&) {
-    // The driver fails on it in its own way.
+  for (const std::string& output : targets.outputs) {
+    try {
+      kept.NewOutput(direction.files, output);
+    } catch (const RunTimeError&) {
+      // The driver fails on it in its own way.
+    }
   }
 }
 
@@ -45,7 +46,7 @@ RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run) 
     PutBack(direction, kept);
     return {};
   } catch (...) {
-    if (run.targets.database.empty() && !run.targets.text.empty()) {
+    if (run.targets.database.empty() && !run.targets.outputs.empty()) {
       run.drop();
       PutBack(direction, kept);
     }

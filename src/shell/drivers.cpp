@@ -18,7 +18,8 @@ namespace {
 void WriteXml(ModelToProject& state, const std::string& fileName) {
   if (fileName.empty()) return;
   if (!state.gMspConn) throw RunTimeError(kObjectNotSet);
-  mspdi::WritePlan(*state.gMspConn, state.gMspProjId, state.desktop.Today(), fileName);
+  mspdi::WritePlan(*state.gMspConn, state.gMspProjId, state.desktop.Today(),
+                   state.files.OutputOf(fileName));
 }
 
 bool Generated(ModelToProject& state, const std::function<void()>& steps) {

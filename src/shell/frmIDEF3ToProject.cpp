@@ -245,13 +245,17 @@ void frmIDEF3ToProject::cmdOK() {
 void frmIDEF3ToProject::Generate() {
   // A name in the box may be another one, of a database that couldn't be opened.
   const std::string database = state_.gMspConn ? state_.gMspConn->DatabaseName() : "";
-  const std::string xml = XmlStandIn.empty() ? txtXml.text : XmlStandIn;
   CancellableRun run;
   run.take = [this] { return TakeDatabase(); };
-  if (KeepBackup) run.targets = {database, Copy::kUntilDone, txtMpx.text};
+  if (KeepBackup) {
+    run.targets.database = database;
+    for (const std::string& output : {txtMpx.text, txtXml.text}) {
+      if (!output.empty()) run.targets.outputs.push_back(output);
+    }
+  }
   run.driver = [&] {
-    return Stored ? GenerateFromStoredModel(state_, *Stored, txtMpx.text, xml)
-                  : GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, xml);
+    return Stored ? GenerateFromStoredModel(state_, *Stored, txtMpx.text, txtXml.text)
+                  : GenerateFromText(state_, txtCelvarFilename.text, txtMpx.text, txtXml.text);
   };
   run.drop = [this] { DropRun(); };
   GenerateResult = RunUntilCancelled(state_, run).done;

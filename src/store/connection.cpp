@@ -56,8 +56,8 @@ void Connection::Open(const std::string& connectionText, OpenMode mode) {
   const bool inUse = workspace_.state_->CommitOthers(databaseName_, this);
   const auto written = WhenWritten(databaseName_);
   auto& proven = workspace_.state_->proven[databaseName_];
-  engine_ =
-      OpenDatabase(databaseName_, mode, {inUse, written && proven == written}, *workspace_.work);
+  engine_ = OpenDatabase(databaseName_, mode, {inUse, written && proven == written},
+                         *workspace_.work, workspace_.patience);
   proven = written;
   versionProven_ = VersionOf(engine_->Database(), databaseName_);
   engine_->OnWait(*workspace_.work);

@@ -39,29 +39,11 @@ FileKind KindOfFile(const std::string& path) {
   return log ? FileKind::kSqliteWithLog : FileKind::kSqlite;
 }
 
-bool IsSameFile(const std::string& a, const std::string& b) {
-  std::error_code error;
-  return fs::equivalent(PathOf(a), PathOf(b), error) && !error;
-}
-
 void RemoveJournals(const std::string& path) {
   for (const char* ending : {"-journal", "-wal", "-shm"}) {
     std::error_code error;
     fs::remove(PathOf(path + ending), error);
   }
-}
-
-std::string TemporaryName() {
-  std::error_code error;
-  const fs::path folder = fs::temp_directory_path(error);
-  if (error) throw RunTimeError(kPathNotFound);
-  return TemporaryNameIn(folder);
-}
-
-NewFile::~NewFile() {
-  if (path_.empty()) return;
-  std::error_code error;
-  fs::remove(PathOf(path_), error);
 }
 
 }  // namespace merivane::store

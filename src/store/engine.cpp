@@ -21,11 +21,13 @@ std::uintmax_t SizeOf(const std::string& path) {
 
 }  // namespace
 
-Engine::Engine(DatabaseHandle database, std::string path, bool readOnly)
+Engine::Engine(DatabaseHandle database, std::string path, bool readOnly,
+               std::chrono::milliseconds patience)
     : database_(std::move(database)),
       path_(std::move(path)),
       limit_(Database(), SizeOf(path_)),
-      readOnly_(readOnly) {
+      readOnly_(readOnly),
+      patience_(patience) {
   sqlite3_busy_handler(Database(), &Engine::Busy, this);
 }
 
@@ -53,9 +55,8 @@ void Engine::OnBusy(std::function<void()> callback) { onBusy_ = std::move(callba
 
 int Engine::Busy(void* self, int count) {
   constexpr auto kPause = 10ms;
-  constexpr int kMostPauses = 300;
-  if (count > kMostPauses) return 0;
   auto& engine = *static_cast<Engine*>(self);
+  if (count > engine.patience_ / kPause) return 0;
   if (count == 0 && engine.onBusy_) {
     engine.waiting_ = true;
     try {

@@ -1,6 +1,7 @@
 // One open database: its tables, its statements, its transaction, and the record sets that read it.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -44,7 +45,9 @@ class OpenSet {
 
 class Engine {
  public:
-  Engine(DatabaseHandle database, std::string path, bool readOnly);
+  // Waits for another process that holds the file for `patience`, each time.
+  Engine(DatabaseHandle database, std::string path, bool readOnly,
+         std::chrono::milliseconds patience = {});
   ~Engine();  // closes the sets; what isn't committed is lost
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
@@ -101,6 +104,7 @@ class Engine {
   std::string path_;
   StepLimit limit_;
   bool readOnly_;
+  std::chrono::milliseconds patience_;
   bool holdsFile_ = true;
   std::string ownFile_;
   std::function<void()> onBusy_;

@@ -40,11 +40,11 @@ std::string AsUri(const std::string& path) {
 }
 
 std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::string& name,
-                                       bool proven) {
+                                       bool proven, std::chrono::milliseconds patience) {
   DatabaseHandle database = OpenHandle(name, SQLITE_OPEN_READWRITE);
   SetUp(database.get(), path);
   const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
-  auto engine = std::make_shared<Engine>(std::move(database), path, readOnly);
+  auto engine = std::make_shared<Engine>(std::move(database), path, readOnly, patience);
   Prove(engine->Database(), path, proven);
   if (!readOnly) Execute(engine->Database(), "pragma journal_mode = delete", path);
   return engine;
@@ -78,8 +78,8 @@ bool WasCutOff(sqlite3* database) {
 // A transaction that a crash has cut off is undone by writing, so it is undone in a copy.
 std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string& name,
                                       Work& work) {
-  NewFile copy(TemporaryName());
-  const NewFile journal(copy.Path() + "-journal");
+  TemporaryFile copy(TemporaryName());
+  const TemporaryFile journal(copy.Path() + "-journal");
   CopyBytes(name, copy.Path(), copy.Path(), work);
   CopyBytes(name + "-journal", journal.Path(), journal.Path(), work);
   auto engine = OpenCopy(path, copy.Path(), work);
@@ -99,8 +99,9 @@ std::shared_ptr<Engine> CopyAside(Engine& source, bool readOnly, Work& work) {
 }
 
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
-                                       FileKind kind, bool proven, Work& work) {
-  auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true);
+                                       FileKind kind, bool proven, Work& work,
+                                       std::chrono::milliseconds patience) {
+  auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true, patience);
   if (WasCutOff(engine->Database())) return OpenRecovered(path, name, work);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path, proven);
@@ -111,8 +112,8 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
 }
 
 std::shared_ptr<Engine> OpenAccess(const std::string& path, Work& work) {
-  NewFile loaded(TemporaryName());
-  const NewFile journal(loaded.Path() + "-journal");
+  TemporaryFile loaded(TemporaryName());
+  const TemporaryFile journal(loaded.Path() + "-journal");
   LoadAccessFile(path, loaded.Path(), work);
   auto engine = OpenCopy(path, loaded.Path(), work);
   loaded.LetGo();
@@ -149,15 +150,15 @@ void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, Work& work) 
 }
 
 std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, const KnownFile& known,
-                                     Work& work) {
+                                     Work& work, std::chrono::milliseconds patience) {
   const FileKind kind = known.inUse ? FileKind::kSqlite : KindOfFile(path);
   if (kind == FileKind::kOther) {
     if (IsAccessFile(path)) return OpenAccess(path, work);
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
   const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
-  if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, known.proven);
-  auto engine = OpenForReading(path, name, kind, known.proven, work);
+  if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, known.proven, patience);
+  auto engine = OpenForReading(path, name, kind, known.proven, work, patience);
   return mode == OpenMode::kCopy ? CopyAside(*engine, false, work) : engine;
 }
 

@@ -1,6 +1,7 @@
 // Opens database files of each kind.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -19,7 +20,7 @@ struct KnownFile {
 // A real Access file is loaded into a file of its own, and a file opened for reading that lacks the
 // key columns' indexes into memory, where it gets them. See Connection::Open for the failures.
 std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, const KnownFile& known,
-                                     Work& work);
+                                     Work& work, std::chrono::milliseconds patience);
 
 // A handle that waits for nobody, with the limits of hardening.h. Errors as DatabaseError tells.
 DatabaseHandle OpenHandle(const std::string& path, int flags);

@@ -16,20 +16,6 @@ namespace {
 
 constexpr std::size_t kBlock = 1U << 18U;
 
-RunTimeError WriteFailure(int number, const std::string& path) {
-  switch (number) {
-    case ENOSPC:
-    case EFBIG:
-      return FileError(kDiskFull, path);
-    case EIO:
-      return FileError(kDeviceIoError, path);
-    case ENOENT:
-      return FileError(kPathNotFound, path);
-    default:
-      return FileError(kPermissionDenied, path);
-  }
-}
-
 // The bytes of a file, a block at a time; empty behind the last one.
 class Blocks {
  public:
@@ -120,7 +106,7 @@ void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown
     if (++blocks % kBlocksBetweenSyncs == 0 && target.flush()) Sync(to, shown);
   }
   target.close();
-  if (!target) throw WriteFailure(errno, shown);
+  if (!target) throw FileError(ErrorOfSystem(errno, kPermissionDenied), shown);
   Sync(to, shown);
 }
 

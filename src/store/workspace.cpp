@@ -14,12 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-RunTimeError SystemError(const std::error_code& error, const std::string& path) {
-  if (error == std::errc::no_space_on_device) return FileError(kDiskFull, path);
-  if (error == std::errc::no_such_file_or_directory) return FileError(kPathNotFound, path);
-  return FileError(kPermissionDenied, path);
-}
-
 bool HasLog(const std::string& path) {
   std::error_code error;
   return fs::exists(PathOf(path + "-wal"), error);
@@ -77,8 +71,7 @@ void CopyLocked(sqlite3* lock, const std::string& from, const std::string& to, W
 }
 
 void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const std::string& shown,
-            Work& work) {
-  constexpr int kPatience = 3000;  // milliseconds
+            Work& work, std::chrono::milliseconds patience) {
   if (inUse != nullptr && inUse->IsTaken() && !HasLog(from)) {
     return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown, work);
   }
@@ -87,7 +80,7 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const
     return CopyBytes(from, to, shown, work);
   }
   const DatabaseHandle source = OpenHandle(from, SQLITE_OPEN_READWRITE);
-  sqlite3_busy_timeout(source.get(), kPatience);
+  sqlite3_busy_timeout(source.get(), static_cast<int>(patience.count()));
   CopyDatabasePages(source.get(), from, to, shown, work);
 }
 
@@ -97,12 +90,15 @@ void MoveOver(const std::string& made, const std::string& target, const Database
   RemoveJournals(target);
   std::error_code failure = MoveInPlace(PathOf(made), PathOf(target));
   if (failure == std::errc::cross_device_link) {
-    const NewFile source(made);
-    const NewFile near(TemporaryNameBeside(target));
+    const TemporaryFile source(made);
+    const TemporaryFile near(TemporaryNameBeside(target));
     CopyBytes(made, near.Path(), target, work);
     failure = MoveInPlace(PathOf(near.Path()), PathOf(target));
   }
-  if (failure) throw SystemError(failure, target);
+  if (failure) {
+    throw FileError(ErrorOfSystem(failure.default_error_condition().value(), kPermissionDenied),
+                    target);
+  }
   SyncFolderOf(target);
 }
 
@@ -174,16 +170,16 @@ void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
   if (source == nullptr || !source->IsTaken()) state_->CommitOthers(from, nullptr);
   const bool isOpenHere = state_->CommitOthers(to, nullptr);
   const std::string target = Followed(to);
-  const NewFile made(TemporaryNameBeside(target));
+  const TemporaryFile made(TemporaryNameBeside(target));
   const DatabaseHandle lock = isOpenHere ? nullptr : LockForReplacement(to);
-  CopyTo(from, source, made.Path(), to, *work);
+  CopyTo(from, source, made.Path(), to, *work, patience);
   if (fs::exists(PathOf(target), error)) {
     fs::permissions(PathOf(made.Path()), fs::status(PathOf(target), error).permissions(), error);
   }
   if (!backup.empty()) {
     Engine* open = state_->EngineOn(to);
     if (open != nullptr) {
-      CopyTo(to, open, backup, backup, *work);
+      CopyTo(to, open, backup, backup, *work, patience);
     } else {
       CopyLocked(lock.get(), to, backup, *work);
     }

@@ -21,7 +21,7 @@ class Batch : public ::testing::Test {
     arguments.insert(arguments.end(), more.begin(), more.end());
     out.str("");
     err.str("");
-    return RunBatch(arguments, MERIVANE_BIN, out, err);
+    return RunBatch(arguments, MERIVANE_BIN, out, err, setting);
   }
   void Succeed(const std::vector<std::string>& arguments,
                const std::vector<std::string>& more = {}) {
@@ -60,6 +60,7 @@ class Batch : public ::testing::Test {
   std::string model = folder.Path("model.txt");
   std::string log = folder.Path("log.jsonl");
   std::ostringstream out, err;
+  RunSetting setting;
 };
 
 }  // namespace merivane::test

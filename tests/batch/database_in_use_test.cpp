@@ -16,11 +16,11 @@ class DatabaseInUse : public ::testing::Test {
   DatabaseInUse() { Append(); }
 
   // Exit status and what was said.
-  std::string Append() {
+  std::string Append(const RunSetting& setting = {}) {
     std::ostringstream out, err;
     const int status =
         RunBatch({"to-project", MERIVANE_SAMPLES "/onboarding.txt", "--database", plan, "--append"},
-                 MERIVANE_BIN, out, err);
+                 MERIVANE_BIN, out, err, setting);
     return std::to_string(status) + err.str();
   }
   std::vector<Value> Projects() {
@@ -49,7 +49,7 @@ TEST_F(DatabaseInUse, AnAppendThatWaitedInVainTakesNothingFromTheOther) {
   Recordset projects;
   projects.OpenDynamic("select * from MSP_PROJECTS", &writer);
   projects.AddNew({"PROJ_ID"}, {9});
-  const std::string told = Append();
+  const std::string told = Append({.patience = kBrief});
   EXPECT_EQ(told.front(), '1');
   EXPECT_TRUE(told.find("is in use by another program") != std::string::npos) << told;
   writer.Commit();

@@ -186,6 +186,7 @@ TEST_F(SafeRuns, AFaultOfTheMachineIsNoSuccess) {
   {
     RawDatabase writer(plan);
     writer.Run("begin immediate");
+    setting.patience = kBrief;
     EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--append"}), kFailed) << out.str();
     EXPECT_TRUE(Files() == before);
   }

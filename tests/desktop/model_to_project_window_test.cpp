@@ -214,6 +214,7 @@ TEST_F(ModelToProjectWindow, BadInputLeavesTheWindowUsable) {
   {
     RawDatabase other(plan);
     other.Run("begin exclusive");
+    program.workspace.patience = kBrief;
     user.steps.push_back(User::Clicks("CmdOverwrite"));
     Browse(form, "BrowsedbBt", plan);
   }
@@ -277,6 +278,7 @@ TEST_F(ModelToProjectWindow, AnEmptiedDatabaseIsToldAtOnceAndCanBePutBack) {
 }
 
 TEST_F(ModelToProjectWindow, ALockFoundAtOkLeavesTheWindowWithItsEntries) {
+  program.workspace.patience = kBrief;
   const std::string plan = folder.Path("plan.mdb");
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
   Browse(form, "BrowsedbBt", plan);
@@ -317,6 +319,7 @@ TEST_F(ModelToProjectWindow, TheResultNamesTheDatabaseThatWasWrittenAndOpensIt) 
   {
     RawDatabase other(locked);
     other.Run("begin exclusive");
+    program.workspace.patience = kBrief;
     user.steps.push_back(User::Clicks("CmdOverwrite"));
     Browse(form, "BrowsedbBt", locked);  // without a word, and the first one stays open
   }

@@ -267,6 +267,7 @@ TEST_F(ProjectToModelWindow, TheMergeOfAPreviewRunsOnceThePreviewIsGone) {
 }
 
 TEST_F(ProjectToModelWindow, ADatabaseThatIsLockedOrEmptiedIsTold) {
+  program.workspace.patience = kBrief;
   QWidget& form = OpenMpxTab(ChooseMerge);
   {
     RawDatabase other(database);

@@ -1,6 +1,7 @@
 #include "shell/kept_files.h"
 
 #include "database_fixture.h"
+#include "error_of.h"
 
 namespace merivane::test {
 
@@ -40,6 +41,28 @@ TEST_F(KeptFilesTest, PutsBackOnlyWhatTheRunItselfHasChanged) {
   }
   EXPECT_EQ(RawDatabase(databasePath).Ask("select PROJ_ID from MSP_PROJECTS"), "9");
 }
+
+#ifndef _WIN32
+TEST_F(KeptFilesTest, AnOutputThatIsRefusedGoesToNoPlaceOfAnEarlierRun) {
+  const std::string text = folder.Path("model.txt");
+  const auto write = [&] {
+    const std::int16_t number = program->files.FreeFile();
+    program->files.OpenForOutput(number, text);
+    program->files.Print(number, "line");
+    program->files.Close(number);
+  };
+  KeptFiles kept;
+  kept.NewOutput(program->files, text);
+  write();
+  EXPECT_FALSE(fs::exists(text));
+  kept.Finish();
+  EXPECT_EQ(ReadFile(text), "line\r\n");
+  fs::remove(text);
+  fs::create_symlink("/proc/sys/kernel/osrelease", text);  // which nobody may write
+  EXPECT_EQ(ErrorOf([&] { kept.NewOutput(program->files, text); }), kPermissionDenied);
+  EXPECT_EQ(ErrorOf(write), kPermissionDenied);
+}
+#endif
 
 }  // namespace
 }  // namespace merivane::test

@@ -94,6 +94,7 @@ TEST_F(ModelToProjectForm, TwoAppendsAtOnceTakeTwoNumbers) {
 }
 
 TEST_F(ModelToProjectForm, ADatabaseThatAnotherProgramWritesIsToldAndNothingIsTranslated) {
+  program->workspace.patience = kBrief;
   Answer(&frmDbFileAppend::CmdAppend);
   Browse(databasePath);
   Program otherProgram(desktop);

@@ -123,6 +123,7 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
     merge.comboInterimProject_Click();
     merge.CmdOK();
   };
+  program->workspace.patience = kBrief;
   BrowseInterim(databasePath);
   EXPECT_TRUE(state.gRoundTripMerge);
   EXPECT_EQ(state.gInterimProjId, 4);

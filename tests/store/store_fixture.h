@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,7 @@ class StoreFixture : public ::testing::Test {
         "insert into T (Num, Name, Odd) values"
         " (1, 'a', 1), (2, 'b', 0), (3, 'c', 1), (4, 'd', 0), (5, 'e', 1);"
         "create table Empty (Num integer)");
+    workspace.patience = std::chrono::milliseconds(30);  // nobody here lets a lock go
     connection.Open(ConnectionText(path));
   }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -37,6 +38,9 @@ namespace merivane::test {
 using namespace program;
 
 inline std::string TemplateDatabase() { return MERIVANE_BIN "/MerivaneTemplate.mdb"; }
+
+// The patience where a lock lasts for the whole test.
+inline constexpr std::chrono::milliseconds kBrief{30};
 
 using Row = std::vector<Value>;
 

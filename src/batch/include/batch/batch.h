@@ -1,6 +1,8 @@
 // The batch program as a function: arguments in, text on two streams, files, an exit status.
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -14,9 +16,15 @@ enum ExitStatus {
   kDoneWithMessages = 3  // the driver returned True, but boxes were shown on the way
 };
 
+struct RunSetting {
+  bool terminal =
+      false;  // `err` is one: how far a run is stands there in a line that comes and goes
+  // How long to wait for another process that holds a database, each time; empty: as ever.
+  std::optional<std::chrono::milliseconds> patience = {};
+};
+
 // Runs one command line (without the program's name). `programFolder` is where the template lies.
-// With `terminal`, `err` is one: how far a run is stands there in a line that comes and goes.
 int RunBatch(const std::vector<std::string>& arguments, const std::string& programFolder,
-             std::ostream& out, std::ostream& err, bool terminal = false);
+             std::ostream& out, std::ostream& err, const RunSetting& setting = {});
 
 }  // namespace merivane::batch

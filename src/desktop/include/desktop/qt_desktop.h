@@ -75,8 +75,7 @@ class QtDesktop : public Desktop {
 
   // Writes the file anew, under another name beside it until it is whole, and asks before it
   // replaces one. False where that isn't wanted. Errors of `write` come up with the name of `path`.
-  bool WriteAnew(const std::string& path,
-                 const std::function<void(const std::string& standIn)>& write);
+  bool WriteAnew(const std::string& path, const std::function<void(const Output& output)>& write);
 
   // Opens a file or a folder in the program that the user has for it.
   void OpenPlace(const QString& path);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "runtime/dates.h"
+#include "runtime/new_file.h"
 #include "store/connection.h"
 
 namespace merivane::mspdi {
@@ -21,14 +22,14 @@ struct WrittenCounts {
   std::vector<std::string> warnings;  // what can't be and was left out, a sentence each
 };
 
-// Writes the plan of a project (see schedule/plan.h for which one that is) to `path` (UTF-8): made
-// beside it, then renamed over it. Dates come from the tables where they have them, otherwise from
-// the schedule; `today` is the start of a plan that has none.
+// Writes the plan of a project (see schedule/plan.h for which one that is) to `output`. Dates come
+// from the tables where they have them, otherwise from the schedule; `today` is the start of a plan
+// that has none.
 //
-// What was there stays as it was after a failure: links in a circle (error 5), a plan beyond the
-// year 9999 (6), a path that is refused (70), isn't there (76) or has no room (61), a failure of
-// the store.
+// Failures: links in a circle (error 5), a plan beyond the year 9999 (6) and what the store refuses
+// come before the file is touched; then a path that is refused (70), is a folder (75), isn't there
+// (76) or has no room (61), which leaves nothing beside the place of a NewFile.
 WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
-                        const std::string& path);
+                        const Output& output);
 
 }  // namespace merivane::mspdi

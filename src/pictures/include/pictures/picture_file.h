@@ -6,8 +6,11 @@
 #include <vector>
 
 #include "pictures/picture.h"
+#include "runtime/new_file.h"
 
 namespace merivane::pictures {
+
+using namespace runtime;
 
 // What pictures can be written as: .svg, .png and .pdf, on Windows .svg alone.
 std::vector<std::string> PictureEndings();
@@ -15,13 +18,13 @@ std::string PictureEndingWords();  // ".svg, .png or .pdf"
 // One of them, in any case of letters.
 bool IsPictureName(const std::string& path);
 
-// Writes the pictures by the ending of `path` (UTF-8): into SVG and PNG one below the other, into
+// Writes the pictures by the ending of the output: into SVG and PNG one below the other, into
 // PDF each on a page of its own size. Gives the factor by which a PNG had to be smaller than usual,
 // or a PDF's page than it is, to stay within what programs read; 1 where it did not. Errors: 57 a
 // picture that can't be drawn, and those of WriteFile.
-double WritePictures(const std::vector<Picture>& pictures, const std::string& path);
+double WritePictures(const std::vector<Picture>& pictures, const Output& output);
 
 // Empties or makes the file and writes the bytes. Errors: 61, 70; the description names the file.
-void WriteFile(const std::string& path, std::string_view bytes);
+void WriteFile(const Output& output, std::string_view bytes);
 
 }  // namespace merivane::pictures

@@ -20,6 +20,9 @@ std::string Followed(const std::string& path);
 // Whether the system takes two names of one folder for one.
 bool IsSameName(const std::string& a, const std::string& b);
 
+// The same file on the disk, whatever its names; false where either is not there.
+bool IsSameFile(const std::string& a, const std::string& b);
+
 // The same file, whatever its names; where neither is there, the same place on the disk.
 bool IsSamePlace(const std::string& a, const std::string& b);
 

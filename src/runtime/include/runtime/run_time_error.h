@@ -59,6 +59,9 @@ class RunTimeError : public std::exception {
 // number that has none.
 std::string ErrorText(int number);
 
+// The number for a failure of the system (errno); `otherwise` where none stands for it.
+int ErrorOfSystem(int failure, int otherwise);
+
 // An error with its usual description and the name of the file (UTF-8) that it is about.
 RunTimeError FileError(int number, const std::string& path);
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/new_file.h"
+
 namespace merivane::runtime {
 
 // Owned by the program: closing it, or dropping it, flushes and closes every file.
@@ -38,8 +40,10 @@ class TextFiles {
   // Empties or makes the file. A file that is open under another number is closed first.
   void OpenForOutput(std::int16_t number, const std::string& path);
 
-  // From now on `standIn` is opened for output in place of `path`.
-  void WriteThrough(const std::string& path, const std::string& standIn);
+  // From now on the output's path is opened for output in place of its name.
+  void WriteThrough(const Output& output);
+  // Where an output of that name is written.
+  Output OutputOf(const std::string& path) const;
 
   bool IsOpen(std::int16_t number) const;
   bool AtEnd(std::int16_t number) const;  // False for an output file

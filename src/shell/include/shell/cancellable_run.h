@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "program/program.h"
 #include "shell/kept_files.h"
@@ -15,7 +16,7 @@ using namespace program;
 struct RunTargets {
   std::string database;  // that the run changes; empty: none is kept
   Copy copy = Copy::kUntilDone;
-  std::string text;  // that it writes anew; empty: none is kept
+  std::vector<std::string> outputs = {};  // that it writes anew
 };
 
 struct CancellableRun {
@@ -31,7 +32,7 @@ struct RunEnd {
 };
 
 // Takes the database, keeps the targets, runs the driver and commits what it wrote. Cancel ends it:
-// the targets are as they were, and a text whose run found no database open is too. Every other
+// the targets are as they were, and outputs whose run found no database open are too. Every other
 // end, an error too, leaves what was written so far.
 RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run);
 

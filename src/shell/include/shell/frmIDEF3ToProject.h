@@ -38,7 +38,6 @@ class frmIDEF3ToProject : public Form {
   TextBox txtXml;
   // Translated in the place of txtCelvarFilename, which stays empty.
   std::optional<translator::StoredModel> Stored;
-  std::string XmlStandIn;  // where the XML is written in txtXml's stead; empty: there
   std::string SSTabGenerateOpt = kDatabaseTab;  // caption of the active tab
   CheckBox CkLaunchMsprojApp;
 

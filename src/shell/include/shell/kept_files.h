@@ -1,10 +1,11 @@
 // The files that stood before a run, kept until it is told how the run ended.
 #pragma once
 
-#include <filesystem>
+#include <list>
 #include <string>
 #include <vector>
 
+#include "runtime/new_file.h"
 #include "runtime/text_files.h"
 #include "store/connection.h"
 
@@ -45,16 +46,13 @@ class KeptFiles {
   void KeepReplaced(Workspace& workspace, const std::string& path, const std::string& made,
                     const std::string& backup, Copy copy);
 
-  // The name under which the run writes the file anew, beside the place that Finish moves it to.
-  // A pipe or a device is written as it stands. Error 70 where a file stands there that may not be
-  // written.
-  std::string StandInFor(const std::string& path);
-  // The same for a text that `files` opens.
-  std::string KeepText(TextFiles& files, const std::string& path);
+  // Where the run writes the file anew, until Finish moves it to its place; see NewFile.
+  const Output& NewOutput(const std::string& name);
+  // The same for one that `files` opens or tells the place of.
+  const Output& NewOutput(TextFiles& files, const std::string& name);
 
-  // The text (UTF-8), with the names of the files that are written beside the outputs replaced by
-  // those of the outputs.
-  std::string InNamesOfOutputs(std::string text) const;
+  // Whether a text (UTF-8) names one of the outputs.
+  bool NamesOutput(const std::string& text) const;
 
   // All that is written goes to the disk; what is left to fail in Finish is the last step of each.
   void Flush();
@@ -80,19 +78,11 @@ class KeptFiles {
     std::string made;  // what the run has put in its place; empty where it is held or as copied
     bool held = false;
   };
-  struct NewPlace {
-    std::filesystem::path place;
-    std::filesystem::path standIn;
-    std::filesystem::path old;  // a second name of what stood there; empty without one
-    bool stood = false;
-    bool moved = false;
-  };
-  void Prepare(NewPlace& made);
   std::string Restore(const Database& database);
 
   Workspace* workspace_ = nullptr;  // of the databases
   std::vector<Database> databases_;
-  std::vector<NewPlace> newFiles_;
+  std::list<NewFile> newFiles_;
 };
 
 }  // namespace merivane::shell

@@ -1,6 +1,7 @@
 // A connection to one database file, and the workspace that knows all connections of a program.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -35,6 +36,9 @@ class Workspace {
   // Told while statements run or wait for another process, files are copied and Access files are
   // loaded. Set before the first connection is opened.
   Work* work = &nobody_;
+
+  // How long to wait for another process that holds a file, each time. Set as above.
+  std::chrono::milliseconds patience{3000};
 
   // Commits what every connection has written so far. For the end of a handler (errors come up) ...
   void CommitAll();

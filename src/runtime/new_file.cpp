@@ -1,0 +1,100 @@
+#include "runtime/new_file.h"
+
+#include <fstream>
+
+#include "runtime/file_names.h"
+#include "runtime/run_time_error.h"
+
+namespace merivane::runtime {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool MayBeWritten(const fs::path& file) {
+  return std::ofstream(file, std::ios::app | std::ios::binary).is_open();
+}
+
+bool IsThere(const fs::path& path) noexcept {
+  std::error_code error;
+  return fs::exists(path, error);
+}
+
+}  // namespace
+
+std::string TemporaryName() {
+  std::error_code error;
+  const fs::path folder = fs::temp_directory_path(error);
+  if (error) throw RunTimeError(kPathNotFound);
+  return TemporaryNameIn(folder);
+}
+
+void RemoveFile(const fs::path& path) noexcept {
+  std::error_code ignored;
+  fs::remove(path, ignored);
+}
+
+TemporaryFile::~TemporaryFile() {
+  if (!path_.empty()) RemoveFile(PathOf(path_));
+}
+
+NewFile::NewFile(const std::string& name) : target_(name) {
+  std::error_code error;
+  const fs::path given = PathOf(name);
+  const fs::file_status status = fs::status(given, error);
+  if (fs::exists(status) && !fs::is_regular_file(status)) return;
+  if (fs::exists(status) && !MayBeWritten(given)) throw FileError(kPermissionDenied, name);
+  const std::string place = Followed(name);
+  target_.path = TemporaryNameBeside(place);
+  place_ = PathOf(place);
+}
+
+NewFile::~NewFile() { PutBack(); }
+
+void NewFile::Prepare() {
+  const fs::path made = PathOf(target_.path);
+  if (place_.empty() || !IsThere(made)) return;
+  try {
+    SyncFile(target_.path);
+  } catch (const RunTimeError& failure) {
+    throw FileError(failure.Number(), Name());
+  }
+  std::error_code error;
+  const fs::file_status status = fs::status(place_, error);
+  stood_ = fs::exists(status);
+  if (stood_) fs::permissions(made, status.permissions(), error);
+}
+
+void NewFile::KeepOld() {
+  if (!stood_) return;
+  std::error_code error;
+  fs::path old = PathOf(TemporaryNameBeside(Utf8Of(place_)));
+  fs::create_hard_link(place_, old, error);
+  if (!error) old_ = std::move(old);
+}
+
+void NewFile::TakePlace() {
+  const fs::path made = PathOf(target_.path);
+  if (place_.empty() || !IsThere(made)) return;
+  if (MoveInPlace(made, place_)) throw FileError(kPermissionDenied, Name());
+  moved_ = true;
+}
+
+void NewFile::Settle() noexcept {
+  if (!old_.empty()) RemoveFile(old_);
+  place_.clear();
+}
+
+std::string NewFile::PutBack() noexcept try {
+  if (place_.empty()) return {};
+  const fs::path place = std::exchange(place_, fs::path());
+  if (!moved_ || !stood_) RemoveFile(moved_ ? place : PathOf(target_.path));
+  if (old_.empty()) return {};
+  if (moved_ && MoveInPlace(old_, place)) return Utf8Of(old_);
+  RemoveFile(old_);
+  return {};
+} catch (...) {
+  return {};
+}
+
+}  // namespace merivane::runtime
