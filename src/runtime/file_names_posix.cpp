@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
@@ -84,6 +87,21 @@ void SyncFolderOf(const std::string& path) {
   if (file < 0) return;
   fsync(file);
   close(file);
+}
+
+std::FILE* OpenStream(const std::string& path, FileUse mode) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored)) {
+    errno = EISDIR;
+    return nullptr;
+  }
+  return std::fopen(path.c_str(), mode == FileUse::kRead ? "rbe" : "wbe");
+}
+
+bool FolderExists(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_directory(std::filesystem::absolute(path, ignored).parent_path(),
+                                       ignored);
 }
 
 }  // namespace merivane::runtime

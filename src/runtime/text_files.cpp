@@ -9,7 +9,6 @@
 #include <memory>
 #include <utility>
 
-#include "file_open.h"
 #include "runtime/code_page.h"
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
@@ -23,8 +22,8 @@ constexpr std::int16_t kLastNumber = 511;
 constexpr std::size_t kChunk = 131072;
 constexpr std::size_t kLongestLine = 1 << 20;
 
-[[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, OpenMode mode) {
-  const bool noFile = failure == ENOENT && mode == OpenMode::kRead && FolderExists(path);
+[[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, FileUse mode) {
+  const bool noFile = failure == ENOENT && mode == FileUse::kRead && FolderExists(path);
   throw RunTimeError(noFile ? kFileNotFound : ErrorOfSystem(failure, kPathFileAccessError));
 }
 
@@ -32,11 +31,11 @@ constexpr std::size_t kLongestLine = 1 << 20;
 
 struct TextFiles::File {
   // Opens `place`, which stands for the file `name`.
-  File(const std::string& name, const std::string& place, OpenMode openMode)
+  File(const std::string& name, const std::string& place, FileUse openMode)
       : path(name), mode(openMode) {
     if (path.empty()) throw RunTimeError(kPathFileAccessError);
     if (path.find('\0') != std::string::npos) throw RunTimeError(kBadFileNumber);
-    if (mode == OpenMode::kRead) RefuseDevice(place);
+    if (mode == FileUse::kRead) RefuseDevice(place);
     stream = OpenStream(place, mode);
     if (stream == nullptr) ThrowOpenFailure(errno, path, mode);
     std::setvbuf(stream, nullptr, _IONBF, 0);  // whole blocks pass between the file and `chunk`
@@ -102,14 +101,14 @@ struct TextFiles::File {
 
   void Close() {
     WriteOut();
-    if (std::fclose(std::exchange(stream, nullptr)) != 0 && mode == OpenMode::kWrite)
+    if (std::fclose(std::exchange(stream, nullptr)) != 0 && mode == FileUse::kWrite)
       KeepFailure(errno);
     TellFailure();
   }
 
   // Once a block is lost, the rest has no place in the file either.
   void WriteOut() {
-    if (mode != OpenMode::kWrite) return;
+    if (mode != FileUse::kWrite) return;
     if (failure == 0 && std::fwrite(chunk.get(), 1, filled, stream) != filled) KeepFailure(errno);
     filled = 0;
   }
@@ -124,7 +123,7 @@ struct TextFiles::File {
   }
 
   std::string path;
-  OpenMode mode;
+  FileUse mode;
   std::FILE* stream = nullptr;
   // Memory that isn't touched costs nothing.
   std::unique_ptr<char[]> chunk = std::make_unique_for_overwrite<char[]>(kChunk);
@@ -150,7 +149,7 @@ void TextFiles::Release(std::int16_t number) { reserved_.erase(number); }
 
 void TextFiles::OpenForInput(std::int16_t number, const std::string& path) {
   RequireFree(number);
-  files_[number] = std::make_unique<File>(path, path, OpenMode::kRead);
+  files_[number] = std::make_unique<File>(path, path, FileUse::kRead);
 }
 
 void TextFiles::OpenForOutput(std::int16_t number, const std::string& path) {
@@ -160,7 +159,7 @@ void TextFiles::OpenForOutput(std::int16_t number, const std::string& path) {
     if (current->second->path == path || IsSameFile(current->second->path, path))
       Close(current->first);
   }
-  files_[number] = std::make_unique<File>(path, OutputOf(path).path, OpenMode::kWrite);
+  files_[number] = std::make_unique<File>(path, OutputOf(path).path, FileUse::kWrite);
 }
 
 void TextFiles::WriteThrough(const Output& output) { standIns_[output.name] = output.path; }
@@ -174,7 +173,7 @@ bool TextFiles::IsOpen(std::int16_t number) const { return files_.contains(numbe
 
 bool TextFiles::AtEnd(std::int16_t number) const {
   File& file = Opened(number);
-  return file.mode == OpenMode::kRead && !file.HasByte();
+  return file.mode == FileUse::kRead && !file.HasByte();
 }
 
 std::string TextFiles::ReadLine(std::int16_t number) {
@@ -185,14 +184,14 @@ std::string TextFiles::ReadLine(std::int16_t number) {
 
 void TextFiles::ReadLine(std::int16_t number, std::string& line) {
   File& file = Opened(number);
-  if (file.mode != OpenMode::kRead) throw RunTimeError(kBadFileMode);
+  if (file.mode != FileUse::kRead) throw RunTimeError(kBadFileMode);
   if (!file.HasByte()) throw RunTimeError(kInputPastEndOfFile);
   file.ReadLine(line);
 }
 
 void TextFiles::Print(std::int16_t number, std::string_view line) {
   File& file = Opened(number);
-  if (file.mode != OpenMode::kWrite) throw RunTimeError(kBadFileMode);
+  if (file.mode != FileUse::kWrite) throw RunTimeError(kBadFileMode);
   file.Print(line);
 }
 

@@ -1,7 +1,9 @@
-// Names of files on the disk, and the files that a run makes for itself. Paths are UTF-8.
+// Files on the disk by their names: what stands there, how it is opened, made, moved and brought to
+// the disk, and names for the files that a run makes for itself. Paths are UTF-8.
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -41,6 +43,15 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder);
 // When the file was written last, in the steps of the system's clock of files; nothing where it
 // can't be told.
 std::optional<std::int64_t> WhenWritten(const std::string& path);
+
+// What a file is opened for.
+enum class FileUse { kRead, kWrite };
+
+// A binary C stream of a UTF-8 path, or null with `errno` set; for writing the file is emptied or
+// made. A folder is refused with EISDIR. Programs started later don't inherit the stream.
+std::FILE* OpenStream(const std::string& path, FileUse use);
+
+bool FolderExists(const std::string& path);  // the folder that holds `path`
 
 // Makes an empty file; False where something stands there already. Errors: 61, 70, 75, 76.
 bool MakeNewFile(const std::string& path);
