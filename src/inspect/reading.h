@@ -87,7 +87,6 @@ class Reading : public ReaderListener {
   void MarkBadLine();
   void MarkUntranslatable();
   void CheckQuantity(const std::string& text, double value);
-  void StopAtMark();
   void StopAtEnd();
 
   std::size_t AddPlace(Cells cells, std::string_view numberColumn, std::string_view nameColumn);

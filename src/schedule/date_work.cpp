@@ -336,4 +336,11 @@ Schedule DateWork::Result() const {
   return result;
 }
 
+Schedule MakeSchedule(const Plan& plan) {
+  const LinkOrder order(plan);
+  DateWork work(plan, order);
+  work.Run();
+  return work.Result();
+}
+
 }  // namespace merivane::schedule

@@ -1,6 +1,6 @@
 #include "path_pruning.h"
 
-#include "junction_queue.h"
+#include "pass.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "translator/translation_listener.h"

@@ -1,8 +1,6 @@
-#include "predecessors.h"
-
 #include <optional>
 
-#include "junction_queue.h"
+#include "pass.h"
 #include "runtime/text.h"
 #include "translation_steps.h"
 

@@ -1,7 +1,9 @@
 // The steps of the pass from a model to a plan, in the order in which it takes them.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "pass.h"
 
@@ -37,6 +39,14 @@ void WriteTasks(Pass& pass);
 // Writes the MSP_LINKS rows of a task. The items of its Predecessors field, each with a comma
 // behind it; empty without any.
 std::string WriteLinksOfTask(Pass& pass, Recordset& task);
+
+// Walks back from the junction in junctionQueue(0) through all junctions to the first UOBs in the
+// plan on each way, and links each to the task `succUID`. Gives their numbers, each with a comma
+// behind it. A circle of junctions is error 9.
+std::string CollectJunctionPredecessors(Pass& pass, const Value& succUID);
+
+// Commas of a text; one in the first position ends the count.
+std::int16_t CountCommas(const std::string& text);
 
 // Resources of a task that has no decomposition, by its labor rule.
 void WriteAssignments(Pass& pass, Recordset& task);

@@ -35,8 +35,6 @@ struct Schedule {
   // The dates on which it falls.
   DateTime StartOf(std::size_t task) const { return MomentOf(moments[task].earlyStart); }
   DateTime FinishOf(std::size_t task) const { return MomentOf(moments[task].earlyFinish); }
-  DateTime LateStartOf(std::size_t task) const { return MomentOf(moments[task].lateStart); }
-  DateTime LateFinishOf(std::size_t task) const { return MomentOf(moments[task].lateFinish); }
   DateTime Start() const { return MomentOf(whole.earlyStart); }
   DateTime Finish() const { return MomentOf(whole.earlyFinish); }
 };

@@ -8,8 +8,6 @@
 
 namespace merivane::store {
 
-inline constexpr const char* kTemplateFileName = "MerivaneTemplate.mdb";
-
 // Proves a file as a template: opens it and a record set on each of the tables that the program
 // writes to, those of the plan and those of the model. The first failure comes up.
 void ProveTemplateDb(Workspace& workspace, const std::string& path);
