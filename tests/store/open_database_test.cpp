@@ -9,7 +9,7 @@ namespace {
 class OpenedDatabase : public StoreFixture {
  protected:
   std::string Pragma(OpenMode mode, const std::string& name) {
-    const auto engine = OpenDatabase(path, mode, {}, nobody);
+    const auto engine = OpenDatabase(path, mode, {}, nobody, {});
     const StatementHandle answer = PrepareStatement(engine->Database(), "pragma " + name, path);
     return sqlite3_step(answer.get()) == SQLITE_ROW ? ColumnText(answer.get(), 0) : "";
   }
@@ -33,7 +33,7 @@ TEST_F(OpenedDatabase, HasTheSettingsThatKeepItSafeAndSmall) {
     EXPECT_EQ(Pragma(OpenMode::kCopy, row.name), row.copied) << row.name;
   }
   EXPECT_EQ(sqlite3_hard_heap_limit64(-1), 512 << 20);
-  const auto open = OpenDatabase(path, OpenMode::kReadOnly, {}, nobody);
+  const auto open = OpenDatabase(path, OpenMode::kReadOnly, {}, nobody, {});
   EXPECT_GT(sqlite3_memory_used(), 0);  // the limit counts nothing without SQLite's statistics
 }
 
