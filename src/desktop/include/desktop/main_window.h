@@ -20,8 +20,9 @@ class ResultLine;
 class StartPage;
 class ViewMenu;
 
-// Draws frmMain and all forms that it holds; while neither dialog is loaded, the first screen
-// stands in their place. Closing it ends the program.
+// Draws frmMain and all forms that it holds, and keeps no state of theirs; while neither dialog is
+// loaded, the first screen stands in their place. Closing it ends the program, and in the midst of
+// a run asks first. What is dropped on it opens.
 class MainWindow : public QMainWindow {
  public:
   // Both outlive the window.

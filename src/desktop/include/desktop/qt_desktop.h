@@ -1,4 +1,14 @@
 // The desktop drawn with widgets: boxes, dialogs, pointer, help window.
+//
+//   DialogFileNames names;
+//   QtDesktop desktop(names);
+//   Program program(desktop);
+//   frmMain main(program);
+//   MainWindow window(desktop, main);
+//   desktop.Run([&] { main.Start(); });   // every handler goes through Run
+//
+// There is one thread. A run shows its progress and lets events in by ShowProgress and Breathe,
+// which the program calls; until the run is over all windows but the bar with Cancel are deaf.
 #pragma once
 
 #include <QPointer>

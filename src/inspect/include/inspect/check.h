@@ -1,4 +1,11 @@
 // What a translation or a merge would stumble over, told before it runs.
+//
+//   for (const Finding& finding : CheckModel("model.txt", desktop.TemplatePath())) {
+//     out << finding.line << ": " << finding.sentence << ' ' << finding.advice << '\n';
+//   }
+//
+// It knows no rule of the text or of the translation of its own: it listens to the real reader
+// (ReaderListener) and the real translator (TranslationListener), and compares what they took.
 #pragma once
 
 #include <cstdint>

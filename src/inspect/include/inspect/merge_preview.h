@@ -1,4 +1,8 @@
-// A merge tried in a copy.
+// A merge tried in a copy, by the real merge.
+//
+//   const MergePreview preview = PreviewMerge("plan.mpx", "model.mdb", 1);
+//   if (!preview.merged) ...              // changes holds the stop alone, with its advice
+//   for (const MergeChange& change : preview.changes) ...
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,6 @@
-// A plan as a chart: the outline at the left, bars along a time axis.
+// A plan as a chart: the outline at the left, bars along a time axis. The dates are those of
+// the schedule, which heeds calendars, constraints and progress; a bar reaches from start to
+// finish.
 #pragma once
 
 #include <cstddef>

@@ -23,9 +23,10 @@ struct Diagram {
   bool outline = false;  // the scenario could not be laid out in time: its units stand in a list
 };
 
-// One for each scenario, in the given order. The id of a picture is "scenario-" and the number, of
-// a unit's figure "unit-" and the number, and a decomposed unit leads to the picture of its first
-// decomposition. `work` is told that it goes on.
+// One for each scenario, in the given order. A layout that takes too long or fails gives an
+// outline; what `work` throws ends the drawing. The id of a picture is "scenario-" and the number,
+// of a unit's figure "unit-" and the number, and a decomposed unit leads to the picture of its
+// first decomposition. `work` is told that it goes on.
 std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
                                   const DiagramOptions& options);
 std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,

@@ -1,4 +1,13 @@
 // A picture as plain shapes, before it becomes SVG or lines on a screen.
+//
+//   const ProcessModel model = ReadProcessModel(connection, project);
+//   std::vector<Picture> pictures;
+//   for (Diagram& diagram : DrawDiagrams(model.scenarios, {})) pictures.push_back(diagram.picture);
+//   WritePictures(pictures, "model.svg");
+//
+// Who draws says what a shape stands for (Ink), never how it looks: colours, widths and fonts are
+// told in one place for files, pages and screens. Pictures own all that they show, and stay when
+// the database and the model are gone. The same model gives the same picture on every machine.
 #pragma once
 
 #include <string>

@@ -1,4 +1,6 @@
-// A process model as its interim tables hold it, for drawing.
+// A process model as its interim tables hold it, for drawing: all scenarios with the texts that a
+// reader of the page wants. What a merge compares is inspect::ModelSnapshot, what a check reads
+// with its lines is inspect's Model.
 #pragma once
 
 #include <cstdint>

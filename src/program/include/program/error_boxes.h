@@ -1,4 +1,6 @@
-// The boxes that tell a run-time error, as the guards of all parts show them.
+// The boxes that tell a run-time error, as the guards of all parts show them. Who throws chooses
+// the number and the words (RunTimeError); who guards chooses one of these, and so what the user
+// can still do.
 #pragma once
 
 #include "platform/desktop.h"

@@ -1,5 +1,16 @@
 // The state of one program: what both directions share, and the variables of each under their given
 // names. Nothing lives at namespace scope, so that two programs can stand side by side.
+//
+//   QuietDesktop desktop;
+//   Program program(desktop);
+//   ModelToProject& state = program.modelToProject;
+//   state.gMspProjId = 1;
+//   OpenInterimDb(program.workspace, state.gMspConn, true, "plan.mdb");
+//   ReadNeutralText(state, "model.txt");   // into the interim tables of gMspConn
+//   TranslateToProject(state, "plan.mpx"); // into its MSP_ tables, and into the file
+//
+// Numbers of elements, projects and files are 16 bits wide as in the files, 0 where there is none
+// yet. Texts are Windows-1252; paths are UTF-8, except gDatabaseName, which enters texts.
 #pragma once
 
 #include <array>
@@ -30,7 +41,8 @@ namespace merivane::program {
 using namespace store;
 using namespace platform;
 
-// What both directions use. The referred objects outlive the direction.
+// What both directions use. The Program owns it and outlives both; a procedure gets the struct of
+// the direction that it works on, and with it all that it may touch.
 struct Direction {
   Desktop& desktop;
   TextFiles& files;
@@ -144,7 +156,8 @@ struct ProjectToModel : Direction {
   std::int16_t defaultDurationUnits = 0;
 };
 
-// One program: what it shares and both directions. Dropping it closes all files and commits.
+// One program: what it shares and both directions. Dropping it closes all files and commits, on
+// every path, the end by ProgramEnd among them. The desktop outlives it. One thread uses it.
 class Program {
  public:
   explicit Program(Desktop& desktop);

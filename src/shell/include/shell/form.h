@@ -1,4 +1,14 @@
 // Forms as plain state and handlers; the desktop program draws them and passes events on.
+//
+//   frmMain main(program);
+//   main.mnuIDEF3ToProject();                              // as its menu item does
+//   main.modelToProject.txtCelvarFilename.text = "model.txt";
+//   main.modelToProject.cmdOK();                           // as its button does
+//   if (main.modelToProject.GenerateResult == true) ...
+//
+// Controls and handlers bear the names of the form's design. Whatever a handler asks of the user it
+// asks of the program's Desktop, so that a form works without a screen. Handlers guard their
+// run-time errors as told at each; ProgramEnd and RunCancelled pass through them.
 #pragma once
 
 #include <algorithm>

@@ -29,6 +29,10 @@ class frmMain : public Form {
   // The home page of the maker; set at build time.
   static const char* HomePage();
 
+  // Start-up: shows this form, the splash for a second, and names the help file.
+  void Start();
+
+  // Each opens its dialog, which stays one and the same; a failure is told in a box.
   void mnuIDEF3ToProject();
   void mnuProjectToIDEF3();
   void mnuExit() { desktop_.EndProgram(); }
@@ -51,13 +55,6 @@ class frmMain : public Form {
   frmOptions options;
   frmAbout about;
   frmSplash splash;
-
- protected:
-  void Load() override {}
-
- public:
-  // Start-up: shows this form, the splash for a second, and names the help file.
-  void Start();
 
  private:
   void ShowGuarded(Form& form);

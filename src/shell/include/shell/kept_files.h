@@ -1,4 +1,10 @@
 // The files that stood before a run, kept until it is told how the run ended.
+//
+//   KeptFiles kept;
+//   kept.KeepDatabase(program.workspace, "plan.mdb", Copy::kUntilDone);
+//   kept.NewOutput(program.files, "plan.mpx");
+//   ...                  // the run: writes into the database, and beside plan.mpx
+//   kept.Finish();       // all of it stays; without it all of it goes
 #pragma once
 
 #include <list>
