@@ -22,6 +22,7 @@
 #include "desktop/file_names.h"
 #include "desktop/session_log.h"
 #include "platform/desktop.h"
+#include "runtime/new_file.h"
 #include "shell/form.h"
 
 class QDialog;
