@@ -75,9 +75,9 @@ QByteArray ListAs(const QAbstractItemModel& rows, const QString& path) {
 }
 
 QString ListAsHtml(const QAbstractItemModel& rows, const QString& title) {
-  const auto line = [](const char* cell, QStringList texts) {
+  const auto line = [](const char* cell, const QStringList& texts) {
     QString html;
-    for (QString& text : texts) {
+    for (const QString& text : texts) {
       html += QStringLiteral("<%1>%2</%1>").arg(QLatin1String(cell), text.toHtmlEscaped());
     }
     return "<tr>" + html + "</tr>";

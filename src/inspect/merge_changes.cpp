@@ -32,8 +32,7 @@ class Comparison {
  private:
   void Add(ChangeKind kind, ElementName element, std::string sentence,
            std::optional<std::int32_t> row = {}, std::string advice = {}) {
-    changes_.push_back(
-        {kind, std::move(element), std::move(sentence), std::move(advice), std::move(row)});
+    changes_.push_back({kind, std::move(element), std::move(sentence), std::move(advice), row});
   }
 
   std::optional<std::int32_t> RowOf(std::int32_t unit) const {

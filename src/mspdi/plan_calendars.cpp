@@ -9,7 +9,6 @@ namespace {
 
 using schedule::DayException;
 using schedule::PlanCalendar;
-using schedule::Shift;
 using schedule::Shifts;
 
 constexpr std::size_t kMostShifts = 5;  // of the schema

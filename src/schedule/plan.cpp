@@ -34,7 +34,7 @@ std::int64_t MinutesAt(ProjectRows& rows, std::size_t column, std::int64_t most,
 }
 
 void ReadSettings(ProjectRows& rows, Plan& plan) {
-  constexpr std::int64_t kDay = 24 * 60;
+  constexpr std::int64_t kDay = 1440;
   PlanSettings& settings = plan.settings;
   settings.minutesPerDay =
       MinutesAt(rows, kMinutesPerDay, kDay, settings.minutesPerDay, "a day", plan);
