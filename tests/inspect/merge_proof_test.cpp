@@ -148,8 +148,8 @@ TEST_F(MergeProofTest, ANullOrATextInAnyColumnStopsNothing) {
         SCOPED_TRACE(std::string(table) + "." + column[0] + " " + value);
         Sql("update " + std::string(table) + " set \"" + column[0] + "\" = " + value);
         EXPECT_NO_THROW(EXPECT_EQ(Prove().failure, ""));
-        std::filesystem::copy_file(whole, databasePath,
-                                   std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::remove(databasePath);
+        std::filesystem::copy_file(whole, databasePath);
       }
     }
   }
