@@ -128,7 +128,9 @@ bool Element::Stored(const char* name, Kind kind, const Value& value) {
   const double number = ToDouble(value);
   constexpr double kMost = 9e15;  // whole numbers up to here are exact
   if (!(std::abs(number) <= kMost)) return false;
-  if (kind == Kind::kDecimal) {
+  constexpr double kMostUnits = 2147483647;
+  if (kind == Kind::kUnits && !(number >= 0 && number <= kMostUnits)) return false;
+  if (kind == Kind::kDecimal || kind == Kind::kUnits) {
     Decimal(name, number);
     return true;
   }

@@ -22,6 +22,7 @@ enum class Kind {
   kRateFormat,  // a whole number; 1 to 5 are minutes to months, 7 years, 8 material
   kFlag,        // not 0: true
   kDecimal,     // never with an exponent
+  kUnits,       // the same, from 0 to what a file may hold
   kDate,        // text of a date
   kDuration,    // tenths of a minute
   kWork,        // thousandths of a minute

@@ -101,7 +101,7 @@ const Field<AssignmentWriter> AssignmentWriter::kFields[] = {
     {"RemainingOvertimeWork", "ASSN_REM_OVT_WORK", Kind::kWork},
     {"RemainingWork", "ASSN_REM_WORK", Kind::kWork},
     {"Start", "ASSN_START_DATE", Kind::kDate, &AssignmentWriter::Start},
-    {"Units", "ASSN_UNITS", Kind::kDecimal, &AssignmentWriter::Units},
+    {"Units", "ASSN_UNITS", Kind::kUnits, &AssignmentWriter::Units},
     {"Work", nullptr, {}, &AssignmentWriter::Work},
     {"WorkContour", "ASSN_WORK_CONTOUR", Kind::kInteger, nullptr, 0, 8},
     {"ExtendedAttribute", nullptr, {}, &AssignmentWriter::Fields},

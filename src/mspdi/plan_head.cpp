@@ -18,7 +18,7 @@ constexpr std::size_t kLongestSymbol = 20;
 
 std::string CurrencyCode(const std::string& symbol) {
   static const std::map<std::string, std::string> kCodes = {
-      {"", "USD"}, {"$", "USD"}, {"\x80", "EUR"}, {"\xA3", "GBP"}, {"\xA5", "JPY"}};
+      {"", "USD"}, {"$", "USD"}, {"\xE2\x82\xAC", "EUR"}, {"\xC2\xA3", "GBP"}, {"\xC2\xA5", "JPY"}};
   const auto code = kCodes.find(symbol);
   return code == kCodes.end() ? "XXX" : code->second;  // XXX: no currency that we know
 }

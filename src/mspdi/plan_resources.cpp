@@ -98,7 +98,7 @@ class ResourceWriter {
 
 const Field<ResourceWriter> ResourceWriter::kFields[] = {
     {"UID", "RES_UID", Kind::kInteger, &ResourceWriter::Uid},
-    {"ID", "RES_ID", Kind::kInteger, &ResourceWriter::Uid},
+    {"ID", "RES_ID", Kind::kInteger, &ResourceWriter::Uid, 1},
     {"Name", nullptr, {}, &ResourceWriter::Name},
     {"Type", nullptr, {}, &ResourceWriter::Type},
     {"IsNull", nullptr, {}, &ResourceWriter::Zero},
@@ -113,7 +113,7 @@ const Field<ResourceWriter> ResourceWriter::kFields[] = {
     {"Hyperlink", nullptr, {}, &ResourceWriter::Hyperlink},
     {"HyperlinkAddress", nullptr, {}, &ResourceWriter::Address},
     {"HyperlinkSubAddress", nullptr, {}, &ResourceWriter::SubAddress},
-    {"MaxUnits", "RES_MAX_UNITS", Kind::kDecimal, &ResourceWriter::Units},
+    {"MaxUnits", "RES_MAX_UNITS", Kind::kUnits, &ResourceWriter::Units},
     {"PeakUnits", "RES_PEAK", Kind::kDecimal},
     {"OverAllocated", "RES_IS_OVERALLOCATED", Kind::kFlag},
     {"AvailableFrom", "RES_AVAIL_FROM", Kind::kDate},

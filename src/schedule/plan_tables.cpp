@@ -185,16 +185,14 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan,
     PlanTask task;
     task.uid = rows.IntegerAt(kUid, 0);
     task.name = rows.TextAt(kName);
-    if (task.uid <= 0 || rows.At(kId).IsNull()) continue;
+    task.id = rows.IntegerAt(kId, 0);
+    if (task.uid <= 0 || task.id <= 0) continue;
     if (task.name.empty() && rows.At(kDuration).IsNull()) continue;
     if (!indices.emplace(task.uid, plan.tasks.size()).second) continue;
-    task.id = rows.IntegerAt(kId, 0);
     task.level = rows.IntegerAt(kLevel, 1);
     task.duration = DurationOf(rows.IntegerAt(kDuration, 0), rows.At(kDurationOfModel));
     task.durationFormat = rows.IntegerAt(kFormat, kFormatDays);
-    if (const Value occurrence = rows.At(kOccurrence); IsNumeric(occurrence)) {
-      task.occurrence = ToInt32(occurrence);
-    }
+    if (IsNumeric(rows.At(kOccurrence))) task.occurrence = rows.IntegerAt(kOccurrence, 0);
     task.rules = RulesOf(rows);
     AddRelations(rows.TextAt(kStartRelations), task.uid, LinkKind::kStartToStart, relations);
     AddRelations(rows.TextAt(kFinishRelations), task.uid, LinkKind::kFinishToFinish, relations);

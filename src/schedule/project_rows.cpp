@@ -1,11 +1,15 @@
 #include "schedule/project_rows.h"
 
+#include <cmath>
+
 #include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::schedule {
 
 ProjectRows::ProjectRows(Connection& connection, const Table& table, std::int32_t project,
-                         const std::vector<const char*>& columns) {
+                         const std::vector<const char*>& columns)
+    : table_(table.name), columns_(columns) {
   Recordset all;
   all.OpenDynamic("select * from " + std::string(table.name), &connection);
   std::string found;
@@ -29,7 +33,13 @@ std::string ProjectRows::TextAt(std::size_t column) { return Joined(At(column));
 
 std::int64_t ProjectRows::IntegerAt(std::size_t column, std::int64_t otherwise) {
   const Value value = At(column);
-  return IsNumeric(value) ? ToInt32(value) : otherwise;
+  if (!IsNumeric(value)) return otherwise;
+  const double number = ToDouble(value);
+  if (!(std::abs(number) < 2147483647.5)) {
+    throw RunTimeError(kOverflow, table_ + "." + columns_[column] + " holds " + Joined(value) +
+                                      ", which is beyond a whole number of 32 bits.");
+  }
+  return ToInt32(value);
 }
 
 }  // namespace merivane::schedule

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "error_of.h"
 #include "temporary_folder.h"
 
@@ -73,6 +75,22 @@ TEST(BadFiles, AreToldWithLineAndFinding) {
        "4: the task 'A' is linked to itself"},
       {"jumping outline", Tasks(Task(kA) + Task("<Name>B</Name><OutlineLevel>5</OutlineLevel>")),
        "4: the outline jumps from level 1 to level 5 at the task 'B'"},
+      {"flag", Tasks(Task(kA + "<Active>yes</Active>")), "4: found 'yes' as Active"},
+      {"kind of a link", Tasks(Task(kA + "<PredecessorLink><Type>4</Type></PredecessorLink>")),
+       "4: found '4' as Type"},
+      {"level below 0", Tasks(Task(kA + "<OutlineLevel>-1</OutlineLevel>")),
+       "4: found '-1' as OutlineLevel"},
+      {"half an ID", Tasks(Task("<ID>1.5</ID>")), "4: found '1.5' as ID"},
+      {"no duration", Tasks(Task(kA + "<Duration>PT</Duration>")), "4: found 'PT' as Duration"},
+      {"units below 0",
+       Project("<Resources>\n<Resource><Name>A</Name><MaxUnits>-1</MaxUnits></Resource>"
+               "</Resources>"),
+       "4: found '-1' as MaxUnits"},
+      {"minutes of a day", Project("<MinutesPerDay>1441</MinutesPerDay>"),
+       "3: found '1441' as MinutesPerDay"},
+      {"no minutes of a day", Project("<MinutesPerDay>0</MinutesPerDay>"), "3: found '0'"},
+      {"ID 0", Tasks(Task("<ID>0</ID><Name>A</Name>")), "4: the task has the ID 0"},
+      {"NUL", Tasks("<Task>\n" + std::string(1, '\0') + "</Task>"), "5: found a character of code"},
       {"number beyond all", Tasks(Task("<UID>99999999999999999999</UID>")),
        "4: found '99999999999999999999' as UID"},
       {"too many tasks", Tasks(Task("<ID>32768</ID><Name>A</Name>")),
@@ -121,6 +139,159 @@ TEST(Reader, TakesAnyEditionOrderAndPrefix) {
   EXPECT_EQ(plan.assignments[0].task, 1);
   EXPECT_EQ(plan.assignments[0].resource, 1);
   EXPECT_EQ(plan.assignments[0].units, 0.5);
+}
+
+FilePlan Read(const std::string& text) {
+  const TemporaryFolder folder;
+  return ReadPlanFile(folder.Write("plan.xml", text));
+}
+
+std::string Numbered(int number, const std::string& fields) {
+  const std::string text = std::to_string(number);
+  return Task("<UID>" + text + "0</UID><ID>" + text + "</ID><Name>T" + text + "</Name>" + fields);
+}
+
+std::string Link(int predecessor, const std::string& fields) {
+  return "<PredecessorLink><PredecessorUID>" + std::to_string(predecessor) + "</PredecessorUID>" +
+         fields + "</PredecessorLink>";
+}
+
+TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
+  const FilePlan plan = Read(Project(
+      "<Tasks>" + Numbered(1, "<Manual>1</Manual><ManualDuration>PT16H0M0S</ManualDuration>") +
+      Numbered(2,
+               "<Duration>PT8H0M0S</Duration><DurationFormat>8</DurationFormat>"
+               "<ConstraintType>4</ConstraintType><PercentComplete>1</PercentComplete>") +
+      Numbered(3,
+               "<IsSubproject>1</IsSubproject><ConstraintType>0</ConstraintType>"
+               "<PercentComplete>0</PercentComplete><DurationFormat>7</DurationFormat>" +
+                   Link(10, "<LinkLag>4800</LinkLag>") + Link(20, "<Type>2</Type>") +
+                   Link(77, "<LinkLag>1</LinkLag><Type>2</Type>") +
+                   Link(10, "<CrossProject>1</CrossProject><LinkLag>9</LinkLag>")) +
+      Numbered(4, "<Active>0</Active><Manual>1</Manual>" + Link(10, "<LinkLag>5</LinkLag>")) +
+      "</Tasks><Resources>"
+      "<Resource><UID>1</UID><ID>1</ID><Name>Cement</Name><MaterialLabel>t</MaterialLabel>"
+      "<Type>0</Type></Resource>"
+      "<Resource><UID>2</UID><ID>2</ID><Name>Fee</Name><IsCostResource>1</IsCostResource>"
+      "<Type>0</Type></Resource>"
+      "<Resource><UID>3</UID><ID>3</ID><Name>Crew</Name><IsCostResource>0</IsCostResource>"
+      "<Type>1</Type></Resource></Resources>"));
+  const std::vector<std::pair<Untaken, std::vector<std::int64_t>>> kinds = {
+      {Untaken::kInactiveTasks, {4}},
+      {Untaken::kManualTasks, {1}},
+      {Untaken::kMaterialResources, {1}},
+      {Untaken::kCostResources, {2}},
+      {Untaken::kLags, {3}},
+      {Untaken::kStartToFinishLinks, {3}},
+      {Untaken::kElapsedDurations, {2}},
+      {Untaken::kSubprojects, {3}},
+      {Untaken::kOuterLinks, {3}},
+      {Untaken::kConstraints, {2}},
+      {Untaken::kProgress, {2}}};
+  EXPECT_EQ(kinds.size(), kUntakenKinds);
+  for (const auto& [kind, rows] : kinds) EXPECT_EQ(plan.untaken.Of(kind), rows) << KeyOf(kind);
+  EXPECT_THAT(plan.untaken.Text(),
+              testing::StartsWith("1 inactive task: left out\n1 task scheduled by hand: "));
+  EXPECT_EQ(plan.tasks[0].days, 2);
+  EXPECT_EQ(plan.tasks[2].predecessors.size(), 2U);
+  EXPECT_EQ(plan.resources[0].kind, ResourceKind::kMaterial);
+  EXPECT_EQ(plan.resources[0].unit, "t");
+  EXPECT_EQ(plan.resources[1].kind, ResourceKind::kCost);
+  EXPECT_EQ(plan.resources[2].kind, ResourceKind::kWork);
+}
+
+TEST(InactiveTasks, GoWithTheirLinksAndAssignmentsButNotAboveOnesThatStay) {
+  const auto level = [](int value) {
+    return "<OutlineLevel>" + std::to_string(value) + "</OutlineLevel>";
+  };
+  const std::string out = "<Active>0</Active>";
+  const FilePlan plan = Read(Project(
+      "<Tasks>" + Numbered(1, out + level(1)) + Numbered(2, out + level(2)) +
+      Numbered(3, level(3)) + Numbered(4, out + level(3)) + Numbered(5, out + level(1)) +
+      Numbered(6, out + level(2)) +
+      Numbered(7, level(1) + Link(20, "") + Link(40, "") + Link(60, "") + Link(30, "")) +
+      "</Tasks><Resources><Resource><UID>5</UID><ID>1</ID><Name>R</Name></Resource></Resources>"
+      "<Assignments><Assignment><TaskUID>60</TaskUID><ResourceUID>5</ResourceUID></Assignment>"
+      "<Assignment><TaskUID>70</TaskUID><ResourceUID>5</ResourceUID></Assignment>"
+      "<Assignment><TaskUID>70</TaskUID><ResourceUID>6</ResourceUID></Assignment></Assignments>"));
+  std::vector<std::int64_t> ids;
+  for (const FileTask& task : plan.tasks) ids.push_back(task.id);
+  EXPECT_THAT(ids, testing::ElementsAre(1, 2, 3, 7));
+  ids.clear();
+  for (const FileLink& link : plan.tasks.back().predecessors) ids.push_back(link.predecessor);
+  EXPECT_THAT(ids, testing::ElementsAre(2, 3));
+  EXPECT_THAT(plan.untaken.Of(Untaken::kInactiveTasks), testing::ElementsAre(4, 5, 6));
+  ASSERT_EQ(plan.assignments.size(), 1U);
+  EXPECT_EQ(plan.assignments[0].task, 7);
+  EXPECT_EQ(plan.assignments[0].units, 1);
+}
+
+TEST(Rows, WithoutAnIdCountByTheirPlaceAndBlankOnesAreNone) {
+  const FilePlan plan = Read(Project(
+      "<MinutesPerDay> 420 </MinutesPerDay><StartDate>2026-02-30T08:00:00</StartDate><Tasks>" +
+      Task("<UID>0</UID><Name>Whole</Name>") +
+      Task("<UID>4</UID><Name>A</Name><Duration>PT7H</Duration>") +
+      Task("<UID>5</UID><IsNull>1</IsNull><Name>blank</Name>") + Task("<UID>6</UID>") +
+      Task("<Name>no UID</Name><Duration>PT30M90S</Duration>" + Link(4, "") + Link(0, "")) +
+      Task("<UID>8</UID><OutlineLevel>0</OutlineLevel><Name>above all</Name>") +
+      Task("<UID>9</UID><Name>last</Name><Duration>PT0S</Duration>" + Link(5, "")) +
+      "</Tasks><Resources>"
+      "<Resource><UID>0</UID><ID>0</ID></Resource><Resource><UID>2</UID><Name>R</Name></Resource>"
+      "<Resource><Name>S</Name><MaxUnits>0</MaxUnits></Resource></Resources>"));
+  std::vector<std::string> rows;
+  for (const FileTask& task : plan.tasks) {
+    rows.push_back(task.name + " " + std::to_string(task.id) + " " +
+                   std::to_string(task.days.value_or(-1) * 420) + " " +
+                   std::to_string(task.predecessors.size()));
+  }
+  EXPECT_THAT(
+      rows, testing::ElementsAre("A 1 420.000000 0", "no UID 4 31.500000 1", "last 5 0.000000 0"));
+  EXPECT_EQ(plan.start, std::nullopt);
+  ASSERT_EQ(plan.resources.size(), 2U);
+  EXPECT_EQ(plan.resources[0].id, 1);
+  EXPECT_EQ(plan.resources[1].id, 2);
+  EXPECT_EQ(plan.resources[1].units, 0);
+}
+
+TEST(Text, ComesFromAllKindsOfContent) {
+  const FilePlan plan =
+      Read("<!-- & no entity <!DOCTYPE --><?xml-stylesheet x?>" +
+           Tasks(Task("<UID>1</UID><Name>A<![CDATA[ & <b>]]> c&#x20AC;<!-- not this --></Name>"
+                      "<ExtendedAttribute><Value>41</Value><FieldID> 188743731 </FieldID>"
+                      "</ExtendedAttribute><ExtendedAttribute><FieldID>188743734</FieldID>"
+                      "<Value>other</Value></ExtendedAttribute>"
+                      "<Notes>a\r\nb\rc&#10;d</Notes>"))
+               .substr(std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n").size()));
+  ASSERT_EQ(plan.tasks.size(), 1U);
+  EXPECT_EQ(plan.tasks[0].name, "A & <b> c\x80");
+  EXPECT_EQ(plan.tasks[0].text1, "41");
+  EXPECT_EQ(plan.tasks[0].notes, "a\r\nb\r\nc\r\nd");
+  EXPECT_EQ(plan.lostCharacters, 0U);
+}
+
+TEST(ResourceKinds, StandInTheFirstLineOfAGlossary) {
+  struct Case {
+    const char* glossary;
+    ResourceKind kind;
+    const char* unit;
+    const char* text;
+  };
+  const Case cases[] = {
+      {"", ResourceKind::kWork, "", ""},
+      {"Resource kind: Cost", ResourceKind::kCost, "", ""},
+      {"Resource kind: Material", ResourceKind::kMaterial, "", ""},
+      {"Resource kind: Material (t (dry))\r\nx\r\ny", ResourceKind::kMaterial, "t (dry)", "x\r\ny"},
+      {"Resource kind: Material(t)", ResourceKind::kWork, "", "Resource kind: Material(t)"},
+      {"Resource kind: Material (t", ResourceKind::kWork, "", "Resource kind: Material (t"},
+      {"x\r\nResource kind: Cost", ResourceKind::kWork, "", "x\r\nResource kind: Cost"}};
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.glossary);
+    const KindAndText found = TakeKind(one.glossary);
+    EXPECT_EQ(found.kind, one.kind);
+    EXPECT_EQ(found.unit, one.unit);
+    EXPECT_EQ(found.text, one.text);
+    EXPECT_EQ(WithKind(found), one.glossary);
+  }
 }
 
 }  // namespace

@@ -28,10 +28,13 @@ class ProjectRows {
   void Next() { rows_.MoveNext(); }
 
   Value At(std::size_t column);
-  std::string TextAt(std::size_t column);                              // empty for Null
-  std::int64_t IntegerAt(std::size_t column, std::int64_t otherwise);  // for what is no number
+  std::string TextAt(std::size_t column);  // empty for Null
+  // `otherwise` for what is no number; error 6 names the column of one beyond 32 bits.
+  std::int64_t IntegerAt(std::size_t column, std::int64_t otherwise);
 
  private:
+  std::string table_;
+  std::vector<const char*> columns_;
   std::vector<int> places_;  // of the columns in the rows; -1: lacking
   Recordset rows_;
 };
