@@ -56,6 +56,8 @@ std::string Followed(const std::string& path) {
 
 bool IsSameName(const std::string& a, const std::string& b) { return a == b; }
 
+bool CanBeFileName(const std::string& path) { return path.find('\0') == std::string::npos; }
+
 bool MakeNewFile(const std::string& path) {
   constexpr mode_t kForAllAsTheUserAllows = 0666;
   const int file =

@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cwctype>
 #include <filesystem>
 #include <system_error>
 
@@ -91,6 +93,29 @@ std::string Followed(const std::string& path) {
   });
   const fs::path folder = FinalPlace(full.parent_path());
   return Utf8Of(folder.empty() ? full : folder / full.filename());
+}
+
+// A device keeps its name in every folder, whatever stands behind a point.
+bool CanBeFileName(const std::string& path) {
+  static constexpr std::wstring_view kDevices[] = {L"CON", L"PRN",    L"AUX",
+                                                   L"NUL", L"CONIN$", L"CONOUT$"};
+  std::wstring rest = Plain(PathOf(path).wstring());
+  if (rest.starts_with(LR"(\\.\)")) return false;
+  if (rest.size() > 1 && rest[1] == L':') {
+    if (rest.size() == 2 || (rest[2] != L'\\' && rest[2] != L'/')) return false;
+    rest.erase(0, 2);
+  }
+  const auto forbidden = [](wchar_t c) {
+    return c < L' ' || std::wstring_view(L"<>:\"|?*").find(c) != std::wstring_view::npos;
+  };
+  if (std::ranges::any_of(rest, forbidden)) return false;
+  std::wstring name = fs::path(rest).filename().wstring();
+  name.resize(std::min(name.find(L'.'), name.size()));
+  while (name.ends_with(L' ')) name.pop_back();
+  std::ranges::transform(name, name.begin(), [](wchar_t c) { return std::towupper(c); });
+  if (std::ranges::find(kDevices, name) != std::end(kDevices)) return false;
+  const bool numbered = name.size() == 4 && (name.starts_with(L"COM") || name.starts_with(L"LPT"));
+  return !(numbered && name[3] >= L'0' && name[3] <= L'9');
 }
 
 bool IsSameName(const std::string& a, const std::string& b) {

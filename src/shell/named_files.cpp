@@ -22,6 +22,7 @@ bool HasFolder(const std::string& path) {
 std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files) {
   for (auto one = files.begin(); one != files.end(); ++one) {
     if (one->path.empty()) continue;
+    if (!CanBeFileName(one->path)) return one->role + " can't be a file's name: " + one->path;
     for (auto other = files.begin(); other != one; ++other) {
       if (other->path.empty() || !(one->written || other->written)) continue;
       if (IsSamePlace(one->path, other->path)) {

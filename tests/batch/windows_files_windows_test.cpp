@@ -61,15 +61,21 @@ TEST_F(WindowsFiles, EveryKindOfPathLeadsThereAndBack) {
 }
 
 TEST_F(WindowsFiles, ANameWhereNoFileCanBeIsToldSo) {
+  const std::vector<std::string> names = Names();
   for (const std::string& name :
-       {folder.Path("CON"), folder.Path("NUL.mdb"), folder.Path("AUX"), folder.Path("COM1.mdb"),
-        std::string(R"(\\127.0.0.1\none\plan.mdb)"), std::string(R"(Q:\none\plan.mdb)")}) {
+       {folder.Path("CON"), folder.Path("nul.mdb"), folder.Path("AUX .mdb"),
+        folder.Path("com1.mdb"), folder.Path("LPT9.x.mdb"), std::string("C:plan.mdb"),
+        std::string(R"(\\.\COM1.mdb)"), folder.Path("a*.mdb"), folder.Path("a<b>|c.mdb"),
+        folder.Path("plan.mdb:stream.mdb"), std::string(R"(\\127.0.0.1\none\plan.mdb)"),
+        std::string(R"(Q:\none\plan.mdb)")}) {
     plan = name;
-    const int status = ToProject(Sample("onboarding.txt"));
-    EXPECT_TRUE(status == kFailed || status == kRefused) << name << out.str();
-    EXPECT_FALSE(err.str().empty()) << name;
+    EXPECT_EQ(ToProject(Sample("onboarding.txt")), kRefused) << name << out.str();
+    EXPECT_THAT(err.str(), testing::HasSubstr(name));
   }
-  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", folder.Path("a<b>|c.mpx")}), kRefused);
+  plan = folder.Path("COM.mdb");
+  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", folder.Path("nul.mpx")}), kRefused);
+  EXPECT_THAT(Names(), testing::ElementsAreArray(names));
+  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", folder.Path("COM10.mpx")}), kDone);
 }
 
 TEST_F(WindowsFiles, AFileThatAnotherProgramHoldsIsLeftAsItIs) {
