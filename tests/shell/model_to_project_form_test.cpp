@@ -135,5 +135,101 @@ TEST_F(ModelToProjectForm, ADamagedDatabaseFailsInSilence) {
   EXPECT_EQ(desktop.pointer, kPointerDefault);
 }
 
+TEST_F(ModelToProjectForm, TheTabSaysWhichProgramIsLookedForAndStarted) {
+  struct Case {
+    const char* tab;
+    const char* missing;
+    bool takes98;
+  };
+  const Case cases[] = {
+      {frmIDEF3ToProject::kDatabaseTab, "Microsoft Project 2000 is not installed.", false},
+      {frmIDEF3ToProject::kMpxTab,
+       "Both Microsoft Project 2000 and Microsoft Project 98 are not installed.", true},
+      {frmIDEF3ToProject::kXmlTab, "Microsoft Project is not installed.", false}};
+  const auto click = [&] {
+    form.CkLaunchMsprojApp.checked = true;
+    form.CkLaunchMsprojApp_Click();
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.tab);
+    form.SSTabGenerateOpt = one.tab;
+    desktop.registry.clear();
+    click();
+    EXPECT_EQ(desktop.MessageTexts().back(), one.missing);
+    EXPECT_FALSE(form.CkLaunchMsprojApp.checked);
+    desktop.registry[kProject98Key] = "p98.exe %1";
+    click();
+    EXPECT_EQ(form.CkLaunchMsprojApp.checked, one.takes98);
+    desktop.registry[kProject2000Key] = "p2000.exe %1";
+    click();
+    EXPECT_TRUE(form.CkLaunchMsprojApp.checked);
+    EXPECT_EQ(main.paths.gProjectPath, "p2000.exe");
+    form.CkLaunchMsprojApp.checked = false;
+    desktop.registry.clear();
+    form.CkLaunchMsprojApp_Click();
+    EXPECT_EQ(main.paths.gProjectPath, "p2000.exe");  // an empty box looks nothing up
+  }
+}
+
+TEST_F(ModelToProjectForm, ANameWithABlankIsToldAndNotHandedOver) {
+  const std::string model = MERIVANE_SAMPLES "/onboarding.txt";
+  const auto run = [&](const char* tab, TextBox& box, const std::string& file) {
+    form.Unload();
+    form.Show();
+    form.SSTabGenerateOpt = tab;
+    form.txtCelvarFilename.text = model;
+    form.txtDatabase_xml.text = databasePath;
+    box.text = file;
+    form.CkLaunchMsprojApp = {true, true};
+    main.paths.gProjectPath = "project";
+    desktop.boxes.clear();
+    OpenForModel();
+    form.cmdOK();
+    EXPECT_EQ(form.GenerateResult, true) << file;
+    EXPECT_FALSE(form.CkLaunchMsprojApp.checked || form.CkLaunchMsprojApp.enabled);
+    EXPECT_FALSE(form.txtDatabase.enabled);
+  };
+  run(frmIDEF3ToProject::kDatabaseTab, form.txtDatabase, databasePath);
+  EXPECT_EQ(desktop.startedCommands.back(), "project " + databasePath);
+  EXPECT_TRUE(desktop.boxes.empty());
+  const std::string spaced = folder.Path("my plan.xml");
+  for (const std::string& xml : {spaced, folder.Path("plan.xml")}) {
+    run(frmIDEF3ToProject::kXmlTab, form.txtXml, xml);
+    EXPECT_EQ(desktop.startedCommands.back(), xml == spaced ? "project" : "project " + xml);
+    EXPECT_EQ(desktop.boxes.size(), xml == spaced ? 1U : 0U);
+    EXPECT_TRUE(std::filesystem::exists(xml));
+  }
+  EXPECT_EQ(desktop.startedCommands.size(), 3U);
+}
+
+TEST_F(ModelToProjectForm, TheFrameOpensItsFormsOnceAndTellsWhatItCanNotReach) {
+  desktop.registry[kCelvarKey] = "C:\\Celvar\\celvar.exe \"%1\"";
+  desktop.registry[kProject98Key] = std::string(3000, 'x');  // longer than the look-up's buffer
+  main.mnuPath();
+  EXPECT_EQ(main.options.listPaths,
+            (std::vector<std::string>{
+                "Vorn Celvar7 Path: ", std::string(18, ' ') + "C:\\Celvar\\celvar.exe ",
+                "MS Project 2000 Path: ", std::string(17, ' ') + "not installed.",
+                "MS Project 98 Path: ", std::string(17, ' ') + "not installed."}));
+  form.txtCelvarFilename.text = "kept";
+  main.mnuIDEF3ToProject();
+  EXPECT_EQ(form.txtCelvarFilename.text, "kept");
+  form.cmdCancel();
+  main.mnuIDEF3ToProject();
+  EXPECT_EQ(form.txtCelvarFilename.text, "");
+  main.Start();
+  EXPECT_TRUE(main.IsVisible());
+  EXPECT_FALSE(main.splash.IsLoaded());
+  EXPECT_EQ(main.HelpFile, desktop.AppPath() + "/merivane.chm");
+  main.mnuAboutVorn();
+  EXPECT_TRUE(desktop.boxes.empty());
+  desktop.webPageResult = Desktop::kLowestSuccess - 1;
+  main.mnuAboutVorn();
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            std::string("Cannot launch the default browser or site ") + frmMain::HomePage() +
+                " not found.");
+  EXPECT_FALSE(form.OpenProj2kTemplate());  // no such template stands beside the program
+}
+
 }  // namespace
 }  // namespace merivane::test

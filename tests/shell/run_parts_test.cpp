@@ -1,0 +1,274 @@
+// What stands around a run: the names it was given, its sources, what is kept of its targets, and
+// how its end is told.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "database_fixture.h"
+#include "error_of.h"
+#include "program/progress.h"
+#include "shell/cancellable_run.h"
+#include "shell/database_pick.h"
+#include "shell/drivers.h"
+#include "shell/message_advice.h"
+#include "shell/named_files.h"
+#include "shell/run_result.h"
+#include "shell/source_proof.h"
+
+namespace merivane::test {
+
+using namespace shell;
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class RunParts : public DatabaseFixture {
+ protected:
+  Direction Of(ModelToProject& state) {
+    return {state.desktop, state.files, state.workspace, state.progress, state.codePage};
+  }
+  void AddProject(const std::string& number) {
+    Sql("insert into MSP_PROJECTS (PROJ_ID, PROJ_NAME) values (" + number + ", 'Yard')");
+  }
+  ModelToProject& state = program->modelToProject;
+  ProjectToModel& back = program->projectToModel;
+};
+
+TEST_F(RunParts, NamesAreHeldAgainstEachOtherAndAgainstWhatStands) {
+  const std::string there = folder.Write("there.txt", "x");
+  fs::create_hard_link(there, folder.Path("twin.txt"));
+  struct Case {
+    std::vector<NamedFile> files;
+    std::string refusal;
+  };
+  const std::string missing = folder.Path("none/a.txt");
+  const Case cases[] = {
+      {{{"A", there}, {"B", there}}, ""},  // two that are read
+      {{{"A", there}, {"B", folder.Path("./there.txt"), true}},
+       "A and B are the same file: " + folder.Path("./there.txt")},
+      {{{"A", there, true}, {"B", folder.Path("twin.txt")}},
+       "A and B are the same file: " + folder.Path("twin.txt")},
+      {{{"A", folder.Path("new.txt"), true}, {"B", folder.Path("new.txt"), true}},
+       "A and B are the same file: " + folder.Path("new.txt")},
+      {{{"A", "", true}, {"B", "", true}}, ""},
+      {{{"A", missing, true}}, "A can't be written: there is no folder for " + missing + "."},
+      {{{"A", missing}}, ""},
+      {{{"A", there, true, "--force"}}, there + " exists: say --force."},
+      {{{"A", folder.Path(""), true, "--force"}}, ""},
+      {{{"A", folder.Path("new.txt"), true, "--force"}}, ""}};
+  for (const Case& one : cases) {
+    EXPECT_EQ(RefusalOf(one.files).value_or(""), one.refusal) << one.refusal;
+  }
+}
+
+TEST_F(RunParts, ACancelledRunLeavesItsTargetsAsTheyWere) {
+  AddProject("1");
+  const std::string before = ReadFile(databasePath);
+  const std::string text = folder.Write("model.txt", "old");
+  const auto writeText = [&] {
+    const std::int16_t number = program->files.FreeFile();
+    program->files.OpenForOutput(number, text);
+    program->files.Print(number, "new");
+    program->files.Close(number);
+  };
+  for (const bool cancels : {true, false}) {
+    SCOPED_TRACE(cancels);
+    auto connection = Connect();
+    const RunEnd end = RunUntilCancelled(
+        Of(state), {.take =
+                        [&] {
+                          connection->BeginWrite();
+                          return true;
+                        },
+                    .targets = {.database = databasePath, .copy = Copy::kBackup, .outputs = {text}},
+                    .driver =
+                        [&] {
+                          Recordset set;
+                          set.OpenDynamic("select * from MSP_PROJECTS", connection.get());
+                          set.AddNew({"PROJ_ID", "PROJ_NAME"}, {2, "Second"});
+                          set.Close();
+                          writeText();
+                          if (cancels) throw RunCancelled{};
+                          return true;
+                        },
+                    .drop = [&] { connection.reset(); }});
+    connection.reset();
+    EXPECT_EQ(end.done.has_value(), !cancels);
+    EXPECT_EQ(ReadFile(text), cancels ? "old" : "new\r\n");
+    EXPECT_EQ(RawDatabase(databasePath).Ask("select count(*) from MSP_PROJECTS"),
+              cancels ? "1" : "2");
+    EXPECT_EQ(end.backupName, cancels ? "" : databasePath + ".bak");
+    EXPECT_EQ(fs::exists(databasePath + ".bak"), !cancels);
+  }
+  EXPECT_EQ(ReadFile(databasePath + ".bak"), before);
+  EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(RunParts, ARunThatFindsNoDatabaseLeavesItsOutputs) {
+  const std::string text = folder.Write("model.txt", "old");
+  bool dropped = false;
+  const CancellableRun run{.take = {},
+                           .targets = {.database = "", .outputs = {text}},
+                           .driver = [&]() -> bool {
+                             program->files.OpenForOutput(program->files.FreeFile(), text);
+                             throw RunTimeError(kObjectNotSet);
+                           },
+                           .drop =
+                               [&] {
+                                 dropped = true;
+                                 program->files.CloseAll();
+                               }};
+  EXPECT_EQ(ErrorOf([&] { RunUntilCancelled(Of(state), run); }), kObjectNotSet);
+  EXPECT_TRUE(dropped);
+  EXPECT_EQ(ReadFile(text), "old");
+  bool ran = false;
+  const RunEnd end = RunUntilCancelled(Of(state), {.take = [] { return false; },
+                                                   .targets = {.database = "", .outputs = {text}},
+                                                   .driver = [&] { return ran = true; },
+                                                   .drop = {}});
+  EXPECT_EQ(end.done, false);
+  EXPECT_FALSE(ran);
+  EXPECT_EQ(ReadFile(text), "old");
+}
+
+TEST_F(RunParts, APickTellsWhatItEmptiedAndWhyItFailed) {
+  DatabasePick pick;
+  pick.Begin("plan.mdb");
+  EXPECT_EQ(pick.Note("").text, "");
+  EXPECT_EQ(pick.Refusal(), "");
+  pick.Failed(RunTimeError(kDiskFull));
+  EXPECT_EQ(pick.Note("").text, "plan.mdb can't be used: Disk full. Nothing was changed.");
+  EXPECT_EQ(pick.Note("old.mdb").text,
+            "plan.mdb can't be used: Disk full. Nothing was changed. OK would still write into "
+            "old.mdb.");
+  pick.Replaced("");
+  EXPECT_EQ(pick.Note("").text, "plan.mdb can't be used: Disk full.");
+  EXPECT_FALSE(pick.Note("").emptied);
+  pick.Replaced("plan.mdb.bak");
+  const PickNote note = pick.Note("");
+  EXPECT_EQ(
+      note.text,
+      "plan.mdb was emptied; the old one is plan.mdb.bak. plan.mdb can't be used: Disk full.");
+  EXPECT_EQ(note.emptied->backup, "plan.mdb.bak");
+  pick.Begin("other.mdb");
+  EXPECT_EQ(pick.Note("").text, "");
+}
+
+TEST_F(RunParts, AnEmptiedDatabaseComesBackUnlessItIsUsedAgain) {
+  const std::string backup = databasePath + ".bak";
+  const EmptiedDatabase emptied{databasePath, backup};
+  std::string told;
+  EXPECT_EQ(ErrorOf([&] { PutBackEmptied(program->workspace, emptied); }, &told), kFileNotFound);
+  EXPECT_THAT(told, HasSubstr(backup));
+  fs::copy_file(databasePath, backup);
+  RawDatabase(backup).Run("insert into MSP_PROJECTS (PROJ_ID) values (3)");
+  AddProject("1");
+  EXPECT_EQ(ErrorOf([&] { PutBackEmptied(program->workspace, emptied); }, &told),
+            kPermissionDenied);
+  EXPECT_EQ(told, databasePath + " holds a project again. The old one stays " + backup + ".");
+  EXPECT_TRUE(fs::exists(backup));
+  Sql("delete from MSP_PROJECTS");
+  program->workspace.patience = std::chrono::milliseconds(1);
+  {
+    Program otherProgram(desktop);
+    Connection writer(otherProgram.workspace);
+    writer.Open(ConnectionText(databasePath));
+    writer.BeginWrite();
+    EXPECT_EQ(ErrorOf([&] { PutBackEmptied(program->workspace, emptied); }), kPermissionDenied);
+  }
+  EXPECT_TRUE(fs::exists(backup));
+  PutBackEmptied(program->workspace, emptied);
+  EXPECT_EQ(RawDatabase(databasePath).Ask("select PROJ_ID from MSP_PROJECTS"), "3");
+  EXPECT_FALSE(fs::exists(backup));
+  fs::rename(databasePath, backup);  // gone in the meantime
+  PutBackEmptied(program->workspace, emptied);
+  EXPECT_EQ(RawDatabase(databasePath).Ask("select PROJ_ID from MSP_PROJECTS"), "3");
+}
+
+TEST_F(RunParts, CountsLeaveOutTheSummaryOfTheWholeAndOtherProjects) {
+  AddProject("1");
+  Sql("insert into MSP_TASKS (PROJ_ID, TASK_UID) values (1, 0), (1, 1), (1, 2), (2, 3)");
+  Sql("insert into MSP_RESOURCES (PROJ_ID, RES_UID) values (1, -65535), (1, 1)");
+  Sql("insert into MSP_LINKS (PROJ_ID, LINK_UID) values (1, 1), (1, 2), (2, 1)");
+  Sql("insert into ProjectAct (Msp_ProjID, PID, Outline) values (1, 0, 0), (1, 1, 1), (2, 1, 1)");
+  Sql("drop table MSP_ASSIGNMENTS");
+  auto connection = Connect();
+  EXPECT_EQ(CountsOfPlan(*connection, 1), "2 tasks, 1 resources, 2 links, no assignments");
+  EXPECT_EQ(CountsOfWork(*connection, 1), "1 tasks, 0 resources, 0 links, 0 assignments");
+  EXPECT_EQ(WrittenNote({}), "");
+  EXPECT_EQ(WrittenNote({"a.mdb", "b.mpx"}), "; written: a.mdb, b.mpx");
+}
+
+TEST_F(RunParts, SourcesOfAnotherKindAreToldBeforeARun) {
+  const std::string model = MERIVANE_SAMPLES "/onboarding.txt";
+  const std::string xml = folder.Write(
+      "plan.xml", "<Project xmlns=\"http://schemas.microsoft.com/project\"></Project>");
+  const std::string cut = folder.Write("cut.xml", ReadFile(xml).substr(0, 30));
+  const std::string mpx =
+      folder.Write("plan.mpx", "MPX,Microsoft Project for Windows,4.0,ANSI\r\n40,ID\r\n60,ID\r\n");
+  const std::string missing = folder.Path("missing.txt");
+  const std::string empty = folder.Write("empty.txt", "");
+  struct Case {
+    const std::string& path;
+    bool model, mpx, xml;
+  };
+  const Case cases[] = {{model, true, false, false},  {mpx, false, true, false},
+                        {xml, false, false, true},    {cut, false, false, false},
+                        {empty, false, false, false}, {missing, false, false, false}};
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.path);
+    desktop.boxes.clear();
+    EXPECT_EQ(ProveModelText(state, one.path), one.model);
+    EXPECT_EQ(ProveMpx(back, one.path), one.mpx);
+    EXPECT_EQ(ProveXml(back, one.path), one.xml);
+    EXPECT_EQ(desktop.boxes.size(),
+              3U - (one.model ? 1 : 0) - (one.mpx ? 1 : 0) - (one.xml ? 1 : 0));
+  }
+  EXPECT_EQ(program->files.FreeFile(), 1);  // no source keeps its number
+}
+
+TEST_F(RunParts, DriversTellTheirFailureAndKeepTheConnection) {
+  const std::string model = MERIVANE_SAMPLES "/onboarding.txt";
+  EXPECT_THROW(GenerateFromText(state, folder.Path("none.txt"), ""), ProgramEnd);
+  desktop.boxes.clear();
+  OpenForModel();
+  AddProject("1");
+  EXPECT_FALSE(GenerateFromText(state, model, "", folder.Path("none/plan.xml")));
+  EXPECT_THAT(desktop.MessageTexts().back(), HasSubstr("plan.xml"));
+  EXPECT_TRUE(state.gMspConn);
+  CloseMspConnection(state);
+  EXPECT_FALSE(state.gMspConn);
+  EXPECT_EQ(ErrorOf([&] { CloseMspConnection(state); }), kObjectNotSet);
+  EXPECT_FALSE(GenerateFromStoredModel(state, {}, "", ""));
+  OpenForModel();
+  const std::string xml = folder.Path("plan.xml");
+  EXPECT_TRUE(GenerateFromText(state, model, folder.Path("plan.mpx"), xml));
+  EXPECT_FALSE(state.gMspConn);
+  EXPECT_THAT(ReadFile(xml), HasSubstr("<Name>"));
+}
+
+TEST_F(RunParts, AdviceGoesByTheErrorAndByWhatTheFileIs) {
+  const std::string compound = folder.Write("a.mpp", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 rest");
+  const std::string access =
+      folder.Write("b.mpd", std::string("\0\1\0\0Standard Jet DB", 19) + "rest");
+  const std::string cut = folder.Write("c.mpd", std::string("\0\1\0\0Stand", 9));
+  EXPECT_THAT(PlanFileAdvice(compound, RunTimeError(kInvalidFileFormat)), HasSubstr("as XML"));
+  EXPECT_THAT(PlanFileAdvice(access, RunTimeError(kUnknownTable)), HasSubstr("Project 98"));
+  EXPECT_EQ(PlanFileAdvice(access, RunTimeError(kDiskFull)), "");
+  EXPECT_EQ(PlanFileAdvice(cut, RunTimeError(kUnknownTable)), "");
+  EXPECT_EQ(PlanFileAdvice(folder.Path("none"), RunTimeError(kUnknownTable)), "");
+  EXPECT_THAT(NameAdvice("x.MPP"), HasSubstr("as XML"));
+  EXPECT_THAT(NameAdvice("x.mpd"), HasSubstr(".mdb"));
+  EXPECT_EQ(NameAdvice("mpp"), "");
+  for (const int error :
+       {kObjectNotSet, kBadFileNumber, kConnectionInvalid, kNotUpdatable, kSubscriptOutOfRange}) {
+    EXPECT_NE(MessageAdvice(error), "") << error;
+  }
+  for (const int error : {0, int{kDiskFull}, int{kTypeMismatch}})
+    EXPECT_EQ(MessageAdvice(error), "");
+}
+
+}  // namespace
+}  // namespace merivane::test
