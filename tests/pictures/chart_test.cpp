@@ -95,6 +95,8 @@ TEST(ChartTest, BarsTellKindResourcesAndDates) {
   EXPECT_EQ(Count(chart, Ink::kMilestone), 1);
   EXPECT_EQ(Count(chart, Ink::kCriticalLink), 1);
   EXPECT_EQ(Count(chart, Ink::kTaskLink), 3);
+  EXPECT_EQ(Count(chart, Ink::kCriticalArrow), 1);  // one head a link
+  EXPECT_EQ(Count(chart, Ink::kTaskArrow), 3);
   EXPECT_THAT(chart.description, HasSubstr("Nov 30, 2026 to Dec 2, 2026, 4 tasks, 3 days"));
   std::vector<std::string> titles;
   for (const Figure& figure : chart.figures) {

@@ -94,5 +94,18 @@ TEST_F(ReportTest, ThePlanIsToldInWordsAndPrintedWithThemWhereItIsWide) {
   }
 }
 
+TEST_F(ReportTest, OnlyWhatStaysOutOfThePlanIsFaint) {
+  Scenario(1, "Yard");
+  Uobs({1, 2});
+  Uob(3, 1, {{"Send_to_Project", 0}});
+  Junction(100, "Fan Out", "XOR");
+  Links({{1, 100}, {100, 2}, {100, 3}});
+  const std::string page = Page();
+  const auto faint = Matches(page, "<g( id=\"[^\"]*\")? class=\"faint\"");
+  EXPECT_EQ(faint.size(), 2U);  // the unit and the link to it
+  EXPECT_THAT(faint, testing::Contains(" id=\"scenario-1-unit-3\""));
+  EXPECT_THAT(page, HasSubstr("<g id=\"scenario-1-unit-2\">"));
+}
+
 }  // namespace
 }  // namespace merivane::test
