@@ -24,6 +24,8 @@ TEST_F(CheckWindowTest, CheckListsFindingsThatCanBeFilteredAndCopied) {
   User::Click(form, "cmdCheck");
   QWidget& list = User::Find(window, "checkWindow");
   EXPECT_LT(list.width(), window.screen()->availableSize().width());
+  EXPECT_THAT(User::Get<QLabel>(list, "summary").text().toStdString(),
+              testing::StartsWith("1 error, 4 warnings, 10 notes. "));
   auto& table = User::Get<QTableView>(list, "results");
   const int all = table.model()->rowCount();
   for (const int width : {300, 1000}) {

@@ -85,6 +85,17 @@ TEST_F(HelpWindowTest, DamagedFilesAreRefusedOrShownWithGaps) {
     other.ShowContents();
     other.ShowContext(2000);
   }
+  // Without one of the two lists that a number is looked up in.
+  for (const std::string& list : {std::string("#IVB"), std::string("#STRINGS")}) {
+    std::string lacking = whole;
+    const std::size_t at = lacking.find("/" + list);
+    ASSERT_NE(at, std::string::npos);
+    lacking[at + list.size()] = '~';
+    HelpWindow other;
+    ASSERT_TRUE(other.Open(QString::fromStdString(folder.Write("lacking.chm", lacking))));
+    other.ShowContext(2000);
+    EXPECT_EQ(User::Get<QTextBrowser>(other, "helpTopic").toPlainText(), "First on");
+  }
   ASSERT_TRUE(window.Open(QString::fromStdString(file)));
   EXPECT_FALSE(window.Open(QString::fromStdString(folder.Path("none.chm"))));
   window.ShowContext(2000);

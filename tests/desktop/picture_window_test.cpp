@@ -6,6 +6,7 @@
 #include "desktop_fixture.h"
 #include "paint_figure.h"
 #include "picture_view.h"
+#include "pictures/style.h"
 
 namespace merivane::test {
 
@@ -152,7 +153,16 @@ TEST_F(PictureWindowTest, DrawingIsARunWithABarThatCanBeCancelled) {
 TEST_F(PictureWindowTest, ChartsAndTranslatedModelsComeFromADatabaseAndItsChosenProject) {
   const std::string database = folder.Path("plan.mdb");
   MakePlan(database, folder.Path("plan.mpx"));
-  EXPECT_THAT(Label(*Show("mnuPlanChart", database), "pictureNote"), HasSubstr("5 tasks"));
+  QMainWindow* chart = Show("mnuPlanChart", database);
+  EXPECT_THAT(Label(*chart, "pictureNote"), HasSubstr("5 tasks"));
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(chart));
+  const QImage image = View(*chart).viewport()->grab().toImage();
+  const QRgb fill = QColor(pictures::StyleOf(pictures::Ink::kCritical).fill).rgb();
+  int filled = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) filled += image.pixel(x, y) == fill ? 1 : 0;
+  }
+  EXPECT_GT(filled, 500);  // bars have an inside
   delete window.findChild<QMainWindow*>("pictureWindow");
   EXPECT_THAT(Label(*Show("mnuProcessDiagram", database), "pictureNote"), HasSubstr("Grey"));
   delete window.findChild<QMainWindow*>("pictureWindow");
