@@ -22,12 +22,14 @@ constexpr const char* kFooter = R"(Examples:
   merivane-batch to-model --database plan.mdb --project 1 --output again.txt
   merivane-batch to-model --xml plan.xml --interim plan.mdb --merge 1 --output merged.txt
   merivane-batch export plan.mdb --project 1 --xml plan.xml
+  merivane-batch diff model.txt merged.txt
   merivane-batch draw model.txt --output model.svg
   merivane-batch chart plan.mdb --project 1 --output plan.svg
   merivane-batch report model.txt --output model.html
 
 Exit status: 0 done; 3 done, but messages were shown; 1 failed; 2 wrong usage or a name that is
-refused, nothing was touched. For check: 0 nothing found; 3 warnings only; 1 errors.)";
+refused, nothing was touched. For check: 0 nothing found; 3 warnings only; 1 errors.
+For diff: 0 the same; 1 different; 2 can't be compared.)";
 
 struct CommandLine {
   CommonOptions common;
@@ -35,6 +37,7 @@ struct CommandLine {
   ToModelOptions toModel;
   CheckOptions check;
   ExportOptions exported;
+  DiffOptions diff;
   ProjectsOptions projects;
   DrawOptions draw;
   ChartOptions chart;
@@ -176,6 +179,24 @@ CLI::App* AddCheck(CLI::App& app, CommandLine& line) {
   return command;
 }
 
+CLI::App* AddDiff(CLI::App& app, CommandLine& line) {
+  DiffOptions& options = line.diff;
+  CLI::App* command = app.add_subcommand(
+      "diff", "tell what differs between two models, or two plans, of any kind of file");
+  AddName(command, "FIRST", options.first, "model text (.txt) or plan (.mdb, .mpx, .xml)")
+      ->required();
+  AddName(command, "SECOND", options.second, "the one to hold against it")->required();
+  command
+      ->add_option("--project", options.projects,
+                   "id or name of the project of a database; of two databases for each, in order")
+      ->allow_extra_args(false)
+      ->expected(1, 2);
+  command->add_flag("--json", options.json, "as a JSON object");
+  AddName(command, "--template", line.common.templateFile,
+          "template database (default: beside the program)");
+  return command;
+}
+
 CLI::App* AddProjects(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("projects", "list the projects of a database");
   AddName(command, "DATABASE", line.projects.database, "plan database (.mdb)")->required();
@@ -196,6 +217,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
   const CLI::App* toModel = AddToModel(app, line);
   const CLI::App* check = AddCheck(app, line);
   const CLI::App* exported = AddExport(app, line);
+  const CLI::App* diff = AddDiff(app, line);
   AddProjects(app, line);
   CLI::App* draw = AddDraw(app, line.draw);
   CLI::App* chart = AddChart(app, line.chart);
@@ -213,6 +235,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::string&
     if (*toProject) return RunToProject(session, line.toProject);
     if (*toModel) return RunToModel(session, line.toModel);
     if (*check) return RunCheck(session, line.check);
+    if (*diff) return RunDiff(session, line.diff);
     if (*exported) return RunExport(session, line.exported);
     if (*draw) return RunDraw(session, line.draw);
     if (*chart) return RunChart(session, line.chart);

@@ -1,7 +1,6 @@
 #include "merge_report.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "printable.h"
 #include "runtime/code_page.h"
@@ -62,7 +61,15 @@ std::string Counts(const std::vector<MergeChange>& changes) {
   return text + '\n';
 }
 
-Json JsonOf(const std::vector<MergeChange>& changes) {
+Json JsonOf(const inspect::MergeProof& proof) {
+  return {{"agrees", proof.failure.empty() && proof.differences.empty()},
+          {"failure", proof.failure.empty() ? Json(nullptr) : Json(ToUtf8(proof.failure))},
+          {"differences", ChangesJson(proof.differences)}};
+}
+
+}  // namespace
+
+nlohmann::ordered_json ChangesJson(const std::vector<MergeChange>& changes) {
   Json list = Json::array();
   for (const MergeChange& change : changes) {
     const auto& element = change.element;
@@ -78,27 +85,22 @@ Json JsonOf(const std::vector<MergeChange>& changes) {
   return list;
 }
 
-Json JsonOf(const inspect::MergeProof& proof) {
-  return {{"agrees", proof.failure.empty() && proof.differences.empty()},
-          {"failure", proof.failure.empty() ? Json(nullptr) : Json(ToUtf8(proof.failure))},
-          {"differences", JsonOf(proof.differences)}};
-}
-
-}  // namespace
-
-std::string ChangesText(const std::vector<MergeChange>& changes) {
+std::string ChangeLines(const std::vector<MergeChange>& changes) {
   std::string text;
   for (const MergeChange& change : changes) text += Line(change);
-  return text + Counts(changes);
+  return text;
+}
+
+std::string ChangesText(const std::vector<MergeChange>& changes) {
+  return ChangeLines(changes) + Counts(changes);
 }
 
 std::string ProofText(const inspect::MergeProof& proof) {
   if (!proof.failure.empty()) return "proof: " + PrintableLine(ToUtf8(proof.failure)) + '\n';
   const std::size_t count = proof.differences.size();
   if (count == 0) return "The merged model gives the plan that came in.\n";
-  std::string text;
-  for (const MergeChange& difference : proof.differences) text += Line(difference);
-  return text + std::to_string(count) + (count == 1 ? " difference" : " differences") +
+  return ChangeLines(proof.differences) + std::to_string(count) +
+         (count == 1 ? " difference" : " differences") +
          " between the plan that came in and what the merged model gives\n";
 }
 
@@ -112,7 +114,7 @@ void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
     if (!rows.empty()) left[mspdi::KeyOf(static_cast<mspdi::Untaken>(kind))] = rows;
   }
   const Json report = {{"merges", preview.merged},
-                       {"changes", JsonOf(preview.changes)},
+                       {"changes", ChangesJson(preview.changes)},
                        {"messages", boxes},
                        {"notTaken", left},
                        {"proof", preview.proof ? JsonOf(*preview.proof) : Json(nullptr)}};

@@ -1,6 +1,7 @@
 // What a merge changes, for people and for programs.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -11,6 +12,10 @@
 namespace merivane::batch {
 
 using namespace inspect;
+
+// A line, and an object, for each change.
+std::string ChangeLines(const std::vector<inspect::MergeChange>& changes);
+nlohmann::ordered_json ChangesJson(const std::vector<inspect::MergeChange>& changes);
 
 // A line for each change, and a last one with their counts.
 std::string ChangesText(const std::vector<inspect::MergeChange>& changes);

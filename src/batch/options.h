@@ -67,6 +67,13 @@ struct ExportOptions {
   bool force = false;
 };
 
+struct DiffOptions {
+  std::string first;
+  std::string second;
+  std::vector<std::string> projects;  // of the databases among them, in order
+  bool json = false;
+};
+
 struct ProjectsOptions {
   std::string database;
   bool json = false;

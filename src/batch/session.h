@@ -113,6 +113,7 @@ class Session {
 int RunToProject(Session& session, const ToProjectOptions& options);
 int RunToModel(Session& session, const ToModelOptions& options);
 int RunCheck(Session& session, const CheckOptions& options);
+int RunDiff(Session& session, const DiffOptions& options);
 int RunExport(Session& session, const ExportOptions& options);
 int RunProjects(Session& session, const ProjectsOptions& options);
 

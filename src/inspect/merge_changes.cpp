@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "difference_words.h"
 #include "inspect/model_snapshot.h"
 #include "row_values.h"
 
@@ -9,8 +10,6 @@ namespace merivane::inspect {
 using namespace runtime;
 
 namespace {
-
-std::string OrOne(const std::string& number) { return number.empty() ? "1" : number; }
 
 class Comparison {
  public:
@@ -108,11 +107,10 @@ class Comparison {
   void CompareUnit(std::int32_t number, const ModelSnapshot::Unit& old,
                    const ModelSnapshot::Unit& unit) {
     if (unit.name != old.name) {
-      Add(ChangeKind::kChanged, Unit(number), "It was called '" + old.name + "'.", unit.planRow);
+      Add(ChangeKind::kChanged, Unit(number), NameSentence(old.name), unit.planRow);
     }
     if (!IsSameNumber(old.duration, unit.duration, 1)) {
-      Add(ChangeKind::kChanged, Unit(number),
-          "It takes " + unit.duration + " days instead of " + OrOne(old.duration) + ".",
+      Add(ChangeKind::kChanged, Unit(number), DaysSentence(old.duration, unit.duration),
           unit.planRow);
     }
     CompareNotes(Unit(number), old.note, unit.note, unit.planRow);
@@ -121,8 +119,7 @@ class Comparison {
   void CompareNotes(const ElementName& element, const std::string& old, const std::string& note,
                     std::optional<std::int32_t> row) {
     if (note == old) return;
-    Add(ChangeKind::kChanged, element, note.empty() ? "It loses its note." : "It has another note.",
-        row);
+    Add(ChangeKind::kChanged, element, NoteSentence(note), row);
   }
 
   void CompareJunctions() {
@@ -157,9 +154,7 @@ class Comparison {
         continue;
       }
       Add(kind, {"link", std::nullopt, ""},
-          "It leads from " + Described(End(std::get<1>(link))) + " to " +
-              Described(End(std::get<2>(link))) + ".",
-          RowOf(std::get<2>(link)));
+          LinkSentence(End(std::get<1>(link)), End(std::get<2>(link))), RowOf(std::get<2>(link)));
     }
   }
 
@@ -172,9 +167,7 @@ class Comparison {
       }
       if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
         Add(ChangeKind::kChanged, Resource(number),
-            "There are " + OrOne(resource.quantity) + " of it instead of " +
-                OrOne(old->second.quantity) + ".",
-            resource.planRow);
+            CountSentence(old->second.quantity, resource.quantity), resource.planRow);
       }
       CompareNotes(Resource(number), old->second.note, resource.note, resource.planRow);
     }

@@ -1,22 +1,12 @@
 #include "inspect/merge_proof.h"
 
-#include <memory>
 #include <utility>
 
-#include "box_text.h"
-#include "machine_fault.h"
-#include "neutraltext/modGlobal.h"
+#include "memory_model.h"
 #include "plan_content.h"
-#include "platform/quiet_desktop.h"
-#include "program/error_boxes.h"
-#include "program/program.h"
 #include "row_values.h"
-#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::inspect {
-
-using namespace neutraltext;
-using namespace translator;
 
 namespace {
 
@@ -173,42 +163,21 @@ class PlanComparison {
   std::vector<MergeChange> differences_;
 };
 
-// False where a step ended the program or showed a box that tells why.
-template <typename Step>
-bool Succeeds(QuietDesktop& desktop, Step step) {
-  try {
-    step();
-  } catch (const ProgramEnd&) {
-    // Its box has told why.
-  }
-  ThrowMachineFault(desktop);
-  return desktop.boxes.empty();
-}
-
 }  // namespace
 
 MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::string& textPath,
                       const std::string& templatePath, Desktop* shown) {
-  constexpr std::int16_t kProject = 1;
-  QuietDesktop desktop;
-  if (shown != nullptr) desktop.ShowProgressOn(*shown);
-  Program program(desktop);
-  const program::Progress::Run run(program.progress);
-  ModelToProject& state = program.modelToProject;
-  state.gMspConn = std::make_unique<Connection>(program.workspace);
-  state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
-  state.gMspProjId = kProject;
-  state.takesOwnText = true;
+  MemoryModel model(templatePath, shown);
   MergeProof proof;
   const auto fail = [&](const char* what) {
-    proof.failure = std::string("The merged text can't be ") + what + ": " +
-                    (desktop.boxes.empty() ? "" : OneLine(desktop.boxes.front().text));
+    proof.failure = std::string("The merged text can't be ") + what + ": " + model.Failure();
     return proof;
   };
-  if (!Succeeds(desktop, [&] { ReadNeutralText(state, textPath); })) return fail("read back");
-  if (!Succeeds(desktop, [&] { TranslateToProject(state, ""); })) return fail("translated");
+  if (!model.Read(textPath)) return fail("read back");
+  if (!model.Translate()) return fail("translated");
   const PlanContent wanted = PlanThatCameIn(merged, project);
-  proof.differences = PlanComparison(wanted, TranslatedPlan(*state.gMspConn, kProject)).Run();
+  proof.differences =
+      PlanComparison(wanted, TranslatedPlan(model.Database(), MemoryModel::kProject)).Run();
   return proof;
 }
 

@@ -144,7 +144,32 @@ bool TranslatePlan(ProjectToModel& state, PlanSource& source, std::int16_t merge
   }
 }
 
+// Alone, for what looks at a plan.
+bool ReadOnly(ProjectToModel& state, PlanSource& source) {
+  try {
+    state.gRebuildModel = 1;  // no model is held against it
+    ReadPlan(state, source);
+    CloseMpxFile(state);
+    return true;
+  } catch (const PlanRefused&) {
+    return false;
+  } catch (const RunTimeError& error) {
+    ShowDescription(state.desktop, error);
+    return false;
+  }
+}
+
 }  // namespace
+
+bool ReadMpx(ProjectToModel& state, const std::string& mpxFileName, MergeListener* listener) {
+  MpxSource source(state, mpxFileName, listener);
+  return ReadOnly(state, source);
+}
+
+bool ReadXml(ProjectToModel& state, const std::string& xmlFileName, MergeListener* listener) {
+  XmlSource source(state, xmlFileName, listener);
+  return ReadOnly(state, source);
+}
 
 void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName) {
   OpenMpxFile(state, mpxFileName);

@@ -22,6 +22,11 @@ bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
                   const std::string& interimFileName, std::int16_t mergeFlag,
                   MergeListener* listener = nullptr);
 
+// Read the file into the work tables of gInterimConn alone. Failures: as of the two translations;
+// with a listener the reading goes on behind them where it can.
+bool ReadMpx(ProjectToModel& state, const std::string& mpxFileName, MergeListener* listener);
+bool ReadXml(ProjectToModel& state, const std::string& xmlFileName, MergeListener* listener);
+
 // Reads the file's head, up to where its layout shows. Errors come up; a file of another kind ends
 // the program with its box.
 void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);

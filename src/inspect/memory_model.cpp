@@ -1,0 +1,64 @@
+#include "memory_model.h"
+
+#include <memory>
+
+#include "box_text.h"
+#include "machine_fault.h"
+#include "neutraltext/modGlobal.h"
+#include "program/error_boxes.h"
+#include "translator/modIDEF3ToProject.h"
+#include "translator/multi.h"
+
+namespace merivane::inspect {
+
+using namespace neutraltext;
+
+namespace {
+
+std::string QuestionOf(const multi& form) {
+  std::string names;
+  for (const std::string& name : form.List1) names += (names.empty() ? "'" : ", '") + name + "'";
+  return "One of " + names + " has to be chosen.";
+}
+
+}  // namespace
+
+MemoryModel::MemoryModel(const std::string& templatePath, Desktop* shown)
+    : program_(desktop_), run_(program_.progress) {
+  if (shown != nullptr) desktop_.ShowProgressOn(*shown);
+  desktop_.onModalForm = [this](ModalForm& form) {
+    const auto* chooser = dynamic_cast<multi*>(&form);
+    if (chooser != nullptr && question_.empty()) question_ = QuestionOf(*chooser);
+  };
+  ModelToProject& state = program_.modelToProject;
+  state.gMspConn = std::make_unique<Connection>(program_.workspace);
+  state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
+  state.gMspProjId = kProject;
+  state.takesOwnText = true;
+}
+
+template <typename Step>
+bool MemoryModel::Succeeds(Step step) {
+  try {
+    step();
+  } catch (const ProgramEnd&) {
+    // Its box has told why.
+  }
+  ThrowMachineFault(desktop_);
+  if (!desktop_.boxes.empty()) failure_ = OneLine(desktop_.boxes.front().text);
+  return desktop_.boxes.empty();
+}
+
+bool MemoryModel::Read(const std::string& textPath) {
+  return Succeeds([&] { ReadNeutralText(program_.modelToProject, textPath); });
+}
+
+void MemoryModel::Take(const StoredModel& model) {
+  TakeStoredModel(program_.modelToProject, model);
+}
+
+bool MemoryModel::Translate() {
+  return Succeeds([&] { TranslateToProject(program_.modelToProject, ""); });
+}
+
+}  // namespace merivane::inspect
