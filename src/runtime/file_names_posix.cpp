@@ -58,6 +58,12 @@ bool IsSameName(const std::string& a, const std::string& b) { return a == b; }
 
 bool CanBeFileName(const std::string& path) { return path.find('\0') == std::string::npos; }
 
+bool MayBeReplaced(const std::string& path) {
+  const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+  if (file >= 0) close(file);
+  return file >= 0;
+}
+
 bool MakeNewFile(const std::string& path) {
   constexpr mode_t kForAllAsTheUserAllows = 0666;
   const int file =

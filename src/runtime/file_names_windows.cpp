@@ -157,6 +157,16 @@ bool MakeNewFile(const std::string& path) {
   return true;
 }
 
+// Another program may have it open, unless it lets nobody write or delete meanwhile.
+bool MayBeReplaced(const std::string& path) {
+  const HANDLE file = CreateFileW(PathOf(path).c_str(), GENERIC_WRITE | DELETE,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  CloseHandle(file);
+  return true;
+}
+
 // A name that is in use can't be taken, but its file can be given another one.
 std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesystem::path& to) {
   const auto move = [](const std::filesystem::path& file, const std::filesystem::path& name) {

@@ -1,7 +1,5 @@
 #include "runtime/new_file.h"
 
-#include <fstream>
-
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 
@@ -10,10 +8,6 @@ namespace merivane::runtime {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool MayBeWritten(const fs::path& file) {
-  return std::ofstream(file, std::ios::app | std::ios::binary).is_open();
-}
 
 bool IsThere(const fs::path& path) noexcept {
   std::error_code error;
@@ -43,7 +37,7 @@ NewFile::NewFile(const std::string& name) : target_(name) {
   const fs::path given = PathOf(name);
   const fs::file_status status = fs::status(given, error);
   if (fs::exists(status) && !fs::is_regular_file(status)) return;
-  if (fs::exists(status) && !MayBeWritten(given)) throw FileError(kPermissionDenied, name);
+  if (fs::exists(status) && !MayBeReplaced(name)) throw FileError(kPermissionDenied, name);
   const std::string place = Followed(name);
   target_.path = TemporaryNameBeside(place);
   place_ = PathOf(place);

@@ -82,7 +82,8 @@ TEST_F(WindowsFiles, AFileThatAnotherProgramHoldsIsLeftAsItIs) {
   ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone) << err.str();
   const auto before = Files();
   const std::vector<std::string> names = Names();
-  for (const DWORD share : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
+  for (const DWORD share :
+       {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}}) {
     for (const std::string& held : {plan, mpx}) {
       {
         const HeldFile file(held, share);

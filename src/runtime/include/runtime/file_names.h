@@ -60,6 +60,9 @@ bool FolderExists(const std::string& path);  // the folder that holds `path`
 // Makes an empty file; False where something stands there already. Errors: 61, 70, 75, 76.
 bool MakeNewFile(const std::string& path);
 
+// Whether the file may be written, and another one take its name, as things stand.
+bool MayBeReplaced(const std::string& path);
+
 // Gives the file `from` the name `to`, whose file goes; who has that one open keeps it. Nothing has
 // changed where it fails.
 std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesystem::path& to);
