@@ -22,7 +22,10 @@ endif()
 if(WIN32)
   add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>"
                       "$<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>")
-  add_link_options(-Wl,--no-insert-timestamp)
+  add_link_options(-Wl,--no-insert-timestamp -fstack-protector-strong)
+  # Earlier Windows refuses to load them, instead of running them half.
+  add_link_options(-Wl,--major-os-version,10 -Wl,--minor-os-version,0
+                   -Wl,--major-subsystem-version,10 -Wl,--minor-subsystem-version,0)
   set(CMAKE_AUTORCC_OPTIONS --format-version 1)  # later ones hold the times of the files
 endif()
 if(MERIVANE_SANITIZE)

@@ -25,9 +25,11 @@ translate() {
     share/applications/merivane.desktop share/mime/packages/merivane.xml \
     share/icons/hicolor/scalable/apps/merivane.svg \
     share/metainfo/example.vorn.merivane.metainfo.xml \
-    share/bash-completion/completions/merivane-batch; do
+    share/doc/merivane/merivane.spdx share/bash-completion/completions/merivane-batch; do
     [ -e "$root/usr/$file" ] || { echo "missing in $root: usr/$file" >&2; exit 1; }
   done
+  grep -q '^Relationship: SPDXRef-merivane DEPENDS_ON SPDXRef-sqlite3$' \
+    "$root/usr/share/doc/merivane/merivane.spdx"
   rm -f "$scratch"/plan.*
   "$root/usr/bin/merivane-batch" to-project "$sample" --database "$scratch/plan.mdb" \
     --mpx "$scratch/plan.mpx"

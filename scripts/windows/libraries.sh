@@ -21,13 +21,13 @@ declare -A release=([sqlite3]=bookworm [pugixml]=bookworm [chmlib]=bookworm [gra
 
 apt_state=$folder/apt
 prepare_apt() {
-  [ ! -e "$apt_state/lists-are-new" ] || return 0
   mkdir -p "$apt_state/lists/partial" "$apt_state/cache/archives/partial"
-  local suite
-  : > "$apt_state/sources.list"
+  local suite key=signed-by=/usr/share/keyrings/debian-archive-keyring.gpg
   for suite in bookworm trixie; do
-    echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] http://deb.debian.org/debian $suite main" >> "$apt_state/sources.list"
-  done
+    echo "deb-src [$key] http://deb.debian.org/debian $suite main"
+    echo "deb-src [$key] http://deb.debian.org/debian $suite-updates main"
+    echo "deb-src [$key] http://deb.debian.org/debian-security $suite-security main"
+  done > "$apt_state/sources.list"
   cat > "$apt_state/apt.conf" <<CONF
 Dir::Etc::SourceList "$apt_state/sources.list";
 Dir::Etc::SourceParts "/dev/null";
@@ -35,27 +35,60 @@ Dir::State::Lists "$apt_state/lists";
 Dir::Cache "$apt_state/cache";
 APT::Sandbox::User "";
 CONF
-  APT_CONFIG=$apt_state/apt.conf apt-get update -qq
-  touch "$apt_state/lists-are-new"
+  export APT_CONFIG=$apt_state/apt.conf
+  # Once a day; without a network, what was fetched before serves.
+  [ -z "$(find "$apt_state/lists-are-new" -mtime -1 2> /dev/null)" ] || return 0
+  if apt-get update -qq; then
+    touch "$apt_state/lists-are-new"
+  elif [ ! -e "$apt_state/lists-are-new" ]; then
+    exit 1
+  else
+    echo "Debian's lists can't be fetched; the versions are those of the last time" >&2
+  fi
 }
 
-# source PACKAGE: its upstream sources, unpacked in FOLDER/sources/PACKAGE.
+# newest PACKAGE: its newest version in the release, with the fixes that came after it.
+newest() {
+  local found version=
+  for found in $(apt-cache madison "$1" |
+    awk -v suite="${release[$1]}" '$6 ~ "^" suite "(-updates|-security)?/" { print $3 }'); do
+    [ -n "$version" ] && dpkg --compare-versions "$found" le "$version" || version=$found
+  done
+  [ -n "$version" ] || { echo "no source of $1 in ${release[$1]}" >&2; return 1; }
+  echo "$version"
+}
+
+# source_of PACKAGE: its sources with Debian's patches, unpacked in FOLDER/sources/PACKAGE.
 source_of() {
   local package=$1 place=$folder/sources/$1
-  [ ! -d "$place" ] || return 0
-  prepare_apt
-  local fetched
+  [ "$(cat "$place.version" 2> /dev/null)" != "${version[$package]}" ] || return 0
+  rm -rf "$place" "$place.version"
+  local fetched patch
   fetched=$(mktemp -d -p "$folder")
-  (cd "$fetched" &&
-    APT_CONFIG=$apt_state/apt.conf apt-get source -qq --download-only --tar-only \
-      "$package/${release[$package]}" > /dev/null)
-  local archive
-  archive=$(find "$fetched" -name '*.orig.tar.*')
-  mkdir "$fetched/unpacked"
-  tar -xf "$archive" -C "$fetched/unpacked" --strip-components=1
+  (
+    cd "$fetched"
+    for part in tar diff; do
+      apt-get source -qq --download-only --only-source "--$part-only" \
+        "$package=${version[$package]}" > /dev/null
+    done
+    mkdir unpacked
+    tar -xf ./*.orig.tar.* -C unpacked --strip-components=1
+    tar -xf ./*.debian.tar.* -C unpacked
+    cd unpacked
+    for patch in $(sed 's/[ #].*//' debian/patches/series 2> /dev/null); do
+      patch -s -p1 -i "debian/patches/$patch"
+    done
+  )
   mv "$fetched/unpacked" "$place"
   rm -r "$fetched"
+  echo "${version[$package]}" > "$place.version"
 }
+
+prepare_apt
+declare -A version
+for package in "${!release[@]}"; do
+  version[$package]=$(newest "$package")
+done
 
 # build NAME cmake-options...: configures, builds and installs FOLDER/build/NAME.
 build() {
@@ -70,9 +103,13 @@ build() {
   } > "$folder/build/$name.log" 2>&1 || { tail -40 "$folder/build/$name.log" >&2; exit 1; }
 }
 
-# recipe FILES...: what the libraries are made from, in one word.
+# recipe PACKAGES FILES...: what the libraries are made from, in one word.
 recipe() {
-  { declare -p release; cat "$toolchain" "$@"; } | sha256sum
+  local package
+  {
+    for package in $1; do echo "$package ${version[$package]}"; done
+    cat "$toolchain" "${@:2}"
+  } | sha256sum
 }
 
 # made NAME WHAT-IT-IS-MADE-FROM: whether it was made from these very files before.
@@ -84,9 +121,10 @@ note_made() {
   echo "$2" > "$prefix/made/$1"
 }
 
-recipe=$(recipe scripts/windows/libraries/{,graphviz/}*.*)
+c_packages="sqlite3 chmlib graphviz mdbtools"
+recipe=$(recipe "$c_packages" scripts/windows/libraries/{,graphviz/}*.*)
 if ! made c "$recipe"; then
-  for package in sqlite3 chmlib graphviz mdbtools; do source_of "$package"; done
+  for package in $c_packages; do source_of "$package"; done
   if [ ! -e "$folder/sources/sqlite3/is-patched" ]; then
     (cd "$folder/sources/sqlite3" && rm -f sqlite3.c && ./configure -q > /dev/null && make -s sqlite3.c sqlite3.h > /dev/null)
     # A database that is open may be given another name, as elsewhere.
@@ -110,7 +148,7 @@ if ! made c "$recipe"; then
   note_made c "$recipe"
 fi
 
-recipe=$(recipe)
+recipe=$(recipe "pugixml googletest")
 if ! made cxx "$recipe"; then
   source_of pugixml
   source_of googletest
@@ -128,7 +166,7 @@ qt_options=(-DCMAKE_BUILD_TYPE=MinSizeRel -DQT_QMAKE_TARGET_MKSPEC=win32-g++ -DI
 for feature in network sql dbus opengl testlib tabletevent pkg_config vulkan concurrent; do
   qt_options+=("-DFEATURE_$feature=OFF")
 done
-recipe=$(recipe <(echo "${qt_options[@]}"))
+recipe=$(recipe qt6-base <(echo "${qt_options[@]}"))
 if [ "$qt" = --qt ] && ! made qt "$recipe"; then
   source_of qt6-base
   host=/usr/lib/x86_64-linux-gnu/cmake

@@ -33,7 +33,13 @@ cp samples/* "$folder/samples"
 with_returns() { sed 's/$/\r/' "$1"; }
 sed -e "s/@VERSION@/$version/" -e "$desktop" packaging/windows/README.txt > "$scratch/README.txt"
 with_returns "$scratch/README.txt" > "$folder/README.txt"
-with_returns packaging/windows/third-party.txt > "$folder/third-party.txt"
+libraries=${MERIVANE_WINDOWS:-$HOME/.cache/merivane-windows}
+{
+  cat packaging/windows/third-party.txt
+  scripts/bill-of-materials.sh table windows "$libraries"
+} > "$scratch/third-party.txt"
+with_returns "$scratch/third-party.txt" > "$folder/third-party.txt"
+scripts/bill-of-materials.sh spdx windows "$version" "$libraries" > "$folder/merivane.spdx"
 while read -r package licence; do
   with_returns "/usr/share/doc/$package/copyright" > "$folder/licences/$licence.txt"
 done <<'PACKAGES'
