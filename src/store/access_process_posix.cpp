@@ -19,6 +19,7 @@
 #include "access_limits.h"
 #include "access_process.h"
 #include "access_tables.h"
+#include "confine.h"
 #include "runtime/child_process.h"
 
 namespace merivane::store {
@@ -64,6 +65,7 @@ void Report(int pipe, std::string_view text) {
   for (const int number : {SIGXCPU, SIGXFSZ, SIGSEGV, SIGABRT}) std::signal(number, SIG_DFL);
   unsetenv("MDBICONV");  // would change the character set of texts
   try {
+    Confine(path, sqlitePath);
     Work nobody;
     CopyAccessTables(path, sqlitePath, nobody);
     Report(pipe, kDone);
