@@ -95,6 +95,7 @@ build() {
   local name=$1
   shift
   echo "building $name for Windows"
+  rm -rf "$folder/build/$name"  # another tree may have made it
   {
     cmake -G Ninja -B "$folder/build/$name" -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
       -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF \
@@ -143,7 +144,6 @@ if ! made c "$recipe"; then
       "$folder/sources/graphviz/lib/gvc/gvc.c"
     touch "$folder/sources/graphviz/is-static"
   fi
-  rm -rf "$folder/build/c"  # another tree may have made it
   build c -S scripts/windows/libraries -DSOURCES="$folder/sources"
   note_made c "$recipe"
 fi
