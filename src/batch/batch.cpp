@@ -148,13 +148,24 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
 
 CLI::App* AddExport(CLI::App& app, CommandLine& line) {
   ExportOptions& options = line.exported;
-  CLI::App* command = app.add_subcommand("export", "write a plan as planning XML");
+  CLI::App* command =
+      app.add_subcommand("export", "write a plan as planning XML, as an MPX file or as a table");
   AddName(command, "DATABASE", options.database, "plan database (.mdb)")->required();
   command->add_option("--project", options.project, "id or name of the project to write")
       ->required();
-  AddName(command, "--xml", options.xml, "planning XML to write (.xml)")->required();
-  command->add_flag("--force", options.force, "replace an XML file that exists");
+  AddName(command, "--xml", options.xml, "planning XML to write (.xml)");
+  AddName(command, "--mpx", options.mpx, "MPX file to write (.mpx)");
+  auto* csv = AddName(command, "--csv", options.csv, "table for a spreadsheet to write (.csv)");
+  command->add_option("--table", options.table, "tasks, resources or assignments (default: tasks)")
+      ->check(CLI::IsMember({"tasks", "resources", "assignments"}))
+      ->needs(csv);
+  command->add_flag("--force", options.force, "replace an output that exists");
   AddCommonOptions(command, line);
+  command->callback([&options] {
+    if (options.xml.empty() && options.mpx.empty() && options.csv.empty()) {
+      throw CLI::RequiredError("--xml, --mpx or --csv");
+    }
+  });
   return command;
 }
 

@@ -1,6 +1,14 @@
+#include <algorithm>
+#include <string_view>
+
+#include "mspdi/plan_reader.h"
 #include "mspdi/plan_writer.h"
+#include "pictures/picture_file.h"
+#include "plan_table.h"
 #include "project_lookup.h"
+#include "roundtrip/plan_as_mpx.h"
 #include "runtime/code_page.h"
+#include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
 #include "session.h"
 #include "shell/browse.h"
@@ -11,13 +19,85 @@ using namespace mspdi;
 
 namespace {
 
-// What the database holds that can't be, in one message.
-void TellLeftOut(Session& session, const std::vector<std::string>& warnings) {
+struct Target {
+  const char* option;
+  std::string path;
+  const char* ending;
+  const char* kind;
+};
+
+std::vector<Target> TargetsOf(const ExportOptions& options) {
+  std::vector<Target> targets = {{"--xml", options.xml, "xml", "planning XML"},
+                                 {"--mpx", options.mpx, "mpx", "an MPX file"},
+                                 {"--csv", options.csv, "csv", "a table"}};
+  std::erase_if(targets, [](const Target& target) { return target.path.empty(); });
+  return targets;
+}
+
+// What can't be written, in one message.
+void TellLeftOut(Session& session, const char* title, const std::string& warnings) {
   if (warnings.empty()) return;
-  std::string text = "Not everything of the plan can be as the database has it:";
-  for (const std::string& warning : warnings) text += "\n" + warning;
   session.desktop.ShowMessage(
-      {.text = text, .icon = MessageIcon::kExclamation, .title = "Planning XML"});
+      {.text = "Not everything of the plan can be as the database has it:\n" + warnings,
+       .icon = MessageIcon::kExclamation,
+       .title = title});
+}
+
+std::string JoinedLines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
+  return text;
+}
+
+std::string WriteMpx(Session& session, const ExportOptions& options, const FilePlan& plan) {
+  const roundtrip::MpxText mpx = roundtrip::PlanAsMpx(plan, session.desktop.OemCodePage());
+  std::vector<std::string> warnings;
+  UntakenRows untaken;
+  for (const Untaken kind :
+       {Untaken::kInactiveTasks, Untaken::kManualTasks, Untaken::kMaterialResources,
+        Untaken::kCostResources, Untaken::kSubprojects, Untaken::kOuterLinks, Untaken::kConstraints,
+        Untaken::kProgress}) {
+    for (const std::int64_t row : plan.untaken.Of(kind)) untaken.Add(kind, row);
+  }
+  if (!untaken.Text().empty()) warnings.push_back(untaken.Text());
+  const auto counted = [&warnings](std::size_t count, const std::string& what) {
+    if (count > 0) warnings.push_back(std::to_string(count) + what);
+  };
+  counted(plan.lostCharacters, " characters that Windows-1252 lacks became '?'.");
+  counted(mpx.changedTexts, " texts held quotes or line ends that MPX can't hold.");
+  pictures::WriteFile(session.kept.NewOutput(options.mpx), mpx.text);
+  TellLeftOut(session, "MPX file", JoinedLines(warnings));
+  return std::to_string(plan.tasks.size()) + " tasks, " + std::to_string(plan.resources.size()) +
+         " resources, " + std::to_string(plan.assignments.size()) +
+         " assignments; written: " + options.mpx;
+}
+
+// By way of the planning XML, whose reader gives each task what an MPX file has of it.
+std::string ExportMpx(Session& session, const ExportOptions& options, Connection& connection,
+                      std::int32_t project) {
+  const TemporaryFile xml(TemporaryName());
+  WritePlan(connection, project, session.desktop.Today(), xml.Path());
+  return WriteMpx(session, options, ReadPlanFile(xml.Path()));
+}
+
+std::string ExportXml(Session& session, const ExportOptions& options, Connection& connection,
+                      std::int32_t project) {
+  const WrittenCounts counts =
+      WritePlan(connection, project, session.desktop.Today(), session.kept.NewOutput(options.xml));
+  TellLeftOut(session, "Planning XML", JoinedLines(counts.warnings));
+  return std::to_string(counts.tasks) + " tasks, " + std::to_string(counts.resources) +
+         " resources, " + std::to_string(counts.links) + " links, " +
+         std::to_string(counts.assignments) + " assignments; written: " + options.xml;
+}
+
+std::string ExportCsv(Session& session, const ExportOptions& options, Connection& connection,
+                      std::int32_t project) {
+  const PlanTable table = options.table == "resources"     ? PlanTable::kResources
+                          : options.table == "assignments" ? PlanTable::kAssignments
+                                                           : PlanTable::kTasks;
+  const TableText text = PlanAsTable(connection, project, session.desktop.Today(), table);
+  pictures::WriteFile(session.kept.NewOutput(options.csv), text.text);
+  return std::to_string(text.rows) + " " + options.table + "; written: " + options.csv;
 }
 
 int Export(Session& session, const ExportOptions& options) {
@@ -27,27 +107,32 @@ int Export(Session& session, const ExportOptions& options) {
   if (!project) return session.Refuse(reason);
   Connection connection(session.program.workspace);
   connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
-  const mspdi::WrittenCounts counts = mspdi::WritePlan(
-      connection, *project, session.desktop.Today(), session.kept.NewOutput(options.xml));
-  TellLeftOut(session, counts.warnings);
-  session.Report(std::to_string(counts.tasks) + " tasks, " + std::to_string(counts.resources) +
-                 " resources, " + std::to_string(counts.links) + " links, " +
-                 std::to_string(counts.assignments) + " assignments; written: " + options.xml +
-                 session.Notes());
+  std::string report;
+  const auto add = [&](const std::string& path, auto write) {
+    if (path.empty()) return;
+    report += (report.empty() ? "" : "; ") + write(session, options, connection, *project);
+  };
+  add(options.xml, ExportXml);
+  add(options.mpx, ExportMpx);
+  add(options.csv, ExportCsv);
+  session.Report(report + session.Notes());
   return session.StatusOf(true);
 }
 
 }  // namespace
 
 int RunExport(Session& session, const ExportOptions& options) {
-  if (!HasExtension(options.xml, "xml")) {
-    return session.Refuse(options.xml + " is no name of planning XML: .xml.");
+  const std::vector<Target> targets = TargetsOf(options);
+  std::vector<NamedFile> files = {{"the database", options.database}};
+  for (const Target& target : targets) {
+    if (!HasExtension(target.path, target.ending)) {
+      return session.Refuse(target.path + " is no name of " + target.kind + ": ." + target.ending +
+                            ".");
+    }
+    files.push_back(
+        {target.option, target.path, true, options.force ? "" : "--force to replace it"});
   }
-  if (!session.Admits(
-          {{"the database", options.database},
-           {"--xml", options.xml, true, options.force ? "" : "--force to replace it"}})) {
-    return kRefused;
-  }
+  if (!session.Admits(std::move(files))) return kRefused;
   try {
     return Export(session, options);
   } catch (const RunTimeError& error) {

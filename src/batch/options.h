@@ -64,6 +64,9 @@ struct ExportOptions {
   std::string database;
   std::string project;
   std::string xml;
+  std::string mpx;
+  std::string csv;
+  std::string table = "tasks";  // of the CSV file
   bool force = false;
 };
 

@@ -1,11 +1,10 @@
 #include "pictures/chart.h"
 
 #include <algorithm>
-#include <map>
 
 #include "chart_bars.h"
 #include "runtime/run_time_error.h"
-#include "schedule/project_rows.h"
+#include "schedule/staffing.h"
 #include "text_lines.h"
 #include "time_axis.h"
 
@@ -14,7 +13,6 @@ namespace merivane::pictures {
 namespace {
 
 using schedule::Plan;
-using schedule::ProjectRows;
 using schedule::Schedule;
 
 constexpr double kMargin = 24;
@@ -27,22 +25,6 @@ constexpr double kBehindBar = 8;
 constexpr double kLane = 8;
 constexpr double kMostResources = 260;
 constexpr int kDeepestIndent = 10;
-
-// The names of a task's resources by the keys of both tables.
-struct ResourceTables {
-  ProjectRows::Table resources;
-  const char* resourceKey;
-  const char* resourceName;
-  ProjectRows::Table assignments;
-  const char* taskOfAssignment;
-  const char* resourceOfAssignment;
-};
-
-constexpr ResourceTables kPlanTables{{.name = "MSP_RESOURCES"},   "RES_UID",  "RES_NAME",
-                                     {.name = "MSP_ASSIGNMENTS"}, "TASK_UID", "RES_UID"};
-constexpr ResourceTables kWorkTables{
-    {.name = "ProjectRes", .projectColumn = "Msp_ProjID"},      "PID",         "Name",
-    {.name = "ProjectResReqts", .projectColumn = "Msp_ProjID"}, "ActivityPID", "ResourcePID"};
 
 std::string DaysText(schedule::Tenths tenths) {
   constexpr auto kHundredths = schedule::kTenthsOfDay / 100;
@@ -225,25 +207,7 @@ class ChartDrawer {
 }  // namespace
 
 TaskResources ReadTaskResources(Connection& connection, std::int32_t project, const Plan& plan) {
-  const ResourceTables& tables = plan.broughtBack ? kWorkTables : kPlanTables;
-  std::map<std::int64_t, std::string> names;
-  ProjectRows resources(connection, tables.resources, project,
-                        {tables.resourceKey, tables.resourceName});
-  for (; !resources.AtEnd(); resources.Next()) {
-    names.emplace(resources.IntegerAt(0, 0), resources.TextAt(1));
-  }
-  std::map<std::int64_t, std::string> joined;  // by the task's UID
-  ProjectRows assignments(connection, tables.assignments, project,
-                          {tables.taskOfAssignment, tables.resourceOfAssignment});
-  for (; !assignments.AtEnd(); assignments.Next()) {
-    const auto name = names.find(assignments.IntegerAt(1, 0));
-    if (name == names.end() || name->second.empty()) continue;
-    std::string& text = joined[assignments.IntegerAt(0, 0)];
-    text += (text.empty() ? "" : ", ") + name->second;
-  }
-  TaskResources result;
-  for (const schedule::PlanTask& task : plan.tasks) result.push_back(joined[task.uid]);
-  return result;
+  return ReadStaffing(connection, project, plan).NamesByTask(plan.tasks.size());
 }
 
 Picture DrawChart(const Plan& plan, const Schedule& dates, const TaskResources& resources,

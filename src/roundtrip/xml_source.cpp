@@ -5,6 +5,7 @@
 
 #include "going_on.h"
 #include "merge_statements.h"
+#include "roundtrip/plan_as_mpx.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
@@ -13,37 +14,12 @@ namespace merivane::roundtrip {
 
 namespace {
 
-using mspdi::FileLink;
 using mspdi::FileTask;
-using schedule::LinkKind;
 
 constexpr const char* kTitle = "Project to Celvar Translator";
 
 std::string RowOf(const char* kind, std::int64_t id, std::size_t line) {
   return std::string(kind) + " " + std::to_string(id) + " in line " + std::to_string(line);
-}
-
-const char* KindText(const FileLink& link) {
-  switch (link.kind) {
-    case LinkKind::kFinishToFinish:
-      return "FF";
-    case LinkKind::kStartToFinish:
-      return "SF";
-    case LinkKind::kStartToStart:
-      return "SS";
-    case LinkKind::kFinishToStart:
-      break;
-  }
-  return link.lag.amount == 0 ? "" : "FS";
-}
-
-std::string PredecessorList(const FileTask& task, double minutesPerDay) {
-  std::string list;
-  for (const FileLink& link : task.predecessors) {
-    if (!list.empty()) list += ',';
-    list += std::to_string(link.predecessor) + KindText(link) + LagText(link.lag, minutesPerDay);
-  }
-  return list;
 }
 
 std::unordered_set<std::int64_t> OccurrencesOf(ProjectToModel& state) {
