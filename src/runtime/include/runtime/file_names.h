@@ -22,8 +22,8 @@ std::string Followed(const std::string& path);
 // Whether the system takes two names of one folder for one.
 bool IsSameName(const std::string& a, const std::string& b);
 
-// False for a name that no file of the system can have, or that isn't a file's: on Windows that of a
-// device ("COM1.xml"), a place on a drive without its folder ("C:plan.mdb"), a character like "*".
+// False for a name that no file of the system can have: on Windows that of a device ("COM1.xml"),
+// one on a drive without its folder ("C:plan.mdb"), one with a character like "*".
 bool CanBeFileName(const std::string& path);
 
 // The same file on the disk, whatever its names; false where either is not there.
