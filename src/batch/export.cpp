@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "mspdi/plan_reader.h"
 #include "mspdi/plan_writer.h"
@@ -49,9 +50,9 @@ std::string JoinedLines(const std::vector<std::string>& lines) {
   return text;
 }
 
-std::string WriteMpx(Session& session, const ExportOptions& options, const FilePlan& plan) {
+std::string WriteMpx(Session& session, const ExportOptions& options, const FilePlan& plan,
+                     std::vector<std::string> warnings) {
   const roundtrip::MpxText mpx = roundtrip::PlanAsMpx(plan, session.desktop.OemCodePage());
-  std::vector<std::string> warnings;
   UntakenRows untaken;
   for (const Untaken kind :
        {Untaken::kInactiveTasks, Untaken::kManualTasks, Untaken::kMaterialResources,
@@ -76,8 +77,8 @@ std::string WriteMpx(Session& session, const ExportOptions& options, const FileP
 std::string ExportMpx(Session& session, const ExportOptions& options, Connection& connection,
                       std::int32_t project) {
   const TemporaryFile xml(TemporaryName());
-  WritePlan(connection, project, session.desktop.Today(), xml.Path());
-  return WriteMpx(session, options, ReadPlanFile(xml.Path()));
+  WrittenCounts counts = WritePlan(connection, project, session.desktop.Today(), xml.Path());
+  return WriteMpx(session, options, ReadPlanFile(xml.Path()), std::move(counts.warnings));
 }
 
 std::string ExportXml(Session& session, const ExportOptions& options, Connection& connection,

@@ -17,20 +17,6 @@ namespace {
 
 constexpr double kHoursOfDay = 8;
 
-const char* KindText(const FileLink& link) {
-  switch (link.kind) {
-    case LinkKind::kFinishToFinish:
-      return "FF";
-    case LinkKind::kStartToFinish:
-      return "SF";
-    case LinkKind::kStartToStart:
-      return "SS";
-    case LinkKind::kFinishToStart:
-      break;
-  }
-  return link.lag.amount == 0 ? "" : "FS";
-}
-
 class MpxWriter {
  public:
   MpxWriter(const FilePlan& plan, std::int32_t codePage) : plan_(plan), codePage_(codePage) {}
@@ -113,7 +99,9 @@ std::string PredecessorList(const FileTask& task, double minutesPerDay) {
   std::string list;
   for (const FileLink& link : task.predecessors) {
     if (!list.empty()) list += ',';
-    list += std::to_string(link.predecessor) + KindText(link) + LagText(link.lag, minutesPerDay);
+    const bool isPlain = link.kind == LinkKind::kFinishToStart && link.lag.amount == 0;
+    list += std::to_string(link.predecessor) + (isPlain ? "" : KindText(link.kind)) +
+            LagText(link.lag, minutesPerDay);
   }
   return list;
 }

@@ -82,6 +82,20 @@ void FindParents(std::vector<PlanTask>& tasks) {
 
 }  // namespace
 
+const char* KindText(LinkKind kind) {
+  switch (kind) {
+    case LinkKind::kFinishToFinish:
+      return "FF";
+    case LinkKind::kStartToFinish:
+      return "SF";
+    case LinkKind::kStartToStart:
+      return "SS";
+    case LinkKind::kFinishToStart:
+      break;
+  }
+  return "FS";
+}
+
 Plan ReadPlan(Connection& connection, std::int32_t project, const DateTime& today) {
   const ReadScope scope(&connection);
   Plan plan;

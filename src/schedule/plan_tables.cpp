@@ -181,11 +181,13 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan,
   ProjectRows rows(connection, {.name = "MSP_TASKS", .order = " order by TASK_ID"}, project,
                    kTaskColumns);
   TaskIndices indices;
+  std::size_t withoutPlace = 0;
   for (; !rows.AtEnd(); rows.Next()) {
     PlanTask task;
     task.uid = rows.IntegerAt(kUid, 0);
     task.name = rows.TextAt(kName);
     task.id = rows.IntegerAt(kId, 0);
+    if (task.uid > 0 && task.id <= 0 && !rows.At(kId).IsNull()) ++withoutPlace;
     if (task.uid <= 0 || task.id <= 0) continue;
     if (task.name.empty() && rows.At(kDuration).IsNull()) continue;
     if (!indices.emplace(task.uid, plan.tasks.size()).second) continue;
@@ -203,6 +205,11 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan,
       task.calendar = *shared->second;
     }
     plan.tasks.push_back(std::move(task));
+  }
+  if (withoutPlace > 0) {
+    plan.warnings.push_back(std::to_string(withoutPlace) +
+                            (withoutPlace == 1 ? " task has" : " tasks have") +
+                            " a place in the list that is none; left out.");
   }
   return indices;
 }

@@ -1,7 +1,5 @@
 #include "schedule/project_rows.h"
 
-#include <cmath>
-
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 
@@ -35,7 +33,7 @@ std::int64_t ProjectRows::IntegerAt(std::size_t column, std::int64_t otherwise) 
   const Value value = At(column);
   if (!IsNumeric(value)) return otherwise;
   const double number = ToDouble(value);
-  if (!(std::abs(number) < 2147483647.5)) {
+  if (!(number > -2147483648.5 && number < 2147483647.5)) {
     throw RunTimeError(kOverflow, table_ + "." + columns_[column] + " holds " + Joined(value) +
                                       ", which is beyond a whole number of 32 bits.");
   }

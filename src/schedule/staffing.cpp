@@ -72,20 +72,6 @@ std::unordered_map<std::string, double> ReadRates(Connection& connection, std::i
   return rates;
 }
 
-const char* TextOf(LinkKind kind) {
-  switch (kind) {
-    case LinkKind::kFinishToFinish:
-      return "FF";
-    case LinkKind::kStartToFinish:
-      return "SF";
-    case LinkKind::kStartToStart:
-      return "SS";
-    case LinkKind::kFinishToStart:
-      break;
-  }
-  return "FS";
-}
-
 }  // namespace
 
 Staffing ReadStaffing(Connection& connection, std::int32_t project, const Plan& plan) {
@@ -153,7 +139,7 @@ std::vector<std::string> PredecessorTexts(const Plan& plan) {
     std::string& text = texts[link.successor];
     const bool isPlain = link.kind == LinkKind::kFinishToStart && link.lag.amount == 0;
     text += (text.empty() ? "" : ", ") + std::to_string(plan.tasks[link.predecessor].id) +
-            (isPlain ? "" : TextOf(link.kind)) +
+            (isPlain ? "" : KindText(link.kind)) +
             LagText(link.lag, static_cast<double>(plan.settings.minutesPerDay));
   }
   return texts;

@@ -96,6 +96,20 @@ TEST_F(PlanValues, AnythingInAnyColumnLeavesAFileOrATellingError) {
   ExpectParts(Write(), {"<Name>First</Name>", "<PredecessorUID>1</PredecessorUID>"});
 }
 
+TEST_F(PlanValues, ATaskWithoutAPlaceIsLeftOutAndCounted) {
+  AddSmallPlan();
+  for (const char* place : {"0", "-1", "'text'"}) {
+    Sql(std::string("update MSP_TASKS set TASK_ID = ") + place + " where TASK_UID = 1");
+    EXPECT_THAT(Write(), Not(HasSubstr("<Name>First<")));
+    EXPECT_THAT(warnings, ElementsAre("1 task has a place in the list that is none; left out."));
+  }
+  Sql("update MSP_TASKS set TASK_ID = Null where TASK_UID = 1");  // as Project has a deleted one
+  Write();
+  EXPECT_THAT(warnings, testing::IsEmpty());
+  Sql("update MSP_TASKS set TASK_ID = 1, TASK_CAL_UID = -2147483648 where TASK_UID = 1");
+  EXPECT_EQ(Told(), "");
+}
+
 struct Bound {
   const char* column;
   const char* stored;

@@ -69,6 +69,8 @@ enum class LinkKind {
   kStartToStart = 3
 };
 
+const char* KindText(LinkKind kind);  // "FF", "FS", "SF", "SS"
+
 struct PlanLink {
   std::size_t predecessor = 0;  // indices of tasks
   std::size_t successor = 0;
