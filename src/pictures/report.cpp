@@ -185,14 +185,13 @@ class PageWriter {
       cells.resize(5);
       table.Row(cells);
     }
-    AddWords("The plan in words", table, chart);
+    AddWords("The plan in words", table);
   }
 
-  // A picture that paper has no room for is printed with its words.
-  void AddWords(const char* summary, const Table& table, const Picture& picture) {
-    constexpr double kPaper = 1400;
-    out_ += std::string("<details") + (picture.width > kPaper ? " class=\"wide\"" : "") +
-            ">\n<summary>" + summary + "</summary>\n" + table.Html() + "</details>\n";
+  // On paper they stand open.
+  void AddWords(const char* summary, const Table& table) {
+    out_ += std::string("<details>\n<summary>") + summary + "</summary>\n" + table.Html() +
+            "</details>\n";
   }
 
   void AddPlan() {
@@ -217,11 +216,11 @@ class PageWriter {
     if (diagram.outline)
       AddParagraph("The scenario is too large to be laid out: its units stand in a list.");
     AddFigure(diagram.picture);
-    AddUnits(scenario, diagram.picture);
+    AddUnits(scenario);
     out_ += "</section>\n";
   }
 
-  void AddUnits(const Scenario& scenario, const Picture& picture) {
+  void AddUnits(const Scenario& scenario) {
     std::map<std::int32_t, std::string> names;
     for (const Unit& unit : scenario.units) names.emplace(unit.number, unit.name);
     for (const Junction& junction : scenario.junctions) {
@@ -249,7 +248,7 @@ class PageWriter {
       table.Row({std::to_string(junction.number), Escaped(names[junction.number]), "", "", "", "",
                  Lines(ways[junction.number])});
     }
-    AddWords("The diagram in words", table, picture);
+    AddWords("The diagram in words", table);
   }
 
   // A decomposed unit leads to its scenarios; what stays out of the plan is told.

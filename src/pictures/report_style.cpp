@@ -64,7 +64,7 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
   figure { overflow: visible; }
   figure svg { min-width: 0 !important; }
   summary, nav { display: none; }
-  details.wide::details-content { content-visibility: visible; block-size: auto; }
+  details::details-content { content-visibility: visible; block-size: auto; }
   a { color: inherit; text-decoration: none; }
 }
 )";
