@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <random>
 
 #include "text_lines.h"
 #include "time_axis.h"
@@ -107,6 +108,124 @@ TEST(ChartTest, BarsTellKindResourcesAndDates) {
                                   "Long\nNov 30, 2026 8:00 to Dec 2, 2026 17:00\n3 days, "
                                   "critical\nResources: Ada, <Bob>",
                                   HasSubstr("0.5 days, slack 2.5 days"), HasSubstr("Milestone")));
+}
+
+struct Reach {
+  double left = 0, right = 0, y = 0;
+};
+
+// Of the bar in the figure of a task: what is neither a text nor a cell.
+Reach BarOf(const Figure& figure) {
+  for (const Shape& shape : figure.shapes) {
+    if (const auto* box = std::get_if<Box>(&shape)) {
+      return {box->area.left, box->area.Right(), box->area.Centre().y};
+    }
+    const auto* path = std::get_if<Path>(&shape);
+    if (path == nullptr) continue;
+    const auto [left, right] = std::minmax_element(path->points.begin(), path->points.end(),
+                                                   [](Point a, Point b) { return a.x < b.x; });
+    const auto [top, bottom] = std::minmax_element(path->points.begin(), path->points.end(),
+                                                   [](Point a, Point b) { return a.y < b.y; });
+    return {left->x, right->x, (top->y + bottom->y) / 2};
+  }
+  ADD_FAILURE() << figure.id << " has no bar";
+  return {};
+}
+
+schedule::Plan RandomPlan(std::mt19937& random) {
+  schedule::Plan plan;
+  plan.start = kMonday;
+  const std::size_t count = 3 + random() % 12;
+  for (std::size_t at = 0; at < count; ++at) {
+    const auto uid = static_cast<std::int64_t>(at) + 1;
+    plan.tasks.push_back(Task(uid, "Task", static_cast<double>(random() % 9) / 2, 1));
+  }
+  for (std::size_t link = 0; link < count; ++link) {
+    std::size_t from = random() % count, to = random() % count;
+    if (from == to) continue;
+    if (from > to) std::swap(from, to);
+    plan.links.push_back(
+        {.predecessor = from, .successor = to, .kind = static_cast<LinkKind>(random() % 4)});
+  }
+  return plan;
+}
+
+TEST(ChartTest, BarsStandAtTheirDatesAndEachLinkReachesTheEndThatItHoldsBack) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 80; ++round) {
+    SCOPED_TRACE(round);
+    const schedule::Plan plan = RandomPlan(random);
+    const schedule::Schedule dates = MakeSchedule(plan);
+    const TaskResources resources(plan.tasks.size());
+    const Picture chart = DrawChart(plan, dates, resources, round % 2 == 0);
+    std::vector<Reach> bars;
+    std::vector<Point> tips;
+    for (const Figure& figure : chart.figures) {
+      if (figure.id.starts_with("task-")) bars.push_back(BarOf(figure));
+      for (const Shape& shape : figure.shapes) {
+        const auto* path = std::get_if<Path>(&shape);
+        if (path == nullptr) continue;
+        for (const Point& point : path->points) {
+          EXPECT_GE(point.x, 0);
+          EXPECT_LE(point.x, chart.width);
+          EXPECT_LE(point.y, chart.height);
+        }
+        if (path->ink == Ink::kTaskArrow || path->ink == Ink::kCriticalArrow) {
+          tips.push_back(path->points.front());
+        }
+      }
+    }
+    ASSERT_EQ(bars.size(), plan.tasks.size());
+    ASSERT_EQ(tips.size(), plan.links.size());
+    for (std::size_t a = 0; a < bars.size(); ++a) {
+      for (std::size_t b = 0; b < bars.size(); ++b) {  // the same order as the dates
+        const bool milestone = plan.tasks[a].duration == 0 || plan.tasks[b].duration == 0;
+        if (!milestone && dates.moments[a].earlyStart < dates.moments[b].earlyStart) {
+          EXPECT_LE(bars[a].left, bars[b].left) << a << " and " << b;
+        }
+      }
+    }
+    for (std::size_t at = 0; at < tips.size(); ++at) {
+      const schedule::PlanLink& link = plan.links[at];
+      const Reach& bar = bars[link.successor];
+      EXPECT_NEAR(tips[at].y, bar.y, 8);
+      EXPECT_GE(tips[at].x, bar.left - 0.01) << at;
+      if (plan.tasks[link.successor].duration == 0) continue;
+      const bool toFinish =
+          link.kind == LinkKind::kFinishToFinish || link.kind == LinkKind::kStartToFinish;
+      if (toFinish) {
+        EXPECT_NEAR(tips[at].x, bar.right, 0.01) << at;
+      } else if (link.kind == LinkKind::kStartToStart) {
+        EXPECT_NEAR(tips[at].x, bar.left, 0.01) << at;
+      }
+    }
+  }
+}
+
+TEST(ChartTest, LongNamesAndDeepOutlinesLeaveTheBarsTheirRoom) {
+  schedule::Plan plan;
+  plan.start = kMonday;
+  for (const std::int64_t level : {1, 2, 30, 400}) {
+    plan.tasks.push_back(Task(level, "", 1, level));
+    plan.tasks.back().name = std::string(200, 'W');
+  }
+  const std::string crew(300, 'm');
+  const Picture chart = DrawChart(plan, MakeSchedule(plan), {"", crew, "", ""});
+  for (const Figure& figure : chart.figures) {
+    if (!figure.id.starts_with("task-")) continue;
+    const Reach bar = BarOf(figure);
+    for (const Shape& shape : figure.shapes) {
+      const auto* text = std::get_if<Text>(&shape);
+      if (text == nullptr || text->anchor == Anchor::kEnd) continue;
+      const double right = text->at.x + WidthOf(text->text, text->ink);
+      if (text->ink == Ink::kResources) {
+        EXPECT_GT(text->at.x, bar.right);
+        EXPECT_LE(right, chart.width);
+      } else {
+        EXPECT_LT(right, bar.left) << figure.id;
+      }
+    }
+  }
 }
 
 }  // namespace

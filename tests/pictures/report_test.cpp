@@ -105,5 +105,56 @@ TEST_F(ReportTest, OnlyWhatStaysOutOfThePlanIsFaint) {
   EXPECT_THAT(page, HasSubstr("<g id=\"scenario-1-unit-2\">"));
 }
 
+TEST_F(ReportTest, TablesTellWhoUsesWhatAndWhatComesNext) {
+  Scenario(1, "Yard");
+  Uobs({1, 2});
+  Uob(3, 1, {{"Constraint_List", "  dry\r\n"}, {"Labor_Rule", "AUX#1"}});
+  Junction(100, "Fan Out", "Sync. OR");
+  Links({{1, 100}, {100, 2}, {100, 3}, {3, 9}});
+  for (const int number : {7, 8}) {
+    const std::string name = number == 7 ? "Crane" : "Rope";
+    Add("Object_Pool", {{"Num", number}, {"Name", name}, {"Constraint_List", name + " rests"}});
+  }
+  for (const int unit : {1, 3}) {
+    Add("Object_in_Activity_in_Scenario",
+        {{"Scenario_Num", 1}, {"Activity_Num", unit}, {"Object_Name", "Crane"}});
+  }
+  const std::string page = Page();
+  EXPECT_THAT(page, HasSubstr("<td>Crane</td><td></td><td></td><td></td><td>U1, U3</td>"));
+  EXPECT_THAT(page, HasSubstr("<td>Rope</td><td></td><td></td><td></td><td></td>"));
+  EXPECT_THAT(page, HasSubstr("<td>AUX#1</td><td>Crane</td><td></td>"));  // 9 isn't there
+  EXPECT_THAT(page, HasSubstr("<td>junction J100 (Sync. OR)</td><td></td><td></td><td></td><td>"
+                              "</td><td>U2<br>U3</td>"));
+  EXPECT_THAT(page, HasSubstr("<td class=\"number\">Unit U3</td><td>dry</td>"));
+  EXPECT_THAT(page, HasSubstr("<td class=\"number\">Object Rope</td><td>Rope rests</td>"));
+  EXPECT_THAT(page, HasSubstr("1 scenario &middot; 3 units &middot; 2 objects"));
+  const std::string leftOut = page.substr(page.find("<section id=\"left-out\""));
+  EXPECT_LT(leftOut.find("None."), leftOut.find("<section id=\"objects\""));
+}
+
+TEST_F(ReportTest, TheContentsFollowTheDecompositionsAndEndInACircle) {
+  Scenario(1, "Yard");
+  Scenario(2, "Of U1", 1);
+  Scenario(3, "Of U20", 20);
+  Scenario(4, "Alone");
+  Scenario(5, "Of U60", 60);
+  Scenario(6, "Of U50", 50);
+  Uob(1);
+  Uob(20, 2);
+  Uob(50, 5);
+  Uob(60, 6);
+  const std::string page = Page();
+  const std::size_t begin = page.find("<nav");
+  const std::string contents = page.substr(begin, page.find("</nav>") - begin);
+  EXPECT_THAT(contents, HasSubstr("Yard</a>\n<ul>\n<li><a href=\"#scenario-2\">Of U1</a>\n<ul>\n"
+                                  "<li><a href=\"#scenario-3\">Of U20</a></li>\n</ul></li>\n"
+                                  "</ul></li>\n"));
+  for (const char* id : {"1", "2", "3", "4", "5", "6"}) {
+    const auto links = Matches(contents, (std::string("(#scenario-") + id + ")\"").c_str());
+    EXPECT_EQ(links.size(), 1U) << id;
+  }
+  EXPECT_EQ(Matches(contents, "(<ul>)").size(), Matches(contents, "(</ul>)").size());
+}
+
 }  // namespace
 }  // namespace merivane::test

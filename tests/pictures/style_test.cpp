@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <regex>
 #include <string>
+
+#include "report_style.h"
 
 namespace merivane::test {
 
@@ -43,6 +46,38 @@ TEST(StyleTest, TextsAndLinesCanBeToldFromTheGroundAlsoWhereTheyAreGrey) {
         EXPECT_GE(Contrast(style.fill, ground), style.size > 0 ? kText : kLine)
             << style.name << style.fill;
       }
+    }
+  }
+}
+
+// What a dark page's rules say of a class, otherwise the colour of light ones.
+std::string InTheDark(const std::string& name, const std::string& property,
+                      const std::string& otherwise) {
+  const std::string style = kReportStyle;
+  const std::size_t dark = style.find("prefers-color-scheme: dark");
+  const std::string rules = style.substr(dark, style.find("@media print") - dark);
+  const std::regex rule("svg \\." + name + "(,[^{]*|\\s+)\\{([^}]*)\\}");
+  const std::regex colour(property + ": (#[0-9a-f]{6})");
+  std::smatch block, found;
+  if (!std::regex_search(rules, block, rule)) return otherwise;
+  const std::string told = block[2];
+  return std::regex_search(told, found, colour) ? found[1].str() : otherwise;
+}
+
+TEST(StyleTest, ADarkPageCanBeReadToo) {
+  const std::string paper = "#14191f", sheet = InTheDark("unit", "fill", kPaper);
+  for (int at = 0; at < static_cast<int>(Ink::kCount); ++at) {
+    const Ink ink = static_cast<Ink>(at);
+    if (ink == Ink::kGrid || ink == Ink::kWeekend) continue;
+    const Style& style = StyleOf(ink);
+    if (style.stroke != kNone) {
+      EXPECT_GE(Contrast(InTheDark(style.name, "stroke", style.stroke), paper), 3) << style.name;
+      continue;
+    }
+    const std::string colour = InTheDark(style.name, "fill", style.fill);
+    EXPECT_GE(Contrast(colour, paper), style.size > 0 ? 4.5 : 3) << style.name << colour;
+    if (style.size > 0) {
+      EXPECT_GE(Contrast(colour, sheet), 4.5) << style.name;
     }
   }
 }
