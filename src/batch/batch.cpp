@@ -125,6 +125,8 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
       command->add_flag("--overwrite", options.overwrite, "build a new model from the plan alone");
   auto* merge = command->add_option("--merge", options.merge,
                                     "id or name of the project to fold the plan into");
+  auto* complete = command->add_flag("--complete", options.complete,
+                                     "with --merge: keep everything that the plan holds");
   auto* noBackup = command->add_flag("--no-backup", options.noBackup,
                                      "keep no copy of the interim database before a merge");
   auto* noProof = command->add_flag("--no-proof", options.noProof,
@@ -140,7 +142,7 @@ CLI::App* AddToModel(CLI::App& app, CommandLine& line) {
   xml->needs(interim);
   for (auto* option : {interim, overwrite, merge}) option->excludes(database);
   overwrite->excludes(merge);
-  for (auto* option : {noBackup, noProof, dryRun}) option->needs(merge);
+  for (auto* option : {complete, noBackup, noProof, dryRun}) option->needs(merge);
   AddCommonOptions(command, line);
   command->callback([&options] { CheckSource(options); });
   return command;

@@ -44,6 +44,7 @@ struct ToModelOptions {
   std::string interim;
   bool overwrite = false;
   std::string merge;
+  bool complete = false;  // with merge
   bool noBackup = false;
   bool noProof = false;
   bool dryRun = false;

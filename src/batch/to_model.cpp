@@ -94,9 +94,13 @@ mspdi::UntakenRows UntakenOf(const ToModelOptions& options) try {
 // Ends as the merge would, and shows the boxes that it would show.
 int Preview(Session& session, const ToModelOptions& options, std::int32_t project) {
   if (const auto refused = RefusalOfMerge(session, options.interim, project)) return *refused;
-  const inspect::MergePreview preview = inspect::PreviewMerge(
-      options.mpx.empty() ? options.xml : options.mpx, options.interim, project, nullptr,
-      options.noProof ? "" : session.desktop.TemplatePath());
+  const std::string& plan = options.mpx.empty() ? options.xml : options.mpx;
+  const std::string templatePath = session.desktop.TemplatePath();
+  const inspect::MergePreview preview =
+      options.complete ? inspect::PreviewCompleteMerge(plan, options.interim, project, templatePath,
+                                                       !options.noProof)
+                       : inspect::PreviewMerge(plan, options.interim, project, nullptr,
+                                               options.noProof ? "" : templatePath);
   if (options.json) {
     PrintPreviewJson(session.out, preview, UntakenOf(options));
   } else {
@@ -128,9 +132,13 @@ class MergeReport {
     if (failure_) throw *failure_;
     Connection connection(session_.program.workspace);
     connection.Open(ConnectionText(options_.interim), OpenMode::kReadOnly);
+    const inspect::ModelSnapshot after = inspect::ReadSnapshot(connection, *project_);
+    if (options_.complete) {
+      const auto& remarks = session_.main.projectToModel.Kept.remarks;
+      return ChangesText(inspect::ChangesOf(remarks, before_, after));
+    }
     std::vector<inspect::MergeChange> changes = inspect::PassedOver(connection, *project_);
-    for (auto& change :
-         inspect::ChangesBetween(before_, inspect::ReadSnapshot(connection, *project_))) {
+    for (auto& change : inspect::ChangesBetween(before_, after)) {
       changes.push_back(std::move(change));
     }
     return ChangesText(changes);
@@ -169,6 +177,7 @@ int FromFile(Session& session, const ToModelOptions& options) {
     if (form.PickFailure) return session.Fail(options.interim, *form.PickFailure);
     return session.Refuse(options.interim + " can't be used as the interim database.");
   }
+  form.Complete = options.complete;
   MergeReport report(session, options, project);
   report.Begin();
   form.cmdOK();

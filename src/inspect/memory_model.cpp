@@ -6,6 +6,7 @@
 #include "machine_fault.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
+#include "reconcile/complete_merge.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
 
@@ -55,6 +56,10 @@ bool MemoryModel::Read(const std::string& textPath) {
 
 void MemoryModel::Take(const StoredModel& model) {
   TakeStoredModel(program_.modelToProject, model);
+}
+
+void MemoryModel::ChooseAsBefore(Connection& stored, std::int32_t project) {
+  reconcile::ChooseAsBefore(desktop_, stored, project);
 }
 
 bool MemoryModel::Translate() {

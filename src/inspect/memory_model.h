@@ -26,6 +26,8 @@ class MemoryModel {
   bool Read(const std::string& textPath);
   // The model of a project of another database; errors of that database come up.
   void Take(const StoredModel& model);
+  // The translation chooses the scenarios that the last one of that project chose.
+  void ChooseAsBefore(Connection& stored, std::int32_t project);
   // Likewise. REQUIRES: a model was read or taken.
   bool Translate();
   // Which scenario has to be chosen, as a sentence; nothing is where the translation asks. Empty

@@ -3,10 +3,11 @@
 
 #include "difference_words.h"
 #include "inspect/model_snapshot.h"
-#include "row_values.h"
+#include "reconcile/row_values.h"
 
 namespace merivane::inspect {
 
+using namespace reconcile;
 using namespace runtime;
 
 namespace {
@@ -25,6 +26,20 @@ class Comparison {
     CompareLinks();
     CompareResources();
     CompareAssignments();
+    return std::move(changes_);
+  }
+
+  std::vector<MergeChange> TakenOut() {
+    for (const auto& [number, unit] : before_.units) {
+      if (after_.units.contains(number)) continue;
+      Add(ChangeKind::kRemoved, Unit(number), "The plan no longer has it.");
+    }
+    for (const auto& [key, assignment] : before_.assignments) {
+      if (after_.assignments.contains(key) || !WasInPlan(assignment)) continue;
+      Add(ChangeKind::kRemoved, {"assignment", std::nullopt, ""},
+          "Of " + Described(Resource(key.second)) + " for " + Described(Unit(key.first)) + ".",
+          RowOf(key.first));
+    }
     return std::move(changes_);
   }
 
@@ -214,6 +229,10 @@ class Comparison {
 
 std::vector<MergeChange> ChangesBetween(const ModelSnapshot& before, const ModelSnapshot& after) {
   return Comparison(before, after).Run();
+}
+
+std::vector<MergeChange> TakenOutBetween(const ModelSnapshot& before, const ModelSnapshot& after) {
+  return Comparison(before, after).TakenOut();
 }
 
 }  // namespace merivane::inspect

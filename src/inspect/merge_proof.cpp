@@ -3,10 +3,12 @@
 #include <utility>
 
 #include "memory_model.h"
-#include "plan_content.h"
-#include "row_values.h"
+#include "reconcile/plan_content.h"
+#include "reconcile/row_values.h"
 
 namespace merivane::inspect {
+
+using namespace reconcile;
 
 namespace {
 
@@ -168,6 +170,7 @@ class PlanComparison {
 MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::string& textPath,
                       const std::string& templatePath, Desktop* shown) {
   MemoryModel model(templatePath, shown);
+  model.ChooseAsBefore(merged, project);
   MergeProof proof;
   const auto fail = [&](const char* what) {
     proof.failure = std::string("The merged text can't be ") + what + ": " + model.Failure();

@@ -4,10 +4,12 @@
 #include <span>
 #include <utility>
 
-#include "row_values.h"
+#include "reconcile/row_values.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {
+
+using namespace reconcile;
 
 namespace {
 

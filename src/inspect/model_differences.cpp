@@ -8,9 +8,11 @@
 #include "matching.h"
 #include "model.h"
 #include "model_content.h"
-#include "row_values.h"
+#include "reconcile/row_values.h"
 
 namespace merivane::inspect {
+
+using namespace reconcile;
 
 namespace {
 

@@ -1,10 +1,12 @@
 #include "inspect/model_snapshot.h"
 
-#include "row_values.h"
+#include "reconcile/row_values.h"
 #include "runtime/conversions.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {
+
+using namespace reconcile;
 
 namespace {
 

@@ -1,10 +1,11 @@
+#include "plan_differences.h"
+
 #include <algorithm>
 #include <utility>
 
 #include "difference_words.h"
 #include "matching.h"
-#include "plan_content.h"
-#include "row_values.h"
+#include "reconcile/row_values.h"
 
 namespace merivane::inspect {
 

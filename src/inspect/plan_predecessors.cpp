@@ -1,11 +1,13 @@
 #include "plan_predecessors.h"
 
+#include "reconcile/row_values.h"
 #include "roundtrip/predecessor_list.h"
-#include "row_values.h"
 #include "runtime/conversions.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {
+
+using namespace reconcile;
 
 using namespace roundtrip;
 

@@ -7,19 +7,6 @@ namespace merivane::neutraltext {
 
 namespace {
 
-void WriteStoredLink(LineWriter& out, Recordset& link) {
-  out.Keyword("Link  ", link.Field("Num"));
-  out.Keyword("  Origin  #", link.Field("Origin_Num"));
-  out.Keyword("  Destination  #", link.Field("Destination_Num"));
-  out.Keyword("  ID  ", link.Field("ID"), "1");
-  out.Keyword("  Type:  ", link.Field("Type"), "Precedence");
-  out.Block("  Glossary", link, "Glossary", NullBlock::kNoLine);
-  out.Elaboration("  ", link, {}, NullBlock::kEmptyLine);
-  out.EmptyLine();
-  out.Block("Property List", link, "Property_List", NullBlock::kEmptyLine);
-  out.Line("End  Link");
-}
-
 void WriteGeneratedLink(LineWriter& out, const LinkRow& link) {
   out.Keyword("Link ", link.number);
   out.Keyword("  Origin  #", link.origin);
@@ -53,6 +40,19 @@ std::optional<std::int16_t> ScenarioOf(ProjectToModel& state, std::int16_t numbe
 }
 
 }  // namespace
+
+void WriteStoredLink(LineWriter& out, Recordset& link) {
+  out.Keyword("Link  ", link.Field("Num"));
+  out.Keyword("  Origin  #", link.Field("Origin_Num"));
+  out.Keyword("  Destination  #", link.Field("Destination_Num"));
+  out.Keyword("  ID  ", link.Field("ID"), "1");
+  out.Keyword("  Type:  ", link.Field("Type"), "Precedence");
+  out.Block("  Glossary", link, "Glossary", NullBlock::kNoLine);
+  out.Elaboration("  ", link, {}, NullBlock::kEmptyLine);
+  out.EmptyLine();
+  out.Block("Property List", link, "Property_List", NullBlock::kEmptyLine);
+  out.Line("End  Link");
+}
 
 int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t destinationNum,
                  Connection* connection, ScenarioOfElement& known) {

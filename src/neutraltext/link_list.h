@@ -8,6 +8,9 @@
 
 namespace merivane::neutraltext {
 
+// From a row of Links_in_Scenario.
+void WriteStoredLink(LineWriter& out, Recordset& link);
+
 // 1 when the two occurrences or junctions lie in the same scenario, else 0. Has its own guard,
 // which shows the description and answers 0: a Null scenario number is such a failure.
 int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t destinationNum,

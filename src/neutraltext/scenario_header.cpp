@@ -12,7 +12,10 @@ bool IsZero(const Value& value) { return ToDouble(value) == 0; }
 
 void WriteParentLines(LineWriter& out, Recordset& scenario, ModelText text) {
   const Value parent = scenario.Field("Parent_Num");
-  if (parent.IsNull() || IsZero(parent)) return;
+  if (parent.IsNull() || IsZero(parent)) {
+    if (text == ModelText::kWhole) out.Keyword("  Creator:  ", scenario.Field("Creator"));
+    return;
+  }
   out.Keyword("  Parent:  Process  #", parent);
   if (text == ModelText::kRebuilt) {
     out.Lines({"  Type:  Role View", "  Creator:  "});

@@ -9,8 +9,9 @@
 
 namespace merivane::neutraltext {
 
-// The plan's own text, and that of a rebuilt model.
-enum class ModelText { kDirect, kRebuilt };
+// The plan's own text, that of a rebuilt model, and that of the whole model, which tells the
+// creator of a scenario without a parent too.
+enum class ModelText { kDirect, kRebuilt, kWhole };
 
 // From a row of Scenario. The direct text takes type and creator of a child scenario from the row,
 // has a line for each Null block and fails on a Null ID.

@@ -11,6 +11,7 @@
 #include "resource_requirements.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/conversions.h"
+#include "runtime/text.h"
 #include "xml_source.h"
 
 namespace merivane::roundtrip {
@@ -187,6 +188,18 @@ bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::in
                   MergeListener* listener) {
   XmlSource source(state, xmlFileName, listener);
   return TranslatePlan(state, source, mergeFlag, listener);
+}
+
+void TakePlan(ProjectToModel& state, const std::string& fileName, MergeListener* listener) {
+  state.gRebuildModel = 0;
+  if (HoldsNoCase(Right(fileName, 4), ".xml")) {
+    XmlSource source(state, fileName, listener);
+    ReadPlan(state, source);
+    return;
+  }
+  MpxSource source(state, fileName, listener);
+  ReadPlan(state, source);
+  CloseMpxFile(state);
 }
 
 }  // namespace merivane::roundtrip

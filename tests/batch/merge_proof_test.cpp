@@ -45,5 +45,25 @@ TEST_F(MergeProofCommand, MergeStandsThatHasNoProof) {
   EXPECT_TRUE(fs::exists(model));
 }
 
+TEST_F(MergeProofCommand, ACompleteMergeGivesThePlanThatCameIn) {
+  ASSERT_EQ(Merge({"--complete", "--dry-run", "--json"}), kDone) << err.str();
+  const auto preview = nlohmann::json::parse(out.str());
+  EXPECT_EQ(preview["merges"], true);
+  EXPECT_EQ(preview["proof"]["agrees"], true) << out.str();
+  EXPECT_TRUE(preview["changes"].empty()) << out.str();
+  ASSERT_EQ(Merge({"--complete", "--output", model}), kDone) << err.str();
+  EXPECT_NE(out.str().find("The merged model gives the plan that came in."), std::string::npos)
+      << out.str();
+  EXPECT_TRUE(fs::exists(plan + ".bak"));
+  EXPECT_NE(ReadFile(model).find("Cycle-Time:  1.5\r\n"), std::string::npos);
+  EXPECT_EQ(Run({"to-project", "--from", plan, "--project", "1", "--mpx", folder.Path("next.mpx"),
+                 "--database", folder.Path("next.mdb")},
+                {}),
+            kDone)
+      << err.str();
+  const auto behindHead = [](const std::string& text) { return text.substr(text.find("\r\n40,")); };
+  EXPECT_EQ(behindHead(ReadFile(folder.Path("next.mpx"))), behindHead(ReadFile(mpx)));
+}
+
 }  // namespace
 }  // namespace merivane::test

@@ -13,6 +13,7 @@
 #include "inspect/merge_proof.h"
 #include "inspect/model_snapshot.h"
 #include "platform/desktop.h"
+#include "reconcile/complete_merge.h"
 
 namespace merivane::inspect {
 
@@ -34,6 +35,16 @@ struct MergePreview {
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
                           std::int32_t project, Desktop* shown = nullptr,
                           const std::string& proofTemplate = {});
+
+// The same of the complete merge, which nothing stops but what refuses the plan as a whole.
+// `templatePath` is needed; the proof is made where it is asked for.
+MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string& interimPath,
+                                  std::int32_t project, const std::string& templatePath,
+                                  bool withProof, Desktop* shown = nullptr);
+
+// Of a complete merge: what it told that a model can't hold, and what became of the model.
+std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks,
+                                   const ModelSnapshot& before, const ModelSnapshot& after);
 
 // What the merge that came in last passed over of the plan: predecessors that the plan doesn't
 // have, under another summary task, of the kind start-to-finish. Errors of the database come up.

@@ -79,4 +79,7 @@ struct MergeChange {
 // What became of the model, sorted by kind of element and number.
 std::vector<MergeChange> ChangesBetween(const ModelSnapshot& before, const ModelSnapshot& after);
 
+// Units and assignments that are no longer in the model, which only a complete merge takes out.
+std::vector<MergeChange> TakenOutBetween(const ModelSnapshot& before, const ModelSnapshot& after);
+
 }  // namespace merivane::inspect

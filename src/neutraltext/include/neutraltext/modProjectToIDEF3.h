@@ -29,4 +29,10 @@ void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
 // the caller.
 void WriteRebuiltScenarioList(ProjectToModel& state, Connection* connection);
 
+// Writes the whole file of gInterimProjId from the interim tables alone, so that units and objects
+// that never went to a plan stand in it too, and closes gOutFile. A unit's cycle time and labor
+// rule stand at its last object, whatever that is; a unit without objects can't have them. The OSTN
+// list isn't written. Errors of the database go to the caller.
+void WriteWholeModel(ProjectToModel& state);
+
 }  // namespace merivane::neutraltext

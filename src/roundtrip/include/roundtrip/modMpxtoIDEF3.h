@@ -38,4 +38,8 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
 bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
                   MergeListener* listener = nullptr);
 
+// The first step alone: the file into the work tables of gInterimConn, as for a merge. Errors and
+// ends come up as they do there; with a listener, what can't be taken is passed over.
+void TakePlan(ProjectToModel& state, const std::string& fileName, MergeListener* listener);
+
 }  // namespace merivane::roundtrip

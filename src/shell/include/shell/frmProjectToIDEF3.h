@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "program/program.h"
+#include "reconcile/complete_merge.h"
 #include "runtime/run_time_error.h"
 #include "shell/database_pick.h"
 #include "shell/form.h"
@@ -67,6 +68,9 @@ class frmProjectToIDEF3 : public Form {
   std::string WhyNotOpen() const;
   // Puts the old database back; the boxes that name it become empty. Errors of PutBackEmptied.
   void Undo(const EmptiedDatabase& emptied);
+
+  bool Complete = false;  // a merge keeps everything that the plan holds
+  reconcile::Kept Kept;   // of the last complete merge: what the model can't hold
 
   // The project that the plan is to be folded into; nothing where no merge was chosen.
   std::optional<std::int32_t> MergedProject() const {

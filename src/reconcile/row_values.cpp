@@ -1,6 +1,6 @@
-#include "row_values.h"
+#include "reconcile/row_values.h"
 
-namespace merivane::inspect {
+namespace merivane::reconcile {
 
 std::optional<std::int32_t> NumberIn(const Value& value) try {
   return value.IsNull() ? std::nullopt : std::optional(ToInt32(value));
@@ -25,4 +25,4 @@ bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank) 
   return number(a) == number(b);
 }
 
-}  // namespace merivane::inspect
+}  // namespace merivane::reconcile

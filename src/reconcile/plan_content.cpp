@@ -1,15 +1,15 @@
-#include "plan_content.h"
+#include "reconcile/plan_content.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
 
+#include "reconcile/row_values.h"
 #include "roundtrip/predecessor_list.h"
-#include "row_values.h"
 #include "runtime/conversions.h"
 #include "store/recordset.h"
 
-namespace merivane::inspect {
+namespace merivane::reconcile {
 
 namespace {
 
@@ -166,4 +166,4 @@ PlanContent TranslatedPlan(Connection& connection, std::int32_t project) {
   return PlanReader(connection, project).Translated();
 }
 
-}  // namespace merivane::inspect
+}  // namespace merivane::reconcile

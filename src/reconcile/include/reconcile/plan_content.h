@@ -8,12 +8,10 @@
 #include <string>
 #include <tuple>
 #include <utility>
-#include <vector>
 
-#include "inspect/model_snapshot.h"
 #include "store/connection.h"
 
-namespace merivane::inspect {
+namespace merivane::reconcile {
 
 using namespace store;
 
@@ -49,9 +47,4 @@ PlanContent PlanThatCameIn(Connection& connection, std::int32_t project);
 // The plan that a translation left in the database, from the tables of the plan.
 PlanContent TranslatedPlan(Connection& connection, std::int32_t project);
 
-// What became of the first plan in the second, in the words of a merge's changes, each with its row
-// in the second, or of what is gone in the first. A task is found by its unit and name, by its name
-// in its place, by its name alone, and with another name by its unit.
-std::vector<MergeChange> DifferencesBetween(const PlanContent& before, const PlanContent& after);
-
-}  // namespace merivane::inspect
+}  // namespace merivane::reconcile

@@ -10,7 +10,7 @@
 #include "runtime/run_time_error.h"
 #include "runtime/value.h"
 
-namespace merivane::inspect {
+namespace merivane::reconcile {
 
 using namespace runtime;
 
@@ -26,4 +26,4 @@ std::string NoteText(std::string text);
 // is the plan's one day.
 bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank);
 
-}  // namespace merivane::inspect
+}  // namespace merivane::reconcile

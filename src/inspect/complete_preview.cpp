@@ -1,0 +1,79 @@
+#include <memory>
+#include <utility>
+
+#include "inspect/merge_preview.h"
+#include "machine_fault.h"
+#include "platform/quiet_desktop.h"
+#include "runtime/run_time_error.h"
+#include "scratch_folder.h"
+
+namespace merivane::inspect {
+
+using namespace program;
+
+namespace {
+
+MergeProof ProofOf(Connection& merged, std::int32_t project, const std::string& text,
+                   const std::string& templatePath, Desktop* shown) try {
+  return ProveMerge(merged, project, text, templatePath, shown);
+} catch (const RunTimeError& error) {
+  return {{}, error.Description()};
+}
+
+}  // namespace
+
+std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks,
+                                   const ModelSnapshot& before, const ModelSnapshot& after) {
+  std::vector<MergeChange> changes;
+  for (const reconcile::Remark& remark : remarks) {
+    const auto number = remark.kind == "task" ? remark.row : std::nullopt;
+    changes.push_back({ChangeKind::kNotTaken,
+                       {remark.kind, number, remark.name},
+                       remark.sentence,
+                       remark.advice,
+                       remark.row});
+  }
+  for (const auto& more : {ChangesBetween(before, after), TakenOutBetween(before, after)}) {
+    changes.insert(changes.end(), more.begin(), more.end());
+  }
+  return changes;
+}
+
+MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string& interimPath,
+                                  std::int32_t project, const std::string& templatePath,
+                                  bool withProof, Desktop* shown) {
+  const ScratchFolder folder;
+  const std::string database = folder.Path("interim.mdb");
+  const std::string text = folder.Path("model.txt");
+  QuietDesktop desktop;
+  desktop.templatePath = templatePath;
+  if (shown != nullptr) desktop.ShowProgressOn(*shown);
+  Program program(desktop);
+  const program::Progress::Run run(program.progress);
+  program.workspace.CopyDatabase(interimPath, database);
+  ProjectToModel& state = program.projectToModel;
+  state.gInterimConn = std::make_unique<Connection>(state.workspace);
+  state.gInterimConn->Open(ConnectionText(database));
+  state.gInterimProjId = project;
+  state.gOutFile = state.files.FreeFile();
+  state.files.OpenForOutput(state.gOutFile, text);
+  MergePreview preview;
+  const ModelSnapshot before = ReadSnapshot(*state.gInterimConn, project);
+  const reconcile::Kept kept = reconcile::MergeCompletely(state, planPath);
+  preview.merged = kept.merged;
+  if (kept.merged) {
+    preview.changes = ChangesOf(kept.remarks, before, ReadSnapshot(*state.gProjectConn, project));
+    if (withProof) {
+      preview.proof = ProofOf(*state.gProjectConn, project, text, templatePath, shown);
+    }
+  } else {
+    const std::string why = desktop.boxes.empty() ? "" : desktop.boxes.back().text;
+    preview.changes.push_back(
+        {ChangeKind::kStop, {"plan", std::nullopt, ""}, why, "Mend the plan, and try again.", {}});
+  }
+  program.files.CloseAll();
+  preview.boxes = std::move(desktop.boxes);
+  return preview;
+}
+
+}  // namespace merivane::inspect

@@ -1,0 +1,71 @@
+#include "outline.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace merivane::reconcile {
+
+namespace {
+
+constexpr std::size_t kMostLevels = 10;
+
+// The units around a scenario, from above; with a unit's own number they sort as the plan does.
+class Surroundings {
+ public:
+  Surroundings(const ModelRows& model, const std::function<bool(std::int32_t)>& isGone)
+      : model_(model), isGone_(isGone) {}
+
+  // Nothing where a unit in it has no place.
+  const std::optional<std::vector<std::int32_t>>& Of(std::int32_t scenario) {
+    const auto [known, isNew] = known_.try_emplace(scenario);
+    if (!isNew) return known->second;  // also on the way round a circle
+    const auto row = model_.scenarios.find(scenario);
+    if (row == model_.scenarios.end()) return known->second;
+    const std::int32_t parent = row->second.parent;
+    if (parent == 0) {
+      known->second.emplace();
+      return known->second;
+    }
+    const auto unit = model_.units.find(parent);
+    if (unit == model_.units.end() || isGone_(parent)) return known->second;
+    std::optional<std::vector<std::int32_t>> around = Of(unit->second.scenario);
+    if (around && around->size() + 1 < kMostLevels) {
+      around->push_back(parent);
+      known->second = std::move(around);
+    }
+    return known->second;
+  }
+
+ private:
+  const ModelRows& model_;
+  const std::function<bool(std::int32_t)>& isGone_;
+  std::map<std::int32_t, std::optional<std::vector<std::int32_t>>> known_;
+};
+
+}  // namespace
+
+std::map<std::int32_t, std::int32_t> SummaryTasks(const ModelRows& model,
+                                                  const std::function<bool(std::int32_t)>& isGone) {
+  Surroundings surroundings(model, isGone);
+  std::map<std::int32_t, std::int32_t> parents;
+  std::map<std::vector<std::int32_t>, std::int32_t> inOrder;
+  for (const auto& [number, unit] : model.units) {
+    if (!unit.sent || isGone(number)) continue;
+    parents[number] = kNoPlace;
+    const auto& around = surroundings.Of(unit.scenario);
+    if (!around) continue;
+    std::vector<std::int32_t> order = *around;
+    order.push_back(number);
+    inOrder.emplace(std::move(order), number);
+  }
+  std::vector<std::pair<std::size_t, std::int32_t>> above;  // level and number
+  for (const auto& [order, number] : inOrder) {
+    while (!above.empty() && above.back().first >= order.size()) above.pop_back();
+    parents[number] = above.empty() ? 0 : above.back().second;
+    above.emplace_back(order.size(), number);
+  }
+  return parents;
+}
+
+}  // namespace merivane::reconcile

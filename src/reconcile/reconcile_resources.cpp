@@ -1,0 +1,234 @@
+#include <algorithm>
+#include <utility>
+
+#include "reconcile/row_values.h"
+#include "reconciliation.h"
+#include "runtime/text.h"
+
+namespace merivane::reconcile {
+
+namespace {
+
+// As the reader takes them from a text.
+constexpr std::size_t kLongestName = 248;
+constexpr std::size_t kLongestRule = 25;
+constexpr std::size_t kLongestQuantity = 10;
+
+// The translator's reading of a rule: the digit that stands one character behind the alias.
+std::string UnitsIn(const std::string& rule, const std::string& alias) {
+  const std::size_t place = rule.find(alias);
+  if (place == std::string::npos || place + alias.size() + 1 >= rule.size()) return "1";
+  const char digit = rule[place + alias.size() + 1];
+  return digit >= '0' && digit <= '9' ? std::string(1, digit) : "1";
+}
+
+struct Term {
+  std::string alias;
+  std::string units;
+};
+
+bool Says(const std::string& rule, const std::vector<Term>& terms) {
+  return std::all_of(terms.begin(), terms.end(), [&](const Term& term) {
+    return IsSameNumber(UnitsIn(rule, term.alias), term.units, 1);
+  });
+}
+
+std::string RuleOf(const std::vector<Term>& terms, bool withOnes) {
+  std::string rule;
+  for (const Term& term : terms) {
+    const bool isOne = IsSameNumber(term.units, "1", 1);
+    if (isOne && !withOnes) continue;
+    if (!rule.empty()) rule += " AND ";
+    rule += term.alias + "#" + (isOne ? "1" : std::to_string(ToInt32(Value(term.units))));
+  }
+  return Left(rule, kLongestRule);
+}
+
+bool IsDigit(const std::string& units) {
+  if (!IsNumericText(units)) return units.empty();
+  const double number = ToDouble(units);
+  return number >= 0 && number <= 9 && number == static_cast<int>(number);
+}
+
+}  // namespace
+
+void Reconciliation::TellResource(const std::string& name, std::string sentence,
+                                  std::string advice) {
+  const auto resource = wanted_.resources.find(name);
+  const bool isThere = resource != wanted_.resources.end();
+  remarks_.push_back({isThere ? resource->second.row : std::nullopt, "resource", name,
+                      std::move(sentence), std::move(advice)});
+}
+
+// By name, and where the plan gave the row of one that is gone another name, by the row.
+void Reconciliation::MatchResources() {
+  std::map<std::int32_t, std::string> goneInRow;
+  for (const auto& [name, resource] : given_.resources) {
+    if (!wanted_.resources.contains(name) && resource.row) goneInRow[*resource.row] = name;
+  }
+  std::map<std::string, std::int32_t>& objects = objectBefore_;
+  for (const auto& [number, object] : edit_.Model().objects) {
+    if (object.sent) objects.emplace(object.name, number);
+  }
+  for (const auto& [name, resource] : wanted_.resources) {
+    const auto known = objects.find(name);
+    if (given_.resources.contains(name) && known != objects.end()) {
+      objectOf_[name] = known->second;
+      continue;
+    }
+    if (name.empty() || name.size() > kLongestName ||
+        name.find_first_of(",\"'\r\n") != std::string::npos) {
+      TellResource(name, "A model can't hold its name, so it stays out.",
+                   "Give it one without commas, quotes and line breaks.");
+      continue;
+    }
+    const auto gone = resource.row ? goneInRow.find(*resource.row) : goneInRow.end();
+    if (gone != goneInRow.end() && objects.contains(gone->second)) {
+      objectOf_[name] = objects[gone->second];
+      edit_.NameObject(objectOf_[name], name);
+      goneInRow.erase(gone);
+    } else {
+      objectOf_[name] = edit_.AddObject(name);
+    }
+  }
+}
+
+void Reconciliation::TakeResources() {
+  const std::map<std::int32_t, ModelRows::Object> before = edit_.Model().objects;
+  MatchResources();
+  std::set<std::int32_t> kept;
+  for (const auto& [name, object] : objectOf_) {
+    kept.insert(object);
+    const PlanContent::Resource& resource = wanted_.resources.at(name);
+    const auto earlier = before.find(object);
+    const auto given = earlier == before.end() ? given_.resources.end()
+                                               : given_.resources.find(earlier->second.name);
+    const bool isNew = given == given_.resources.end();
+    if (isNew || !IsSameNumber(resource.quantity, given->second.quantity, 1)) {
+      if (resource.quantity.size() <= kLongestQuantity && IsNumericText(resource.quantity)) {
+        edit_.SetObject(object, "Quantity", Value(ToDouble(resource.quantity)));
+      } else if (!resource.quantity.empty()) {
+        TellResource(name, "A model can't hold its quantity.", "Give it one of up to 10 digits.");
+      }
+    }
+    const std::string note = isNew ? "" : given->second.note;
+    if (resource.note == note) continue;
+    if (resource.note.starts_with("  End  ") ||
+        resource.note.find("\n  End  ") != std::string::npos) {
+      TellResource(name, "Its note has a line that would end it in a text.", "Change that line.");
+    } else {
+      edit_.SetObject(object, "Glossary",
+                      resource.note.empty() ? Value() : Value(resource.note + "\r\n"));
+    }
+  }
+  for (const auto& [number, object] : before) {
+    const bool isGone = object.sent && given_.resources.contains(object.name) &&
+                        !kept.contains(number) && !wanted_.resources.contains(object.name);
+    if (isGone) edit_.RemoveObject(number);
+  }
+}
+
+void Reconciliation::TakeAssignments() {
+  std::set<std::int32_t> units = decomposedBefore_;
+  for (const PlanContent* plan : {&std::as_const(wanted_), &given_}) {
+    for (const auto& [key, amount] : plan->assignments) units.insert(key.first);
+  }
+  const std::set<std::int32_t> decomposed = edit_.DecomposedUnits();
+  for (const std::int32_t unit : units) {
+    if (wanted_.tasks.contains(unit)) TakeAssignmentsOf(unit, decomposed);
+  }
+}
+
+// What the plan would show of a unit that nothing stands below any more.
+std::map<std::int32_t, std::string> Reconciliation::AmountsInModel(std::int32_t unit) const {
+  const ModelRows& model = edit_.Model();
+  std::map<std::int32_t, std::string> amounts;
+  for (const auto& [user, object] : model.uses) {
+    if (user != unit) continue;
+    const ModelRows::Object& row = model.objects.at(object);
+    if (!row.sent || row.alias.empty()) continue;
+    amounts[object] = UnitsIn(model.units.at(unit).laborRule, row.alias);
+  }
+  return amounts;
+}
+
+std::map<std::int32_t, std::string> Reconciliation::AmountsOf(
+    const PlanContent& plan, const std::map<std::string, std::int32_t>& objects,
+    std::int32_t unit) const {
+  std::map<std::int32_t, std::string> amounts;
+  for (auto row = plan.assignments.lower_bound({unit, ""});
+       row != plan.assignments.end() && row->first.first == unit; ++row) {
+    const auto object = objects.find(row->first.second);
+    if (object != objects.end()) amounts[object->second] = row->second;
+  }
+  return amounts;
+}
+
+// Where the plan assigns otherwise than the model, and nowhere else.
+void Reconciliation::TakeAssignmentsOf(std::int32_t unit,
+                                       const std::set<std::int32_t>& decomposed) {
+  auto amounts = AmountsOf(wanted_, objectOf_, unit);
+  if (decomposed.contains(unit)) {
+    if (amounts.empty()) return;
+    Tell(unit,
+         "It has resources itself and tasks below it; a model gives resources to the tasks below "
+         "only.",
+         "Assign them there.");
+    return;
+  }
+  const auto before = decomposedBefore_.contains(unit) ? AmountsInModel(unit)
+                                                       : AmountsOf(given_, objectBefore_, unit);
+  const auto isSame = [](const auto& a, const auto& b) {
+    return a.first == b.first && IsSameNumber(a.second, b.second, 1);
+  };
+  if (std::equal(before.begin(), before.end(), amounts.begin(), amounts.end(), isSame)) return;
+  for (const auto& [object, amount] : before) {
+    if (!amounts.contains(object)) edit_.RemoveUse(unit, object);
+  }
+  for (auto each = amounts.begin(); each != amounts.end();) {
+    const ModelRows::Object& object = edit_.Model().objects.at(each->first);
+    if (!before.contains(each->first) && object.alias.empty()) {
+      Tell(unit,
+           "Resource '" + object.name +
+               "' has no alias in the model, without which it is assigned to nothing.",
+           "Give it one in the model.");
+      each = amounts.erase(each);
+      continue;
+    }
+    if (!before.contains(each->first)) edit_.AddUse(unit, each->first);
+    ++each;
+  }
+  SettleRule(unit, amounts);
+}
+
+// An alias that begins another one has to stand in front of it, so the short ones come first.
+void Reconciliation::SettleRule(std::int32_t unit,
+                                const std::map<std::int32_t, std::string>& units) {
+  std::vector<Term> terms;
+  for (const auto& [object, amount] : units) {
+    const ModelRows::Object& row = edit_.Model().objects.at(object);
+    if (!IsDigit(amount)) {
+      Tell(unit,
+           "It has " + amount + " units of resource '" + row.name +
+               "'; a model holds whole "
+               "ones up to 9.",
+           "Change the units.");
+      continue;
+    }
+    terms.push_back({row.alias, amount});
+  }
+  const std::string before = edit_.Model().units.at(unit).laborRule;
+  if (Says(before, terms)) return;
+  std::stable_sort(terms.begin(), terms.end(),
+                   [](const Term& a, const Term& b) { return a.alias.size() < b.alias.size(); });
+  for (const bool withOnes : {true, false}) {
+    const std::string rule = RuleOf(terms, withOnes);
+    if (!Says(rule, terms)) continue;
+    edit_.SetLaborRule(unit, rule);
+    return;
+  }
+  Tell(unit, "The units of its resources don't fit into a labor rule of 25 characters.",
+       "Set them in the model.");
+}
+
+}  // namespace merivane::reconcile

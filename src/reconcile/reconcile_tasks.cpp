@@ -1,0 +1,347 @@
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "outline.h"
+#include "reconcile/row_values.h"
+#include "reconciliation.h"
+#include "runtime/text.h"
+#include "translator/task_note.h"
+
+namespace merivane::reconcile {
+
+using namespace translator;
+
+namespace {
+
+constexpr std::size_t kLongestName = 250;
+constexpr int kMostMoves = 2;  // of a unit that finds no place
+
+std::string WithoutQuotes(std::string name) {
+  std::replace(name.begin(), name.end(), '"', '\'');
+  for (char& letter : name) {
+    if (letter == '\r' || letter == '\n') letter = ' ';
+  }
+  if (name.size() > kLongestName) name.resize(kLongestName);
+  return name;
+}
+
+// Days without zeros behind the point.
+std::string Shortest(std::string days) {
+  if (days.find('.') == std::string::npos) return days;
+  while (days.ends_with('0')) days.pop_back();
+  if (days.ends_with('.')) days.pop_back();
+  return days.empty() ? "0" : days;
+}
+
+}  // namespace
+
+void Reconciliation::Run() {
+  MendNames();
+  PlaceTasks();
+  TakeRelations();
+  RefuseCircles();
+  RemoveTasks();
+  NameTasks();
+  TakeNotes();
+  TakeResources();
+  TakeAssignments();
+  TakeDurations();
+  Rewire(edit_, relations_);
+  const Relations reached = RelationsOf(edit_);
+  TellRelations(relations_.finishToStart, reached.finishToStart, "FS");
+  TellRelations(relations_.startToStart, reached.startToStart, "SS");
+  TellRelations(relations_.finishToFinish, reached.finishToFinish, "FF");
+}
+
+void Reconciliation::TellRelations(const Relations::Pairs& wanted, const Relations::Pairs& reached,
+                                   const std::string& kind) {
+  for (const auto* pairs : {&wanted, &reached}) {
+    const auto& others = pairs == &wanted ? reached : wanted;
+    for (const auto& [from, to] : *pairs) {
+      if (others.contains({from, to})) continue;
+      const std::string relation = kind + " to '" + wanted_.tasks.at(from).name + "'";
+      Tell(to,
+           pairs == &wanted
+               ? "A model can't hold its relation " + relation + " beside its other ones."
+               : "With its other relations the model gives it " + relation + " too.",
+           "Draw its relations in the model.");
+    }
+  }
+}
+
+void Reconciliation::Tell(std::int32_t unit, std::string sentence, std::string advice) {
+  const auto task = wanted_.tasks.find(unit);
+  const bool isThere = task != wanted_.tasks.end();
+  remarks_.push_back({isThere ? task->second.row : std::nullopt, "task",
+                      isThere ? task->second.name : "", std::move(sentence), std::move(advice)});
+}
+
+void Reconciliation::MendNames() {
+  for (auto& [unit, task] : wanted_.tasks) {
+    std::string name = WithoutQuotes(task.name);
+    if (name.empty()) name = "Task " + std::to_string(unit);
+    if (name == task.name) continue;
+    Tell(unit, "A model can't hold its name; it is called '" + name + "' there.",
+         "Give it a name of up to 250 characters, without double quotes.");
+    task.name = std::move(name);
+  }
+}
+
+void Reconciliation::TakeRelations() {
+  for (const auto& relation : wanted_.relations) TakeRelation(relation);
+}
+
+void Reconciliation::TakeRelation(const PlanContent::Relation& relation) {
+  const auto& [from, to, kind] = relation;
+  const std::string name = "'" + wanted_.tasks.at(from).name + "'";
+  if (from == to) return;
+  if (kind.starts_with("SF")) {
+    Tell(to, "A model holds no start-to-finish relation, such as that to " + name + ".",
+         "Use one of another kind.");
+    return;
+  }
+  const auto& units = edit_.Model().units;
+  if (units.at(from).scenario != units.at(to).scenario && !given_.relations.contains(relation)) {
+    Tell(to,
+         "Its predecessor " + name +
+             " lies under another summary task; a model has no such "
+             "link.",
+         "Link the summary tasks instead.");
+    return;
+  }
+  if (kind.size() > 2) {
+    Tell(to,
+         "A model holds no lag, such as that behind its predecessor " + name + " (" + kind + ").",
+         "Put a task in between.");
+  }
+  if (kind.starts_with("SS")) {
+    relations_.startToStart.emplace(std::min(from, to), std::max(from, to));
+  } else if (kind.starts_with("FF")) {
+    relations_.finishToFinish.emplace(std::min(from, to), std::max(from, to));
+  } else {
+    relations_.finishToStart.emplace(from, to);
+  }
+}
+
+// Takes away what waits for nothing until nothing is left, or a circle is.
+void Reconciliation::RefuseCircles() const {
+  std::map<std::int32_t, std::size_t> waits;
+  std::map<std::int32_t, std::vector<std::int32_t>> behind;
+  for (const auto& [from, to] : relations_.finishToStart) {
+    waits[from];
+    ++waits[to];
+    behind[from].push_back(to);
+  }
+  std::vector<std::int32_t> ready;
+  for (const auto& [unit, count] : waits) {
+    if (count == 0) ready.push_back(unit);
+  }
+  while (!ready.empty()) {
+    const std::int32_t unit = ready.back();
+    ready.pop_back();
+    waits.erase(unit);
+    for (const std::int32_t next : behind[unit]) {
+      if (--waits.at(next) == 0) ready.push_back(next);
+    }
+  }
+  if (waits.empty()) return;
+  std::string names;
+  std::set<std::int32_t> seen;
+  for (std::int32_t unit = waits.begin()->first; seen.insert(unit).second;) {
+    for (const auto& [from, to] : relations_.finishToStart) {  // one in front that waits too
+      if (to != unit || !waits.contains(from)) continue;
+      unit = from;
+      break;
+    }
+  }
+  for (const std::int32_t unit : seen) {
+    names += (names.empty() ? "'" : ", '") + wanted_.tasks.at(unit).name + "'";
+  }
+  throw CircleOfTasks{names};
+}
+
+// What the translator would put elsewhere moves below its summary task: first beside what stands
+// there, and where that is no place either, into a scenario of that task alone.
+void Reconciliation::PlaceTasks() {
+  const auto isGone = [this](std::int32_t unit) {
+    return given_.tasks.contains(unit) && !wanted_.tasks.contains(unit);
+  };
+  for (const auto& [unit, task] : wanted_.tasks) {  // from above: numbers follow the rows
+    if (!given_.tasks.contains(unit)) AddTask(unit, task);
+  }
+  std::map<std::int32_t, int> moves;
+  for (bool isMoved = true; isMoved;) {
+    isMoved = false;
+    for (const auto& [unit, parent] : SummaryTasks(edit_.Model(), isGone)) {
+      const std::int32_t wanted = wanted_.tasks.at(unit).parent;
+      if (parent == wanted || moves[unit] == kMostMoves) continue;
+      MoveTask(unit, ++moves[unit] == 1 ? ScenarioAmong(wanted) : ScenarioBelow(wanted));
+      isMoved = true;
+    }
+  }
+  for (const auto& [unit, parent] : SummaryTasks(edit_.Model(), isGone)) {
+    if (parent == wanted_.tasks.at(unit).parent) continue;
+    Tell(unit, "It lies deeper than the ten levels that a translation gives.",
+         "Move it further up.");
+  }
+}
+
+void Reconciliation::AddTask(std::int32_t unit, const Task& task) {
+  const std::int32_t known = ProcessNamed(task.name, 0);
+  edit_.AddUnit(unit, ScenarioAmong(task.parent), known != 0 ? known : edit_.AddProcess(task.name),
+                task.name);
+}
+
+void Reconciliation::MoveTask(std::int32_t unit, std::int32_t scenario) {
+  const std::int32_t before = edit_.Model().units.at(unit).scenario;
+  if (before == scenario) return;
+  touchedScenarios_.insert(before);
+  edit_.MoveUnit(unit, scenario);
+}
+
+// Where the path of a decomposed unit is left out of the plan, its scenario follows another task.
+std::int32_t Reconciliation::ScenarioAmong(std::int32_t parent) {
+  const auto& scenarios = edit_.Model().scenarios;
+  const bool hasOwn = std::any_of(scenarios.begin(), scenarios.end(), [&](const auto& each) {
+    return each.second.parent == parent && each.second.sent;
+  });
+  if (!hasOwn) {
+    for (const auto& [unit, task] : given_.tasks) {
+      const auto wanted = wanted_.tasks.find(unit);
+      const bool stays =
+          task.parent == parent && wanted != wanted_.tasks.end() && wanted->second.parent == parent;
+      if (stays) return edit_.Model().units.at(unit).scenario;
+    }
+  }
+  return ScenarioBelow(parent);
+}
+
+std::int32_t Reconciliation::ScenarioBelow(std::int32_t parent) {
+  std::int32_t any = 0;
+  for (const auto& [number, scenario] : edit_.Model().scenarios) {
+    if (scenario.parent != parent) continue;
+    if (scenario.sent) return number;
+    any = number;
+  }
+  if (any != 0) return any;
+  return edit_.AddScenario(parent == 0 ? "Plan" : wanted_.tasks.at(parent).name, parent);
+}
+
+void Reconciliation::RemoveTasks() {
+  for (const auto& [unit, task] : given_.tasks) {
+    if (wanted_.tasks.contains(unit) || !edit_.IsUnit(unit)) continue;
+    touchedScenarios_.insert(edit_.Model().units.at(unit).scenario);
+    edit_.RemoveUnit(unit);
+  }
+  RemoveEmptyScenarios();
+}
+
+void Reconciliation::RemoveEmptyScenarios() {
+  for (const std::int32_t scenario : touchedScenarios_) {
+    const auto row = edit_.Model().scenarios.find(scenario);
+    if (row == edit_.Model().scenarios.end() || row->second.parent == 0) continue;
+    const auto& units = edit_.Model().units;
+    const bool isEmpty = std::none_of(units.begin(), units.end(), [&](const auto& unit) {
+      return unit.second.scenario == scenario;
+    });
+    if (isEmpty) edit_.RemoveScenario(scenario);
+  }
+}
+
+std::int32_t Reconciliation::ProcessNamed(const std::string& name, std::int32_t notThis) const {
+  for (const auto& [number, process] : edit_.Model().processes) {
+    if (number != notThis && EqualNoCase(process.name, name)) return number;
+  }
+  return 0;
+}
+
+void Reconciliation::NameTasks() {
+  std::map<std::int32_t, std::vector<std::int32_t>> renamed;  // by process
+  for (const auto& [unit, task] : wanted_.tasks) {
+    const auto& row = edit_.Model().units.at(unit);
+    if (row.name != task.name) renamed[row.process].push_back(unit);
+  }
+  for (const auto& [process, units] : renamed) NameUnits(process, units);
+}
+
+// All uses of a process that get the same name keep it; others go to the process of their new name.
+void Reconciliation::NameUnits(std::int32_t process, const std::vector<std::int32_t>& renamed) {
+  const std::string& first = wanted_.tasks.at(renamed.front()).name;
+  const auto& units = edit_.Model().units;
+  const bool isWhole = std::all_of(units.begin(), units.end(), [&](const auto& unit) {
+    if (unit.second.process != process) return true;
+    const auto task = wanted_.tasks.find(unit.first);
+    return task != wanted_.tasks.end() && task->second.name == first;
+  });
+  if (isWhole && ProcessNamed(first, process) == 0) {
+    edit_.NameProcess(process, first);
+    for (const std::int32_t unit : renamed) edit_.NameUnit(unit, process, first);
+    return;
+  }
+  for (const std::int32_t unit : renamed) {
+    const std::string& name = wanted_.tasks.at(unit).name;
+    std::int32_t own = ProcessNamed(name, 0);
+    if (own == 0) own = edit_.CopyProcess(process, name);
+    edit_.NameUnit(unit, own, name);
+  }
+  edit_.RemoveProcessUnlessUsed(process);
+}
+
+bool Reconciliation::IsNoteRefused(std::int32_t unit, const std::string& note) {
+  if (note.size() + 2 > kLongestGlossary) {
+    Tell(unit, "Its note is longer than a plan's note can be.", "Shorten it.");
+    return true;
+  }
+  if (!note.starts_with("  End  ") && note.find("\n  End  ") == std::string::npos) return false;
+  Tell(unit, "Its note has a line that would end it in a text.", "Change that line.");
+  return true;
+}
+
+// The note is that of the process, which its uses share.
+void Reconciliation::TakeNotes() {
+  std::map<std::int32_t, std::vector<std::int32_t>> uses;
+  for (const auto& [unit, task] : wanted_.tasks) {
+    uses[edit_.Model().units.at(unit).process].push_back(unit);
+  }
+  for (const auto& [process, units] : uses) {
+    const auto pool = edit_.Model().processes.find(process);
+    if (pool == edit_.Model().processes.end()) continue;  // nothing of a translated plan has none
+    const std::string note = pool->second.note;
+    const std::string& first = wanted_.tasks.at(units.front()).note;
+    const bool isOne = std::all_of(units.begin(), units.end(), [&](std::int32_t unit) {
+      return wanted_.tasks.at(unit).note == first;
+    });
+    if (isOne) {
+      if (first != note && !IsNoteRefused(units.front(), first)) edit_.SetNote(process, first);
+      continue;
+    }
+    for (const std::int32_t unit : units) {
+      if (wanted_.tasks.at(unit).note == note) continue;
+      Tell(unit, "Other tasks of its name have another note; a model holds one for all of them.",
+           "Give it a name of its own, or all of them the same note.");
+    }
+  }
+}
+
+void Reconciliation::TakeDurations() {
+  for (const auto& [unit, task] : wanted_.tasks) {
+    if (task.isSummary) continue;
+    const auto given = given_.tasks.find(unit);
+    const bool isNew = given == given_.tasks.end();
+    const bool hasObjects = edit_.HasObjects(unit);
+    const bool isOneDay = IsSameNumber(task.duration, "1", 1);
+    if (!isNew && hasObjects && IsSameNumber(task.duration, given->second.duration, 1)) continue;
+    if (hasObjects) {
+      edit_.SetDuration(unit, Shortest(task.duration));
+    } else if (!isOneDay) {
+      Tell(unit,
+           "It takes " + task.duration +
+               " days; a unit without objects has no cycle time and "
+               "takes 1.",
+           "Assign a resource to it.");
+    }
+  }
+}
+
+}  // namespace merivane::reconcile

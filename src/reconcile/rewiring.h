@@ -1,0 +1,61 @@
+// Single steps on the links of a model under change, each in the neighbourhood of two units.
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <vector>
+
+#include "model_edit.h"
+#include "relations.h"
+
+namespace merivane::reconcile {
+
+// One of the two mirror images of a junction: branches behind a fan-out, in front of a fan-in.
+struct Side {
+  bool isFanOut = false;
+};
+inline Side SideOf(bool isFanOut) { return {isFanOut}; }
+
+// Units at the direct branches, in the order of the links.
+std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const Side& side,
+                                     std::int32_t junction);
+
+// The branch that the others are tied to: the first one whose first link on its far side doesn't
+// lead to another "Sync. AND". 0: none.
+std::int32_t MainBranch(const ModelEdit& model, const Side& side, std::int32_t junction);
+
+// The "Sync. AND" of this side by which the translator ties others to the unit: the last one whose
+// main branch it is. 0: none.
+std::int32_t TyingJunction(const ModelEdit& model, const Side& side, std::int32_t unit);
+
+// Through chains of junctions.
+std::set<std::int32_t> UnitsBefore(const ModelEdit& model, std::int32_t element);
+std::set<std::int32_t> UnitsBehind(const ModelEdit& model, std::int32_t element);
+
+class Rewiring {
+ public:
+  // `wanted`: what has to stay where a link carries several.
+  Rewiring(ModelEdit& model, const Relations::Pairs& wanted) : model_(model), wanted_(wanted) {}
+
+  void Cut(std::int32_t from, std::int32_t to);
+  void Draw(std::int32_t from, std::int32_t to);
+  void Untie(bool isStart, std::int32_t a, std::int32_t b);
+  void Tie(bool isStart, std::int32_t a, std::int32_t b);
+
+ private:
+  bool TieTo(const Side& side, std::int32_t main, std::int32_t other);
+  void AddBranch(const Side& side, std::int32_t junction, std::int32_t unit);
+  bool CutOneLink(std::int32_t from, std::int32_t to);
+  bool MayGo(std::int32_t link) const;
+  void Detach(std::int32_t from, std::int32_t to);
+  std::int32_t PointBehind(std::int32_t unit);
+  std::int32_t PointBefore(std::int32_t unit);
+  std::int32_t ScenarioOf(std::int32_t unit) const {
+    return model_.Model().units.at(unit).scenario;
+  }
+
+  ModelEdit& model_;
+  const Relations::Pairs& wanted_;
+};
+
+}  // namespace merivane::reconcile

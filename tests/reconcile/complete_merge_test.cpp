@@ -1,0 +1,267 @@
+#include "reconcile/complete_merge.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+
+#include "inspect/merge_proof.h"
+#include "plan_sketch.h"
+#include "round_fixture.h"
+
+namespace merivane::test {
+
+using namespace reconcile;
+
+namespace {
+
+using ::testing::IsEmpty;
+using ::testing::IsSubsetOf;
+
+class CompleteMergeTest : public RoundFixture {
+ protected:
+  Kept Merge(const std::string& plan) {
+    program = std::make_unique<Program>(desktop);
+    ProjectToModel& state = program->projectToModel;
+    state.gInterimConn = Connect();
+    state.gInterimProjId = 1;
+    text = OpenOutput(state);
+    Kept kept = MergeCompletely(state, plan);
+    program = std::make_unique<Program>(desktop);
+    return kept;
+  }
+
+  // What the merged text says otherwise than the plan, but for what a remark is about.
+  std::vector<std::string> Unexplained(const Kept& kept) {
+    const auto proof =
+        inspect::ProveMerge(*Connect(OpenMode::kReadOnly), 1, text, TemplateDatabase());
+    EXPECT_EQ(proof.failure, "");
+    std::vector<std::string> rest;
+    for (const auto& each : proof.differences) {
+      const bool isTold = std::any_of(kept.remarks.begin(), kept.remarks.end(),
+                                      [&](const Remark& remark) { return IsAbout(remark, each); });
+      if (!isTold) rest.push_back(Described(each.element) + ": " + each.sentence);
+    }
+    return rest;
+  }
+
+  static std::string Told(const Kept& kept) {
+    std::string told;
+    for (const Remark& each : kept.remarks) {
+      told += std::to_string(each.row.value_or(0)) + " " + each.name + ": " + each.sentence + "\n";
+    }
+    return told;
+  }
+
+  // Whether the remark tells of this difference of this row, not of another one.
+  static bool IsAbout(const Remark& remark, const inspect::MergeChange& difference) {
+    struct Meaning {
+      const char* remark;
+      const char* difference;
+      bool isOfItsRow = true;
+    };
+    constexpr Meaning kMeanings[] = {
+        {"no start-to-finish relation", "doesn't give its predecessor"},
+        {"lies under another summary task", "doesn't give its predecessor"},
+        {"no lag", "its predecessor"},
+        {"no lag", "gives it the predecessor"},
+        {"can't hold its relation", "doesn't give its predecessor"},
+        {"With its other relations", "gives it the predecessor"},
+        {"has no cycle time", "It takes"},
+        {"longer than a plan's note", "another note"},
+        {"would end it in a text", "another note"},
+        {"have another note", "another note"},
+        {"It has resources itself", "Of resource"},
+        {"units of resource", "Of resource"},
+        {"don't fit into a labor rule", "Of resource"},
+        {"has no alias", "Of resource"},
+        {"so it stays out", "doesn't give it"},
+        {"so it stays out", "Of resource", false},
+        {"hold its quantity", "There are"},
+    };
+    // The other task or the resource that both sentences name in quotes.
+    const auto quoted = [](const std::string& sentence) {
+      const std::size_t quote = sentence.find(" '");
+      if (quote == std::string::npos) return std::string();
+      const std::size_t from = quote + 2;
+      return sentence.substr(from, sentence.find('\'', from) - from);
+    };
+    const std::string name = quoted(remark.sentence);
+    return std::any_of(std::begin(kMeanings), std::end(kMeanings), [&](const Meaning& each) {
+      if (!Holds(remark.sentence, each.remark) || !Holds(difference.sentence, each.difference)) {
+        return false;
+      }
+      if (!each.isOfItsRow) return quoted(difference.sentence) == remark.name;
+      return remark.row == difference.planRow &&
+             (name.empty() || name == quoted(difference.sentence));
+    });
+  }
+  static bool Holds(const std::string& text, const char* passage) {
+    return text.find(passage) != std::string::npos;
+  }
+
+  // What no plan speaks of; it may only go with the scenario of a task that is gone.
+  std::vector<std::vector<std::string>> Unseen() {
+    std::vector<std::vector<std::string>> rows;
+    for (const char* sql :
+         {"select * from Fact_Pool", "select * from Misc",
+          "select * from Object_Pool where Send_to_Project = 0",
+          "select Use_Num, Name, Scenario_Num, Duration, Fact_List from Activity_in_Scenario u"
+          " where Send_to_Project = 0 and exists (select 1 from Activity_in_Scenario where"
+          " Scenario_Num = u.Scenario_Num and Send_to_Project = 1)"}) {
+      for (auto& row : RawDatabase(databasePath).Rows(sql)) rows.push_back(std::move(row));
+    }
+    return rows;
+  }
+
+  std::vector<std::vector<std::string>> WholeModel() {
+    std::vector<std::vector<std::string>> rows;
+    for (const char* table :
+         {"Activity_Pool", "Object_Pool", "Scenario", "Activity_in_Scenario",
+          "Object_in_Activity_in_Scenario", "Junctions_in_Scenario", "Facts_in_Junction",
+          "Links_in_Scenario", "MSP_TASKS where TASK_UID > 0", "MSP_LINKS", "MSP_ASSIGNMENTS"}) {
+      for (auto& row : RawDatabase(databasePath).Rows("select * from " + std::string(table))) {
+        rows.push_back(std::move(row));
+      }
+    }
+    return rows;
+  }
+
+  std::string PlanFile(const PlanSketch& plan, bool isXml) {
+    return folder.Write(isXml ? "plan.xml" : "plan.mpx", isXml ? plan.Xml() : plan.Mpx());
+  }
+
+  std::string text;
+};
+
+using CompleteMergeOfRandomModels = OfRandomModels<CompleteMergeTest>;
+INSTANTIATE_TEST_SUITE_P(Seeds, CompleteMergeOfRandomModels, testing::Range(0u, 6u));
+
+std::uint32_t RoundsOfAGroup() {
+  const char* rounds = std::getenv("MERIVANE_ROUNDS");
+  return rounds == nullptr ? 4 : static_cast<std::uint32_t>(std::atoi(rounds));
+}
+
+TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
+  ForSeeds(2, [this](const std::string& model) {
+    Translate(model);
+    const PlanSketch plan(databasePath);
+    Sql("update MSP_TASKS set KV7_PROCOCC_BROUGHT_BACK = 1 where TASK_UID > 0;"
+        "update Object_in_Activity_in_Scenario set Brought_from_Project = 1 where exists (select 1"
+        " from MSP_ASSIGNMENTS a join MSP_TASKS t on t.TASK_UID = a.TASK_UID join MSP_RESOURCES r"
+        " on r.RES_UID = a.RES_UID where KV7_PROCOCC_HEX = Activity_Num and KV7_OBJ_HEX ="
+        " Object_Occ_Num)");
+    const auto before = WholeModel();
+    for (const bool isXml : {false, true}) {
+      if (isXml && plan.JumpsInOutline()) continue;
+      const Kept kept = Merge(PlanFile(plan, isXml));
+      ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+      const auto after = WholeModel();
+      ASSERT_EQ(after.size(), before.size());
+      for (std::size_t row = 0; row < after.size(); ++row) EXPECT_EQ(after[row], before[row]);
+      EXPECT_THAT(Unexplained(kept), IsEmpty());
+    }
+  });
+}
+
+// Each round begins with what the one before has left.
+TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHolds) {
+  ForSeeds(RoundsOfAGroup(), [&](const std::string& model) {
+    std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
+    Translate(model);
+    for (int round = 0; round < 2; ++round) {
+      PlanSketch plan(databasePath);
+      const auto unseen = Unseen();
+      for (int edits = std::uniform_int_distribution(1, 10)(random); edits > 0; --edits) {
+        plan.Edit(random);
+      }
+      const std::string file = PlanFile(plan, !plan.JumpsInOutline() && random() % 2 == 0);
+      SCOPED_TRACE(file);
+      const Kept kept = Merge(file);
+      ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+      ASSERT_THAT(Unexplained(kept), IsEmpty()) << Told(kept);
+      EXPECT_THAT(Unseen(), IsSubsetOf(unseen));
+    }
+  });
+}
+
+struct Sentence {
+  const char* name;
+  void (*change)(PlanSketch& plan);
+  const char* told;  // a part of a remark
+};
+
+void PrintTo(const Sentence& row, std::ostream* out) { *out << row.name; }
+
+class CompleteMergeRemark : public CompleteMergeTest,
+                            public testing::WithParamInterface<Sentence> {};
+
+// Tasks of the sample: 1 and then 2 and 3 beside each other, 4, 5.
+INSTANTIATE_TEST_SUITE_P(
+    Plans, CompleteMergeRemark,
+    testing::Values(Sentence{"Lag",
+                             [](PlanSketch& plan) {
+                               plan.tasks[4].predecessors = {{4, "FS+2d"}};
+                             },
+                             "A model holds no lag"},
+                    Sentence{"StartToFinish",
+                             [](PlanSketch& plan) {
+                               plan.tasks[4].predecessors = {{4, "SF"}};
+                             },
+                             "A model holds no start-to-finish relation"},
+                    Sentence{"LongTaskWithoutObjects",
+                             [](PlanSketch& plan) {
+                               plan.tasks.push_back({9, "", "Clear up", "3", 1, "", {{5, "FS"}}});
+                             },
+                             "a unit without objects has no cycle time"},
+                    Sentence{"HalfAResource",
+                             [](PlanSketch& plan) {
+                               plan.assignments[{5, 3}] = "0.5";
+                             },
+                             "a model holds whole ones up to 9"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_P(CompleteMergeRemark, TellsWhatAModelCannotHold) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  PlanSketch plan(databasePath);
+  GetParam().change(plan);
+  const Kept kept = Merge(PlanFile(plan, false));
+  ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+  ASSERT_EQ(kept.remarks.size(), 1U);
+  EXPECT_THAT(kept.remarks[0].sentence, testing::HasSubstr(GetParam().told));
+  EXPECT_TRUE(kept.remarks[0].row);
+  EXPECT_FALSE(kept.remarks[0].advice.empty());
+  EXPECT_THAT(Unexplained(kept), IsEmpty());
+}
+
+TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  PlanSketch plan(databasePath);
+  plan.tasks.push_back(plan.tasks[4]);
+  plan.tasks[5].key = 9;
+  plan.tasks[5].name += " again";
+  for (const bool isXml : {false, true}) {
+    const std::size_t units =
+        RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario").size();
+    const Kept kept = Merge(PlanFile(plan, isXml));
+    ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+    const auto after = RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario");
+    EXPECT_EQ(after.size(), isXml ? units : units + 1);
+  }
+}
+
+TEST_F(CompleteMergeTest, ACircleIsRefusedByNamesAndLeavesTheDatabase) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  PlanSketch plan(databasePath);
+  plan.tasks[3].predecessors.emplace_back(5, "FS");
+  const std::string before = ReadFile(databasePath);
+  EXPECT_FALSE(Merge(PlanFile(plan, false)).merged);
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_THAT(desktop.boxes[0].text,
+              testing::HasSubstr("'" + plan.tasks[3].name + "', '" + plan.tasks[4].name + "'"));
+  EXPECT_EQ(ReadFile(databasePath), before);
+}
+
+}  // namespace
+}  // namespace merivane::test

@@ -1,0 +1,299 @@
+// A plan that a test changes at will, and gives as an MPX file or as planning XML.
+#pragma once
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "mpx/mpx_format.h"
+#include "raw_database.h"
+#include "runtime/code_page.h"
+
+namespace merivane::test {
+
+using namespace mpx;
+
+class PlanSketch {
+ public:
+  struct Task {
+    int key = 0;
+    std::string unit;  // empty: it is new
+    std::string name;
+    std::string days;
+    int level = 1;
+    std::string note;
+    std::vector<std::pair<int, std::string>> predecessors;  // key, kind
+  };
+
+  // The plan that stands in a database.
+  explicit PlanSketch(const std::string& database) {
+    RawDatabase file(database);
+    for (const auto& row : file.Rows(
+             "select TASK_UID, KV7_PROCOCC_HEX, TASK_NAME, ifnull(KV7_PROCOCC_DURATION, '1'),"
+             " TASK_OUTLINE_LEVEL, ifnull(p.Glossary, '') from MSP_TASKS left join Activity_Pool p"
+             " on p.Num = KV7_PROC_HEX where TASK_UID > 0 order by TASK_UID")) {
+      std::string note = row[5];
+      while (note.ends_with("\r\n")) note.resize(note.size() - 2);
+      tasks.push_back({std::stoi(row[0]), row[1], row[2], row[3], std::stoi(row[4]), note, {}});
+    }
+    for (const auto& row :
+         file.Rows("select LINK_PRED_UID, LINK_SUCC_UID, LINK_TYPE from MSP_LINKS")) {
+      const std::string kind = row[2] == "0" ? "FF" : row[2] == "3" ? "SS" : "FS";
+      const std::pair link(std::stoi(row[0]), kind);
+      auto& known = Of(std::stoi(row[1])).predecessors;
+      if (std::find(known.begin(), known.end(), link) == known.end()) known.push_back(link);
+    }
+    for (const auto& row : file.Rows("select RES_UID, RES_NAME, RES_MAX_UNITS from MSP_RESOURCES"
+                                     " where RES_UID > 0 order by RES_UID")) {
+      resources[std::stoi(row[0])] = {row[1], row[2]};
+    }
+    for (const auto& row : file.Rows("select TASK_UID, RES_UID, ASSN_UNITS from MSP_ASSIGNMENTS")) {
+      assignments[{std::stoi(row[0]), std::stoi(row[1])}] = row[2];
+    }
+    nextKey_ = 1000;
+  }
+
+  Task& Of(int key) {
+    return *std::find_if(tasks.begin(), tasks.end(),
+                         [key](const Task& task) { return task.key == key; });
+  }
+
+  // As where a path that no fact takes leaves a decomposition behind.
+  bool JumpsInOutline() const {
+    for (std::size_t at = 1; at < tasks.size(); ++at) {
+      if (tasks[at].level > tasks[at - 1].level + 1) return true;
+    }
+    return !tasks.empty() && tasks[0].level > 1;
+  }
+
+  // One change of a kind that a hand makes.
+  void Edit(std::mt19937& random) {
+    if (tasks.empty()) return;
+    const auto upTo = [&](std::size_t most) {
+      return std::uniform_int_distribution<std::size_t>(0, most)(random);
+    };
+    const std::size_t at = upTo(tasks.size() - 1);
+    Task& task = tasks[at];
+    const auto ofResource = [&] {
+      return std::next(resources.begin(), static_cast<std::ptrdiff_t>(upTo(resources.size() - 1)));
+    };
+    switch (upTo(12)) {
+      case 0:
+        task.name += " again";
+        return;
+      case 1:
+        task.days = std::to_string(1 + upTo(8)) + ".50";
+        return;
+      case 2:
+        task.note = "Note " + std::to_string(++nextKey_);
+        return;
+      case 3:
+        AddTask(at, upTo(1) == 1);
+        return;
+      case 4:
+        if (EndOf(at) - at < tasks.size()) Remove(at, EndOf(at));
+        return;
+      case 5:
+      case 6:
+        Relate(at, upTo(tasks.size() - 1), upTo(3));
+        return;
+      case 7:
+        if (!task.predecessors.empty()) task.predecessors.erase(task.predecessors.begin());
+        return;
+      case 8: {
+        const int resource = resources.empty() ? 1 : resources.rbegin()->first + 1;
+        resources[resource] = {"Resource " + std::to_string(++nextKey_), "2"};
+        if (IsLeaf(at)) assignments[{task.key, resource}] = std::to_string(1 + upTo(2));
+        return;
+      }
+      case 9:
+        if (!resources.empty()) ofResource()->second.first += " two";
+        return;
+      case 10:
+        if (!resources.empty()) ofResource()->second.second = std::to_string(2 + upTo(5));
+        return;
+      case 11: {
+        if (resources.empty()) return;
+        const int resource = ofResource()->first;
+        resources.erase(resource);
+        std::erase_if(assignments, [&](const auto& row) { return row.first.second == resource; });
+        return;
+      }
+      default:
+        Move(at, upTo(tasks.size() - 1));
+    }
+  }
+
+  std::string Mpx() const {
+    std::string text;
+    const auto print = [&text](std::string_view line) { text.append(line).append("\r\n"); };
+    for (const std::string& line : MpxHead(kDefaultOemCodePage)) print(line);
+    print(MpxProjectHeader("plan.mpx", "1/3/2000"));
+    print(kMpxResourceFields);
+    print(kMpxResourceFieldNumbers);
+    for (const auto& [number, resource] : resources) {
+      print(MpxResource(number, resource.first, resource.second));
+      print(kMpxResourceCalendar);
+    }
+    print(kMpxTaskFields);
+    print(kMpxTaskFieldNumbers);
+    for (std::size_t at = 0; at < tasks.size(); ++at) {
+      const Task& task = tasks[at];
+      std::string before;
+      for (const auto& [key, kind] : task.predecessors) {
+        before +=
+            (before.empty() ? "" : ",") + std::to_string(RowOf(key)) + (kind == "FS" ? "" : kind);
+      }
+      print(MpxTaskRecord(
+          {static_cast<int>(at) + 1, task.name, Days(task) + "d", task.level, before, task.unit},
+          kDefaultOemCodePage));
+      if (!task.note.empty()) print(MpxNote(kMpxTaskNote, task.note + "\r\n"));
+      for (const auto& [key, units] : assignments) {
+        if (key.first == task.key) print(MpxAssignment(key.second, units, "8.00"));
+      }
+    }
+    return FromUtf8(text);
+  }
+
+  std::string Xml() const {
+    std::string text =
+        "<?xml version=\"1.0\"?><Project xmlns=\"http://schemas.microsoft.com/project\"><Tasks>";
+    std::string assigned;
+    for (std::size_t at = 0; at < tasks.size(); ++at) {
+      const Task& task = tasks[at];
+      const std::string id = std::to_string(at + 1);
+      text += "<Task><UID>" + std::to_string(task.key) + "</UID><ID>" + id + "</ID><Name>" +
+              task.name + "</Name><OutlineLevel>" + std::to_string(task.level) +
+              "</OutlineLevel><Duration>PT" +
+              std::to_string(static_cast<int>(std::stod(task.days) * 480)) + "M0S</Duration>";
+      if (!task.note.empty()) text += "<Notes>" + task.note + "</Notes>";
+      for (const auto& [key, kind] : task.predecessors) {
+        text += "<PredecessorLink><PredecessorUID>" + std::to_string(key) +
+                "</PredecessorUID><Type>" +
+                (kind == "FF"   ? "0"
+                 : kind == "SS" ? "3"
+                                : "1") +
+                "</Type></PredecessorLink>";
+      }
+      if (!task.unit.empty()) {
+        text += "<ExtendedAttribute><FieldID>188743731</FieldID><Value>" + task.unit +
+                "</Value></ExtendedAttribute>";
+      }
+      text += "</Task>";
+    }
+    text += "</Tasks><Resources>";
+    for (const auto& [number, resource] : resources) {
+      const std::string id = std::to_string(number);
+      text += "<Resource><UID>" + id + "</UID><ID>" + id + "</ID><Name>" + resource.first +
+              "</Name><MaxUnits>" + resource.second + "</MaxUnits></Resource>";
+    }
+    text += "</Resources><Assignments>";
+    for (const auto& [key, units] : assignments) {
+      text += "<Assignment><TaskUID>" + std::to_string(key.first) + "</TaskUID><ResourceUID>" +
+              std::to_string(key.second) + "</ResourceUID><Units>" + units +
+              "</Units></Assignment>";
+    }
+    return text + "</Assignments></Project>";
+  }
+
+  std::vector<Task> tasks;                                       // in the order of the rows
+  std::map<int, std::pair<std::string, std::string>> resources;  // name, quantity
+  std::map<std::pair<int, int>, std::string> assignments;        // task, resource: units
+
+ private:
+  std::size_t RowOf(int key) const {
+    const auto task = std::find_if(tasks.begin(), tasks.end(),
+                                   [key](const Task& each) { return each.key == key; });
+    return static_cast<std::size_t>(task - tasks.begin()) + 1;
+  }
+  static std::string Days(const Task& task) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f", std::stod(task.days));
+    return text;
+  }
+  std::size_t EndOf(std::size_t at) const {
+    std::size_t end = at + 1;
+    while (end < tasks.size() && tasks[end].level > tasks[at].level) ++end;
+    return end;
+  }
+  bool IsLeaf(std::size_t at) const { return EndOf(at) == at + 1; }
+  std::size_t ParentOf(std::size_t at) const {
+    for (std::size_t above = at; above-- > 0;) {
+      if (tasks[above].level < tasks[at].level) return above;
+    }
+    return tasks.size();
+  }
+
+  void AddTask(std::size_t at, bool below) {
+    const int key = ++nextKey_;
+    Task task{key, "", "New " + std::to_string(key), "1", tasks[at].level + (below ? 1 : 0),
+              "",  {}};
+    if (!below) task.predecessors.emplace_back(tasks[at].key, "FS");
+    if (below) Unassign(tasks[at].key);
+    const std::size_t place = below ? at + 1 : EndOf(at);
+    tasks.insert(tasks.begin() + static_cast<std::ptrdiff_t>(place), task);
+  }
+
+  void Unassign(int key) {
+    std::erase_if(assignments, [key](const auto& row) { return row.first.first == key; });
+  }
+
+  void Unlink(int key) {
+    for (Task& task : tasks) {
+      std::erase_if(task.predecessors, [key](const auto& each) { return each.first == key; });
+    }
+  }
+
+  void Remove(std::size_t from, std::size_t to) {
+    for (std::size_t at = from; at < to; ++at) {
+      Unlink(tasks[at].key);
+      Unassign(tasks[at].key);
+    }
+    tasks.erase(tasks.begin() + static_cast<std::ptrdiff_t>(from),
+                tasks.begin() + static_cast<std::ptrdiff_t>(to));
+  }
+
+  bool ComesBefore(int key, int of) {
+    if (key == of) return true;
+    for (const auto& [before, kind] : Of(of).predecessors) {
+      if (kind == "FS" && ComesBefore(key, before)) return true;
+    }
+    return false;
+  }
+
+  // Under one summary task, and in no circle.
+  void Relate(std::size_t from, std::size_t to, std::size_t kind) {
+    if (from == to || ParentOf(from) != ParentOf(to)) return;
+    const char* word = kind == 0 ? "SS" : kind == 1 ? "FF" : "FS";
+    if (ComesBefore(tasks[to].key, tasks[from].key)) return;
+    const std::pair<int, std::string> link(tasks[from].key, word);
+    auto& known = tasks[to].predecessors;
+    if (std::find(known.begin(), known.end(), link) == known.end()) known.push_back(link);
+  }
+
+  // With what lies below it, below another task.
+  void Move(std::size_t from, std::size_t below) {
+    const std::size_t end = EndOf(from);
+    if (below >= from && below < end) return;
+    Unlink(tasks[from].key);
+    tasks[from].predecessors.clear();
+    const int levels = tasks[below].level + 1 - tasks[from].level;
+    const int parent = tasks[below].key;
+    Unassign(parent);
+    std::vector<Task> moved(tasks.begin() + static_cast<std::ptrdiff_t>(from),
+                            tasks.begin() + static_cast<std::ptrdiff_t>(end));
+    for (Task& task : moved) task.level += levels;
+    tasks.erase(tasks.begin() + static_cast<std::ptrdiff_t>(from),
+                tasks.begin() + static_cast<std::ptrdiff_t>(end));
+    const std::size_t place = RowOf(parent);
+    tasks.insert(tasks.begin() + static_cast<std::ptrdiff_t>(place), moved.begin(), moved.end());
+  }
+
+  int nextKey_ = 0;
+};
+
+}  // namespace merivane::test
