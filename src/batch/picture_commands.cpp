@@ -1,7 +1,9 @@
 #include "picture_commands.h"
 
 #include "name_options.h"
+#include "pictures/chart.h"
 #include "pictures/picture_file.h"
+#include "runtime/code_page.h"
 
 namespace merivane::batch {
 
@@ -44,6 +46,11 @@ CLI::App* AddChart(CLI::App& app, ChartOptions& options) {
   AddName(command, "DATABASE", options.database, "plan database (.mdb)")->required();
   command->add_option("--project", options.project, "id or name of the project to draw")
       ->required();
+  command->add_flag("--columns", options.columns,
+                    "list start, finish, days and predecessors beside the names");
+  AddName(command, "--against", options.against,
+          "the plan as it was, drawn thin below it: planning XML (.xml), or a database with "
+          "the project of the same number");
   AddOutput(command, options.output, options.force, PictureToWrite());
   return command;
 }
@@ -68,6 +75,11 @@ bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std:
   }
   files.push_back({"--output", output, true, force ? "" : "--force to replace it"});
   return !session.Admits(std::move(files));
+}
+
+std::string FootOf(const Session& session, const std::string& source) {
+  return FromUtf8(source.substr(source.find_last_of("/\\") + 1)) + ", " +
+         DateText(session.desktop.Today(), false) + ", Merivane " MERIVANE_VERSION;
 }
 
 void SayIfSmall(const Session& session, const std::string& output, double factor) {

@@ -23,6 +23,8 @@ struct ChartOptions {
   std::string database;
   std::string project;
   std::string output;
+  std::string against;  // planning XML, or a database with the project of the same number
+  bool columns = false;
   bool force = false;
 };
 
@@ -47,6 +49,8 @@ int RunReport(Session& session, const ReportOptions& options);
 // already without --force.
 bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
                       bool force);
+// "clinic.txt, Nov 26, 2026, Merivane 3.1.0" in Windows-1252: the source, today and the program.
+std::string FootOf(const Session& session, const std::string& source);
 // A word where the picture had to be made smaller by `factor`, as WritePictures tells it.
 void SayIfSmall(const Session& session, const std::string& output, double factor);
 

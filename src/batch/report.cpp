@@ -40,18 +40,18 @@ Report ReadReport(Session& session, const ReportOptions& options, ScenarioChoose
   };
   read();
   if (report.model.scenarios.empty()) {
-    report.whyNoChart = "The plan is not drawn: no scenario was read.";
+    report.whyNoPlan = "The plan is not drawn: no scenario was read.";
     return report;
   }
   try {
     scratch.Translate();
-    report.chart =
-        DrawChart(scratch.Database(), ScratchModel::kProject, session.desktop.Today(), false);
+    report.plan =
+        ReadDatedPlan(scratch.Database(), ScratchModel::kProject, session.desktop.Today());
     read();
   } catch (const ProgramEnd&) {
-    report.whyNoChart = WhyNoPlan(session, chooser);
+    report.whyNoPlan = WhyNoPlan(session, chooser);
   } catch (const RunTimeError& error) {
-    report.whyNoChart = "The plan is not drawn: " + error.Description();
+    report.whyNoPlan = "The plan is not drawn: " + error.Description();
   }
   return report;
 }
@@ -77,17 +77,18 @@ int RunReport(Session& session, const ReportOptions& options) {
       ForEach{[&](multi* scenarios) { chooser.Answer(*scenarios); }, [](auto* /*other*/) {}});
   Report report = ReadReport(session, options, chooser);
   report.findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
+  report.foot = FootOf(session, options.model);
   report.diagrams = DrawDiagrams(
       report.model.scenarios, {.objects = options.objects, .headline = false, .note = report.note});
   WriteFile(session.kept.NewOutput(options.output), ReportPage(report));
-  if (!report.chart) session.Say(ToUtf8(report.whyNoChart));
+  if (!report.plan) session.Say(ToUtf8(report.whyNoPlan));
   const std::size_t count = report.diagrams.size();
   session.Report(std::to_string(count) + (count == 1 ? " diagram" : " diagrams") +
-                 (report.chart ? " and the plan" : "") + "; written: " + options.output +
+                 (report.plan ? " and the plan" : "") + "; written: " + options.output +
                  session.Notes());
   const bool asAsked =
-      report.chart && std::none_of(report.diagrams.begin(), report.diagrams.end(),
-                                   [](const Diagram& diagram) { return diagram.outline; });
+      report.plan && std::none_of(report.diagrams.begin(), report.diagrams.end(),
+                                  [](const Diagram& diagram) { return diagram.outline; });
   return asAsked && session.log.MessageCount() == 0 ? kDone : kDoneWithMessages;
 }
 

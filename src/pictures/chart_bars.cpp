@@ -8,6 +8,7 @@ namespace merivane::pictures {
 namespace {
 
 constexpr double kHalf = 6;       // of a bar's height
+constexpr double kThin = 1.5;     // of one of the plan as it was
 constexpr double kDiamond = 6.5;  // half of a milestone
 constexpr double kCap = 5;        // half of a summary's point
 constexpr double kLeast = 2;      // width of the shortest bar
@@ -52,6 +53,12 @@ void AddBar(const Bar& bar, Figure& figure) {
                                                      {bar.start, bar.y - kDiamond},
                                                      {right, bar.y},
                                                      {bar.start, bar.y + kDiamond}}));
+    return;
+  }
+  if (bar.kind == BarKind::kBefore || bar.kind == BarKind::kOverload) {
+    const double half = bar.kind == BarKind::kBefore ? kThin : kHalf;
+    figure.shapes.push_back(Box{bar.kind == BarKind::kBefore ? Ink::kBefore : Ink::kOverload,
+                                {left, bar.y - half, right - left, 2 * half}});
     return;
   }
   if (bar.kind != BarKind::kSummary) {

@@ -8,7 +8,7 @@ namespace merivane::pictures {
 
 using namespace schedule;
 
-enum class BarKind { kTask, kCritical, kSummary, kMilestone };
+enum class BarKind { kTask, kCritical, kSummary, kMilestone, kBefore, kOverload };
 
 // Where a bar lies; a milestone has no width.
 struct Bar {

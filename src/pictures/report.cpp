@@ -2,52 +2,37 @@
 
 #include <map>
 #include <set>
-#include <sstream>
+#include <string_view>
 
 #include "markup.h"
+#include "page_text.h"
 #include "pictures/svg.h"
+#include "report_plan.h"
 #include "report_style.h"
 
 namespace merivane::pictures {
 
 namespace {
 
-// Windows-1252 as text of the page, lines parted by breaks.
-std::string Lines(const std::string& text) {
-  std::string lines;
-  for (const char letter : text) {
-    lines += letter == '\n' ? "<br>" : Escaped(std::string_view(&letter, 1));
-  }
-  return lines;
-}
-
-std::string Counted(std::size_t count, const std::string& what) {
-  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
-// Cells hold markup.
-class Table {
- public:
-  explicit Table(const std::vector<const char*>& heads) {
-    html_ = "<table>\n<thead><tr>";
-    for (const char* head : heads) html_ += std::string("<th scope=\"col\">") + head + "</th>";
-    html_ += "</tr></thead>\n<tbody>\n";
-  }
-  void Row(const std::vector<std::string>& cells) {
-    html_ += "<tr>";
-    for (std::size_t at = 0; at < cells.size(); ++at) {
-      html_ += (at == 0 ? "<td class=\"number\">" : "<td>") + cells[at] + "</td>";
+// Its dot stands in the figure of what a finding is about.
+void MarkFindings(const std::vector<inspect::Finding>& findings, Picture& picture) {
+  constexpr double kRadius = 4.5;
+  for (Figure& figure : picture.figures) {
+    bool isMarked = false;
+    for (const inspect::Finding& finding : findings) {
+      if (finding.severity == inspect::Severity::kNote || !finding.element.number) continue;
+      if (figure.id != finding.element.kind + '-' + std::to_string(*finding.element.number)) {
+        continue;
+      }
+      figure.title += "\nFound: " + finding.sentence;
+      isMarked = true;
     }
-    html_ += "</tr>\n";
+    if (!isMarked) continue;
+    figure.shapes.push_back(
+        Box{Ink::kFinding,
+            {figure.area.Right() - kRadius, figure.area.top - kRadius, 2 * kRadius, 2 * kRadius},
+            kRadius});
   }
-  std::string Html() const { return html_ + "</tbody></table>\n"; }
-
- private:
-  std::string html_;
-};
-
-std::string LinkTo(const std::string& id, const std::string& text) {
-  return "<a href=\"#" + id + "\">" + text + "</a>";
 }
 
 class PageWriter {
@@ -56,7 +41,14 @@ class PageWriter {
     for (const Scenario& scenario : model_.scenarios) {
       for (const Unit& unit : scenario.units) {
         for (const std::string& object : unit.objects) users_[object].push_back(&unit);
+        places_.emplace("unit-" + std::to_string(unit.number),
+                        DiagramId(scenario.number) + '-' + UnitId(unit.number));
       }
+      for (const Junction& junction : scenario.junctions) {
+        const std::string id = "junction-" + std::to_string(junction.number);
+        places_.emplace(id, DiagramId(scenario.number) + '-' + id);
+      }
+      places_.emplace(DiagramId(scenario.number), DiagramId(scenario.number));
     }
   }
 
@@ -69,11 +61,16 @@ class PageWriter {
       AddScenario(model_.scenarios[at], report_.diagrams[at]);
     }
     AddLeftOut();
+    if (report_.plan) AddResources();
     AddObjects();
     AddFacts();
     AddConstraints();
     AddFindings();
-    out_ += "</main>\n</body>\n</html>\n";
+    out_ += "</main>\n";
+    if (!report_.foot.empty()) {
+      out_ += "<footer><p class=\"quiet\">" + Escaped(report_.foot) + "</p></footer>\n";
+    }
+    out_ += "</body>\n</html>\n";
     return std::move(out_);
   }
 
@@ -98,7 +95,7 @@ class PageWriter {
               LinkTo("findings", "The findings") + " tell why.</p>\n";
     }
     AddParagraph(model_.description);
-    out_ += "</header>\n";
+    out_ += SummaryOf(report_) + "</header>\n";
   }
 
   void AddParagraph(const std::string& text) {
@@ -109,7 +106,8 @@ class PageWriter {
     out_ += "<section id=\"" + id + "\">\n<h2>" + title + "</h2>\n";
   }
 
-  void AddFigure(const Picture& picture) {
+  void AddFigure(Picture picture) {
+    MarkFindings(report_.findings, picture);
     out_ += "<figure>\n" + ToSvgElement(picture) + "</figure>\n";
   }
 
@@ -120,12 +118,11 @@ class PageWriter {
       if (scenario.parent == 0) AddContentsOf(scenario, listed);
     }
     for (const Scenario& scenario : model_.scenarios) AddContentsOf(scenario, listed);
-    constexpr std::pair<const char*, const char*> kTables[] = {{"left-out", "Left out"},
-                                                               {"objects", "Objects"},
-                                                               {"facts", "Facts"},
-                                                               {"constraints", "Constraints"},
-                                                               {"findings", "Findings"}};
+    constexpr std::pair<const char*, const char*> kTables[] = {
+        {"left-out", "Left out"}, {"resources", "Resources"},     {"objects", "Objects"},
+        {"facts", "Facts"},       {"constraints", "Constraints"}, {"findings", "Findings"}};
     for (const auto& [id, title] : kTables) {
+      if (!report_.plan && id == std::string_view("resources")) continue;
       out_ += "<li>" + LinkTo(id, title) + "</li>\n";
     }
     out_ += "</ul>\n</nav>\n";
@@ -170,24 +167,6 @@ class PageWriter {
     return below;
   }
 
-  // What the tool tips of the bars tell, line by line.
-  void AddTasks(const Picture& chart) {
-    Table table({"No.", "Task", "When", "Takes", "Resources"});
-    for (const Figure& figure : chart.figures) {
-      if (!figure.id.starts_with("task-")) continue;
-      std::vector<std::string> cells = {Escaped(std::get<Text>(figure.shapes.front()).text)};
-      std::istringstream lines(figure.title);
-      for (std::string line; std::getline(lines, line);) {
-        constexpr std::string_view kResources = "Resources: ";
-        cells.push_back(
-            Escaped(line.starts_with(kResources) ? line.substr(kResources.size()) : line));
-      }
-      cells.resize(5);
-      table.Row(cells);
-    }
-    AddWords("The plan in words", table);
-  }
-
   // On paper they stand open.
   void AddWords(const char* summary, const Table& table) {
     out_ += std::string("<details>\n<summary>") + summary + "</summary>\n" + table.Html() +
@@ -196,12 +175,10 @@ class PageWriter {
 
   void AddPlan() {
     BeginSection("the-plan", "Plan");
-    if (report_.chart) {
-      out_ += "<p class=\"quiet\">" + Escaped(report_.chart->description) + "</p>\n";
-      AddFigure(*report_.chart);
-      AddTasks(*report_.chart);
+    if (report_.plan) {
+      out_ += PlanInPictureAndWords(*report_.plan);
     } else {
-      AddParagraph(report_.whyNoChart);
+      AddParagraph(report_.whyNoPlan);
     }
     out_ += "</section>\n";
   }
@@ -233,8 +210,13 @@ class PageWriter {
       std::string& way = ways[link.origin];
       way += (way.empty() ? "" : "\n") + name->second;
     }
-    Table table({"No.", "Unit or junction", "Reference", "Cycle time", "Labor rule", "Objects",
-                 "Leads to"});
+    Table table({{"No.", "narrow"},
+                 {"Unit or junction", "wide"},
+                 {"Reference"},
+                 {"Cycle time"},
+                 {"Labor rule"},
+                 {"Objects"},
+                 {"Leads to"}});
     for (const Unit& unit : scenario.units) {
       std::string objects;
       for (const std::string& object : unit.objects) {
@@ -264,7 +246,8 @@ class PageWriter {
 
   void AddLeftOut() {
     BeginSection("left-out", "Left out");
-    Table table({"No.", "Unit", "Scenario", "Why it stays out of the plan"});
+    Table table(
+        {{"No.", "narrow"}, {"Unit", "wide"}, {"Scenario"}, {"Why it stays out of the plan"}});
     bool empty = true;
     for (const Scenario& scenario : model_.scenarios) {
       for (const Unit& unit : scenario.units) {
@@ -280,7 +263,8 @@ class PageWriter {
 
   void AddObjects() {
     BeginSection("objects", "Objects");
-    Table table({"No.", "Object", "Kind", "Quantity", "Alias", "Used by"});
+    Table table(
+        {{"No.", "narrow"}, {"Object", "wide"}, {"Kind"}, {"Quantity"}, {"Alias"}, {"Used by"}});
     for (const ModelObject& object : model_.objects) {
       std::string users;
       for (const Unit* unit : users_[object.name]) {
@@ -298,7 +282,7 @@ class PageWriter {
 
   void AddFacts() {
     BeginSection("facts", "Facts");
-    Table table({"No.", "Fact", "Glossary"});
+    Table table({{"No.", "narrow"}, {"Fact", "wide"}, {"Glossary"}});
     for (const ModelFact& fact : model_.facts) {
       table.Row({std::to_string(fact.number), Escaped(fact.name), Lines(fact.glossary)});
     }
@@ -307,7 +291,7 @@ class PageWriter {
 
   void AddConstraints() {
     BeginSection("constraints", "Constraints");
-    Table table({"Of", "Constraints"});
+    Table table({{"Of", "narrow"}, {"Constraints", "wide"}});
     bool empty = true;
     const auto add = [&](const std::string& of, const std::string& constraints) {
       if (constraints.empty()) return;
@@ -324,17 +308,35 @@ class PageWriter {
     EndSection(table, empty);
   }
 
+  void AddResources() {
+    BeginSection("resources", "Resources");
+    out_ += ResourcesOf(*report_.plan) + "</section>\n";
+  }
+
+  // It leads to its place in a diagram, where it has one.
+  std::string ElementOf(const inspect::Finding& finding) const {
+    const ElementName& element = finding.element;
+    const std::string text = Escaped(Described(element));
+    const auto place =
+        places_.find(element.kind + '-' + std::to_string(element.number.value_or(0)));
+    return place == places_.end() ? text : LinkTo(place->second, text);
+  }
+
   void AddFindings() {
     BeginSection("findings", "Findings");
-    Table table({"Line", "Kind", "Element", "What was found", "What to do"});
+    Table table({{"Line", "narrow"},
+                 {"Kind", "narrow"},
+                 {"Element"},
+                 {"What was found", "wide"},
+                 {"What to do"}});
     for (const inspect::Finding& finding : report_.findings) {
       const char* kind = finding.severity == inspect::Severity::kError
                              ? "<span class=\"error\">Error</span>"
                          : finding.severity == inspect::Severity::kWarning
                              ? "<span class=\"warning\">Warning</span>"
                              : "<span class=\"quiet\">Note</span>";
-      table.Row({std::to_string(finding.line), kind, Escaped(Described(finding.element)),
-                 Escaped(finding.sentence), Escaped(finding.advice)});
+      table.Row({std::to_string(finding.line), kind, ElementOf(finding), Escaped(finding.sentence),
+                 Escaped(finding.advice)});
     }
     EndSection(table, report_.findings.empty());
   }
@@ -346,6 +348,7 @@ class PageWriter {
   const Report& report_;
   const ProcessModel& model_;
   std::map<std::string, std::vector<const Unit*>> users_;
+  std::map<std::string, std::string> places_;  // on the page, of elements by kind and number
   std::string out_;
 };
 

@@ -25,8 +25,13 @@ th, td { text-align: left; vertical-align: top; padding: .35rem .7rem .35rem 0;
   border-bottom: 1px solid var(--line); overflow-wrap: anywhere; }
 th { color: var(--quiet); font-weight: 600; white-space: nowrap; }
 td { min-width: 6rem; }
-td:nth-child(2) { min-width: 14rem; }
-td.number { min-width: 0; white-space: nowrap; }
+td.wide { min-width: 14rem; }
+td.narrow { min-width: 0; white-space: nowrap; }
+dl { display: grid; grid-template-columns: max-content 1fr; gap: .35rem 1.2rem; max-width: 60rem; }
+dt { color: var(--quiet); }
+dd { margin: 0; }
+.sheet { display: none; }
+footer { margin-top: 2.6rem; padding-top: .8rem; border-top: 1px solid var(--line); }
 .error { color: var(--error); font-weight: 600; }
 .warning { color: var(--warning); font-weight: 600; }
 summary { cursor: pointer; color: var(--link); }
@@ -44,11 +49,14 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
   svg .link, svg .relation { stroke: #86a8c8; }
   svg .arrow { fill: #86a8c8; }
   svg .grid { stroke: #2c3742; }
+  svg .ground { fill: #14191f; }
   svg .weekend { fill: #1b222a; }
   svg .task { fill: #5b93c4; }
   svg .critical { fill: #d9745c; }
   svg .summary { fill: #b6c6d6; }
   svg .milestone { fill: #e4e9ee; }
+  svg .before { fill: #8599ad; }
+  svg .overload { fill: #cf7fcb; }
   svg .faint .unit, svg .faint .strip, svg .faint .behind { fill: #181e25; stroke: #66727e; }
   svg .faint .junction { fill: #181e25; stroke: #66727e; }
   svg .faint .divider, svg .faint .bar, svg .faint .link, svg .faint .relation
@@ -56,12 +64,25 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
   svg .faint .arrow { fill: #66727e; }
   svg .faint text { fill: #8592a0; }
 }
+@media screen and (max-width: 45rem) {
+  body { padding: 1.2rem .9rem 3rem; }
+  thead { display: none; }
+  dl { grid-template-columns: 1fr; }
+  dt { margin-top: .4rem; }
+  table, tbody, tr, td { display: block; }
+  tr { padding: .5rem 0; border-bottom: 1px solid var(--line); }
+  td, td.wide { min-width: 0; padding: .05rem 0; border: 0; }
+  td:empty { display: none; }
+  td[data-of]::before { content: attr(data-of) ": "; color: var(--quiet); }
+}
 @media print {
   body { max-width: none; padding: 0; font-size: 10pt; }
   section { break-inside: auto; }
   h2, h2 + p { break-after: avoid; }
   h2, figure, tr { break-inside: avoid; }
   figure { overflow: visible; }
+  .chart > svg { display: none; }
+  .chart > svg.sheet { display: block; break-inside: avoid; margin-bottom: 1rem; }
   figure svg { min-width: 0 !important; }
   summary, nav { display: none; }
   details::details-content { content-visibility: visible; block-size: auto; }

@@ -35,12 +35,15 @@ constexpr std::array<Style, static_cast<std::size_t>(Ink::kCount)> kStyles{{
     {"listed", kText, kNone, 0, "", 11, false},
     {"listno", kQuiet, kNone, 0, "", 10, false},
     {"grid", kNone, "#e4e9ee", 1.0, "", 0, false},
+    {"ground", kPaper, kNone, 0, "", 0, false},
     {"weekend", "#f3f5f8", kNone, 0, "", 0, false},
     {"axis", kQuiet, kNone, 0, "", 10, false},
     {"task", "#5b8db8", kNone, 0, "", 0, false},
     {"critical", "#c65d44", kNone, 0, "", 0, false},
     {"summary", kLine, kNone, 0, "", 0, false},
     {"milestone", kText, kNone, 0, "", 0, false},
+    {"before", "#748ba3", kNone, 0, "", 0, false},
+    {"overload", "#8e3b8a", kNone, 0, "", 0, false},
     {"tname", kText, kNone, 0, "", 11, false},
     {"sname", kText, kNone, 0, "", 11, true},
     {"who", kQuiet, kNone, 0, "", 10, false},
@@ -48,6 +51,7 @@ constexpr std::array<Style, static_cast<std::size_t>(Ink::kCount)> kStyles{{
     {"tarrow", "#768da6", kNone, 0, "", 0, false},
     {"clink", kNone, "#c65d44", 1.1, "", 0, false},
     {"carrow", "#c65d44", kNone, 0, "", 0, false},
+    {"finding", "#b3402a", kNone, 0, "", 0, false},
 }};
 
 }  // namespace

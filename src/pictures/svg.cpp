@@ -1,5 +1,8 @@
 #include "pictures/svg.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "markup.h"
 #include "pictures/style.h"
 
@@ -18,7 +21,8 @@ class SvgWriter {
   std::string Write() {
     const std::string width = Number(picture_.width);
     const std::string height = Number(picture_.height);
-    out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"" + Attribute("width", width) +
+    out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"" +
+            (inPage_ ? Attribute("id", picture_.id + "-picture") : "") + Attribute("width", width) +
             Attribute("height", height) + Attribute("viewBox", "0 0 " + width + ' ' + height) +
             Attribute("role", inPage_ ? "group" : "img") + Attribute("font-family", kFonts) +
             (inPage_ ? Attribute("style", LeastWidth()) : "") + ">\n<title>" +
@@ -111,5 +115,44 @@ std::string ToSvgFile(const Picture& picture) {
 }
 
 std::string ToSvgElement(const Picture& picture) { return SvgWriter(picture, true).Write(); }
+
+std::string ToSvgSheets(const Picture& picture, double width, double height) {
+  const Point frozen = picture.frozen;
+  // Evenly, so that the last sheet is no sliver.
+  const auto stepOf = [](double all, double room) {
+    return all / std::max(1.0, std::ceil(all / std::max(1.0, room)));
+  };
+  const double stepX = stepOf(picture.width - frozen.x, width - frozen.x);
+  const double stepY = stepOf(picture.height - frozen.y, height - frozen.y);
+  const std::string use = "<use href=\"#" + picture.id + "-picture\"/></svg>";
+  std::string out;
+  // One part of the picture, at a place of the sheet.
+  const auto part = [&](double x, double y, const Area& of) {
+    if (of.width <= 0 || of.height <= 0) return;
+    out += "<svg" + Attribute("x", Number(x)) + Attribute("y", Number(y)) +
+           Attribute("width", Number(of.width)) + Attribute("height", Number(of.height)) +
+           Attribute("viewBox", Number(of.left) + ' ' + Number(of.top) + ' ' + Number(of.width) +
+                                    ' ' + Number(of.height)) +
+           '>' + use;
+  };
+  constexpr double kRounding = 0.01;
+  for (double top = frozen.y; top < picture.height - kRounding; top += stepY) {
+    for (double left = frozen.x; left < picture.width - kRounding; left += stepX) {
+      const double wide = std::min(stepX, picture.width - left);
+      const double high = std::min(stepY, picture.height - top);
+      const std::string sheetWidth = Number(frozen.x + wide);
+      const std::string sheetHeight = Number(frozen.y + high);
+      out += "<svg class=\"sheet\" aria-hidden=\"true\"" + Attribute("width", sheetWidth) +
+             Attribute("height", sheetHeight) +
+             Attribute("viewBox", "0 0 " + sheetWidth + ' ' + sheetHeight) + '>';
+      part(0, 0, {0, 0, frozen.x, frozen.y});
+      part(frozen.x, 0, {left, 0, wide, frozen.y});
+      part(0, frozen.y, {0, top, frozen.x, high});
+      part(frozen.x, frozen.y, {left, top, wide, high});
+      out += "</svg>\n";
+    }
+  }
+  return out;
+}
 
 }  // namespace merivane::pictures

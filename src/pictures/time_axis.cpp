@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "pictures/chart.h"
 #include "text_lines.h"
 
 namespace merivane::pictures {
@@ -184,9 +185,13 @@ void TimeAxis::AddRow(const std::vector<Tick>& ticks, double top, double bottom,
   }
 }
 
-void TimeAxis::AddWeekends(double top, double bottom, Figure& figure) const {
+bool TimeAxis::ShowsWeekends() const {
   constexpr double kLeastDay = 4;
-  if (At(from_ + kMinutesOfDay) - left_ < kLeastDay) return;
+  return At(from_ + kMinutesOfDay) - left_ >= kLeastDay;
+}
+
+void TimeAxis::AddWeekends(double top, double bottom, Figure& figure) const {
+  if (!ShowsWeekends()) return;
   for (double day = std::floor(from_ / kMinutesOfDay) * kMinutesOfDay; day < to_;
        day += kMinutesOfDay) {
     const chr::weekday weekday(DayOf(day));

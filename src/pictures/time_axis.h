@@ -21,6 +21,7 @@ class TimeAxis {
   double Left() const { return left_; }
   double Right() const { return left_ + width_; }
   static double Height();  // of the two rows of labels
+  bool ShowsWeekends() const;
 
   // The labels in the rows from `top`, grid lines down to `bottom`, weekends where days are wide.
   Figure Draw(double top, double bottom) const;
@@ -44,8 +45,5 @@ class TimeAxis {
   double to_ = 0;
   const Unit* unit_ = nullptr;
 };
-
-// "Feb 3, 2003", with " 14:30" behind where `time`.
-std::string DateText(const DateTime& date, bool time);
 
 }  // namespace merivane::pictures

@@ -1,7 +1,9 @@
 #include "schedule/staffing.h"
 
+#include <algorithm>
 #include <array>
 #include <unordered_map>
+#include <utility>
 
 #include "runtime/conversions.h"
 #include "schedule/project_rows.h"
@@ -131,6 +133,51 @@ double Staffing::HoursOf(std::size_t resource) const {
 std::optional<double> Staffing::CostOf(std::size_t resource) const {
   const auto rate = resources[resource].costOfHour;
   return rate ? std::optional(*rate * HoursOf(resource)) : std::nullopt;
+}
+
+namespace {
+
+struct Demand {
+  Tenths at = 0;
+  double change = 0;
+};
+
+void AddOverloads(std::size_t resource, double units, std::vector<Demand> demands,
+                  std::vector<Overload>& overloads) {
+  constexpr double kRounding = 1e-9;
+  std::sort(demands.begin(), demands.end(),
+            [](const Demand& a, const Demand& b) { return a.at < b.at; });
+  double asked = 0;
+  bool over = false;
+  for (std::size_t at = 0; at < demands.size();) {
+    const Tenths moment = demands[at].at;
+    for (; at < demands.size() && demands[at].at == moment; ++at) asked += demands[at].change;
+    const bool isOver = asked > units + kRounding;
+    if (isOver && !over) overloads.push_back({resource, moment, moment, asked});
+    if (over) overloads.back().to = moment;
+    if (isOver) overloads.back().units = std::max(overloads.back().units, asked);
+    over = isOver;
+  }
+}
+
+}  // namespace
+
+std::vector<Overload> OverloadsOf(const Plan& plan, const Schedule& dates,
+                                  const Staffing& staffing) {
+  std::vector<std::vector<Demand>> demands(staffing.resources.size());
+  for (const PlanAssignment& assignment : staffing.assignments) {
+    const PlanTask& task = plan.tasks[assignment.task];
+    const TaskMoments& moments = dates.moments[assignment.task];
+    if (task.summary || task.rules.inactive || moments.earlyStart >= moments.earlyFinish) continue;
+    demands[assignment.resource].push_back({moments.earlyStart, assignment.units});
+    demands[assignment.resource].push_back({moments.earlyFinish, -assignment.units});
+  }
+  std::vector<Overload> overloads;
+  for (std::size_t resource = 0; resource < demands.size(); ++resource) {
+    AddOverloads(resource, staffing.resources[resource].units, std::move(demands[resource]),
+                 overloads);
+  }
+  return overloads;
 }
 
 std::vector<std::string> PredecessorTexts(const Plan& plan) {

@@ -1,6 +1,7 @@
 #include "schedule/working_time.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -49,6 +50,21 @@ Tenths TimeBehind(const Shifts& shifts, Tenths worked) {
     worked -= shift.to - shift.from;
   }
   return kTenthsOfCalendarDay;
+}
+
+std::string ClockText(Tenths time) {
+  const Tenths minutes = time % kTenthsOfHour / kTenthsOfMinute;
+  return std::to_string(time / kTenthsOfHour) + (minutes < 10 ? ":0" : ":") +
+         std::to_string(minutes);
+}
+
+std::string ShiftsText(const Shifts& shifts) {
+  std::string text;
+  for (std::size_t at = 0; at < shifts.size(); ++at) {
+    if (at > 0) text += at + 1 == shifts.size() ? " and " : ", ";
+    text += ClockText(shifts[at].from) + '-' + ClockText(shifts[at].to);
+  }
+  return text;
 }
 
 }  // namespace
@@ -173,6 +189,23 @@ Tenths WorkingTime::StartAt(Tenths worked) const {
     rest = ofDay;
   }
   return day * kTenthsOfCalendarDay + TimeBehind(ShiftsOf(segment, day), rest);
+}
+
+std::string WorkingTime::Text() const {
+  constexpr std::array kDays{"Monday", "Tuesday",  "Wednesday", "Thursday",
+                             "Friday", "Saturday", "Sunday"};
+  std::string text;
+  for (std::size_t day = 0; day < week_.size();) {
+    const std::size_t first = day;
+    while (day < week_.size() && week_[day] == week_[first]) ++day;
+    if (week_[first].empty()) continue;
+    text += (text.empty() ? "" : "; ") + std::string(kDays[first]);
+    if (day - first > 1) text += (day - first > 2 ? " to " : " and ") + std::string(kDays[day - 1]);
+    text += ' ' + ShiftsText(week_[first]);
+  }
+  const std::size_t count = exceptions_.size();
+  if (count > 0) text += ", with " + std::to_string(count) + " exception" + (count == 1 ? "" : "s");
+  return text;
 }
 
 bool WorkingTime::operator==(const WorkingTime& other) const {

@@ -39,6 +39,16 @@ FileKind KindOfFile(const std::string& path) {
   return log ? FileKind::kSqliteWithLog : FileKind::kSqlite;
 }
 
+bool HasJournal(const std::string& path) {
+  std::error_code error;
+  return fs::exists(PathOf(path + "-journal"), error);
+}
+
+bool HasPagesToPutBack(const std::string& path) {
+  std::ifstream journal(PathOf(path + "-journal"), std::ios::binary);
+  return journal.get() > 0;
+}
+
 void RemoveJournals(const std::string& path) {
   for (const char* ending : {"-journal", "-wal", "-shm"}) {
     std::error_code error;

@@ -18,6 +18,11 @@ enum class FileKind { kSqlite, kSqliteWithLog, kOther };
 // would go when it is closed here.
 FileKind KindOfFile(const std::string& path);
 
+// A journal of rollback lies beside the database; it holds pages to put back where a transaction
+// was cut off, and otherwise begins with zeros.
+bool HasJournal(const std::string& path);
+bool HasPagesToPutBack(const std::string& path);
+
 // Removes what a crash may have left beside the database.
 void RemoveJournals(const std::string& path);
 

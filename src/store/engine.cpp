@@ -172,14 +172,21 @@ void Engine::Commit() {
 
 void Engine::Flush() {
   const int result = sqlite3_db_cacheflush(Database());
-  if (result != SQLITE_OK && result != SQLITE_BUSY) throw DatabaseError(Database(), path_);
+  if (result != SQLITE_OK && result != SQLITE_BUSY) throw DatabaseError(Database(), path_, result);
 }
 
-// What can't be undone now is undone from the journal by who opens the file next.
+// A rollback that fails to read or write is carried out from the journal by the next transaction,
+// which may also leave a journal that holds nothing; where the disk refuses that too, by who opens
+// the file next.
 void Engine::RollBack() noexcept {
   LetGo();
   sqlite3_exec(Database(), "rollback", nullptr, nullptr, nullptr);
   inTransaction_ = false;
+  const char* name = sqlite3_db_filename(Database(), "main");
+  if (name == nullptr || !HasJournal(name)) return;
+  if (sqlite3_exec(Database(), "begin immediate", nullptr, nullptr, nullptr) != SQLITE_OK) return;
+  if (!HasPagesToPutBack(name)) RemoveJournals(name);
+  sqlite3_exec(Database(), "rollback", nullptr, nullptr, nullptr);
 }
 
 void Engine::BeforeInsert(const TableData& table, std::int64_t rowId) {

@@ -79,10 +79,12 @@ RunTimeError InUseError(const std::string& path) {
                                  "' is in use by another program."};
 }
 
-RunTimeError DatabaseError(sqlite3* database, const std::string& path) {
+RunTimeError DatabaseError(sqlite3* database, const std::string& path, int result) {
   ThrowIfOutOfMemory(database);
   const std::string file = "'" + FromUtf8(path) + "'";
-  switch (sqlite3_errcode(database) & 0xFF) {
+  switch ((result == SQLITE_OK ? sqlite3_errcode(database) : result) & 0xFF) {
+    case SQLITE_NOMEM:
+      throw std::bad_alloc();
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       return InUseError(path);

@@ -31,7 +31,7 @@ using Literal = std::variant<std::int64_t, double, std::string>;
 // failed read or write, 3251 read-only, 6 a number out of range; anything else is kDatabaseError
 // with SQLite's words and `path`. A text beyond the limit is looked for, to tell its table and
 // column.
-RunTimeError DatabaseError(sqlite3* database, const std::string& path);
+RunTimeError DatabaseError(sqlite3* database, const std::string& path, int result = SQLITE_OK);
 // Whether another process has put a file in the place of this one since it was opened.
 bool HasMoved(sqlite3* database);
 RunTimeError InUseError(const std::string& path);  // 70

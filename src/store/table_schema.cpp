@@ -124,8 +124,10 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
       rowIdIsColumn_ = SameName(type, "INTEGER");
     }
     const char* collation = nullptr;
-    sqlite3_table_column_metadata(database, nullptr, table.c_str(), utf8.c_str(), nullptr,
-                                  &collation, nullptr, nullptr, nullptr);
+    const int result =
+        sqlite3_table_column_metadata(database, nullptr, table.c_str(), utf8.c_str(), nullptr,
+                                      &collation, nullptr, nullptr, nullptr);
+    if (result == SQLITE_NOMEM) throw DatabaseError(database, path, result);
     const ColumnKind kind = IsEarlierQuantity(table, utf8) ? ColumnKind::kReal : KindOfType(type);
     columns_.push_back({FromUtf8(utf8), Quoted(utf8), kind,
                         collation != nullptr && SameName(collation, "NOCASE")});
@@ -159,7 +161,8 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
   sqlite3_bind_text(list.get(), 1, table.c_str(), -1, SQLITE_STATIC);
   bool usable = false;
   std::string current;
-  while (sqlite3_step(list.get()) == SQLITE_ROW) {
+  int step = SQLITE_ROW;
+  while ((step = sqlite3_step(list.get())) == SQLITE_ROW) {
     const std::string name = RawText(list.get(), 0);
     if (indexes_.empty() || name != current) {
       current = name;
@@ -173,6 +176,7 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
               SameName(RawText(list.get(), 2), "NOCASE"));
     if (usable) indexes_.back().columns.push_back(ordinal);
   }
+  if (step != SQLITE_DONE) throw DatabaseError(database, path, step);
   std::erase_if(indexes_, [](const TableIndex& index) { return index.columns.empty(); });
 }
 

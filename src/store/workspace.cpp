@@ -19,11 +19,6 @@ bool HasLog(const std::string& path) {
   return fs::exists(PathOf(path + "-wal"), error);
 }
 
-bool HasJournal(const std::string& path) {
-  std::error_code error;
-  return HasLog(path) || fs::exists(PathOf(path + "-journal"), error);
-}
-
 // Keeps other processes from the file while it lives, null where no database is there. Refuses a
 // file that may not be written or that another process holds locked. A transaction that a crash has
 // cut off is undone by this.
@@ -52,16 +47,6 @@ bool IsChanged(sqlite3* lock, const std::string& path, const std::string& made) 
   return false;
 }
 
-// Undoes from its journal what a rollback could not; who opens the file next does it otherwise.
-void Recover(const std::string& path) noexcept {
-  try {
-    const DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
-    sqlite3_exec(database.get(), "begin immediate; rollback", nullptr, nullptr, nullptr);
-  } catch (const std::exception&) {
-    // The journal stays.
-  }
-}
-
 // Of a file that a lock keeps others from, if it is a database. REQUIRES: the file is opened by no
 // other way meanwhile, since closing it would end the lock.
 void CopyLocked(sqlite3* lock, const std::string& from, const std::string& to, Work& work) {
@@ -76,7 +61,7 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const
     return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown, work);
   }
   if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to, shown, work);
-  if (KindOfFile(from) == FileKind::kOther || !HasJournal(from)) {
+  if (KindOfFile(from) == FileKind::kOther || !(HasLog(from) || HasJournal(from))) {
     return CopyBytes(from, to, shown, work);
   }
   const DatabaseHandle source = OpenHandle(from, SQLITE_OPEN_READWRITE);
@@ -191,7 +176,10 @@ void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
 bool Workspace::PutBack(const std::string& copy, const std::string& to, const std::string& made) {
   const std::string target = Followed(to);
   const DatabaseHandle lock = LockForReplacement(target);
-  if (!made.empty() && IsChanged(lock.get(), target, made)) return false;
+  // Where pages are still to be put back, behind the lock, a run of ours could neither finish nor
+  // undo what it wrote, and nobody has written since.
+  const bool isOurs = made.empty() || HasPagesToPutBack(target);
+  if (!isOurs && IsChanged(lock.get(), target, made)) return false;
   MoveOver(copy, target, lock, *work);
   return true;
 }
@@ -221,9 +209,7 @@ void Workspace::DropHeld() noexcept {
   if (!state_->held) return;
   state_->held->CloseSets();
   state_->held->RollBack();
-  const std::string path = state_->held->Path();
   state_->held.reset();
-  if (HasJournal(path)) Recover(path);
 }
 
 }  // namespace merivane::store

@@ -288,6 +288,20 @@ TEST_F(Batch, AChartSaysWhereItsDatesComeFromAndIsRefusedWithoutATask) {
   const std::string computed = "dates computed from durations and links";
   EXPECT_THAT(out.str(), testing::HasSubstr(computed));
   EXPECT_THAT(ReadFile(folder.Path("plan.svg")), testing::HasSubstr(computed));
+  const std::string xml = folder.Path("old.xml");
+  Succeed({"export", plan, "--project", "1", "--xml", xml});
+  Replace(xml, "Set up the desk", "Set up the old desk");
+  const std::string old = folder.Path("old.mdb");
+  std::filesystem::copy_file(plan, old);
+  RawDatabase(plan).Run("delete from MSP_TASKS where TASK_UID = 2");
+  for (const std::string& before : {xml, old}) {
+    Succeed(chart, {"--columns", "--against", before});
+    EXPECT_THAT(ReadFile(folder.Path("plan.svg")), testing::HasSubstr("No longer in the plan"));
+  }
+  EXPECT_EQ(Run({"chart", plan, "--project", "1", "--output", folder.Path("new.svg"), "--against",
+                 Sample("bakery.txt")}),
+            kFailed);
+  EXPECT_THAT(err.str(), testing::HasSubstr("bakery.txt"));
   RawDatabase(plan).Run("delete from MSP_TASKS where TASK_UID > 0");
   EXPECT_EQ(Run(chart), kFailed);
   EXPECT_THAT(err.str(), testing::HasSubstr("holds no task"));

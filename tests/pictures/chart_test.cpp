@@ -89,7 +89,10 @@ TEST(ChartTest, BarsTellKindResourcesAndDates) {
                 {.predecessor = 2, .successor = 3},
                 {.predecessor = 1, .successor = 2, .kind = LinkKind::kStartToStart},
                 {.predecessor = 2, .successor = 3, .kind = LinkKind::kFinishToFinish}};
-  const Picture chart = DrawChart(plan, MakeSchedule(plan), {"", "Ada, <Bob>", "", ""});
+  schedule::Staffing staffing;
+  staffing.resources = {{.name = "Ada"}, {.name = "<Bob>"}};
+  staffing.assignments = {{.task = 1, .resource = 0}, {.task = 1, .resource = 1}};
+  const Picture chart = DrawChart({plan, MakeSchedule(plan), staffing, ""});
   EXPECT_EQ(Count(chart, Ink::kSummary), 1);
   EXPECT_EQ(Count(chart, Ink::kCritical), 1);
   EXPECT_EQ(Count(chart, Ink::kTask), 1);
@@ -156,8 +159,8 @@ TEST(ChartTest, BarsStandAtTheirDatesAndEachLinkReachesTheEndThatItHoldsBack) {
     SCOPED_TRACE(round);
     const schedule::Plan plan = RandomPlan(random);
     const schedule::Schedule dates = MakeSchedule(plan);
-    const TaskResources resources(plan.tasks.size());
-    const Picture chart = DrawChart(plan, dates, resources, round % 2 == 0);
+    const Picture chart =
+        DrawChart({plan, dates, {}, ""}, {.headline = round % 2 == 0, .columns = round % 3 == 0});
     std::vector<Reach> bars;
     std::vector<Point> tips;
     for (const Figure& figure : chart.figures) {
@@ -209,8 +212,10 @@ TEST(ChartTest, LongNamesAndDeepOutlinesLeaveTheBarsTheirRoom) {
     plan.tasks.push_back(Task(level, "", 1, level));
     plan.tasks.back().name = std::string(200, 'W');
   }
-  const std::string crew(300, 'm');
-  const Picture chart = DrawChart(plan, MakeSchedule(plan), {"", crew, "", ""});
+  schedule::Staffing crew;
+  crew.resources = {{.name = std::string(300, 'm')}};
+  crew.assignments = {{.task = 1, .resource = 0}};
+  const Picture chart = DrawChart({plan, MakeSchedule(plan), crew, ""});
   for (const Figure& figure : chart.figures) {
     if (!figure.id.starts_with("task-")) continue;
     const Reach bar = BarOf(figure);
@@ -226,6 +231,86 @@ TEST(ChartTest, LongNamesAndDeepOutlinesLeaveTheBarsTheirRoom) {
       }
     }
   }
+}
+
+std::vector<std::string> TextsOf(const Figure& figure) {
+  std::vector<std::string> texts;
+  for (const Shape& shape : figure.shapes) {
+    if (const auto* text = std::get_if<Text>(&shape)) texts.push_back(text->text);
+  }
+  return texts;
+}
+
+const Figure& Find(const Picture& chart, const std::string& id) {
+  const auto found = std::find_if(chart.figures.begin(), chart.figures.end(),
+                                  [&](const Figure& figure) { return figure.id == id; });
+  if (found == chart.figures.end()) throw std::runtime_error(id + " is missing");
+  return *found;
+}
+
+TEST(ChartTest, ThePlanAsItWasLiesBelowByOccurrenceAndWhatIsGoneIsToldGrey) {
+  DatedPlan now, before;
+  now.plan.start = before.plan.start = kMonday;
+  now.plan.tasks = {Task(1, "Kept", 2, 1), Task(2, "Renumbered", 2, 1), Task(3, "New", 1, 1)};
+  before.plan.tasks = {Task(1, "Kept", 4, 1), Task(9, "Old number", 1, 1), Task(2, "Gone", 40, 1)};
+  now.plan.tasks[1].occurrence = before.plan.tasks[1].occurrence = 17;
+  for (DatedPlan* plan : {&now, &before}) plan->dates = MakeSchedule(plan->plan);
+  const Picture chart = DrawChart(now, {.before = &before});
+  EXPECT_EQ(Count(chart, Ink::kBefore), 3);
+  EXPECT_THAT(Find(chart, "task-1").title,
+              HasSubstr("Before: Nov 30, 2026 8:00 to Dec 3, 2026 17:00"));
+  EXPECT_THAT(Find(chart, "task-2").title,
+              HasSubstr("Before: Nov 30, 2026 8:00 to Nov 30, 2026 17:00"));
+  EXPECT_THAT(Find(chart, "task-3").title, HasSubstr("Before: not in the plan"));
+  const Figure& gone = Find(chart, "before-2");
+  EXPECT_TRUE(gone.faint);
+  EXPECT_THAT(TextsOf(gone), ElementsAre("2", "Gone"));
+  EXPECT_LE(BarOf(gone).right, chart.width);  // it lasts longer than the plan of today
+  EXPECT_EQ(Count(DrawChart(now), Ink::kBefore), 0);
+}
+
+TEST(ChartTest, ColumnsTellDatesDaysAndPredecessors) {
+  DatedPlan whole;
+  whole.plan.start = kMonday;
+  whole.plan.tasks = {Task(1, "First", 1.5, 1), Task(2, "Second", 1, 1)};
+  whole.plan.links = {{.predecessor = 0,
+                       .successor = 1,
+                       .kind = LinkKind::kFinishToStart,
+                       .lag = {.amount = schedule::kTenthsOfDay}}};
+  whole.dates = MakeSchedule(whole.plan);
+  const Picture chart = DrawChart(whole, {.columns = true, .foot = "yard.mdb"});
+  EXPECT_THAT(TextsOf(Find(chart, "task-1")),
+              ElementsAre("1", "First", "Nov 30, 2026", "Dec 1, 2026", "1.5"));
+  EXPECT_THAT(TextsOf(Find(chart, "task-2")),
+              ElementsAre("2", "Second", "Dec 2, 2026", "Dec 3, 2026", "1", "1FS+1d"));
+  EXPECT_THAT(TextsOf(chart.figures.back()),
+              ElementsAre("Working time: Monday to Friday 8:00-12:00 and 13:00-17:00", "yard.mdb"));
+  const Picture narrow = DrawChart(whole);
+  EXPECT_GT(BarOf(Find(chart, "task-1")).left, BarOf(Find(narrow, "task-1")).left);
+}
+
+TEST(ChartTest, MoreWorkThanThereIsOfAResourceStandsBelowTheTasks) {
+  DatedPlan whole;
+  whole.plan.start = kMonday;
+  for (const int task : {1, 2, 3}) whole.plan.tasks.push_back(Task(task, "Task", task, 1));
+  whole.staffing.resources = {{.name = "Ada", .units = 1}, {.name = "Rope", .units = 2}};
+  for (const std::size_t task : {0U, 1U, 2U}) {
+    for (const std::size_t resource : {0U, 1U}) {
+      whole.staffing.assignments.push_back({.task = task, .resource = resource});
+    }
+  }
+  whole.dates = MakeSchedule(whole.plan);
+  const Picture chart = DrawChart(whole);
+  EXPECT_THAT(Find(chart, "overload-0").title,
+              HasSubstr("Ada\nMore is asked for than there is:\nNov 30, 2026 8:00 to Dec 1"));
+  EXPECT_THAT(Find(chart, "overload-1").title, HasSubstr("to Nov 30, 2026 17:00"));
+  EXPECT_EQ(Count(chart, Ink::kOverload), 2);
+  const auto overloads = OverloadsOf(whole.plan, whole.dates, whole.staffing);
+  ASSERT_EQ(overloads.size(), 2U);
+  EXPECT_EQ(overloads[0].units, 3);
+  whole.plan.links = {{.predecessor = 0, .successor = 1}, {.predecessor = 1, .successor = 2}};
+  whole.dates = MakeSchedule(whole.plan);
+  EXPECT_EQ(Count(DrawChart(whole), Ink::kOverload), 0);
 }
 
 }  // namespace

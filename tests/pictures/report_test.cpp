@@ -4,8 +4,10 @@
 
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "model_fixture.h"
+#include "pictures/svg.h"
 
 namespace merivane::test {
 
@@ -18,16 +20,17 @@ using ::testing::Not;
 
 class ReportTest : public ModelFixture {
  protected:
-  std::string Page(std::optional<pictures::Picture> chart = {}) {
+  std::string Page(std::optional<DatedPlan> plan = {}) {
     Report report;
-    report.chart = std::move(chart);
+    report.plan = std::move(plan);
     report.model = ReadProcessModel(Model(), 1);
     report.diagrams = DrawDiagrams(report.model.scenarios, {.headline = false});
-    report.findings.push_back({.line = 12,
+    report.findings.push_back({.severity = inspect::Severity::kWarning,
+                               .line = 12,
                                .element = {.kind = "unit", .number = 3, .name = "<i>"},
                                .sentence = "It's < 1.",
                                .advice = "Ask."});
-    report.whyNoChart = "No plan & no <chart>.";
+    report.whyNoPlan = "No plan & no <chart>.";
     return ReportPage(report);
   }
   static std::vector<std::string> Matches(const std::string& page, const char* pattern) {
@@ -71,25 +74,100 @@ TEST_F(ReportTest, TextsAreTextAndNothingIsFetched) {
   EXPECT_THAT(page, Not(HasSubstr("\x01")));
   EXPECT_THAT(page, HasSubstr("No plan &amp; no &lt;chart&gt;."));
   EXPECT_THAT(page, HasSubstr("\xe2\x82\xac&amp;\xef\xbf\xbd<br>second"));
-  EXPECT_THAT(page, HasSubstr("<td>1.5</td>"));
-  EXPECT_THAT(page, HasSubstr("<td>unit 3 '&lt;i&gt;'</td><td>It's &lt; 1.</td>"));
+  EXPECT_THAT(page, HasSubstr("data-of=\"Quantity\">1.5</td>"));
+  EXPECT_THAT(
+      page, HasSubstr(">unit 3 '&lt;i&gt;'</td><td class=\"wide\" data-of=\"What was found\">It's "
+                      "&lt; 1.</td>"));
   EXPECT_TRUE(Matches(page, "(src|href|url)=?[\"(](?!#)").empty());
 }
 
+DatedPlan Bakery() {
+  DatedPlan whole;
+  whole.plan.start = {.year = 2026, .month = 11, .day = 30, .seconds = 8 * 3600};
+  for (const char* name : {"Bake <rye>", "Sweep"}) {
+    schedule::PlanTask task;
+    task.uid = task.id = std::ssize(whole.plan.tasks) + 1;
+    task.name = name;
+    task.duration = task.id * schedule::kTenthsOfDay;
+    whole.plan.tasks.push_back(task);
+  }
+  whole.staffing.resources = {{.name = "Aldo", .costOfHour = 12.505}, {.name = "Broom"}};
+  whole.staffing.assignments = {{.task = 0, .resource = 0, .hours = 4},
+                                {.task = 1, .resource = 0, .hours = 8}};
+  whole.dates = MakeSchedule(whole.plan);
+  return whole;
+}
+
 TEST_F(ReportTest, ThePlanIsToldInWordsWhichArePrinted) {
-  Figure bar;
-  bar.id = "task-3";
-  bar.title = "Bake <rye>\nJan 5 to Jan 6\n2 days, critical\nResources: Aldo";
-  bar.shapes.push_back(Text{Ink::kListedNumber, {}, "17"});
-  pictures::Picture chart;
-  chart.figures.push_back(bar);
-  const char* row =
-      "<td class=\"number\">17</td><td>Bake &lt;rye&gt;</td><td>Jan 5 to Jan 6</td>"
-      "<td>2 days, critical</td><td>Aldo</td>";
-  const std::string page = Page(chart);
-  EXPECT_THAT(page, HasSubstr(row));
+  Scenario(1, "Yard");
+  const std::string page = Page(Bakery());
+  EXPECT_THAT(page, HasSubstr("<td class=\"wide\" data-of=\"Task\">Sweep <span class=\"quiet\">"
+                              "(critical)</span></td><td data-of=\"Start\">Nov 30, 2026 8:00</td>"
+                              "<td data-of=\"Finish\">Dec 1, 2026 17:00</td>"
+                              "<td class=\"narrow\" data-of=\"Days\">2</td>"
+                              "<td class=\"narrow\" data-of=\"After\"></td>"
+                              "<td data-of=\"Resources\">Aldo</td>"));
+  EXPECT_THAT(page, HasSubstr("<dt>Length</dt><dd>2 days of work</dd>"));
+  EXPECT_THAT(page, HasSubstr("<dt>Critical path</dt><dd>Sweep</dd>"));
+  EXPECT_THAT(page, HasSubstr("0 errors, 1 warning, 0 notes"));
+  EXPECT_THAT(page, HasSubstr("data-of=\"Days of work\">1.5</td><td class=\"narrow\" "
+                              "data-of=\"Cost\">150.06</td>"));
+  EXPECT_THAT(page, HasSubstr("Nov 30, 2026 8:00 to Nov 30, 2026 17:00: 2 at once"));
   const std::string printed = page.substr(page.find("@media print"));
   EXPECT_THAT(printed, HasSubstr("\n  details::details-content { content-visibility: visible;"));
+}
+
+// Each sheet shows what is frozen and a part of its own; together they show all.
+TEST_F(ReportTest, AWideChartIsPrintedOnSheetsThatCoverIt) {
+  pictures::Picture picture;
+  picture.id = "plan";
+  picture.width = 2000;
+  picture.height = 1000;
+  picture.frozen = {200, 40};
+  const auto parts =
+      Matches(ToSvgSheets(picture, 700, 520), "<svg x=\"200\" y=\"40\" [^>]*viewBox=\"([^\"]*)\"");
+  ASSERT_EQ(parts.size(), 8U);
+  double covered = 0;
+  for (const std::string& part : parts) {
+    double left = 0, top = 0, width = 0, height = 0;
+    std::istringstream(part) >> left >> top >> width >> height;
+    EXPECT_LE(width + 200, 700);
+    EXPECT_LE(height + 40, 520);
+    covered += width * height;
+  }
+  EXPECT_NEAR(covered, 1800.0 * 960, 1);
+}
+
+TEST_F(ReportTest, DecisionsAreToldWithWhatWasNotTaken) {
+  Scenario(1, "By day");
+  Scenario(2, "By night");
+  Scenario(3, "By hand", 1);
+  Scenario(4, "By crane", 1);
+  Uobs({1, 2});
+  const Fields left = {{"Send_to_Project", 0}};
+  Uob(5, 1, left);
+  Uob(20, 2, left);
+  Uob(30, 3, left);
+  Uob(40, 4);
+  Junction(100, "Fan Out", "XOR");
+  Junction(101, "Fan Out", "Async. AND");
+  Links({{1, 100}, {100, 2}, {100, 5}, {2, 101}});
+  const std::string page = Page(Bakery());
+  EXPECT_THAT(page, HasSubstr("<dt>Decided</dt><dd>scenario: 'By day', not 'By night'<br>"
+                              "unit 1 'U1': 'By crane', not 'By hand'<br>"
+                              "junction J100 (XOR): 'U2', not 'U5'</dd>"));
+}
+
+TEST_F(ReportTest, AFindingLeadsToItsElementWhichHasADot) {
+  Scenario(1, "Yard");
+  Uobs({3, 4});
+  const std::string page = Page();
+  EXPECT_THAT(page, HasSubstr("<a href=\"#scenario-1-unit-3\">unit 3 '&lt;i&gt;'</a>"));
+  const std::size_t unit = page.find("<g id=\"scenario-1-unit-3\">");
+  const std::size_t end = page.find("</g>", unit);
+  EXPECT_THAT(page.substr(unit, end - unit), HasSubstr("Found: It's &lt; 1."));
+  EXPECT_THAT(page.substr(unit, end - unit), HasSubstr("class=\"finding\""));
+  EXPECT_EQ(Matches(page, "(class=\"finding\")").size(), 1U);
 }
 
 TEST_F(ReportTest, OnlyWhatStaysOutOfThePlanIsFaint) {
@@ -120,13 +198,20 @@ TEST_F(ReportTest, TablesTellWhoUsesWhatAndWhatComesNext) {
         {{"Scenario_Num", 1}, {"Activity_Num", unit}, {"Object_Name", "Crane"}});
   }
   const std::string page = Page();
-  EXPECT_THAT(page, HasSubstr("<td>Crane</td><td></td><td></td><td></td><td>U1, U3</td>"));
-  EXPECT_THAT(page, HasSubstr("<td>Rope</td><td></td><td></td><td></td><td></td>"));
-  EXPECT_THAT(page, HasSubstr("<td>AUX#1</td><td>Crane</td><td></td>"));  // 9 isn't there
-  EXPECT_THAT(page, HasSubstr("<td>junction J100 (Sync. OR)</td><td></td><td></td><td></td><td>"
-                              "</td><td>U2<br>U3</td>"));
-  EXPECT_THAT(page, HasSubstr("<td class=\"number\">Unit U3</td><td>dry</td>"));
-  EXPECT_THAT(page, HasSubstr("<td class=\"number\">Object Rope</td><td>Rope rests</td>"));
+  EXPECT_THAT(page, HasSubstr("data-of=\"Used by\">U1, U3</td>"));
+  EXPECT_THAT(page, HasSubstr("data-of=\"Used by\"></td>"));
+  EXPECT_THAT(
+      page,
+      HasSubstr(
+          ">AUX#1</td><td data-of=\"Objects\">Crane</td><td data-of=\"Leads to\"></td>"));  // 9
+                                                                                            // isn't
+                                                                                            // there
+  EXPECT_THAT(page, HasSubstr("data-of=\"Unit or junction\">junction J100 (Sync. OR)</td>"));
+  EXPECT_THAT(page, HasSubstr("data-of=\"Leads to\">U2<br>U3</td>"));
+  EXPECT_THAT(page, HasSubstr(">Unit U3</td><td class=\"wide\" data-of=\"Constraints\">dry</td>"));
+  EXPECT_THAT(
+      page,
+      HasSubstr(">Object Rope</td><td class=\"wide\" data-of=\"Constraints\">Rope rests</td>"));
   EXPECT_THAT(page, HasSubstr("1 scenario &middot; 3 units &middot; 2 objects"));
   const std::string leftOut = page.substr(page.find("<section id=\"left-out\""));
   EXPECT_LT(leftOut.find("None."), leftOut.find("<section id=\"objects\""));

@@ -19,6 +19,8 @@ constexpr const char* kPaper = "#ffffff";
 constexpr const char* kWeekend = "#f3f5f8";  // the darkest ground that lines and texts stand on
 const std::string kNone = "none";
 
+bool IsGround(Ink ink) { return ink == Ink::kGrid || ink == Ink::kWeekend || ink == Ink::kGround; }
+
 // Relative luminance as WCAG 2 defines it.
 double Luminance(const std::string& colour) {
   const auto part = [&](std::size_t at) {
@@ -37,7 +39,7 @@ TEST(StyleTest, TextsAndLinesCanBeToldFromTheGroundAlsoWhereTheyAreGrey) {
   constexpr double kText = 4.5, kLine = 3;
   for (int at = 0; at < static_cast<int>(Ink::kCount); ++at) {
     const Ink ink = static_cast<Ink>(at);
-    if (ink == Ink::kGrid || ink == Ink::kWeekend) continue;  // ground themselves
+    if (IsGround(ink)) continue;
     for (const Style& style : {StyleOf(ink), FaintStyleOf(ink)}) {
       const char* ground = style.stroke == kNone ? kWeekend : kPaper;
       if (style.stroke != kNone) {
@@ -68,7 +70,7 @@ TEST(StyleTest, ADarkPageCanBeReadToo) {
   const std::string paper = "#14191f", sheet = InTheDark("unit", "fill", kPaper);
   for (int at = 0; at < static_cast<int>(Ink::kCount); ++at) {
     const Ink ink = static_cast<Ink>(at);
-    if (ink == Ink::kGrid || ink == Ink::kWeekend) continue;
+    if (IsGround(ink)) continue;
     const Style& style = StyleOf(ink);
     if (style.stroke != kNone) {
       EXPECT_GE(Contrast(InTheDark(style.name, "stroke", style.stroke), paper), 3) << style.name;

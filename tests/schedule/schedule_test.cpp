@@ -262,6 +262,17 @@ TEST(WorkingTime, DatesSkipNightsAndWeekends) {
 }
 
 // Against a count day by day, through exceptions that lie one in another.
+TEST(WorkingTime, TellsItselfInWords) {
+  Week week = WorkingTime::StandardWeek();
+  EXPECT_EQ(WorkingTime(week).Text(), "Monday to Friday 8:00-12:00 and 13:00-17:00");
+  const Shifts night = {{0, 90 * kTenthsOfMinute}, {20 * 600, kTenthsOfCalendarDay}};
+  week[2] = {};
+  week[5] = week[6] = night;
+  EXPECT_EQ(WorkingTime(week, {{.first = 20000, .last = 20001, .shifts = {}}}).Text(),
+            "Monday and Tuesday 8:00-12:00 and 13:00-17:00; Thursday and Friday 8:00-12:00 and "
+            "13:00-17:00; Saturday and Sunday 0:00-1:30 and 20:00-24:00, with 1 exception");
+}
+
 TEST(WorkingTime, ExceptionsTakeTheirDays) {
   const Tenths first = DayOf({2026, 1, 7, 0});
   const Shifts morning = {{6 * 600, 10 * 600}};

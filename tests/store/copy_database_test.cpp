@@ -217,6 +217,33 @@ TEST_F(CopyDatabase, OnAFullDiskLeavesWhatStoodThereAndNothingNew) {
   }
 }
 
+TEST_F(CopyDatabase, PutsBackWhatARunCouldNeitherFinishNorUndo) {
+  RawDatabase(path).Run("insert into T (Note) values (hex(zeroblob(200000)))");
+  connection.Close();
+  const std::string before = ReadFile(path);
+  for (const bool full : {true, false}) {
+    const std::string kept = folder.Write("kept.mdb", before),
+                      made = folder.Write("made.mdb", before);
+    {  // as a transaction leaves it that was cut off behind its first pages
+      RawDatabase cut(path);
+      cut.Run("pragma cache_size = 1; begin; update T set Note = hex(zeroblob(200001))");
+      folder.Write("target.mdb", ReadFile(path));
+      folder.Write("target.mdb-journal", ReadFile(path + "-journal"));
+    }
+    ASSERT_NE(ReadFile(target), before);
+    {
+      const FullDisk disk(full ? 4096 : 1U << 30U);
+      EXPECT_TRUE(workspace.PutBack(kept, target, made)) << full;
+    }
+    EXPECT_EQ(ReadFile(target), before) << full;
+    EXPECT_FALSE(std::filesystem::exists(target + "-journal"));
+  }
+  const std::string kept = folder.Write("kept.mdb", before),
+                    made = folder.Write("made.mdb", before);
+  RawDatabase(target).Run("update T set Note = 'of another program'");
+  EXPECT_FALSE(workspace.PutBack(kept, target, made));
+}
+
 TEST_F(CopyDatabase, FollowsALinkAndKeepsTheTargetsPermissions) {
   connection.Close();
   folder.Write("target.mdb", "old");

@@ -77,4 +77,8 @@ struct FilePlan {
 // linked to itself, an outline that skips a level.
 FilePlan ReadPlanFile(const std::string& path);
 
+// The tasks and links of a file as a plan to schedule, in the order of the file. It begins at the
+// file's own start, otherwise at `today`; calendars, constraints and progress stay behind.
+schedule::Plan PlanOfFile(const FilePlan& file, const DateTime& today);
+
 }  // namespace merivane::mspdi

@@ -1,37 +1,53 @@
 // A plan as a chart: the outline at the left, bars along a time axis. The dates are those of
 // the schedule, which heeds calendars, constraints and progress; a bar reaches from start to
 // finish.
+//
+//   const DatedPlan plan = ReadDatedPlan(connection, project, today);
+//   WritePictures({DrawChart(plan, {.columns = true})}, "plan.svg");
 #pragma once
 
-#include <cstddef>
 #include <string>
-#include <vector>
 
 #include "pictures/picture.h"
 #include "schedule/plan.h"
 #include "schedule/schedule.h"
+#include "schedule/staffing.h"
 #include "store/connection.h"
 
 namespace merivane::pictures {
 
 using namespace schedule;
 
-// Names of the resources of each task of the plan, in its order, joined by ", ".
-using TaskResources = std::vector<std::string>;
+// A plan with its dates and those who do its tasks.
+struct DatedPlan {
+  schedule::Plan plan;
+  schedule::Schedule dates;  // of its tasks, in their order
+  schedule::Staffing staffing;
+  std::string dated;  // Windows-1252: "; dates computed from durations and links"
+};
 
-TaskResources ReadTaskResources(Connection& connection, std::int32_t project,
-                                const schedule::Plan& plan);
+// Reads and works out the dates. `today` is the beginning of a plan that tells none. Errors of the
+// database come up as RunTimeErrors, links in a circle and a plan without a task as error 5.
+DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const DateTime& today);
 
-// Critical tasks and links stand out; what a task is of stands behind its bar. The id of the
-// picture is "plan", of a task's figure "task-" and its UID. `dated` (Windows-1252) ends the
-// description: where the dates come from.
-Picture DrawChart(const schedule::Plan& plan, const schedule::Schedule& dates,
-                  const TaskResources& resources, bool headline = true,
-                  const std::string& dated = {});
+struct ChartOptions {
+  bool headline = true;               // the plan's name and what it spans above it
+  bool columns = false;               // start, finish, days and predecessors beside each name
+  std::string foot = {};              // Windows-1252: the last line
+  const DatedPlan* before = nullptr;  // the plan as it was: thin bars below those of today
+};
 
-// Reads, works out the dates and draws. `today` is the beginning of a plan that tells none. Errors
-// of the database come up as RunTimeErrors, links in a circle and a plan without a task as error 5.
+// Critical tasks and links stand out; who does a task stands behind its bar; below the bars, when
+// more of a resource is asked for than there is. A task of `before` is the one that stands for the
+// same occurrence, otherwise of the same UID; one that is gone stands in a grey row. The id of the
+// picture is "plan", of a task's figure "task-" and its UID.
+Picture DrawChart(const DatedPlan& plan, const ChartOptions& options = {});
 Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
-                  bool headline = true);
+                  const ChartOptions& options = {});
+
+// "Feb 3, 2003", with " 14:30" behind where `time`.
+std::string DateText(const DateTime& date, bool time);
+// "1 day", "2.25 days": of the plan's days of eight hours.
+std::string DaysText(schedule::Tenths tenths);
 
 }  // namespace merivane::pictures

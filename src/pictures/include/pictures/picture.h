@@ -54,12 +54,15 @@ enum class Ink {
   kListed,
   kListedNumber,
   kGrid,
+  kGround,  // behind a text, so that no line runs through it
   kWeekend,
   kAxis,
   kTask,
   kCritical,
   kSummary,
   kMilestone,
+  kBefore,
+  kOverload,
   kTaskName,
   kSummaryName,
   kResources,
@@ -67,6 +70,7 @@ enum class Ink {
   kTaskArrow,
   kCriticalLink,
   kCriticalArrow,
+  kFinding,
   kCount
 };
 
@@ -114,6 +118,7 @@ struct Picture {
   double width = 0;
   double height = 0;
   std::vector<Figure> figures;  // later ones lie above earlier ones
+  Point frozen = {};            // what lies left of it or above it stands on each sheet of paper
 };
 
 // One below the other, under the first one's id.

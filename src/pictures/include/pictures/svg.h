@@ -14,4 +14,9 @@ std::string ToSvgFile(const Picture& picture);
 // can colour it. Ids of figures carry the picture's id in front ("scenario-3-unit-5").
 std::string ToSvgElement(const Picture& picture);
 
+// The same picture for paper, which the element above stands for on a screen: sheets of at most
+// this size, each with what is frozen. They draw the element again by its id, the picture's and
+// "-picture".
+std::string ToSvgSheets(const Picture& picture, double width, double height);
+
 }  // namespace merivane::pictures

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "schedule/plan.h"
+#include "schedule/schedule.h"
 
 namespace merivane::schedule {
 
@@ -41,6 +42,19 @@ struct Staffing {
 // out: rows without a name, assignments without a task or a resource of the plan. Errors of the
 // database come up.
 Staffing ReadStaffing(Connection& connection, std::int32_t project, const Plan& plan);
+
+// A stretch of time in which more of a resource is asked for than there is.
+struct Overload {
+  std::size_t resource = 0;
+  Tenths from = 0;  // moments of ClockOf
+  Tenths to = 0;
+  double units = 0;  // the most that is asked for at once
+};
+
+// In the order of the resources, then of time. Summaries, milestones and inactive tasks ask for
+// nothing; a task asks for its units from its early start to its early finish, nights included.
+std::vector<Overload> OverloadsOf(const Plan& plan, const Schedule& dates,
+                                  const Staffing& staffing);
 
 // Of a task, its predecessors as a plan's list tells them: "3, 4SS+1d".
 std::vector<std::string> PredecessorTexts(const Plan& plan);

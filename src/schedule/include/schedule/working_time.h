@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "runtime/dates.h"
@@ -68,6 +69,9 @@ class WorkingTime {
   // Where a duration ends that begins at or behind `clock`, and where one began that ends there.
   Tenths After(Tenths clock, Tenths duration) const { return FinishAt(WorkedBy(clock) + duration); }
   Tenths Before(Tenths clock, Tenths duration) const { return StartAt(WorkedBy(clock) - duration); }
+
+  // "Monday to Friday 8:00-12:00 and 13:00-17:00, with 2 exceptions".
+  std::string Text() const;
 
   bool operator==(const WorkingTime& other) const;
 
