@@ -71,6 +71,7 @@ std::string CriticalPath(const DatedPlan& plan) {
     return plan.dates.moments[a].earlyStart < plan.dates.moments[b].earlyStart;
   });
   std::vector<std::string> names;
+  names.reserve(tasks.size());
   for (const std::size_t task : tasks) names.push_back(plan.plan.tasks[task].name);
   return Listed(names);
 }

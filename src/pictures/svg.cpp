@@ -108,6 +108,30 @@ class SvgWriter {
   std::string out_;
 };
 
+std::string Showing(const Area& area) {
+  return Attribute("width", Number(area.width)) + Attribute("height", Number(area.height)) +
+         Attribute("viewBox", Number(area.left) + ' ' + Number(area.top) + ' ' +
+                                  Number(area.width) + ' ' + Number(area.height)) +
+         '>';
+}
+
+// A part of the picture beside and below what is frozen, which stands there with it.
+std::string SheetOf(const Picture& picture, const Area& area) {
+  const Point frozen = picture.frozen;
+  std::string out = "<svg class=\"sheet\" aria-hidden=\"true\"" +
+                    Showing({0, 0, frozen.x + area.width, frozen.y + area.height});
+  const auto part = [&](double x, double y, const Area& of) {
+    if (of.width <= 0 || of.height <= 0) return;
+    out += "<svg" + Attribute("x", Number(x)) + Attribute("y", Number(y)) + Showing(of) +
+           "<use href=\"#" + picture.id + "-picture\"/></svg>";
+  };
+  part(0, 0, {0, 0, frozen.x, frozen.y});
+  part(frozen.x, 0, {area.left, 0, area.width, frozen.y});
+  part(0, frozen.y, {0, area.top, frozen.x, area.height});
+  part(frozen.x, frozen.y, area);
+  return out + "</svg>\n";
+}
+
 }  // namespace
 
 std::string ToSvgFile(const Picture& picture) {
@@ -124,32 +148,12 @@ std::string ToSvgSheets(const Picture& picture, double width, double height) {
   };
   const double stepX = stepOf(picture.width - frozen.x, width - frozen.x);
   const double stepY = stepOf(picture.height - frozen.y, height - frozen.y);
-  const std::string use = "<use href=\"#" + picture.id + "-picture\"/></svg>";
-  std::string out;
-  // One part of the picture, at a place of the sheet.
-  const auto part = [&](double x, double y, const Area& of) {
-    if (of.width <= 0 || of.height <= 0) return;
-    out += "<svg" + Attribute("x", Number(x)) + Attribute("y", Number(y)) +
-           Attribute("width", Number(of.width)) + Attribute("height", Number(of.height)) +
-           Attribute("viewBox", Number(of.left) + ' ' + Number(of.top) + ' ' + Number(of.width) +
-                                    ' ' + Number(of.height)) +
-           '>' + use;
-  };
   constexpr double kRounding = 0.01;
+  std::string out;
   for (double top = frozen.y; top < picture.height - kRounding; top += stepY) {
     for (double left = frozen.x; left < picture.width - kRounding; left += stepX) {
-      const double wide = std::min(stepX, picture.width - left);
-      const double high = std::min(stepY, picture.height - top);
-      const std::string sheetWidth = Number(frozen.x + wide);
-      const std::string sheetHeight = Number(frozen.y + high);
-      out += "<svg class=\"sheet\" aria-hidden=\"true\"" + Attribute("width", sheetWidth) +
-             Attribute("height", sheetHeight) +
-             Attribute("viewBox", "0 0 " + sheetWidth + ' ' + sheetHeight) + '>';
-      part(0, 0, {0, 0, frozen.x, frozen.y});
-      part(frozen.x, 0, {left, 0, wide, frozen.y});
-      part(0, frozen.y, {0, top, frozen.x, high});
-      part(frozen.x, frozen.y, {left, top, wide, high});
-      out += "</svg>\n";
+      out += SheetOf(picture, {left, top, std::min(stepX, picture.width - left),
+                               std::min(stepY, picture.height - top)});
     }
   }
   return out;

@@ -10,6 +10,7 @@ struct Way {
   const char* type = "XOR";
   const char* glossary = kFirstWay;
   const char* plan = "U1 U2 U3 U4 U5 U9";
+  const char* fact = "PATHAT";
 };
 
 // A fan-out J100 with the ways U2, U3 and U4, U5, which meet in the fan-in J200 in front of U9.
@@ -23,7 +24,7 @@ class PathPruning : public ModelFixture, public ::testing::WithParamInterface<Wa
     Links({{1, 100}, {100, 2}, {2, 3}, {3, 200}, {100, 4}, {4, 5}, {5, 200}, {200, 9}});
     Add("Fact_Pool", {{"Num", 1}, {"Name", "Way"}, {"Glossary", way.glossary}});
     Add("Facts_in_Junction",
-        {{"Fact_Num", 1}, {"Fact_Name", "PATHAT"}, {"Junction_Num", 100}, {"Scenario_Num", 1}});
+        {{"Fact_Num", 1}, {"Fact_Name", way.fact}, {"Junction_Num", 100}, {"Scenario_Num", 1}});
   }
 };
 
@@ -38,6 +39,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, PathPruning,
                                            Way{"Async. OR", kFirstWay, "U1 U2 U3 U9"},
                                            Way{"Sync. OR", kFirstWay, "U1 U2 U3 U9"},
                                            Way{"Async. AND", kFirstWay},
+                                           Way{"XOR", kFirstWay, Way{}.plan, "Path"},
                                            Way{"XOR", "Take L100002 until J200"},
                                            Way{"XOR", "Take Lx until J200\r\n"},
                                            Way{"XOR", "Take L100002 until Jx\r\n"}));
