@@ -30,7 +30,8 @@ std::optional<std::int32_t> FindMergedProject(Session& session, const std::strin
 std::optional<int> RefusalOfMerge(Session& session, const std::string& interim,
                                   std::int32_t project) {
   ProjectToModel& state = session.program.projectToModel;
-  frmDBMerge merge(state);
+  bool complete = false;  // the command line says it elsewhere
+  frmDBMerge merge(state, complete);
   bool taken = false;
   if (HasExtension(interim, "mdb")) {
     state.gInterimConn = std::make_unique<Connection>(state.workspace);

@@ -1,5 +1,6 @@
 #include "merge_dialog.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -36,6 +37,7 @@ MergeDialog::MergeDialog(frmDBMerge& form, QtDesktop& desktop, QWidget* parent)
       form_(form),
       overwrite_(new OptionButton("Overwrite")),
       merge_(new OptionButton("Round trip merge")),
+      complete_(new QCheckBox("Complete: keep everything that the plan holds")),
       label_(new QLabel("Select Project to Merge:")),
       projects_(new QComboBox) {
   setObjectName("frmDBMerge");
@@ -76,14 +78,22 @@ QWidget* MergeDialog::MakeOptions() {
   merge_->setObjectName("OptMerge");
   for (QRadioButton* option : {overwrite_, merge_}) {
     option->setAccessibleName(option->text());
-    column->addWidget(option);
   }
+  complete_->setObjectName("chkComplete");
+  complete_->setAccessibleName(complete_->text());
+  auto* mergeRow = new QHBoxLayout;
+  mergeRow->addWidget(merge_);
+  mergeRow->addWidget(complete_, 1);
+  column->addWidget(overwrite_);
+  column->addLayout(mergeRow);
   connect(overwrite_, &QRadioButton::toggled, this, [this](bool set) {
     if (set) Run([this] { form_.OptOverwrite(); });
   });
   connect(merge_, &QRadioButton::toggled, this, [this](bool set) {
     if (set) Run([this] { form_.OptMerge(); });
   });
+  connect(complete_, &QCheckBox::toggled, this,
+          [this](bool set) { Run([this, set] { form_.ChkComplete = set; }); });
   return frame;
 }
 
@@ -106,8 +116,11 @@ QLayout* MergeDialog::MakeButtons() {
 void MergeDialog::Draw() {
   const QSignalBlocker quietOverwrite(overwrite_);
   const QSignalBlocker quietMerge(merge_);
+  const QSignalBlocker quietComplete(complete_);
   if (form_.OptOverwriteSet) overwrite_->setChecked(true);
   if (form_.OptMergeSet) merge_->setChecked(true);
+  complete_->setChecked(form_.ChkComplete);
+  complete_->setEnabled(form_.OptMergeSet);
   label_->setVisible(form_.LabSelProjVisible);
   DrawComboBox(projects_, form_.comboInterimProject);
 }

@@ -4,6 +4,7 @@
 #include "modal_dialogs.h"
 #include "shell/frmDBMerge.h"
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QRadioButton;
@@ -27,6 +28,7 @@ class MergeDialog : public ModalDialog {
   frmDBMerge& form_;
   QRadioButton* overwrite_;
   QRadioButton* merge_;
+  QCheckBox* complete_;
   QLabel* label_;
   QComboBox* projects_;
 };

@@ -92,9 +92,12 @@ void ProjectToModelWindow::Preview() {
   desktop_.TellAbout(plan);
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   try {
-    auto* table = new PreviewWindow(
-        plan, inspect::PreviewMerge(plan, interim, *form_.MergedProject(), &desktop_), desktop_,
-        window());
+    const std::int32_t project = *form_.MergedProject();
+    const inspect::MergePreview preview =
+        form_.Complete ? inspect::PreviewCompleteMerge(plan, interim, project,
+                                                       desktop_.TemplatePath(), false, &desktop_)
+                       : inspect::PreviewMerge(plan, interim, project, &desktop_);
+    auto* table = new PreviewWindow(plan, preview, desktop_, window());
     table->WhenAccepted(this, [this] { Run([this] { Ok(); }); });
     table->open();
   } catch (const RunTimeError& error) {

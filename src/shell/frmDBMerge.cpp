@@ -35,6 +35,7 @@ void frmDBMerge::comboInterimProject_Click() {
 void frmDBMerge::CmdOK() {
   if (OptMergeSet && comboInterimProject.listIndex) {
     state_.gRoundTripMerge = true;
+    complete_ = ChkComplete;
     Unload();
     return;
   }

@@ -201,7 +201,7 @@ void frmProjectToIDEF3::ChooseForExistingInterimDb(TextBox& box) {
 
 void frmProjectToIDEF3::AskForMerge(TextBox& box) {
   desktop_.SetMousePointer(kPointerArrow);
-  frmDBMerge merge(state_);
+  frmDBMerge merge(state_, Complete);
   desktop_.ShowModal(merge);
   PickFailure = merge.Failure;
   if (!state_.gRoundTripMerge) {

@@ -1,3 +1,4 @@
+#include <QCheckBox>
 #include <QComboBox>
 #include <QRadioButton>
 #include <QTableView>
@@ -231,6 +232,36 @@ TEST_F(ProjectToModelWindow, APreviewShowsTheChangesAndGoesOnToTheMerge) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return !form.isVisible(); }));
   EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + text));
   EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
+}
+
+TEST_F(ProjectToModelWindow, ACompleteMergeIsChosenByABoxThatIsRememberedWhileTheProgramRuns) {
+  const std::string plan =
+      folder.Write("added.mpx", ReadFile(mpx) + "70,6,6,Clear up,1.00d,Yes,1,,\"5\"\r\n");
+  const auto choose = [](bool wasOn) {
+    return [=](QDialog& dialog) {
+      auto& complete = User::Get<QCheckBox>(dialog, "chkComplete");
+      EXPECT_FALSE(complete.isEnabled());
+      User::Get<QRadioButton>(dialog, "OptMerge").click();
+      EXPECT_TRUE(complete.isEnabled());
+      EXPECT_EQ(complete.isChecked(), wasOn);
+      if (!wasOn) User::Click(dialog, "chkComplete");
+      User::Choose(dialog, "comboInterimProject", 0);
+      User::Click(dialog, "CmdOK");
+    };
+  };
+  QWidget& form = OpenMpxTab(choose(false));
+  Browse(form, "cmdBrowseMPX", plan);
+  user.steps.emplace_back([](QDialog&) {});
+  User::Click(form, "cmdPreview");
+  QWidget& preview = User::Find(window, "previewWindow");
+  const QAbstractItemModel& rows = *User::Get<QTableView>(preview, "results").model();
+  EXPECT_EQ(rows.index(0, 3).data().toString(), "It comes new from the plan.");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return user.steps.empty(); }));
+  QTest::keyClick(&preview, Qt::Key_Escape);
+  Finish(form, plan);
+  EXPECT_FALSE(form.isVisible());
+  EXPECT_THAT(ReadFile(text), HasSubstr("Clear up"));
+  OpenMpxTab(choose(true));
 }
 
 TEST_F(ProjectToModelWindow, APreviewThatTakesLongCanBeCancelled) {

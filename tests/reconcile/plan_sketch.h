@@ -95,7 +95,7 @@ class PlanSketch {
         AddTask(at, upTo(1) == 1);
         return;
       case 4:
-        if (EndOf(at) - at < tasks.size()) Remove(at, EndOf(at));
+        if (KeepsAUnitWithout(at, EndOf(at))) Remove(at, EndOf(at));
         return;
       case 5:
       case 6:
@@ -226,6 +226,14 @@ class PlanSketch {
       if (tasks[above].level < tasks[at].level) return above;
     }
     return tasks.size();
+  }
+
+  // A plan without one is refused.
+  bool KeepsAUnitWithout(std::size_t from, std::size_t to) const {
+    for (std::size_t at = 0; at < tasks.size(); ++at) {
+      if ((at < from || at >= to) && !tasks[at].unit.empty()) return true;
+    }
+    return false;
   }
 
   void AddTask(std::size_t at, bool below) {

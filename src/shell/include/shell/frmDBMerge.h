@@ -17,7 +17,11 @@ class frmDBMerge : public ModalForm {
   static constexpr int kHelpContextId = 6000;
   static constexpr int kHelpButtonContextId = 6001;
 
-  explicit frmDBMerge(ProjectToModel& state) : state_(state) {}
+  // `complete`: the last answer, and once a merge is chosen this one's.
+  frmDBMerge(ProjectToModel& state, bool& complete)
+      : ChkComplete(complete), state_(state), complete_(complete) {}
+
+  bool ChkComplete;  // the merge keeps everything that the plan holds
 
   bool OptOverwriteSet = false;
   bool OptMergeSet = false;
@@ -39,6 +43,7 @@ class frmDBMerge : public ModalForm {
 
  private:
   ProjectToModel& state_;
+  bool& complete_;
 };
 
 }  // namespace merivane::shell

@@ -69,8 +69,9 @@ class frmProjectToIDEF3 : public Form {
   // Puts the old database back; the boxes that name it become empty. Errors of PutBackEmptied.
   void Undo(const EmptiedDatabase& emptied);
 
-  bool Complete = false;  // a merge keeps everything that the plan holds
-  reconcile::Kept Kept;   // of the last complete merge: what the model can't hold
+  // A merge keeps everything that the plan holds: as it was answered last, while the program runs.
+  bool Complete = false;
+  reconcile::Kept Kept;  // of the last complete merge: what the model can't hold
 
   // The project that the plan is to be folded into; nothing where no merge was chosen.
   std::optional<std::int32_t> MergedProject() const {
