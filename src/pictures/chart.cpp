@@ -423,6 +423,26 @@ std::string DaysText(schedule::Tenths tenths) {
   return text + (hundredths == 100 ? " day" : " days");
 }
 
+namespace {
+
+// In the place of what was worked out here; slack and the critical path stay.
+void TakeStoredDates(const std::vector<StoredDates>& stored, DatedPlan& whole) {
+  TaskMoments& all = whole.dates.whole;
+  all.earlyStart = stored.front().start;
+  all.earlyFinish = stored.front().finish;
+  for (std::size_t task = 0; task < stored.size(); ++task) {
+    whole.dates.moments[task].earlyStart = stored[task].start;
+    whole.dates.moments[task].earlyFinish = stored[task].finish;
+    all.earlyStart = std::min(all.earlyStart, stored[task].start);
+    all.earlyFinish = std::max(all.earlyFinish, stored[task].finish);
+  }
+  const WorkingTime& time = whole.plan.times.front();
+  whole.dates.finish = time.WorkedBy(all.earlyFinish) - time.WorkedBy(all.earlyStart);
+  whole.dated = "; dates as the file has them";
+}
+
+}  // namespace
+
 DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const DateTime& today) {
   const ReadScope scope(&connection);
   DatedPlan whole;
@@ -433,6 +453,8 @@ DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const Date
   whole.dated = "; dates computed from durations and links";
   if (whole.plan.start == today) whole.dated += ", from today, " + DateText(today, false) + ", on";
   whole.dates = schedule::MakeSchedule(whole.plan);
+  const std::vector<StoredDates> stored = ReadStoredDates(connection, project, whole.plan);
+  if (!stored.empty()) TakeStoredDates(stored, whole);
   whole.staffing = ReadStaffing(connection, project, whole.plan);
   return whole;
 }

@@ -243,4 +243,24 @@ void ReadPlanTables(Connection& connection, std::int32_t project, Plan& plan) {
   ReadLinks(connection, project, indices, relations, plan);
 }
 
+std::vector<StoredDates> ReadStoredDates(Connection& connection, std::int32_t project,
+                                         const Plan& plan) {
+  if (plan.broughtBack) return {};
+  std::unordered_map<std::int64_t, StoredDates> stored;
+  ProjectRows rows(connection, {.name = "MSP_TASKS"}, project,
+                   {"TASK_UID", "TASK_START_DATE", "TASK_FINISH_DATE"});
+  for (; !rows.AtEnd(); rows.Next()) {
+    const auto start = MomentAt(rows, 1), finish = MomentAt(rows, 2);
+    if (start && finish) stored.emplace(rows.IntegerAt(0, 0), StoredDates{*start, *finish});
+  }
+  std::vector<StoredDates> dates;
+  dates.reserve(plan.tasks.size());
+  for (const PlanTask& task : plan.tasks) {
+    const auto found = stored.find(task.uid);
+    if (found == stored.end() || found->second.finish < found->second.start) return {};
+    dates.push_back(found->second);
+  }
+  return dates;
+}
+
 }  // namespace merivane::schedule

@@ -149,6 +149,14 @@ TEST_F(StoredChartTest, TellsWhereItsDatesComeFrom) {
   const std::string own = Chart().description;
   EXPECT_THAT(own, HasSubstr("Feb 2, 2026 to Feb 4, 2026"));
   EXPECT_EQ(own.find("today"), std::string::npos);
+  const std::string dates =
+      " set TASK_START_DATE = '2/3/2026 8:00:00 AM', TASK_FINISH_DATE = '2/9/2026 5:00:00 PM'";
+  Change("update MSP_TASKS" + dates + " where TASK_UID = 1");
+  EXPECT_EQ(Chart().description, own);  // of the other task the file has none
+  Change("update MSP_TASKS" + dates);
+  EXPECT_THAT(Chart().description,
+              HasSubstr("Feb 3, 2026 to Feb 9, 2026, 2 tasks, 5 days of work from "
+                        "start to finish; dates as the file has them"));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// A plan as a chart: the outline at the left, bars along a time axis. The dates are those of
-// the schedule, which heeds calendars, constraints and progress; a bar reaches from start to
-// finish.
+// A plan as a chart: the outline at the left, bars along a time axis. The dates are those that the
+// tables have of each task, otherwise those of the schedule, which heeds calendars, constraints and
+// progress; a bar reaches from start to finish.
 //
 //   const DatedPlan plan = ReadDatedPlan(connection, project, today);
 //   WritePictures({DrawChart(plan, {.columns = true})}, "plan.svg");

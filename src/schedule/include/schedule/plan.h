@@ -114,4 +114,15 @@ struct Plan {
 // otherwise the table's.
 Plan ReadPlan(Connection& connection, std::int32_t project, const DateTime& today);
 
+// Moments of ClockOf.
+struct StoredDates {
+  Tenths start = 0;
+  Tenths finish = 0;
+};
+
+// The dates that the program has worked out which made the tables, of each task of the plan. Empty
+// where a task lacks them, as in a plan of ours, and of a plan that was brought back.
+std::vector<StoredDates> ReadStoredDates(Connection& connection, std::int32_t project,
+                                         const Plan& plan);
+
 }  // namespace merivane::schedule
