@@ -22,6 +22,7 @@ void IgnoreFailedWrites() {
 
 int main(int argc, char** argv) try {
   using namespace merivane::platform;
+  TakeLibrariesOfTheSystemAlone();
   IgnoreFailedWrites();
   ListenForEnd();
   const int status = OnUtf8Terminal([&] {

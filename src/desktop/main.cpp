@@ -9,6 +9,7 @@
 
 #include "desktop/main_window.h"
 #include "platform/end_signal.h"
+#include "platform/program_run.h"
 
 namespace {
 
@@ -37,6 +38,7 @@ void EndOnSignal(QtDesktop&) {}
 }  // namespace
 
 int main(int argc, char** argv) {
+  platform::TakeLibrariesOfTheSystemAlone();
   QApplication application(argc, argv);
   QApplication::setApplicationName("merivane");
   QApplication::setOrganizationName("merivane");

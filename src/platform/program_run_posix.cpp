@@ -15,4 +15,6 @@ std::string ProgramFolder(const std::string& name) {
   return program.parent_path().string();
 }
 
+void TakeLibrariesOfTheSystemAlone() {}
+
 }  // namespace merivane::platform

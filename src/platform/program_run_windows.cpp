@@ -21,6 +21,11 @@ std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
   return arguments;
 }
 
+void TakeLibrariesOfTheSystemAlone() {
+  SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_APPLICATION_DIR);
+  SetDllDirectoryW(L"");
+}
+
 std::string ProgramFolder(const std::string& /*name*/) {
   std::wstring name(MAX_PATH, L'\0');
   for (;;) {

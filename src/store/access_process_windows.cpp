@@ -46,7 +46,21 @@ fs::path Reader() {
   return fs::path(name).parent_path() / "merivane-access.exe";
 }
 
-// A job whose processes end with it, and within the limits; none where the system refuses it.
+// What the reader needs least: this user's rights without any privilege. None where the system
+// refuses it.
+Handle TokenWithoutPrivileges() {
+  Handle own, restricted;
+  constexpr DWORD kUse = TOKEN_DUPLICATE | TOKEN_ASSIGN_PRIMARY | TOKEN_QUERY;
+  if (OpenProcessToken(GetCurrentProcess(), kUse, own.Place()) == FALSE) return {};
+  if (CreateRestrictedToken(own.Get(), DISABLE_MAX_PRIVILEGE, 0, nullptr, 0, nullptr, 0, nullptr,
+                            restricted.Place()) == FALSE) {
+    return {};
+  }
+  return restricted;
+}
+
+// A job whose one process ends with it, starts no other, stays within the limits, and reaches
+// neither clipboard nor windows of others; none where the system refuses it.
 Handle NewJob(const AccessLimits& limits) {
   constexpr std::int64_t kTicksOfSecond = 10'000'000;
   constexpr SIZE_T kMemory = SIZE_T{1} << 30U;
@@ -54,13 +68,20 @@ Handle NewJob(const AccessLimits& limits) {
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION told{};
   told.BasicLimitInformation.LimitFlags =
       JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_PROCESS_MEMORY |
-      JOB_OBJECT_LIMIT_PROCESS_TIME | JOB_OBJECT_LIMIT_DIE_ON_UNHANDLED_EXCEPTION;
+      JOB_OBJECT_LIMIT_PROCESS_TIME | JOB_OBJECT_LIMIT_DIE_ON_UNHANDLED_EXCEPTION |
+      JOB_OBJECT_LIMIT_ACTIVE_PROCESS;
+  told.BasicLimitInformation.ActiveProcessLimit = 1;
   told.BasicLimitInformation.PerProcessUserTimeLimit.QuadPart = limits.cpu.count() * kTicksOfSecond;
   told.ProcessMemoryLimit = kMemory;
   if (SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &told, sizeof told) ==
       FALSE) {
     job.Close();
   }
+  JOBOBJECT_BASIC_UI_RESTRICTIONS screen{};
+  screen.UIRestrictionsClass = JOB_OBJECT_UILIMIT_HANDLES | JOB_OBJECT_UILIMIT_READCLIPBOARD |
+                               JOB_OBJECT_UILIMIT_WRITECLIPBOARD | JOB_OBJECT_UILIMIT_DESKTOP |
+                               JOB_OBJECT_UILIMIT_EXITWINDOWS | JOB_OBJECT_UILIMIT_SYSTEMPARAMETERS;
+  SetInformationJobObject(job.Get(), JobObjectBasicUIRestrictions, &screen, sizeof screen);
   return job;
 }
 
@@ -95,11 +116,15 @@ class Child {
     const fs::path reader = Reader();
     std::wstring line = Quoted(reader) + L" " + Quoted(source) + L" " + Quoted(copy);
     PROCESS_INFORMATION started{};
-    if (CreateProcessW(reader.c_str(), line.data(), nullptr, nullptr, TRUE,
-                       CREATE_SUSPENDED | CREATE_NO_WINDOW, nullptr, nullptr, &startup,
-                       &started) == FALSE) {
-      return false;
-    }
+    const Handle token = TokenWithoutPrivileges();
+    constexpr DWORD kHow = CREATE_SUSPENDED | CREATE_NO_WINDOW;
+    const bool isStarted =
+        token.Get() != nullptr
+            ? CreateProcessAsUserW(token.Get(), reader.c_str(), line.data(), nullptr, nullptr, TRUE,
+                                   kHow, nullptr, nullptr, &startup, &started) != FALSE
+            : CreateProcessW(reader.c_str(), line.data(), nullptr, nullptr, TRUE, kHow, nullptr,
+                             nullptr, &startup, &started) != FALSE;
+    if (!isStarted) return false;
     process_ = Handle(started.hProcess);
     const Handle thread(started.hThread);
     return job_.Get() != nullptr && AssignProcessToJobObject(job_.Get(), process_.Get()) != FALSE &&

@@ -9,6 +9,7 @@
 #include "platform/profile_file.h"
 #include "platform/program_run.h"
 #include "platform/program_start.h"
+#include "runtime/file_names.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {
@@ -19,6 +20,21 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
+
+TEST(WindowsSystem, LibrariesComeFromTheSystemAndNotFromTheCurrentFolder) {
+  const TemporaryFolder folder;
+  wchar_t system[MAX_PATH];
+  GetSystemDirectoryW(system, MAX_PATH);
+  fs::copy_file(fs::path(system) / "version.dll", runtime::PathOf(folder.Path("planted.dll")));
+  const fs::path before = fs::current_path();
+  fs::current_path(runtime::PathOf(folder.Path(".")));
+  TakeLibrariesOfTheSystemAlone();
+  const HMODULE planted = LoadLibraryW(L"planted.dll");
+  const HMODULE known = LoadLibraryW(L"version.dll");
+  fs::current_path(before);
+  EXPECT_EQ(planted, nullptr);
+  EXPECT_NE(known, nullptr);
+}
 
 class ClassKey {
  public:

@@ -12,4 +12,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 // The folder of the program's file, UTF-8; `name` is what it was called by.
 std::string ProgramFolder(const std::string& name);
 
+// Libraries that are loaded from now on come from the system's folder or the program's own, never
+// from the current one or those of PATH. Linux does so anyway.
+void TakeLibrariesOfTheSystemAlone();
+
 }  // namespace merivane::platform
