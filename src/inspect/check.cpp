@@ -1,6 +1,7 @@
 #include "inspect/check.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "model_checks.h"
 #include "reading.h"
@@ -45,8 +46,13 @@ void Try(ReadModelText& text, std::vector<Finding>& findings) {
 }  // namespace
 
 std::vector<Finding> CheckModel(const std::string& modelPath, const std::string& templatePath) {
+  return CheckModelWithLines(modelPath, templatePath).findings;
+}
+
+CheckedModel CheckModelWithLines(const std::string& modelPath, const std::string& templatePath,
+                                 Desktop* shown) {
   TextFiles().OpenForInput(1, modelPath);  // tells why it can't be read
-  ReadModelText text(modelPath, templatePath);
+  ReadModelText text(modelPath, templatePath, shown);
   std::vector<Finding> findings = text.Result().Findings();
   if (!text.Result().HasStopped()) {
     CheckElements(text.Result().GetModel(), findings);
@@ -54,7 +60,11 @@ std::vector<Finding> CheckModel(const std::string& modelPath, const std::string&
   }
   std::stable_sort(findings.begin(), findings.end(),
                    [](const Finding& a, const Finding& b) { return a.line < b.line; });
-  return findings;
+  std::vector<ElementLine> elements;
+  for (const Place& place : text.Result().GetModel().places) {
+    if (place.isNumberKnown) elements.push_back({KindName(place.kind), place.number, place.line});
+  }
+  return {std::move(findings), std::move(elements)};
 }
 
 }  // namespace merivane::inspect

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "box_text.h"
+#include "inspect/box_text.h"
 #include "machine_fault.h"
 #include "memory_model.h"
 #include "model_content.h"

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "box_text.h"
+#include "inspect/box_text.h"
 #include "inspect/check.h"
 #include "merge_stops.h"
 #include "plan_predecessors.h"

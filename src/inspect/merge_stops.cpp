@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "box_text.h"
+#include "inspect/box_text.h"
 #include "mpx/mpx_fields.h"
 #include "roundtrip/predecessor_list.h"
 #include "runtime/conversions.h"

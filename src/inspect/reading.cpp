@@ -366,8 +366,13 @@ void Reading::Finish() {
   ReportCarried();
 }
 
-ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath)
+ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath,
+                             platform::Desktop* shown)
     : reading_(SizeOf(path)) {
+  if (shown != nullptr) {
+    desktop_.ShowProgressOn(*shown);
+    run_.emplace(program_.progress);
+  }
   desktop_.onMessage = [this](const Message& box) { reading_.OnMessage(box); };
   ModelToProject& state = program_.modelToProject;
   state.gMspConn = std::make_unique<Connection>(program_.workspace);

@@ -151,8 +151,10 @@ class Reading : public ReaderListener {
 // A program of its own that has read a model text, and can go on from there.
 class ReadModelText {
  public:
-  // The template gives the tables that the reader asks for. Failures: as CheckModel.
-  ReadModelText(const std::string& path, const std::string& templatePath);
+  // The template gives the tables that the reader asks for; progress is shown on `shown`.
+  // Failures: as CheckModel.
+  ReadModelText(const std::string& path, const std::string& templatePath,
+                platform::Desktop* shown = nullptr);
 
   const Reading& Result() const { return reading_; }
 
@@ -164,6 +166,7 @@ class ReadModelText {
  private:
   QuietDesktop desktop_;
   Program program_{desktop_};
+  std::optional<Progress::Run> run_;  // where progress is shown
   Reading reading_;
 };
 

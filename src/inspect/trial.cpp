@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "box_text.h"
+#include "inspect/box_text.h"
 #include "machine_fault.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"

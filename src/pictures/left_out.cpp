@@ -69,7 +69,9 @@ void TellWhyLeft(ProcessModel& model) {
     for (Unit& unit : scenario.units) {
       if (unit.sent) continue;
       if (!whole) {
-        unit.whyLeft = Why(paths.DecidedBy(unit.number));
+        const Junction* junction = paths.DecidedBy(unit.number);
+        unit.whyLeft = Why(junction);
+        if (junction != nullptr) unit.decidedBy = junction->number;
       } else if (parent != sent.end() && !parent->second) {
         unit.whyLeft = "unit " + std::to_string(scenario.parent) + " '" + scenario.parentName +
                        "', which its scenario decomposes, stays out";

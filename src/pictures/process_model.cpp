@@ -189,7 +189,8 @@ class ModelReader {
       model_.scenarios[place->second].links.push_back(
           {.origin = rows.Number("Origin_Num"),
            .destination = rows.Number("Destination_Num"),
-           .kind = kind});
+           .kind = kind,
+           .id = rows.Text("ID")});
     });
   }
 

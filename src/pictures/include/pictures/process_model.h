@@ -43,6 +43,7 @@ struct Unit {
   std::vector<std::int32_t> decompositions;  // numbers of scenarios
   bool sent = true;                          // false: it stays out of the plan
   std::string whyLeft;                       // then why: "junction J1 (XOR) takes another path"
+  std::int32_t decidedBy = 0;                // number of that junction; 0: none decides it
 };
 
 enum class JunctionKind { kAnd, kOr, kXor };
@@ -63,6 +64,7 @@ struct Link {
   std::int32_t origin = 0;  // number of a unit or a junction
   std::int32_t destination = 0;
   LinkKind kind = LinkKind::kPrecedence;
+  std::string id = {};  // "12", as the paths of facts name it
 };
 
 struct Scenario {

@@ -1,4 +1,4 @@
-// The text of a box for a list, where each entry is one line.
+// A text, of a box mostly, for a list where each entry is one line.
 #pragma once
 
 #include <string>

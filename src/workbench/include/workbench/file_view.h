@@ -1,0 +1,86 @@
+// An opened file as the workbench shows it: an outline of elements, each with its places in the
+// diagram, in the chart and in the text, so that what is chosen in one is found in all others.
+//
+//   const FileView view = ViewPlanFile("plan.xml", desktop);
+//   for (const Element& element : view.elements) ...
+//   if (const auto unit = ElementOfFigure(view, 0, "unit-3")) ...
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pictures/diagram.h"
+#include "pictures/picture.h"
+#include "pictures/process_model.h"
+
+namespace merivane::workbench {
+
+using namespace pictures;
+
+// Texts are Windows-1252.
+struct Property {
+  std::string name;
+  std::string text;  // lines are parted by '\n'; never empty
+};
+
+// A unit and the task that it became are one element.
+struct Element {
+  enum class Kind { kScenario, kUnit, kTask };
+  Kind kind = Kind::kUnit;
+  std::int32_t number = 0;  // of the scenario or the unit; of a task without one its ID
+  std::string name;
+  std::size_t level = 0;  // of the outline; what belongs to an element follows, one level deeper
+  std::size_t line = 0;   // of the text, from 1; 0: in none
+  std::optional<std::size_t> scenario = {};  // where it is drawn, an index of the model's scenarios
+  std::optional<std::size_t> decomposed = {};  // the first scenario that decomposes it, likewise
+  std::string figure = {};                     // its id there; empty: it isn't drawn
+  std::string bar = {};                        // its id in the chart; empty: it has none
+  std::string whyOut = {};  // why it stays out of the plan; empty for what is in it
+  std::vector<Property> properties = {};
+};
+
+// What the check found, or a unit that stays out of the plan.
+struct Note {
+  enum class Kind { kError, kWarning, kNote, kLeftOut };
+  Kind kind = Kind::kNote;
+  std::size_t line = 0;  // of the text, from 1; 0: in none
+  std::string about;     // the element in words; empty: the file as a whole
+  std::string sentence;
+  std::string advice = {};
+  std::optional<std::size_t> element = {};  // where a click goes to
+};
+
+// What a translation asks for: one of several scenarios.
+struct Choice {
+  std::string question;
+  std::vector<std::string> names;
+  std::size_t chosen = 0;
+};
+
+struct FileView {
+  ProcessModel model;  // without scenarios where the file holds none
+  std::vector<Element> elements;
+  std::vector<Note> notes;
+  std::vector<Choice> choices;
+  std::optional<Picture> chart;
+  std::string whyNoChart;          // where there is none
+  std::vector<std::string> lines;  // what else is to be told of the file, a sentence each
+};
+
+// The diagram of one scenario, which is drawn when it is looked at. `work` is told that it goes on.
+Picture DrawScenario(const FileView& view, std::size_t scenario, Work& work);
+
+// The element that a figure of a diagram stands for (a junction: its scenario), or a bar of the
+// chart; nothing where there is none.
+std::optional<std::size_t> ElementOfFigure(const FileView& view, std::size_t scenario,
+                                           std::string_view figure);
+std::optional<std::size_t> ElementOfBar(const FileView& view, std::string_view bar);
+
+// The same element in the view that a file gives when it is read or translated again.
+std::optional<std::size_t> SameElement(const Element& element, const FileView& view);
+
+}  // namespace merivane::workbench

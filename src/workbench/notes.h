@@ -1,0 +1,44 @@
+// What is told below the pictures: findings, and why units stay out of the plan.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "inspect/check.h"
+#include "translator/translation_listener.h"
+#include "workbench/file_view.h"
+
+namespace merivane::workbench {
+
+using namespace inspect;
+using namespace translator;
+
+// Hears which way each junction takes, and changes nothing.
+class TakenPaths : public TranslationListener {
+ public:
+  struct Path {
+    std::string link;  // its ID, "12"
+    std::string end;   // digits of the junction where the paths meet again
+  };
+  // Of a junction that had a path fact of its own; null otherwise.
+  const Path* Of(std::int32_t junction) const;
+
+ private:
+  void OnFanOut(const Value& junctionNum) override;
+  void OnPath(bool ownFact, const std::string& linkId, const std::string& junctionDigits) override;
+  bool OnPathsTaken() override { return true; }
+  bool OnRow(PlanRow /*row*/) override { return true; }
+  bool OnTasksWritten() override { return true; }
+
+  std::int32_t junction_ = 0;
+  std::map<std::int32_t, Path> paths_;
+};
+
+// Lines of the elements, and a note for each finding. REQUIRES: the elements are there.
+void AddCheck(FileView& view, const CheckedModel& check);
+
+// A note for each unit that stays out, with the junction, its fact and the path that it keeps.
+void AddLeftOut(FileView& view, const TakenPaths& paths);
+
+}  // namespace merivane::workbench

@@ -1,0 +1,202 @@
+// Files that the workbench opens: what is shown of them, and that what belongs together is found.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "changed_text.h"
+#include "database_fixture.h"
+#include "error_of.h"
+#include "neutraltext/modGlobal.h"
+#include "translator/modIDEF3ToProject.h"
+#include "translator/multi.h"
+#include "workbench/live_model.h"
+#include "workbench/plan_file.h"
+
+namespace merivane::test {
+
+using namespace workbench;
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+const std::string kFestival = MERIVANE_SAMPLES "/festival.txt";
+
+class WorkbenchTest : public DatabaseFixture {
+ protected:
+  WorkbenchTest() { desktop.templatePath = TemplateDatabase(); }
+
+  // database.mdb with the model and its plan, and the plan as plan.mpx.
+  void Translate(const std::string& model) {
+    OpenForModel();
+    neutraltext::ReadNeutralText(program->modelToProject, model);
+    desktop.onModalForm = [](ModalForm& form) { dynamic_cast<translator::multi&>(form).Choose(0); };
+    translator::TranslateToProject(program->modelToProject, folder.Path("plan.mpx"));
+    program->files.CloseAll();
+    program->modelToProject.gMspConn.reset();
+  }
+  FileView Database() { return ViewDatabase(*Connect(OpenMode::kReadOnly), 1, desktop.Today()); }
+  static const Element& Unit(const FileView& view, std::int32_t number) {
+    for (const Element& element : view.elements) {
+      if (element.kind == Element::Kind::kUnit && element.number == number) return element;
+    }
+    throw std::runtime_error("no unit " + std::to_string(number));
+  }
+  static std::string Property(const Element& element, const char* name) {
+    for (const workbench::Property& property : element.properties) {
+      if (property.name == name) return property.text;
+    }
+    return "";
+  }
+  static std::vector<std::string> InPlan(const FileView& view) {
+    std::vector<std::string> names;
+    for (const Element& element : view.elements) {
+      if (!element.bar.empty()) names.push_back(element.name);
+    }
+    return names;
+  }
+};
+
+TEST_F(WorkbenchTest, AUnitItsTaskItsLineAndItsNotesAreOneElement) {
+  const FileView view = LiveModel(kFestival, desktop).View();
+  const Element& built = Unit(view, 16);
+  const auto place = static_cast<std::size_t>(&built - view.elements.data());
+  EXPECT_EQ(Property(built, "Predecessors"), "3FS  Fetch the stage parts");
+  EXPECT_EQ(Property(built, "Duration"), "3 days");
+  EXPECT_EQ(Property(built, "Early start"), "Jan 18, 2000 8:00");
+  EXPECT_EQ(Property(built, "Slack"), "0d, critical");
+  EXPECT_EQ(Property(Unit(view, 2), "Predecessors"),
+            "1FS  Obtain the permits\n12SS  Sell the tickets");
+  std::vector<std::string> lines(1);
+  for (const char letter : ReadFile(kFestival)) {
+    letter == '\n' ? lines.emplace_back() : lines.back() += letter;
+  }
+  EXPECT_THAT(lines.at(built.line - 1), HasSubstr("#16"));
+  EXPECT_EQ(ElementOfFigure(view, *built.scenario, built.figure), place);
+  EXPECT_EQ(ElementOfBar(view, built.bar), place);
+  EXPECT_EQ(ElementOfBar(view, ""), std::nullopt);
+  Work nobody;
+  const Picture drawn = DrawScenario(view, *Unit(view, 2).decomposed, nobody);
+  const auto isBuilt = [&](const Figure& figure) { return figure.id == built.figure; };
+  EXPECT_EQ(std::count_if(drawn.figures.begin(), drawn.figures.end(), isBuilt), 1);
+  ASSERT_TRUE(view.chart);
+  for (const Element& element : view.elements) {
+    const auto isBar = [&](const Figure& figure) { return figure.id == element.bar; };
+    const std::vector<Figure>& bars = view.chart->figures;
+    EXPECT_TRUE(element.bar.empty() || std::any_of(bars.begin(), bars.end(), isBar)) << element.bar;
+  }
+  std::string why;
+  for (const Note& note : view.notes) {
+    if (note.element && view.elements[*note.element].number == 15) why = note.sentence;
+    EXPECT_TRUE(note.kind != Note::Kind::kLeftOut || note.line > 0);
+  }
+  EXPECT_EQ(
+      why,
+      "Not in the plan: junction J9 (XOR) takes another path: its fact '2 (PathAt roof)' keeps "
+      "link L52 to 'Build a roof from own timber', up to junction J10.");
+  EXPECT_EQ(Unit(view, 15).bar, "");
+}
+
+TEST_F(WorkbenchTest, AnotherChoiceGivesAnotherPlanAndWritesNothing) {
+  const std::string model = folder.Write("m.txt", ReadFile(MERIVANE_SAMPLES "/bakery.txt"));
+  LiveModel live(model, desktop);
+  const FileView first = live.View();
+  ASSERT_EQ(first.choices.size(), 1U);
+  EXPECT_THAT(first.choices[0].names, ElementsAre("Weekday bread", "Saturday cakes"));
+  EXPECT_THAT(InPlan(first), Contains("Bake the loaves"));
+  EXPECT_NE(Unit(first, 6).whyOut, "");
+  live.Choose(first.choices[0].question, 1);
+  const FileView second = live.View();
+  EXPECT_EQ(second.choices[0].chosen, 1U);
+  EXPECT_THAT(InPlan(second),
+              ElementsAre("Soften the butter", "Bake the cakes", "Dust with sugar"));
+  EXPECT_EQ(Unit(second, 6).whyOut, "");
+  EXPECT_NE(Unit(second, 1).whyOut, "");
+  EXPECT_EQ(SameElement(Unit(first, 6), second), SameElement(Unit(second, 6), first));
+  live.Choose(first.choices[0].question, 0);
+  EXPECT_EQ(InPlan(live.View()), InPlan(first));
+  EXPECT_EQ(ReadFile(model), ReadFile(MERIVANE_SAMPLES "/bakery.txt"));
+  EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(WorkbenchTest, ATextThatBreaksOffIsShownAsFarAsItGoes) {
+  const std::string whole = ReadFile(kFestival);
+  for (const std::size_t size :
+       {std::size_t{0}, std::size_t{40}, whole.size() / 2, whole.size() - 9}) {
+    const std::string file = folder.Write("half.txt", whole.substr(0, size));
+    const FileView view = LiveModel(file, desktop).View();
+    EXPECT_FALSE(view.chart) << size;
+    EXPECT_NE(view.whyNoChart, "") << size;
+    ASSERT_FALSE(view.lines.empty()) << size;
+    EXPECT_EQ(view.elements.empty(), size < whole.size() / 3) << size;
+  }
+  EXPECT_EQ(ErrorOf([&] { LiveModel(folder.Path("none.txt"), desktop); }), 53);
+}
+
+TEST_F(WorkbenchTest, ADatabaseShowsItsModelBesideItsPlanWhateverIsNull) {
+  Translate(kFestival);
+  const FileView whole = Database();
+  EXPECT_EQ(InPlan(whole), InPlan(LiveModel(kFestival, desktop).View()));
+  EXPECT_EQ(Property(Unit(whole, 16), "Predecessors"), "3FS  Fetch the stage parts");
+  EXPECT_THAT(whole.choices, IsEmpty());
+  const std::string kept = ReadFile(databasePath);
+  for (const auto& [table, column] : {std::pair{"Scenario", "Num"},
+                                      {"Scenario", "Name"},
+                                      {"Scenario", "Parent_Num"},
+                                      {"Activity_in_Scenario", "Use_Num"},
+                                      {"Activity_in_Scenario", "Scenario_Num"},
+                                      {"Activity_in_Scenario", "Name"},
+                                      {"Activity_in_Scenario", "Duration"},
+                                      {"Activity_in_Scenario", "Send_to_Project"},
+                                      {"Junctions_in_Scenario", "ID"},
+                                      {"Junctions_in_Scenario", "Type"},
+                                      {"Links_in_Scenario", "Origin_Num"},
+                                      {"MSP_TASKS", "TASK_NAME"},
+                                      {"MSP_TASKS", "TASK_ID"},
+                                      {"MSP_TASKS", "TASK_DUR"},
+                                      {"MSP_TASKS", "TASK_OUTLINE_LEVEL"},
+                                      {"MSP_TASKS", "KV7_PROCOCC_HEX"},
+                                      {"MSP_LINKS", "LINK_TYPE"},
+                                      {"MSP_LINKS", "LINK_LAG"},
+                                      {"MSP_PROJECTS", "PROJ_NAME"}}) {
+    Sql(std::string("update ") + table + " set " + column + " = null");
+    EXPECT_NO_THROW(EXPECT_FALSE(Database().elements.empty())) << table << '.' << column;
+    std::filesystem::remove(databasePath);
+    folder.Write("database.mdb", kept);
+  }
+  Sql("delete from Scenario; delete from MSP_TASKS");
+  EXPECT_EQ(ErrorOf([&] { Database(); }), 5);
+}
+
+TEST_F(WorkbenchTest, APlanFileShowsItsTasksOrTellsWhyItCant) {
+  Translate(kFestival);
+  const FileView mpx = ViewPlanFile(folder.Path("plan.mpx"), desktop);
+  EXPECT_TRUE(mpx.chart);
+  EXPECT_EQ(InPlan(mpx).size(), InPlan(Database()).size());
+  EXPECT_EQ(Property(mpx.elements.at(3), "Predecessors"), "3FS  Fetch the stage parts");
+  EXPECT_EQ(mpx.elements.at(2).level, mpx.elements.at(1).level + 1);
+  const std::string xml =
+      "<Project xmlns='http://schemas.microsoft.com/project'><Tasks><Task><UID>1</UID><ID>1</ID>"
+      "<Name>Cut</Name><OutlineLevel>1</OutlineLevel><Duration>PT16H0M0S</Duration></Task></Tasks>"
+      "</Project>";
+  const FileView plan = ViewPlanFile(folder.Write("a.xml", xml), desktop);
+  EXPECT_THAT(InPlan(plan), ElementsAre("Cut"));
+  EXPECT_EQ(Property(plan.elements.at(0), "Duration"), "2d");
+  const std::string half = folder.Write("half.xml", xml.substr(0, xml.size() / 2));
+  std::string why;
+  EXPECT_NE(ErrorOf([&] { ViewPlanFile(half, desktop); }, &why), 0);
+  EXPECT_THAT(why, HasSubstr("half.xml"));
+  EXPECT_EQ(ErrorOf([&] { ViewPlanFile(folder.Write("b.mpx", "no plan"), desktop); }), 5);
+  EXPECT_EQ(ErrorOf([&] { ViewPlanFile(folder.Path("none.mpx"), desktop); }), 53);
+}
+
+}  // namespace
+
+}  // namespace merivane::test
