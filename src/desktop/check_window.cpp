@@ -1,17 +1,14 @@
 #include "check_window.h"
 
-#include <QDesktopServices>
 #include <QFileInfo>
-#include <QProcess>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QStringList>
 #include <QTableView>
-#include <QUrl>
 #include <algorithm>
 
 #include "help_context.h"
 #include "qt_text.h"
+#include "text_editor.h"
 
 namespace merivane::desktop {
 
@@ -19,23 +16,6 @@ namespace {
 
 using inspect::Finding;
 using inspect::Severity;
-
-struct Look {
-  const char* word;
-  QColor colour;
-};
-
-Look LookOf(Severity severity) {
-  switch (severity) {
-    case Severity::kError:
-      return {"error", QColor(200, 40, 40)};
-    case Severity::kWarning:
-      return {"warning", QColor(220, 160, 0)};
-    case Severity::kNote:
-      break;
-  }
-  return {"note", QColor(110, 130, 160)};
-}
 
 ResultModel* ModelOf(const std::vector<Finding>& findings) {
   constexpr int kLineColumn = 1;
@@ -65,36 +45,19 @@ QString SummaryOf(const std::vector<Finding>& findings) {
       .arg(counted(Severity::kError), counted(Severity::kWarning), counted(Severity::kNote));
 }
 
-struct Editor {
-  const char* program;
-  const char* arguments;  // %1 the line, %2 the file; words end at bars
-};
-
-constexpr Editor kEditors[] = {
-    {"kate", "--line|%1|%2"},   {"gedit", "+%1|%2"},          {"xed", "+%1|%2"},
-    {"pluma", "+%1|%2"},        {"mousepad", "--line=%1|%2"}, {"geany", "--line=%1|%2"},
-    {"kwrite", "--line|%1|%2"}, {"gvim", "+%1|%2"},           {"notepad++", "-n%1|%2"},
-};
-
-// Starts an editor that takes a line; without one the desktop opens the file as it would by itself.
-void OpenAtLine(const QString& path, std::size_t line) {
-  for (const Editor& editor : kEditors) {
-    const QString program = QStandardPaths::findExecutable(editor.program);
-    if (program.isEmpty()) continue;
-    QStringList arguments = QString(editor.arguments).split('|');
-    for (QString& argument : arguments) {
-      if (argument == "%2") {
-        argument = path;
-      } else {
-        argument.replace("%1", QString::number(line));
-      }
-    }
-    if (QProcess::startDetached(program, arguments)) return;
-  }
-  QDesktopServices::openUrl(QUrl::fromLocalFile(path));
-}
-
 }  // namespace
+
+Look LookOf(Severity severity) {
+  switch (severity) {
+    case Severity::kError:
+      return {"error", QColor(200, 40, 40)};
+    case Severity::kWarning:
+      return {"warning", QColor(220, 160, 0)};
+    case Severity::kNote:
+      break;
+  }
+  return {"note", QColor(110, 130, 160)};
+}
 
 CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> findings,
                          QtDesktop& desktop, QWidget* parent)

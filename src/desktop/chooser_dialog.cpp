@@ -6,7 +6,9 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "desktop/qt_desktop.h"
 #include "help_context.h"
 #include "qt_text.h"
 
@@ -55,6 +57,13 @@ ChooserDialog::ChooserDialog(multi& form, QtDesktop& desktop, QWidget* parent)
   column->addWidget(line);
   column->addLayout(MakeButtons());
   list->setFocus();
+  ChooseReady(*list, desktop.TakeReadyChoice(form.Label1 + ' ' + form.Label2));
+}
+
+void ChooserDialog::ChooseReady(QListWidget& list, const std::string& name) {
+  const auto ready = std::find(form_.List1.begin(), form_.List1.end(), name);
+  if (ready == form_.List1.end()) return;
+  list.setCurrentRow(static_cast<int>(ready - form_.List1.begin()));
 }
 
 QListWidget* ChooserDialog::MakeList() {

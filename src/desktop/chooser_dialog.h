@@ -1,6 +1,8 @@
 // Asks for one of several scenarios or decompositions.
 #pragma once
 
+#include <string>
+
 #include "modal_dialogs.h"
 #include "translator/multi.h"
 
@@ -20,6 +22,7 @@ class ChooserDialog : public ModalDialog {
  private:
   QListWidget* MakeList();
   QLayout* MakeButtons();
+  void ChooseReady(QListWidget& list, const std::string& name);
 
   multi& form_;
 };

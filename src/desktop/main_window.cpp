@@ -7,12 +7,14 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
+#include <optional>
+#include <utility>
 
 #include "about_dialog.h"
 #include "help_context.h"
 #include "model_to_project_window.h"
-#include "opened_kind.h"
 #include "options_dialog.h"
 #include "program_picture.h"
 #include "project_to_model_window.h"
@@ -25,6 +27,8 @@
 #include "start_page.h"
 #include "view_menu.h"
 #include "window_place.h"
+#include "workbench_file.h"
+#include "workbench_window.h"
 
 namespace merivane::desktop {
 
@@ -132,8 +136,12 @@ void MainWindow::ConnectStart() {
 
 // A dialog that hides for a question is still the one at work.
 void MainWindow::ShowPage() {
+  const QList<QMdiSubWindow*> frames = area_->subWindowList();
+  const bool workbench = std::any_of(frames.begin(), frames.end(), [](QMdiSubWindow* frame) {
+    return dynamic_cast<WorkbenchWindow*>(frame->widget()) != nullptr;
+  });
   const bool dialogs = main_.modelToProject.IsLoaded() || main_.projectToModel.IsLoaded();
-  QWidget* page = dialogs ? static_cast<QWidget*>(area_) : start_;
+  QWidget* page = dialogs || workbench ? static_cast<QWidget*>(area_) : start_;
   if (pages_->currentWidget() == page) return;
   pages_->setCurrentWidget(page);
   page->setFocus();
@@ -162,22 +170,38 @@ void MainWindow::OpenFiles(const QStringList& names) {
   }
 }
 
-// What no window shows goes into the box of the dialog that reads it.
+// A file that stands open already comes to the front.
 void MainWindow::OpenFile(const QString& name) {
-  switch (KindOfName(name)) {
-    case OpenedKind::kModel:
-      view_->ShowModel(name.toStdString());
-      break;
-    case OpenedKind::kDatabase:
-      view_->ShowPlan(name.toStdString());
-      break;
-    case OpenedKind::kMpx:
-    case OpenedKind::kXml:
-      Press(&frmMain::mnuProjectToIDEF3);
-      projectToModel_->TakeDropped({name});
-      start_->Recent().Add(name);
-      break;
+  const std::string path = name.toStdString();
+  for (QMdiSubWindow* frame : area_->subWindowList()) {
+    const auto* open = dynamic_cast<WorkbenchWindow*>(frame->widget());
+    if (open == nullptr || open->Path() != path) continue;
+    area_->setActiveSubWindow(frame);
+    return;
   }
+  desktop_.Run([&] {
+    auto file =
+        std::make_unique<WorkbenchFile>(path, desktop_, main_.workspace, main_.progress, *this);
+    std::optional<FileView> view = file->Read();
+    if (!view) return;
+    start_->Recent().Add(name);
+    ShowWorkbench(new WorkbenchWindow(std::move(file), std::move(*view), desktop_));
+  });
+}
+
+void MainWindow::ShowWorkbench(WorkbenchWindow* workbench) {
+  workbench->OnToPlan = [this](const std::string& path, const std::vector<Choice>& choices) {
+    for (const Choice& choice : choices) {
+      desktop_.SetReadyChoice(choice.question, choice.names[choice.chosen]);
+    }
+    Press(&frmMain::mnuIDEF3ToProject);
+    modelToProject_->TakeDropped({PathToQt(path)});
+  };
+  QMdiSubWindow* frame = area_->addSubWindow(workbench);
+  connect(frame, &QObject::destroyed, this, &MainWindow::ShowPage, Qt::QueuedConnection);
+  frame->showMaximized();
+  ShowPage();
+  workbench->setFocus();
 }
 
 void MainWindow::AddForm(FormWindow* window) {

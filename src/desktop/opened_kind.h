@@ -1,30 +1,25 @@
-// What a file is that the user opens, by its ending.
+// The words for a file that the user opens, by its ending.
 #pragma once
 
 #include <QString>
 
+#include "workbench/plan_file.h"
+
 namespace merivane::desktop {
 
-// A database of Microsoft Project may bear any ending: what is none of the others is held for one,
-// and opening it tells whether it is.
-enum class OpenedKind { kModel, kMpx, kXml, kDatabase };
+using namespace workbench;
 
-inline OpenedKind KindOfName(const QString& name) {
-  if (name.endsWith(".txt", Qt::CaseInsensitive)) return OpenedKind::kModel;
-  if (name.endsWith(".mpx", Qt::CaseInsensitive)) return OpenedKind::kMpx;
-  if (name.endsWith(".xml", Qt::CaseInsensitive)) return OpenedKind::kXml;
-  return OpenedKind::kDatabase;
-}
+inline FileKind KindOfName(const QString& name) { return KindOfFile(name.toStdString()); }
 
 inline QString KindWord(const QString& name) {
   switch (KindOfName(name)) {
-    case OpenedKind::kModel:
+    case FileKind::kModel:
       return "model";
-    case OpenedKind::kMpx:
+    case FileKind::kMpx:
       return "MPX plan";
-    case OpenedKind::kXml:
+    case FileKind::kXml:
       return "XML plan";
-    case OpenedKind::kDatabase:
+    case FileKind::kDatabase:
       break;
   }
   return "project database";

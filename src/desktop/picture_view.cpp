@@ -1,5 +1,6 @@
 #include "picture_view.h"
 
+#include <QApplication>
 #include <QGraphicsItem>
 #include <QStyleOptionGraphicsItem>
 #include <QWheelEvent>
@@ -63,14 +64,23 @@ class FigureItem : public QGraphicsItem {
   bool marked_ = false;
 };
 
-PictureView::PictureView(pictures::Picture picture, Work& work) : picture_(std::move(picture)) {
+PictureView::PictureView(pictures::Picture picture, Work& work) {
   setObjectName("picture");
-  setAccessibleName(ToQt(picture_.title));
-  setAccessibleDescription(ToQt(picture_.description));
   setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
   setDragMode(ScrollHandDrag);
   setTransformationAnchor(AnchorUnderMouse);
   setBackgroundBrush(palette().brush(QPalette::Mid));
+  setScene(&scene_);
+  Draw(std::move(picture), work);
+}
+
+void PictureView::Draw(pictures::Picture picture, Work& work) {
+  scene_.clear();
+  items_.clear();
+  marked_ = nullptr;
+  picture_ = std::move(picture);
+  setAccessibleName(ToQt(picture_.title));
+  setAccessibleDescription(ToQt(picture_.description));
   const QRectF sheet(0, 0, picture_.width, picture_.height);
   scene_.addRect(sheet, Qt::NoPen, Qt::white);
   for (const pictures::Figure& figure : picture_.figures) {
@@ -79,7 +89,7 @@ PictureView::PictureView(pictures::Picture picture, Work& work) : picture_(std::
     scene_.addItem(items_.back());
   }
   scene_.setSceneRect(sheet);
-  setScene(&scene_);
+  if (shown_) FitAtFirst();
 }
 
 void PictureView::ZoomTo(double scale) {
@@ -100,6 +110,10 @@ void PictureView::showEvent(QShowEvent* event) {
   QGraphicsView::showEvent(event);
   if (shown_) return;
   shown_ = true;
+  FitAtFirst();
+}
+
+void PictureView::FitAtFirst() {
   Fit();
   if (Scale() >= kLeastAtFirst) return;
   ZoomTo(1);
@@ -117,12 +131,17 @@ void PictureView::wheelEvent(QWheelEvent* event) {
   event->accept();
 }
 
-void PictureView::Mark(FigureItem* item) {
+void PictureView::SetMarked(FigureItem* item) {
   if (marked_ != nullptr) marked_->SetMarked(false);
   marked_ = item;
   if (item == nullptr) return;
   item->SetMarked(true);
   if (Scale() < kReadable) ZoomTo(1);
+}
+
+void PictureView::Mark(FigureItem* item) {
+  SetMarked(item);
+  if (item == nullptr) return;
   const pictures::Point centre = item->Shown().area.Centre();
   centerOn(centre.x, centre.y);
 }
@@ -145,19 +164,54 @@ PictureView::Found PictureView::Find(const QString& text, bool anew) {
   return found;
 }
 
-bool PictureView::GoTo(const std::string& id) {
+FigureItem* PictureView::Find(const std::string& id) const {
   const auto found = std::find_if(items_.begin(), items_.end(),
                                   [&](FigureItem* item) { return item->Shown().id == id; });
-  if (id.empty() || found == items_.end()) return false;
-  Mark(*found);
-  return true;
+  return id.empty() || found == items_.end() ? nullptr : *found;
+}
+
+bool PictureView::GoTo(const std::string& id) {
+  FigureItem* item = Find(id);
+  if (item != nullptr) Mark(item);
+  return item != nullptr;
+}
+
+bool PictureView::Choose(const std::string& id) {
+  SetMarked(Find(id));
+  if (marked_ != nullptr) ensureVisible(marked_->sceneBoundingRect());
+  return marked_ != nullptr;
 }
 
 QString PictureView::Marked() const { return marked_ == nullptr ? QString() : marked_->Headline(); }
 
+FigureItem* PictureView::FigureAt(const QMouseEvent& event) const {
+  return dynamic_cast<FigureItem*>(itemAt(event.position().toPoint()));
+}
+
 void PictureView::mouseDoubleClickEvent(QMouseEvent* event) {
-  const auto* item = dynamic_cast<FigureItem*>(itemAt(event->position().toPoint()));
-  if (item == nullptr || !GoTo(item->Shown().target)) QGraphicsView::mouseDoubleClickEvent(event);
+  const FigureItem* item = FigureAt(*event);
+  const std::string target = item == nullptr ? "" : item->Shown().target;
+  if (GoTo(target)) return;
+  if (OnFollow && !target.empty()) {
+    OnFollow(target);
+  } else {
+    QGraphicsView::mouseDoubleClickEvent(event);
+  }
+}
+
+void PictureView::mousePressEvent(QMouseEvent* event) {
+  pressed_ = event->position().toPoint();
+  QGraphicsView::mousePressEvent(event);
+}
+
+// A drag moves the picture and chooses nothing.
+void PictureView::mouseReleaseEvent(QMouseEvent* event) {
+  QGraphicsView::mouseReleaseEvent(event);
+  const QPoint moved = event->position().toPoint() - pressed_;
+  if (event->button() != Qt::LeftButton) return;
+  if (moved.manhattanLength() >= QApplication::startDragDistance()) return;
+  const FigureItem* item = FigureAt(*event);
+  if (OnClick && item != nullptr && !item->Shown().id.empty()) OnClick(item->Shown().id);
 }
 
 }  // namespace merivane::desktop

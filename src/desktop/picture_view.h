@@ -3,6 +3,7 @@
 
 #include <QGraphicsView>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "pictures/picture.h"
@@ -36,25 +37,42 @@ class PictureView : public QGraphicsView {
 
   // Marks and centres the figure with this id.
   bool GoTo(const std::string& id);
+  // Marks it, and moves no further than it takes to see it; without one nothing is marked.
+  bool Choose(const std::string& id);
+
+  // Another picture in the place of this one, fitted.
+  void Draw(pictures::Picture picture, Work& work);
+  const pictures::Picture& Drawn() const { return picture_; }
 
   // Title of the marked figure; empty without one.
   QString Marked() const;
 
   std::function<void()> OnZoom;
+  // A click on a figure, by its id.
+  std::function<void(const std::string& id)> OnClick;
+  // A double click on one that leads out of this picture.
+  std::function<void(const std::string& target)> OnFollow;
 
  protected:
   void wheelEvent(QWheelEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
+  FigureItem* Find(const std::string& id) const;
+  FigureItem* FigureAt(const QMouseEvent& event) const;
+  void SetMarked(FigureItem* item);
   void Mark(FigureItem* item);
+  void FitAtFirst();
 
   pictures::Picture picture_;
   QGraphicsScene scene_;
   std::vector<FigureItem*> items_;  // owned by the scene
   FigureItem* marked_ = nullptr;
   bool shown_ = false;
+  QPoint pressed_;
 };
 
 }  // namespace merivane::desktop

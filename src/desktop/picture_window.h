@@ -29,17 +29,10 @@ class PictureWindow : public QMainWindow {
   PictureWindow(std::vector<pictures::Picture> shown, const QString& note, Work& work,
                 QtDesktop& desktop, QWidget* parent);
 
- protected:
-  bool eventFilter(QObject* object, QEvent* event) override;
-
  private:
   void AddTools();
   void AddSearch(QToolBar& tools);
-  QAction* AddAction(QToolBar& tools, const char* name, const QString& text,
-                     const QKeySequence& keys);
   void Search(bool anew);
-  void Export();
-  void Print();
 
   QtDesktop& desktop_;
   std::vector<pictures::Picture> pictures_;

@@ -34,6 +34,7 @@ FormArea::FormArea() {
   setBackground(QBrush(Qt::NoBrush));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setOption(DontMaximizeSubWindowOnActivation);  // a dialog keeps its size beside a workbench
 }
 
 void FormArea::paintEvent(QPaintEvent* /*event*/) {

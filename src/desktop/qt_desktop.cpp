@@ -280,6 +280,11 @@ void QtDesktop::ShowModal(ModalForm& form) {
   form.Unload();
 }
 
+std::string QtDesktop::TakeReadyChoice(const std::string& question) {
+  const auto entry = readyChoices_.extract(question);
+  return entry.empty() ? "" : entry.mapped();
+}
+
 void QtDesktop::Sleep(int milliseconds) {
   QEventLoop loop;
   QTimer timer;

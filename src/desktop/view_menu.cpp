@@ -1,7 +1,6 @@
 #include "view_menu.h"
 
 #include <QAction>
-#include <QInputDialog>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -16,12 +15,11 @@
 #include "pictures/diagram.h"
 #include "pictures/scratch_model.h"
 #include "platform/quiet_desktop.h"
+#include "project_picker.h"
 #include "qt_text.h"
-#include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "shell/browse.h"
 #include "shell/message_advice.h"
-#include "store/recordset.h"
 
 namespace merivane::desktop {
 
@@ -104,14 +102,6 @@ void ViewMenu::Ask() {
   QTimer::singleShot(0, this, [this] { OnAsk(); });
 }
 
-void ViewMenu::ShowModel(const std::string& path) {
-  desktop_.Run([&] { Show(path, &ViewMenu::DrawText); });
-}
-
-void ViewMenu::ShowPlan(const std::string& path) {
-  desktop_.Run([&] { Show(path, &ViewMenu::DrawPlan); });
-}
-
 void ViewMenu::Show(const std::string& path, void (ViewMenu::*draw)(const std::string& path)) try {
   if (path.empty()) return;
   desktop_.TellAbout(path);
@@ -154,7 +144,7 @@ bool ViewMenu::Open(Connection& connection, const std::string& path) {
 void ViewMenu::DrawDatabase(const std::string& path) {
   Connection connection(workspace_);
   if (!Open(connection, path)) return;
-  const auto project = PickProject(connection);
+  const auto project = PickProject(desktop_, window_, connection);
   if (!project) return;
   ShowPictures(progress_, path, path + " holds no model of this project, only its plan.",
                [&](QString& note) {
@@ -167,7 +157,7 @@ void ViewMenu::DrawDatabase(const std::string& path) {
 void ViewMenu::DrawPlan(const std::string& path) {
   Connection connection(workspace_);
   if (!Open(connection, path)) return;
-  const auto project = PickProject(connection);
+  const auto project = PickProject(desktop_, window_, connection);
   if (!project) return;
   ShowPictures(progress_, path, "", [&](QString& note) {
     progress_.Begin("Drawing the chart", 0);
@@ -202,31 +192,6 @@ void ViewMenu::ShowPictures(
     const std::string text = nothing + (note.isEmpty() ? "" : " " + note.toStdString());
     desktop_.ShowMessage({FromUtf8(text), MessageIcon::kExclamation});
   }
-}
-
-std::optional<std::int32_t> ViewMenu::PickProject(Connection& connection) {
-  std::vector<std::int32_t> ids;
-  QStringList names;
-  Recordset rows;
-  rows.OpenStatic("select PROJ_ID, PROJ_NAME from MSP_PROJECTS", &connection);
-  for (; !rows.Eof(); rows.MoveNext()) {
-    if (!IsNumeric(rows.Field(0))) continue;
-    ids.push_back(ToInt32(rows.Field(0)));
-    names.append(QString("%1  %2").arg(ids.back()).arg(ToQt(Joined(rows.Field(1)))));
-  }
-  if (ids.empty()) {
-    desktop_.ShowMessage(
-        {FromUtf8(connection.DatabaseName()) + " holds no project.", MessageIcon::kExclamation});
-    return std::nullopt;
-  }
-  if (ids.size() == 1) return ids.front();
-  QInputDialog chooser(&window_);
-  chooser.setWindowTitle("Choose a project");
-  chooser.setLabelText("Project:");
-  chooser.setComboBoxItems(names);
-  desktop_.Execute(chooser);
-  if (chooser.result() != QDialog::Accepted) return std::nullopt;
-  return ids[static_cast<std::size_t>(names.indexOf(chooser.textValue()))];
 }
 
 }  // namespace merivane::desktop

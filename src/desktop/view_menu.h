@@ -3,7 +3,6 @@
 
 #include <QObject>
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "pictures/picture.h"
@@ -33,10 +32,6 @@ class ViewMenu : public QObject {
   // A file that was shown.
   std::function<void(const std::string& path)> OnShown;
 
-  // Each draws the file in a window of its own; a message tells why it can't.
-  void ShowModel(const std::string& path);
-  void ShowPlan(const std::string& path);
-
  private:
   QAction* AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
                    void (ViewMenu::*show)());
@@ -54,10 +49,6 @@ class ViewMenu : public QObject {
                     const std::function<std::vector<pictures::Picture>(QString& note)>& draw);
   // False where the user cancelled it.
   bool Open(Connection& connection, const std::string& path);
-  // The project of the database, or the one that the user picks; nothing when cancelled or where
-  // there is none, which shows a box.
-  std::optional<std::int32_t> PickProject(Connection& connection);
-
   QMainWindow& window_;
   QtDesktop& desktop_;
   Workspace& workspace_;

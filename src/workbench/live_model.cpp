@@ -8,7 +8,6 @@
 #include "outline.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text_files.h"
-#include "scratch_lines.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
 

@@ -1,5 +1,6 @@
 #include "notes.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "inspect/box_text.h"
@@ -113,6 +114,14 @@ void AddCheck(FileView& view, const CheckedModel& check) {
       note.element = LastBefore(view, finding.line);
     }
     view.notes.push_back(std::move(note));
+  }
+}
+
+void AddLines(const QuietDesktop& desktop, std::vector<std::string>& lines) {
+  for (const std::string& box : desktop.MessageTexts()) {
+    const std::string line = OneLine(box);
+    if (line.empty() || std::find(lines.begin(), lines.end(), line) != lines.end()) continue;
+    lines.push_back(line);
   }
 }
 

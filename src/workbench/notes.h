@@ -1,11 +1,13 @@
-// What is told below the pictures: findings, and why units stay out of the plan.
+// What is told beside the pictures: findings, boxes, and why units stay out of the plan.
 #pragma once
 
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "inspect/check.h"
+#include "platform/quiet_desktop.h"
 #include "translator/translation_listener.h"
 #include "workbench/file_view.h"
 
@@ -37,6 +39,9 @@ class TakenPaths : public TranslationListener {
 
 // Lines of the elements, and a note for each finding. REQUIRES: the elements are there.
 void AddCheck(FileView& view, const CheckedModel& check);
+
+// Boxes of a run that nobody watches, each text once and on one line, behind those that are there.
+void AddLines(const QuietDesktop& desktop, std::vector<std::string>& lines);
 
 // A note for each unit that stays out, with the junction, its fact and the path that it keeps.
 void AddLeftOut(FileView& view, const TakenPaths& paths);

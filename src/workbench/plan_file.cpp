@@ -12,7 +12,6 @@
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "runtime/text_files.h"
-#include "scratch_lines.h"
 #include "store/interim_db.h"
 
 namespace merivane::workbench {

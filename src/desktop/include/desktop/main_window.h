@@ -19,6 +19,7 @@ class HelpKey;
 class ResultLine;
 class StartPage;
 class ViewMenu;
+class WorkbenchWindow;
 
 // Draws frmMain and all forms that it holds, and keeps no state of theirs; while neither dialog is
 // loaded, the first screen stands in their place. Closing it ends the program, and in the midst of
@@ -45,6 +46,7 @@ class MainWindow : public QMainWindow {
   // One file, whichever way it was named; several, or one that isn't there, get a message.
   void OpenFiles(const QStringList& names);
   void OpenFile(const QString& name);
+  void ShowWorkbench(WorkbenchWindow* workbench);
   void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
   void TakeDropped(const QStringList& files);

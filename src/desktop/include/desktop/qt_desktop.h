@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -84,6 +85,13 @@ class QtDesktop : public Desktop {
   // say no more than that. Empty: not known.
   void SetWhyNotOpen(const std::string& why) { whyNotOpen_ = why; }
 
+  // The name that is chosen already when this question is asked, once; both Windows-1252.
+  void SetReadyChoice(const std::string& question, const std::string& name) {
+    readyChoices_[question] = name;
+  }
+  // It; empty without one.
+  std::string TakeReadyChoice(const std::string& question);
+
   // Writes the file anew, under another name beside it until it is whole, and asks before it
   // replaces one. False where that isn't wanted. Errors of `write` come up with the name of `path`.
   bool WriteAnew(const std::string& path, const std::function<void(const Output& output)>& write);
@@ -143,6 +151,7 @@ class QtDesktop : public Desktop {
   std::string whyNotOpen_;
   SessionLog log_;
   std::string about_;
+  std::map<std::string, std::string> readyChoices_;  // by question
   int pointer_ = kPointerDefault;
   bool pointerShown_ = false;  // an override cursor of ours is on Qt's stack
   int messageCount_ = 0;

@@ -1,0 +1,106 @@
+#include "outline_tree.h"
+
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "qt_text.h"
+
+namespace merivane::desktop {
+
+namespace {
+
+constexpr int kElementRole = Qt::UserRole;
+
+QString Caption(const Element& element) {
+  const QString name = ToQt(element.name);
+  if (element.kind == Element::Kind::kScenario) return name;
+  return QString::number(element.number) + "  " + name;
+}
+
+QString Told(const Element& element) {
+  const char* kind = element.kind == Element::Kind::kScenario ? "Scenario "
+                     : element.kind == Element::Kind::kUnit   ? "Unit "
+                                                              : "Task ";
+  const QString out = element.whyOut.empty() ? "" : ", not in the plan: " + ToQt(element.whyOut);
+  return kind + Caption(element) + out;
+}
+
+}  // namespace
+
+OutlineTree::OutlineTree() : search_(new QLineEdit), tree_(new QTreeWidget) {
+  search_->setObjectName("outlineSearch");
+  search_->setAccessibleName("Search the outline");
+  search_->setPlaceholderText("Search (Ctrl+F)");
+  search_->setClearButtonEnabled(true);
+  tree_->setObjectName("outline");
+  tree_->setAccessibleName("Outline");
+  tree_->setHeaderHidden(true);
+  tree_->setUniformRowHeights(true);
+  tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  tree_->header()->setStretchLastSection(false);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins({});
+  column->addWidget(search_);
+  column->addWidget(tree_, 1);
+  connect(search_, &QLineEdit::textChanged, this, [this] { Find(true); });
+  connect(search_, &QLineEdit::returnPressed, this, [this] { Find(false); });
+  connect(tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+    if (item != nullptr && OnChosen) OnChosen(item->data(0, kElementRole).toULongLong());
+  });
+}
+
+void OutlineTree::Show(const std::vector<Element>& elements) {
+  const QSignalBlocker silence(tree_);
+  tree_->clear();
+  items_.clear();
+  std::vector<QTreeWidgetItem*> above;  // of each level
+  QList<QTreeWidgetItem*> tops;
+  for (const Element& element : elements) {
+    above.resize(std::min(above.size(), element.level));
+    auto* item = new QTreeWidgetItem({Caption(element)});
+    item->setData(0, kElementRole, QVariant::fromValue<qulonglong>(items_.size()));
+    item->setData(0, Qt::AccessibleTextRole, Told(element));
+    item->setToolTip(0, Told(element));
+    if (!element.whyOut.empty()) {
+      item->setForeground(0, tree_->palette().brush(QPalette::PlaceholderText));
+      QFont font = tree_->font();
+      font.setItalic(true);
+      item->setFont(0, font);
+    }
+    if (above.empty()) {
+      tops.append(item);
+    } else {
+      above.back()->addChild(item);
+    }
+    above.push_back(item);
+    items_.push_back(item);
+  }
+  tree_->addTopLevelItems(tops);
+  tree_->expandAll();
+}
+
+void OutlineTree::Choose(std::size_t element) {
+  const QSignalBlocker silence(tree_);
+  tree_->setCurrentItem(items_.at(element));
+  tree_->scrollToItem(items_[element]);
+}
+
+void OutlineTree::Find(bool anew) {
+  const QString text = search_->text();
+  const QTreeWidgetItem* chosen = tree_->currentItem();
+  if (text.isEmpty() || items_.empty()) return;
+  std::size_t from = 0;
+  if (!anew && chosen != nullptr) from = chosen->data(0, kElementRole).toULongLong() + 1;
+  for (std::size_t step = 0; step < items_.size(); ++step) {
+    QTreeWidgetItem* item = items_[(from + step) % items_.size()];
+    if (!item->text(0).contains(text, Qt::CaseInsensitive)) continue;
+    tree_->setCurrentItem(item);
+    return;
+  }
+}
+
+}  // namespace merivane::desktop

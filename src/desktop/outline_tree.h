@@ -1,0 +1,42 @@
+// The outline of an opened file, with a box that searches all of it.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "workbench/file_view.h"
+
+class QLineEdit;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace merivane::desktop {
+
+using namespace workbench;
+
+class OutlineTree : public QWidget {
+ public:
+  OutlineTree();
+
+  // Shows the elements, all of them open; none is chosen.
+  void Show(const std::vector<Element>& elements);
+  // Chooses one of them and tells nobody.
+  void Choose(std::size_t element);
+
+  QTreeWidget& Tree() { return *tree_; }
+  QLineEdit& Search() { return *search_; }
+
+  // The user chose one.
+  std::function<void(std::size_t element)> OnChosen;
+
+ private:
+  // The next element behind the chosen one that holds the text; from the first where `anew`.
+  void Find(bool anew);
+
+  QLineEdit* search_;
+  QTreeWidget* tree_;
+  std::vector<QTreeWidgetItem*> items_;  // of each element
+};
+
+}  // namespace merivane::desktop

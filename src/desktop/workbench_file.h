@@ -1,0 +1,58 @@
+// A file that a workbench window shows, and the way to read it again.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "program/progress.h"
+#include "store/connection.h"
+#include "workbench/live_model.h"
+#include "workbench/plan_file.h"
+
+class QWidget;
+
+namespace merivane::desktop {
+
+using namespace program;
+using namespace store;
+using namespace workbench;
+
+class QtDesktop;
+
+// Reads as a run with a bar, which the user may cancel. Nothing comes back then, nor where the file
+// can't be read, which a box tells. REQUIRES: called in a handler of the desktop.
+class WorkbenchFile {
+ public:
+  // All outlive it. A question of the reading is asked in front of `window`.
+  WorkbenchFile(std::string path, QtDesktop& desktop, Workspace& workspace, Progress& progress,
+                QWidget& window);
+
+  const std::string& Path() const { return path_; }
+  FileKind Kind() const { return KindOfFile(path_); }
+  Progress& Work() const { return progress_; }
+
+  // From the disk: the first time, and whenever it has changed. Choices stay.
+  std::optional<FileView> Read();
+  // With another choice.
+  std::optional<FileView> Choose(const std::string& question, std::size_t name);
+
+ private:
+  FileView ReadModel();
+  std::optional<FileView> ReadDatabase();
+  std::optional<FileView> Guarded(const std::function<std::optional<FileView>()>& read);
+
+  std::string path_;
+  QtDesktop& desktop_;
+  Workspace& workspace_;
+  Progress& progress_;
+  QWidget& window_;
+  std::optional<std::int32_t> project_;
+  std::unique_ptr<LiveModel> model_;
+  std::map<std::string, std::size_t> answers_;  // by question
+};
+
+}  // namespace merivane::desktop

@@ -1,0 +1,320 @@
+#include "workbench_window.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "desktop/qt_desktop.h"
+#include "element_page.h"
+#include "help_context.h"
+#include "note_list.h"
+#include "opened_kind.h"
+#include "outline_tree.h"
+#include "picture_tools.h"
+#include "picture_view.h"
+#include "qt_text.h"
+#include "text_editor.h"
+
+namespace merivane::desktop {
+
+namespace {
+
+constexpr const char* kLayoutKey = "workbench/layout";
+constexpr const char* kPicturesKey = "workbench/pictures";
+
+PictureView* MakeView(const char* name, Work& work) {
+  auto* view = new PictureView({}, work);
+  view->setObjectName(name);
+  view->setMinimumHeight(view->fontMetrics().height() * 4);
+  return view;
+}
+
+}  // namespace
+
+WorkbenchWindow::WorkbenchWindow(std::unique_ptr<WorkbenchFile> file, FileView view,
+                                 QtDesktop& desktop)
+    : desktop_(desktop),
+      file_(std::move(file)),
+      outline_(new OutlineTree),
+      diagram_(MakeView("diagram", file_->Work())),
+      chart_(MakeView("chart", file_->Work())),
+      lastPicture_(diagram_),
+      noChart_(new QLabel),
+      page_(new ElementPage),
+      notes_(new NoteList(desktop)) {
+  setObjectName("workbench");
+  setAttribute(Qt::WA_DeleteOnClose);
+  const QString path = PathToQt(file_->Path());
+  setWindowTitle(QFileInfo(path).fileName() + " (" + KindWord(path) + ')');
+  SetHelpContext(this, kHelpContextId);
+  AddTools();
+  AddParts();
+  Watch();
+  const QSettings settings;
+  restoreState(settings.value(kLayoutKey).toByteArray());
+  pictures_->restoreState(settings.value(kPicturesKey).toByteArray());
+  TakeView(std::move(view));
+}
+
+WorkbenchWindow::~WorkbenchWindow() {
+  QSettings settings;
+  settings.setValue(kLayoutKey, saveState());
+  settings.setValue(kPicturesKey, pictures_->saveState());
+}
+
+void WorkbenchWindow::AddTools() {
+  QToolBar* bar = addToolBar("Tools");
+  bar->setObjectName("workbenchTools");
+  auto* tools = new PictureTools(
+      *this, *bar, desktop_,
+      {[this] { return lastPicture_; }, [this] { return std::vector{lastPicture_->Drawn()}; }});
+  back_ = tools->Add("back", "Back", QKeySequence("Alt+Left"), [this] { Move(&Selection::Back); });
+  forward_ = tools->Add("forward", "Forward", QKeySequence("Alt+Right"),
+                        [this] { Move(&Selection::Forward); });
+  tools->Add("into", "Into", {}, [this] { Move(&Selection::Into); })
+      ->setToolTip("Into the decomposition (Enter)");
+  tools->Add("out", "Out", {}, [this] { Move(&Selection::Out); })
+      ->setToolTip("Out of the scenario (Backspace)");
+  bar->addSeparator();
+  tools->AddZoom();
+  bar->addSeparator();
+  tools->AddExport();
+  tools->ComeBefore(outline_->Search());
+  auto* find = new QAction(this);
+  find->setShortcut(QKeySequence::Find);
+  find->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  addAction(find);
+  connect(find, &QAction::triggered, this, [this] {
+    outline_->Search().setFocus();
+    outline_->Search().selectAll();
+  });
+  if (file_->Kind() != FileKind::kModel) return;
+  bar->addSeparator();
+  tools->Add("toPlan", "Model to plan...", {}, [this] {
+    if (OnToPlan) OnToPlan(file_->Path(), view_.choices);
+  });
+  choices_ = new QToolBar("Choices");
+  choices_->setObjectName("workbenchChoices");
+  addToolBarBreak();
+  addToolBar(choices_);
+}
+
+void WorkbenchWindow::AddNotices(QLayout& column) {
+  lines_ = new QLabel;
+  lines_->setObjectName("fileLines");
+  lines_->setTextFormat(Qt::PlainText);
+  lines_->setWordWrap(true);
+  lines_->setMargin(fontMetrics().height() / 3);
+  changed_ = new QWidget;
+  changed_->setObjectName("fileChanged");
+  auto* row = new QHBoxLayout(changed_);
+  auto* again = new QPushButton("Read again");
+  again->setObjectName("readAgain");
+  row->addWidget(new QLabel("The file has changed on the disk."), 1);
+  row->addWidget(again);
+  connect(again, &QPushButton::clicked, this, [this] { ReadAgain(); });
+  changed_->hide();
+  column.addWidget(changed_);
+  column.addWidget(lines_);
+}
+
+void WorkbenchWindow::AddParts() {
+  noChart_->setObjectName("noChart");
+  noChart_->setTextFormat(Qt::PlainText);
+  noChart_->setWordWrap(true);
+  noChart_->setAlignment(Qt::AlignCenter);
+  pictures_ = new QSplitter(Qt::Vertical);
+  for (QWidget* part : std::initializer_list<QWidget*>{diagram_, chart_, noChart_}) {
+    pictures_->addWidget(part);
+  }
+  auto* middle = new QWidget;
+  auto* column = new QVBoxLayout(middle);
+  column->setContentsMargins({});
+  AddNotices(*column);
+  column->addWidget(pictures_, 1);
+  setCentralWidget(middle);
+  const auto dock = [this](const char* name, const char* title, QWidget* widget,
+                           Qt::DockWidgetArea area) {
+    auto* made = new QDockWidget(title);
+    made->setObjectName(name);
+    made->setWidget(widget);
+    addDockWidget(area, made);
+  };
+  dock("outlineDock", "Outline", outline_, Qt::LeftDockWidgetArea);
+  dock("propertiesDock", "Properties", page_, Qt::RightDockWidgetArea);
+  dock("notesDock", "Findings", notes_, Qt::BottomDockWidgetArea);
+  outline_->OnChosen = notes_->OnChosen = [this](std::size_t element) { Choose(element); };
+  notes_->OnOpen =
+      page_->OnOpen = [this](std::size_t line) { OpenAtLine(PathToQt(file_->Path()), line); };
+  diagram_->OnClick = [this](const std::string& id) {
+    if (!drawn_) return;
+    if (const auto element = ElementOfFigure(view_, *drawn_, id)) Choose(*element);
+  };
+  diagram_->OnFollow = [this](const std::string&) { Move(&Selection::Into); };
+  chart_->OnClick = [this](const std::string& id) {
+    if (const auto element = ElementOfBar(view_, id)) Choose(*element);
+  };
+  for (QWidget* part : std::initializer_list<QWidget*>{&outline_->Tree(), diagram_, chart_}) {
+    part->installEventFilter(this);
+  }
+  setFocusProxy(&outline_->Tree());
+}
+
+// A file that is replaced, as editors do, is watched no more.
+void WorkbenchWindow::Watch() {
+  const QString path = PathToQt(file_->Path());
+  watcher_ = new QFileSystemWatcher({path}, this);
+  connect(watcher_, &QFileSystemWatcher::fileChanged, this, [this, path] {
+    changed_->show();
+    QTimer::singleShot(0, this, [this, path] { watcher_->addPath(path); });
+  });
+}
+
+void WorkbenchWindow::TakeView(FileView view) {
+  view_ = std::move(view);
+  selection_.Show(view_);
+  drawn_.reset();
+  outline_->Show(view_.elements);
+  notes_->Show(view_.notes);
+  diagram_->setVisible(!view_.model.scenarios.empty());
+  lastPicture_ = view_.model.scenarios.empty() ? chart_ : diagram_;
+  ShowChoices();
+  ShowNotices();
+  ShowChart();
+  if (!selection_.Chosen()) selection_.Choose(0);
+  ShowChosen();
+}
+
+void WorkbenchWindow::ShowChoices() {
+  if (choices_ == nullptr) return;
+  choices_->clear();
+  choices_->setVisible(!view_.choices.empty());
+  int count = 0;
+  for (const Choice& choice : view_.choices) {
+    auto* box = new QComboBox;
+    box->setObjectName(QString("choice%1").arg(++count));
+    box->setAccessibleName(ToQt(choice.question));
+    box->setToolTip(ToQt(choice.question));
+    for (const std::string& name : choice.names) box->addItem(ToQt(name));
+    box->setCurrentIndex(static_cast<int>(choice.chosen));
+    auto* label = new QLabel(' ' + ToQt(choice.question) + ' ');
+    label->setTextFormat(Qt::PlainText);
+    choices_->addWidget(label);
+    choices_->addWidget(box);
+    // The box goes with the old view.
+    connect(box, &QComboBox::activated, this, [this, question = choice.question](int name) {
+      QTimer::singleShot(0, this, [this, question, name] { TakeChoice(question, name); });
+    });
+  }
+}
+
+void WorkbenchWindow::ShowNotices() {
+  QStringList texts;
+  for (const std::string& line : view_.lines) texts += ToQt(line);
+  lines_->setText(texts.join('\n'));
+  lines_->setVisible(!texts.isEmpty());
+}
+
+void WorkbenchWindow::ShowChart() {
+  chart_->setVisible(view_.chart.has_value());
+  noChart_->setVisible(!view_.chart);
+  noChart_->setText(ToQt(view_.whyNoChart));
+  if (view_.chart) Draw(*chart_, [this] { return *view_.chart; });
+}
+
+void WorkbenchWindow::Draw(PictureView& view, const std::function<pictures::Picture()>& picture) {
+  desktop_.Run([&] {
+    const SavedMousePointer pointer(desktop_, kPointerHourglass);
+    RunUnlessCancelled(file_->Work(), [&] { view.Draw(picture(), file_->Work()); });
+  });
+}
+
+bool WorkbenchWindow::ShowDiagram(std::size_t scenario) {
+  if (drawn_ == scenario) return true;
+  bool isDrawn = false;
+  Draw(*diagram_, [&] {
+    pictures::Picture picture = DrawScenario(view_, scenario, file_->Work());
+    isDrawn = true;
+    return picture;
+  });
+  if (isDrawn) drawn_ = scenario;
+  return isDrawn;
+}
+
+void WorkbenchWindow::Choose(std::size_t element) {
+  if (!isShowing_ && selection_.Choose(element)) ShowChosen();
+}
+
+void WorkbenchWindow::Move(bool (Selection::*step)()) {
+  if ((selection_.*step)()) ShowChosen();
+}
+
+void WorkbenchWindow::ShowChosen() {
+  back_->setEnabled(selection_.CanGoBack());
+  forward_->setEnabled(selection_.CanGoForward());
+  const auto chosen = selection_.Chosen();
+  if (!chosen) return;
+  isShowing_ = true;
+  const Element& element = view_.elements[*chosen];
+  outline_->Choose(*chosen);
+  page_->Show(element);
+  notes_->Choose(*chosen);
+  chart_->Choose(element.bar);
+  if (!element.scenario || ShowDiagram(*element.scenario)) diagram_->Choose(element.figure);
+  isShowing_ = false;
+}
+
+void WorkbenchWindow::ReadAgain() {
+  desktop_.Run([this] {
+    std::optional<FileView> view = file_->Read();
+    if (!view) return;
+    changed_->hide();
+    TakeView(std::move(*view));
+  });
+}
+
+// Where it is cancelled, the box goes back.
+void WorkbenchWindow::TakeChoice(const std::string& question, int name) {
+  desktop_.Run([&] {
+    std::optional<FileView> view = file_->Choose(question, static_cast<std::size_t>(name));
+    if (view) {
+      TakeView(std::move(*view));
+    } else {
+      ShowChoices();
+    }
+  });
+}
+
+bool WorkbenchWindow::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::FocusIn && (object == diagram_ || object == chart_)) {
+    lastPicture_ = object == chart_ ? chart_ : diagram_;
+  }
+  if (event->type() != QEvent::KeyPress) return false;
+  const auto* key = static_cast<QKeyEvent*>(event);
+  switch (key->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      Move(&Selection::Into);
+      return true;
+    case Qt::Key_Backspace:
+      Move(&Selection::Out);
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace merivane::desktop

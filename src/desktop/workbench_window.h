@@ -1,0 +1,88 @@
+// An opened file: outline, diagram, chart, findings and what is chosen, side by side.
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "workbench/file_view.h"
+#include "workbench/selection.h"
+#include "workbench_file.h"
+
+class QFileSystemWatcher;
+class QLabel;
+class QSplitter;
+class QToolBar;
+
+namespace merivane::desktop {
+
+using namespace workbench;
+
+class ElementPage;
+class NoteList;
+class OutlineTree;
+class PictureTools;
+class PictureView;
+class QtDesktop;
+
+// One element is chosen in all parts. Enter goes into its decomposition, Backspace out of its
+// scenario. Another choice at the top translates again in memory; nothing is ever written.
+class WorkbenchWindow : public QMainWindow {
+ public:
+  static constexpr int kHelpContextId = 7030;
+
+  WorkbenchWindow(std::unique_ptr<WorkbenchFile> file, FileView view, QtDesktop& desktop);
+  ~WorkbenchWindow() override;
+
+  const std::string& Path() const { return file_->Path(); }
+  // The model goes to the dialog that translates it, with the choices made here.
+  std::function<void(const std::string& path, const std::vector<Choice>& choices)> OnToPlan;
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  void AddTools();
+  void AddParts();
+  void AddNotices(QLayout& column);
+  void Watch();
+  void TakeView(FileView view);
+  void ShowChoices();
+  void ShowNotices();
+  void ShowChart();
+  // False where the user cancelled the drawing.
+  bool ShowDiagram(std::size_t scenario);
+  void Move(bool (Selection::*step)());
+  void Choose(std::size_t element);
+  // Marks in all parts what the selection says.
+  void ShowChosen();
+  void ReadAgain();
+  void TakeChoice(const std::string& question, int name);
+  void Draw(PictureView& view, const std::function<pictures::Picture()>& picture);
+
+  QtDesktop& desktop_;
+  std::unique_ptr<WorkbenchFile> file_;
+  FileView view_;
+  Selection selection_{view_};
+  std::optional<std::size_t> drawn_;  // the scenario in the diagram
+  bool isShowing_ = false;            // what is marked now was not chosen by the user
+
+  OutlineTree* outline_;
+  PictureView* diagram_;
+  PictureView* chart_;
+  PictureView* lastPicture_;
+  QLabel* noChart_;
+  ElementPage* page_;
+  NoteList* notes_;
+  QToolBar* choices_ = nullptr;
+  QLabel* lines_ = nullptr;
+  QWidget* changed_ = nullptr;
+  QSplitter* pictures_ = nullptr;
+  QFileSystemWatcher* watcher_ = nullptr;
+  QAction* back_ = nullptr;
+  QAction* forward_ = nullptr;
+};
+
+}  // namespace merivane::desktop

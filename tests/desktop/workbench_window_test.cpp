@@ -1,0 +1,198 @@
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMdiSubWindow>
+#include <QTableView>
+#include <QTextBrowser>
+#include <QTreeWidget>
+#include <filesystem>
+
+#include "desktop_fixture.h"
+#include "picture_view.h"
+
+namespace merivane::test {
+
+namespace {
+
+using ::testing::Not;
+
+class WorkbenchWindowTest : public DesktopTest {
+ protected:
+  // The window that Ctrl+O opens for the file; null where none comes up.
+  QMainWindow* Open(const std::string& file) {
+    names.names.push_back(file);
+    Key(Qt::Key_O, Qt::ControlModifier);
+    QTest::qWait(10);
+    const auto open = window.findChildren<QMainWindow*>("workbench");
+    return open.isEmpty() ? nullptr : open.last();
+  }
+  void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(window.windowHandle(), key, with);
+  }
+  static QTreeWidget& Outline(QMainWindow& opened) {
+    return User::Get<QTreeWidget>(opened, "outline");
+  }
+  static std::string Chosen(QMainWindow& opened) {
+    const QTreeWidgetItem* item = Outline(opened).currentItem();
+    return item == nullptr ? "" : item->text(0).toStdString();
+  }
+  static std::string Marked(QMainWindow& opened, const char* view) {
+    const QString marked = User::Get<PictureView>(opened, view).Marked();
+    return marked.section(" (", 0, 0).toStdString();
+  }
+  static std::string Page(QMainWindow& opened) {
+    return User::Get<QTextBrowser>(opened, "properties").toPlainText().toStdString();
+  }
+  // The rows of the list below that are chosen, by their sentence.
+  static std::vector<std::string> Notes(QMainWindow& opened) {
+    std::vector<std::string> texts;
+    for (const QModelIndex& row :
+         User::Get<QTableView>(opened, "notes").selectionModel()->selectedRows(3)) {
+      texts.push_back(row.data().toString().toStdString());
+    }
+    return texts;
+  }
+  // A click on the middle of what a picture has marked.
+  static void ClickMarked(QMainWindow& opened, const char* name, const char* text) {
+    auto& view = User::Get<PictureView>(opened, name);
+    ASSERT_GT(view.Find(text, true).count, 0) << text;
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.viewport()->rect().center());
+  }
+  const std::string festival = MERIVANE_SAMPLES "/festival.txt";
+};
+
+TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAndFindings) {
+  QMainWindow* opened = Open(festival);
+  ASSERT_NE(opened, nullptr);
+  EXPECT_TRUE(opened->isVisible());
+  EXPECT_FALSE(User::Find(window, "startPage").isVisible());
+  EXPECT_EQ(Chosen(*opened), "Harbour Lights Festival");
+  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "roof from own");
+  EXPECT_EQ(Chosen(*opened), "16  Build a roof from own timber");
+  EXPECT_EQ(Marked(*opened, "diagram"), "Build a roof from own timber");
+  EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Build a roof from own timber"));
+  EXPECT_THAT(Page(*opened), HasSubstr("3FS  Fetch the stage parts"));
+  ClickMarked(*opened, "chart", "Fetch the stage parts");
+  EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
+  EXPECT_EQ(Marked(*opened, "diagram"), "Fetch the stage parts");
+  ClickMarked(*opened, "diagram", "Rent a roof");
+  EXPECT_EQ(Chosen(*opened), "15  Rent a roof");
+  EXPECT_EQ(Marked(*opened, "chart"), "");
+  EXPECT_THAT(Notes(*opened), ElementsAre(HasSubstr("keeps link L52 to 'Build a roof")));
+  auto& notes = User::Get<QTableView>(*opened, "notes");
+  notes.setFocus();
+  notes.scrollToTop();
+  const QModelIndex third = notes.model()->index(2, 3);
+  QTest::mouseClick(notes.viewport(), Qt::LeftButton, {}, notes.visualRect(third).center());
+  EXPECT_EQ(Chosen(*opened), "4  Hold the festival evening");
+  EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Hold the festival evening"));
+  notes.selectAll();
+  QTest::keyClick(&notes, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_THAT(QApplication::clipboard()->text().toStdString(), HasSubstr("\nleft out\t"));
+  EXPECT_THAT(user.boxes, IsEmpty());
+}
+
+TEST_F(WorkbenchWindowTest, KeysGoIntoDecompositionsOutOfThemBackAndForward) {
+  QMainWindow* opened = Open(festival);
+  ASSERT_NE(opened, nullptr);
+  Outline(*opened).setFocus();
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Down);
+  EXPECT_EQ(Chosen(*opened), "2  Bring the stage to the quay");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Chosen(*opened), "Stage building");
+  EXPECT_EQ(User::Find(*opened, "diagram").accessibleName(), "Stage building");
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Return);  // leads nowhere
+  EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
+  Key(Qt::Key_Backspace);
+  Key(Qt::Key_Backspace);
+  EXPECT_EQ(Chosen(*opened), "2  Bring the stage to the quay");
+  for (const char* before : {"Stage building", "14  Fetch the stage parts", "Stage building"}) {
+    Key(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(Chosen(*opened), before);
+  }
+  Key(Qt::Key_Right, Qt::AltModifier);
+  EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
+  Key(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(window.focusWidget()->objectName(), "outlineSearch");
+  Key(Qt::Key_F1);
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(7030));
+}
+
+TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlanAndIsReadyInTheDialog) {
+  QMainWindow* opened = Open(MERIVANE_SAMPLES "/bakery.txt");
+  ASSERT_NE(opened, nullptr);
+  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Bake the cakes");
+  EXPECT_EQ(Marked(*opened, "chart"), "");
+  EXPECT_THAT(Page(*opened), HasSubstr("Not in the plan"));
+  User::Choose(*opened, "choice1", 1);
+  QTest::qWait(20);
+  EXPECT_EQ(Chosen(*opened), "6  Bake the cakes");  // it stays
+  EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Bake the cakes"));
+  EXPECT_THAT(Page(*opened), Not(HasSubstr("Not in the plan")));
+  EXPECT_EQ(User::Get<QComboBox>(*opened, "choice1").currentText(), "Saturday cakes");
+
+  opened->findChild<QAction*>("toPlan")->trigger();
+  QWidget& form = User::Find(window, "frmIDEF3ToProject");
+  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), MERIVANE_SAMPLES "/bakery.txt");
+  const std::string database = folder.Path("plan.mdb");
+  Browse(form, "BrowsedbBt", database);
+  user.steps.emplace_back([](QDialog& dialog) { User::Click(dialog, "Command1"); });
+  User::Click(form, "cmdOK");
+  QMainWindow* plan = Open(database);
+  ASSERT_NE(plan, opened);
+  EXPECT_EQ(window.findChildren<QMainWindow*>("workbench").size(), 2);
+  QTest::keyClicks(&User::Find(*plan, "outlineSearch"), "Bake the cakes");
+  EXPECT_THAT(Marked(*plan, "chart"), HasSubstr("Bake the cakes"));
+}
+
+TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelection) {
+  const std::string file = folder.Write("m.txt", ReadFile(festival));
+  QMainWindow* opened = Open(file);
+  ASSERT_NE(opened, nullptr);
+  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Rent a roof");
+  EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
+  const std::string whole = ReadFile(festival);
+  folder.Write("m.txt", whole.substr(0, whole.find("Process  20")) + "\r\n");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(*opened, "fileChanged").isVisible(); }));
+  User::Click(*opened, "readAgain");
+  EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
+  EXPECT_THAT(User::Get<QLabel>(*opened, "fileLines").text().toStdString(),
+              HasSubstr("Read in part"));
+  EXPECT_THAT(User::Get<QLabel>(*opened, "noChart").text().toStdString(), HasSubstr("no plan"));
+  EXPECT_EQ(Chosen(*opened), "Harbour Lights Festival");  // the unit is gone
+  folder.Write("m.txt", "");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return User::Find(*opened, "fileChanged").isVisible(); }));
+  User::Click(*opened, "readAgain");
+  EXPECT_EQ(user.boxes.size(), 1U);
+  EXPECT_EQ(Chosen(*opened), "Harbour Lights Festival");  // what was read stays
+}
+
+TEST_F(WorkbenchWindowTest, OpeningShowsABarAndItsCancelLeavesNoWindow) {
+  bool cancels = false;
+  bool wasShown = false;
+  desktop.ticksPerLook = 200;
+  desktop.onProgress = [&](const RunProgress&) {
+    if (window.findChild<QDialog*>("progress") == nullptr) return;
+    wasShown = true;
+    if (cancels) User::Click(window, "progressCancel");
+  };
+  QMainWindow* opened = Open(festival);
+  ASSERT_NE(opened, nullptr);
+  EXPECT_TRUE(wasShown);
+  EXPECT_EQ(Open(festival), opened);  // once
+  opened->parentWidget()->close();
+  QTest::qWait(10);
+  EXPECT_TRUE(User::Find(window, "startPage").isVisible());
+  cancels = true;
+  EXPECT_EQ(Open(festival), nullptr);
+  EXPECT_EQ(window.findChild<QDialog*>("progress"), nullptr);
+  EXPECT_THAT(user.boxes, IsEmpty());
+}
+
+}  // namespace
+}  // namespace merivane::test
