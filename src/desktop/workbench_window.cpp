@@ -184,6 +184,7 @@ void WorkbenchWindow::Watch() {
 }
 
 void WorkbenchWindow::TakeView(FileView view) {
+  isShowing_ = true;
   view_ = std::move(view);
   selection_.Show(view_);
   drawn_.reset();
@@ -195,11 +196,14 @@ void WorkbenchWindow::TakeView(FileView view) {
   ShowNotices();
   ShowChart();
   if (!selection_.Chosen()) selection_.Choose(0);
+  isShowing_ = false;
   ShowChosen();
 }
 
 void WorkbenchWindow::ShowChoices() {
   if (choices_ == nullptr) return;
+  const QWidget* focused = focusWidget();
+  const QString inHand = focused == nullptr ? "" : focused->objectName();
   choices_->clear();
   choices_->setVisible(!view_.choices.empty());
   int count = 0;
@@ -214,6 +218,7 @@ void WorkbenchWindow::ShowChoices() {
     label->setTextFormat(Qt::PlainText);
     choices_->addWidget(label);
     choices_->addWidget(box);
+    if (inHand == box->objectName()) box->setFocus();
     // The box goes with the old view.
     connect(box, &QComboBox::activated, this, [this, question = choice.question](int name) {
       QTimer::singleShot(0, this, [this, question, name] { TakeChoice(question, name); });

@@ -77,7 +77,7 @@ class PlanRows {
       const PlanTask& before = plan_.tasks[link->predecessor];
       predecessors += (predecessors.empty() ? "" : "\n") + std::to_string(before.id) +
                       kKinds[static_cast<int>(link->kind)] +
-                      LagText(link->lag, static_cast<double>(plan_.settings.minutesPerDay)) + "  " +
+                      LagText(link->lag, static_cast<double>(plan_.settings.minutesPerDay)) + " " +
                       before.name;
     }
     AddProperty(element, "Predecessors", predecessors);

@@ -48,7 +48,7 @@ class StartPageTest : public DesktopTest {
     if (opened == nullptr) return {};
     std::string title = opened->windowTitle().toStdString();
     opened->parentWidget()->close();
-    QTest::qWait(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(window, "startPage").isVisible(); }));
     return title;
   }
   bool DropOnPage(const QStringList& files) {

@@ -74,7 +74,7 @@ TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAnd
   EXPECT_EQ(Chosen(*opened), "16  Build a roof from own timber");
   EXPECT_EQ(Marked(*opened, "diagram"), "Build a roof from own timber");
   EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Build a roof from own timber"));
-  EXPECT_THAT(Page(*opened), HasSubstr("3FS  Fetch the stage parts"));
+  EXPECT_THAT(Page(*opened), HasSubstr("3FS Fetch the stage parts"));
   ClickMarked(*opened, "chart", "Fetch the stage parts");
   EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
   EXPECT_EQ(Marked(*opened, "diagram"), "Fetch the stage parts");
@@ -157,7 +157,7 @@ TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelec
   QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Rent a roof");
   EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
   const std::string whole = ReadFile(festival);
-  folder.Write("m.txt", whole.substr(0, whole.find("Process  20")) + "\r\n");
+  folder.Write("m.txt", whole.substr(0, whole.size() / 2));
   EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(*opened, "fileChanged").isVisible(); }));
   User::Click(*opened, "readAgain");
   EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
@@ -186,8 +186,7 @@ TEST_F(WorkbenchWindowTest, OpeningShowsABarAndItsCancelLeavesNoWindow) {
   EXPECT_TRUE(wasShown);
   EXPECT_EQ(Open(festival), opened);  // once
   opened->parentWidget()->close();
-  QTest::qWait(10);
-  EXPECT_TRUE(User::Find(window, "startPage").isVisible());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(window, "startPage").isVisible(); }));
   cancels = true;
   EXPECT_EQ(Open(festival), nullptr);
   EXPECT_EQ(window.findChild<QDialog*>("progress"), nullptr);

@@ -68,12 +68,12 @@ TEST_F(WorkbenchTest, AUnitItsTaskItsLineAndItsNotesAreOneElement) {
   const FileView view = LiveModel(kFestival, desktop).View();
   const Element& built = Unit(view, 16);
   const auto place = static_cast<std::size_t>(&built - view.elements.data());
-  EXPECT_EQ(Property(built, "Predecessors"), "3FS  Fetch the stage parts");
+  EXPECT_EQ(Property(built, "Predecessors"), "3FS Fetch the stage parts");
   EXPECT_EQ(Property(built, "Duration"), "3 days");
   EXPECT_EQ(Property(built, "Early start"), "Jan 18, 2000 8:00");
   EXPECT_EQ(Property(built, "Slack"), "0d, critical");
   EXPECT_EQ(Property(Unit(view, 2), "Predecessors"),
-            "1FS  Obtain the permits\n12SS  Sell the tickets");
+            "1FS Obtain the permits\n12SS Sell the tickets");
   std::vector<std::string> lines(1);
   for (const char letter : ReadFile(kFestival)) {
     letter == '\n' ? lines.emplace_back() : lines.back() += letter;
@@ -144,7 +144,7 @@ TEST_F(WorkbenchTest, ADatabaseShowsItsModelBesideItsPlanWhateverIsNull) {
   Translate(kFestival);
   const FileView whole = Database();
   EXPECT_EQ(InPlan(whole), InPlan(LiveModel(kFestival, desktop).View()));
-  EXPECT_EQ(Property(Unit(whole, 16), "Predecessors"), "3FS  Fetch the stage parts");
+  EXPECT_EQ(Property(Unit(whole, 16), "Predecessors"), "3FS Fetch the stage parts");
   EXPECT_THAT(whole.choices, IsEmpty());
   const std::string kept = ReadFile(databasePath);
   for (const auto& [table, column] : {std::pair{"Scenario", "Num"},
@@ -180,7 +180,7 @@ TEST_F(WorkbenchTest, APlanFileShowsItsTasksOrTellsWhyItCant) {
   const FileView mpx = ViewPlanFile(folder.Path("plan.mpx"), desktop);
   EXPECT_TRUE(mpx.chart);
   EXPECT_EQ(InPlan(mpx).size(), InPlan(Database()).size());
-  EXPECT_EQ(Property(mpx.elements.at(3), "Predecessors"), "3FS  Fetch the stage parts");
+  EXPECT_EQ(Property(mpx.elements.at(3), "Predecessors"), "3FS Fetch the stage parts");
   EXPECT_EQ(mpx.elements.at(2).level, mpx.elements.at(1).level + 1);
   const std::string xml =
       "<Project xmlns='http://schemas.microsoft.com/project'><Tasks><Task><UID>1</UID><ID>1</ID>"
