@@ -130,6 +130,7 @@ void MainWindow::ConnectStart() {
   start_->OnToModel = [this] { Press(&frmMain::mnuProjectToIDEF3); };
   start_->OnAsk = [this] { AskForFile(); };
   start_->OnOpen = [this](const QStringList& names) { OpenFiles(names); };
+  result_->OnSee = [this](const QString& file) { OpenFiles({file}); };
   view_->OnAsk = [this] { AskForFile(); };
   view_->OnShown = [this](const std::string& path) { start_->Recent().Add(PathToQt(path)); };
 }

@@ -6,6 +6,7 @@
 
 #include "desktop/qt_desktop.h"
 #include "elided_label.h"
+#include "opened_kind.h"
 #include "qt_text.h"
 
 namespace merivane::desktop {
@@ -16,6 +17,7 @@ ResultLine::ResultLine(QStatusBar& bar, QtDesktop& desktop)
   label_->setTextFormat(Qt::PlainText);
   bar.addWidget(label_, 1);
   undo_ = AddButton(bar, "undoPick", "Undo", &ResultLine::Undo);
+  see_ = AddButton(bar, "seePlan", "See the plan", &ResultLine::See);
   open_ = AddButton(bar, "openResult", "Open", &ResultLine::Open);
   showInFolder_ = AddButton(bar, "showResult", "Show in folder", &ResultLine::ShowInFolder);
 }
@@ -38,6 +40,7 @@ void ResultLine::Show(const QString& text, const QString& file) {
   label_->setToolTip(text);
   written_ = file;
   undo_->setVisible(!emptied_.empty());
+  see_->setVisible(!file.isEmpty() && KindOfName(file) != FileKind::kModel);
   open_->setVisible(!file.isEmpty());
   showInFolder_->setVisible(!file.isEmpty());
 }
@@ -64,6 +67,11 @@ void ResultLine::Undo() {
   const QString path = emptied_.back().path;
   emptied_.pop_back();
   Show(emptied_.empty() ? path + " is as it was before" : emptied_.back().text, {});
+}
+
+// The file may have changed its name since: what opens it tells so.
+void ResultLine::See() {
+  if (OnSee) OnSee(written_);
 }
 
 void ResultLine::Open() { desktop_.OpenPlace(written_); }

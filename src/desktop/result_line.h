@@ -30,6 +30,9 @@ class ResultLine : public QObject {
 
   QString Text() const;
 
+  // The user wants to see the plan that was written.
+  std::function<void(const QString& file)> OnSee;
+
  private:
   struct Emptied {
     QString text;
@@ -40,12 +43,14 @@ class ResultLine : public QObject {
                          void (ResultLine::*press)());
   void Show(const QString& text, const QString& file);
   void Undo();
+  void See();
   void Open();
   void ShowInFolder();
 
   QtDesktop& desktop_;
   ElidedLabel* label_;
   QPushButton* undo_;
+  QPushButton* see_;
   QPushButton* open_;
   QPushButton* showInFolder_;
   QString written_;

@@ -143,7 +143,8 @@ TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlanAndIsReadyInTheDialog) {
   Browse(form, "BrowsedbBt", database);
   user.steps.emplace_back([](QDialog& dialog) { User::Click(dialog, "Command1"); });
   User::Click(form, "cmdOK");
-  QMainWindow* plan = Open(database);
+  User::Click(window, "seePlan");
+  QMainWindow* plan = window.findChildren<QMainWindow*>("workbench").last();
   ASSERT_NE(plan, opened);
   EXPECT_EQ(window.findChildren<QMainWindow*>("workbench").size(), 2);
   QTest::keyClicks(&User::Find(*plan, "outlineSearch"), "Bake the cakes");

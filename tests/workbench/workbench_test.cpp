@@ -15,6 +15,7 @@
 #include "translator/multi.h"
 #include "workbench/live_model.h"
 #include "workbench/plan_file.h"
+#include "workbench/selection.h"
 
 namespace merivane::test {
 
@@ -195,6 +196,38 @@ TEST_F(WorkbenchTest, APlanFileShowsItsTasksOrTellsWhyItCant) {
   EXPECT_THAT(why, HasSubstr("half.xml"));
   EXPECT_EQ(ErrorOf([&] { ViewPlanFile(folder.Write("b.mpx", "no plan"), desktop); }), 5);
   EXPECT_EQ(ErrorOf([&] { ViewPlanFile(folder.Path("none.mpx"), desktop); }), 53);
+}
+
+TEST_F(WorkbenchTest, TheSelectionGoesBackForwardIntoAndOutAndOutlivesItsView) {
+  const FileView festival = LiveModel(kFestival, desktop).View();
+  Selection selection(festival);
+  const auto at = [&](std::int32_t unit) {
+    return static_cast<std::size_t>(&Unit(festival, unit) - festival.elements.data());
+  };
+  const auto name = [&](const FileView& view) {
+    return selection.Chosen() ? view.elements[*selection.Chosen()].name : "none";
+  };
+  EXPECT_FALSE(selection.Back() || selection.Forward() || selection.Into() || selection.Out());
+  EXPECT_TRUE(selection.Choose(at(2)));
+  EXPECT_FALSE(selection.Choose(at(2)));
+  EXPECT_TRUE(selection.Into());
+  EXPECT_EQ(name(festival), "Stage building");
+  EXPECT_FALSE(selection.Into());
+  EXPECT_TRUE(selection.Choose(at(16)));
+  EXPECT_TRUE(selection.Out() && selection.Out() && selection.Out());
+  EXPECT_EQ(name(festival), "Harbour Lights Festival");
+  EXPECT_FALSE(selection.Out());
+  for (const char* before : {"Bring the stage to the quay", "Stage building"}) {
+    EXPECT_TRUE(selection.Back());
+    EXPECT_EQ(name(festival), before);
+  }
+  EXPECT_TRUE(selection.CanGoForward());
+  EXPECT_TRUE(selection.Choose(at(14)));  // what lay ahead is no more
+  EXPECT_FALSE(selection.Forward());
+  FileView smaller = festival;
+  std::erase_if(smaller.elements, [](const Element& element) { return element.number == 14; });
+  selection.Show(smaller);
+  EXPECT_EQ(name(smaller), "Stage building");  // the step before
 }
 
 }  // namespace
