@@ -9,11 +9,11 @@ namespace merivane::desktop {
 
 using namespace workbench;
 
-inline FileKind KindOfName(const QString& name) { return KindOfFile(name.toStdString()); }
+inline FileKind KindOfName(const QString& name) { return KindOfOpened(name.toStdString()); }
 
 inline QString KindWord(const QString& name) {
   switch (KindOfName(name)) {
-    case FileKind::kModel:
+    case FileKind::kText:
       return "model";
     case FileKind::kMpx:
       return "MPX plan";

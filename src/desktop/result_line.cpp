@@ -40,7 +40,7 @@ void ResultLine::Show(const QString& text, const QString& file) {
   label_->setToolTip(text);
   written_ = file;
   undo_->setVisible(!emptied_.empty());
-  see_->setVisible(!file.isEmpty() && KindOfName(file) != FileKind::kModel);
+  see_->setVisible(!file.isEmpty() && KindOfName(file) != FileKind::kText);
   open_->setVisible(!file.isEmpty());
   showInFolder_->setVisible(!file.isEmpty());
 }

@@ -40,7 +40,7 @@ std::optional<FileView> WorkbenchFile::Read() {
     if (Kind() == FileKind::kDatabase) return ReadDatabase();
     std::optional<FileView> view;
     RunUnlessCancelled(progress_, [&] {
-      view = Kind() == FileKind::kModel ? ReadModel() : ViewPlanFile(path_, desktop_);
+      view = Kind() == FileKind::kText ? ReadModel() : ViewPlanFile(path_, desktop_);
     });
     return view;
   });

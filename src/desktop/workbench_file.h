@@ -32,7 +32,7 @@ class WorkbenchFile {
                 QWidget& window);
 
   const std::string& Path() const { return path_; }
-  FileKind Kind() const { return KindOfFile(path_); }
+  FileKind Kind() const { return KindOfOpened(path_); }
   Progress& Work() const { return progress_; }
 
   // From the disk: the first time, and whenever it has changed. Choices stay.

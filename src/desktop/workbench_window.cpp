@@ -101,7 +101,7 @@ void WorkbenchWindow::AddTools() {
     outline_->Search().setFocus();
     outline_->Search().selectAll();
   });
-  if (file_->Kind() != FileKind::kModel) return;
+  if (file_->Kind() != FileKind::kText) return;
   bar->addSeparator();
   tools->Add("toPlan", "Model to plan...", {}, [this] {
     if (OnToPlan) OnToPlan(file_->Path(), view_.choices);

@@ -10,7 +10,6 @@
 #include "runtime/file_names.h"
 #include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
-#include "runtime/text.h"
 #include "runtime/text_files.h"
 #include "store/interim_db.h"
 
@@ -20,10 +19,6 @@ using namespace program;
 using namespace roundtrip;
 
 namespace {
-
-bool EndsWithNoCase(const std::string& path, const char* ending) {
-  return EqualNoCase(Right(path, 4), ending);
-}
 
 // A file of that name, gone with the object.
 class ScratchFile {
@@ -61,7 +56,7 @@ class NewModel {
     state_.gOutFile = state_.files.FreeFile();
     state_.files.OpenForOutput(state_.gOutFile, text_.Path());
     try {
-      if (KindOfFile(path) == FileKind::kXml) {
+      if (KindOfOpened(path) == FileKind::kXml) {
         TranslateXml(state_, path, kAnew);
       } else {
         TranslateMpx(state_, path, "", kAnew);
@@ -102,10 +97,8 @@ class NewModel {
 
 }  // namespace
 
-FileKind KindOfFile(const std::string& path) {
-  if (EndsWithNoCase(path, ".txt")) return FileKind::kModel;
-  if (EndsWithNoCase(path, ".mpx")) return FileKind::kMpx;
-  return EndsWithNoCase(path, ".xml") ? FileKind::kXml : FileKind::kDatabase;
+FileKind KindOfOpened(const std::string& path) {
+  return KindOfFile(path).value_or(FileKind::kDatabase);
 }
 
 FileView ViewDatabase(Connection& connection, std::int32_t project, const DateTime& today) {

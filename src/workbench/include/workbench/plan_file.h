@@ -4,19 +4,19 @@
 #include <cstdint>
 #include <string>
 
+#include "inspect/differences.h"
 #include "platform/desktop.h"
 #include "store/connection.h"
 #include "workbench/file_view.h"
 
 namespace merivane::workbench {
 
+using namespace inspect;
 using namespace platform;
-
-enum class FileKind { kModel, kMpx, kXml, kDatabase };
 
 // By the ending. A database of Microsoft Project may bear any: what is none of the others is held
 // for one, and opening it tells whether it is.
-FileKind KindOfFile(const std::string& path);
+FileKind KindOfOpened(const std::string& path);
 
 // One project of an open database, with the model where it holds one. What a table lacks or can't
 // be read stays out, and a line tells why. Errors of the database come up only where it holds
