@@ -198,11 +198,23 @@ void MainWindow::ShowWorkbench(WorkbenchWindow* workbench) {
     Press(&frmMain::mnuIDEF3ToProject);
     modelToProject_->TakeDropped({PathToQt(path)});
   };
+  workbench->OnBringBack = std::bind_front(&MainWindow::BringBack, this);
   QMdiSubWindow* frame = area_->addSubWindow(workbench);
   connect(frame, &QObject::destroyed, this, &MainWindow::ShowPage, Qt::QueuedConnection);
   frame->showMaximized();
   ShowPage();
   workbench->setFocus();
+}
+
+// Each name as if the user had browsed for it.
+void MainWindow::BringBack(const std::string& plan, const std::string& database,
+                           std::optional<std::int32_t> project) {
+  Press(&frmMain::mnuProjectToIDEF3);
+  projectToModel_->TakeDropped({PathToQt(plan)});
+  if (database.empty()) return;
+  desktop_.SetReadyMerge(project);
+  projectToModel_->TakeDropped({PathToQt(database)});
+  desktop_.SetReadyMerge({});
 }
 
 void MainWindow::AddForm(FormWindow* window) {

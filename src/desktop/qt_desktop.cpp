@@ -24,6 +24,7 @@
 #include "runtime/text.h"
 #include "shell/browse.h"
 #include "shell/form.h"
+#include "shell/frmDBMerge.h"
 #include "shell/kept_files.h"
 #include "shell/message_advice.h"
 
@@ -275,6 +276,11 @@ void QtDesktop::ApplyPointer() {
 void QtDesktop::ShowModal(ModalForm& form) {
   form.MarkLoaded();
   form.Load();
+  auto* merge = dynamic_cast<frmDBMerge*>(&form);
+  if (merge != nullptr && readyMerge_) {
+    merge->MergeWith(*readyMerge_);
+    return;
+  }
   const auto dialog = MakeModalDialog(form, *this, Parent());
   Execute(*dialog);
   form.Unload();

@@ -34,6 +34,8 @@ class WorkbenchFile {
   const std::string& Path() const { return path_; }
   FileKind Kind() const { return KindOfOpened(path_); }
   Progress& Work() const { return progress_; }
+  // The project of a database that was read.
+  std::optional<std::int32_t> Project() const { return project_; }
 
   // From the disk: the first time, and whenever it has changed. Choices stay.
   std::optional<FileView> Read();

@@ -101,15 +101,34 @@ void WorkbenchWindow::AddTools() {
     outline_->Search().setFocus();
     outline_->Search().selectAll();
   });
-  if (file_->Kind() != FileKind::kText) return;
   bar->addSeparator();
-  tools->Add("toPlan", "Model to plan...", {}, [this] {
+  AddTranslations(*tools);
+}
+
+void WorkbenchWindow::AddTranslations(PictureTools& tools) {
+  if (file_->Kind() != FileKind::kText) {
+    bringBack_ = tools.Add("bringBack", "Bring a changed plan back...", QKeySequence("Ctrl+B"),
+                           [this] { BringBack(); });
+    return;
+  }
+  tools.Add("toPlan", "Model to plan...", QKeySequence("Ctrl+T"), [this] {
     if (OnToPlan) OnToPlan(file_->Path(), view_.choices);
   });
   choices_ = new QToolBar("Choices");
   choices_->setObjectName("workbenchChoices");
   addToolBarBreak();
   addToolBar(choices_);
+}
+
+// The plan is asked for first: its kind tells which boxes the rest belongs into.
+void WorkbenchWindow::BringBack() {
+  if (!OnBringBack) return;
+  if (file_->Kind() != FileKind::kDatabase) return OnBringBack(file_->Path(), "", {});
+  std::string plan;
+  desktop_.RunIn(*this, [&] {
+    plan = desktop_.AskFileName({"Changed plans (*.mpx *.xml)|*.xml", "The changed plan"});
+  });
+  if (!plan.empty()) OnBringBack(plan, file_->Path(), file_->Project());
 }
 
 void WorkbenchWindow::AddNotices(QLayout& column) {
@@ -192,6 +211,9 @@ void WorkbenchWindow::TakeView(FileView view) {
   notes_->Show(view_.notes);
   diagram_->setVisible(!view_.model.scenarios.empty());
   lastPicture_ = view_.model.scenarios.empty() ? chart_ : diagram_;
+  if (bringBack_ != nullptr && file_->Kind() == FileKind::kDatabase) {
+    bringBack_->setEnabled(!view_.model.scenarios.empty());
+  }
   ShowChoices();
   ShowNotices();
   ShowChart();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -39,12 +40,19 @@ class WorkbenchWindow : public QMainWindow {
   const std::string& Path() const { return file_->Path(); }
   // The model goes to the dialog that translates it, with the choices made here.
   std::function<void(const std::string& path, const std::vector<Choice>& choices)> OnToPlan;
+  // A changed plan goes back into its model: the plan, and the database and the project that hold
+  // the model, where that is known.
+  std::function<void(const std::string& plan, const std::string& database,
+                     std::optional<std::int32_t> project)>
+      OnBringBack;
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   void AddTools();
+  void AddTranslations(PictureTools& tools);
+  void BringBack();
   void AddParts();
   void AddNotices(QLayout& column);
   void Watch();
@@ -83,6 +91,7 @@ class WorkbenchWindow : public QMainWindow {
   QFileSystemWatcher* watcher_ = nullptr;
   QAction* back_ = nullptr;
   QAction* forward_ = nullptr;
+  QAction* bringBack_ = nullptr;
 };
 
 }  // namespace merivane::desktop

@@ -151,6 +151,34 @@ TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlanAndIsReadyInTheDialog) {
   EXPECT_THAT(Marked(*plan, "chart"), HasSubstr("Bake the cakes"));
 }
 
+TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnown) {
+  const std::string database = folder.Path("plan.mdb");
+  const std::string mpx = folder.Path("plan.mpx");
+  MakePlan(database, mpx);
+  QMainWindow* opened = Open(database);
+  ASSERT_NE(opened, nullptr);
+  names.names = {mpx};
+  Key(Qt::Key_B, Qt::ControlModifier);
+  QWidget& form = User::Find(window, "frmProjectToIDEF3");
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
+  EXPECT_EQ(TextOf(form, "txtInterimDB"), database);
+  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "");
+  EXPECT_TRUE(User::Find(form, "cmdPreview").isEnabled());  // of a merge with one project
+  User::Click(form, "cmdCancel");
+  QMainWindow* plan = Open(mpx);
+  ASSERT_NE(plan, opened);
+  plan->findChild<QAction*>("bringBack")->trigger();
+  EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
+  EXPECT_EQ(TextOf(form, "txtInterimDB"), "");
+  user.steps.emplace_back(User::Clicks("CmdCancel"));  // asked as ever
+  Browse(form, "cmdInterimDB", database);
+  User::Click(form, "cmdCancel");
+  const QMainWindow* foreign = Open(folder.Write("foreign.txt", ReadFile(festival)));
+  EXPECT_EQ(foreign->findChild<QAction*>("bringBack"), nullptr);
+  EXPECT_THAT(user.boxes, IsEmpty());
+}
+
 TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelection) {
   const std::string file = folder.Write("m.txt", ReadFile(festival));
   QMainWindow* opened = Open(file);

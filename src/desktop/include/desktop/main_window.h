@@ -2,7 +2,10 @@
 #pragma once
 
 #include <QMainWindow>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "desktop/qt_desktop.h"
 #include "shell/frmMain.h"
@@ -47,6 +50,8 @@ class MainWindow : public QMainWindow {
   void OpenFiles(const QStringList& names);
   void OpenFile(const QString& name);
   void ShowWorkbench(WorkbenchWindow* workbench);
+  void BringBack(const std::string& plan, const std::string& database,
+                 std::optional<std::int32_t> project);
   void Press(void (frmMain::*handler)());
   void AddForm(FormWindow* window);
   void TakeDropped(const QStringList& files);

@@ -13,6 +13,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -92,6 +93,10 @@ class QtDesktop : public Desktop {
   // It; empty without one.
   std::string TakeReadyChoice(const std::string& question);
 
+  // While set, the question whether a database is overwritten or merged with is answered: merged,
+  // with this project.
+  void SetReadyMerge(std::optional<std::int32_t> project) { readyMerge_ = project; }
+
   // Writes the file anew, under another name beside it until it is whole, and asks before it
   // replaces one. False where that isn't wanted. Errors of `write` come up with the name of `path`.
   bool WriteAnew(const std::string& path, const std::function<void(const Output& output)>& write);
@@ -152,6 +157,7 @@ class QtDesktop : public Desktop {
   SessionLog log_;
   std::string about_;
   std::map<std::string, std::string> readyChoices_;  // by question
+  std::optional<std::int32_t> readyMerge_;
   int pointer_ = kPointerDefault;
   bool pointerShown_ = false;  // an override cursor of ours is on Qt's stack
   int messageCount_ = 0;
