@@ -16,7 +16,7 @@ namespace {
 constexpr int kElementRole = Qt::UserRole;
 
 QString Caption(const Element& element) {
-  const QString name = ToQt(element.name);
+  QString name = ToQt(element.name);
   if (element.kind == Element::Kind::kScenario) return name;
   return QString::number(element.number) + "  " + name;
 }
