@@ -1,5 +1,6 @@
 #include <map>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "runtime/run_time_error.h"
 #include "schedule/plan.h"
 #include "schedule/schedule.h"
+#include "schedule/staffing.h"
 
 namespace merivane::workbench {
 
@@ -19,8 +21,8 @@ constexpr const char* kKinds[] = {"FF", "FS", "SF", "SS"};  // by the numbers of
 
 class PlanRows {
  public:
-  PlanRows(FileView& view, const Plan& plan, const TaskResources& resources)
-      : view_(view), plan_(plan), resources_(resources), elements_(plan.tasks.size()) {}
+  PlanRows(FileView& view, const Plan& plan, std::vector<std::string> resources)
+      : view_(view), plan_(plan), resources_(std::move(resources)), elements_(plan.tasks.size()) {}
 
   // Without dates where they can't be worked out.
   void Add(const std::optional<Schedule>& dates) {
@@ -105,7 +107,7 @@ class PlanRows {
 
   FileView& view_;
   const Plan& plan_;
-  const TaskResources& resources_;
+  std::vector<std::string> resources_;                         // of each task
   std::vector<std::size_t> elements_;                          // of each task
   std::map<std::size_t, std::vector<const PlanLink*>> links_;  // by the task behind them
 };
@@ -115,21 +117,22 @@ class PlanRows {
 void AddPlan(FileView& view, Connection& connection, std::int32_t project,
              const DateTime& today) try {
   const ReadScope scope(&connection);
-  const Plan plan = schedule::ReadPlan(connection, project, today);
+  DatedPlan dated{.plan = schedule::ReadPlan(connection, project, today)};
+  const Plan& plan = dated.plan;
   view.lines.insert(view.lines.end(), plan.warnings.begin(), plan.warnings.end());
   if (plan.tasks.empty()) {
     view.whyNoChart = "The plan holds no task.";
     return;
   }
-  const TaskResources resources = ReadTaskResources(connection, project, plan);
+  dated.staffing = ReadStaffing(connection, project, plan);
   std::optional<Schedule> dates;
   try {
-    dates = schedule::MakeSchedule(plan);
-    view.chart = DrawChart(plan, *dates, resources);
+    dates = dated.dates = schedule::MakeSchedule(plan);
+    view.chart = DrawChart(dated);
   } catch (const RunTimeError& error) {
     view.whyNoChart = error.Description();
   }
-  PlanRows(view, plan, resources).Add(dates);
+  PlanRows(view, plan, dated.staffing.NamesByTask(plan.tasks.size())).Add(dates);
 } catch (const RunTimeError& error) {
   view.whyNoChart = "The plan can't be read: " + error.Description();
 }
