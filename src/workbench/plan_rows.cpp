@@ -117,7 +117,8 @@ class PlanRows {
 void AddPlan(FileView& view, Connection& connection, std::int32_t project,
              const DateTime& today) try {
   const ReadScope scope(&connection);
-  DatedPlan dated{.plan = schedule::ReadPlan(connection, project, today)};
+  DatedPlan dated;
+  dated.plan = schedule::ReadPlan(connection, project, today);
   const Plan& plan = dated.plan;
   view.lines.insert(view.lines.end(), plan.warnings.begin(), plan.warnings.end());
   if (plan.tasks.empty()) {
