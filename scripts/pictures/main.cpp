@@ -78,6 +78,7 @@ class Studio {
   void TakeToProject();
   void TakeToModel();
   void TakePictureWindow();
+  void TakeWorkbench();
   void TakeLog();
   void TakeRest();
 
@@ -223,6 +224,25 @@ void Studio::TakePictureWindow() {
   picture->close();
 }
 
+void Studio::TakeWorkbench() {
+  const QSize before = window_.size();
+  window_.resize(1200, 800);
+  names_.names.push_back(Scratch("festival.txt"));
+  window_.findChild<QAction*>("mnuOpen")->trigger();
+  QTest::qWait(100);
+  auto* opened = window_.findChild<QMainWindow*>("workbench");
+  if (opened == nullptr) {
+    std::fputs("no window with an opened file\n", stderr);
+    good_ = false;
+    return;
+  }
+  if (opened->parentWidget() != nullptr) opened->parentWidget()->showMaximized();
+  QTest::keyClicks(opened->findChild<QWidget*>("outlineSearch"), "raise");
+  Take(window_, "workbench");
+  opened->close();
+  window_.resize(before);
+}
+
 void Studio::TakeLog() {
   window_.findChild<QAction*>("mnuMessageLog")->trigger();
   auto* log = window_.findChild<QDialog*>("logWindow");
@@ -259,6 +279,7 @@ bool Studio::TakeAll() {
   TakeToProject();
   TakeToModel();
   TakePictureWindow();
+  TakeWorkbench();
   TakeLog();
   TakeRest();
   return good_;

@@ -445,11 +445,16 @@ void TakeStoredDates(const std::vector<StoredDates>& stored, DatedPlan& whole) {
 
 DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const DateTime& today) {
   const ReadScope scope(&connection);
-  DatedPlan whole;
-  whole.plan = schedule::ReadPlan(connection, project, today);
-  if (whole.plan.tasks.empty()) {
+  return WithDates(connection, project, today, schedule::ReadPlan(connection, project, today));
+}
+
+DatedPlan WithDates(Connection& connection, std::int32_t project, const DateTime& today,
+                    schedule::Plan plan) {
+  if (plan.tasks.empty()) {
     throw RunTimeError(kInvalidProcedureCall, "The plan holds no task: there is nothing to draw.");
   }
+  DatedPlan whole;
+  whole.plan = std::move(plan);
   whole.dated = "; dates computed from durations and links";
   if (whole.plan.start == today) whole.dated += ", from today, " + DateText(today, false) + ", on";
   whole.dates = schedule::MakeSchedule(whole.plan);

@@ -17,8 +17,6 @@ using namespace schedule;
 
 namespace {
 
-constexpr const char* kKinds[] = {"FF", "FS", "SF", "SS"};  // by the numbers of LinkKind
-
 class PlanRows {
  public:
   PlanRows(FileView& view, const Plan& plan, std::vector<std::string> resources)
@@ -77,10 +75,9 @@ class PlanRows {
     std::string predecessors;
     for (const PlanLink* link : links_[task]) {
       const PlanTask& before = plan_.tasks[link->predecessor];
-      predecessors += (predecessors.empty() ? "" : "\n") + std::to_string(before.id) +
-                      kKinds[static_cast<int>(link->kind)] +
-                      LagText(link->lag, static_cast<double>(plan_.settings.minutesPerDay)) + " " +
-                      before.name;
+      predecessors +=
+          (predecessors.empty() ? "" : "\n") + std::to_string(before.id) + KindText(link->kind) +
+          LagText(link->lag, static_cast<double>(plan_.settings.minutesPerDay)) + " " + before.name;
     }
     AddProperty(element, "Predecessors", predecessors);
   }
@@ -117,23 +114,22 @@ class PlanRows {
 void AddPlan(FileView& view, Connection& connection, std::int32_t project,
              const DateTime& today) try {
   const ReadScope scope(&connection);
-  DatedPlan dated;
-  dated.plan = schedule::ReadPlan(connection, project, today);
-  const Plan& plan = dated.plan;
+  const Plan plan = schedule::ReadPlan(connection, project, today);
   view.lines.insert(view.lines.end(), plan.warnings.begin(), plan.warnings.end());
   if (plan.tasks.empty()) {
     view.whyNoChart = "The plan holds no task.";
     return;
   }
-  dated.staffing = ReadStaffing(connection, project, plan);
   std::optional<Schedule> dates;
   try {
-    dates = dated.dates = schedule::MakeSchedule(plan);
+    const DatedPlan dated = WithDates(connection, project, today, plan);
+    dates = dated.dates;
     view.chart = DrawChart(dated);
   } catch (const RunTimeError& error) {
     view.whyNoChart = error.Description();
   }
-  PlanRows(view, plan, dated.staffing.NamesByTask(plan.tasks.size())).Add(dates);
+  const Staffing staffing = ReadStaffing(connection, project, plan);
+  PlanRows(view, plan, staffing.NamesByTask(plan.tasks.size())).Add(dates);
 } catch (const RunTimeError& error) {
   view.whyNoChart = "The plan can't be read: " + error.Description();
 }

@@ -172,6 +172,10 @@ TEST_F(WorkbenchTest, ADatabaseShowsItsModelBesideItsPlanWhateverIsNull) {
     std::filesystem::remove(databasePath);
     folder.Write("database.mdb", kept);
   }
+  EXPECT_THAT(Database().chart->description, HasSubstr("dates computed"));
+  Sql("update MSP_TASKS set TASK_START_DATE = '2/3/2026 8:00:00 AM',"
+      " TASK_FINISH_DATE = '2/9/2026 5:00:00 PM'");
+  EXPECT_THAT(Database().chart->description, HasSubstr("Feb 3, 2026 to Feb 9, 2026"));
   Sql("delete from Scenario; delete from MSP_TASKS");
   EXPECT_EQ(ErrorOf([&] { Database(); }), 5);
 }

@@ -29,6 +29,9 @@ struct DatedPlan {
 // Reads and works out the dates. `today` is the beginning of a plan that tells none. Errors of the
 // database come up as RunTimeErrors, links in a circle and a plan without a task as error 5.
 DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const DateTime& today);
+// The same of a plan that ReadPlan has read.
+DatedPlan WithDates(Connection& connection, std::int32_t project, const DateTime& today,
+                    schedule::Plan plan);
 
 struct ChartOptions {
   bool headline = true;               // the plan's name and what it spans above it
