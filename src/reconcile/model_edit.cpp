@@ -27,12 +27,19 @@ constexpr const char* kCreator = "Merivane";
 // The reader takes four digits of the numbers of processes, objects, junctions and links.
 constexpr std::int32_t kMostNumber = 9999;
 
+RunTimeError NoNumberLeft() {
+  return {
+      kOverflow,
+      "The model holds so many elements that no number up to 9999 is free for another one, and a "
+      "text takes no greater one."};
+}
+
 template <typename Elements>
 std::int32_t FreeNumber(const Elements& elements) {
   std::int32_t number = elements.empty() ? 1 : std::max(0, elements.rbegin()->first) + 1;
   if (number > kMostNumber) number = 1;
   while (elements.contains(number)) ++number;
-  if (number > kMostNumber) throw RunTimeError(kOverflow);
+  if (number > kMostNumber) throw NoNumberLeft();
   return number;
 }
 
@@ -88,7 +95,7 @@ std::int32_t ModelEdit::NextElement() {
   if (lastElement_ >= kMostNumber) lastElement_ = 0;
   while (isTaken(++lastElement_)) {
   }
-  if (lastElement_ > kMostNumber) throw RunTimeError(kOverflow);
+  if (lastElement_ > kMostNumber) throw NoNumberLeft();
   return lastElement_;
 }
 
