@@ -21,10 +21,8 @@ namespace {
 DatedPlan ReadBefore(const Session& session, const std::string& path, std::int32_t project) {
   const DateTime today = session.desktop.Today();
   if (UpperCase(path).ends_with(".XML")) {
-    DatedPlan before;
-    before.plan = mspdi::PlanOfFile(mspdi::ReadPlanFile(path), today);
-    before.dates = MakeSchedule(before.plan);
-    return before;
+    const mspdi::FilePlan file = mspdi::ReadPlanFile(path);
+    return DatedPlanOf(mspdi::PlanOfFile(file, today), mspdi::StoredDatesOf(file), today);
   }
   Workspace workspace;
   Connection connection(workspace);

@@ -61,4 +61,15 @@ schedule::Plan PlanOfFile(const FilePlan& file, const DateTime& today) {
   return plan;
 }
 
+std::vector<schedule::StoredDates> StoredDatesOf(const FilePlan& file) {
+  std::vector<schedule::StoredDates> dates;
+  dates.reserve(file.tasks.size());
+  for (const FileTask& task : file.tasks) {
+    if (!task.start || !task.finish) return {};
+    dates.push_back({schedule::ClockOf(*task.start), schedule::ClockOf(*task.finish)});
+    if (dates.back().finish < dates.back().start) return {};
+  }
+  return dates;
+}
+
 }  // namespace merivane::mspdi

@@ -160,6 +160,10 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
       task.level = values_.Integer(field, 0, kHighestId);
     } else if (name == "Duration") {
       task.days = values_.Minutes(field) / plan_.minutesPerDay;
+    } else if (name == "Start") {
+      task.start = XmlMoment(TextOf(field));
+    } else if (name == "Finish") {
+      task.finish = XmlMoment(TextOf(field));
     } else if (name == "ManualDuration") {
       manualDays = values_.Minutes(field) / plan_.minutesPerDay;
     } else if (name == "Active") {

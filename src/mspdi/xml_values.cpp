@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <cstdio>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -123,6 +124,19 @@ std::optional<DateTime> XmlDate(const std::string& text) {
                                         std::chrono::month{static_cast<unsigned>(date.month)},
                                         std::chrono::day{static_cast<unsigned>(date.day)}};
   return day.ok() ? std::optional(date) : std::nullopt;
+}
+
+std::optional<DateTime> XmlMoment(const std::string& text) {
+  auto moment = XmlDate(text);
+  int hour = 0, minute = 0, second = 0;
+  constexpr std::size_t kTime = 10;  // where it begins
+  if (!moment || text.size() < kTime ||
+      std::sscanf(text.c_str() + kTime, "T%2d:%2d:%2d", &hour, &minute, &second) != 3 || hour < 0 ||
+      hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) {
+    return std::nullopt;
+  }
+  moment->seconds = hour * 3600 + minute * 60 + second;
+  return moment;
 }
 
 }  // namespace merivane::mspdi

@@ -38,5 +38,7 @@ class XmlValues {
 
 // The day of "2026-01-05T08:00:00"; nothing for anything else.
 [[nodiscard]] std::optional<DateTime> XmlDate(const std::string& text);
+// The same with its time; nothing where that is missing or none.
+[[nodiscard]] std::optional<DateTime> XmlMoment(const std::string& text);
 
 }  // namespace merivane::mspdi

@@ -448,8 +448,8 @@ DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const Date
   return WithDates(connection, project, today, schedule::ReadPlan(connection, project, today));
 }
 
-DatedPlan WithDates(Connection& connection, std::int32_t project, const DateTime& today,
-                    schedule::Plan plan) {
+DatedPlan DatedPlanOf(schedule::Plan plan, const std::vector<StoredDates>& stored,
+                      const DateTime& today) {
   if (plan.tasks.empty()) {
     throw RunTimeError(kInvalidProcedureCall, "The plan holds no task: there is nothing to draw.");
   }
@@ -458,8 +458,14 @@ DatedPlan WithDates(Connection& connection, std::int32_t project, const DateTime
   whole.dated = "; dates computed from durations and links";
   if (whole.plan.start == today) whole.dated += ", from today, " + DateText(today, false) + ", on";
   whole.dates = schedule::MakeSchedule(whole.plan);
-  const std::vector<StoredDates> stored = ReadStoredDates(connection, project, whole.plan);
   if (!stored.empty()) TakeStoredDates(stored, whole);
+  return whole;
+}
+
+DatedPlan WithDates(Connection& connection, std::int32_t project, const DateTime& today,
+                    schedule::Plan plan) {
+  const std::vector<StoredDates> stored = ReadStoredDates(connection, project, plan);
+  DatedPlan whole = DatedPlanOf(std::move(plan), stored, today);
   whole.staffing = ReadStaffing(connection, project, whole.plan);
   return whole;
 }

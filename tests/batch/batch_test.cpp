@@ -291,12 +291,19 @@ TEST_F(Batch, AChartSaysWhereItsDatesComeFromAndIsRefusedWithoutATask) {
   const std::string xml = folder.Path("old.xml");
   Succeed({"export", plan, "--project", "1", "--xml", xml});
   Replace(xml, "Set up the desk", "Set up the old desk");
+  const std::string whole = ReadFile(xml);
+  const std::size_t start = whole.find("<Start>", whole.find("<UID>2</UID>"));
+  Replace(xml, whole.substr(start, whole.find("</Start>", start) - start),
+          "<Start>2001-02-03T09:30:00");
   const std::string old = folder.Path("old.mdb");
   std::filesystem::copy_file(plan, old);
   RawDatabase(plan).Run("delete from MSP_TASKS where TASK_UID = 2");
   for (const std::string& before : {xml, old}) {
     Succeed(chart, {"--columns", "--against", before});
     EXPECT_THAT(ReadFile(folder.Path("plan.svg")), testing::HasSubstr("No longer in the plan"));
+    EXPECT_EQ(
+        ReadFile(folder.Path("plan.svg")).find("before: Feb 3, 2001 9:30") != std::string::npos,
+        before == xml);
   }
   EXPECT_EQ(Run({"chart", plan, "--project", "1", "--output", folder.Path("new.svg"), "--against",
                  Sample("bakery.txt")}),

@@ -30,8 +30,10 @@ struct FileTask {
   std::int64_t id = 0;  // 1 to 32,767; differs from those of all other tasks
   std::string name;     // never empty
   std::int64_t level = 1;
-  bool inactive = false;       // kept only above tasks that aren't
-  std::optional<double> days;  // of the file's own length
+  bool inactive = false;               // kept only above tasks that aren't
+  std::optional<double> days;          // of the file's own length
+  std::optional<DateTime> start = {};  // as the file has them, where they can be read
+  std::optional<DateTime> finish = {};
   std::vector<FileLink> predecessors;
   std::string text1;
   std::optional<std::string> notes;  // lines end with CR LF
@@ -80,5 +82,7 @@ FilePlan ReadPlanFile(const std::string& path);
 // The tasks and links of a file as a plan to schedule, in the order of the file. It begins at the
 // file's own start, otherwise at `today`; calendars, constraints and progress stay behind.
 schedule::Plan PlanOfFile(const FilePlan& file, const DateTime& today);
+// The file's own dates of each task; empty where a task lacks them.
+std::vector<schedule::StoredDates> StoredDatesOf(const FilePlan& file);
 
 }  // namespace merivane::mspdi

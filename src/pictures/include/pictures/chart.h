@@ -7,6 +7,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "pictures/picture.h"
 #include "schedule/plan.h"
@@ -29,6 +30,10 @@ struct DatedPlan {
 // Reads and works out the dates. `today` is the beginning of a plan that tells none. Errors of the
 // database come up as RunTimeErrors, links in a circle and a plan without a task as error 5.
 DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const DateTime& today);
+// The same of a plan from elsewhere, without those who do its tasks: with the dates that it came
+// with, one for each task, or with computed ones where `stored` is empty.
+DatedPlan DatedPlanOf(schedule::Plan plan, const std::vector<StoredDates>& stored,
+                      const DateTime& today);
 // The same of a plan that ReadPlan has read.
 DatedPlan WithDates(Connection& connection, std::int32_t project, const DateTime& today,
                     schedule::Plan plan);
