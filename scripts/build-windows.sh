@@ -22,6 +22,8 @@ scripts/windows/libraries.sh "$MERIVANE_WINDOWS" "${qt[@]}"
 export WINEPREFIX=$PWD/build/windows/wine
 mkdir -p "$WINEPREFIX"
 WINEDEBUG=-all wineserver -p || true  # one may be up already
+# Its services start with the first program and would keep a pipe of ctest open, which then waits for them.
+scripts/windows/wine.sh cmd.exe /c exit < /dev/null > /dev/null 2>&1 || true
 trap 'WINEDEBUG=-all wineserver -k || true' EXIT
 
 desktop=OFF
