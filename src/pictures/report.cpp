@@ -14,20 +14,26 @@ namespace merivane::pictures {
 
 namespace {
 
-// Its dot stands in the figure of what a finding is about.
-void MarkFindings(const std::vector<inspect::Finding>& findings, Picture& picture) {
+// What was found of an element, by kind and number; notes are left out.
+using FoundOfElements = std::map<std::string, std::string>;
+
+FoundOfElements FoundOf(const std::vector<inspect::Finding>& findings) {
+  FoundOfElements found;
+  for (const inspect::Finding& finding : findings) {
+    if (finding.severity == inspect::Severity::kNote || !finding.element.number) continue;
+    found[finding.element.kind + '-' + std::to_string(*finding.element.number)] +=
+        "\nFound: " + finding.sentence;
+  }
+  return found;
+}
+
+// A dot stands in the figure of what a finding is about.
+void MarkFindings(const FoundOfElements& found, Picture& picture) {
   constexpr double kRadius = 4.5;
   for (Figure& figure : picture.figures) {
-    bool isMarked = false;
-    for (const inspect::Finding& finding : findings) {
-      if (finding.severity == inspect::Severity::kNote || !finding.element.number) continue;
-      if (figure.id != finding.element.kind + '-' + std::to_string(*finding.element.number)) {
-        continue;
-      }
-      figure.title += "\nFound: " + finding.sentence;
-      isMarked = true;
-    }
-    if (!isMarked) continue;
+    const auto of = found.find(figure.id);
+    if (of == found.end()) continue;
+    figure.title += of->second;
     figure.shapes.push_back(
         Box{Ink::kFinding,
             {figure.area.Right() - kRadius, figure.area.top - kRadius, 2 * kRadius, 2 * kRadius},
@@ -37,7 +43,8 @@ void MarkFindings(const std::vector<inspect::Finding>& findings, Picture& pictur
 
 class PageWriter {
  public:
-  explicit PageWriter(const Report& report) : report_(report), model_(report.model) {
+  explicit PageWriter(const Report& report)
+      : report_(report), model_(report.model), found_(FoundOf(report.findings)) {
     for (const Scenario& scenario : model_.scenarios) {
       for (const Unit& unit : scenario.units) {
         for (const std::string& object : unit.objects) users_[object].push_back(&unit);
@@ -107,7 +114,7 @@ class PageWriter {
   }
 
   void AddFigure(Picture picture) {
-    MarkFindings(report_.findings, picture);
+    MarkFindings(found_, picture);
     out_ += "<figure>\n" + ToSvgElement(picture) + "</figure>\n";
   }
 
@@ -347,6 +354,7 @@ class PageWriter {
 
   const Report& report_;
   const ProcessModel& model_;
+  FoundOfElements found_;
   std::map<std::string, std::vector<const Unit*>> users_;
   std::map<std::string, std::string> places_;  // on the page, of elements by kind and number
   std::string out_;

@@ -185,7 +185,7 @@ void Engine::RollBack() noexcept {
   const char* name = sqlite3_db_filename(Database(), "main");
   if (name == nullptr || !HasJournal(name)) return;
   if (sqlite3_exec(Database(), "begin immediate", nullptr, nullptr, nullptr) != SQLITE_OK) return;
-  if (!HasPagesToPutBack(name)) RemoveJournals(name);
+  if (!HasPagesToPutBack(name)) RemoveFile(PathOf(std::string(name) + "-journal"));
   sqlite3_exec(Database(), "rollback", nullptr, nullptr, nullptr);
 }
 
