@@ -20,6 +20,30 @@ constexpr const char* kNotReadOn =
 
 constexpr const char* kChooseModel = "Choose a model text that was exported from Celvar.";
 
+// The files that a user is most likely to take for a model, by their first line.
+struct OtherFile {
+  std::string_view mark;
+  const char* what;
+};
+
+constexpr OtherFile kOtherFiles[] = {
+    {"\xD0\xCF\x11\xE0",
+     "This looks like a plan file of Microsoft Project: save it there as XML to bring it back into "
+     "its model."},
+    {"SQLite format 3", "This is a database."},
+    {"Standard Jet DB", "This is an Access database."},
+    {"MPX", "This is an MPX file, a plan."},
+    {"<?xml", "This is an XML file."},
+};
+
+std::string ForeignAdvice(std::string_view line) {
+  const auto* kind = std::ranges::find_if(kOtherFiles, [&](const OtherFile& other) {
+    return line.substr(0, 32).find(other.mark) != std::string_view::npos;
+  });
+  return kind == std::end(kOtherFiles) ? kChooseModel
+                                       : std::string(kind->what) + " " + kChooseModel;
+}
+
 // The part of a line behind its label that FieldAfterBlanks would take, uncut.
 std::string_view Behind(std::string_view line, std::size_t start) {
   const std::size_t blanks = Find(line, "  ", start);
@@ -248,7 +272,8 @@ void Reading::OnMessage(const Message& message) {
       return;
     case kInvalidFileFormat:
       Add(Severity::kError,
-          "The first line doesn't hold 'Dunmar Neutral Text', so this is no model.", kChooseModel);
+          "The first line doesn't hold 'Dunmar Neutral Text', so this is no model.",
+          ForeignAdvice(Line(1)));
       foreign_ = true;
       return;
     default:

@@ -15,6 +15,7 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
 using ::testing::Not;
 
 struct Row {
@@ -55,6 +56,22 @@ TEST_F(CheckTest, AnEmptyFileIsToldAtItsFirstLine) {
   ASSERT_EQ(findings.size(), 1U);
   EXPECT_EQ(findings[0].line, 1U);
   EXPECT_EQ(findings[0].sentence, "The text is empty.");
+}
+
+TEST_F(CheckTest, AFileOfAnotherKindIsCalledByIt) {
+  using namespace std::string_literals;
+  const std::pair<std::string, const char*> kFiles[] = {
+      {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1\0\0\n"s, "save it there as XML"},
+      {"MPX,Microsoft Project for Windows,4.0,ANSI\r\n", "an MPX file"},
+      {"\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<Project/>\n", "an XML file"},
+      {ReadFile(TemplateDatabase()), "a database"},
+      {"\0\1\0\0Standard Jet DB\0\n"s, "an Access database"}};
+  for (const auto& [content, word] : kFiles) {
+    const auto findings =
+        inspect::CheckModel(folder.Write("other.txt", content), TemplateDatabase());
+    ASSERT_EQ(findings.size(), 1U) << word;
+    EXPECT_THAT(findings[0].advice, HasSubstr(word));
+  }
 }
 
 std::vector<std::string> SentencesOf(const std::vector<inspect::Finding>& findings) {
