@@ -55,7 +55,7 @@ void Element::Text(const char* name, std::string_view text, std::size_t most) {
   bool lost = false;
   const std::string allowed = Allowed(text, lost);
   const std::string written = WellFormedUtf8(allowed, most);
-  if (lost || written != allowed) ++*cut_;
+  if (lost || written != allowed) ++losses_->texts;
   if (!written.empty()) Add(name, written.c_str());
 }
 
@@ -111,7 +111,7 @@ void Element::Seconds(const char* name, std::int64_t seconds) {
 bool Element::Stored(const char* name, Kind kind, const Value& value) {
   if (value.IsNull()) return false;
   if (kind == Kind::kNote) {
-    Text(name, PlainNote(value));
+    Text(name, PlainNote(value, losses_->notes));
     return true;
   }
   if (value.IsBytes()) return false;

@@ -32,12 +32,22 @@ enum class Kind {
 inline constexpr std::size_t kLongestText = 512;  // of the schema, for texts of one line
 inline constexpr std::size_t kLongestName = 255;  // that Project takes, of a task or a resource
 
+// What can't go into a file as the tables have it, counted.
+struct Losses {
+  std::size_t texts = 0;      // longer than the schema takes, or with characters that it refuses
+  std::size_t notes = 0;      // rich text that breaks off; what there is of it is written
+  std::size_t baselines = 0;  // of a number beyond 10
+  std::size_t rates = 0;      // of a resource that has more than the schema takes
+  std::size_t periods =
+      0;  // rows of work spread over time without a beginning, or of no known kind
+};
+
 class Element {
  public:
-  // `cut` counts the texts that can't go as they are.
-  Element(pugi::xml_node node, std::size_t& cut) : node_(node), cut_(&cut) {}
+  Element(pugi::xml_node node, Losses& losses) : node_(node), losses_(&losses) {}
 
-  Element Child(const char* name) { return {node_.append_child(name), *cut_}; }
+  Element Child(const char* name) { return {node_.append_child(name), *losses_}; }
+  Losses& LossesOfFile() { return *losses_; }
 
   // UTF-8. At most `most` characters; nothing for an empty text.
   void Text(const char* name, std::string_view text, std::size_t most = std::string_view::npos);
@@ -58,7 +68,7 @@ class Element {
   }
 
   pugi::xml_node node_;
-  std::size_t* cut_;
+  Losses* losses_;
 };
 
 }  // namespace merivane::mspdi

@@ -25,7 +25,6 @@ class AssignmentWriter {
 
   std::size_t WriteStored(Element& assignments);
   std::size_t WriteBrought(Element& assignments);
-  const Baselines& OtherBaselines() const { return baselines_; }
 
  private:
   enum Extra { kUid, kWork, kUnits };
@@ -181,13 +180,11 @@ std::size_t AssignmentWriter::WriteBrought(Element& assignments) {
 
 }  // namespace
 
-void WriteAssignments(const PlanOnPaper& paper, const Uids& resources, Element& project,
-                      WrittenCounts& counts) {
+std::size_t WriteAssignments(const PlanOnPaper& paper, const Uids& resources, Element& project) {
   AssignmentWriter assignments(paper, resources);
   Element assigned = project.Child("Assignments");
-  counts.assignments = paper.plan.broughtBack ? assignments.WriteBrought(assigned)
-                                              : assignments.WriteStored(assigned);
-  TellBeyond(assignments.OtherBaselines(), counts);
+  return paper.plan.broughtBack ? assignments.WriteBrought(assigned)
+                                : assignments.WriteStored(assigned);
 }
 
 }  // namespace merivane::mspdi

@@ -99,19 +99,12 @@ void Baselines::Write(std::int64_t uid, Element& element, const char* name) cons
   for (const Row& row : rows_.Of(uid)) {
     const std::int64_t number = NumberIn(row[1], -1);
     if (number < 1 || number > kLastBaseline) {
-      if (number != 0) ++beyond_;
+      if (number != 0) ++element.LossesOfFile().baselines;
       continue;
     }
     Element baseline = element.Child(name);
     WriteRow(FieldsOf(owner_), row, baseline);
   }
-}
-
-void TellBeyond(const Baselines& baselines, WrittenCounts& counts) {
-  if (baselines.Beyond() == 0) return;
-  counts.warnings.push_back(std::to_string(baselines.Beyond()) +
-                            (baselines.Beyond() == 1 ? " baseline has" : " baselines have") +
-                            " a number beyond 10; left out.");
 }
 
 namespace {
@@ -141,7 +134,10 @@ void TimephasedData::WritePeriods(const Row& row, std::int64_t uid, Element& ele
   const std::int64_t kind = NumberIn(row[kField], 0);
   const std::int64_t units = NumberIn(row[kUnits], -1);
   const schedule::Tenths period = PeriodOf(units);
-  if (!start || period == 0 || kind < 1 || kind > kPercentComplete) return;
+  if (!start || period == 0 || kind < 1 || kind > kPercentComplete) {
+    ++element.LossesOfFile().periods;
+    return;
+  }
   schedule::Tenths from = schedule::ClockOf(*start);
   const schedule::Tenths end = finish ? schedule::ClockOf(*finish) : from + 7 * period;
   for (std::size_t column = kFirstValue; column < row.size() && from < end; ++column) {
@@ -189,6 +185,7 @@ void RatesOfResources::WriteRates(std::int64_t uid, Element& element, const char
                                          {"CostPerUse", 8, Kind::kDecimal}};
   const auto rows = rates_.Of(uid);
   if (rows.empty()) return;
+  if (rows.size() > kMostRates) element.LossesOfFile().rates += rows.size() - kMostRates;
   Element rates = element.Child(name);
   for (const Row& row : rows.first(std::min(rows.size(), kMostRates))) {
     // A rate without a beginning or an end holds from or for ever.

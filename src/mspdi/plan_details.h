@@ -3,7 +3,6 @@
 #pragma once
 
 #include "custom_field_names.h"
-#include "mspdi/plan_writer.h"
 #include "owned_rows.h"
 
 namespace merivane::mspdi {
@@ -11,19 +10,15 @@ namespace merivane::mspdi {
 // Baselines 1 to 10; the first, 0, stands in the owner's own row.
 class Baselines {
  public:
-  // A number beyond 10 is left out and counted in `beyond`.
+  // Those of a number beyond 10 are left out.
   Baselines(Connection& connection, std::int32_t project, Owner owner);
 
   void Write(std::int64_t uid, Element& element, const char* name) const;
-  std::size_t Beyond() const { return beyond_; }
 
  private:
   Owner owner_;
   OwnedRows rows_;
-  mutable std::size_t beyond_ = 0;
 };
-
-void TellBeyond(const Baselines& baselines, WrittenCounts& counts);
 
 // Work and cost by day, hour or another period. They keep a split task where it is.
 class TimephasedData {

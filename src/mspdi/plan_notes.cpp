@@ -32,7 +32,13 @@ Notes ReadGlossaries(Connection& connection, std::int32_t project) {
   return glossaries;
 }
 
-Notes ReadStoredNotes(Connection& connection, std::int32_t project) {
+std::string TextOf(std::string_view rtf, std::size_t& brokenOff) {
+  const PlainText plain = TextOfRtf(rtf);
+  if (plain.brokeOff) ++brokenOff;
+  return plain.text;
+}
+
+Notes ReadStoredNotes(Connection& connection, std::int32_t project, std::size_t& brokenOff) {
   const Notes glossaries = ReadGlossaries(connection, project);
   enum Column { kUid, kRtf, kActivity };
   ProjectRows rows(connection, {.name = "MSP_TASKS"}, project,
@@ -46,7 +52,7 @@ Notes ReadStoredNotes(Connection& connection, std::int32_t project) {
     const auto glossary = own ? glossaries.find(rows.IntegerAt(kActivity, 0)) : glossaries.end();
     std::string text = glossary != glossaries.end() ? glossary->second
                        : own                        ? ToUtf8(*own)
-                                                    : TextOfRtf(note);
+                                                    : TextOf(note, brokenOff);
     if (!text.empty()) notes.emplace(rows.IntegerAt(kUid, 0), std::move(text));
   }
   return notes;
@@ -63,11 +69,14 @@ Notes ReadBroughtNotes(Connection& connection, std::int32_t project) {
 
 }  // namespace
 
-Notes ReadTaskNotes(Connection& connection, std::int32_t project, const schedule::Plan& plan) {
+Notes ReadTaskNotes(Connection& connection, std::int32_t project, const schedule::Plan& plan,
+                    std::size_t& brokenOff) {
   return plan.broughtBack ? ReadBroughtNotes(connection, project)
-                          : ReadStoredNotes(connection, project);
+                          : ReadStoredNotes(connection, project, brokenOff);
 }
 
-std::string PlainNote(const Value& rtf) { return TextOfRtf(BytesOf(rtf)); }
+std::string PlainNote(const Value& rtf, std::size_t& brokenOff) {
+  return TextOf(BytesOf(rtf), brokenOff);
+}
 
 }  // namespace merivane::mspdi

@@ -17,9 +17,11 @@ using Notes = std::unordered_map<std::int64_t, std::string>;  // by the task's U
 
 // A note that Merivane wrote may be the one of a task before it; where the database holds the
 // model, the glossary of the task's own activity counts instead.
-Notes ReadTaskNotes(Connection& connection, std::int32_t project, const schedule::Plan& plan);
+// `brokenOff` counts the notes whose rich text ends before it is closed.
+Notes ReadTaskNotes(Connection& connection, std::int32_t project, const schedule::Plan& plan,
+                    std::size_t& brokenOff);
 
 // The readable text of a column of rich text; empty for Null.
-std::string PlainNote(const Value& rtf);
+std::string PlainNote(const Value& rtf, std::size_t& brokenOff);
 
 }  // namespace merivane::mspdi

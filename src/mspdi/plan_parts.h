@@ -33,18 +33,16 @@ void WriteHead(const PlanOnPaper& paper, Element& project);
 void WriteCalendars(const PlanOnPaper& paper, Element& project);
 inline constexpr std::int64_t kOwnCalendar = 1;
 
-// The summary row of the whole, then every task. What is left out is told in `counts`, here as in
-// the other parts.
-void WriteTasks(const PlanOnPaper& paper, Element tasks, WrittenCounts& counts);
+// The summary row of the whole, then every task.
+void WriteTasks(const PlanOnPaper& paper, Element tasks);
 
 // Of the plan that is written.
 Uids ReadMaterials(Connection& connection, std::int32_t project, const schedule::Plan& plan);
 
 // The resources, whose UIDs it gives.
-Uids WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& counts);
+Uids WriteResources(const PlanOnPaper& paper, Element& project);
 
-// The assignments of tasks to resources, both of which must be there.
-void WriteAssignments(const PlanOnPaper& paper, const Uids& resources, Element& project,
-                      WrittenCounts& counts);
+// The assignments of tasks to resources, both of which must be there; how many.
+std::size_t WriteAssignments(const PlanOnPaper& paper, const Uids& resources, Element& project);
 
 }  // namespace merivane::mspdi

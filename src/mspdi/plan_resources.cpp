@@ -32,7 +32,6 @@ class ResourceWriter {
   void WriteStored(Element& resources);
   void WriteBrought(Element& resources);
   const Uids& Written() const { return uids_; }
-  const Baselines& OtherBaselines() const { return baselines_; }
 
  private:
   static const Field<ResourceWriter> kFields[];
@@ -188,7 +187,8 @@ void ResourceWriter::WriteStored(Element& resources) {
     name_ = rows.TextAt(extra + kName);
     isWork_ = rows.IntegerAt(extra + kType, kWork) != 0;
     const Value rtf = rows.At(extra + kRtf);
-    TakeNote(rtf.IsNull() ? rows.TextAt(extra + kGlossary) : PlainNote(rtf));
+    TakeNote(rtf.IsNull() ? rows.TextAt(extra + kGlossary)
+                          : PlainNote(rtf, resources.LossesOfFile().notes));
     Element resource = resources.Child("Resource");
     WriteFields(kFields, *this, &rows, 0, resource);
   }
@@ -242,7 +242,7 @@ Uids ReadMaterials(Connection& connection, std::int32_t project, const schedule:
   return materials;
 }
 
-Uids WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& counts) {
+Uids WriteResources(const PlanOnPaper& paper, Element& project) {
   ResourceWriter resources(paper);
   Element list = project.Child("Resources");
   if (paper.plan.broughtBack) {
@@ -250,8 +250,6 @@ Uids WriteResources(const PlanOnPaper& paper, Element& project, WrittenCounts& c
   } else {
     resources.WriteStored(list);
   }
-  TellBeyond(resources.OtherBaselines(), counts);
-  counts.resources = resources.Written().size();
   return resources.Written();
 }
 

@@ -109,7 +109,7 @@ WorkOfTasks BroughtWork(const PlanOnPaper& paper) {
 
 class TaskWriter {
  public:
-  explicit TaskWriter(const PlanOnPaper& paper)
+  TaskWriter(const PlanOnPaper& paper, Losses& losses)
       : paper_(paper),
         links_(paper.plan),
         baselines_(paper.connection, paper.project, Owner::kTask),
@@ -117,12 +117,11 @@ class TaskWriter {
                     {"LINK_SUCC_UID", "LINK_UID", "LINK_PRED_UID", "LINK_TYPE", "LINK_LAG",
                      "LINK_LAG_FMT", "LINK_IS_CROSS_PROJ"}),
         work_(paper.plan.broughtBack ? BroughtWork(paper) : ReadWork(paper)),
-        notes_(ReadTaskNotes(paper.connection, paper.project, paper.plan)) {
+        notes_(ReadTaskNotes(paper.connection, paper.project, paper.plan, losses.notes)) {
     OpenRows();
   }
 
   void WriteAll(Element& tasks);
-  const Baselines& OtherBaselines() const { return baselines_; }
 
  private:
   static const Field<TaskWriter> kFields[];
@@ -428,10 +427,8 @@ void TaskWriter::Baseline(Element& e, const char* name) {
 
 }  // namespace
 
-void WriteTasks(const PlanOnPaper& paper, Element tasks, WrittenCounts& counts) {
-  TaskWriter writer(paper);
-  writer.WriteAll(tasks);
-  TellBeyond(writer.OtherBaselines(), counts);
+void WriteTasks(const PlanOnPaper& paper, Element tasks) {
+  TaskWriter(paper, tasks.LossesOfFile()).WriteAll(tasks);
 }
 
 }  // namespace merivane::mspdi

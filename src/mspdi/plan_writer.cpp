@@ -12,6 +12,29 @@ namespace merivane::mspdi {
 
 namespace {
 
+void TellLosses(const Losses& losses, std::size_t unknownFields,
+                std::vector<std::string>& warnings) {
+  const auto tell = [&](std::size_t count, const char* one, const char* several) {
+    if (count > 0) warnings.push_back(std::to_string(count) + (count == 1 ? one : several));
+  };
+  tell(losses.baselines, " baseline has a number beyond 10; left out.",
+       " baselines have a number beyond 10; left out.");
+  tell(losses.periods,
+       " row of work spread over time has no beginning or is of no known kind; left out.",
+       " rows of work spread over time have no beginning or are of no known kind; left out.");
+  tell(losses.rates, " rate is beyond the 25 that a resource may have; left out.",
+       " rates are beyond the 25 that a resource may have; left out.");
+  tell(losses.notes, " note breaks off in its rich text; what there is of it is written.",
+       " notes break off in their rich text; what there is of them is written.");
+  tell(unknownFields, " value of a custom field is of a number that no field has; left out.",
+       " values of custom fields are of a number that no field has; left out.");
+  tell(losses.texts,
+       " text is longer than XML takes, or holds characters that can't stand there; the rest is "
+       "written.",
+       " texts are longer than XML takes, or hold characters that can't stand there; the rest is "
+       "written.");
+}
+
 void Save(const pugi::xml_document& document, const Output& output) {
   std::ofstream file(PathOf(output.path), std::ios::binary | std::ios::trunc);
   if (!file.is_open()) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
@@ -49,24 +72,14 @@ WrittenCounts WritePlan(Connection& connection, std::int32_t project, const Date
   document.first_child().append_attribute("encoding").set_value("UTF-8");
   pugi::xml_node root = document.append_child("Project");
   root.append_attribute("xmlns").set_value("http://schemas.microsoft.com/project");
-  std::size_t cut = 0;
-  Element whole(root, cut);
+  Losses losses;
+  Element whole(root, losses);
   WriteHead(paper, whole);
-  WriteTasks(paper, whole.Child("Tasks"), counts);
-  const Uids resources = WriteResources(paper, whole, counts);
-  WriteAssignments(paper, resources, whole, counts);
-  if (const std::size_t unknown = paper.fields.Unknown(); unknown > 0) {
-    counts.warnings.push_back(
-        std::to_string(unknown) +
-        (unknown == 1 ? " value of a custom field is" : " values of custom fields are") +
-        " of a number that no field has; left out.");
-  }
-  if (cut > 0) {
-    counts.warnings.push_back(std::to_string(cut) +
-                              (cut == 1 ? " text is longer than XML takes, or holds"
-                                        : " texts are longer than XML takes, or hold") +
-                              " characters that can't stand there; the rest is written.");
-  }
+  WriteTasks(paper, whole.Child("Tasks"));
+  const Uids resources = WriteResources(paper, whole);
+  counts.resources = resources.size();
+  counts.assignments = WriteAssignments(paper, resources, whole);
+  TellLosses(losses, paper.fields.Unknown(), counts.warnings);
   Save(document, output);
   return counts;
 }

@@ -29,10 +29,10 @@ class RtfScanner {
  public:
   explicit RtfScanner(std::string_view rtf) : rtf_(rtf) {}
 
-  std::string Scan() {
+  PlainText Scan() {
     while (position_ < rtf_.size()) Step();
     while (!text_.empty() && text_.back() == '\n') text_.pop_back();
-    return std::move(text_);
+    return {std::move(text_), rtf_.starts_with("{\\rtf") && groups_.size() > 1};
   }
 
  private:
@@ -161,6 +161,6 @@ std::optional<std::string_view> TextOfOwnRtfNote(std::string_view rtf) {
   return rtf.substr(kRtfNoteHead.size(), rtf.size() - kRtfNoteHead.size() - kRtfNoteTail.size());
 }
 
-std::string TextOfRtf(std::string_view rtf) { return RtfScanner(rtf).Scan(); }
+PlainText TextOfRtf(std::string_view rtf) { return RtfScanner(rtf).Scan(); }
 
 }  // namespace merivane::runtime

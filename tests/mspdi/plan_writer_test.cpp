@@ -118,7 +118,10 @@ TEST_F(Writer, BaselinesAndTimephasedWorkGoToTheirOwners) {
                      "</TimephasedData><TimephasedData><Type>2</Type><UID>1</UID>"
                      "<Start>2026-01-08T08:00:00</Start><Finish>2026-01-08T12:00:00</Finish>"});
   EXPECT_THAT(text, testing::Not(HasSubstr("<Type>99</Type>")));
-  EXPECT_THAT(warnings, testing::ElementsAre("1 baseline has a number beyond 10; left out."));
+  EXPECT_THAT(warnings,
+              testing::ElementsAre("1 baseline has a number beyond 10; left out.",
+                                   "1 row of work spread over time has no beginning or is of no "
+                                   "known kind; left out."));
 }
 
 TEST_F(Writer, CustomFieldsGoWithNamesListsAndCodes) {
@@ -220,7 +223,17 @@ TEST_F(Writer, LinksOutOfTheProjectRatesAndAddressesGoAlong) {
        "<Rate><RatesFrom>1984-01-01T00:00:00</RatesFrom>",
        "<RateTable>1</RateTable><StandardRate>3000</StandardRate></Rate>",
        "<AvailableUnits>0.5</AvailableUnits>", "<Notes>ok</Notes>", "<Notes>cut</Notes>"});
-  EXPECT_THAT(warnings, testing::IsEmpty());
+  EXPECT_THAT(warnings, testing::ElementsAre(
+                            "1 note breaks off in its rich text; what there is of it is written."));
+  std::vector<std::vector<Value>> rates;
+  for (int rate = 1; rate <= 27; ++rate) rates.push_back({1, 2 + rate, 2, 0, Value(), rate, 2});
+  Add("MSP_RESOURCE_RATES",
+      {"PROJ_ID", "RR_UID", "RES_UID", "RR_RATE_TABLE", "RR_FROM_DATE", "RR_STD_RATE",
+       "RR_STD_RATE_FMT"},
+      rates);
+  Write();
+  EXPECT_THAT(warnings,
+              testing::Contains("2 rates are beyond the 25 that a resource may have; left out."));
 }
 
 TEST_F(Writer, NotesComeFromTheModelOrFromRichText) {
@@ -234,12 +247,16 @@ TEST_F(Writer, NotesComeFromTheModelOrFromRichText) {
        {1, 3, 3, "no model", Value(), bytes(RtfNote("Kept \\ as it is"))},
        {1, 4, 4, "of Project", 1,
         bytes("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}{\\*\\generator x;}\\pard caf\\'e9\\par "
-              "\\b bold\\b0  \\u8364?\\u26085?\\tab\\{\\}\\par }")}});
+              "\\b bold\\b0  \\u8364?\\u26085?\\tab\\{\\}\\par }")},
+       {1, 5, 5, "cut", 1, bytes("{\\rtf1\\ansi\\pard half of i")}});
   Write();
+  EXPECT_THAT(warnings, testing::ElementsAre(
+                            "1 note breaks off in its rich text; what there is of it is written."));
   std::vector<std::string> notes;
   for (const FileTask& task : ReadPlanFile(xml).tasks) notes.push_back(task.notes.value_or("none"));
-  EXPECT_THAT(notes, testing::ElementsAre("Own {text}\r\nof two lines\r\n", "none",
-                                          "Kept \\ as it is", "caf\xE9\r\nbold \x80?\t{}"));
+  EXPECT_THAT(notes,
+              testing::ElementsAre("Own {text}\r\nof two lines\r\n", "none", "Kept \\ as it is",
+                                   "caf\xE9\r\nbold \x80?\t{}", "half of i"));
 }
 
 TEST_F(Writer, LettersGoThroughAsTheDatabaseHasThemAndWhatIsCutIsCounted) {

@@ -19,6 +19,10 @@ std::string RtfNote(std::string_view text);
 
 // The readable text of rich text from anywhere: lines end with LF, line breaks at the end go,
 // tables of fonts and the like are passed over. UTF-8.
-std::string TextOfRtf(std::string_view rtf);
+struct PlainText {
+  std::string text;
+  bool brokeOff = false;  // a group isn't closed: the rest of the note is lost
+};
+PlainText TextOfRtf(std::string_view rtf);
 
 }  // namespace merivane::runtime
