@@ -61,11 +61,13 @@ std::string WriteMpx(Session& session, const ExportOptions& options, const FileP
     for (const std::int64_t row : plan.untaken.Of(kind)) untaken.Add(kind, row);
   }
   if (!untaken.Text().empty()) warnings.push_back(untaken.Text());
-  const auto counted = [&warnings](std::size_t count, const std::string& what) {
-    if (count > 0) warnings.push_back(std::to_string(count) + what);
+  const auto counted = [&warnings](std::size_t count, const char* one, const char* several) {
+    if (count > 0) warnings.push_back(std::to_string(count) + (count == 1 ? one : several));
   };
-  counted(plan.lostCharacters, " characters that Windows-1252 lacks became '?'.");
-  counted(mpx.changedTexts, " texts held quotes or line ends that MPX can't hold.");
+  counted(plan.lostCharacters, " character that Windows-1252 lacks became '?'.",
+          " characters that Windows-1252 lacks became '?'.");
+  counted(mpx.changedTexts, " text held quotes or line ends that MPX can't hold.",
+          " texts held quotes or line ends that MPX can't hold.");
   pictures::WriteFile(session.kept.NewOutput(options.mpx), mpx.text);
   TellLeftOut(session, "MPX file", JoinedLines(warnings));
   return std::to_string(plan.tasks.size()) + " tasks, " + std::to_string(plan.resources.size()) +
@@ -76,9 +78,10 @@ std::string WriteMpx(Session& session, const ExportOptions& options, const FileP
 // By way of the planning XML, whose reader gives each task what an MPX file has of it.
 std::string ExportMpx(Session& session, const ExportOptions& options, Connection& connection,
                       std::int32_t project) {
-  const TemporaryFile xml(TemporaryName());
-  WrittenCounts counts = WritePlan(connection, project, session.desktop.Today(), xml.Path());
-  return WriteMpx(session, options, ReadPlanFile(xml.Path()), std::move(counts.warnings));
+  const TemporaryFile file(TemporaryName());
+  const Output xml("the plan as planning XML", file.Path());
+  WrittenCounts counts = WritePlan(connection, project, session.desktop.Today(), xml);
+  return WriteMpx(session, options, ReadPlanFile(xml), std::move(counts.warnings));
 }
 
 std::string ExportXml(Session& session, const ExportOptions& options, Connection& connection,

@@ -51,7 +51,7 @@ using IdsByUid = std::unordered_map<std::int64_t, std::int64_t>;
 
 class Reader {
  public:
-  explicit Reader(const std::string& path) : file_(path), values_(file_) {}
+  explicit Reader(const Output& file) : file_(file), values_(file_) {}
 
   FilePlan Read();
 
@@ -361,6 +361,6 @@ void Reader::ReadAssignment(const pugi::xml_node& node) {
 
 }  // namespace
 
-FilePlan ReadPlanFile(const std::string& path) { return Reader(path).Read(); }
+FilePlan ReadPlanFile(const Output& file) { return Reader(file).Read(); }
 
 }  // namespace merivane::mspdi

@@ -47,8 +47,9 @@ Section NextSection(std::string_view text, std::size_t from) {
 
 }  // namespace
 
-XmlFile::XmlFile(const std::string& path) {
-  Load(path);
+XmlFile::XmlFile(const Output& file) {
+  name_ = FromUtf8(file.name.substr(file.name.find_last_of("/\\") + 1));
+  Load(file.path);
   FindLines();
   RefuseOtherEncodings();
   RefuseDefinitionsAndEntities();
@@ -59,7 +60,6 @@ XmlFile::XmlFile(const std::string& path) {
 
 void XmlFile::Load(const std::string& path) {
   const fs::path place = PathOf(path);
-  name_ = FromUtf8(path.substr(path.find_last_of("/\\") + 1));
   std::error_code error;
   if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);
   RefuseDevice(path);

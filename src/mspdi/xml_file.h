@@ -6,12 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "runtime/new_file.h"
+
 namespace merivane::mspdi {
 
 class XmlFile {
  public:
   // See ReadPlanFile for the failures.
-  explicit XmlFile(const std::string& path);
+  explicit XmlFile(const runtime::Output& file);
 
   pugi::xml_node Root() const { return document_.document_element(); }
   std::size_t LineOf(const pugi::xml_node& node) const;

@@ -19,7 +19,7 @@ bool IsThere(const fs::path& path) noexcept {
 std::string TemporaryName() {
   std::error_code error;
   const fs::path folder = fs::temp_directory_path(error);
-  if (error) throw RunTimeError(kPathNotFound);
+  if (error) throw FileError(kPathNotFound, "the folder of temporary files");
   return TemporaryNameIn(folder);
 }
 

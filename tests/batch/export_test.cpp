@@ -39,7 +39,10 @@ TEST_F(ExportCommand, TellsWhatAnMpxFileCantHold) {
       "TASK_ID = 2");
   EXPECT_EQ(Export({"--mpx", again}), kDoneWithMessages);
   EXPECT_THAT(ReadFile(again), HasSubstr("70,2,2,The 'big' desk and chair,1.50d,"));
-  EXPECT_THAT(err.str(), HasSubstr("1 texts held quotes or line ends"));
+  EXPECT_THAT(err.str(), HasSubstr("1 text held quotes or line ends"));
+  RawDatabase(plan).Ask("update MSP_TASKS set TASK_ID = TASK_ID + 32767");
+  EXPECT_EQ(Export({"--mpx", again, "--force"}), kFailed);
+  EXPECT_THAT(err.str(), HasSubstr("plan.mdb: the plan as planning XML, line "));
 }
 
 TEST_F(ExportCommand, WritesTablesForASpreadsheet) {

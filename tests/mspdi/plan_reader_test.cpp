@@ -119,7 +119,8 @@ TEST(CutFile, IsRefusedAtEveryByte) {
 }
 
 TEST(Reader, TakesAnyEditionOrderAndPrefix) {
-  const FilePlan plan = ReadPlanFile(MERIVANE_SAMPLES "/../tests/mspdi/prefixed_plan.xml");
+  const FilePlan plan =
+      ReadPlanFile(std::string(MERIVANE_SAMPLES "/../tests/mspdi/prefixed_plan.xml"));
   EXPECT_EQ(plan.start, (DateTime{2026, 2, 3, 0}));
   EXPECT_EQ(plan.lostCharacters, 1U);
   ASSERT_EQ(plan.tasks.size(), 2U);

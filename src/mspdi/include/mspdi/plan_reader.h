@@ -9,6 +9,7 @@
 #include "mspdi/resource_kind.h"
 #include "mspdi/untaken.h"
 #include "runtime/dates.h"
+#include "runtime/new_file.h"
 #include "schedule/plan.h"
 
 namespace merivane::mspdi {
@@ -73,11 +74,11 @@ struct FilePlan {
 // a task or resource of the plan.
 //
 // Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
-// tells the file, the line and what was found: another encoding, a document type definition, an
-// entity beyond the five of XML, no XML, other XML, elements nested beyond reason, a number,
-// duration or lag that can't be, a UID or ID that stands twice, an ID beyond 32,767, a task that is
-// linked to itself, an outline that skips a level.
-FilePlan ReadPlanFile(const std::string& path);
+// tells the file by its `name`, the line and what was found: another encoding, a document type
+// definition, an entity beyond the five of XML, no XML, other XML, elements nested beyond reason, a
+// number, duration or lag that can't be, a UID or ID that stands twice, an ID beyond 32,767, a task
+// that is linked to itself, an outline that skips a level.
+FilePlan ReadPlanFile(const Output& file);
 
 // The tasks and links of a file as a plan to schedule, in the order of the file. It begins at the
 // file's own start, otherwise at `today`; calendars, constraints and progress stay behind.
