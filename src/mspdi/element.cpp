@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 
 #include "plan_notes.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
+#include "runtime/file_names.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::mspdi {
 
@@ -51,25 +54,100 @@ void PutDigits(char* to, int digits, int number) {
 
 }  // namespace
 
+WrittenXml::WrittenXml(const Output& output)
+    : output_(output), file_(PathOf(output.path), std::ios::binary | std::ios::trunc) {
+  if (!file_.is_open()) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
+  text_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+}
+
+WrittenXml::~WrittenXml() {
+  if (!file_.is_open() && !file_.fail()) return;
+  file_.close();
+  if (output_.path != output_.name) RemoveFile(PathOf(output_.path));
+}
+
+void WrittenXml::Flush() {
+  file_.write(text_.data(), std::ssize(text_));
+  text_.clear();
+}
+
+void WrittenXml::Close() {
+  Flush();
+  file_.close();
+  if (file_.fail()) throw FileError(kDiskFull, output_.name);
+}
+
+void WrittenXml::Indent(std::size_t depth) { text_.append(depth, ' '); }
+
+Element::Element(WrittenXml& file, const char* name, std::string_view attributes)
+    : file_(file), name_(name), depth_(0) {
+  Begin(attributes);
+}
+
+Element::Element(Element& parent, const char* name)
+    : file_(parent.file_), name_(name), depth_(parent.depth_ + 1) {
+  parent.BeginContent();
+  Begin("");
+}
+
+Element::~Element() {
+  constexpr std::size_t kBlock = 1 << 16;
+  if (hasContent_) {
+    file_.Indent(depth_);
+    file_.text_.append("</").append(name_).append(">\n");
+  } else {
+    file_.text_ += " />\n";
+  }
+  if (file_.text_.size() >= kBlock) file_.Flush();
+}
+
+void Element::Begin(std::string_view attributes) {
+  file_.Indent(depth_);
+  file_.text_.append("<").append(name_).append(attributes);
+}
+
+void Element::BeginContent() {
+  if (!hasContent_) file_.text_ += ">\n";
+  hasContent_ = true;
+}
+
+void Element::Add(const char* name, std::string_view text) {
+  BeginContent();
+  file_.Indent(depth_ + 1);
+  std::string& to = file_.text_;
+  to.append("<").append(name).append(">");
+  for (const char character : text) {
+    if (character == '&') {
+      to += "&amp;";
+    } else if (character == '<') {
+      to += "&lt;";
+    } else if (character == '>') {
+      to += "&gt;";
+    } else {
+      to += character;
+    }
+  }
+  to.append("</").append(name).append(">\n");
+}
+
 void Element::Text(const char* name, std::string_view text, std::size_t most) {
   bool lost = false;
   const std::string allowed = Allowed(text, lost);
   const std::string written = WellFormedUtf8(allowed, most);
-  if (lost || written != allowed) ++losses_->texts;
-  if (!written.empty()) Add(name, written.c_str());
+  if (lost || written != allowed) ++LossesOfFile().texts;
+  if (!written.empty()) Add(name, written);
 }
 
 void Element::Integer(const char* name, std::int64_t number) {
   std::array<char, 24> text{};
-  *std::to_chars(text.data(), text.data() + text.size() - 1, number).ptr = '\0';
-  Add(name, text.data());
+  Add(name, {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr});
 }
 
 void Element::Decimal(const char* name, double number) {
   std::array<char, 400> text{};
-  *std::to_chars(text.data(), text.data() + text.size() - 1, number, std::chars_format::fixed).ptr =
-      '\0';
-  Add(name, text.data());
+  Add(name, {text.data(),
+             std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed)
+                 .ptr});
 }
 
 void Element::Date(const char* name, const DateTime& date) {
@@ -105,13 +183,13 @@ void Element::Seconds(const char* name, std::int64_t seconds) {
   put(seconds / 3600, 'H');
   put(seconds / 60 % 60, 'M');
   put(seconds % 60, 'S');
-  Add(name, text.data());
+  Add(name, {text.data(), at});
 }
 
 bool Element::Stored(const char* name, Kind kind, const Value& value) {
   if (value.IsNull()) return false;
   if (kind == Kind::kNote) {
-    Text(name, PlainNote(value, losses_->notes));
+    Text(name, PlainNote(value, LossesOfFile().notes));
     return true;
   }
   if (value.IsBytes()) return false;

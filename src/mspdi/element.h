@@ -1,12 +1,14 @@
-// One element under construction: its children in order, each in the text form of its type.
+// The file as it is written, element by element, each value in the text form of its type. What is
+// written leaves memory at once, so that a plan of any size takes a block of it.
 #pragma once
 
 #include <cstdint>
-#include <pugixml.hpp>
+#include <fstream>
 #include <string>
 #include <string_view>
 
 #include "runtime/dates.h"
+#include "runtime/new_file.h"
 #include "runtime/value.h"
 #include "schedule/working_time.h"
 
@@ -42,12 +44,39 @@ struct Losses {
       0;  // rows of work spread over time without a beginning, or of no known kind
 };
 
+class WrittenXml {
+ public:
+  // Error of the system, or 70, where the file can't be made.
+  explicit WrittenXml(const Output& output);
+  ~WrittenXml();  // half a file takes no place, unless it was written where it stands
+  WrittenXml(const WrittenXml&) = delete;
+  WrittenXml& operator=(const WrittenXml&) = delete;
+
+  // Error 61 where not all of it reached the disk.
+  void Close();
+
+  Losses losses;
+
+ private:
+  friend class Element;
+  void Flush();
+  void Indent(std::size_t depth);
+
+  const Output output_;
+  std::ofstream file_;
+  std::string text_;  // that isn't in the file yet
+};
+
+// Open as long as it lives: a child is gone before the next one begins.
 class Element {
  public:
-  Element(pugi::xml_node node, Losses& losses) : node_(node), losses_(&losses) {}
+  Element(WrittenXml& file, const char* name, std::string_view attributes = "");
+  ~Element();
+  Element(const Element&) = delete;
+  Element& operator=(const Element&) = delete;
 
-  Element Child(const char* name) { return {node_.append_child(name), *losses_}; }
-  Losses& LossesOfFile() { return *losses_; }
+  Element Child(const char* name) { return {*this, name}; }
+  Losses& LossesOfFile() { return file_.losses; }
 
   // UTF-8. At most `most` characters; nothing for an empty text.
   void Text(const char* name, std::string_view text, std::size_t most = std::string_view::npos);
@@ -62,13 +91,16 @@ class Element {
   bool Stored(const char* name, Kind kind, const Value& value);
 
  private:
+  Element(Element& parent, const char* name);
+  void Begin(std::string_view attributes);
+  void BeginContent();
   void Seconds(const char* name, std::int64_t seconds);
-  void Add(const char* name, const char* text) {
-    node_.append_child(name).append_child(pugi::node_pcdata).set_value(text);
-  }
+  void Add(const char* name, std::string_view text);
 
-  pugi::xml_node node_;
-  Losses* losses_;
+  WrittenXml& file_;
+  const char* name_;
+  std::size_t depth_;
+  bool hasContent_ = false;
 };
 
 }  // namespace merivane::mspdi

@@ -34,7 +34,7 @@ void WriteCalendars(const PlanOnPaper& paper, Element& project);
 inline constexpr std::int64_t kOwnCalendar = 1;
 
 // The summary row of the whole, then every task.
-void WriteTasks(const PlanOnPaper& paper, Element tasks);
+void WriteTasks(const PlanOnPaper& paper, Element& project);
 
 // Of the plan that is written.
 Uids ReadMaterials(Connection& connection, std::int32_t project, const schedule::Plan& plan);

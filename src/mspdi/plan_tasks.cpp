@@ -427,7 +427,8 @@ void TaskWriter::Baseline(Element& e, const char* name) {
 
 }  // namespace
 
-void WriteTasks(const PlanOnPaper& paper, Element tasks) {
+void WriteTasks(const PlanOnPaper& paper, Element& project) {
+  Element tasks = project.Child("Tasks");
   TaskWriter(paper, tasks.LossesOfFile()).WriteAll(tasks);
 }
 

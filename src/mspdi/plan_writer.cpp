@@ -1,8 +1,5 @@
 #include "mspdi/plan_writer.h"
 
-#include <cerrno>
-#include <fstream>
-
 #include "plan_parts.h"
 #include "runtime/code_page.h"
 #include "runtime/file_names.h"
@@ -35,16 +32,6 @@ void TellLosses(const Losses& losses, std::size_t unknownFields,
        "written.");
 }
 
-void Save(const pugi::xml_document& document, const Output& output) {
-  std::ofstream file(PathOf(output.path), std::ios::binary | std::ios::trunc);
-  if (!file.is_open()) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
-  document.save(file, " ", pugi::format_indent, pugi::encoding_utf8);
-  file.close();
-  if (!file.fail()) return;
-  if (output.path != output.name) RemoveFile(PathOf(output.path));  // half a plan takes no place
-  throw FileError(kDiskFull, output.name);
-}
-
 }  // namespace
 
 WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
@@ -67,20 +54,17 @@ WrittenCounts WritePlan(Connection& connection, std::int32_t project, const Date
     counts.warnings.push_back(FromUtf8(warning));
   }
 
-  pugi::xml_document document;
-  document.append_child(pugi::node_declaration).append_attribute("version").set_value("1.0");
-  document.first_child().append_attribute("encoding").set_value("UTF-8");
-  pugi::xml_node root = document.append_child("Project");
-  root.append_attribute("xmlns").set_value("http://schemas.microsoft.com/project");
-  Losses losses;
-  Element whole(root, losses);
-  WriteHead(paper, whole);
-  WriteTasks(paper, whole.Child("Tasks"));
-  const Uids resources = WriteResources(paper, whole);
-  counts.resources = resources.size();
-  counts.assignments = WriteAssignments(paper, resources, whole);
-  TellLosses(losses, paper.fields.Unknown(), counts.warnings);
-  Save(document, output);
+  WrittenXml file(output);
+  {
+    Element whole(file, "Project", " xmlns=\"http://schemas.microsoft.com/project\"");
+    WriteHead(paper, whole);
+    WriteTasks(paper, whole);
+    const Uids resources = WriteResources(paper, whole);
+    counts.resources = resources.size();
+    counts.assignments = WriteAssignments(paper, resources, whole);
+  }
+  TellLosses(file.losses, paper.fields.Unknown(), counts.warnings);
+  file.Close();
   return counts;
 }
 
