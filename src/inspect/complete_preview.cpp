@@ -43,17 +43,15 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
                                   std::int32_t project, const std::string& templatePath,
                                   bool withProof, Desktop* shown) {
   const ScratchFolder folder;
-  const std::string database = folder.Path("interim.mdb");
   const std::string text = folder.Path("model.txt");
   QuietDesktop desktop;
   desktop.templatePath = templatePath;
   if (shown != nullptr) desktop.ShowProgressOn(*shown);
   Program program(desktop);
   const program::Progress::Run run(program.progress);
-  program.workspace.CopyDatabase(interimPath, database);
   ProjectToModel& state = program.projectToModel;
   state.gInterimConn = std::make_unique<Connection>(state.workspace);
-  state.gInterimConn->Open(ConnectionText(database));
+  program.workspace.HoldCopy(*state.gInterimConn, interimPath);
   state.gInterimProjId = project;
   state.gOutFile = state.files.FreeFile();
   state.files.OpenForOutput(state.gOutFile, text);

@@ -104,15 +104,13 @@ class Trial : public MergeListener {
   // True where nothing is to be tried again.
   bool Pass() {
     const ScratchFolder folder;
-    const std::string database = folder.Path("interim.mdb");
     QuietDesktop desktop;
     if (shown_ != nullptr) desktop.ShowProgressOn(*shown_);
     Program program(desktop);
     const program::Progress::Run run(program.progress);
-    program.workspace.CopyDatabase(interimPath_, database);
     boxes_ = &desktop.boxes;
     const std::string text = folder.Path("model.txt");
-    Begin(program, database, text);
+    Begin(program, text);
     const ModelSnapshot before = ReadSnapshot(*state_->gInterimConn, project_);
     const bool ran = Merge();
     const bool isLast = isPassClean_;
@@ -126,10 +124,10 @@ class Trial : public MergeListener {
     return isLast;
   }
 
-  void Begin(Program& program, const std::string& database, const std::string& text) {
+  void Begin(Program& program, const std::string& text) {
     state_ = &program.projectToModel;
     state_->gInterimConn = std::make_unique<Connection>(state_->workspace);
-    state_->gInterimConn->Open(ConnectionText(database));
+    program.workspace.HoldCopy(*state_->gInterimConn, interimPath_);
     state_->gInterimProjId = project_;
     state_->gRoundTripMerge = true;
     state_->gOutFile = state_->files.FreeFile();

@@ -31,13 +31,6 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
   return names;
 }
 
-std::optional<std::int64_t> WhenWritten(const std::string& path) {
-  std::error_code error;
-  const auto written = std::filesystem::last_write_time(path, error);
-  if (error) return std::nullopt;
-  return written.time_since_epoch().count();
-}
-
 std::filesystem::path PathOf(const std::string& utf8) { return {utf8}; }
 
 std::string Followed(const std::string& path) {

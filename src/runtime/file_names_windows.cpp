@@ -135,17 +135,6 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
   return names;
 }
 
-// The standard library tells whole seconds.
-std::optional<std::int64_t> WhenWritten(const std::string& path) {
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (GetFileAttributesExW(PathOf(path).c_str(), GetFileExInfoStandard, &data) == FALSE) {
-    return std::nullopt;
-  }
-  const ULARGE_INTEGER ticks{
-      {data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime}};
-  return static_cast<std::int64_t>(ticks.QuadPart);
-}
-
 bool MakeNewFile(const std::string& path) {
   int file = -1;
   const errno_t failure =

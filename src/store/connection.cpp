@@ -1,7 +1,6 @@
 #include "store/connection.h"
 
 #include <filesystem>
-#include <optional>
 
 #include "open_database.h"
 #include "runtime/file_names.h"
@@ -18,17 +17,6 @@ std::string PathIn(const std::string& connectionText) {
   constexpr std::string_view kKey = "DBQ=";
   const std::size_t at = connectionText.find(kKey);
   return at == std::string::npos ? connectionText : connectionText.substr(at + kKey.size());
-}
-
-// Nothing where the file can't be asked.
-std::optional<std::int64_t> VersionOf(sqlite3* database, const std::string& path) {
-  try {
-    const StatementHandle version = PrepareStatement(database, "pragma data_version", path);
-    if (sqlite3_step(version.get()) != SQLITE_ROW) return std::nullopt;
-    return sqlite3_column_int64(version.get(), 0);
-  } catch (const RunTimeError&) {
-    return std::nullopt;
-  }
 }
 
 }  // namespace
@@ -54,12 +42,7 @@ void Connection::Open(const std::string& connectionText, OpenMode mode) {
   engine_ = workspace_.state_->HeldOn(databaseName_);
   if (engine_) return;
   const bool inUse = workspace_.state_->CommitOthers(databaseName_, this);
-  const auto written = WhenWritten(databaseName_);
-  auto& proven = workspace_.state_->proven[databaseName_];
-  engine_ = OpenDatabase(databaseName_, mode, {inUse, written && proven == written},
-                         *workspace_.work, workspace_.patience);
-  proven = written;
-  versionProven_ = VersionOf(engine_->Database(), databaseName_);
+  engine_ = OpenDatabase(databaseName_, mode, inUse, *workspace_.work, workspace_.patience);
   engine_->OnWait(*workspace_.work);
   engine_->OnBusy([this] { workspace_.state_->CommitOthers(databaseName_, this); });
 }
@@ -71,11 +54,6 @@ void Connection::Close() {
   if (engine == workspace_.state_->held) return;
   engine->CloseSets();
   engine->Commit();
-  if (engine->Transaction() == 0 || !engine->HoldsFile()) return;
-  const auto written = WhenWritten(databaseName_);
-  const bool alone =
-      versionProven_ && VersionOf(engine->Database(), databaseName_) == versionProven_;
-  if (alone) workspace_.state_->proven[databaseName_] = written;
 }
 
 bool Connection::IsOpen() const { return engine_ != nullptr; }
@@ -92,9 +70,10 @@ void Connection::BeginWrite() {
 
 std::int64_t Connection::Version() {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
-  const auto version = VersionOf(engine_->Database(), databaseName_);
-  if (!version) throw DatabaseError(engine_->Database(), databaseName_);
-  return *version;
+  sqlite3* database = engine_->Database();
+  const StatementHandle version = PrepareStatement(database, "pragma data_version", databaseName_);
+  if (sqlite3_step(version.get()) != SQLITE_ROW) throw DatabaseError(database, databaseName_);
+  return sqlite3_column_int64(version.get(), 0);
 }
 
 void Connection::OpenSchema(int schema, Recordset& tables) {

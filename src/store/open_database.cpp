@@ -6,6 +6,7 @@
 #include "database_file.h"
 #include "hardening.h"
 #include "index_choice.h"
+#include "overlay.h"
 #include "runtime/code_page.h"
 #include "whole_copy.h"
 
@@ -22,9 +23,17 @@ void SetUp(sqlite3* database, const std::string& path) {
 // A damaged head shows only when something is read.
 constexpr const char* kProof = "select count(*) from sqlite_master";
 
-void Prove(sqlite3* database, const std::string& path, bool proven) {
+// Of the pages behind the head the engine proves each that it reads. All of them are looked through
+// where a file was made by another process or cut off by a crash, and otherwise not: a command
+// costs what its own project costs, whatever lies beside it.
+void Prove(sqlite3* database, const std::string& path, bool whole) {
   Execute(database, kProof, path);
-  if (!proven) RefuseSharedPages(database, path);
+  if (whole) RefuseSharedPages(database, path);
+}
+
+bool HasJournal(const std::string& name) {
+  std::error_code error;
+  return std::filesystem::exists(PathOf(name + "-journal"), error);
 }
 
 std::string AsUri(const std::string& path) {
@@ -40,12 +49,13 @@ std::string AsUri(const std::string& path) {
 }
 
 std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::string& name,
-                                       bool proven, std::chrono::milliseconds patience) {
+                                       std::chrono::milliseconds patience) {
+  const bool afterCrash = HasJournal(name);
   DatabaseHandle database = OpenHandle(name, SQLITE_OPEN_READWRITE);
   SetUp(database.get(), path);
   const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
   auto engine = std::make_shared<Engine>(std::move(database), path, readOnly, patience);
-  Prove(engine->Database(), path, proven);
+  Prove(engine->Database(), path, afterCrash);
   if (!readOnly) Execute(engine->Database(), "pragma journal_mode = delete", path);
   return engine;
 }
@@ -64,7 +74,7 @@ std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& cop
   auto engine = std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, true);
   engine->IsCopy(copy);
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path, false);
+  Prove(engine->Database(), path, true);
   Execute(engine->Database(), "pragma journal_mode = memory", path);
   AddMissingKeyIndexes(engine->Database(), path, work);
   return engine;
@@ -98,13 +108,22 @@ std::shared_ptr<Engine> CopyAside(Engine& source, bool readOnly, Work& work) {
   return copy;
 }
 
+std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& name,
+                                  std::chrono::milliseconds patience) {
+  auto engine = std::make_shared<Engine>(OpenOverlay(name, path), path, false, patience);
+  engine->IsCopy();
+  SetUp(engine->Database(), path);
+  Prove(engine->Database(), path, false);
+  return engine;
+}
+
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
-                                       FileKind kind, bool proven, Work& work,
+                                       FileKind kind, Work& work,
                                        std::chrono::milliseconds patience) {
   auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true, patience);
   if (WasCutOff(engine->Database())) return OpenRecovered(path, name, work);
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path, proven);
+  Prove(engine->Database(), path, false);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
   auto copy = CopyAside(*engine, true, work);
   AddMissingKeyIndexes(copy->Database(), path, work);
@@ -149,17 +168,20 @@ void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, Work& work) 
   if (result != SQLITE_DONE) throw DatabaseError(to, path);
 }
 
-std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, const KnownFile& known,
-                                     Work& work, std::chrono::milliseconds patience) {
-  const FileKind kind = known.inUse ? FileKind::kSqlite : KindOfFile(path);
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse, Work& work,
+                                     std::chrono::milliseconds patience) {
+  const FileKind kind = inUse ? FileKind::kSqlite : KindOfFile(path);
   if (kind == FileKind::kOther) {
     if (IsAccessFile(path)) return OpenAccess(path, work);
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
   const std::string name = Utf8Of(std::filesystem::absolute(PathOf(path)));
-  if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, known.proven, patience);
-  auto engine = OpenForReading(path, name, kind, known.proven, work, patience);
-  return mode == OpenMode::kCopy ? CopyAside(*engine, false, work) : engine;
+  if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, patience);
+  auto engine = OpenForReading(path, name, kind, work, patience);
+  if (mode == OpenMode::kReadOnly) return engine;
+  const bool isFileItself = kind == FileKind::kSqlite && engine->HoldsFile();
+  return mode == OpenMode::kAside && isFileItself ? OpenAside(path, name, patience)
+                                                  : CopyAside(*engine, false, work);
 }
 
 }  // namespace merivane::store

@@ -11,16 +11,11 @@
 
 namespace merivane::store {
 
-// What is known of a file before it is opened.
-struct KnownFile {
-  bool inUse = false;   // a connection of ours holds it, so it is SQLite's
-  bool proven = false;  // its pages were looked through before
-};
-
 // A real Access file is loaded into a file of its own, and a file opened for reading that lacks the
-// key columns' indexes into memory, where it gets them. See Connection::Open for the failures.
-std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, const KnownFile& known,
-                                     Work& work, std::chrono::milliseconds patience);
+// key columns' indexes into memory, where it gets them. `inUse` says that a connection of ours
+// holds the file, so that it is SQLite's. See Connection::Open for the failures.
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse, Work& work,
+                                     std::chrono::milliseconds patience);
 
 // A handle that waits for nobody, with the limits of hardening.h. Errors as DatabaseError tells.
 DatabaseHandle OpenHandle(const std::string& path, int flags);

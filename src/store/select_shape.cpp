@@ -123,8 +123,9 @@ std::string SelectShape::Sql(ReadKind kind) const {
       return "select " + Columns() + source + Where("") +
              (order.empty() ? "" : " order by " + order);
     case ReadKind::kCount:
-      // Of rows in any order, which another index may serve.
-      return "select count(*) from (select " + (HasKeys() ? rowId : Columns()) +
+      // Of rows in any order, which another index may serve. By "count(*)" a table is walked in one
+      // step, which no limit ends.
+      return "select count(1) from (select " + (HasKeys() ? rowId : Columns()) +
              (hint_ == kNotIndexed ? " from " + table : source) + Where("") + ")";
     case ReadKind::kLast:
       return "select " + Columns() + source + Where(between) + " order by " +

@@ -113,7 +113,7 @@ Engine* Workspace::State::EngineOn(const std::string& path) const {
 }
 
 std::shared_ptr<Engine> Workspace::State::HeldOn(const std::string& path) const {
-  return Holds(held.get(), path) ? held : nullptr;
+  return held != nullptr && IsSameFile(held->Path(), path) ? held : nullptr;
 }
 
 // The limit of memory (hardening.h) counts by SQLite's statistics, which may be built in as off.
@@ -192,6 +192,11 @@ bool Workspace::Hold(const std::string& path) {
     return true;
   }
   return false;
+}
+
+void Workspace::HoldCopy(Connection& connection, const std::string& path) {
+  connection.Open(ConnectionText(path), OpenMode::kAside);
+  state_->held = connection.engine_;
 }
 
 void Workspace::FlushHeld() {

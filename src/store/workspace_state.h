@@ -1,9 +1,7 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,9 +20,6 @@ struct Workspace::State {
 
   std::vector<Connection*> connections;
   std::shared_ptr<Engine> held;  // its transaction ends with KeepHeld or DropHeld alone
-  // When the file was written last whose pages were looked through and that nobody but its
-  // connection has changed since, by name.
-  std::map<std::string, std::optional<std::int64_t>> proven;
 
  private:
   friend class Workspace;

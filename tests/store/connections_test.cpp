@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "overlay.h"
 #include "store_fixture.h"
 
 namespace merivane::test {
@@ -199,6 +200,60 @@ TEST_F(Connections, WriteToACopyWithoutTouchingTheFile) {
   EXPECT_EQ(FirstName(copy), "x");
   copy.Close();
   EXPECT_EQ(FirstName(reader), "a");
+}
+
+// Pages that were written come from memory, others from the file, whose end moves on.
+TEST_F(Connections, HoldACopyOfWhichOnlyChangesAreInMemory) {
+  connection.Close();
+  for (const char* pageSize : {"512", "4096", "65536"}) {
+    RawDatabase(path).Run(std::string("pragma page_size = ") + pageSize + "; vacuum");
+    const std::string before = ReadFile(path);
+    {
+      Workspace aside;
+      Connection first(aside);
+      aside.HoldCopy(first, path);
+      Connection second(aside);
+      second.Open(ConnectionText(path));
+      Recordset set;
+      set.OpenDynamic("select * from T", &second);
+      set.SetField("Name", "x");
+      set.Update();
+      for (int row = 0; row < 2000; ++row) {
+        set.AddNew({"Name", "Note"}, {std::to_string(row), std::string(100, 'n')});
+      }
+      second.Close();
+      EXPECT_EQ(FirstName(first), "x");
+      Recordset all;
+      all.OpenStatic("select * from T", &first);
+      EXPECT_EQ(all.RecordCount(), 2005);
+      all.MoveLast();
+      EXPECT_EQ(all.Field("Name"), Value("1999"));
+      Connection reader(workspace);
+      reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+      EXPECT_EQ(FirstName(reader), "a");
+      EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_BUSY);
+      EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
+    }
+    EXPECT_EQ(ReadFile(path), before) << pageSize;
+    EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_OK);
+  }
+}
+
+// The pages of a table that is dropped are used again, and those behind the new end are none.
+TEST_F(Connections, HoldACopyThatShrinks) {
+  connection.Close();
+  RawDatabase(path).Run(
+      "pragma auto_vacuum = full; vacuum; create table Long (A);"
+      "insert into Long values (randomblob(400000))");
+  const std::string before = ReadFile(path);
+  const DatabaseHandle overlay = OpenOverlay(path, path);
+  Execute(overlay.get(), "drop table Long", path);
+  Execute(overlay.get(), "create table Again (A); insert into Again values (zeroblob(700000))",
+          path);
+  const StatementHandle check = PrepareStatement(overlay.get(), "pragma integrity_check", path);
+  ASSERT_EQ(sqlite3_step(check.get()), SQLITE_ROW);
+  EXPECT_EQ(ColumnText(check.get(), 0), "ok");
+  EXPECT_EQ(ReadFile(path), before);
 }
 
 TEST_F(Connections, ReadAFileWhoseLastTransactionWasCutOffAsItWasBefore) {

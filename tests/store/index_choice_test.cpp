@@ -30,12 +30,13 @@ TEST(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
     const char* index;  // none: by the order of insertion
   } cases[] = {
       {"MSP_TASKS", ""},
-      {"MSP_TASKS where TASK_UID > 0 AND PROJ_ID = 1", ""},
+      {"MSP_TASKS where TASK_UID > 0 AND PROJ_ID = 1", "MSP_TASKS_by_project"},
       {"MSP_TASKS where PROJ_ID = 1 and TASK_UID = 5", "TASK_UID"},
       {"MSP_TASKS WHERE TASK_UID > 0 AND TASK_OUTLINE_LEVEL = 2 AND [PROJ_ID] = 1"
        " AND Task_Outline_Num Like '3.%'",
        "TASK_OUTLINE_LEVEL"},
-      {"MSP_TASKS where TASK_UID > 0 AND KV7_Scenario_HEX = 3And KV7_PROCOCC_HEX = 4",
+      {"MSP_TASKS where TASK_UID > 0 AND KV7_Scenario_HEX = 3And KV7_PROCOCC_HEX = 4 And PROJ_ID = "
+       "1",
        "PROCOCC_HEX"},
       {"MSP_TASKS where KV7_PROCOCC_P_ORDER = '00001'", "P_ORDER"},
       {"MSP_TASKS where KV7_PROCOCC_HEX = 1 or KV7_SCENARIO_HEX = 2", ""},

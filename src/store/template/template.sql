@@ -357,9 +357,12 @@ INSERT INTO MSP_TASKS (PROJ_ID, TASK_UID) VALUES (0, 0);
 INSERT INTO MSP_RESOURCES (PROJ_ID, RES_UID) VALUES (0, 0);
 
 -- The keys that statements ask for. One on Msp_ProjID alone gives a project's last row at once.
+CREATE INDEX Activity_Pool_by_project ON Activity_Pool (Msp_ProjID);
 CREATE INDEX Activity_Pool_by_Num ON Activity_Pool (Msp_ProjID, Num);
 CREATE INDEX Activity_Pool_by_Name ON Activity_Pool (Msp_ProjID, Name);
+CREATE INDEX Object_Pool_by_project ON Object_Pool (Msp_ProjID);
 CREATE INDEX Object_Pool_by_Num ON Object_Pool (Msp_ProjID, Num);
+CREATE INDEX Fact_Pool_by_project ON Fact_Pool (Msp_ProjID);
 CREATE INDEX Fact_Pool_by_Num ON Fact_Pool (Msp_ProjID, Num);
 CREATE INDEX Scenario_by_project ON Scenario (Msp_ProjID);
 CREATE INDEX Scenario_by_Num ON Scenario (Num, Msp_ProjID);
@@ -369,6 +372,7 @@ CREATE INDEX Activity_in_Scenario_by_project ON Activity_in_Scenario (Msp_ProjID
 CREATE INDEX Activity_in_Scenario_by_Use_Num ON Activity_in_Scenario (Msp_ProjID, Use_Num);
 CREATE INDEX Activity_in_Scenario_by_Scenario_Num
   ON Activity_in_Scenario (Msp_ProjID, Scenario_Num, Processed);
+CREATE INDEX Object_in_Activity_in_Scenario_by_project ON Object_in_Activity_in_Scenario (Msp_ProjID);
 CREATE INDEX Object_in_Activity_in_Scenario_by_Activity_Num
   ON Object_in_Activity_in_Scenario (Msp_ProjID, Activity_Num);
 CREATE INDEX Object_in_Activity_in_Scenario_by_Object_Name
@@ -378,7 +382,9 @@ CREATE INDEX Junctions_in_Scenario_by_Num ON Junctions_in_Scenario (Msp_ProjID, 
 CREATE INDEX Junctions_in_Scenario_by_ID ON Junctions_in_Scenario (Msp_ProjID, ID);
 CREATE INDEX Junctions_in_Scenario_by_Scenario_Num
   ON Junctions_in_Scenario (Msp_ProjID, Scenario_Num, Processed, Cardinality);
+CREATE INDEX Facts_in_Junction_by_project ON Facts_in_Junction (Msp_ProjID);
 CREATE INDEX Facts_in_Junction_by_Junction_Num ON Facts_in_Junction (Msp_ProjID, Junction_Num);
+CREATE INDEX Links_in_Scenario_by_project ON Links_in_Scenario (Msp_ProjID);
 CREATE INDEX Links_in_Scenario_by_Scenario_Num ON Links_in_Scenario (Msp_ProjID, Scenario_Num);
 CREATE INDEX Links_in_Scenario_by_Origin_Num ON Links_in_Scenario (Msp_ProjID, Origin_Num);
 CREATE INDEX Links_in_Scenario_by_Destination_Num
@@ -388,16 +394,20 @@ CREATE INDEX Links_in_Scenario_by_Destination_Name
 CREATE INDEX ProjectAct_by_PID ON ProjectAct (PID, Msp_ProjID);
 CREATE INDEX ProjectRes_by_PID ON ProjectRes (PID, Msp_ProjID);
 CREATE INDEX ProjectResReqts_by_ActivityPID ON ProjectResReqts (ActivityPID, ResourcePID);
+CREATE INDEX MSP_TASKS_by_project ON MSP_TASKS (PROJ_ID);
 CREATE INDEX MSP_TASKS_by_TASK_UID ON MSP_TASKS (PROJ_ID, TASK_UID);
 CREATE INDEX MSP_TASKS_by_TASK_OUTLINE_LEVEL
   ON MSP_TASKS (PROJ_ID, TASK_OUTLINE_LEVEL, TASK_OUTLINE_NUM);
-CREATE INDEX MSP_TASKS_by_KV7_PROCOCC_HEX ON MSP_TASKS (KV7_PROCOCC_HEX, PROJ_ID);
-CREATE INDEX MSP_TASKS_by_KV7_SCENARIO_HEX ON MSP_TASKS (KV7_SCENARIO_HEX, PROJ_ID);
+CREATE INDEX MSP_TASKS_by_KV7_PROCOCC_HEX ON MSP_TASKS (PROJ_ID, KV7_PROCOCC_HEX);
+CREATE INDEX MSP_TASKS_by_KV7_SCENARIO_HEX ON MSP_TASKS (PROJ_ID, KV7_SCENARIO_HEX);
 CREATE INDEX MSP_TASKS_by_KV7_PROCOCC_P_ORDER ON MSP_TASKS (KV7_PROCOCC_P_ORDER);
-CREATE INDEX MSP_RESOURCES_by_KV7_OBJ_HEX ON MSP_RESOURCES (KV7_OBJ_HEX, PROJ_ID);
-CREATE INDEX MSP_RESOURCES_by_RES_NAME ON MSP_RESOURCES (RES_NAME, PROJ_ID);
-CREATE INDEX MSP_LINKS_by_LINK_PRED_UID ON MSP_LINKS (LINK_PRED_UID, PROJ_ID);
-CREATE INDEX MSP_LINKS_by_LINK_SUCC_UID ON MSP_LINKS (LINK_SUCC_UID, PROJ_ID);
+CREATE INDEX MSP_RESOURCES_by_project ON MSP_RESOURCES (PROJ_ID);
+CREATE INDEX MSP_RESOURCES_by_KV7_OBJ_HEX ON MSP_RESOURCES (PROJ_ID, KV7_OBJ_HEX);
+CREATE INDEX MSP_RESOURCES_by_RES_NAME ON MSP_RESOURCES (PROJ_ID, RES_NAME);
+CREATE INDEX MSP_LINKS_by_project ON MSP_LINKS (PROJ_ID);
+CREATE INDEX MSP_LINKS_by_LINK_PRED_UID ON MSP_LINKS (PROJ_ID, LINK_PRED_UID);
+CREATE INDEX MSP_LINKS_by_LINK_SUCC_UID ON MSP_LINKS (PROJ_ID, LINK_SUCC_UID);
 CREATE INDEX MSP_LINKS_by_LINK_TYPE ON MSP_LINKS (PROJ_ID, LINK_TYPE);
+CREATE INDEX MSP_ASSIGNMENTS_by_project ON MSP_ASSIGNMENTS (PROJ_ID);
 
 COMMIT;

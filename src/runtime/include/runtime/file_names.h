@@ -44,10 +44,6 @@ void RefuseDevice(const std::string& path);
 // The names in a folder, without their places; none where it can't be listed.
 std::vector<std::string> NamesIn(const std::filesystem::path& folder);
 
-// When the file was written last, in the steps of the system's clock of files; nothing where it
-// can't be told.
-std::optional<std::int64_t> WhenWritten(const std::string& path);
-
 // What a file is opened for.
 enum class FileUse { kRead, kWrite };
 

@@ -12,6 +12,7 @@
 
 namespace merivane::store {
 
+class Connection;
 class Engine;
 class Recordset;
 
@@ -22,6 +23,8 @@ enum class OpenMode {
   kReadWrite,
   kReadOnly,  // the file is never changed, and no journal is made beside it
   kCopy,      // likewise; what is written goes to a copy in memory, which ends with the connection
+  kAside,     // likewise, and nothing is copied before it is written: until the connection ends the
+              // file is held for reading
 };
 
 // Knows the open connections of one program, so that a transaction is committed before another
@@ -67,6 +70,9 @@ class Workspace {
   // now on, whoever commits or closes; a connection that is opened on the file goes on in it.
   // False, with nothing done, where there is none. One database at a time.
   bool Hold(const std::string& path);
+  // Opens `connection` on a copy of the database `path` (OpenMode::kAside), in which every
+  // connection that is opened on that path goes on, until DropHeld or the workspace's end.
+  void HoldCopy(Connection& connection, const std::string& path);
   void FlushHeld();          // what is left to fail behind this is the commit
   void KeepHeld();           // commits
   void DropHeld() noexcept;  // undoes all that was written since it began
@@ -114,7 +120,6 @@ class Connection {
   Workspace& workspace_;
   std::string databaseName_;
   std::shared_ptr<Engine> engine_;
-  std::optional<std::int64_t> versionProven_;  // when the file's pages had been looked through
 };
 
 // While this lives, everything that is read through the connection comes from one state of the
