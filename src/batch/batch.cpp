@@ -175,9 +175,9 @@ CLI::App* AddCheck(CLI::App& app, CommandLine& line) {
   CLI::App* command =
       app.add_subcommand("check",
                          "list what a translation of a model text, or a merge of a plan, "
-                         "would stumble over");
+                         "would stumble over, or what of a database is damaged");
   AddName(command, "MODEL", line.check.model,
-          "Neutral Text file (.txt); with --against a plan (.mpx, .xml)")
+          "Neutral Text file (.txt) or database (.mdb); with --against a plan (.mpx, .xml)")
       ->required();
   auto* against = AddName(command, "--against", line.check.against,
                           "database that holds the model of the plan (.mdb)");

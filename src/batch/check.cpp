@@ -11,6 +11,7 @@
 #include "runtime/code_page.h"
 #include "session.h"
 #include "shell/browse.h"
+#include "store/connection.h"
 
 namespace merivane::batch {
 
@@ -127,11 +128,27 @@ std::optional<int> RefusalOfPlan(Session& session, const CheckOptions& options,
   return RefusalOfMerge(session, options.against, project);
 }
 
+std::vector<Finding> CheckDatabase(Session& session, const std::string& path) {
+  Connection connection(session.program.workspace);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  std::vector<Finding> findings;
+  for (const std::string& damage : connection.FindDamage()) {
+    findings.push_back({Severity::kError,
+                        0,
+                        {},
+                        "It is damaged: " + damage + ".",
+                        "Go on with its copy (.bak) or another one from before."});
+  }
+  return findings;
+}
+
 }  // namespace
 
 int RunCheck(Session& session, const CheckOptions& options) try {
   std::vector<Finding> findings;
-  if (options.against.empty()) {
+  if (options.against.empty() && HasExtension(options.model, "mdb")) {
+    findings = CheckDatabase(session, options.model);
+  } else if (options.against.empty()) {
     findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
   } else {
     std::int32_t project = 0;

@@ -76,6 +76,21 @@ std::int64_t Connection::Version() {
   return sqlite3_column_int64(version.get(), 0);
 }
 
+std::vector<std::string> Connection::FindDamage() {
+  if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
+  sqlite3* database = engine_->Database();
+  const StatementHandle check =
+      PrepareStatement(database, "pragma integrity_check(100)", databaseName_);
+  std::vector<std::string> damage;
+  int result = sqlite3_step(check.get());
+  for (; result == SQLITE_ROW; result = sqlite3_step(check.get())) {
+    damage.push_back(ColumnText(check.get(), 0));
+  }
+  if (result != SQLITE_DONE) throw DatabaseError(database, databaseName_);
+  if (damage == std::vector<std::string>{"ok"}) damage.clear();
+  return damage;
+}
+
 void Connection::OpenSchema(int schema, Recordset& tables) {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
   if (schema != adSchemaTables) throw RunTimeError(kInvalidProcedureCall);

@@ -217,6 +217,27 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
   EXPECT_EQ(ReadFile(svg), "precious");
 }
 
+TEST_F(Batch, CheckTellsWhatOfADatabaseIsDamaged) {
+  const std::string plan = folder.Path("plan.mdb");
+  EXPECT_EQ(Run({"to-project", Sample("onboarding.txt"), "--database", plan}), kDone);
+  EXPECT_EQ(Run({"check", plan}), kDone) << err.str();
+  EXPECT_EQ(out.str(), "0 errors, 0 warnings\n");
+  RawDatabase(plan).Run("create table Lost (A); insert into Lost values (1)");
+  const std::string root =
+      RawDatabase(plan).Rows("select rootpage from sqlite_master where name = 'Lost'")[0][0];
+  std::string bytes = ReadFile(plan);
+  bytes.replace((std::stoul(root) - 1) * 4096, 8, 8, '\xFF');
+  folder.Write("plan.mdb", bytes);
+  EXPECT_EQ(Run({"check", plan, "--json"}), kFailed);
+  EXPECT_THAT(out.str(), ::testing::HasSubstr("It is damaged: "));
+  EXPECT_EQ(
+      Run({"to-model", "--database", plan, "--project", "1", "--output", folder.Path("again.txt")}),
+      kDone)
+      << "the project's own pages are sound";
+  folder.Write("plan.mdb", bytes.substr(0, 60));
+  EXPECT_EQ(Run({"check", plan}), kRefused);
+}
+
 TEST_F(Batch, CheckTellsFindingsByLineAndInJson) {
   EXPECT_EQ(Run({"check", Sample("onboarding.txt")}), kDone);
   EXPECT_THAT(out.str(), ::testing::HasSubstr("\n0 errors, 0 warnings, 1 note\n"));

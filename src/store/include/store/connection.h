@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/work.h"
 
@@ -105,6 +106,10 @@ class Connection {
   void BeginWrite();
   // Changes when another connection or process has changed the file, and at no other time.
   std::int64_t Version();
+
+  // Looks at every page and row, which takes time in step with the file: what is damaged, in the
+  // engine's words, a hundred at most; nothing in a sound database.
+  std::vector<std::string> FindDamage();
 
   // The path given to Open; stays readable after Close.
   const std::string& DatabaseName() const { return databaseName_; }
