@@ -86,7 +86,11 @@ std::vector<std::string> Connection::FindDamage() {
   for (; result == SQLITE_ROW; result = sqlite3_step(check.get())) {
     damage.push_back(ColumnText(check.get(), 0));
   }
-  if (result != SQLITE_DONE) throw DatabaseError(database, databaseName_);
+  if ((result & 0xFF) == SQLITE_CORRUPT) {
+    damage.emplace_back(sqlite3_errmsg(database));
+  } else if (result != SQLITE_DONE) {
+    throw DatabaseError(database, databaseName_);
+  }
   if (damage == std::vector<std::string>{"ok"}) damage.clear();
   return damage;
 }
