@@ -24,7 +24,6 @@ Summary ReadSummaryFields(ModelToProject& state) {
   summary.name = NextField(state, kStart, kLength);
   summary.created = NextField(state, kStart, kLength);
   summary.lastSaved = NextField(state, kStart, kLength);
-  if (IsBlank(summary.name)) summary.name = "Project 1";
   return summary;
 }
 
@@ -55,6 +54,7 @@ void AddProject(ModelToProject& state, const Summary& summary) {
 
 // Rows passed before the name grew are not looked at again.
 std::string NameApartFromOthers(ModelToProject& state, Recordset& projects, std::string name) {
+  if (IsBlank(Value(name))) name = "Project 1";
   if (state.gOverwriteDb || projects.Bof() || projects.Eof()) return name;
   for (projects.MoveFirst(); !projects.Eof(); projects.MoveNext()) {
     if (Equal(projects.Field("PROJ_NAME"), name)) {

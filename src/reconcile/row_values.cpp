@@ -10,7 +10,7 @@ std::optional<std::int32_t> NumberIn(const Value& value) try {
 
 std::string NoteText(std::string text) {
   const bool quoted = text.starts_with('"');
-  if (quoted) text.erase(0, 1);
+  text.erase(0, text.find_first_not_of('"'));
   const auto isEnd = [&](char letter) {
     return letter == '\r' || letter == '\n' || (quoted && letter == '"');
   };

@@ -28,6 +28,7 @@ void BroughtBack::TakeOver() {
   DropResources();
   NumberJunctions();
   SettleLinks();
+  SettleScenarios();
 }
 
 Recordset BroughtBack::Rows(const char* table) const {
@@ -148,6 +149,18 @@ void BroughtBack::SettleLinks() {
   for (Recordset links = Rows("Links_in_Scenario"); !links.Eof(); links.MoveNext()) {
     for (const char* end : {"Origin", "Destination"}) SettleEnd(links, end);
     links.Update();
+  }
+}
+
+// What the text of a rebuilt model says of its scenarios, and its rows don't.
+void BroughtBack::SettleScenarios() {
+  constexpr std::pair<const char*, const char*> kDefaults[] = {
+      {"ID", "1"}, {"Revision_Number", "1"}, {"Review_Status", "Working"}};
+  for (Recordset rows = Rows("Scenario"); !rows.Eof(); rows.MoveNext()) {
+    for (const auto& [column, value] : kDefaults) {
+      if (rows.Field(column).IsNull()) rows.SetField(column, value);
+    }
+    rows.Update();
   }
 }
 

@@ -30,6 +30,7 @@ class BroughtBack {
   void DropResources();
   void NumberJunctions();
   void SettleLinks();
+  void SettleScenarios();
   void SettleEnd(Recordset& link, const std::string& end);
   Recordset Rows(const char* table) const;
   Recordset Row(const char* table, const char* numberColumn, const Value& number) const;

@@ -85,6 +85,11 @@ void CopyRows(ModelToProject& state, Connection& source, const StoredModel& mode
   }
 }
 
+// A merge and a rebuilt model settle the greatest numbers, and nothing else does.
+bool WasBroughtBack(Recordset& project) {
+  return !project.Eof() && !project.Field("KV7_PROJ_MAX_USE_ID").IsNull();
+}
+
 // What the reader tells of a project.
 void CopyProject(ModelToProject& state, Recordset& from) {
   if (from.Eof()) return;
@@ -101,11 +106,6 @@ void CopyProject(ModelToProject& state, Recordset& from) {
     projects.SetField(column, from.Field(column));
   }
   projects.Update();
-}
-
-// A merge and a rebuilt model settle the greatest numbers, and nothing else does.
-bool WasBroughtBack(Recordset& project) {
-  return !project.Eof() && !project.Field("KV7_PROJ_MAX_USE_ID").IsNull();
 }
 
 }  // namespace

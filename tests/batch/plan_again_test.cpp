@@ -1,9 +1,13 @@
 // to-project over the model of a database.
+#include <gmock/gmock.h>
+
 #include "batch_fixture.h"
 
 namespace merivane::test {
 
 namespace {
+
+using ::testing::HasSubstr;
 
 class PlanAgainCommand : public Batch {
  protected:
@@ -30,6 +34,23 @@ TEST_F(PlanAgainCommand, GivesThePlanThatWasMerged) {
   Succeed({"to-model", "--xml", xml, "--interim", plan, "--merge", "1", "--output", model});
   EXPECT_EQ(Again({"--xml", xmlAgain}), kDone) << err.str();
   EXPECT_EQ(ReadFile(xmlAgain), ReadFile(xml));
+}
+
+// A rebuilt model has no project's name, no scenario's ID, and notes with a quote in front.
+TEST_F(PlanAgainCommand, PlanOfARebuiltModelIsMerged) {
+  const std::string mpx = folder.Path("plan.mpx");
+  Succeed(
+      {"to-project", Sample("onboarding.txt"), "--database", plan, "--overwrite", "--mpx", mpx});
+  Succeed({"to-model", "--mpx", mpx, "--interim", plan, "--overwrite", "--output", model});
+  const std::string mpxAgain = folder.Path("again.mpx");
+  ASSERT_EQ(Again({"--xml", xmlAgain, "--mpx", mpxAgain}), kDone) << err.str();
+  for (const auto& [option, file] : {std::pair{"--xml", xmlAgain}, std::pair{"--mpx", mpxAgain}}) {
+    const std::vector<std::string> merge{"to-model", option, file,       "--interim", again,
+                                         "--merge",  "1",    "--output", model,       "--force"};
+    Succeed(merge);
+    EXPECT_EQ(Run(merge, {"--complete"}), kDone) << err.str();
+    EXPECT_THAT(out.str(), HasSubstr("The merged model gives the plan that came in.")) << option;
+  }
 }
 
 TEST_F(PlanAgainCommand, AppendedProjectHasANameOfItsOwn) {
