@@ -128,6 +128,20 @@ class CompleteMergeTest : public RoundFixture {
     return rows;
   }
 
+  void ExpectARoundKeepsAll(std::mt19937& random, int mostEdits) {
+    PlanSketch plan(databasePath);
+    const auto unseen = Unseen();
+    for (int edits = std::uniform_int_distribution(1, mostEdits)(random); edits > 0; --edits) {
+      plan.Edit(random);
+    }
+    const std::string file = PlanFile(plan, !plan.JumpsInOutline() && random() % 2 == 0);
+    SCOPED_TRACE(file);
+    const Kept kept = Merge(file);
+    ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+    ASSERT_THAT(Unexplained(kept), IsEmpty()) << Told(kept);
+    EXPECT_THAT(Unseen(), IsSubsetOf(unseen));
+  }
+
   std::string PlanFile(const PlanSketch& plan, bool isXml) {
     return folder.Write(isXml ? "plan.xml" : "plan.mpx", isXml ? plan.Xml() : plan.Mpx());
   }
@@ -138,9 +152,9 @@ class CompleteMergeTest : public RoundFixture {
 using CompleteMergeOfRandomModels = OfRandomModels<CompleteMergeTest>;
 INSTANTIATE_TEST_SUITE_P(Seeds, CompleteMergeOfRandomModels, testing::Range(0u, 6u));
 
-std::uint32_t RoundsOfAGroup() {
-  const char* rounds = std::getenv("MERIVANE_ROUNDS");
-  return rounds == nullptr ? 4 : static_cast<std::uint32_t>(std::atoi(rounds));
+std::uint32_t ModelsOfAGroup(std::uint32_t inTheSuite) {
+  const char* models = std::getenv("MERIVANE_MODELS");
+  return models == nullptr ? inTheSuite : static_cast<std::uint32_t>(std::atoi(models));
 }
 
 TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
@@ -167,21 +181,21 @@ TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
 
 // Each round begins with what the one before has left.
 TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHolds) {
-  ForSeeds(RoundsOfAGroup(), [&](const std::string& model) {
+  ForSeeds(ModelsOfAGroup(4), [&](const std::string& model) {
     std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
     Translate(model);
-    for (int round = 0; round < 2; ++round) {
-      PlanSketch plan(databasePath);
-      const auto unseen = Unseen();
-      for (int edits = std::uniform_int_distribution(1, 10)(random); edits > 0; --edits) {
-        plan.Edit(random);
-      }
-      const std::string file = PlanFile(plan, !plan.JumpsInOutline() && random() % 2 == 0);
-      SCOPED_TRACE(file);
-      const Kept kept = Merge(file);
-      ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
-      ASSERT_THAT(Unexplained(kept), IsEmpty()) << Told(kept);
-      EXPECT_THAT(Unseen(), IsSubsetOf(unseen));
+    for (int round = 0; round < 2; ++round) ExpectARoundKeepsAll(random, 10);
+  });
+}
+
+TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHoldsForTenRoundsOfPlansMadeAgain) {
+  ForSeeds(ModelsOfAGroup(1), [&](const std::string& model) {
+    std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
+    Translate(model);
+    for (int round = 0; round < 10 && !HasFatalFailure(); ++round) {
+      SCOPED_TRACE(round);
+      ExpectARoundKeepsAll(random, 3);
+      TranslateAgain();
     }
   });
 }

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "round_fixture.h"
-#include "translator/stored_model.h"
 
 namespace merivane::test {
 
@@ -38,22 +37,11 @@ class PlanAgain : public RoundFixture {
     return outcome;
   }
 
-  void TranslateAgain() {
-    const StoredModel stored{databasePath, 1};
-    EXPECT_TRUE(HoldsModel(program->workspace, stored));
-    Begin();
-    TakeStoredModel(State(), stored);
-    TranslateToProject(State(), mpx_);
-    TakeStartDate(State(), stored);
-    State().gMspConn.reset();
-    EXPECT_TRUE(desktop.boxes.empty());
-  }
-
   void ExpectSameAgain(const std::string& model) {
     Translate(model, mpx_);
     const Outcome first = OutcomeOf();
     ASSERT_FALSE(first.mpx.empty());
-    TranslateAgain();
+    TranslateAgain(mpx_);
     const Outcome again = OutcomeOf();
     EXPECT_EQ(again.rows, first.rows);
     EXPECT_TRUE(again.mpx == first.mpx);
@@ -66,7 +54,7 @@ class PlanAgain : public RoundFixture {
     const Lines wanted = Sorted(
         "select cast(Text1 as integer), Name, Outline, cast(Duration as real) from ProjectAct"
         " where Outline > 0");
-    TranslateAgain();
+    TranslateAgain(mpx_);
     EXPECT_EQ(Sorted("select KV7_PROCOCC_HEX, TASK_NAME, TASK_OUTLINE_LEVEL,"
                      " cast(KV7_PROCOCC_DURATION as real) from MSP_TASKS where TASK_UID > 0"),
               wanted);
@@ -121,7 +109,7 @@ TEST_F(PlanAgain, ARebuiltModelKeepsItsAssignmentsAndItsStart) {
   State().gMspConn.reset();
   ASSERT_TRUE(BringBack(plan, 0));
   const std::string start = RowsOf("select KV7_PROJ_START_DATE from MSP_PROJECTS").at(0).at(0);
-  TranslateAgain();
+  TranslateAgain(mpx_);
   EXPECT_EQ(RowsOf("select TASK_UID, RES_UID from MSP_ASSIGNMENTS"), before);
   EXPECT_EQ(RowsOf("select KV7_PROJ_START_DATE from MSP_PROJECTS").at(0).at(0), start);
   EXPECT_NE(start, "Null");

@@ -15,6 +15,7 @@
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
+#include "translator/stored_model.h"
 
 namespace merivane::test {
 
@@ -50,6 +51,18 @@ class RoundFixture : public DatabaseFixture {
     ReadNeutralText(State(), model);
     TranslateToProject(State(), mpx);
     State().gMspConn.reset();
+  }
+
+  // A fresh database of the model that stands in this one.
+  void TranslateAgain(const std::string& mpx = "") {
+    const StoredModel stored{databasePath, 1};
+    EXPECT_TRUE(HoldsModel(program->workspace, stored));
+    Begin();
+    TakeStoredModel(State(), stored);
+    TranslateToProject(State(), mpx);
+    TakeStartDate(State(), stored);
+    State().gMspConn.reset();
+    EXPECT_TRUE(desktop.boxes.empty());
   }
 
   std::string WriteText() {
