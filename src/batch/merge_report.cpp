@@ -95,6 +95,13 @@ std::string ChangesText(const std::vector<MergeChange>& changes) {
   return ChangeLines(changes) + Counts(changes);
 }
 
+inspect::MergeProof WithComplete(inspect::MergeProof proof) {
+  for (MergeChange& difference : proof.differences) {
+    if (difference.completeKeeps) difference.advice += " --complete keeps it.";
+  }
+  return proof;
+}
+
 std::string ProofText(const inspect::MergeProof& proof) {
   if (!proof.failure.empty()) return "proof: " + PrintableLine(ToUtf8(proof.failure)) + '\n';
   const std::size_t count = proof.differences.size();

@@ -20,6 +20,9 @@ nlohmann::ordered_json ChangesJson(const std::vector<inspect::MergeChange>& chan
 // A line for each change, and a last one with their counts.
 std::string ChangesText(const std::vector<inspect::MergeChange>& changes);
 
+// Of a merge that wasn't complete: its proof says of each difference that a complete one keeps it.
+inspect::MergeProof WithComplete(inspect::MergeProof proof);
+
 // A line for each difference and a last one with their count, or the one that there is none; why
 // there is no proof.
 std::string ProofText(const inspect::MergeProof& proof);

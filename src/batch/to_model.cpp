@@ -96,11 +96,12 @@ int Preview(Session& session, const ToModelOptions& options, std::int32_t projec
   if (const auto refused = RefusalOfMerge(session, options.interim, project)) return *refused;
   const std::string& plan = options.mpx.empty() ? options.xml : options.mpx;
   const std::string templatePath = session.desktop.TemplatePath();
-  const inspect::MergePreview preview =
+  inspect::MergePreview preview =
       options.complete ? inspect::PreviewCompleteMerge(plan, options.interim, project, templatePath,
                                                        !options.noProof)
                        : inspect::PreviewMerge(plan, options.interim, project, nullptr,
                                                options.noProof ? "" : templatePath);
+  if (preview.proof && !options.complete) preview.proof = WithComplete(*std::move(preview.proof));
   if (options.json) {
     PrintPreviewJson(session.out, preview, UntakenOf(options));
   } else {
@@ -157,8 +158,9 @@ std::string ProofOf(Session& session, const ToModelOptions& options, std::int32_
                     const std::string& text) {
   Connection connection(session.program.workspace);
   connection.Open(ConnectionText(options.interim), OpenMode::kReadOnly);
-  return ProofText(inspect::ProveMerge(connection, project, text, session.desktop.TemplatePath(),
-                                       &session.desktop));
+  inspect::MergeProof proof = inspect::ProveMerge(connection, project, text,
+                                                  session.desktop.TemplatePath(), &session.desktop);
+  return ProofText(options.complete ? proof : WithComplete(std::move(proof)));
 }
 
 int FromFile(Session& session, const ToModelOptions& options) {

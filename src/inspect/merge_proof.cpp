@@ -27,9 +27,16 @@ class PlanComparison {
 
  private:
   void Add(std::optional<std::int32_t> row, ElementName element, std::string sentence,
-           std::string advice) {
-    differences_.push_back(
-        {ChangeKind::kDiffers, std::move(element), std::move(sentence), std::move(advice), row});
+           std::string advice, bool completeKeeps = true) {
+    differences_.push_back({ChangeKind::kDiffers, std::move(element), std::move(sentence),
+                            std::move(advice), row, completeKeeps});
+  }
+
+  // An object of the unit carries its cycle time.
+  bool HasResource(std::int32_t number) const {
+    const auto isOfTask = [&](const auto& assignment) { return assignment.first.first == number; };
+    return std::ranges::any_of(wanted_.assignments, isOfTask) ||
+           std::ranges::any_of(given_.assignments, isOfTask);
   }
 
   const PlanContent::Task* TaskOf(std::int32_t number) const {
@@ -85,7 +92,7 @@ class PlanComparison {
       Add(task.row, Named(number),
           "It takes " + task.duration + " days in the plan, and " +
               (given.duration.empty() ? "1" : given.duration) + " by the merged model.",
-          "Set the cycle time of its objects in the model.");
+          "Set the cycle time of its objects in the model.", HasResource(number));
     }
     if (given.note != task.note) {
       Add(task.row, Named(number), "The merged model has another note.",
@@ -97,10 +104,11 @@ class PlanComparison {
     for (const PlanContent::Relation& relation : wanted_.relations) {
       const auto& [from, to, kind] = relation;
       if (given_.relations.contains(relation)) continue;
+      const bool isLagged = kind.size() > 2;
       Add(RowOf(to), Named(to),
           "The merged model doesn't give its predecessor " + Described(Named(from)) + " (" + kind +
               ").",
-          kind.size() > 2 ? "A model holds no lags." : "Draw the link in the model.");
+          isLagged ? "A model holds no lags." : "Draw the link in the model.", !isLagged);
     }
     for (const PlanContent::Relation& relation : given_.relations) {
       const auto& [from, to, kind] = relation;

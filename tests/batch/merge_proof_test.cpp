@@ -27,8 +27,14 @@ TEST_F(MergeProofCommand, IsTheSameInThePreviewAndBehindTheMerge) {
   EXPECT_NE(out.str().find(told), std::string::npos) << out.str();
   EXPECT_EQ(Merge({"--output", model}), kDone) << err.str();
   EXPECT_NE(out.str().find(told), std::string::npos) << out.str();
-  EXPECT_NE(out.str().find("differs: row 2 of the plan, task 'Set up the desk': "),
-            std::string::npos);
+  EXPECT_NE(out.str().find("differs: row 2 of the plan, task 'Set up the desk': It takes 1.50 days "
+                           "in the plan, and 1 by the merged model. Set the cycle time of its "
+                           "objects in the model. --complete keeps it.\n"),
+            std::string::npos)
+      << out.str();
+  Replace(mpx, "Yes,1,,\"4\"", "Yes,1,,\"4FS+2d\"");
+  EXPECT_EQ(Merge({"--dry-run"}), kDone);
+  EXPECT_NE(out.str().find("A model holds no lags.\n"), std::string::npos) << out.str();
 }
 
 TEST_F(MergeProofCommand, IsLeftOutWhereAsked) {
