@@ -18,8 +18,8 @@ using namespace runtime;
 // stops nothing.
 std::optional<std::int32_t> NumberIn(const Value& value);
 
-// A note without the quotes around it, of which each way through an MPX file may leave one more, and
-// without the line ends behind it.
+// A note without the quotes around it, of which each way through an MPX file may leave one more,
+// and without the line ends behind it.
 std::string NoteText(std::string text);
 
 // Numbers by their value; `whenBlank` is that of a text that is none: a duration that isn't given
