@@ -47,6 +47,20 @@ std::string Allowed(std::string_view text, bool& lost) {
   return kept;
 }
 
+// Empty for a character that stands for itself.
+std::string_view Escaped(char character) {
+  switch (character) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    default:
+      return {};
+  }
+}
+
 // With zeros in front.
 void PutDigits(char* to, int digits, int number) {
   for (; digits > 0; number /= 10) to[--digits] = static_cast<char>('0' + number % 10);
@@ -115,19 +129,16 @@ void Element::Add(const char* name, std::string_view text) {
   BeginContent();
   file_.Indent(depth_ + 1);
   std::string& to = file_.text_;
-  to.append("<").append(name).append(">");
-  for (const char character : text) {
-    if (character == '&') {
-      to += "&amp;";
-    } else if (character == '<') {
-      to += "&lt;";
-    } else if (character == '>') {
-      to += "&gt;";
-    } else {
-      to += character;
-    }
+  const std::string_view tag(name);
+  to.append(1, '<').append(tag).append(1, '>');
+  std::size_t written = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const std::string_view escaped = Escaped(text[at]);
+    if (escaped.empty()) continue;
+    to.append(text, written, at - written).append(escaped);
+    written = at + 1;
   }
-  to.append("</").append(name).append(">\n");
+  to.append(text, written).append("</", 2).append(tag).append(">\n", 2);
 }
 
 void Element::Text(const char* name, std::string_view text, std::size_t most) {
