@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "inspect/merge_preview.h"
-#include "machine_fault.h"
 #include "platform/quiet_desktop.h"
 #include "runtime/run_time_error.h"
 #include "scratch_folder.h"
@@ -10,17 +9,6 @@
 namespace merivane::inspect {
 
 using namespace program;
-
-namespace {
-
-MergeProof ProofOf(Connection& merged, std::int32_t project, const std::string& text,
-                   const std::string& templatePath, Desktop* shown) try {
-  return ProveMerge(merged, project, text, templatePath, shown);
-} catch (const RunTimeError& error) {
-  return {{}, error.Description()};
-}
-
-}  // namespace
 
 std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks,
                                    const ModelSnapshot& before, const ModelSnapshot& after) {
@@ -62,7 +50,7 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
   if (kept.merged) {
     preview.changes = ChangesOf(kept.remarks, before, ReadSnapshot(*state.gProjectConn, project));
     if (withProof) {
-      preview.proof = ProofOf(*state.gProjectConn, project, text, templatePath, shown);
+      preview.proof = ProvePreview(*state.gProjectConn, project, text, templatePath, shown);
     }
   } else {
     const std::string why = desktop.boxes.empty() ? "" : desktop.boxes.back().text;

@@ -25,13 +25,6 @@ using namespace roundtrip;
 
 namespace {
 
-MergeProof GuardedProof(Connection& merged, std::int32_t project, const std::string& text,
-                        const std::string& proofTemplate, Desktop* shown) try {
-  return ProveMerge(merged, project, text, proofTemplate, shown);
-} catch (const RunTimeError& error) {
-  return {{}, error.Description()};
-}
-
 // Merges again and again in fresh copies: what stopped in one pass is left out of the next, or read
 // as if it had been mended, until a pass comes through. That one tells what else would change.
 class Trial : public MergeListener {
@@ -117,7 +110,7 @@ class Trial : public MergeListener {
     if (!ran && isLast) AddStop(StopOfWhole());
     if (ran) TellChanges(before);
     if (ran && preview_.changes.empty() && !proofTemplate_.empty()) {
-      preview_.proof = GuardedProof(*state_->gProjectConn, project_, text, proofTemplate_, shown_);
+      preview_.proof = ProvePreview(*state_->gProjectConn, project_, text, proofTemplate_, shown_);
     }
     program.files.CloseAll();
     preview_.boxes = std::move(desktop.boxes);

@@ -192,4 +192,11 @@ MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::strin
   return proof;
 }
 
+MergeProof ProvePreview(Connection& merged, std::int32_t project, const std::string& textPath,
+                        const std::string& templatePath, Desktop* shown) try {
+  return ProveMerge(merged, project, textPath, templatePath, shown);
+} catch (const RunTimeError& error) {
+  return {{}, error.Description()};
+}
+
 }  // namespace merivane::inspect

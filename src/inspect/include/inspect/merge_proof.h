@@ -25,4 +25,8 @@ struct MergeProof {
 MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::string& textPath,
                       const std::string& templatePath, Desktop* shown = nullptr);
 
+// The same of a preview, which an error doesn't end: it is the proof's failure.
+MergeProof ProvePreview(Connection& merged, std::int32_t project, const std::string& textPath,
+                        const std::string& templatePath, Desktop* shown);
+
 }  // namespace merivane::inspect
