@@ -1,5 +1,6 @@
 #include "inspect/merge_proof.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "memory_model.h"
