@@ -11,6 +11,7 @@ ManifestDPIAware true
 BrandingText "Merivane ${VERSION}"
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Merivane"
+!define OPEN_KEY "Software\Classes\Applications\merivane.exe"
 !define MENU "$SMPROGRAMS\Merivane"
 
 !define MULTIUSER_EXECUTIONLEVEL Highest
@@ -32,6 +33,13 @@ BrandingText "Merivane ${VERSION}"
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
+!if /FileExists "${FILES}/merivane.exe"
+  ; By the desktop, so that it runs with the rights of the user and not of the setup program.
+  !define MUI_FINISHPAGE_RUN "$WINDIR\explorer.exe"
+  !define MUI_FINISHPAGE_RUN_PARAMETERS "$\"$INSTDIR\merivane.exe$\""
+  !define MUI_FINISHPAGE_RUN_TEXT "Run Merivane"
+  !insertmacro MUI_PAGE_FINISH
+!endif
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
@@ -61,6 +69,11 @@ Function un.onInit
   !insertmacro MULTIUSER_UNINIT
 FunctionEnd
 
+; Among the programs of "Open with", and nobody's first choice.
+!macro OfferFor ENDING
+  WriteRegStr SHCTX "${OPEN_KEY}\SupportedTypes" "${ENDING}" ""
+!macroend
+
 ; What an earlier version installed, here or in another folder, goes first.
 Function RemoveEarlier
   ReadRegStr $0 SHCTX "${UNINSTALL_KEY}" "InstallLocation"
@@ -87,6 +100,13 @@ Section
   CreateDirectory "${MENU}"
   !if /FileExists "${FILES}/merivane.exe"
     CreateShortCut "${MENU}\Merivane.lnk" "$INSTDIR\merivane.exe"
+    CreateShortCut "$SENDTO\Merivane.lnk" "$INSTDIR\merivane.exe"
+    WriteRegStr SHCTX "${OPEN_KEY}" "FriendlyAppName" "Merivane"
+    WriteRegStr SHCTX "${OPEN_KEY}\shell\open\command" "" '"$INSTDIR\merivane.exe" "%1"'
+    !insertmacro OfferFor ".mpx"
+    !insertmacro OfferFor ".mdb"
+    !insertmacro OfferFor ".xml"
+    !insertmacro OfferFor ".txt"
   !endif
   !if /FileExists "${FILES}/merivane.chm"
     CreateShortCut "${MENU}\Merivane Help.lnk" "$INSTDIR\merivane.chm"
@@ -128,6 +148,8 @@ Section Uninstall
   IfErrors in_use
   !include "${LISTS}/remove_folders.nsh"
   Delete "${MENU}\Merivane.lnk"
+  Delete "$SENDTO\Merivane.lnk"
+  DeleteRegKey SHCTX "${OPEN_KEY}"
   Delete "${MENU}\Merivane Help.lnk"
   Delete "${MENU}\Merivane Command Prompt.lnk"
   Delete "${MENU}\Uninstall Merivane.lnk"

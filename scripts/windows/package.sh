@@ -58,10 +58,13 @@ for licence in Apache-2.0 LGPL-2 LGPL-2.1 LGPL-3 GPL-2 GPL-3; do
   with_returns "/usr/share/common-licenses/$licence" > "$folder/licences/$licence.txt"
 done
 
+# What is unpacked keeps its settings beside itself; what is installed keeps them with the user.
+[ ! -e "$folder/merivane.exe" ] || : > "$folder/merivane.ini"
 find "$folder" -type d -exec chmod 755 {} + -o -name '*.exe' -exec chmod 755 {} + -o -exec chmod 644 {} +
 find "$folder" -exec touch -d "@$SOURCE_DATE_EPOCH" {} +
 rm -f "$output"/merivane-*-{windows.zip,setup.exe}
 (cd "$scratch" && find "$name" -type f | sort | zip -q -X -@ "$output/$name-windows.zip")
+rm -f "$folder/merivane.ini"
 
 # The setup program installs, and its uninstaller removes, these files by their names.
 (cd "$folder" && find . -mindepth 1 -printf '%y %P\n' | sort -k 2) > "$scratch/files"

@@ -1,4 +1,6 @@
 #include <QApplication>
+#include <QDir>
+#include <QSettings>
 #include <QTimer>
 
 #ifdef Q_OS_UNIX
@@ -35,6 +37,16 @@ void EndOnSignal(QtDesktop& desktop) {
 void EndOnSignal(QtDesktop&) {}
 #endif
 
+// Where merivane.ini lies beside the program, as in the folder that it is unpacked from, it holds
+// all that is remembered.
+void TakeSettingsBesideProgram() {
+  const QDir folder(QApplication::applicationDirPath());
+  if (!folder.exists("merivane.ini")) return;
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+  QApplication::setOrganizationName(".");  // a folder in that one
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -43,6 +55,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("merivane");
   QApplication::setOrganizationName("merivane");
   QApplication::setDesktopFileName("merivane");
+  TakeSettingsBesideProgram();
   QApplication::setQuitOnLastWindowClosed(false);
   int status = 0;
   {
@@ -53,7 +66,12 @@ int main(int argc, char** argv) {
     MainWindow window(desktop, main);
     desktop.OnEnd = [] { QApplication::exit(0); };
     EndOnSignal(desktop);
-    QTimer::singleShot(0, &window, [&] { desktop.Run([&] { main.Start(); }); });
+    QTimer::singleShot(0, &window, [&] {
+      desktop.Run([&] { main.Start(); });
+      QStringList files = QApplication::arguments().mid(1);
+      for (QString& file : files) file = QDir::current().absoluteFilePath(file);
+      if (!files.empty()) window.OpenFiles(files);
+    });
     status = QApplication::exec();
   }
   platform::EndAsAsked();

@@ -35,6 +35,8 @@ class MainWindow : public QMainWindow {
 
   // Text of the status bar: what came of the last translation or pick.
   QString Result() const;
+  // One file, whichever way it was named; several, or one that isn't there, get a message.
+  void OpenFiles(const QStringList& names);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -46,8 +48,6 @@ class MainWindow : public QMainWindow {
   void ConnectStart();
   void ShowPage();
   void AskForFile();
-  // One file, whichever way it was named; several, or one that isn't there, get a message.
-  void OpenFiles(const QStringList& names);
   void OpenFile(const QString& name);
   void ShowWorkbench(WorkbenchWindow* workbench);
   void BringBack(const std::string& plan, const std::string& database,
