@@ -10,6 +10,7 @@
 
 #include "error_of.h"
 #include "runtime/conversions.h"
+#include "schedule/staffing.h"
 #include "store/recordset.h"
 #include "temporary_folder.h"
 
@@ -371,6 +372,53 @@ TEST_F(PlanTables, PlanThatAFileBroughtBackCountsBeforeTheStoredOne) {
             "T1 1.25 17\nT2 1.25 0\nT3 1.25 18\n"
             "0>1 1\n2>1 3+1.5ed\n0>2 1-50%\n1>2 2+1mo\n");
   EXPECT_EQ(plan.tasks[2].parent, 1U);
+}
+
+// Three tasks begin on Monday; the crew of two is asked for three times over on the first day.
+TEST_F(PlanTables, StaffingTellsHoursCostAndWhenTooMuchIsAskedFor) {
+  Add("MSP_TASKS", {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME", "TASK_DUR"},
+      {{1, 11, 1, "one day", 4800},
+       {1, 12, 2, "two days", 9600},
+       {1, 13, 3, "milestone", 0},
+       {1, 14, 4, "behind", 4800}});
+  Add("MSP_LINKS", {"PROJ_ID", "LINK_UID", "LINK_PRED_UID", "LINK_SUCC_UID", "LINK_TYPE"},
+      {{1, 1, 12, 14, 1}});
+  Add("MSP_RESOURCES",
+      {"PROJ_ID", "RES_UID", "RES_ID", "RES_NAME", "RES_MAX_UNITS", "RES_STD_RATE",
+       "RES_STD_RATE_FMT"},
+      {{1, 1, 1, "Crew", 2, 80, 3},
+       {1, 2, 2, "Crane", 1, 30, Value()},
+       {1, 3, 3, "Cement", 1, 5, 8},
+       {1, 4, 4, "", 1, 5, 2}});
+  Add("MSP_ASSIGNMENTS", {"PROJ_ID", "ASSN_UID", "TASK_UID", "RES_UID", "ASSN_UNITS", "ASSN_WORK"},
+      {{1, 1, 11, 1, 2, Value()},
+       {1, 2, 12, 1, 1, 720000},
+       {1, 3, 12, 2, 1, 0},
+       {1, 4, 13, 2, 5, 0},
+       {1, 5, 14, 1, 2, 0},
+       {1, 6, 14, 3, 1, 0},
+       {1, 7, 14, 4, 1, 0},
+       {1, 8, 99, 1, 9, 0}});
+  Connection connection(workspace);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  const Plan plan = ReadPlan(connection, 1, {2026, 1, 5, 0});
+  const Staffing staffing = ReadStaffing(connection, 1, plan);
+  std::string told;
+  for (std::size_t at = 0; at < staffing.resources.size(); ++at) {
+    const auto cost = staffing.CostOf(at);
+    told += staffing.resources[at].name + " " + TextOfReal(staffing.HoursOf(at)) + " h " +
+            (cost ? TextOfReal(*cost) : "-") + "\n";
+  }
+  EXPECT_EQ(told, "Crew 44 h 440\nCrane 16 h 480\nCement 8 h -\n");
+  EXPECT_THAT(staffing.NamesByTask(plan.tasks.size()),
+              testing::ElementsAre("Crew", "Crew, Crane", "Crane", "Crew, Cement"));
+  const auto overloads = OverloadsOf(plan, MakeSchedule(plan), staffing);
+  ASSERT_EQ(overloads.size(), 1U);
+  EXPECT_EQ(overloads[0].resource, 0U);
+  EXPECT_EQ(overloads[0].units, 3);
+  EXPECT_EQ(FormatDate(MomentOf(overloads[0].from)), FormatDate({2026, 1, 5, 8 * 3600}));
+  EXPECT_EQ(FormatDate(MomentOf(overloads[0].to)), FormatDate({2026, 1, 5, 17 * 3600}));
+  EXPECT_THAT(PredecessorTexts(plan), testing::ElementsAre("", "", "", "2"));
 }
 
 TEST_F(PlanTables, CalendarsAreReadWithWhatTheyAreBasedOn) {
