@@ -58,21 +58,24 @@ TEST_F(ProgramStartTest, WordsEndAtBlanksOutsideQuotes) {
   }
 }
 
+// A pipe for each word: one that is opened again may still have its first writer.
 TEST_F(ProgramStartTest, TheProgramLivesOnItsOwn) {
-  const std::string pipe = folder_.Path("pipe");
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::string go = folder_.Path("go");
+  const std::string end = folder_.Path("end");
+  ASSERT_EQ(mkfifo(go.c_str(), 0600), 0);
+  ASSERT_EQ(mkfifo(end.c_str(), 0600), 0);
   const std::string path =
-      Script("waits", "read line < '" + pipe + "'\necho $$ $line > '" + folder_.Path("part") +
+      Script("waits", "read line < '" + go + "'\necho $$ $line > '" + folder_.Path("part") +
                           "'\nmv '" + folder_.Path("part") + "' '" + folder_.Path("out") +
-                          "'\nread line < '" + pipe + "'\n");
+                          "'\nread line < '" + end + "'\n");
   ASSERT_TRUE(StartDetached(path));
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
-  std::ofstream(pipe) << "go\n";
+  std::ofstream(go) << "go\n";
   const std::string output = Output();
   EXPECT_TRUE(output.ends_with(" go\n")) << output;
   EXPECT_NE(getsid(std::stoi(output)), getsid(0));
-  std::ofstream(pipe) << "end\n";
+  std::ofstream(end) << "end\n";
 }
 
 TEST_F(ProgramStartTest, WhatIsNoProgramIsToldSo) {
