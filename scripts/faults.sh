@@ -35,6 +35,7 @@ sed -i 's/,Set up the desk,/,Set up desk and chair,/' plan.mpx
 echo "an earlier text" > again.txt
 echo "an earlier picture" > again.svg
 echo "an earlier picture" > again.png
+echo "an earlier page" > again.html
 
 declare -A commands=(
   [new]="to-project model.txt --database new.mdb --mpx new.mpx --xml new.xml"
@@ -49,6 +50,7 @@ declare -A commands=(
   [projects]="projects plan.mdb"
   [check]="check model.txt"
   [draw]="draw model.txt --output again.svg --force"
+  [report]="report model.txt --output again.html --force"
   [png]="draw model.txt --output again.png --force"
   [chart]="chart plan.mdb --project 1 --output again.svg --force"
 )

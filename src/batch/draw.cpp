@@ -96,6 +96,7 @@ int RunDraw(Session& session, const DrawOptions& options) try {
   if (options.model.empty()) return DrawDatabase(session, options);
   std::string note;
   ProcessModel model = ReadText(session, options.model, note);
+  if (session.log.ToldMachineFault()) return kFailed;  // the text is not to blame for what lacks
   return Draw(session, options, std::move(model), note);
 } catch (const RunTimeError& error) {
   return session.TellFailure(options.output, error);

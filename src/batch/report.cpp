@@ -51,6 +51,7 @@ Report ReadReport(Session& session, const ReportOptions& options, ScenarioChoose
   } catch (const ProgramEnd&) {
     report.whyNoPlan = WhyNoPlan(session, chooser);
   } catch (const RunTimeError& error) {
+    if (IsMachineFault(error.Number())) throw;
     report.whyNoPlan = "The plan is not drawn: " + error.Description();
   }
   return report;
@@ -76,6 +77,7 @@ int RunReport(Session& session, const ReportOptions& options) {
   session.OnModalForm(
       ForEach{[&](multi* scenarios) { chooser.Answer(*scenarios); }, [](auto* /*other*/) {}});
   Report report = ReadReport(session, options, chooser);
+  if (session.log.ToldMachineFault()) return kFailed;  // the text is not to blame for what lacks
   report.findings = inspect::CheckModel(options.model, session.desktop.TemplatePath());
   report.foot = FootOf(session, options.model);
   report.diagrams = DrawDiagrams(

@@ -217,6 +217,35 @@ TEST_F(Batch, PicturesThatAreRefusedOrFailLeaveTheFile) {
   EXPECT_EQ(ReadFile(svg), "precious");
 }
 
+// The scratch database is the program's own: a page of it that can't be read is no end of the text.
+TEST_F(Batch, PicturesOfWhatTheMachineCouldNotReadAreNotWritten) {
+  const std::string damaged = folder.Path("damaged.mdb");
+  const struct {
+    const char* command;
+    const char* output;
+    const char* index;
+    int status;
+  } rows[] = {{"draw", "a.svg", "Links_in_Scenario_by_Origin_Num", kFailed},
+              {"draw", "a.svg", "MSP_TASKS_by_TASK_UID", kDone},  // needs no table of the plan
+              {"report", "a.html", "Links_in_Scenario_by_Origin_Num", kFailed},
+              {"report", "a.html", "MSP_TASKS_by_TASK_UID", kFailed}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.command) + " " + row.index);
+    const auto root = RawDatabase(TemplateDatabase())
+                          .Rows("select rootpage from sqlite_master where name = '" +
+                                std::string(row.index) + "'");
+    std::string bytes = ReadFile(TemplateDatabase());
+    bytes.replace((std::stoul(root[0][0]) - 1) * 4096, 8, 8, '\xFF');
+    folder.Write("damaged.mdb", bytes);
+    const std::string output = folder.Write(row.output, "precious");
+    EXPECT_EQ(Run({row.command, Sample("onboarding.txt"), "--template", damaged, "--output", output,
+                   "--force"}),
+              row.status)
+        << err.str();
+    EXPECT_EQ(ReadFile(output) == "precious", row.status == kFailed);
+  }
+}
+
 TEST_F(Batch, CheckTellsWhatOfADatabaseIsDamaged) {
   const std::string plan = folder.Path("plan.mdb");
   EXPECT_EQ(Run({"to-project", Sample("onboarding.txt"), "--database", plan}), kDone);
