@@ -114,6 +114,7 @@ std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& na
   engine->IsCopy();
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path, false);
+  Execute(engine->Database(), "pragma journal_mode = memory", path);
   return engine;
 }
 

@@ -183,7 +183,6 @@ DatabaseHandle OpenOverlay(const std::string& name, const std::string& path) {
   if (result != SQLITE_OK) throw DatabaseError(raw, path);
   sqlite3_extended_result_codes(raw, 1);
   Harden(raw);
-  Execute(raw, "pragma journal_mode = memory", path);
   return database;
 }
 

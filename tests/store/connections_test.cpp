@@ -247,7 +247,7 @@ TEST_F(Connections, HoldACopyThatShrinks) {
       "insert into Long values (randomblob(400000))");
   const std::string before = ReadFile(path);
   const DatabaseHandle overlay = OpenOverlay(path, path);
-  Execute(overlay.get(), "drop table Long", path);
+  Execute(overlay.get(), "pragma journal_mode = memory; drop table Long", path);
   Execute(overlay.get(), "create table Again (A); insert into Again values (zeroblob(700000))",
           path);
   const StatementHandle check = PrepareStatement(overlay.get(), "pragma integrity_check", path);

@@ -22,7 +22,8 @@ void PadToFiveDigits(std::string& text);
 void ValidateUobName(ModelToProject& state, const std::string& name);
 void ValidateObjectName(ModelToProject& state, const std::string& name);
 
-// The name under which a further project comes into gMspConn, told apart from those of `projects`.
+// The name under which a further project comes into gMspConn, told apart from those of `projects`;
+// "Project 1" for a blank one.
 // Of an overwritten database the name stays.
 std::string NameApartFromOthers(ModelToProject& state, Recordset& projects, std::string name);
 
