@@ -8,6 +8,7 @@
 
 #include "help_context.h"
 #include "qt_text.h"
+#include "result_look.h"
 #include "text_editor.h"
 
 namespace merivane::desktop {
@@ -46,18 +47,6 @@ QString SummaryOf(const std::vector<Finding>& findings) {
 }
 
 }  // namespace
-
-Look LookOf(Severity severity) {
-  switch (severity) {
-    case Severity::kError:
-      return {"error", QColor(200, 40, 40)};
-    case Severity::kWarning:
-      return {"warning", QColor(220, 160, 0)};
-    case Severity::kNote:
-      break;
-  }
-  return {"note", QColor(110, 130, 160)};
-}
 
 CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> findings,
                          QtDesktop& desktop, QWidget* parent)

@@ -1,7 +1,6 @@
 // The findings of a model text.
 #pragma once
 
-#include <QColor>
 #include <string>
 #include <vector>
 
@@ -11,13 +10,6 @@
 namespace merivane::desktop {
 
 using namespace inspect;
-
-struct Look {
-  const char* word;
-  QColor colour;
-};
-
-Look LookOf(Severity severity);
 
 // A click or Ctrl+C copies findings to the clipboard; "Open", Enter or a double click shows the
 // text at its line.

@@ -81,7 +81,11 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
   AddMenus();
   modelToProject_ = new ModelToProjectWindow(main_.modelToProject, desktop_);
   AddForm(modelToProject_);
-  projectToModel_ = new ProjectToModelWindow(main_.projectToModel, desktop_);
+  auto* toModel = new ProjectToModelWindow(main_.projectToModel, desktop_);
+  toModel->OnShow = [this](const PlannedMerge& merge) {
+    Open(std::make_unique<WorkbenchFile>(merge, desktop_, main_.workspace, main_.progress, *this));
+  };
+  projectToModel_ = toModel;
   AddForm(projectToModel_);
   ConnectStart();
   new OptionsDialog(main_.options, desktop_, this);
@@ -171,21 +175,25 @@ void MainWindow::OpenFiles(const QStringList& names) {
   }
 }
 
-// A file that stands open already comes to the front.
 void MainWindow::OpenFile(const QString& name) {
-  const std::string path = name.toStdString();
+  Open(std::make_unique<WorkbenchFile>(name.toStdString(), desktop_, main_.workspace,
+                                       main_.progress, *this));
+}
+
+// What stands open already comes to the front; a merge is looked at anew.
+void MainWindow::Open(std::unique_ptr<WorkbenchFile> file) {
   for (QMdiSubWindow* frame : area_->subWindowList()) {
-    const auto* open = dynamic_cast<WorkbenchWindow*>(frame->widget());
-    if (open == nullptr || open->Path() != path) continue;
+    auto* open = dynamic_cast<WorkbenchWindow*>(frame->widget());
+    if (open == nullptr || open->File().Path() != file->Path()) continue;
+    if (open->File().Merge() != file->Merge()) continue;
     area_->setActiveSubWindow(frame);
+    if (file->Merge()) open->ReadAgain();
     return;
   }
   desktop_.Run([&] {
-    auto file =
-        std::make_unique<WorkbenchFile>(path, desktop_, main_.workspace, main_.progress, *this);
     std::optional<FileView> view = file->Read();
     if (!view) return;
-    start_->Recent().Add(name);
+    if (!file->Merge()) start_->Recent().Add(PathToQt(file->Path()));
     ShowWorkbench(new WorkbenchWindow(std::move(file), std::move(*view), desktop_));
   });
 }

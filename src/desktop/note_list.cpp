@@ -4,15 +4,16 @@
 #include <QKeyEvent>
 #include <utility>
 
-#include "check_window.h"
 #include "qt_text.h"
+#include "result_look.h"
 
 namespace merivane::desktop {
 
 namespace {
 
-Look LookOfNote(Note::Kind kind) {
-  switch (kind) {
+Look LookOfNote(const Note& note) {
+  if (note.change) return LookOf(*note.change);
+  switch (note.kind) {
     case Note::Kind::kError:
       return LookOf(Severity::kError);
     case Note::Kind::kWarning:
@@ -30,10 +31,15 @@ ResultModel* ModelOf(const std::vector<Note>& notes) {
   std::vector<ResultModel::Row> rows;
   rows.reserve(notes.size());
   for (const Note& note : notes) {
-    const Look look = LookOfNote(note.kind);
-    rows.push_back({{look.word, note.line == 0 ? "" : QString::number(note.line), ToQt(note.about),
-                     ToQt(note.sentence), ToQt(note.advice)},
+    const Look look = LookOfNote(note);
+    QString place = note.line == 0 ? "" : QString::number(note.line);
+    if (note.row) place = QString::number(*note.row);
+    rows.push_back({{look.word, place, ToQt(note.about), ToQt(note.sentence), ToQt(note.advice)},
                     look.colour});
+  }
+  if (!notes.empty() && notes.front().change) {
+    return new ResultModel({"Change", "Row of the plan", "Element", "What happens", "What to do"},
+                           std::move(rows), kLineColumn, nullptr);
   }
   return new ResultModel({"Kind", "Line", "Element", "Finding", "What to do"}, std::move(rows),
                          kLineColumn, nullptr);
@@ -69,7 +75,9 @@ void NoteList::Choose(std::size_t element) {
   for (std::size_t row = 0; row < notes_.size(); ++row) {
     if (notes_[row].element == element) rows.push_back(static_cast<int>(row));
   }
-  if (const Note* current = Current(); current != nullptr && current->element == element) return;
+  const Note* current = Current();
+  const bool isChosen = selectionModel()->isSelected(currentIndex());
+  if (isChosen && current != nullptr && current->element == element) return;
   ChooseRows(rows);
 }
 

@@ -1,4 +1,4 @@
-// Findings of an opened file, and why units stay out of its plan.
+// Findings of an opened file, why units stay out of its plan, and the changes of a merge.
 #pragma once
 
 #include <functional>

@@ -7,6 +7,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "pictures/marks.h"
+#include "pictures/style.h"
 #include "qt_text.h"
 
 namespace merivane::desktop {
@@ -17,6 +19,7 @@ constexpr int kElementRole = Qt::UserRole;
 
 QString Caption(const Element& element) {
   QString name = ToQt(element.name);
+  if (element.mark != Mark::kNone) name = ToQt(SignOf(element.mark)) + ' ' + name;
   if (element.kind == Element::Kind::kScenario) return name;
   return QString::number(element.number) + "  " + name;
 }
@@ -65,7 +68,9 @@ void OutlineTree::Show(const std::vector<Element>& elements) {
     item->setData(0, kElementRole, QVariant::fromValue<qulonglong>(items_.size()));
     item->setData(0, Qt::AccessibleTextRole, Told(element));
     item->setToolTip(0, Told(element));
-    if (!element.whyOut.empty()) {
+    if (element.mark != Mark::kNone) {
+      item->setForeground(0, QColor(StyleOf(InkOf(element.mark)).stroke));
+    } else if (!element.whyOut.empty()) {
       item->setForeground(0, tree_->palette().brush(QPalette::PlaceholderText));
       QFont font = tree_->font();
       font.setItalic(true);

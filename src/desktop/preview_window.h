@@ -10,9 +10,11 @@ namespace merivane::desktop {
 
 using namespace inspect;
 
-// "Merge" accepts the dialog; it is off where the merge would stop.
+// "OK" accepts the dialog; it is off where the merge would stop.
 class PreviewWindow : public ResultTable {
  public:
+  static constexpr int kShow = 2;  // it is closed so where the user wants to see pictures
+
   PreviewWindow(const std::string& planPath, const inspect::MergePreview& preview,
                 QtDesktop& desktop, QWidget* parent);
 };

@@ -98,7 +98,9 @@ void ProjectToModelWindow::Preview() {
                                                        desktop_.TemplatePath(), false, &desktop_)
                        : inspect::PreviewMerge(plan, interim, project, &desktop_);
     auto* table = new PreviewWindow(plan, preview, desktop_, window());
-    table->WhenAccepted(this, [this] { Run([this] { Ok(); }); });
+    table->WhenClosed(QDialog::Accepted, this, [this] { Run([this] { Ok(); }); });
+    const PlannedMerge merge{plan, interim, project, form_.Complete};
+    table->WhenClosed(PreviewWindow::kShow, this, [this, merge] { OnShow(merge); });
     table->open();
   } catch (const RunTimeError& error) {
     ShowDescription(desktop_, error);

@@ -1,17 +1,24 @@
 // The window of the direction from plan to model.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 
 #include "form_window.h"
 #include "shell/frmProjectToIDEF3.h"
+#include "workbench/merge_view.h"
 
 namespace merivane::desktop {
+
+using namespace workbench;
 
 class ProjectToModelWindow : public FormWindow {
  public:
   ProjectToModelWindow(frmProjectToIDEF3& form, QtDesktop& desktop);
+
+  // The user wants to see a merge in pictures. Set before a preview opens.
+  std::function<void(const PlannedMerge& merge)> OnShow;
 
  protected:
   void Draw() override;

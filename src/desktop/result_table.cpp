@@ -80,8 +80,13 @@ void ResultTable::CopyChosen() const { table_->CopyChosen(); }
 
 int ResultTable::CurrentRow() const { return table_->CurrentRow(); }
 
-void ResultTable::WhenAccepted(QObject* receiver, const std::function<void()>& goOn) {
-  connect(this, &QDialog::accepted, receiver, goOn, Qt::QueuedConnection);
+void ResultTable::WhenClosed(int result, QObject* receiver, const std::function<void()>& goOn) {
+  connect(
+      this, &QDialog::finished, receiver,
+      [result, goOn](int closed) {
+        if (closed == result) goOn();
+      },
+      Qt::QueuedConnection);
 }
 
 // An Enter that ends the typing of a filter is no answer to the dialog.

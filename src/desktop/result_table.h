@@ -24,9 +24,9 @@ class ResultTable : public QDialog {
   ResultTable(const char* name, ResultModel* model, const QString& summary, QtDesktop& desktop,
               QWidget* parent);
 
-  // Goes on with what the user agrees to here, once this dialog and its signals are over: a run
-  // lets events in, and one of them deletes the dialog.
-  void WhenAccepted(QObject* receiver, const std::function<void()>& goOn);
+  // Goes on with what the user chose here, once this dialog was closed with that result and its
+  // signals are over: a run lets events in, and one of them deletes the dialog.
+  void WhenClosed(int result, QObject* receiver, const std::function<void()>& goOn);
 
  protected:
   // The row of the model that is chosen in the table; -1 for none.

@@ -18,12 +18,18 @@ WorkbenchFile::WorkbenchFile(std::string path, QtDesktop& desktop, Workspace& wo
       progress_(progress),
       window_(window) {}
 
+WorkbenchFile::WorkbenchFile(PlannedMerge merge, QtDesktop& desktop, Workspace& workspace,
+                             Progress& progress, QWidget& window)
+    : WorkbenchFile(merge.plan, desktop, workspace, progress, window) {
+  merge_ = std::move(merge);
+}
+
 std::optional<FileView> WorkbenchFile::Guarded(
     const std::function<std::optional<FileView>()>& read) try {
   desktop_.TellAbout(path_);
   const SavedMousePointer pointer(desktop_, kPointerHourglass);
   std::optional<FileView> view = read();
-  if (view && view->elements.empty()) {
+  if (view && view->elements.empty() && !merge_) {
     std::string why = FromUtf8(path_) + " holds nothing that can be shown.";
     for (const std::string& line : view->lines) why += ' ' + line;
     desktop_.ShowMessage({why, MessageIcon::kExclamation});
@@ -37,10 +43,14 @@ std::optional<FileView> WorkbenchFile::Guarded(
 
 std::optional<FileView> WorkbenchFile::Read() {
   return Guarded([this]() -> std::optional<FileView> {
-    if (Kind() == FileKind::kDatabase) return ReadDatabase();
+    if (!merge_ && Kind() == FileKind::kDatabase) return ReadDatabase();
     std::optional<FileView> view;
     RunUnlessCancelled(progress_, [&] {
-      view = Kind() == FileKind::kText ? ReadModel() : ViewPlanFile(path_, desktop_);
+      if (merge_) {
+        view = ViewMerge(*merge_, desktop_);
+      } else {
+        view = Kind() == FileKind::kText ? ReadModel() : ViewPlanFile(path_, desktop_);
+      }
     });
     return view;
   });

@@ -1,4 +1,4 @@
-// A file that a workbench window shows, and the way to read it again.
+// What a workbench window shows, a file or a merge before it runs, and the way to read it again.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,7 @@
 #include "program/progress.h"
 #include "store/connection.h"
 #include "workbench/live_model.h"
+#include "workbench/merge_view.h"
 #include "workbench/plan_file.h"
 
 class QWidget;
@@ -31,7 +32,12 @@ class WorkbenchFile {
   WorkbenchFile(std::string path, QtDesktop& desktop, Workspace& workspace, Progress& progress,
                 QWidget& window);
 
+  // The same of a merge: its plan is the file.
+  WorkbenchFile(PlannedMerge merge, QtDesktop& desktop, Workspace& workspace, Progress& progress,
+                QWidget& window);
+
   const std::string& Path() const { return path_; }
+  const std::optional<PlannedMerge>& Merge() const { return merge_; }
   FileKind Kind() const { return KindOfOpened(path_); }
   Progress& Work() const { return progress_; }
   // The project of a database that was read.
@@ -48,6 +54,7 @@ class WorkbenchFile {
   std::optional<FileView> Guarded(const std::function<std::optional<FileView>()>& read);
 
   std::string path_;
+  std::optional<PlannedMerge> merge_;
   QtDesktop& desktop_;
   Workspace& workspace_;
   Progress& progress_;

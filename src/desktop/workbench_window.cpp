@@ -58,7 +58,8 @@ WorkbenchWindow::WorkbenchWindow(std::unique_ptr<WorkbenchFile> file, FileView v
   setObjectName("workbench");
   setAttribute(Qt::WA_DeleteOnClose);
   const QString path = PathToQt(file_->Path());
-  setWindowTitle(QFileInfo(path).fileName() + " (" + KindWord(path) + ')');
+  const QString kind = file_->Merge() ? "preview of the merge" : KindWord(path);
+  setWindowTitle(QFileInfo(path).fileName() + " (" + kind + ')');
   SetHelpContext(this, kHelpContextId);
   AddTools();
   AddParts();
@@ -107,8 +108,9 @@ void WorkbenchWindow::AddTools() {
 
 void WorkbenchWindow::AddTranslations(PictureTools& tools) {
   if (file_->Kind() != FileKind::kText) {
-    bringBack_ = tools.Add("bringBack", "Bring a changed plan back...", QKeySequence("Ctrl+B"),
-                           [this] { BringBack(); });
+    bringBack_ =
+        tools.Add("bringBack", file_->Merge() ? "To the merge..." : "Bring a changed plan back...",
+                  QKeySequence("Ctrl+B"), [this] { BringBack(); });
     return;
   }
   tools.Add("toPlan", "Model to plan...", QKeySequence("Ctrl+T"), [this] {
@@ -123,6 +125,9 @@ void WorkbenchWindow::AddTranslations(PictureTools& tools) {
 // The plan is asked for first: its kind tells which boxes the rest belongs into.
 void WorkbenchWindow::BringBack() {
   if (!OnBringBack) return;
+  if (const auto& merge = file_->Merge()) {
+    return OnBringBack(merge->plan, merge->database, merge->project);
+  }
   if (file_->Kind() != FileKind::kDatabase) return OnBringBack(file_->Path(), "", {});
   std::string plan;
   desktop_.RunIn(*this, [&] {
@@ -217,7 +222,7 @@ void WorkbenchWindow::TakeView(FileView view) {
   ShowChoices();
   ShowNotices();
   ShowChart();
-  if (!selection_.Chosen()) selection_.Choose(0);
+  if (!selection_.Chosen() && !view_.elements.empty()) selection_.Choose(0);
   isShowing_ = false;
   ShowChosen();
 }

@@ -37,7 +37,8 @@ class WorkbenchWindow : public QMainWindow {
   WorkbenchWindow(std::unique_ptr<WorkbenchFile> file, FileView view, QtDesktop& desktop);
   ~WorkbenchWindow() override;
 
-  const std::string& Path() const { return file_->Path(); }
+  const WorkbenchFile& File() const { return *file_; }
+  void ReadAgain();
   // The model goes to the dialog that translates it, with the choices made here.
   std::function<void(const std::string& path, const std::vector<Choice>& choices)> OnToPlan;
   // A changed plan goes back into its model: the plan, and the database and the project that hold
@@ -66,7 +67,6 @@ class WorkbenchWindow : public QMainWindow {
   void Choose(std::size_t element);
   // Marks in all parts what the selection says.
   void ShowChosen();
-  void ReadAgain();
   void TakeChoice(const std::string& question, int name);
   void Draw(PictureView& view, const std::function<pictures::Picture()>& picture);
 

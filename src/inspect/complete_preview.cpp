@@ -29,7 +29,7 @@ std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks
 
 MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string& interimPath,
                                   std::int32_t project, const std::string& templatePath,
-                                  bool withProof, Desktop* shown) {
+                                  bool withProof, Desktop* shown, MergeWitness* witness) {
   const ScratchFolder folder;
   const std::string text = folder.Path("model.txt");
   QuietDesktop desktop;
@@ -45,10 +45,13 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
   state.files.OpenForOutput(state.gOutFile, text);
   MergePreview preview;
   const ModelSnapshot before = ReadSnapshot(*state.gInterimConn, project);
+  if (witness != nullptr) witness->OnBefore(*state.gInterimConn);
   const reconcile::Kept kept = reconcile::MergeCompletely(state, planPath);
   preview.merged = kept.merged;
   if (kept.merged) {
-    preview.changes = ChangesOf(kept.remarks, before, ReadSnapshot(*state.gProjectConn, project));
+    const ModelSnapshot after = ReadSnapshot(*state.gProjectConn, project);
+    if (witness != nullptr) witness->OnAfter(*state.gProjectConn, before, after);
+    preview.changes = ChangesOf(kept.remarks, before, after);
     if (withProof) {
       preview.proof = ProvePreview(*state.gProjectConn, project, text, templatePath, shown);
     }

@@ -36,9 +36,9 @@ class Comparison {
     }
     for (const auto& [key, assignment] : before_.assignments) {
       if (after_.assignments.contains(key) || !WasInPlan(assignment)) continue;
-      Add(ChangeKind::kRemoved, {"assignment", std::nullopt, ""},
-          "Of " + Described(Resource(key.second)) + " for " + Described(Unit(key.first)) + ".",
-          RowOf(key.first));
+      AddAssignment(
+          ChangeKind::kRemoved, key.first,
+          "Of " + Described(Resource(key.second)) + " for " + Described(Unit(key.first)) + ".");
     }
     return std::move(changes_);
   }
@@ -47,6 +47,11 @@ class Comparison {
   void Add(ChangeKind kind, ElementName element, std::string sentence,
            std::optional<std::int32_t> row = {}, std::string advice = {}) {
     changes_.push_back({kind, std::move(element), std::move(sentence), std::move(advice), row});
+  }
+
+  void AddAssignment(ChangeKind kind, std::int32_t unit, std::string sentence) {
+    Add(kind, {"assignment", std::nullopt, ""}, std::move(sentence), RowOf(unit));
+    changes_.back().unit = unit;
   }
 
   std::optional<std::int32_t> RowOf(std::int32_t unit) const {
@@ -170,7 +175,16 @@ class Comparison {
       }
       Add(kind, {"link", std::nullopt, ""},
           LinkSentence(End(std::get<1>(link)), End(std::get<2>(link))), RowOf(std::get<2>(link)));
+      changes_.back().unit = UnitAt(link);
     }
+  }
+
+  // The unit at the end of a link, or else the one at its origin.
+  std::optional<std::int32_t> UnitAt(const ModelSnapshot::Link& link) const {
+    for (const std::int32_t number : {std::get<2>(link), std::get<1>(link)}) {
+      if (End(number).kind == "unit") return number;
+    }
+    return std::nullopt;
   }
 
   void CompareResources() {
@@ -204,17 +218,16 @@ class Comparison {
       const bool was = old != before_.assignments.end() && WasInPlan(old->second);
       const std::string what =
           Described(Resource(key.second)) + " for " + Described(Unit(key.first));
-      const ElementName name{"assignment", std::nullopt, ""};
-      const auto row = RowOf(key.first);
       if (assignment.cameBack && !was) {
-        Add(ChangeKind::kAdded, name, "Of " + what + ": " + assignment.quantity + ".", row);
+        AddAssignment(ChangeKind::kAdded, key.first,
+                      "Of " + what + ": " + assignment.quantity + ".");
       } else if (!assignment.cameBack && was) {
-        Add(ChangeKind::kRemoved, name, "Of " + what + ".", row);
+        AddAssignment(ChangeKind::kRemoved, key.first, "Of " + what + ".");
       } else if (assignment.cameBack &&
                  !IsSameNumber(old->second.quantity, assignment.quantity, 1)) {
-        Add(ChangeKind::kChanged, name,
-            "Of " + what + ": " + assignment.quantity + " instead of " + old->second.quantity + ".",
-            row);
+        AddAssignment(ChangeKind::kChanged, key.first,
+                      "Of " + what + ": " + assignment.quantity + " instead of " +
+                          old->second.quantity + ".");
       }
     }
   }

@@ -1,5 +1,7 @@
 #include "inspect/merge_preview.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -30,12 +32,13 @@ namespace {
 class Trial : public MergeListener {
  public:
   Trial(const std::string& planPath, const std::string& interimPath, std::int32_t project,
-        Desktop* shown, const std::string& proofTemplate)
+        Desktop* shown, const std::string& proofTemplate, MergeWitness* witness)
       : planPath_(planPath),
         interimPath_(interimPath),
         project_(project),
         shown_(shown),
-        proofTemplate_(proofTemplate) {}
+        proofTemplate_(proofTemplate),
+        witness_(witness) {}
 
   MergePreview Run() {
     constexpr int kMostPasses = 6;
@@ -105,6 +108,7 @@ class Trial : public MergeListener {
     const std::string text = folder.Path("model.txt");
     Begin(program, text);
     const ModelSnapshot before = ReadSnapshot(*state_->gInterimConn, project_);
+    if (witness_ != nullptr) witness_->OnBefore(*state_->gInterimConn);
     const bool ran = Merge();
     const bool isLast = isPassClean_;
     if (!ran && isLast) AddStop(StopOfWhole());
@@ -165,6 +169,7 @@ class Trial : public MergeListener {
       const auto* row = plan.Find(task);
       if (step == MergeStep::kTask && row != nullptr && row->unit) after.units.erase(*row->unit);
     }
+    if (witness_ != nullptr) witness_->OnAfter(*state_->gProjectConn, before, after);
     changes_ = ChangesBetween(before, after);
     if (losesLines_) {
       std::erase_if(changes_, [](const auto& change) { return change.kind == ChangeKind::kKept; });
@@ -181,6 +186,7 @@ class Trial : public MergeListener {
   std::int32_t project_;
   Desktop* shown_;
   const std::string& proofTemplate_;
+  MergeWitness* witness_;
 
   MergePreview preview_;  // the stops of all passes; the boxes of the last one
   std::vector<Message> boxesToFirstStop_;
@@ -205,8 +211,30 @@ class Trial : public MergeListener {
 }  // namespace
 
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
-                          std::int32_t project, Desktop* shown, const std::string& proofTemplate) {
-  return Trial(planPath, interimPath, project, shown, proofTemplate).Run();
+                          std::int32_t project, Desktop* shown, const std::string& proofTemplate,
+                          MergeWitness* witness) {
+  return Trial(planPath, interimPath, project, shown, proofTemplate, witness).Run();
+}
+
+std::string SummaryOf(const MergePreview& preview) {
+  const auto counted = [](std::ptrdiff_t count, const char* what) {
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+  };
+  if (!preview.merged) {
+    const auto stops =
+        std::count_if(preview.changes.begin(), preview.changes.end(),
+                      [](const MergeChange& change) { return change.kind == ChangeKind::kStop; });
+    return "The merge would stop at " + counted(stops, "place") +
+           "; what it would change without them stands below. Nothing was changed.";
+  }
+  std::string summary = "The merge would change nothing.";
+  if (!preview.changes.empty()) {
+    summary = "The merge would make " +
+              counted(static_cast<std::ptrdiff_t>(preview.changes.size()), "change") +
+              ". Nothing was changed yet.";
+  }
+  for (const Message& box : preview.boxes) summary += " Message: " + OneLine(box.text);
+  return summary;
 }
 
 std::vector<Finding> CheckPlan(const std::string& planPath, const std::string& interimPath,

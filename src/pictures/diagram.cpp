@@ -168,7 +168,10 @@ class DiagramDrawer {
         {any(scenario_.units, [](const Unit& unit) { return !unit.decompositions.empty(); }),
          "sheet behind: decomposed"},
         {any(scenario_.units, [](const Unit& unit) { return !unit.sent; }),
-         "grey: not in the plan"}};
+         "grey: not in the plan"},
+        {IsMarked(Mark::kAdded), "+: new"},
+        {IsMarked(Mark::kChanged), "~: changed"},
+        {IsMarked(Mark::kRemoved), "\x96: gone"}};
     std::vector<std::string> told;
     for (const auto& [occurs, sign] : signs) {
       if (occurs) told.emplace_back(sign);
@@ -234,6 +237,14 @@ class DiagramDrawer {
   }
 
  private:
+  bool IsMarked(Mark mark) const {
+    const auto holds = [mark](const auto& elements) {
+      return std::any_of(elements.begin(), elements.end(),
+                         [mark](const auto& element) { return element.mark == mark; });
+    };
+    return holds(scenario_.units) || holds(scenario_.junctions) || holds(scenario_.links);
+  }
+
   void Grow(double right, double bottom) {
     picture_.width = std::max(picture_.width, right + kMargin);
     picture_.height = std::max(picture_.height, bottom);
@@ -281,7 +292,7 @@ class DiagramDrawer {
       MoveBy(route, kMargin, top);
       const GraphEdge& edge = graph.graph.edges[at];
       picture_.figures.push_back(
-          DrawLink(graph.links[at]->kind, route, graph.sent[edge.from] && graph.sent[edge.to]));
+          DrawLink(*graph.links[at], route, graph.sent[edge.from] && graph.sent[edge.to]));
     }
     for (std::size_t node = 0; node < layout.centres.size(); ++node) {
       const Point centre{layout.centres[node].x + kMargin, layout.centres[node].y + top};

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "pictures/diagram.h"
+#include "pictures/marks.h"
 #include "text_lines.h"
 
 namespace merivane::pictures {
@@ -176,6 +177,7 @@ Figure DrawUnit(const Unit& unit, Point centre, bool objects) {
     figure.shapes.push_back(Text{Ink::kObjects, {box.left + 3, base}, line});
     base += kObjectLine;
   }
+  MarkFigure(unit.mark, figure);
   return figure;
 }
 
@@ -202,14 +204,15 @@ Figure DrawJunction(const Junction& junction, Point centre, bool sent) {
                                {centre.x, box.Bottom() + 11},
                                Shortened(junction.id, 60, Ink::kJunctionName),
                                Anchor::kMiddle});
+  MarkFigure(junction.mark, figure);
   return figure;
 }
 
-Figure DrawLink(LinkKind kind, const Route& route, bool sent) {
+Figure DrawLink(const Link& link, const Route& route, bool sent) {
   Figure figure;
   figure.faint = !sent;
   if (route.curve.empty()) return figure;
-  const Ink ink = kind == LinkKind::kRelation ? Ink::kRelation : Ink::kLink;
+  const Ink ink = link.kind == LinkKind::kRelation ? Ink::kRelation : Ink::kLink;
   figure.shapes.push_back(Path{.ink = ink, .points = route.curve, .curved = true});
   if (route.continuation) {
     figure.shapes.push_back(
@@ -219,11 +222,12 @@ Figure DrawLink(LinkKind kind, const Route& route, bool sent) {
     figure.title = "Continued at " + std::to_string(route.continuation->number);
   }
   figure.shapes.push_back(ArrowHead(route.curve.back(), route.tip));
-  if (kind == LinkKind::kObjectFlow) {
+  if (link.kind == LinkKind::kObjectFlow) {
     const Point& end = route.curve.back();
     const Point second{2 * end.x - route.tip.x, 2 * end.y - route.tip.y};
     figure.shapes.push_back(ArrowHead(second, end));
   }
+  MarkFigure(link.mark, figure);
   return figure;
 }
 

@@ -13,7 +13,7 @@ GraphNode SizeOfJunction();
 
 Figure DrawUnit(const Unit& unit, Point centre, bool objects);
 Figure DrawJunction(const Junction& junction, Point centre, bool sent);
-Figure DrawLink(LinkKind kind, const Route& route, bool sent);
+Figure DrawLink(const Link& link, const Route& route, bool sent);
 
 // What a tool tip tells of a unit, and what a reader without the picture gets.
 std::string DescriptionOf(const Unit& unit);

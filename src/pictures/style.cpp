@@ -52,6 +52,9 @@ constexpr std::array<Style, static_cast<std::size_t>(Ink::kCount)> kStyles{{
     {"clink", kNone, "#c65d44", 1.1, "", 0, false},
     {"carrow", "#c65d44", kNone, 0, "", 0, false},
     {"finding", "#b3402a", kNone, 0, "", 0, false},
+    {"added", kNone, "#1a7f37", 2.4, "", 0, false},
+    {"changed", kNone, "#0b61c4", 2.4, "", 0, false},
+    {"removed", kNone, "#b3261e", 2.4, "5 3", 0, false},
 }};
 
 }  // namespace
@@ -60,6 +63,7 @@ const Style& StyleOf(Ink ink) { return kStyles[static_cast<std::size_t>(ink)]; }
 
 Style FaintStyleOf(Ink ink) {
   Style style = StyleOf(ink);
+  if (ink == Ink::kAdded || ink == Ink::kChanged || ink == Ink::kRemoved) return style;
   if (style.size > 0) {
     style.fill = kFaintText;
   } else {

@@ -47,6 +47,75 @@ std::optional<std::size_t> LastBefore(const FileView& view, std::size_t line) {
   return last;
 }
 
+// Nothing for what a merge leaves as it is.
+Mark MarkOf(ChangeKind kind) {
+  switch (kind) {
+    case ChangeKind::kAdded:
+      return Mark::kAdded;
+    case ChangeKind::kChanged:
+      return Mark::kChanged;
+    case ChangeKind::kRemoved:
+      return Mark::kRemoved;
+    case ChangeKind::kKept:
+    case ChangeKind::kNotTaken:
+    case ChangeKind::kStop:
+    case ChangeKind::kDiffers:
+      break;
+  }
+  return Mark::kNone;
+}
+
+// What becomes of units and junctions. A unit whose assignments change is a changed one.
+class Marks {
+ public:
+  explicit Marks(const std::vector<MergeChange>& changes) {
+    for (const MergeChange& change : changes) {
+      const ElementName& element = change.element;
+      const Mark mark = MarkOf(change.kind);
+      if (mark == Mark::kNone) continue;
+      if (element.kind == "assignment" && change.unit) {
+        marks_.emplace(Key{"unit", *change.unit}, Mark::kChanged);
+      } else if (element.number && mark != Mark::kChanged) {
+        marks_[{element.kind, *element.number}] = mark;
+      } else if (element.number) {
+        marks_.emplace(Key{element.kind, *element.number}, mark);
+      }
+    }
+  }
+
+  Mark Of(const char* kind, std::int32_t number) const {
+    const auto mark = marks_.find({kind, number});
+    return mark == marks_.end() ? Mark::kNone : mark->second;
+  }
+
+ private:
+  std::map<Key, Mark> marks_;
+};
+
+void MarkView(FileView& view, const Marks& marks) {
+  for (Scenario& scenario : view.model.scenarios) {
+    for (Unit& unit : scenario.units) unit.mark = marks.Of("unit", unit.number);
+    for (Junction& junction : scenario.junctions) {
+      junction.mark = marks.Of("junction", junction.number);
+    }
+  }
+  std::map<std::string, Mark> bars;
+  for (Element& element : view.elements) {
+    if (element.kind != Element::Kind::kUnit) continue;
+    element.mark = marks.Of("unit", element.number);
+    if (!element.bar.empty()) bars[element.bar] = element.mark;
+  }
+  if (!view.chart) return;
+  for (Figure& figure : view.chart->figures) {
+    const auto bar = bars.find(figure.id);
+    if (figure.id.starts_with("before-")) {
+      MarkFigure(Mark::kRemoved, figure);
+    } else if (bar != bars.end()) {
+      MarkFigure(bar->second, figure);
+    }
+  }
+}
+
 std::string NameOf(const Scenario& scenario, std::int32_t number) {
   for (const Unit& unit : scenario.units) {
     if (unit.number == number) return "'" + unit.name + "'";
@@ -112,6 +181,30 @@ void AddCheck(FileView& view, const CheckedModel& check) {
       note.element = place->second;
     } else if (finding.line > 1) {
       note.element = LastBefore(view, finding.line);
+    }
+    view.notes.push_back(std::move(note));
+  }
+}
+
+void AddChanges(FileView& view, const std::vector<MergeChange>& changes) {
+  MarkView(view, Marks(changes));
+  const std::map<Key, std::size_t> places = ElementsOf(view);
+  std::map<std::int64_t, std::size_t> rows;
+  for (std::size_t at = 0; at < view.elements.size(); ++at) rows[view.elements[at].task] = at;
+  for (const MergeChange& change : changes) {
+    Note note{.about = Described(change.element),
+              .sentence = change.sentence,
+              .advice = change.advice,
+              .change = change.kind,
+              .row = change.planRow};
+    const std::int32_t number = change.element.number.value_or(0);
+    auto place = places.find({change.element.kind, number});
+    if (place == places.end()) place = places.find({"unit", change.unit.value_or(0)});
+    const auto row = rows.find(change.planRow.value_or(-1));
+    if (place != places.end()) {
+      note.element = place->second;
+    } else if (row != rows.end() && change.element.kind != "resource") {
+      note.element = row->second;
     }
     view.notes.push_back(std::move(note));
   }

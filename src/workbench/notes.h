@@ -40,6 +40,9 @@ class TakenPaths : public TranslationListener {
 // Lines of the elements, and a note for each finding. REQUIRES: the elements are there.
 void AddCheck(FileView& view, const CheckedModel& check);
 
+// A note for each change, and its mark on the element, in the model and in the chart.
+void AddChanges(FileView& view, const std::vector<MergeChange>& changes);
+
 // Boxes of a run that nobody watches, each text once and on one line, behind those that are there.
 void AddLines(const QuietDesktop& desktop, std::vector<std::string>& lines);
 

@@ -29,6 +29,7 @@ class PlanRows {
     for (std::size_t task = 0; task < plan_.tasks.size(); ++task) {
       Element& element = view_.elements[elements_[task]];
       element.bar = "task-" + std::to_string(plan_.tasks[task].uid);
+      element.task = plan_.tasks[task].id;
       AddTask(task, element);
       if (dates) AddDates(*dates, task, element);
     }
@@ -109,27 +110,57 @@ class PlanRows {
   std::map<std::size_t, std::vector<const PlanLink*>> links_;  // by the task behind them
 };
 
+// What stands for the same unit in the plan as it was bore another name, or is gone.
+void NameAsBefore(Plan& plan, const Plan& before) {
+  std::map<std::int64_t, const std::string*> names;
+  for (const PlanTask& task : before.tasks) {
+    if (task.occurrence) names.emplace(*task.occurrence, &task.name);
+  }
+  for (PlanTask& task : plan.tasks) {
+    const auto name = task.occurrence ? names.find(*task.occurrence) : names.end();
+    if (name != names.end()) task.name = NameAndBefore(task.name, *name->second);
+  }
+}
+
+void AddGone(FileView& view, const Plan& before) {
+  std::map<std::int64_t, std::int64_t> uids;
+  for (const PlanTask& task : before.tasks) {
+    if (task.occurrence) uids.emplace(*task.occurrence, task.uid);
+  }
+  for (Element& element : view.elements) {
+    if (element.kind != Element::Kind::kUnit || !element.bar.empty()) continue;
+    const auto uid = uids.find(element.number);
+    if (uid != uids.end()) element.bar = "before-" + std::to_string(uid->second);
+  }
+}
+
 }  // namespace
 
-void AddPlan(FileView& view, Connection& connection, std::int32_t project,
-             const DateTime& today) try {
+std::string NameAndBefore(const std::string& name, const std::string& before) {
+  return name == before ? name : name + " (was " + before + ")";
+}
+
+void AddPlan(FileView& view, Connection& connection, std::int32_t project, const DateTime& today,
+             const DatedPlan* before) try {
   const ReadScope scope(&connection);
-  const Plan plan = schedule::ReadPlan(connection, project, today);
+  Plan plan = schedule::ReadPlan(connection, project, today);
   view.lines.insert(view.lines.end(), plan.warnings.begin(), plan.warnings.end());
   if (plan.tasks.empty()) {
     view.whyNoChart = "The plan holds no task.";
     return;
   }
+  if (before != nullptr) NameAsBefore(plan, before->plan);
   std::optional<Schedule> dates;
   try {
     const DatedPlan dated = WithDates(connection, project, today, plan);
     dates = dated.dates;
-    view.chart = DrawChart(dated);
+    view.chart = DrawChart(dated, {.before = before});
   } catch (const RunTimeError& error) {
     view.whyNoChart = error.Description();
   }
   const Staffing staffing = ReadStaffing(connection, project, plan);
   PlanRows(view, plan, staffing.NamesByTask(plan.tasks.size())).Add(dates);
+  if (before != nullptr) AddGone(view, before->plan);
 } catch (const RunTimeError& error) {
   view.whyNoChart = "The plan can't be read: " + error.Description();
 }

@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 #include <filesystem>
 
+#include "changed_text.h"
 #include "desktop_fixture.h"
 #include "picture_view.h"
 
@@ -176,6 +177,58 @@ TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnow
   User::Click(form, "cmdCancel");
   const QMainWindow* foreign = Open(folder.Write("foreign.txt", ReadFile(festival)));
   EXPECT_EQ(foreign->findChild<QAction*>("bringBack"), nullptr);
+  EXPECT_THAT(user.boxes, IsEmpty());
+}
+
+TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
+  const std::string database = folder.Path("plan.mdb");
+  const std::string mpx = folder.Path("plan.mpx");
+  const std::string text = folder.Path("merged.txt");
+  MakePlan(database, mpx);
+  const std::string plan =
+      folder.Write("changed.mpx", With(ReadFile(mpx), {{"Set up the desk", "Build the desk"}}));
+  const std::string before = ReadFile(database);
+  Open(database);
+  names.names = {plan};
+  Key(Qt::Key_B, Qt::ControlModifier);
+  QWidget& form = User::Find(window, "frmProjectToIDEF3");
+  user.steps.push_back(User::Clicks("cmdShow"));
+  User::Click(form, "cmdPreview");
+  const auto shown = [this] { return window.findChildren<QMainWindow*>("workbench"); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return shown().size() == 2; }));
+  EXPECT_EQ(window.findChild<QDialog*>("previewWindow"), nullptr);
+  QMainWindow& merge = *shown().last();
+  EXPECT_EQ(merge.windowTitle().toStdString(), "changed.mpx (preview of the merge)");
+  EXPECT_THAT(User::Get<QLabel>(merge, "fileLines").text().toStdString(),
+              HasSubstr("The merge would make 1 change. Nothing was changed yet."));
+  auto& notes = User::Get<QTableView>(merge, "notes");
+  EXPECT_EQ(notes.model()->index(0, 1).data().toString(), "2");  // row of the plan
+  notes.setFocus();
+  Key(Qt::Key_Down);
+  const std::string both = "Build the desk (was Set up the desk)";
+  EXPECT_THAT(Chosen(merge), HasSubstr("~ " + both));
+  EXPECT_THAT(Marked(merge, "diagram"), HasSubstr("Build the desk"));
+  EXPECT_THAT(Marked(merge, "chart"), HasSubstr("Build the desk"));
+  ClickMarked(merge, "diagram", "Mentor");
+  EXPECT_THAT(Notes(merge), IsEmpty());
+  ClickMarked(merge, "diagram", "Build the desk");
+  EXPECT_THAT(Notes(merge), ElementsAre("It was called 'Set up the desk'."));
+
+  folder.Write("changed.mpx", "no plan");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return User::Find(merge, "fileChanged").isVisible(); }));
+  User::Click(merge, "readAgain");
+  EXPECT_EQ(notes.model()->index(0, 0).data().toString(), "stop");
+  EXPECT_EQ(Marked(merge, "diagram") != "", true);  // the model as it is
+  folder.Write("changed.mpx", With(ReadFile(mpx), {{"Set up the desk", "Build the desk"}}));
+  EXPECT_EQ(ReadFile(database), before);
+
+  merge.findChild<QAction*>("bringBack")->trigger();
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(TextOf(form, "txtMPX"), plan);
+  EXPECT_EQ(TextOf(form, "txtInterimDB"), database);
+  Browse(form, "cmdBrowseText", text);
+  User::Click(form, "cmdOK");
+  EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 

@@ -14,6 +14,7 @@
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
 #include "workbench/live_model.h"
+#include "workbench/merge_view.h"
 #include "workbench/plan_file.h"
 #include "workbench/selection.h"
 
@@ -200,6 +201,72 @@ TEST_F(WorkbenchTest, APlanFileShowsItsTasksOrTellsWhyItCant) {
   EXPECT_THAT(why, HasSubstr("half.xml"));
   EXPECT_EQ(ErrorOf([&] { ViewPlanFile(folder.Write("b.mpx", "no plan"), desktop); }), 5);
   EXPECT_EQ(ErrorOf([&] { ViewPlanFile(folder.Path("none.mpx"), desktop); }), 53);
+}
+
+// Signs and names of the units that have a mark.
+std::vector<std::string> Marked(const FileView& view) {
+  std::vector<std::string> marked;
+  for (const Element& element : view.elements) {
+    if (element.mark == Mark::kNone) continue;
+    marked.push_back(SignOf(element.mark) + (' ' + element.name));
+  }
+  return marked;
+}
+
+std::size_t SignsIn(const Figure& figure) {
+  return static_cast<std::size_t>(
+      std::count_if(figure.shapes.begin(), figure.shapes.end(), [](const Shape& shape) {
+        const auto* text = std::get_if<Text>(&shape);
+        return text != nullptr && text->ink == Ink::kJunctionSign &&
+               std::string("+~\x96").find(text->text) != std::string::npos;
+      }));
+}
+
+std::size_t SignsIn(const Picture& picture) {
+  std::size_t signs = 0;
+  for (const Figure& figure : picture.figures) signs += SignsIn(figure);
+  return signs;
+}
+
+TEST_F(WorkbenchTest, AMergeMarksWhatItChangesInBothPicturesAndTouchesNothing) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  const std::string last = "70,5,5,Work on the first task with the mentor,3.00d,Yes,1,,";
+  const std::string plan = folder.Write(
+      "changed.mpx", With(ReadFile(folder.Path("plan.mpx")),
+                          {{"Set up the desk", "Build the desk"}, {last + "\"4\"", last}}) +
+                         "70,6,6,Clear up,1.00d,Yes,1,,\"5\"\r\n");
+  const std::string database = ReadFile(databasePath);
+  for (const bool isComplete : {false, true}) {
+    SCOPED_TRACE(isComplete);
+    const FileView view = ViewMerge({plan, databasePath, 1, isComplete}, desktop);
+    EXPECT_THAT(Marked(view), ElementsAre("~ Build the desk (was Set up the desk)", "+ Clear up"));
+    EXPECT_THAT(view.lines, ElementsAre(HasSubstr("Nothing was changed yet.")));
+    std::size_t links = 0;
+    for (const Note& note : view.notes) {
+      const bool isLink = note.about == "link";
+      links += isLink ? 1 : 0;
+      EXPECT_TRUE(note.change && (note.element || isLink)) << note.about << note.sentence;
+    }
+    EXPECT_EQ(links, 1U);
+    std::size_t marked = 2 + links;
+    for (const Junction& junction : view.model.scenarios.at(0).junctions) {
+      if (junction.mark != Mark::kNone) ++marked;
+    }
+    Work nobody;
+    EXPECT_EQ(SignsIn(DrawScenario(view, 0, nobody)), marked);
+    ASSERT_TRUE(view.chart) << view.whyNoChart;
+    EXPECT_EQ(SignsIn(*view.chart), 2U);
+  }
+  EXPECT_EQ(ReadFile(databasePath), database);
+  const FileView none = ViewMerge({folder.Write("none.mpx", "none"), databasePath, 1}, desktop);
+  EXPECT_EQ(none.notes.at(0).change, ChangeKind::kStop);
+  EXPECT_THAT(Marked(none), IsEmpty());
+  EXPECT_TRUE(none.chart);  // the model as it is
+  // A picture that can't be made leaves the preview.
+  Sql("alter table Fact_Pool rename to Elsewhere");
+  const FileView bare = ViewMerge({plan, databasePath, 1}, desktop);
+  EXPECT_THAT(bare.notes.at(0).sentence, HasSubstr("Set up the desk"));
+  EXPECT_THAT(bare.lines, Contains(HasSubstr("The pictures can't be made: ")));
 }
 
 TEST_F(WorkbenchTest, TheSelectionGoesBackForwardIntoAndOutAndOutlivesItsView) {

@@ -22,6 +22,7 @@ class HelpKey;
 class ResultLine;
 class StartPage;
 class ViewMenu;
+class WorkbenchFile;
 class WorkbenchWindow;
 
 // Draws frmMain and all forms that it holds, and keeps no state of theirs; while neither dialog is
@@ -49,6 +50,7 @@ class MainWindow : public QMainWindow {
   void ShowPage();
   void AskForFile();
   void OpenFile(const QString& name);
+  void Open(std::unique_ptr<WorkbenchFile> file);
   void ShowWorkbench(WorkbenchWindow* workbench);
   void BringBack(const std::string& plan, const std::string& database,
                  std::optional<std::int32_t> project);

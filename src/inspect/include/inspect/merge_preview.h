@@ -27,6 +27,20 @@ struct MergePreview {
   std::optional<MergeProof> proof;  // of a merge, where it was asked for
 };
 
+// The preview in a line: how many changes or stops there are, and what the merge would show.
+std::string SummaryOf(const MergePreview& preview);
+
+// Sees the database on both sides of the merge that is tried. Work behind a stop begins anew, so
+// that each may come several times; the last one counts. What is thrown ends the preview.
+class MergeWitness {
+ public:
+  virtual ~MergeWitness() = default;
+  virtual void OnBefore(Connection& model) = 0;
+  // Not where nothing can be merged.
+  virtual void OnAfter(Connection& model, const ModelSnapshot& before,
+                       const ModelSnapshot& after) = 0;
+};
+
 // Folds the plan into a copy of the interim database, and tells what that changed. Nothing of the
 // user's is touched. Paths are UTF-8; a plan whose name ends in ".xml" is planning XML, any other
 // MPX. Its progress is shown on `shown`, where the user may cancel it: RunCancelled comes up then.
@@ -34,13 +48,14 @@ struct MergePreview {
 // Errors: a database that can't be copied, no temporary folder.
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
                           std::int32_t project, Desktop* shown = nullptr,
-                          const std::string& proofTemplate = {});
+                          const std::string& proofTemplate = {}, MergeWitness* witness = nullptr);
 
 // The same of the complete merge, which nothing stops but what refuses the plan as a whole.
 // `templatePath` is needed; the proof is made where it is asked for.
 MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string& interimPath,
                                   std::int32_t project, const std::string& templatePath,
-                                  bool withProof, Desktop* shown = nullptr);
+                                  bool withProof, Desktop* shown = nullptr,
+                                  MergeWitness* witness = nullptr);
 
 // Of a complete merge: what it told that a model can't hold, and what became of the model.
 std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks,

@@ -75,6 +75,7 @@ struct MergeChange {
   std::string advice = {};                   // empty where nothing is to be done
   std::optional<std::int32_t> planRow = {};  // of the task, or of a resource, that it is about
   bool completeKeeps = false;                // of a difference: a complete merge leaves none
+  std::optional<std::int32_t> unit = {};     // of a link or an assignment: one that it belongs to
 };
 
 // What became of the model, sorted by kind of element and number.

@@ -71,6 +71,9 @@ enum class Ink {
   kCriticalLink,
   kCriticalArrow,
   kFinding,
+  kAdded,
+  kChanged,
+  kRemoved,
   kCount
 };
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "pictures/marks.h"
 #include "store/connection.h"
 
 namespace merivane::pictures {
@@ -44,6 +45,7 @@ struct Unit {
   bool sent = true;                          // false: it stays out of the plan
   std::string whyLeft;                       // then why: "junction J1 (XOR) takes another path"
   std::int32_t decidedBy = 0;                // number of that junction; 0: none decides it
+  Mark mark = Mark::kNone;                   // as it is drawn; so below
 };
 
 enum class JunctionKind { kAnd, kOr, kXor };
@@ -56,6 +58,7 @@ struct Junction {
   bool synchronous = false;
   bool fanIn = false;
   std::string facts;
+  Mark mark = Mark::kNone;
 };
 
 enum class LinkKind { kPrecedence, kRelation, kObjectFlow };
@@ -65,6 +68,7 @@ struct Link {
   std::int32_t destination = 0;
   LinkKind kind = LinkKind::kPrecedence;
   std::string id = {};  // "12", as the paths of facts name it
+  Mark mark = Mark::kNone;
 };
 
 struct Scenario {

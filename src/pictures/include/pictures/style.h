@@ -17,7 +17,7 @@ struct Style {
 
 const Style& StyleOf(Ink ink);
 
-// The same for what stays out of the plan: grey.
+// The same for what stays out of the plan: grey, but for the marks of changes.
 Style FaintStyleOf(Ink ink);
 
 // Font families in the order of preference, as CSS and SVG take them.

@@ -13,12 +13,14 @@
 #include <string_view>
 #include <vector>
 
+#include "inspect/model_snapshot.h"
 #include "pictures/diagram.h"
 #include "pictures/picture.h"
 #include "pictures/process_model.h"
 
 namespace merivane::workbench {
 
+using namespace inspect;
 using namespace pictures;
 
 // Texts are Windows-1252.
@@ -40,10 +42,12 @@ struct Element {
   std::string figure = {};                     // its id there; empty: it isn't drawn
   std::string bar = {};                        // its id in the chart; empty: it has none
   std::string whyOut = {};  // why it stays out of the plan; empty for what is in it
+  std::int64_t task = 0;    // its place in the plan's list; 0: it isn't in it
+  Mark mark = Mark::kNone;  // what a merge would make of it
   std::vector<Property> properties = {};
 };
 
-// What the check found, or a unit that stays out of the plan.
+// What the check found, a unit that stays out of the plan, or what a merge would change.
 struct Note {
   enum class Kind { kError, kWarning, kNote, kLeftOut };
   Kind kind = Kind::kNote;
@@ -52,6 +56,8 @@ struct Note {
   std::string sentence;
   std::string advice = {};
   std::optional<std::size_t> element = {};  // where a click goes to
+  std::optional<ChangeKind> change = {};    // of a merge; it stands in the place of the kind
+  std::optional<std::int32_t> row = {};     // of a merge: in the plan
 };
 
 // What a translation asks for: one of several scenarios.
