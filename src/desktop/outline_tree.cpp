@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "paint_figure.h"
 #include "pictures/marks.h"
 #include "pictures/style.h"
 #include "qt_text.h"
@@ -69,7 +70,7 @@ void OutlineTree::Show(const std::vector<Element>& elements) {
     item->setData(0, Qt::AccessibleTextRole, Told(element));
     item->setToolTip(0, Told(element));
     if (element.mark != Mark::kNone) {
-      item->setForeground(0, QColor(StyleOf(InkOf(element.mark)).stroke));
+      item->setForeground(0, QColor(StyleOf(InkOf(element.mark), GroundOf(palette())).stroke));
     } else if (!element.whyOut.empty()) {
       item->setForeground(0, tree_->palette().brush(QPalette::PlaceholderText));
       QFont font = tree_->font();

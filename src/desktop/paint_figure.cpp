@@ -2,11 +2,11 @@
 
 #include <QFontMetricsF>
 #include <QPainterPath>
+#include <QPalette>
 #include <QPrinter>
 #include <algorithm>
 #include <cmath>
 
-#include "pictures/style.h"
 #include "qt_text.h"
 
 namespace merivane::desktop {
@@ -77,8 +77,8 @@ QRectF BoundsOf(const pictures::Text& text) {
 
 class FigurePainter {
  public:
-  FigurePainter(QPainter& painter, bool faint, bool texts)
-      : painter_(painter), faint_(faint), texts_(texts) {}
+  FigurePainter(QPainter& painter, bool faint, pictures::Ground ground, bool texts)
+      : painter_(painter), faint_(faint), ground_(ground), texts_(texts) {}
 
   void operator()(const pictures::Box& box) {
     Use(box.ink);
@@ -104,7 +104,7 @@ class FigurePainter {
 
  private:
   Style StyleFor(pictures::Ink ink) const {
-    return faint_ ? pictures::FaintStyleOf(ink) : pictures::StyleOf(ink);
+    return faint_ ? pictures::FaintStyleOf(ink, ground_) : pictures::StyleOf(ink, ground_);
   }
   void Use(pictures::Ink ink) {
     const Style style = StyleFor(ink);
@@ -114,6 +114,7 @@ class FigurePainter {
 
   QPainter& painter_;
   bool faint_;
+  pictures::Ground ground_;
   bool texts_;
 };
 
@@ -136,8 +137,14 @@ QRectF BoundsOf(const pictures::Figure& figure) {
   return bounds;
 }
 
-void PaintFigure(QPainter& painter, const pictures::Figure& figure, bool texts) {
-  FigurePainter paint(painter, figure.faint, texts);
+pictures::Ground GroundOf(const QPalette& palette) {
+  const bool isDark = palette.color(QPalette::Base).lightness() < 128;
+  return isDark ? pictures::Ground::kDark : pictures::Ground::kLight;
+}
+
+void PaintFigure(QPainter& painter, const pictures::Figure& figure, pictures::Ground ground,
+                 bool texts) {
+  FigurePainter paint(painter, figure.faint, ground, texts);
   for (const pictures::Shape& shape : figure.shapes) std::visit(paint, shape);
 }
 

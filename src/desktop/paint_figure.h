@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "pictures/picture.h"
+#include "pictures/style.h"
 
+class QPalette;
 class QPrinter;
 
 namespace merivane::desktop {
@@ -15,8 +17,12 @@ using namespace pictures;
 // Where the figure's shapes lie, strokes and texts included.
 QRectF BoundsOf(const pictures::Figure& figure);
 
+// What colours those of a window go with.
+pictures::Ground GroundOf(const QPalette& palette);
+
 // Texts can be left out where they would be too small to read.
-void PaintFigure(QPainter& painter, const pictures::Figure& figure, bool texts = true);
+void PaintFigure(QPainter& painter, const pictures::Figure& figure,
+                 pictures::Ground ground = pictures::Ground::kLight, bool texts = true);
 
 // Each picture begins on a page of its own. One that is wider than the paper is made smaller, down
 // to two fifths; what is larger still goes on over several pages, from left to right, then

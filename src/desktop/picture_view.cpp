@@ -45,10 +45,12 @@ class FigureItem : public QGraphicsItem {
     return path;
   }
   void paint(QPainter* painter, const QStyleOptionGraphicsItem* /*option*/,
-             QWidget* /*widget*/) override {
+             QWidget* widget) override {
     const double scale =
         QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
-    PaintFigure(*painter, figure_, scale >= kReadable);
+    const pictures::Ground ground =
+        widget == nullptr ? pictures::Ground::kLight : GroundOf(widget->palette());
+    PaintFigure(*painter, figure_, ground, scale >= kReadable);
     if (!marked_) return;
     QPen pen(QColor(0xe0, 0x8a, 0x00), 3);
     pen.setCosmetic(true);
@@ -69,7 +71,6 @@ PictureView::PictureView(pictures::Picture picture, Work& work) {
   setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
   setDragMode(ScrollHandDrag);
   setTransformationAnchor(AnchorUnderMouse);
-  setBackgroundBrush(palette().brush(QPalette::Mid));
   setScene(&scene_);
   Draw(std::move(picture), work);
 }
@@ -82,7 +83,8 @@ void PictureView::Draw(pictures::Picture picture, Work& work) {
   setAccessibleName(ToQt(picture_.title));
   setAccessibleDescription(ToQt(picture_.description));
   const QRectF sheet(0, 0, picture_.width, picture_.height);
-  scene_.addRect(sheet, Qt::NoPen, Qt::white);
+  sheet_ = scene_.addRect(sheet, Qt::NoPen);
+  TakeColours();
   for (const pictures::Figure& figure : picture_.figures) {
     work.Beat();
     items_.push_back(new FigureItem(figure));
@@ -90,6 +92,18 @@ void PictureView::Draw(pictures::Picture picture, Work& work) {
   }
   scene_.setSceneRect(sheet);
   if (shown_) FitAtFirst();
+}
+
+void PictureView::TakeColours() {
+  setBackgroundBrush(palette().brush(QPalette::Mid));
+  if (sheet_ == nullptr) return;
+  sheet_->setBrush(QColor(pictures::StyleOf(Ink::kGround, GroundOf(palette())).fill));
+  scene_.update();
+}
+
+void PictureView::changeEvent(QEvent* event) {
+  QGraphicsView::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) TakeColours();
 }
 
 void PictureView::ZoomTo(double scale) {

@@ -59,6 +59,7 @@ class PictureView : public QGraphicsView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   FigureItem* Find(const std::string& id) const;
@@ -66,10 +67,12 @@ class PictureView : public QGraphicsView {
   void SetMarked(FigureItem* item);
   void Mark(FigureItem* item);
   void FitAtFirst();
+  void TakeColours();  // of a light or a dark system
 
   pictures::Picture picture_;
   QGraphicsScene scene_;
-  std::vector<FigureItem*> items_;  // owned by the scene
+  QGraphicsRectItem* sheet_ = nullptr;  // owned by the scene, as these
+  std::vector<FigureItem*> items_;
   FigureItem* marked_ = nullptr;
   bool shown_ = false;
   QPoint pressed_;

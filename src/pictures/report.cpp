@@ -89,7 +89,7 @@ class PageWriter {
         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
         "style-src 'unsafe-inline'\">\n<title>" +
-        name + "</title>\n<style>" + kReportStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" +
+        name + "</title>\n<style>" + ReportStyle() + "</style>\n</head>\n<body>\n<header>\n<h1>" +
         name + "</h1>\n";
     std::size_t units = 0;
     for (const Scenario& scenario : model_.scenarios) units += scenario.units.size();

@@ -1,8 +1,15 @@
 #include "report_style.h"
 
+#include <string_view>
+#include <utility>
+
+#include "pictures/style.h"
+
 namespace merivane::pictures {
 
-const char* const kReportStyle = R"(
+namespace {
+
+constexpr const char* kBeforeDarkInks = R"(
 :root { color-scheme: light dark; --paper: #ffffff; --text: #1f2933; --quiet: #5f6c7b;
   --line: #d9e2ec; --tint: #f5f7fa; --link: #2a6496; --error: #b3402a; --warning: #8a6100; }
 * { box-sizing: border-box; }
@@ -39,31 +46,9 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
 @media screen and (prefers-color-scheme: dark) {
   :root { --paper: #14191f; --text: #e4e9ee; --quiet: #9fb0c0; --line: #2c3742; --tint: #1b222a;
     --link: #7db7e8; --error: #ef8a75; --warning: #e0b04a; }
-  svg .unit, svg .junction { fill: #1b242e; stroke: #86a8c8; }
-  svg .behind { fill: #2a3846; stroke: #86a8c8; }
-  svg .strip { fill: #243140; stroke: #86a8c8; }
-  svg .divider, svg .bar { stroke: #86a8c8; }
-  svg .name, svg .sign, svg .title, svg .listed, svg .tname, svg .sname { fill: #e4e9ee; }
-  svg .number, svg .objects, svg .jname, svg .subtitle, svg .listno, svg .axis, svg .who
-    { fill: #9fb0c0; }
-  svg .link, svg .relation { stroke: #86a8c8; }
-  svg .arrow { fill: #86a8c8; }
-  svg .grid { stroke: #2c3742; }
-  svg .ground { fill: #14191f; }
-  svg .weekend { fill: #1b222a; }
-  svg .task { fill: #5b93c4; }
-  svg .critical { fill: #d9745c; }
-  svg .summary { fill: #b6c6d6; }
-  svg .milestone { fill: #e4e9ee; }
-  svg .before { fill: #8599ad; }
-  svg .overload { fill: #cf7fcb; }
-  svg .faint .unit, svg .faint .strip, svg .faint .behind { fill: #181e25; stroke: #66727e; }
-  svg .faint .junction { fill: #181e25; stroke: #66727e; }
-  svg .faint .divider, svg .faint .bar, svg .faint .link, svg .faint .relation
-    { stroke: #66727e; }
-  svg .faint .arrow { fill: #66727e; }
-  svg .faint text { fill: #8592a0; }
-}
+)";
+
+constexpr const char* kBehindDarkInks = R"(}
 @media screen and (max-width: 45rem) {
   body { padding: 1.2rem .9rem 3rem; }
   thead { display: none; }
@@ -89,5 +74,29 @@ pre { background: var(--tint); padding: .8rem; overflow-x: auto; white-space: pr
   a { color: inherit; text-decoration: none; }
 }
 )";
+
+std::string Rule(const std::string& selector, const Style& style) {
+  std::string colours;
+  for (const auto& [property, colour] :
+       {std::pair{"fill", style.fill}, std::pair{"stroke", style.stroke}}) {
+    if (std::string_view(colour) != "none") {
+      colours += std::string(" ") + property + ": " + colour + ';';
+    }
+  }
+  return "  " + selector + " {" + colours + " }\n";
+}
+
+}  // namespace
+
+std::string ReportStyle() {
+  std::string rules;
+  for (int at = 0; at < static_cast<int>(Ink::kCount); ++at) {
+    const Ink ink = static_cast<Ink>(at);
+    const Style style = StyleOf(ink, Ground::kDark);
+    rules += Rule(std::string("svg .") + style.name, style);
+    rules += Rule(std::string("svg .faint .") + style.name, FaintStyleOf(ink, Ground::kDark));
+  }
+  return kBeforeDarkInks + rules + kBehindDarkInks;
+}
 
 }  // namespace merivane::pictures

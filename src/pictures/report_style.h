@@ -1,8 +1,10 @@
 // How the report page looks: on paper, on a light and on a dark screen.
 #pragma once
 
+#include <string>
+
 namespace merivane::pictures {
 
-extern const char* const kReportStyle;
+std::string ReportStyle();
 
 }  // namespace merivane::pictures

@@ -232,6 +232,26 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
+TEST_F(WorkbenchWindowTest, PicturesFollowTheColoursOfTheSystem) {
+  const QMainWindow* opened = Open(festival);
+  ASSERT_NE(opened, nullptr);
+  const QPalette before = QApplication::palette();
+  for (const char* name : {"diagram", "chart"}) {
+    auto* view = opened->findChild<PictureView*>(name);
+    const auto sheet = [view] {
+      QCoreApplication::processEvents();
+      view->ZoomTo(1);
+      view->centerOn(0, 0);
+      return view->viewport()->grab().toImage().pixelColor(4, 4).lightness();
+    };
+    EXPECT_GT(sheet(), 250) << name;
+    QApplication::setPalette(QPalette(QColor(45, 47, 50)));
+    EXPECT_LT(sheet(), 60) << name;
+    QApplication::setPalette(before);
+    EXPECT_GT(sheet(), 250) << name;
+  }
+}
+
 TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelection) {
   const std::string file = folder.Write("m.txt", ReadFile(festival));
   QMainWindow* opened = Open(file);

@@ -1,4 +1,4 @@
-// How each kind of shape looks on white paper.
+// How each kind of shape looks on white paper and on a dark screen.
 #pragma once
 
 #include "pictures/picture.h"
@@ -15,10 +15,12 @@ struct Style {
   bool bold;
 };
 
-const Style& StyleOf(Ink ink);
+enum class Ground { kLight, kDark };
+
+Style StyleOf(Ink ink, Ground ground = Ground::kLight);
 
 // The same for what stays out of the plan: grey, but for the marks of changes.
-Style FaintStyleOf(Ink ink);
+Style FaintStyleOf(Ink ink, Ground ground = Ground::kLight);
 
 // Font families in the order of preference, as CSS and SVG take them.
 inline constexpr const char* kFonts =
