@@ -77,7 +77,9 @@ class Studio {
   static QString Scratch(const char* name) { return QString(kScratch) + '/' + name; }
   void TakeToProject();
   void TakeToModel();
-  void TakePictureWindow();
+  void TakeMerge(QWidget& form);
+  QMainWindow* OpenFile(const char* item, const QString& file);
+  QMainWindow* Opened();
   void TakeWorkbench();
   void TakeLog();
   void TakeRest();
@@ -183,6 +185,23 @@ void Studio::TakeToProject() {
   Click(form, "cmdCancel");
 }
 
+// Of the preview that is open: its pictures.
+void Studio::TakeMerge(QWidget& form) {
+  const QSize before = window_.size();
+  window_.resize(1200, 800);
+  Click(form, "cmdPreview");
+  auto* preview = window_.findChild<QDialog*>("previewWindow");
+  if (preview == nullptr) return;
+  Click(*preview, "cmdShow");
+  QMainWindow* merge = Opened();
+  if (merge == nullptr) return;
+  QTest::keyClicks(merge->findChild<QWidget*>("outlineSearch"), "rye");
+  Take(window_, "merge-pictures");
+  merge->parentWidget()->close();
+  QTest::qWait(100);
+  window_.resize(before);
+}
+
 void Studio::TakeToModel() {
   QWidget& form = Open("mnuProjectToIDEF3", "frmProjectToIDEF3");
   Browse(form, "cmdBrowseText", Scratch("bakery-again.txt"));
@@ -201,6 +220,7 @@ void Studio::TakeToModel() {
   Take(window_, "mpx-to-model");
   ChangePlan(Scratch("bakery.mpx"));
   TakeList(form, "cmdPreview", "previewWindow", "preview");
+  TakeMerge(form);
   form.findChild<QLineEdit*>("txtCelvarFilename")->clear();
   TakeNext("message", [this](QDialog& box) {
     Take(box, "message");
@@ -210,36 +230,35 @@ void Studio::TakeToModel() {
   Click(form, "cmdCancel");
 }
 
-void Studio::TakePictureWindow() {
-  names_.names.push_back(Scratch("festival.txt"));
-  window_.findChild<QAction*>("mnuProcessDiagram")->trigger();
-  auto* picture = window_.findChild<QMainWindow*>("pictureWindow");
-  if (picture == nullptr) {
-    std::fputs("no window with a diagram\n", stderr);
-    good_ = false;
-    return;
-  }
-  QTest::keyClicks(picture->findChild<QWidget*>("search"), "raise");
-  Take(*picture, "view-diagram");
-  picture->close();
+// Opens the file by that item of the menu; null where no window comes up.
+QMainWindow* Studio::OpenFile(const char* item, const QString& file) {
+  names_.names.push_back(file);
+  window_.findChild<QAction*>(item)->trigger();
+  return Opened();
+}
+
+QMainWindow* Studio::Opened() {
+  QTest::qWait(100);
+  const auto opened = window_.findChildren<QMainWindow*>("workbench");
+  if (!opened.isEmpty()) return opened.last();
+  std::fputs("no window with an opened file\n", stderr);
+  good_ = false;
+  return nullptr;
 }
 
 void Studio::TakeWorkbench() {
   const QSize before = window_.size();
   window_.resize(1200, 800);
-  names_.names.push_back(Scratch("festival.txt"));
-  window_.findChild<QAction*>("mnuOpen")->trigger();
-  QTest::qWait(100);
-  auto* opened = window_.findChild<QMainWindow*>("workbench");
-  if (opened == nullptr) {
-    std::fputs("no window with an opened file\n", stderr);
-    good_ = false;
-    return;
+  for (const auto& [item, name] :
+       {std::pair{"mnuOpen", "workbench"}, {"mnuProcessDiagram", "view-diagram"}}) {
+    QMainWindow* opened = OpenFile(item, Scratch("festival.txt"));
+    if (opened == nullptr) return;
+    opened->parentWidget()->showMaximized();
+    QTest::keyClicks(opened->findChild<QWidget*>("outlineSearch"), "raise");
+    Take(window_, name);
+    opened->parentWidget()->close();
+    QTest::qWait(100);
   }
-  if (opened->parentWidget() != nullptr) opened->parentWidget()->showMaximized();
-  QTest::keyClicks(opened->findChild<QWidget*>("outlineSearch"), "raise");
-  Take(window_, "workbench");
-  opened->close();
   window_.resize(before);
 }
 
@@ -278,7 +297,6 @@ bool Studio::TakeAll() {
                  window_.fontMetrics().height() * 30);
   TakeToProject();
   TakeToModel();
-  TakePictureWindow();
   TakeWorkbench();
   TakeLog();
   TakeRest();

@@ -120,8 +120,7 @@ void MainWindow::AddMenus() {
     action->setMenuRole(QAction::NoRole);
     if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
   }
-  view_ = new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, main_.workspace,
-                       main_.progress);
+  view_ = new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_);
 }
 
 void MainWindow::Press(void (frmMain::*handler)()) {
@@ -132,11 +131,12 @@ void MainWindow::Press(void (frmMain::*handler)()) {
 void MainWindow::ConnectStart() {
   start_->OnToPlan = [this] { Press(&frmMain::mnuIDEF3ToProject); };
   start_->OnToModel = [this] { Press(&frmMain::mnuProjectToIDEF3); };
-  start_->OnAsk = [this] { AskForFile(); };
+  start_->OnAsk = [this] { AskForFile(kOpenDialog); };
   start_->OnOpen = [this](const QStringList& names) { OpenFiles(names); };
   result_->OnSee = [this](const QString& file) { OpenFiles({file}); };
-  view_->OnAsk = [this] { AskForFile(); };
-  view_->OnShown = [this](const std::string& path) { start_->Recent().Add(PathToQt(path)); };
+  view_->OnAsk = [this](const FileDialog& dialog, WorkbenchWindow::Part part) {
+    if (WorkbenchWindow* opened = AskForFile(dialog)) opened->LookAt(part);
+  };
 }
 
 // A dialog that hides for a question is still the one at work.
@@ -152,50 +152,50 @@ void MainWindow::ShowPage() {
   page->setFocus();
 }
 
-void MainWindow::AskForFile() {
+WorkbenchWindow* MainWindow::AskForFile(const FileDialog& dialog) {
   std::string path;
-  desktop_.Run([&] {
-    path = desktop_.AskFileName({"Models and plans (*.txt *.mdb *.mpx *.xml);;All files (*)|*.txt",
-                                 "Open a model or a plan"});
-  });
-  if (!path.empty()) OpenFiles({PathToQt(path)});
+  desktop_.Run([&] { path = desktop_.AskFileName(dialog); });
+  return path.empty() ? nullptr : OpenFile({PathToQt(path)});
 }
 
-void MainWindow::OpenFiles(const QStringList& names) {
+void MainWindow::OpenFiles(const QStringList& names) { OpenFile(names); }
+
+WorkbenchWindow* MainWindow::OpenFile(const QStringList& names) {
   if (names.size() != 1) {
     desktop_.Run([this] { desktop_.ShowMessage({kOneFile, MessageIcon::kExclamation}); });
-  } else if (FileIsThere(names.front().toStdString())) {
-    OpenFile(names.front());
-  } else {
-    desktop_.Run([&] {
-      const std::string text = names.front().toStdString() + " is not there any more.";
-      desktop_.TellAbout(names.front().toStdString());
-      desktop_.ShowMessage({FromUtf8(text), MessageIcon::kExclamation});
-    });
+    return nullptr;
   }
-}
-
-void MainWindow::OpenFile(const QString& name) {
-  Open(std::make_unique<WorkbenchFile>(name.toStdString(), desktop_, main_.workspace,
-                                       main_.progress, *this));
+  const std::string path = names.front().toStdString();
+  if (FileIsThere(path)) {
+    return Open(
+        std::make_unique<WorkbenchFile>(path, desktop_, main_.workspace, main_.progress, *this));
+  }
+  desktop_.Run([&] {
+    desktop_.TellAbout(path);
+    desktop_.ShowMessage({FromUtf8(path + " is not there any more."), MessageIcon::kExclamation});
+  });
+  return nullptr;
 }
 
 // What stands open already comes to the front; a merge is looked at anew.
-void MainWindow::Open(std::unique_ptr<WorkbenchFile> file) {
+WorkbenchWindow* MainWindow::Open(std::unique_ptr<WorkbenchFile> file) {
   for (QMdiSubWindow* frame : area_->subWindowList()) {
     auto* open = dynamic_cast<WorkbenchWindow*>(frame->widget());
     if (open == nullptr || open->File().Path() != file->Path()) continue;
     if (open->File().Merge() != file->Merge()) continue;
     area_->setActiveSubWindow(frame);
     if (file->Merge()) open->ReadAgain();
-    return;
+    return open;
   }
+  WorkbenchWindow* opened = nullptr;
   desktop_.Run([&] {
     std::optional<FileView> view = file->Read();
     if (!view) return;
     if (!file->Merge()) start_->Recent().Add(PathToQt(file->Path()));
-    ShowWorkbench(new WorkbenchWindow(std::move(file), std::move(*view), desktop_));
+    opened = new WorkbenchWindow(std::move(file), std::move(*view), desktop_);
+    ShowWorkbench(opened);
   });
+  return opened;
 }
 
 void MainWindow::ShowWorkbench(WorkbenchWindow* workbench) {

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPrintDialog>
@@ -47,6 +48,9 @@ void PictureTools::AddZoom() {
       [this] { shown_.view()->ZoomBy(1 / kZoomStep); });
   Add("actualSize", "Actual size", QKeySequence("Ctrl+1"), [this] { shown_.view()->ZoomTo(1); });
   Add("fit", "Fit", QKeySequence("Ctrl+0"), [this] { shown_.view()->Fit(); });
+  zoom_ = new QLabel;
+  zoom_->setObjectName("zoom");
+  bar_.addWidget(zoom_);
 }
 
 void PictureTools::AddExport() {
@@ -54,6 +58,10 @@ void PictureTools::AddExport() {
       [this] { desktop_.RunIn(window_, [this] { Export(); }); });
   Add("print", "Print...", QKeySequence::Print,
       [this] { desktop_.RunIn(window_, [this] { Print(); }); });
+}
+
+void PictureTools::TellZoom() {
+  if (zoom_ != nullptr) zoom_->setText(QString("%1%").arg(qRound(shown_.view()->Scale() * 100)));
 }
 
 void PictureTools::ComeBefore(QLineEdit& box) { box.installEventFilter(this); }

@@ -9,6 +9,7 @@
 #include "pictures/picture.h"
 
 class QAction;
+class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QToolBar;
@@ -34,6 +35,8 @@ class PictureTools : public QObject {
   QAction* Add(const char* name, const QString& text, const QKeySequence& keys,
                const std::function<void()>& act);
   void AddZoom();
+  // Shows how large the view is; for whoever changes that.
+  void TellZoom();
   void AddExport();
   void ComeBefore(QLineEdit& box);
   bool eventFilter(QObject* object, QEvent* event) override;
@@ -46,6 +49,7 @@ class PictureTools : public QObject {
   QToolBar& bar_;
   QtDesktop& desktop_;
   Shown shown_;
+  QLabel* zoom_ = nullptr;
 };
 
 }  // namespace merivane::desktop

@@ -153,41 +153,10 @@ void PictureView::SetMarked(FigureItem* item) {
   if (Scale() < kReadable) ZoomTo(1);
 }
 
-void PictureView::Mark(FigureItem* item) {
-  SetMarked(item);
-  if (item == nullptr) return;
-  const pictures::Point centre = item->Shown().area.Centre();
-  centerOn(centre.x, centre.y);
-}
-
-PictureView::Found PictureView::Find(const QString& text, bool anew) {
-  std::vector<FigureItem*> fitting;
-  if (!text.isEmpty()) {
-    for (FigureItem* item : items_) {
-      if (item->Headline().contains(text, Qt::CaseInsensitive)) fitting.push_back(item);
-    }
-  }
-  auto next = fitting.begin();
-  if (!anew) {
-    const auto marked = std::find(fitting.begin(), fitting.end(), marked_);
-    if (marked != fitting.end() && marked + 1 != fitting.end()) next = marked + 1;
-  }
-  Mark(next == fitting.end() ? nullptr : *next);
-  Found found{.place = 0, .count = static_cast<int>(fitting.size())};
-  if (!fitting.empty()) found.place = static_cast<int>(next - fitting.begin()) + 1;
-  return found;
-}
-
 FigureItem* PictureView::Find(const std::string& id) const {
   const auto found = std::find_if(items_.begin(), items_.end(),
                                   [&](FigureItem* item) { return item->Shown().id == id; });
   return id.empty() || found == items_.end() ? nullptr : *found;
-}
-
-bool PictureView::GoTo(const std::string& id) {
-  FigureItem* item = Find(id);
-  if (item != nullptr) Mark(item);
-  return item != nullptr;
 }
 
 bool PictureView::Choose(const std::string& id) {
@@ -202,12 +171,12 @@ FigureItem* PictureView::FigureAt(const QMouseEvent& event) const {
   return dynamic_cast<FigureItem*>(itemAt(event.position().toPoint()));
 }
 
+// Its second release is no click: another figure may lie there by then.
 void PictureView::mouseDoubleClickEvent(QMouseEvent* event) {
+  pressed_.reset();
   const FigureItem* item = FigureAt(*event);
-  const std::string target = item == nullptr ? "" : item->Shown().target;
-  if (GoTo(target)) return;
-  if (OnFollow && !target.empty()) {
-    OnFollow(target);
+  if (OnFollow && item != nullptr && !item->Shown().target.empty()) {
+    OnFollow();
   } else {
     QGraphicsView::mouseDoubleClickEvent(event);
   }
@@ -221,8 +190,8 @@ void PictureView::mousePressEvent(QMouseEvent* event) {
 // A drag moves the picture and chooses nothing.
 void PictureView::mouseReleaseEvent(QMouseEvent* event) {
   QGraphicsView::mouseReleaseEvent(event);
-  const QPoint moved = event->position().toPoint() - pressed_;
-  if (event->button() != Qt::LeftButton) return;
+  if (event->button() != Qt::LeftButton || !pressed_) return;
+  const QPoint moved = event->position().toPoint() - *pressed_;
   if (moved.manhattanLength() >= QApplication::startDragDistance()) return;
   const FigureItem* item = FigureAt(*event);
   if (OnClick && item != nullptr && !item->Shown().id.empty()) OnClick(item->Shown().id);

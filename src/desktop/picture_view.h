@@ -3,6 +3,7 @@
 
 #include <QGraphicsView>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,18 +27,8 @@ class PictureView : public QGraphicsView {
   void Fit();
   double Scale() const { return transform().m11(); }
 
-  // Marks the next figure whose first line holds the text, in any case of letters, and centres it:
-  // from the one that is marked, or from the first where `anew`. How many there are, and which of
-  // them it is (from 1); nothing is marked where there is none.
-  struct Found {
-    int place = 0;
-    int count = 0;
-  };
-  Found Find(const QString& text, bool anew);
-
-  // Marks and centres the figure with this id.
-  bool GoTo(const std::string& id);
-  // Marks it, and moves no further than it takes to see it; without one nothing is marked.
+  // Marks the figure with this id, and moves no further than it takes to see it; without one
+  // nothing is marked.
   bool Choose(const std::string& id);
 
   // Another picture in the place of this one, fitted.
@@ -50,8 +41,8 @@ class PictureView : public QGraphicsView {
   std::function<void()> OnZoom;
   // A click on a figure, by its id.
   std::function<void(const std::string& id)> OnClick;
-  // A double click on one that leads out of this picture.
-  std::function<void(const std::string& target)> OnFollow;
+  // A double click on one that leads elsewhere.
+  std::function<void()> OnFollow;
 
  protected:
   void wheelEvent(QWheelEvent* event) override;
@@ -65,7 +56,6 @@ class PictureView : public QGraphicsView {
   FigureItem* Find(const std::string& id) const;
   FigureItem* FigureAt(const QMouseEvent& event) const;
   void SetMarked(FigureItem* item);
-  void Mark(FigureItem* item);
   void FitAtFirst();
   void TakeColours();  // of a light or a dark system
 
@@ -75,7 +65,7 @@ class PictureView : public QGraphicsView {
   std::vector<FigureItem*> items_;
   FigureItem* marked_ = nullptr;
   bool shown_ = false;
-  QPoint pressed_;
+  std::optional<QPoint> pressed_;  // where a click would have begun
 };
 
 }  // namespace merivane::desktop

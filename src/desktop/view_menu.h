@@ -1,13 +1,11 @@
-// The menu "View": opens pictures of a model or a plan.
+// The menu "View": opens a model or a plan, and the messages of the session.
 #pragma once
 
 #include <QObject>
 #include <functional>
-#include <vector>
 
-#include "pictures/picture.h"
-#include "program/progress.h"
-#include "store/connection.h"
+#include "desktop/qt_desktop.h"
+#include "workbench_window.h"
 
 class QAction;
 class QMainWindow;
@@ -15,44 +13,24 @@ class QMenu;
 
 namespace merivane::desktop {
 
-using namespace pictures;
-using namespace program;
-using namespace store;
-
-class QtDesktop;
+inline const FileDialog kOpenDialog{
+    "Models and plans (*.txt *.mdb *.mpx *.xml);;All files (*)|*.txt", "Open a model or a plan"};
 
 class ViewMenu : public QObject {
  public:
   // Adds the menu in front of `before`. All outlive it; it belongs to the window.
-  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, Workspace& workspace,
-           Progress& progress);
+  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop);
 
-  // The user wants to open a file. Set before an item is chosen, as is the next.
-  std::function<void()> OnAsk;
-  // A file that was shown.
-  std::function<void(const std::string& path)> OnShown;
+  // The user wants to open a file that the dialog asks for. Set before an item is chosen.
+  std::function<void(const FileDialog& dialog, WorkbenchWindow::Part part)> OnAsk;
 
  private:
   QAction* AddItem(QMenu& menu, const char* name, const char* text, int helpContext,
-                   void (ViewMenu::*show)());
-  void ShowDiagram();
-  void ShowChart();
+                   const std::function<void()>& act);
   void ShowLog();
-  void Ask();
-  void Show(const std::string& path, void (ViewMenu::*draw)(const std::string& path));
-  void DrawText(const std::string& path);
-  void DrawDatabase(const std::string& path);
-  void DrawPlan(const std::string& path);
-  // Draws, as a run of `progress`, and shows what came of it in a window; without a picture a box
-  // says `nothing` (UTF-8) and the note.
-  void ShowPictures(Progress& progress, const std::string& path, const std::string& nothing,
-                    const std::function<std::vector<pictures::Picture>(QString& note)>& draw);
-  // False where the user cancelled it.
-  bool Open(Connection& connection, const std::string& path);
+
   QMainWindow& window_;
   QtDesktop& desktop_;
-  Workspace& workspace_;
-  Progress& progress_;
 };
 
 }  // namespace merivane::desktop

@@ -79,9 +79,9 @@ WorkbenchWindow::~WorkbenchWindow() {
 void WorkbenchWindow::AddTools() {
   QToolBar* bar = addToolBar("Tools");
   bar->setObjectName("workbenchTools");
-  auto* tools = new PictureTools(
-      *this, *bar, desktop_,
-      {[this] { return lastPicture_; }, [this] { return std::vector{lastPicture_->Drawn()}; }});
+  auto* tools = new PictureTools(*this, *bar, desktop_,
+                                 {[this] { return lastPicture_; }, [this] { return Pictures(); }});
+  tools_ = tools;
   back_ = tools->Add("back", "Back", QKeySequence("Alt+Left"), [this] { Move(&Selection::Back); });
   forward_ = tools->Add("forward", "Forward", QKeySequence("Alt+Right"),
                         [this] { Move(&Selection::Forward); });
@@ -89,6 +89,9 @@ void WorkbenchWindow::AddTools() {
       ->setToolTip("Into the decomposition (Enter)");
   tools->Add("out", "Out", {}, [this] { Move(&Selection::Out); })
       ->setToolTip("Out of the scenario (Backspace)");
+  all_ = tools->Add("allScenarios", "All scenarios", QKeySequence("Ctrl+D"),
+                    [this] { ShowAll(all_->isChecked()); });
+  all_->setCheckable(true);
   bar->addSeparator();
   tools->AddZoom();
   bar->addSeparator();
@@ -184,10 +187,10 @@ void WorkbenchWindow::AddParts() {
   notes_->OnOpen =
       page_->OnOpen = [this](std::size_t line) { OpenAtLine(PathToQt(file_->Path()), line); };
   diagram_->OnClick = [this](const std::string& id) {
-    if (!drawn_) return;
-    if (const auto element = ElementOfFigure(view_, *drawn_, id)) Choose(*element);
+    if (const auto element = ElementOfFigure(view_, drawn_, id)) Choose(*element);
   };
-  diagram_->OnFollow = [this](const std::string&) { Move(&Selection::Into); };
+  diagram_->OnFollow = [this] { Move(&Selection::Into); };
+  diagram_->OnZoom = chart_->OnZoom = [this] { tools_->TellZoom(); };
   chart_->OnClick = [this](const std::string& id) {
     if (const auto element = ElementOfBar(view_, id)) Choose(*element);
   };
@@ -211,7 +214,7 @@ void WorkbenchWindow::TakeView(FileView view) {
   isShowing_ = true;
   view_ = std::move(view);
   selection_.Show(view_);
-  drawn_.reset();
+  diagrams_.clear();
   outline_->Show(view_.elements);
   notes_->Show(view_.notes);
   diagram_->setVisible(!view_.model.scenarios.empty());
@@ -219,6 +222,7 @@ void WorkbenchWindow::TakeView(FileView view) {
   if (bringBack_ != nullptr && file_->Kind() == FileKind::kDatabase) {
     bringBack_->setEnabled(!view_.model.scenarios.empty());
   }
+  all_->setEnabled(view_.model.scenarios.size() > 1);
   ShowChoices();
   ShowNotices();
   ShowChart();
@@ -256,6 +260,11 @@ void WorkbenchWindow::ShowChoices() {
 void WorkbenchWindow::ShowNotices() {
   QStringList texts;
   for (const std::string& line : view_.lines) texts += ToQt(line);
+  for (const pictures::Diagram& diagram : diagrams_) {
+    if (!diagram.outline) continue;
+    texts += "The scenario '" + ToQt(diagram.picture.title) +
+             "' is too large to be laid out: its units stand in a list.";
+  }
   lines_->setText(texts.join('\n'));
   lines_->setVisible(!texts.isEmpty());
 }
@@ -267,23 +276,52 @@ void WorkbenchWindow::ShowChart() {
   if (view_.chart) Draw(*chart_, [this] { return *view_.chart; });
 }
 
-void WorkbenchWindow::Draw(PictureView& view, const std::function<pictures::Picture()>& picture) {
+// False where the user cancelled it.
+bool WorkbenchWindow::Draw(PictureView& view, const std::function<pictures::Picture()>& picture) {
+  bool isDrawn = false;
   desktop_.Run([&] {
     const SavedMousePointer pointer(desktop_, kPointerHourglass);
-    RunUnlessCancelled(file_->Work(), [&] { view.Draw(picture(), file_->Work()); });
+    isDrawn = RunUnlessCancelled(file_->Work(), [&] { view.Draw(picture(), file_->Work()); });
   });
+  return isDrawn;
 }
 
 bool WorkbenchWindow::ShowDiagram(std::size_t scenario) {
-  if (drawn_ == scenario) return true;
-  bool isDrawn = false;
-  Draw(*diagram_, [&] {
-    pictures::Picture picture = DrawScenario(view_, scenario, file_->Work());
-    isDrawn = true;
-    return picture;
+  const bool isAll = all_->isChecked();
+  if (!diagrams_.empty() && (isAll ? !drawn_ : drawn_ == scenario)) return true;
+  const auto wanted = isAll ? std::nullopt : std::optional(scenario);
+  std::vector<pictures::Diagram> diagrams;
+  const bool isDrawn = Draw(*diagram_, [&] {
+    diagrams = DrawScenarios(view_, wanted, file_->Work());
+    std::vector<pictures::Picture> all;
+    for (const pictures::Diagram& diagram : diagrams) all.push_back(diagram.picture);
+    return pictures::Stacked(all);
   });
-  if (isDrawn) drawn_ = scenario;
-  return isDrawn;
+  if (!isDrawn) return false;
+  diagrams_ = std::move(diagrams);
+  drawn_ = wanted;
+  ShowNotices();
+  return true;
+}
+
+// Where the drawing is cancelled, what was drawn stays.
+void WorkbenchWindow::ShowAll(bool all) {
+  ShowChosen();
+  all_->setChecked(diagrams_.empty() ? all : !drawn_);
+}
+
+std::vector<pictures::Picture> WorkbenchWindow::Pictures() const {
+  if (lastPicture_ != diagram_) return {lastPicture_->Drawn()};
+  std::vector<pictures::Picture> all;
+  for (const pictures::Diagram& diagram : diagrams_) all.push_back(diagram.picture);
+  return all;
+}
+
+void WorkbenchWindow::LookAt(Part part) {
+  if (part == Part::kWhole) return;
+  if (part == Part::kDiagrams && all_->isEnabled() && !all_->isChecked()) all_->trigger();
+  PictureView* wanted = part == Part::kChart ? chart_ : diagram_;
+  if (!wanted->isHidden()) wanted->setFocus();
 }
 
 void WorkbenchWindow::Choose(std::size_t element) {
@@ -305,7 +343,8 @@ void WorkbenchWindow::ShowChosen() {
   page_->Show(element);
   notes_->Choose(*chosen);
   chart_->Choose(element.bar);
-  if (!element.scenario || ShowDiagram(*element.scenario)) diagram_->Choose(element.figure);
+  const std::size_t scenario = element.scenario.value_or(drawn_.value_or(0));
+  if (!view_.model.scenarios.empty() && ShowDiagram(scenario)) diagram_->Choose(element.figure);
   isShowing_ = false;
 }
 

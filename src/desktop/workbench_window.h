@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "workbench/file_view.h"
 #include "workbench/selection.h"
@@ -37,6 +38,10 @@ class WorkbenchWindow : public QMainWindow {
   WorkbenchWindow(std::unique_ptr<WorkbenchFile> file, FileView view, QtDesktop& desktop);
   ~WorkbenchWindow() override;
 
+  // What the user opened it for comes to the front.
+  enum class Part { kWhole, kDiagrams, kChart };
+  void LookAt(Part part);
+
   const WorkbenchFile& File() const { return *file_; }
   void ReadAgain();
   // The model goes to the dialog that translates it, with the choices made here.
@@ -63,19 +68,22 @@ class WorkbenchWindow : public QMainWindow {
   void ShowChart();
   // False where the user cancelled the drawing.
   bool ShowDiagram(std::size_t scenario);
+  void ShowAll(bool all);
+  std::vector<pictures::Picture> Pictures() const;
   void Move(bool (Selection::*step)());
   void Choose(std::size_t element);
   // Marks in all parts what the selection says.
   void ShowChosen();
   void TakeChoice(const std::string& question, int name);
-  void Draw(PictureView& view, const std::function<pictures::Picture()>& picture);
+  bool Draw(PictureView& view, const std::function<pictures::Picture()>& picture);
 
   QtDesktop& desktop_;
   std::unique_ptr<WorkbenchFile> file_;
   FileView view_;
   Selection selection_{view_};
-  std::optional<std::size_t> drawn_;  // the scenario in the diagram
-  bool isShowing_ = false;            // what is marked now was not chosen by the user
+  std::vector<pictures::Diagram> diagrams_;  // that are drawn
+  std::optional<std::size_t> drawn_;         // the scenario in the diagram; none: all of them
+  bool isShowing_ = false;                   // what is marked now was not chosen by the user
 
   OutlineTree* outline_;
   PictureView* diagram_;
@@ -84,6 +92,7 @@ class WorkbenchWindow : public QMainWindow {
   QLabel* noChart_;
   ElementPage* page_;
   NoteList* notes_;
+  PictureTools* tools_ = nullptr;
   QToolBar* choices_ = nullptr;
   QLabel* lines_ = nullptr;
   QWidget* changed_ = nullptr;
@@ -92,6 +101,7 @@ class WorkbenchWindow : public QMainWindow {
   QAction* back_ = nullptr;
   QAction* forward_ = nullptr;
   QAction* bringBack_ = nullptr;
+  QAction* all_ = nullptr;
 };
 
 }  // namespace merivane::desktop

@@ -15,21 +15,35 @@ std::optional<std::size_t> Find(const FileView& view, Fits fits) {
   return static_cast<std::size_t>(found - view.elements.begin());
 }
 
-}  // namespace
-
-Picture DrawScenario(const FileView& view, std::size_t scenario, Work& work) {
-  DiagramOptions options;
-  options.note = view.lines.empty() ? "" : view.lines.front();
-  return DrawDiagrams({view.model.scenarios.at(scenario)}, options, work).front().picture;
+std::optional<std::size_t> ScenarioOfJunction(const FileView& view, std::string_view figure) {
+  const std::string_view number = figure.substr(kJunctionFigure.size());
+  for (std::size_t at = 0; at < view.model.scenarios.size(); ++at) {
+    for (const Junction& junction : view.model.scenarios[at].junctions) {
+      if (std::to_string(junction.number) == number) return at;
+    }
+  }
+  return std::nullopt;
 }
 
-std::optional<std::size_t> ElementOfFigure(const FileView& view, std::size_t scenario,
+}  // namespace
+
+std::vector<Diagram> DrawScenarios(const FileView& view, std::optional<std::size_t> scenario,
+                                   Work& work) {
+  DiagramOptions options;
+  options.note = view.lines.empty() ? "" : view.lines.front();
+  if (!scenario) return DrawDiagrams(view.model.scenarios, options, work);
+  return DrawDiagrams({view.model.scenarios.at(*scenario)}, options, work);
+}
+
+std::optional<std::size_t> ElementOfFigure(const FileView& view,
+                                           std::optional<std::size_t> scenario,
                                            std::string_view figure) {
   if (figure.empty()) return std::nullopt;
   const bool isJunction = figure.starts_with(kJunctionFigure);
+  if (isJunction && !scenario) scenario = ScenarioOfJunction(view, figure);
   return Find(view, [&](const Element& element) {
-    if (element.scenario != scenario) return false;
-    if (isJunction) return element.kind == Element::Kind::kScenario;
+    if (scenario && element.scenario != scenario) return false;
+    if (isJunction) return scenario && element.kind == Element::Kind::kScenario;
     return element.figure == figure;
   });
 }

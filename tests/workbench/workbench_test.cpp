@@ -82,10 +82,16 @@ TEST_F(WorkbenchTest, AUnitItsTaskItsLineAndItsNotesAreOneElement) {
   }
   EXPECT_THAT(lines.at(built.line - 1), HasSubstr("#16"));
   EXPECT_EQ(ElementOfFigure(view, *built.scenario, built.figure), place);
+  EXPECT_EQ(ElementOfFigure(view, std::nullopt, built.figure), place);
+  const Junction& junction = view.model.scenarios.at(*built.scenario).junctions.at(0);
+  const auto scenario =
+      ElementOfFigure(view, std::nullopt, "junction-" + std::to_string(junction.number));
+  EXPECT_EQ(view.elements.at(scenario.value()).scenario, built.scenario);
+  EXPECT_EQ(ElementOfFigure(view, std::nullopt, "junction-999"), std::nullopt);
   EXPECT_EQ(ElementOfBar(view, built.bar), place);
   EXPECT_EQ(ElementOfBar(view, ""), std::nullopt);
   Work nobody;
-  const Picture drawn = DrawScenario(view, *Unit(view, 2).decomposed, nobody);
+  const Picture drawn = DrawScenarios(view, *Unit(view, 2).decomposed, nobody).front().picture;
   const auto isBuilt = [&](const Figure& figure) { return figure.id == built.figure; };
   EXPECT_EQ(std::count_if(drawn.figures.begin(), drawn.figures.end(), isBuilt), 1);
   ASSERT_TRUE(view.chart);
@@ -253,7 +259,7 @@ TEST_F(WorkbenchTest, AMergeMarksWhatItChangesInBothPicturesAndTouchesNothing) {
       if (junction.mark != Mark::kNone) ++marked;
     }
     Work nobody;
-    EXPECT_EQ(SignsIn(DrawScenario(view, 0, nobody)), marked);
+    EXPECT_EQ(SignsIn(DrawScenarios(view, 0, nobody).front().picture), marked);
     ASSERT_TRUE(view.chart) << view.whyNoChart;
     EXPECT_EQ(SignsIn(*view.chart), 2U);
   }

@@ -48,9 +48,10 @@ class MainWindow : public QMainWindow {
   void AddMenus();
   void ConnectStart();
   void ShowPage();
-  void AskForFile();
-  void OpenFile(const QString& name);
-  void Open(std::unique_ptr<WorkbenchFile> file);
+  // The window of the file that the dialog asks for; null where none comes of it.
+  WorkbenchWindow* AskForFile(const FileDialog& dialog);
+  WorkbenchWindow* OpenFile(const QStringList& names);
+  WorkbenchWindow* Open(std::unique_ptr<WorkbenchFile> file);
   void ShowWorkbench(WorkbenchWindow* workbench);
   void BringBack(const std::string& plan, const std::string& database,
                  std::optional<std::int32_t> project);

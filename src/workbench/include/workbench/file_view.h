@@ -77,12 +77,15 @@ struct FileView {
   std::vector<std::string> lines;  // what else is to be told of the file, a sentence each
 };
 
-// The diagram of one scenario, which is drawn when it is looked at. `work` is told that it goes on.
-Picture DrawScenario(const FileView& view, std::size_t scenario, Work& work);
+// The diagram of one scenario, or of all where none is named, which are drawn when they are looked
+// at. `work` is told that it goes on.
+std::vector<Diagram> DrawScenarios(const FileView& view, std::optional<std::size_t> scenario,
+                                   Work& work);
 
-// The element that a figure of a diagram stands for (a junction: its scenario), or a bar of the
-// chart; nothing where there is none.
-std::optional<std::size_t> ElementOfFigure(const FileView& view, std::size_t scenario,
+// The element that a figure of these diagrams stands for (a junction: its scenario), or a bar of
+// the chart; nothing where there is none.
+std::optional<std::size_t> ElementOfFigure(const FileView& view,
+                                           std::optional<std::size_t> scenario,
                                            std::string_view figure);
 std::optional<std::size_t> ElementOfBar(const FileView& view, std::string_view bar);
 

@@ -1,0 +1,143 @@
+#include "picture_view.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QPrinter>
+
+#include "desktop_fixture.h"
+#include "paint_figure.h"
+#include "pictures/style.h"
+
+namespace merivane::test {
+
+namespace {
+
+using ::testing::Each;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+class PictureViewTest : public DesktopTest {
+ protected:
+  // The window that the menu item opens for the file; null where none opens.
+  QMainWindow* Show(const char* item, const std::string& file) {
+    names.names.push_back(file);
+    window.findChild<QAction*>(item)->trigger();
+    return window.findChild<QMainWindow*>("workbench");
+  }
+  static PictureView& View(QMainWindow& opened, const char* name) {
+    return User::Get<PictureView>(opened, name);
+  }
+  static void Trigger(QMainWindow& opened, const char* action) {
+    opened.findChild<QAction*>(action)->trigger();
+  }
+  void Close(QMainWindow& opened) {
+    opened.parentWidget()->close();
+    EXPECT_TRUE(
+        QTest::qWaitFor([this] { return window.findChild<QMainWindow*>("workbench") == nullptr; }));
+  }
+};
+
+TEST_F(PictureViewTest, TheMenuShowsAllScenariosInOnePictureAndOneAgain) {
+  QMainWindow* opened = Show("mnuProcessDiagram", MERIVANE_SAMPLES "/festival.txt");
+  ASSERT_NE(opened, nullptr);
+  PictureView& view = View(*opened, "diagram");
+  EXPECT_TRUE(view.hasFocus());
+  const double all = view.Drawn().height;
+  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Raise the stage");
+  EXPECT_EQ(view.Drawn().height, all);
+  EXPECT_THAT(view.Marked().toStdString(), StartsWith("Raise the stage"));
+  view.ZoomTo(4);
+  EXPECT_EQ(User::Get<QLabel>(*opened, "zoom").text(), "400%");
+  const std::string file = folder.Path("all.svg");
+  names.names.push_back(file);
+  Trigger(*opened, "export");
+  EXPECT_THAT(ReadFile(file), HasSubstr("Sale at the box office"));
+  Trigger(*opened, "allScenarios");
+  EXPECT_LT(view.Drawn().height, all);
+  EXPECT_THAT(view.Marked().toStdString(), StartsWith("Raise the stage"));
+  EXPECT_EQ(view.Drawn().title, "Stage building");
+  user.answers = {QMessageBox::Yes};
+  names.names.push_back(file);
+  Trigger(*opened, "export");
+  EXPECT_THAT(ReadFile(file), Not(HasSubstr("Sale at the box office")));
+}
+
+TEST_F(PictureViewTest, ExportWritesByTheEndingAndAsksBeforeItReplaces) {
+  QMainWindow* opened = Show("mnuProcessDiagram", MERIVANE_SAMPLES "/onboarding.txt");
+  ASSERT_NE(opened, nullptr);
+  const std::string file = folder.Write("a.png", "precious");
+  user.answers = {QMessageBox::No, QMessageBox::Yes};
+  User::Find(*opened, "outlineSearch").setFocus();
+  for (const auto& name : {file, folder.Path("a.jpg"), file}) {
+    names.names.push_back(name);
+    EXPECT_EQ(ReadFile(file), "precious");
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(window.windowHandle(), Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(names.parents.back(), opened);
+  }
+  user.steps.emplace_back([&](QDialog& dialog) {
+    EXPECT_EQ(dialog.parentWidget(), opened);
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  Trigger(*opened, "print");
+  EXPECT_THAT(user.parents, Each(opened));
+  EXPECT_THAT(ReadFile(file), StartsWith("\x89PNG"));
+  names.names.push_back(folder.Path("gone/b.svg"));
+  Trigger(*opened, "export");
+  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("replace"), HasSubstr("no name of a picture"),
+                                      HasSubstr("replace"), EndsWith("/gone/b.svg'")));
+}
+
+TEST_F(PictureViewTest, ZoomFitsAndEachPictureGetsItsPages) {
+  pictures::Picture wide;
+  wide.width = 4000;
+  wide.height = 30;
+  pictures::Figure figure;
+  figure.id = "end";
+  figure.title = "End";
+  figure.area = {3900, 0, 50, 30};
+  figure.shapes.push_back(pictures::Box{pictures::Ink::kUnit, figure.area});
+  wide.figures.push_back(figure);
+  Work nobody;
+  PictureView view(wide, nobody);
+  view.resize(400, 300);
+  view.show();
+  view.Fit();
+  EXPECT_LT(view.Scale(), 0.11);
+  EXPECT_TRUE(view.Choose("end"));
+  EXPECT_EQ(view.Scale(), 1);  // marked where it can be read
+
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(QString::fromStdString(folder.Path("a.pdf")));
+  PrintPictures(printer, {wide, wide});
+  const std::string pdf = ReadFile(folder.Path("a.pdf"));
+  EXPECT_THAT(pdf, HasSubstr("/Count 6"));
+}
+
+TEST_F(PictureViewTest, ChartsAndTranslatedModelsComeFromADatabaseAndItsChosenProject) {
+  const std::string database = folder.Path("plan.mdb");
+  MakePlan(database, folder.Path("plan.mpx"));
+  QMainWindow* chart = Show("mnuPlanChart", database);
+  ASSERT_NE(chart, nullptr);
+  PictureView& view = View(*chart, "chart");
+  EXPECT_TRUE(view.hasFocus());
+  EXPECT_THAT(view.Drawn().description, HasSubstr("5 tasks"));
+  view.Fit();
+  const QImage image = view.viewport()->grab().toImage();
+  const QRgb fill = QColor(pictures::StyleOf(pictures::Ink::kCritical).fill).rgb();
+  int filled = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) filled += image.pixel(x, y) == fill ? 1 : 0;
+  }
+  EXPECT_GT(filled, 50);  // bars have an inside
+  Close(*chart);
+  EXPECT_EQ(Show("mnuPlanChart", folder.Write("wrong.mdb", "none")), nullptr);
+  EXPECT_EQ(Show("mnuProcessDiagram", folder.Write("wrong.txt", "")), nullptr);
+  EXPECT_EQ(Show("mnuProcessDiagram", folder.Path("none.txt")), nullptr);
+  EXPECT_EQ(user.boxes.size(), 3U);
+}
+
+}  // namespace
+}  // namespace merivane::test
