@@ -15,7 +15,6 @@
 #include <QTest>
 #include <QTimer>
 #include <cstdio>
-#include <deque>
 
 #include "desktop/help_window.h"
 #include "desktop/main_window.h"
@@ -29,12 +28,10 @@ constexpr const char* kScratch = "/tmp/bakery";
 
 class Names : public FileNames {
  public:
-  std::deque<QString> names;
+  QStringList names;
   QString Ask(const FileDialog& /*dialog*/, QWidget* /*parent*/) override {
     if (names.empty()) return {};
-    const QString name = names.front();
-    names.pop_front();
-    return name;
+    return names.takeFirst();
   }
 };
 

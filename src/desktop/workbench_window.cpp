@@ -42,6 +42,13 @@ PictureView* MakeView(const char* name, Work& work) {
   return view;
 }
 
+std::vector<pictures::Picture> PicturesOf(const std::vector<pictures::Diagram>& diagrams) {
+  std::vector<pictures::Picture> pictures;
+  pictures.reserve(diagrams.size());
+  for (const pictures::Diagram& diagram : diagrams) pictures.push_back(diagram.picture);
+  return pictures;
+}
+
 }  // namespace
 
 WorkbenchWindow::WorkbenchWindow(std::unique_ptr<WorkbenchFile> file, FileView view,
@@ -293,9 +300,7 @@ bool WorkbenchWindow::ShowDiagram(std::size_t scenario) {
   std::vector<pictures::Diagram> diagrams;
   const bool isDrawn = Draw(*diagram_, [&] {
     diagrams = DrawScenarios(view_, wanted, file_->Work());
-    std::vector<pictures::Picture> all;
-    for (const pictures::Diagram& diagram : diagrams) all.push_back(diagram.picture);
-    return pictures::Stacked(all);
+    return pictures::Stacked(PicturesOf(diagrams));
   });
   if (!isDrawn) return false;
   diagrams_ = std::move(diagrams);
@@ -312,9 +317,7 @@ void WorkbenchWindow::ShowAll(bool all) {
 
 std::vector<pictures::Picture> WorkbenchWindow::Pictures() const {
   if (lastPicture_ != diagram_) return {lastPicture_->Drawn()};
-  std::vector<pictures::Picture> all;
-  for (const pictures::Diagram& diagram : diagrams_) all.push_back(diagram.picture);
-  return all;
+  return PicturesOf(diagrams_);
 }
 
 void WorkbenchWindow::LookAt(Part part) {
