@@ -43,7 +43,7 @@ inline bool LiesWithin(const Value& value, std::int64_t least, std::int64_t most
 // True where one of the columns from `first` on holds a number other than 0.
 inline bool AnyNumber(schedule::ProjectRows& rows, std::size_t first, std::size_t count) {
   for (std::size_t column = first; column < first + count; ++column) {
-    const Value value = rows.At(column);
+    const Value& value = rows.At(column);
     if (IsNumeric(value) && ToDouble(value) != 0) return true;
   }
   return false;
@@ -56,9 +56,10 @@ inline bool HasBounds(Kind kind) { return kind == Kind::kInteger || kind == Kind
 template <class Writer, std::size_t kCount>
 void WriteFields(const Field<Writer> (&fields)[kCount], Writer& writer, schedule::ProjectRows* rows,
                  std::size_t column, Element& element) {
+  const Value none;
   for (const auto& field : fields) {
     if (field.column != nullptr) {
-      const Value value = rows != nullptr ? rows->At(column) : Value();
+      const Value& value = rows != nullptr ? rows->At(column) : none;
       ++column;
       const bool fits = !HasBounds(field.kind) || LiesWithin(value, field.least, field.most);
       if (fits && element.Stored(field.element, field.kind, value)) continue;

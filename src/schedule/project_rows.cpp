@@ -23,14 +23,18 @@ ProjectRows::ProjectRows(Connection& connection, const Table& table, std::int32_
                    &connection);
 }
 
-Value ProjectRows::At(std::size_t column) {
-  return places_[column] < 0 ? Value() : rows_.Field(places_[column]);
+const Value& ProjectRows::At(std::size_t column) {
+  static const Value kNull;
+  if (places_[column] < 0) return kNull;
+  if (!isRead_) rows_.ReadRow(row_);
+  isRead_ = true;
+  return row_[static_cast<std::size_t>(places_[column])];
 }
 
 std::string ProjectRows::TextAt(std::size_t column) { return Joined(At(column)); }
 
 std::int64_t ProjectRows::IntegerAt(std::size_t column, std::int64_t otherwise) {
-  const Value value = At(column);
+  const Value& value = At(column);
   if (!IsNumeric(value)) return otherwise;
   const double number = ToDouble(value);
   if (!(number > -2147483648.5 && number < 2147483647.5)) {

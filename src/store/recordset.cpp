@@ -50,10 +50,10 @@ struct Recordset::Impl final : private OpenSet {
   }
 
   // What both kinds of rows can do. REQUIRES: open.
-  template <class Work>
-  auto With(Work work) {
-    if (auto* set = std::get_if<DynamicSet>(&rows)) return work(*set);
-    return work(std::get<SnapshotSet>(rows));
+  template <class Step>
+  auto With(Step step) {
+    if (auto* set = std::get_if<DynamicSet>(&rows)) return step(*set);
+    return step(std::get<SnapshotSet>(rows));
   }
   DynamicSet& Writable() {
     CheckOpen();
@@ -271,6 +271,11 @@ Value Recordset::Field(int index) {
   impl_->Ask();
   if (impl_->at != Position::kRow) throw RunTimeError(kNoCurrentRecord);
   return impl_->With([&](auto& set) { return set.Read(impl_->place, index); });
+}
+
+void Recordset::ReadRow(std::vector<Value>& fields) {
+  impl_->CheckOnRow();
+  std::get<SnapshotSet>(impl_->rows).ReadRow(impl_->place, fields);
 }
 
 void Recordset::SetField(std::string_view name, Value value) {

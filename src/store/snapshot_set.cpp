@@ -1,5 +1,7 @@
 #include "snapshot_set.h"
 
+#include <algorithm>
+
 namespace merivane::store {
 
 SnapshotSet::SnapshotSet(std::string fieldName, std::vector<std::string> texts)
@@ -64,34 +66,52 @@ int SnapshotSet::FindField(std::string_view name) const {
 }
 
 // A walk that has gone by the row begins again at the first one; for any other the rows are kept.
-void SnapshotSet::StandOn(Place place) {
+void SnapshotSet::StandOn(Place place, int slot) {
+  if (kept_) return;
   if (walk_ && place < at_ && place > 0) return Keep();
   if (!walk_ || place < at_) Begin();
   for (; at_ < place; ++at_) Step(walk_);
+  if (SelectShape::IsIn(walk_.get(), slot)) return;
+  LentStatement wider = shape_->Lend(ReadKind::kWalk, literals_);
+  for (Place passed = 0; passed <= place; ++passed) Step(wider);
+  walk_ = std::move(wider);
 }
 
 Value SnapshotSet::Read(Place place, int field) {
-  if (!kept_) StandOn(place);
-  if (kept_) return rows_[place][static_cast<std::size_t>(field)];
-  if (!SelectShape::IsIn(walk_.get(), shape_->SlotOf(field))) {
-    LentStatement wider = shape_->Lend(ReadKind::kWalk, literals_);
-    for (Place passed = 0; passed <= place; ++passed) Step(wider);
-    walk_ = std::move(wider);
+  StandOn(place, kept_ ? 0 : shape_->SlotOf(field));
+  return kept_ ? rows_[place][static_cast<std::size_t>(field)]
+               : shape_->ValueIn(walk_.get(), field);
+}
+
+void SnapshotSet::ReadRow(Place place, std::vector<Value>& fields) {
+  StandOn(place, kept_ ? 0 : LastSlot());
+  if (kept_) {
+    fields = rows_[place];
+  } else {
+    FieldsOf(walk_.get(), fields);
   }
-  return shape_->ValueIn(walk_.get(), field);
+}
+
+int SnapshotSet::LastSlot() {
+  int last = 0;
+  for (int field = 0; field < FieldCount(); ++field) last = std::max(last, shape_->SlotOf(field));
+  return last;
+}
+
+void SnapshotSet::FieldsOf(sqlite3_stmt* row, std::vector<Value>& fields) {
+  const int count = FieldCount();
+  fields.resize(static_cast<std::size_t>(count));
+  for (int field = 0; field < count; ++field) {
+    fields[static_cast<std::size_t>(field)] = shape_->ValueIn(row, field);
+  }
 }
 
 void SnapshotSet::Keep() {
   if (kept_) return;
-  for (int field = 0; field < FieldCount(); ++field) shape_->SlotOf(field);
+  LastSlot();  // takes up every column
   LentStatement all = shape_->Lend(ReadKind::kWalk, literals_);
   std::vector<std::vector<Value>> rows;
-  while (Step(all)) {
-    auto& row = rows.emplace_back();
-    for (int field = 0; field < FieldCount(); ++field) {
-      row.push_back(shape_->ValueIn(all.get(), field));
-    }
-  }
+  while (Step(all)) FieldsOf(all.get(), rows.emplace_back());
   rows_ = std::move(rows);
   kept_ = true;
   count_ = rows_.size();

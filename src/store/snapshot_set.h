@@ -38,6 +38,7 @@ class SnapshotSet final : private RowWatcher {
   }
   int FindField(std::string_view name) const;
   Value Read(Place place, int field);
+  void ReadRow(Place place, std::vector<Value>& fields);
 
  private:
   void BeforeInsert(const TableData& table, std::int64_t /*rowId*/) override { Written(table); }
@@ -55,7 +56,9 @@ class SnapshotSet final : private RowWatcher {
   void Begin();
   bool Has(Place place);
   bool Step(LentStatement& statement);
-  void StandOn(Place place);
+  void StandOn(Place place, int slot);
+  int LastSlot();
+  void FieldsOf(sqlite3_stmt* row, std::vector<Value>& fields);
   void Keep();
 
   Engine* engine_ = nullptr;

@@ -25,9 +25,12 @@ class ProjectRows {
               const std::vector<const char*>& columns);
 
   bool AtEnd() { return rows_.Eof(); }
-  void Next() { rows_.MoveNext(); }
+  void Next() {
+    rows_.MoveNext();
+    isRead_ = false;
+  }
 
-  Value At(std::size_t column);
+  const Value& At(std::size_t column);     // until Next
   std::string TextAt(std::size_t column);  // empty for Null
   // `otherwise` for what is no number; error 6 names the column of one beyond 32 bits.
   std::int64_t IntegerAt(std::size_t column, std::int64_t otherwise);
@@ -37,6 +40,8 @@ class ProjectRows {
   std::vector<const char*> columns_;
   std::vector<int> places_;  // of the columns in the rows; -1: lacking
   Recordset rows_;
+  std::vector<Value> row_;  // the one in hand, where `isRead_`
+  bool isRead_ = false;
 };
 
 }  // namespace merivane::schedule
