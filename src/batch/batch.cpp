@@ -40,7 +40,7 @@ struct CommandLine {
   DiffOptions diff;
   ProjectsOptions projects;
   DrawOptions draw;
-  ChartOptions chart;
+  ChartArguments chart;
   ReportOptions report;
   std::string todayText;
 };

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/system_locale.h"
+#include "platform/system_settings.h"
 
 namespace merivane::batch {
 

@@ -30,7 +30,7 @@ DatedPlan ReadBefore(const Session& session, const std::string& path, std::int32
   return ReadDatedPlan(connection, project, today);
 }
 
-int Draw(Session& session, const ChartOptions& options) {
+int Draw(Session& session, const ChartArguments& options) {
   std::string reason;
   const auto project = FindProject(ListProjects(session.program.workspace, options.database),
                                    options.project, reason);
@@ -56,7 +56,7 @@ int Draw(Session& session, const ChartOptions& options) {
 
 }  // namespace
 
-int RunChart(Session& session, const ChartOptions& options) {
+int RunChart(Session& session, const ChartArguments& options) {
   std::vector<NamedFile> sources{{"the database", options.database}};
   if (!options.against.empty()) sources.push_back({"--against", options.against});
   if (PictureIsRefused(session, std::move(sources), options.output, options.force)) {

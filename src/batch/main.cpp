@@ -4,7 +4,6 @@
 #include "batch/batch.h"
 #include "platform/end_signal.h"
 #include "platform/program_run.h"
-#include "platform/terminal.h"
 
 namespace {
 

@@ -41,7 +41,7 @@ CLI::App* AddDraw(CLI::App& app, DrawOptions& options) {
   return command;
 }
 
-CLI::App* AddChart(CLI::App& app, ChartOptions& options) {
+CLI::App* AddChart(CLI::App& app, ChartArguments& options) {
   CLI::App* command = app.add_subcommand("chart", "draw a plan as a chart");
   AddName(command, "DATABASE", options.database, "plan database (.mdb)")->required();
   command->add_option("--project", options.project, "id or name of the project to draw")
@@ -79,7 +79,7 @@ bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std:
 
 std::string FootOf(const Session& session, const std::string& source) {
   return FromUtf8(source.substr(source.find_last_of("/\\") + 1)) + ", " +
-         DateText(session.desktop.Today(), false) + ", Merivane " MERIVANE_VERSION;
+         DateText(session.desktop.Today()) + ", Merivane " MERIVANE_VERSION;
 }
 
 void SayIfSmall(const Session& session, const std::string& output, double factor) {

@@ -19,7 +19,7 @@ struct DrawOptions {
   bool force = false;
 };
 
-struct ChartOptions {
+struct ChartArguments {
   std::string database;
   std::string project;
   std::string output;
@@ -38,11 +38,11 @@ struct ReportOptions {
 
 // Each adds a command and its own options.
 CLI::App* AddDraw(CLI::App& app, DrawOptions& options);
-CLI::App* AddChart(CLI::App& app, ChartOptions& options);
+CLI::App* AddChart(CLI::App& app, ChartArguments& options);
 CLI::App* AddReport(CLI::App& app, ReportOptions& options);
 
 int RunDraw(Session& session, const DrawOptions& options);
-int RunChart(Session& session, const ChartOptions& options);
+int RunChart(Session& session, const ChartArguments& options);
 int RunReport(Session& session, const ReportOptions& options);
 
 // True, with a word, for a name that is no picture's, that is one of the sources, or that stands

@@ -32,7 +32,7 @@ AboutDialog::AboutDialog(frmAbout& form, QtDesktop& desktop, QWidget* parent)
   const int side = fontMetrics().height() * 8;
   auto* middle = new QHBoxLayout;
   middle->setSpacing(fontMetrics().height());
-  middle->addWidget(new Picture({side, side}));
+  middle->addWidget(new ProgramPicture({side, side}));
   middle->addWidget(MakeText(), 1);
   auto* row = new QHBoxLayout;
   row->addStretch();

@@ -18,12 +18,12 @@ QIcon ApplicationIcon() {
   return icon;
 }
 
-Picture::Picture(const QSize& size, QWidget* parent) : QWidget(parent) {
+ProgramPicture::ProgramPicture(const QSize& size, QWidget* parent) : QWidget(parent) {
   setFixedSize(size);
   setAccessibleName("Merivane");
 }
 
-void Picture::paintEvent(QPaintEvent* /*event*/) {
+void ProgramPicture::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   PaintPicture(painter, rect());
 }

@@ -13,9 +13,9 @@ QIcon ApplicationIcon();
 void PaintPicture(QPainter& painter, const QRectF& place);
 
 // Sharp at any size and scale.
-class Picture : public QWidget {
+class ProgramPicture : public QWidget {
  public:
-  Picture(const QSize& size, QWidget* parent = nullptr);
+  ProgramPicture(const QSize& size, QWidget* parent = nullptr);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -14,7 +14,7 @@ SplashWindow::SplashWindow(frmSplash& form, QWidget* parent)
   setWindowTitle("About Merivane");
   const int line = fontMetrics().height();
   setFixedSize(line * 20, line * 18);
-  auto* picture = new Picture({line * 9, line * 9}, this);
+  auto* picture = new ProgramPicture({line * 9, line * 9}, this);
   picture->setObjectName("Image1");
   picture->move((width() - picture->width()) / 2, line * 2);
   form_.OnChange = [this] { Sync(); };

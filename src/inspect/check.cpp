@@ -61,7 +61,7 @@ CheckedModel CheckModelWithLines(const std::string& modelPath, const std::string
   std::stable_sort(findings.begin(), findings.end(),
                    [](const Finding& a, const Finding& b) { return a.line < b.line; });
   std::vector<ElementLine> elements;
-  for (const Place& place : text.Result().GetModel().places) {
+  for (const ElementEntry& place : text.Result().GetModel().elements) {
     if (place.isNumberKnown) elements.push_back({KindName(place.kind), place.number, place.line});
   }
   return {std::move(findings), std::move(elements)};

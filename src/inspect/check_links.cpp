@@ -24,8 +24,8 @@ constexpr std::array kTypes = {kSyncAnd, kAsyncAnd, kSyncOr, kAsyncOr, kXor};
 struct Node {
   std::size_t place = 0;
   std::int32_t scenario = 0;
-  const Junction* junction = nullptr;  // null: a unit
-  std::size_t ways = 0;                // in
+  const JunctionEntry* junction = nullptr;  // null: a unit
+  std::size_t ways = 0;                     // in
   std::size_t waysOut = 0;
   std::vector<std::size_t> next = {};
 };
@@ -33,11 +33,11 @@ struct Node {
 class Net {
  public:
   Net(const Model& model, std::vector<Finding>& findings) : model_(model), findings_(findings) {
-    for (const Unit& unit : model.units) AddNode(unit.place, unit.scenario);
-    for (const Junction& junction : model.junctions) {
+    for (const UnitEntry& unit : model.units) AddNode(unit.place, unit.scenario);
+    for (const JunctionEntry& junction : model.junctions) {
       AddNode(junction.place, junction.scenario, &junction);
     }
-    for (const Link& link : model.links) AddLink(link);
+    for (const LinkEntry& link : model.links) AddLink(link);
   }
 
   void CheckJunctions() {
@@ -82,11 +82,13 @@ class Net {
 
   // Circles of junctions alone, or those with a unit among them. Depth first; a link to a node that
   // is still on the way closes a circle.
-  void CheckCircles(bool ofJunctions) {
+  enum class Circles { kOfAll, kOfJunctions };
+  void CheckCircles(Circles circles) {
     colours_.assign(nodes_.size(), Colour::kNew);
     for (std::size_t start = 0; start < nodes_.size(); ++start) {
-      if (colours_[start] == Colour::kNew && (!ofJunctions || nodes_[start].junction != nullptr)) {
-        Walk(start, ofJunctions);
+      if (colours_[start] == Colour::kNew &&
+          (circles == Circles::kOfAll || nodes_[start].junction != nullptr)) {
+        Walk(start, circles);
       }
     }
   }
@@ -107,7 +109,7 @@ class Net {
                                   std::move(advice)));
   }
 
-  void AddNode(std::size_t place, std::int32_t scenario, const Junction* junction = nullptr) {
+  void AddNode(std::size_t place, std::int32_t scenario, const JunctionEntry* junction = nullptr) {
     byNumber_.emplace(model_.At(place).number, nodes_.size());
     nodes_.push_back({.place = place, .scenario = scenario, .junction = junction});
     if (!model_.At(place).isNumberKnown) unknown_.insert(scenario);
@@ -124,9 +126,9 @@ class Net {
     return nullptr;
   }
 
-  void CheckEnd(const Link& link, const LinkEnd& end, const Node* node, const char* which) {
+  void CheckEnd(const LinkEntry& link, const LinkEnd& end, const Node* node, const char* which) {
     const std::string number = std::to_string(end.number);
-    const Place& place = model_.At(link.place);
+    const ElementEntry& place = model_.At(link.place);
     if (node == nullptr && (!end.isKnown || unknown_.contains(link.scenario))) return;
     if (node == nullptr) {
       findings_.push_back(
@@ -145,8 +147,9 @@ class Net {
                                   "Write the kind of the element between the brackets."));
   }
 
-  void CheckName(const Place& link, const LinkEnd& end, const Node& node, const char* which) {
-    const Place& place = model_.At(node.place);
+  void CheckName(const ElementEntry& link, const LinkEnd& end, const Node& node,
+                 const char* which) {
+    const ElementEntry& place = model_.At(node.place);
     if (end.name.empty() || IsNameOf(end, node) || ids_.count(place.name) > 1) return;
     findings_.push_back(FindingAt(Severity::kWarning, link,
                                   std::string("Its ") + which + " is called '" + end.name +
@@ -165,7 +168,7 @@ class Net {
   }
 
   void CheckWords(const Node& node) {
-    const Junction& junction = *node.junction;
+    const JunctionEntry& junction = *node.junction;
     CheckWord(node, "cardinality", junction.cardinality, kCardinalities);
     CheckWord(node, "type", junction.type, kTypes);
   }
@@ -198,7 +201,7 @@ class Net {
     return model_.At(node.place).isNumberKnown && !loose_.contains(node.scenario);
   }
 
-  void CheckTwin(const Link& link) {
+  void CheckTwin(const LinkEntry& link) {
     const auto key = std::tuple(link.scenario, link.origin.number, link.destination.number);
     const auto [first, isNew] = pairs_.try_emplace(key, link.place);
     if (isNew) return;
@@ -209,7 +212,7 @@ class Net {
                                   "Leave one of the two out."));
   }
 
-  void AddLink(const Link& link) {
+  void AddLink(const LinkEntry& link) {
     Node* origin = Find(link.origin, link.scenario);
     Node* destination = Find(link.destination, link.scenario);
     if (!link.origin.isKnown || !link.destination.isKnown) {
@@ -227,7 +230,7 @@ class Net {
     }
   }
 
-  void Walk(std::size_t start, bool ofJunctions) {
+  void Walk(std::size_t start, Circles circles) {
     std::vector<Step> way = {{start, 0}};
     colours_[start] = Colour::kOnWay;
     while (!way.empty()) {
@@ -238,20 +241,21 @@ class Net {
         continue;
       }
       const std::size_t to = nodes_[step.node].next[step.next++];
-      if (ofJunctions && nodes_[to].junction == nullptr) continue;
-      if (colours_[to] == Colour::kOnWay) ReportCircle(way, to, ofJunctions);
+      if (circles == Circles::kOfJunctions && nodes_[to].junction == nullptr) continue;
+      if (colours_[to] == Colour::kOnWay) ReportCircle(way, to, circles);
       if (colours_[to] != Colour::kNew) continue;
       colours_[to] = Colour::kOnWay;
       way.push_back({to, 0});
     }
   }
 
-  void ReportCircle(const std::vector<Step>& way, std::size_t closing, bool ofJunctions) {
+  void ReportCircle(const std::vector<Step>& way, std::size_t closing, Circles circles) {
     constexpr std::size_t kShown = 6;
     const auto begin = std::find_if(way.begin(), way.end(),
                                     [&](const Step& step) { return step.node == closing; });
     const bool junctionsOnly = std::all_of(
         begin, way.end(), [&](const Step& step) { return nodes_[step.node].junction != nullptr; });
+    const bool ofJunctions = circles == Circles::kOfJunctions;
     if (junctionsOnly != ofJunctions) return;
     std::string names;
     std::size_t first = closing;
@@ -295,8 +299,8 @@ void CheckLinks(const Model& model, std::vector<Finding>& findings) {
   Net net(model, findings);
   net.CheckJunctions();
   net.CheckBeginnings();
-  net.CheckCircles(true);
-  net.CheckCircles(false);
+  net.CheckCircles(Net::Circles::kOfJunctions);
+  net.CheckCircles(Net::Circles::kOfAll);
 }
 
 }  // namespace merivane::inspect

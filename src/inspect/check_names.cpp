@@ -12,7 +12,7 @@ using namespace translator;
 
 namespace {
 
-void CheckApostrophe(const Place& place, const char* what, std::vector<Finding>& findings) {
+void CheckApostrophe(const ElementEntry& place, const char* what, std::vector<Finding>& findings) {
   if (!Holds(place.name, "'")) return;
   findings.push_back(
       FindingAt(Severity::kError, place,
@@ -34,7 +34,8 @@ std::string Unmarked(const std::string& name) {
 }
 
 // A number that is read otherwise than it was meant.
-void CheckDays(const Place& place, const std::string& duration, std::vector<Finding>& findings) {
+void CheckDays(const ElementEntry& place, const std::string& duration,
+               std::vector<Finding>& findings) {
   const double days = ToDouble(duration);
   if (Holds(duration, ",")) {
     findings.push_back(FindingAt(Severity::kWarning, place,
@@ -58,7 +59,7 @@ void CheckDays(const Place& place, const std::string& duration, std::vector<Find
   }
 }
 
-void CheckCycleTime(const Model& model, const Unit& unit, std::vector<Finding>& findings) {
+void CheckCycleTime(const Model& model, const UnitEntry& unit, std::vector<Finding>& findings) {
   const std::string& duration = unit.duration;
   if (IsNumericText(duration)) {
     CheckDays(model.At(unit.place), duration, findings);
@@ -78,7 +79,7 @@ void CheckNames(const Model& model, std::vector<Finding>& findings) {
   std::unordered_set<std::int32_t> numbers;
   bool allKnown = true;
   for (const ProcessEntry& process : model.processes) {
-    const Place& place = model.At(process.place);
+    const ElementEntry& place = model.At(process.place);
     processes.try_emplace(UpperCase(place.name), &process);
     processes.try_emplace(Unmarked(place.name), &process);
     numbers.insert(place.number);
@@ -86,8 +87,8 @@ void CheckNames(const Model& model, std::vector<Finding>& findings) {
   }
   const auto decomposed = Decomposed(model);
   std::unordered_set<const ProcessEntry*> noted;
-  for (const Unit& unit : model.units) {
-    const Place& place = model.At(unit.place);
+  for (const UnitEntry& unit : model.units) {
+    const ElementEntry& place = model.At(unit.place);
     CheckApostrophe(place, "name", findings);
     if (place.isNumberKnown && !decomposed.contains(place.number))
       CheckCycleTime(model, unit, findings);
@@ -118,7 +119,7 @@ void CheckNames(const Model& model, std::vector<Finding>& findings) {
   for (const ObjectEntry& object : model.objects) {
     CheckApostrophe(model.At(object.place), "name", findings);
   }
-  for (const Junction& junction : model.junctions) {
+  for (const JunctionEntry& junction : model.junctions) {
     CheckApostrophe(model.At(junction.place), "ID", findings);
   }
 }

@@ -15,7 +15,7 @@ class Numbers {
       : model_(model), findings_(findings), severity_(severity) {}
 
   void Take(std::size_t place) {
-    const Place& here = model_.At(place);
+    const ElementEntry& here = model_.At(place);
     if (!here.isNumberKnown) return;
     const auto [first, isNew] = places_.try_emplace(here.number, place);
     if (isNew) return;
@@ -38,7 +38,7 @@ class Names {
       : model_(model), findings_(findings), what_(what) {}
 
   void Take(std::size_t place) {
-    const Place& here = model_.At(place);
+    const ElementEntry& here = model_.At(place);
     const auto [first, isNew] = places_.try_emplace(UpperCase(here.name), place);
     if (isNew || here.name.empty()) return;
     findings_.push_back(FindingAt(
@@ -57,8 +57,8 @@ class Names {
 // Junctions are looked up by ID, whatever their scenario.
 void CheckJunctionIds(const Model& model, std::vector<Finding>& findings) {
   std::map<std::string, std::size_t> places;
-  for (const Junction& junction : model.junctions) {
-    const Place& here = model.At(junction.place);
+  for (const JunctionEntry& junction : model.junctions) {
+    const ElementEntry& here = model.At(junction.place);
     const auto [first, isNew] = places.try_emplace(here.name, junction.place);
     if (isNew) continue;
     findings.push_back(FindingAt(Severity::kError, here,
@@ -71,8 +71,8 @@ void CheckJunctionIds(const Model& model, std::vector<Finding>& findings) {
 // Links are looked up by their ends; a number that comes twice in a scenario is a slip all the
 // same.
 void CheckLinkNumbers(const Model& model, std::vector<Finding>& findings) {
-  std::map<decltype(Link::scenario), Numbers> scenarios;
-  for (const Link& link : model.links) {
+  std::map<decltype(LinkEntry::scenario), Numbers> scenarios;
+  for (const LinkEntry& link : model.links) {
     scenarios.try_emplace(link.scenario, model, findings, Severity::kWarning)
         .first->second.Take(link.place);
   }
@@ -98,8 +98,8 @@ void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
   Numbers scenarios(model, findings);
   for (const ScenarioEntry& scenario : model.scenarios) scenarios.Take(scenario.place);
   Numbers ends(model, findings);
-  for (const Unit& unit : model.units) ends.Take(unit.place);
-  for (const Junction& junction : model.junctions) ends.Take(junction.place);
+  for (const UnitEntry& unit : model.units) ends.Take(unit.place);
+  for (const JunctionEntry& junction : model.junctions) ends.Take(junction.place);
   CheckJunctionIds(model, findings);
   CheckLinkNumbers(model, findings);
 }

@@ -44,7 +44,7 @@ class Objects {
  public:
   Objects(const Model& model, std::vector<Finding>& findings) : model_(model), findings_(findings) {
     for (const ObjectEntry& object : model.objects) {
-      const Place& place = model.At(object.place);
+      const ElementEntry& place = model.At(object.place);
       aliases_.insert(object.alias);
       byNumber_.try_emplace(place.number, &object);
       names_.insert(place.name);
@@ -60,7 +60,7 @@ class Objects {
       usedNames.insert(use.name);
     }
     for (const ObjectEntry& object : model_.objects) {
-      const Place& place = model_.At(object.place);
+      const ElementEntry& place = model_.At(object.place);
       const std::string suggestion = Suggestion(object.type, kResourceTypes);
       if (!suggestion.empty()) {
         Warn(place,
@@ -77,7 +77,7 @@ class Objects {
   void CheckUses() {
     for (const ObjectUse& use : model_.objectUses) {
       if (!use.isKnown || unnumbered_.contains(use.name)) continue;
-      const Place& unit = model_.At(use.unit);
+      const ElementEntry& unit = model_.At(use.unit);
       const std::string what = "Its object " + std::to_string(use.object) + " '" + use.name + "'";
       const auto object = byNumber_.find(use.object);
       if (object == byNumber_.end()) {
@@ -95,7 +95,7 @@ class Objects {
 
   void CheckRules() {
     constexpr std::string_view kNoRule = "None";
-    for (const Unit& unit : model_.units) {
+    for (const UnitEntry& unit : model_.units) {
       if (unit.laborRule == kNoRule || unit.laborRule.empty()) continue;
       std::vector<Term> terms = TermsOf(unit.laborRule);
       if (unit.laborRule.size() >= kLongestRule) terms.pop_back();  // told where it was cut
@@ -104,12 +104,12 @@ class Objects {
   }
 
  private:
-  void Warn(const Place& place, std::string sentence, std::string advice) {
+  void Warn(const ElementEntry& place, std::string sentence, std::string advice) {
     findings_.push_back(
         FindingAt(Severity::kWarning, place, std::move(sentence), std::move(advice)));
   }
 
-  void CheckTerm(const Place& unit, const Term& term) {
+  void CheckTerm(const ElementEntry& unit, const Term& term) {
     if (term.alias.empty()) return;
     if (!aliases_.contains(term.alias)) {
       Warn(unit, "Its labor rule names '" + term.alias + "', which is the alias of no object.",

@@ -15,7 +15,7 @@ class Decompositions {
  public:
   Decompositions(const Model& model, std::vector<Finding>& findings)
       : model_(model), findings_(findings) {
-    for (const Unit& unit : model.units) {
+    for (const UnitEntry& unit : model.units) {
       scenarioOf_[model.At(unit.place).number] = unit.scenario;
       filled_.insert(unit.scenario);
       hasUnknownUnit_ = hasUnknownUnit_ || !model.At(unit.place).isNumberKnown;
@@ -58,7 +58,7 @@ class Decompositions {
 
  private:
   void CheckUnits(const ScenarioEntry& scenario) {
-    const Place& place = model_.At(scenario.place);
+    const ElementEntry& place = model_.At(scenario.place);
     if (filled_.contains(place.number)) return;
     findings_.push_back(FindingAt(Severity::kWarning, place,
                                   "It has no unit, so that nothing of it reaches the plan.",
@@ -112,7 +112,7 @@ void CheckFacts(const Model& model, std::vector<Finding>& findings) {
     known.insert(UpperCase(model.At(scenario.place).name));
   }
   for (const std::size_t fact : model.facts) {
-    const Place& place = model.At(fact);
+    const ElementEntry& place = model.At(fact);
     if (!UpperCase(place.name).starts_with(kChoose)) continue;
     const std::string name = place.name.substr(kChoose.size());
     if (known.contains(UpperCase(name))) continue;
@@ -122,7 +122,7 @@ void CheckFacts(const Model& model, std::vector<Finding>& findings) {
         "Write 'Choose ' and the name of a scenario."));
   }
   for (const JunctionFact& fact : model.junctionFacts) {
-    const Junction& junction = model.junctions[fact.junction];
+    const JunctionEntry& junction = model.junctions[fact.junction];
     if (!HoldsNoCase(fact.name, "PathAt") || OffersPaths(junction)) continue;
     findings.push_back(FindingAt(Severity::kWarning, model.At(junction.place),
                                  "Its path fact '" + fact.name +

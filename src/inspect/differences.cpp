@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "inspect/box_text.h"
-#include "machine_fault.h"
 #include "memory_model.h"
 #include "model_content.h"
 #include "mspdi/plan_writer.h"
@@ -132,7 +131,7 @@ class Side {
       // Its box has told why.
     }
     program.files.CloseAll();
-    ThrowMachineFault(desktop);
+    desktop.ThrowMachineFault();
     if (isRead) return PlanThatCameIn(*state.gInterimConn, kProject);
     throw Failure("It can't be read: " +
                   (desktop.boxes.empty() ? "" : OneLine(desktop.boxes.back().text)));

@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "inspect/box_text.h"
-#include "machine_fault.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
 #include "reconcile/complete_merge.h"
@@ -45,7 +44,7 @@ bool MemoryModel::Succeeds(Step step) {
   } catch (const ProgramEnd&) {
     // Its box has told why.
   }
-  ThrowMachineFault(desktop_);
+  desktop_.ThrowMachineFault();
   if (!desktop_.boxes.empty()) failure_ = OneLine(desktop_.boxes.front().text);
   return desktop_.boxes.empty();
 }

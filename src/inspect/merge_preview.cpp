@@ -29,10 +29,10 @@ namespace {
 
 // Merges again and again in fresh copies: what stopped in one pass is left out of the next, or read
 // as if it had been mended, until a pass comes through. That one tells what else would change.
-class Trial : public MergeListener {
+class TrialMerge : public MergeListener {
  public:
-  Trial(const std::string& planPath, const std::string& interimPath, std::int32_t project,
-        Desktop* shown, const std::string& proofTemplate, MergeWitness* witness)
+  TrialMerge(const std::string& planPath, const std::string& interimPath, std::int32_t project,
+             Desktop* shown, const std::string& proofTemplate, MergeWitness* witness)
       : planPath_(planPath),
         interimPath_(interimPath),
         project_(project),
@@ -213,7 +213,7 @@ class Trial : public MergeListener {
 MergePreview PreviewMerge(const std::string& planPath, const std::string& interimPath,
                           std::int32_t project, Desktop* shown, const std::string& proofTemplate,
                           MergeWitness* witness) {
-  return Trial(planPath, interimPath, project, shown, proofTemplate, witness).Run();
+  return TrialMerge(planPath, interimPath, project, shown, proofTemplate, witness).Run();
 }
 
 std::string SummaryOf(const MergePreview& preview) {

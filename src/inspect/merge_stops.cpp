@@ -186,13 +186,15 @@ class Record {
   std::string rest_;
 };
 
+enum class PlanForm { kMpx, kXml };
+
 // Why a name can't stand in the model. Of an MPX file it comes as it stands in the line.
 std::optional<Explanation> ExplainName(const std::string& kind, const std::string& name,
-                                       bool isMpx) {
+                                       PlanForm form) {
   constexpr const char* kChange = "Change it in the plan, and save the plan anew.";
   if (Holds(name, "\""))
     return Explanation{"Its name holds double quotes, which stop the merge.", kChange};
-  if (Holds(name, ",") && (isMpx || kind == "resource")) {
+  if (Holds(name, ",") && (form == PlanForm::kMpx || kind == "resource")) {
     return Explanation{"Its name holds a comma, which stops the merge.",
                        kind == "resource"
                            ? kChange
@@ -221,7 +223,7 @@ MergeChange ExplainLine(const MergeStop& stop, const Message& box) {
                   {"In " + place + ": " + ReasonOf(box), "Mend the plan, and save it anew."});
   }
   const ElementName element{kind, record.Number(), OneLine(record.Name())};
-  if (const auto why = ExplainName(kind, record.Name(), true)) {
+  if (const auto why = ExplainName(kind, record.Name(), PlanForm::kMpx)) {
     return StopAt(element, element.number, *why);
   }
   if (kind == "resource" && !record.OddQuantity().empty()) {
@@ -268,7 +270,7 @@ MergeChange ExplainStep(const MergeStop& stop, const Message& box, const PlanPre
 
 MergeChange ExplainRow(const MergeStop& stop, const Message& box) {
   if (stop.line > 0) return ExplainLine(stop, box);
-  const auto why = ExplainName(stop.kind, stop.name, false);
+  const auto why = ExplainName(stop.kind, stop.name, PlanForm::kXml);
   return StopAt({stop.kind, stop.number, OneLine(stop.name)}, stop.number,
                 why.value_or(Explanation{ReasonOf(box), "Then save the plan anew."}));
 }

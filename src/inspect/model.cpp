@@ -9,40 +9,41 @@ namespace merivane::inspect {
 
 using namespace program;
 
-bool OffersPaths(const Junction& junction) {
+bool OffersPaths(const JunctionEntry& junction) {
   return junction.cardinality == kFanOut && Holds(junction.type, "OR");
 }
 
-const char* KindName(Element kind) {
+const char* KindName(ElementKind kind) {
   switch (kind) {
-    case Element::kProcess:
+    case ElementKind::kProcess:
       return "process";
-    case Element::kObject:
+    case ElementKind::kObject:
       return "object";
-    case Element::kFact:
-    case Element::kJunctionFact:
+    case ElementKind::kFact:
+    case ElementKind::kJunctionFact:
       return "fact";
-    case Element::kScenario:
+    case ElementKind::kScenario:
       return "scenario";
-    case Element::kUnit:
+    case ElementKind::kUnit:
       return "unit";
-    case Element::kObjectUse:
+    case ElementKind::kObjectUse:
       return "object of a unit";
-    case Element::kJunction:
+    case ElementKind::kJunction:
       return "junction";
-    case Element::kLink:
+    case ElementKind::kLink:
       break;
   }
   return "link";
 }
 
-ElementName NameOf(const Place& place) {
+ElementName NameOf(const ElementEntry& place) {
   ElementName name{KindName(place.kind), std::nullopt, place.name};
   if (place.isNumberKnown) name.number = place.number;
   return name;
 }
 
-Finding FindingAt(Severity severity, const Place& place, std::string sentence, std::string advice) {
+Finding FindingAt(Severity severity, const ElementEntry& place, std::string sentence,
+                  std::string advice) {
   return {severity, place.line, NameOf(place), std::move(sentence), std::move(advice)};
 }
 
@@ -53,7 +54,7 @@ std::string Described(const ElementName& element) {
   return text;
 }
 
-std::string WithLine(const Place& place) {
+std::string WithLine(const ElementEntry& place) {
   return Described(NameOf(place)) + " (line " + std::to_string(place.line) + ")";
 }
 

@@ -16,8 +16,8 @@ namespace merivane::inspect {
 
 using namespace neutraltext;
 
-struct Place {
-  Element kind = Element::kProcess;
+struct ElementEntry {
+  ElementKind kind = ElementKind::kProcess;
   std::int32_t number = 0;
   std::string name;
   std::size_t line = 0;
@@ -28,7 +28,7 @@ struct Place {
 // A value that an element has not itself but took over from an earlier one.
 struct CarriedValue {
   std::string label;  // "glossary"
-  std::size_t from;   // index into Model::places
+  std::size_t from;   // index into Model::elements
 };
 
 struct ProcessEntry {
@@ -48,7 +48,7 @@ struct ScenarioEntry {
   bool isParentKnown = true;
 };
 
-struct Unit {
+struct UnitEntry {
   std::size_t place = 0;
   std::int32_t scenario = 0;
   std::string duration;
@@ -67,7 +67,7 @@ struct ObjectUse {
   bool isKnown = true;  // false: the text holds no number
 };
 
-struct Junction {
+struct JunctionEntry {
   std::size_t place;
   std::int32_t scenario;
   std::string cardinality;
@@ -86,7 +86,7 @@ struct LinkEnd {
   bool isKnown = true;  // false: the text holds no number
 };
 
-struct Link {
+struct LinkEntry {
   std::size_t place;
   std::int32_t scenario;
   std::string id;
@@ -95,30 +95,31 @@ struct Link {
 };
 
 struct Model {
-  std::vector<Place> places;  // of all elements with a number, in the order of the text
+  std::vector<ElementEntry> elements;  // of all elements with a number, in the order of the text
   std::vector<ProcessEntry> processes;
   std::vector<ObjectEntry> objects;
   std::vector<std::size_t> facts;
   std::vector<ScenarioEntry> scenarios;
-  std::vector<Unit> units;
+  std::vector<UnitEntry> units;
   std::vector<ObjectUse> objectUses;
-  std::vector<Junction> junctions;
+  std::vector<JunctionEntry> junctions;
   std::vector<JunctionFact> junctionFacts;
-  std::vector<Link> links;
+  std::vector<LinkEntry> links;
 
-  const Place& At(std::size_t place) const { return places[place]; }
+  const ElementEntry& At(std::size_t place) const { return elements[place]; }
 };
 
 // A fan-out that a path fact can prune.
-bool OffersPaths(const Junction& junction);
+bool OffersPaths(const JunctionEntry& junction);
 
-const char* KindName(Element kind);
-ElementName NameOf(const Place& place);
+const char* KindName(ElementKind kind);
+ElementName NameOf(const ElementEntry& place);
 
 // A finding at an element.
-Finding FindingAt(Severity severity, const Place& place, std::string sentence, std::string advice);
+Finding FindingAt(Severity severity, const ElementEntry& place, std::string sentence,
+                  std::string advice);
 
 // "unit 3 'Sand the hull' (line 12)".
-std::string WithLine(const Place& place);
+std::string WithLine(const ElementEntry& place);
 
 }  // namespace merivane::inspect

@@ -60,7 +60,7 @@ constexpr auto kOfJunction =
                            kProperties});
 
 struct Table {
-  Element kind;
+  ElementKind kind;
   const char* name;
   const char* number;
   const char* label;  // the column of its name
@@ -69,12 +69,12 @@ struct Table {
 };
 
 constexpr auto kTables = std::to_array<Table>(
-    {{Element::kProcess, "Activity_Pool", "Num", "Name", nullptr, kOfProcess},
-     {Element::kObject, "Object_Pool", "Num", "Name", nullptr, kOfObject},
-     {Element::kFact, "Fact_Pool", "Num", "Name", nullptr, kOfFact},
-     {Element::kScenario, "Scenario", "Num", "Name", "Parent_Num", kOfScenario},
-     {Element::kUnit, "Activity_in_Scenario", "Use_Num", "Name", "Scenario_Num", kOfUnit},
-     {Element::kJunction, "Junctions_in_Scenario", "Num", "ID", "Scenario_Num", kOfJunction}});
+    {{ElementKind::kProcess, "Activity_Pool", "Num", "Name", nullptr, kOfProcess},
+     {ElementKind::kObject, "Object_Pool", "Num", "Name", nullptr, kOfObject},
+     {ElementKind::kFact, "Fact_Pool", "Num", "Name", nullptr, kOfFact},
+     {ElementKind::kScenario, "Scenario", "Num", "Name", "Parent_Num", kOfScenario},
+     {ElementKind::kUnit, "Activity_in_Scenario", "Use_Num", "Name", "Scenario_Num", kOfUnit},
+     {ElementKind::kJunction, "Junctions_in_Scenario", "Num", "ID", "Scenario_Num", kOfJunction}});
 
 class Reader {
  public:

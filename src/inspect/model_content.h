@@ -45,7 +45,7 @@ struct ModelContent {
     std::string laborRule;
   };
 
-  std::map<Element, std::vector<Entry>> entries;
+  std::map<ElementKind, std::vector<Entry>> entries;
   std::multiset<Link> links;
   std::map<std::pair<std::int32_t, std::int32_t>, Use> uses;  // unit, object
 };

@@ -18,7 +18,7 @@ namespace {
 
 using Entry = ModelContent::Entry;
 
-const std::vector<Entry>& EntriesOf(const ModelContent& model, Element kind) {
+const std::vector<Entry>& EntriesOf(const ModelContent& model, ElementKind kind) {
   static const std::vector<Entry> kNone;
   const auto entries = model.entries.find(kind);
   return entries == model.entries.end() ? kNone : entries->second;
@@ -60,18 +60,19 @@ class Names {
       for (const Entry& entry : entries) names_.try_emplace({kind, entry.number}, &entry.name);
     }
   }
-  bool Has(Element kind, std::int32_t number) const { return names_.contains({kind, number}); }
-  ElementName Of(Element kind, std::int32_t number) const {
+  bool Has(ElementKind kind, std::int32_t number) const { return names_.contains({kind, number}); }
+  ElementName Of(ElementKind kind, std::int32_t number) const {
     const auto name = names_.find({kind, number});
     return {KindName(kind), number, name == names_.end() ? "" : *name->second};
   }
   // Units and junctions share their numbers.
   ElementName OfEnd(std::int32_t number) const {
-    return Of(Has(Element::kJunction, number) ? Element::kJunction : Element::kUnit, number);
+    return Of(Has(ElementKind::kJunction, number) ? ElementKind::kJunction : ElementKind::kUnit,
+              number);
   }
 
  private:
-  std::map<std::pair<Element, std::int32_t>, const std::string*> names_;
+  std::map<std::pair<ElementKind, std::int32_t>, const std::string*> names_;
 };
 
 class Comparison {
@@ -80,12 +81,12 @@ class Comparison {
       : before_(before), after_(after), namesBefore_(before), namesAfter_(after) {}
 
   std::vector<MergeChange> Run() {
-    for (const Element kind :
-         {Element::kScenario, Element::kProcess, Element::kObject, Element::kFact}) {
-      CompareEntries(kind, false);
+    for (const ElementKind kind : {ElementKind::kScenario, ElementKind::kProcess,
+                                   ElementKind::kObject, ElementKind::kFact}) {
+      CompareEntries(kind, Within::kModel);
     }
-    CompareEntries(Element::kUnit, true);
-    CompareEntries(Element::kJunction, true);
+    CompareEntries(ElementKind::kUnit, Within::kScenario);
+    CompareEntries(ElementKind::kJunction, Within::kScenario);
     CompareParents();
     CompareUses();
     CompareLinks();
@@ -93,28 +94,29 @@ class Comparison {
   }
 
  private:
+  enum class Within { kModel, kScenario };               // where a name is looked for
   using Numbers = std::map<std::int32_t, std::int32_t>;  // of the second file to the first
 
   void Add(ChangeKind kind, ElementName element, std::string sentence) {
     changes_.push_back({kind, std::move(element), std::move(sentence), {}, {}});
   }
-  static ElementName NameOf(Element kind, const Entry& entry) {
+  static ElementName NameOf(ElementKind kind, const Entry& entry) {
     return {KindName(kind), entry.number, entry.name};
   }
 
-  std::vector<MatchItem> ItemsOf(const ModelContent& model, Element kind, bool inScenario) {
+  std::vector<MatchItem> ItemsOf(const ModelContent& model, ElementKind kind, Within within) {
     std::vector<MatchItem> items;
     for (const Entry& entry : EntriesOf(model, kind)) {
-      items.push_back({entry.number, entry.name, inScenario ? entry.owner : 0});
+      items.push_back({entry.number, entry.name, within == Within::kScenario ? entry.owner : 0});
     }
     return items;
   }
 
-  void CompareEntries(Element kind, bool inScenario) {
-    const auto items = ItemsOf(before_, kind, inScenario);
-    const auto others = ItemsOf(after_, kind, inScenario);
-    const Matching matching(items, others,
-                            [&](std::int32_t owner) { return Before(Element::kScenario, owner); });
+  void CompareEntries(ElementKind kind, Within within) {
+    const auto items = ItemsOf(before_, kind, within);
+    const auto others = ItemsOf(after_, kind, within);
+    const Matching matching(
+        items, others, [&](std::int32_t owner) { return Before(ElementKind::kScenario, owner); });
     const std::vector<Entry>& old = EntriesOf(before_, kind);
     const std::vector<Entry>& now = EntriesOf(after_, kind);
     for (std::size_t index = 0; index < now.size(); ++index) {
@@ -125,14 +127,14 @@ class Comparison {
       }
       numbers_[kind].emplace(now[index].number, old[*match].number);
       CompareEntry(kind, old[*match], now[index]);
-      if (inScenario) CompareScenario(kind, old[*match], now[index]);
+      if (within == Within::kScenario) CompareScenario(kind, old[*match], now[index]);
     }
     for (const std::size_t index : matching.Gone()) {
       Add(ChangeKind::kRemoved, NameOf(kind, old[index]), kIsGone);
     }
   }
 
-  void CompareEntry(Element kind, const Entry& old, const Entry& now) {
+  void CompareEntry(ElementKind kind, const Entry& old, const Entry& now) {
     const ElementName name = NameOf(kind, now);
     if (old.name != now.name) Add(ChangeKind::kChanged, name, NameSentence(old.name));
     for (std::size_t field = 0; field < now.fields.size(); ++field) {
@@ -141,43 +143,44 @@ class Comparison {
     }
   }
 
-  void CompareScenario(Element kind, const Entry& old, const Entry& now) {
-    if (Before(Element::kScenario, now.owner) == old.owner) return;
+  void CompareScenario(ElementKind kind, const Entry& old, const Entry& now) {
+    if (Before(ElementKind::kScenario, now.owner) == old.owner) return;
     Add(ChangeKind::kChanged, NameOf(kind, now),
-        "It stands in " + Described(namesAfter_.Of(Element::kScenario, now.owner)) +
-            " instead of " + Described(namesBefore_.Of(Element::kScenario, old.owner)) + ".");
+        "It stands in " + Described(namesAfter_.Of(ElementKind::kScenario, now.owner)) +
+            " instead of " + Described(namesBefore_.Of(ElementKind::kScenario, old.owner)) + ".");
   }
 
   // The units that scenarios decompose.
   void CompareParents() {
     std::map<std::int32_t, const Entry*> old;
-    for (const Entry& entry : EntriesOf(before_, Element::kScenario)) {
+    for (const Entry& entry : EntriesOf(before_, ElementKind::kScenario)) {
       old.emplace(entry.number, &entry);
     }
     const auto described = [](const Names& names, std::int32_t unit) {
-      return unit == 0 ? std::string("nothing") : Described(names.Of(Element::kUnit, unit));
+      return unit == 0 ? std::string("nothing") : Described(names.Of(ElementKind::kUnit, unit));
     };
-    for (const Entry& entry : EntriesOf(after_, Element::kScenario)) {
-      const auto number = Before(Element::kScenario, entry.number);
+    for (const Entry& entry : EntriesOf(after_, ElementKind::kScenario)) {
+      const auto number = Before(ElementKind::kScenario, entry.number);
       if (!number) continue;
       const std::int32_t parent = old.at(*number)->owner;
-      const auto now = entry.owner == 0 ? std::optional(0) : Before(Element::kUnit, entry.owner);
+      const auto now =
+          entry.owner == 0 ? std::optional(0) : Before(ElementKind::kUnit, entry.owner);
       if (now == parent) continue;
-      Add(ChangeKind::kChanged, NameOf(Element::kScenario, entry),
+      Add(ChangeKind::kChanged, NameOf(ElementKind::kScenario, entry),
           "It decomposes " + described(namesAfter_, entry.owner) + " instead of " +
               described(namesBefore_, parent) + ".");
     }
   }
 
-  std::optional<std::int32_t> Before(Element kind, std::int32_t after) const {
+  std::optional<std::int32_t> Before(ElementKind kind, std::int32_t after) const {
     const auto numbers = numbers_.find(kind);
     if (numbers == numbers_.end()) return std::nullopt;
     const auto number = numbers->second.find(after);
     return number == numbers->second.end() ? std::nullopt : std::optional(number->second);
   }
 
-  Key KeyOf(std::initializer_list<Element> kinds, std::int32_t after) const {
-    for (const Element kind : kinds) {
+  Key KeyOf(std::initializer_list<ElementKind> kinds, std::int32_t after) const {
+    for (const ElementKind kind : kinds) {
       if (const auto number = Before(kind, after)) return {false, *number};
     }
     return {true, after};
@@ -185,10 +188,11 @@ class Comparison {
 
   void CompareUses() {
     const auto named = [](const Names& names, const auto& use) {
-      return "Of " + Described({KindName(Element::kObject), use.first.second, use.second.object}) +
-             " for " + Described(names.Of(Element::kUnit, use.first.first));
+      return "Of " +
+             Described({KindName(ElementKind::kObject), use.first.second, use.second.object}) +
+             " for " + Described(names.Of(ElementKind::kUnit, use.first.first));
     };
-    const ElementName element{KindName(Element::kObjectUse), std::nullopt, ""};
+    const ElementName element{KindName(ElementKind::kObjectUse), std::nullopt, ""};
     std::map<std::pair<Key, Key>,
              const std::pair<const std::pair<std::int32_t, std::int32_t>, ModelContent::Use>*>
         rest;
@@ -196,8 +200,8 @@ class Comparison {
       rest[{{false, use.first.first}, {false, use.first.second}}] = &use;
     }
     for (const auto& use : after_.uses) {
-      const auto old = rest.find(
-          {KeyOf({Element::kUnit}, use.first.first), KeyOf({Element::kObject}, use.first.second)});
+      const auto old = rest.find({KeyOf({ElementKind::kUnit}, use.first.first),
+                                  KeyOf({ElementKind::kObject}, use.first.second)});
       if (old == rest.end()) {
         Add(ChangeKind::kAdded, element, named(namesAfter_, use) + ".");
         continue;
@@ -227,14 +231,14 @@ class Comparison {
       rest.emplace(LinkKey{Key{false, scenario}, Key{false, from}, Key{false, to}}, link);
     }
     const auto add = [this](ChangeKind kind, const Names& names, const auto& link) {
-      Add(kind, {KindName(Element::kLink), std::nullopt, ""},
+      Add(kind, {KindName(ElementKind::kLink), std::nullopt, ""},
           LinkSentence(names.OfEnd(std::get<1>(link)), names.OfEnd(std::get<2>(link))));
     };
     for (const auto& link : after_.links) {
       const auto& [scenario, from, to] = link;
-      const auto old = rest.find({KeyOf({Element::kScenario}, scenario),
-                                  KeyOf({Element::kUnit, Element::kJunction}, from),
-                                  KeyOf({Element::kUnit, Element::kJunction}, to)});
+      const auto old = rest.find({KeyOf({ElementKind::kScenario}, scenario),
+                                  KeyOf({ElementKind::kUnit, ElementKind::kJunction}, from),
+                                  KeyOf({ElementKind::kUnit, ElementKind::kJunction}, to)});
       if (old != rest.end()) {
         rest.erase(old);
       } else {
@@ -248,7 +252,7 @@ class Comparison {
   const ModelContent& after_;
   Names namesBefore_;
   Names namesAfter_;
-  std::map<Element, Numbers> numbers_;
+  std::map<ElementKind, Numbers> numbers_;
   std::vector<MergeChange> changes_;
 };
 

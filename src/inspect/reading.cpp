@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "machine_fault.h"
 #include "near_words.h"
 #include "runtime/conversions.h"
 #include "runtime/file_names.h"
@@ -71,18 +70,18 @@ void Reading::Add(Severity severity, std::string sentence, std::string advice) {
 // What is known of an element whose row isn't written yet.
 ElementName Reading::CurrentElement() const {
   if (elementLine_ == 0) return {};
-  if (!model_.places.empty() && model_.places.back().line == elementLine_) {
-    return NameOf(model_.places.back());
+  if (!model_.elements.empty() && model_.elements.back().line == elementLine_) {
+    return NameOf(model_.elements.back());
   }
   ElementName name{KindName(element_), std::nullopt, ""};
   const std::string_view head = Line(elementLine_);
   const std::string text = Trim(head.substr(head.find_last_of(" #") + 1));
   if (IsNumericText(text) && text.size() < 10) name.number = ToInt32(text);
-  const bool named = element_ == Element::kProcess || element_ == Element::kObject ||
-                     element_ == Element::kFact || element_ == Element::kScenario ||
-                     element_ == Element::kUnit;
+  const bool named = element_ == ElementKind::kProcess || element_ == ElementKind::kObject ||
+                     element_ == ElementKind::kFact || element_ == ElementKind::kScenario ||
+                     element_ == ElementKind::kUnit;
   if (named && elementLine_ < ends_.size()) {
-    name.name = std::string(Behind(Line(elementLine_ + 1), element_ == Element::kUnit ? 7 : 3));
+    name.name = std::string(Behind(Line(elementLine_ + 1), element_ == ElementKind::kUnit ? 7 : 3));
   }
   return name;
 }
@@ -100,7 +99,7 @@ std::size_t Reading::FileLine(std::size_t number) const {
 
 // From here on: lines as the user counts them.
 void Reading::CountByFileLines() {
-  for (Place& place : model_.places) place.line = FileLine(place.line);
+  for (ElementEntry& place : model_.elements) place.line = FileLine(place.line);
   for (ObjectUse& use : model_.objectUses) use.line = FileLine(use.line);
   for (Finding& finding : findings_) finding.line = FileLine(finding.line);
   if (untranslatable_) untranslatable_->line = FileLine(untranslatable_->line);
@@ -132,10 +131,10 @@ void Reading::EndSearch() {
   cut_ = false;
 }
 
-void Reading::OnRecord(Element element, std::string_view listEnd) {
-  if (element == Element::kJunctionFact) return;  // a line of the junction's list
+void Reading::OnRecord(ElementKind element, std::string_view listEnd) {
+  if (element == ElementKind::kJunctionFact) return;  // a line of the junction's list
   searched_ = nullptr;
-  if (element == Element::kObjectUse) {  // tells of its unit
+  if (element == ElementKind::kObjectUse) {  // tells of its unit
     useLine_ = ends_.size();
     return;
   }
@@ -182,20 +181,20 @@ void Reading::OnCut(std::size_t length) {
 
 // The paths through the model hang on numbers of these.
 void Reading::MarkUntranslatable() {
-  const bool bearsPaths = element_ == Element::kScenario || element_ == Element::kUnit ||
-                          element_ == Element::kJunction || element_ == Element::kLink;
+  const bool bearsPaths = element_ == ElementKind::kScenario || element_ == ElementKind::kUnit ||
+                          element_ == ElementKind::kJunction || element_ == ElementKind::kLink;
   if (bearsPaths && !untranslatable_) untranslatable_ = findings_.back();
 }
 
 // What the element in hand refers to by this line is not known.
 void Reading::MarkBadLine() {
   badLines_.insert(ends_.size());
-  if (element_ != Element::kUnit) MarkUntranslatable();  // it refers to pools
+  if (element_ != ElementKind::kUnit) MarkUntranslatable();  // it refers to pools
 }
 
 void Reading::OnNumber(NumberUse use, const std::string& text, double value) {
   if (use == NumberUse::kValue) {
-    if (element_ == Element::kObject) CheckQuantity(text, value);
+    if (element_ == ElementKind::kObject) CheckQuantity(text, value);
     return;
   }
   const std::string digits = Trim(text);
@@ -288,7 +287,7 @@ void Reading::Stop(std::string sentence, std::string advice) {
 
 // Each element begins with its word and its number.
 bool Reading::StartsWithItsWord() const {
-  std::string word = element_ == Element::kUnit ? "process" : KindName(element_);
+  std::string word = element_ == ElementKind::kUnit ? "process" : KindName(element_);
   word[0] = UpperCase(word.substr(0, 1))[0];
   return Label(Line(fieldLine_), FieldText()).starts_with(word);
 }
@@ -308,9 +307,9 @@ void Reading::StopAtNumber(const std::string& description) {
 const char* Reading::FormOfLine() const {
   if (useLine_ == ends_.size()) return "NUMBER  (NAME)";
   switch (element_) {
-    case Element::kLink:
+    case ElementKind::kLink:
       return "#NUMBER  (TYPE, NAME)";
-    case Element::kUnit:
+    case ElementKind::kUnit:
       return "PROCESS  #NUMBER";
     default:
       return "#NUMBER (NAME)";
@@ -387,7 +386,7 @@ void Reading::Finish() {
   ReportPassedKeywords();
   ReportCharacters();
   CountByFileLines();
-  for (const Unit& unit : model_.units) TakeNote(unit.carried, unit.place);
+  for (const UnitEntry& unit : model_.units) TakeNote(unit.carried, unit.place);
   ReportCarried();
 }
 
@@ -412,7 +411,7 @@ ReadModelText::ReadModelText(const std::string& path, const std::string& templat
   }
   state.readerListener = nullptr;
   desktop_.onMessage = nullptr;
-  ThrowMachineFault(desktop_);
+  desktop_.ThrowMachineFault();
   reading_.Finish();
 }
 

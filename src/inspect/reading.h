@@ -29,7 +29,7 @@ class Reading : public ReaderListener {
   void OnFileLine(std::size_t fileLine) override { fileLines_.push_back(fileLine); }
   void OnLine(const std::string& line) override;
   void OnSearch(std::string_view keyword) override;
-  void OnRecord(Element element, std::string_view listEnd) override;
+  void OnRecord(ElementKind element, std::string_view listEnd) override;
   void OnField(std::size_t start, std::size_t length) override;
   void OnNumber(NumberUse use, const std::string& text, double value) override;
   std::optional<std::int16_t> OnBadNumber(NumberUse use, const std::string& text,
@@ -100,7 +100,7 @@ class Reading : public ReaderListener {
   void CheckLinkId(Cells cells);
   LinkEnd EndOf(Cells cells, const EndColumns& columns);
   void ChangeUnit(Cells cells);
-  void TakeCycleTime(Unit& unit, const Cell& cell);
+  void TakeCycleTime(UnitEntry& unit, const Cell& cell);
   bool IsOfInterest(std::size_t place, std::size_t from) const;
   std::vector<CarriedValue> TakeCarried(Cells cells, std::size_t place);
   void TakeNote(const std::vector<CarriedValue>& carried, std::size_t place);
@@ -123,7 +123,7 @@ class Reading : public ReaderListener {
   std::vector<std::size_t> ends_;       // of each line in text_
   std::vector<std::size_t> fileLines_;  // of each line; empty where they are those of the file
 
-  Element element_ = Element::kProcess;
+  ElementKind element_ = ElementKind::kProcess;
   std::size_t elementLine_ = 0;  // 0: no element yet
   std::size_t useLine_ = 0;      // of the last object of a unit
   std::size_t unitPlace_ = 0;
@@ -145,7 +145,7 @@ class Reading : public ReaderListener {
     std::size_t first;  // place
     std::size_t more = 0;
   };
-  std::map<std::tuple<std::size_t, Element, std::string>, Carried> carried_;
+  std::map<std::tuple<std::size_t, ElementKind, std::string>, Carried> carried_;
 };
 
 // A program of its own that has read a model text, and can go on from there.

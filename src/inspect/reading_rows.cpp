@@ -100,17 +100,17 @@ bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
 
 std::size_t Reading::AddPlace(Cells cells, std::string_view numberColumn,
                               std::string_view nameColumn) {
-  const std::size_t place = model_.places.size();
-  model_.places.push_back({element_, standIn_ ? *standIn_ : ToInt32(Get(cells, numberColumn)),
-                           Joined(Get(cells, nameColumn)), elementLine_, !standIn_.has_value()});
+  const std::size_t place = model_.elements.size();
+  model_.elements.push_back({element_, standIn_ ? *standIn_ : ToInt32(Get(cells, numberColumn)),
+                             Joined(Get(cells, nameColumn)), elementLine_, !standIn_.has_value()});
   TakeNote(TakeCarried(cells, place), place);
   return place;
 }
 
 // A value of another kind of element is a matter of those alone that the plan takes it from.
 bool Reading::IsOfInterest(std::size_t place, std::size_t from) const {
-  const Element kind = model_.At(place).kind;
-  return kind == model_.At(from).kind || kind == Element::kUnit || kind == Element::kObject;
+  const ElementKind kind = model_.At(place).kind;
+  return kind == model_.At(from).kind || kind == ElementKind::kUnit || kind == ElementKind::kObject;
 }
 
 // What other elements left in the variables, and who; the place becomes the owner of the rest.
@@ -186,7 +186,7 @@ void Reading::AddScenario(Cells cells) {
 
 void Reading::AddUnit(Cells cells) {
   unitPlace_ = AddPlace(cells, "Use_Num", "Name");
-  Unit& unit = model_.units.emplace_back();
+  UnitEntry& unit = model_.units.emplace_back();
   unit.place = unitPlace_;
   unit.scenario = ToInt32(Get(cells, "Scenario_Num"));
   unit.process = ToInt32(Get(cells, "Process_Num"));
@@ -202,7 +202,7 @@ void Reading::AddObjectUse(Cells cells) {
 }
 
 void Reading::ChangeUnit(Cells cells) {
-  Unit& unit = model_.units.back();
+  UnitEntry& unit = model_.units.back();
   std::vector<CarriedValue> carried = TakeCarried(cells, unit.place);
   if (cells.begin()->column != "Duration") {
     TakeNote(carried, unit.place);
@@ -213,7 +213,7 @@ void Reading::ChangeUnit(Cells cells) {
   unit.carried = std::move(carried);
 }
 
-void Reading::TakeCycleTime(Unit& unit, const Cell& cell) {
+void Reading::TakeCycleTime(UnitEntry& unit, const Cell& cell) {
   const std::string duration = Joined(cell.value);
   if (cell.variable != nullptr && cell.variable->fresh) {
     if (unit.hasCycleTime && duration != unit.duration) {
@@ -242,7 +242,7 @@ LinkEnd Reading::EndOf(Cells cells, const EndColumns& columns) {
     end.number = ToInt32(Get(cells, columns.number));
   } catch (const RunTimeError&) {
     findings_.push_back({Severity::kError, elementLine_ + columns.linesBehind,
-                         NameOf(model_.places.back()),
+                         NameOf(model_.elements.back()),
                          "The number '" + Joined(Get(cells, columns.number)) + "' of the link's " +
                              columns.what + " is no whole number.",
                          "Write the number of a unit or a junction of the scenario."});
@@ -257,7 +257,7 @@ void Reading::CheckLinkId(Cells cells) {
   const Value& id = Get(cells, "ID");
   if (id.IsNull() || IsNumeric(id)) return;
   findings_.push_back(FindingAt(
-      Severity::kError, model_.places.back(),
+      Severity::kError, model_.elements.back(),
       "It gives no ID of its own, and the '" + Joined(id) + "' that it takes over is no number.",
       "Write down the ID of the link, a whole number."));
   MarkUntranslatable();
@@ -268,7 +268,7 @@ void Reading::AddLink(Cells cells) {
   constexpr EndColumns kDestination = {"destination", "Destination_Num", "Destination_Type",
                                        "Destination_Name", 2};
   const std::size_t place = AddPlace(cells, "Num", {});
-  model_.places.back().name =
+  model_.elements.back().name =
       Joined(Get(cells, kOrigin.name)) + " to " + Joined(Get(cells, kDestination.name));
   CheckLinkId(cells);
   model_.links.push_back({place, ToInt32(Get(cells, "Scenario_Num")), Joined(Get(cells, "ID")),

@@ -9,7 +9,6 @@
 #include <unordered_set>
 
 #include "inspect/box_text.h"
-#include "machine_fault.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "store/recordset.h"
@@ -35,14 +34,15 @@ bool MayHaveTooManyRows(const Model& model) {
          model.units.size() > kMostRows;
 }
 
-class Trial : public TranslationListener {
+class TrialTranslation : public TranslationListener {
  public:
-  explicit Trial(ReadModelText& text)
+  explicit TrialTranslation(ReadModelText& text)
       : text_(text), model_(text.Result().GetModel()), desktop_(text.Desktop()) {
-    for (const Junction& junction : model_.junctions) {
+    for (const JunctionEntry& junction : model_.junctions) {
       junctions_.try_emplace(model_.At(junction.place).number, &junction);
     }
-    for (const Unit& unit : model_.units) units_.try_emplace(model_.At(unit.place).number, &unit);
+    for (const UnitEntry& unit : model_.units)
+      units_.try_emplace(model_.At(unit.place).number, &unit);
   }
 
   std::vector<Finding> Run(bool isSound) {
@@ -54,11 +54,11 @@ class Trial : public TranslationListener {
     const std::size_t boxes = desktop_.boxes.size();
     try {
       TranslateToProject(state, "");
-      ThrowMachineFault(desktop_);
+      desktop_.ThrowMachineFault();
       ReportBoxes(boxes);
       ReportLeftOut(*state.gMspConn);
     } catch (const ProgramEnd&) {
-      ThrowMachineFault(desktop_);
+      desktop_.ThrowMachineFault();
       const Message* box = LastBox();
       if (box != nullptr) ReportFailure(*state.gMspConn, *box, isSound);
     }
@@ -100,19 +100,20 @@ class Trial : public TranslationListener {
   bool OnTasksWritten() override { return false; }
 
  private:
-  void Warn(const Junction& junction, std::string sentence) {
+  void Warn(const JunctionEntry& junction, std::string sentence) {
     findings_.push_back(FindingAt(Severity::kWarning, model_.At(junction.place),
                                   std::move(sentence),
                                   "Give it a 'PathAt' fact that names the link to keep."));
   }
 
-  void CheckPath(const Junction& junction, const std::string& linkId, const std::string& digits) {
+  void CheckPath(const JunctionEntry& junction, const std::string& linkId,
+                 const std::string& digits) {
     const std::int32_t number = model_.At(junction.place).number;
-    const auto leads = [&](const Link& link) {
+    const auto leads = [&](const LinkEntry& link) {
       return link.scenario == junction.scenario && link.origin.number == number &&
              link.id == linkId;
     };
-    const auto meets = [&](const Junction& other) {
+    const auto meets = [&](const JunctionEntry& other) {
       return other.scenario == junction.scenario && model_.At(other.place).name == "J" + digits;
     };
     if (std::none_of(model_.links.begin(), model_.links.end(), leads)) {
@@ -158,16 +159,16 @@ class Trial : public TranslationListener {
       scenarios.insert(ToInt32(rows.Field(1)));
     }
     std::unordered_set<std::int32_t> filled;
-    for (const Unit& unit : model_.units) filled.insert(unit.scenario);
+    for (const UnitEntry& unit : model_.units) filled.insert(unit.scenario);
     for (const ScenarioEntry& scenario : model_.scenarios) {
-      const Place& place = model_.At(scenario.place);
+      const ElementEntry& place = model_.At(scenario.place);
       if (scenarios.contains(place.number) || !filled.contains(place.number)) continue;
       if (scenario.parent != 0 && !units.contains(scenario.parent)) continue;
       if (!asked_.contains(place.name)) ReportLeftOut(scenario, place);
     }
   }
 
-  void ReportLeftOut(const ScenarioEntry& scenario, const Place& place) {
+  void ReportLeftOut(const ScenarioEntry& scenario, const ElementEntry& place) {
     const bool alone = std::count_if(model_.scenarios.begin(), model_.scenarios.end(),
                                      [&](const ScenarioEntry& other) {
                                        return other.parent == scenario.parent;
@@ -218,7 +219,7 @@ class Trial : public TranslationListener {
       return;
     }
     if (!isSound) return;
-    const Place* place = TaskInWork(connection);
+    const ElementEntry* place = TaskInWork(connection);
     const std::string sentence = "The translation ends with '" + OneLine(box.text) + "'.";
     const std::string advice = "Look at this element and what it refers to.";
     if (place) {
@@ -271,7 +272,7 @@ class Trial : public TranslationListener {
   }
 
   void ReportPartnersOf(std::int32_t holder, const std::unordered_set<std::int32_t>& sent) {
-    for (const Junction& junction : model_.junctions) {
+    for (const JunctionEntry& junction : model_.junctions) {
       if (junction.type != "Sync. AND") continue;
       const std::vector<std::int32_t> branches = BranchesOf(junction);
       if (std::find(branches.begin(), branches.end(), holder) == branches.end()) continue;
@@ -288,10 +289,10 @@ class Trial : public TranslationListener {
     }
   }
 
-  std::vector<std::int32_t> BranchesOf(const Junction& junction) const {
+  std::vector<std::int32_t> BranchesOf(const JunctionEntry& junction) const {
     const std::int32_t number = model_.At(junction.place).number;
     std::vector<std::int32_t> branches;
-    for (const Link& link : model_.links) {
+    for (const LinkEntry& link : model_.links) {
       if (junction.cardinality == "Fan Out" && link.origin.number == number) {
         branches.push_back(link.destination.number);
       }
@@ -322,7 +323,7 @@ class Trial : public TranslationListener {
 
   // A cycle time that the plan's unit of time can't count.
   bool ReportTooLong(Connection& connection) {
-    const Place* place = TaskInWork(connection);
+    const ElementEntry* place = TaskInWork(connection);
     if (place == nullptr) return false;
     const std::string& duration = units_.at(place->number)->duration;
     constexpr double kLongTime = 100000;  // days; beyond any calendar
@@ -335,7 +336,7 @@ class Trial : public TranslationListener {
   }
 
   // The first unit with a number in the plan that has no task yet.
-  const Place* TaskInWork(Connection& connection) {
+  const ElementEntry* TaskInWork(Connection& connection) {
     Recordset units;
     units.OpenStatic(
         "Select Use_Num from Activity_in_Scenario where Msp_ProjID = 1 and "
@@ -352,11 +353,11 @@ class Trial : public TranslationListener {
   QuietDesktop& desktop_;
   std::vector<Finding> findings_;
   std::map<PlanRow, long> rows_;  // of the plan so far
-  std::unordered_map<std::int32_t, const Junction*> junctions_;
-  std::unordered_map<std::int32_t, const Unit*> units_;
+  std::unordered_map<std::int32_t, const JunctionEntry*> junctions_;
+  std::unordered_map<std::int32_t, const UnitEntry*> units_;
   std::set<std::string> asked_;  // names of scenarios that were offered
-  const Junction* lastFanOut_ = nullptr;
-  const Junction* pathFrom_ = nullptr;  // the last that had a fact of its own
+  const JunctionEntry* lastFanOut_ = nullptr;
+  const JunctionEntry* pathFrom_ = nullptr;  // the last that had a fact of its own
 };
 
 }  // namespace
@@ -371,7 +372,7 @@ bool IsTrialNeeded(const Model& model) {
 }
 
 std::vector<Finding> TryTranslation(ReadModelText& text, bool isSound) {
-  return Trial(text).Run(isSound);
+  return TrialTranslation(text).Run(isSound);
 }
 
 }  // namespace merivane::inspect

@@ -1,4 +1,4 @@
-#include "junction_list.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

@@ -1,10 +1,9 @@
-#include "process_occurrences.h"
-
 #include <vector>
 
 #include "links_to_junctions.h"
 #include "object_occurrences.h"
 #include "runtime/conversions.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

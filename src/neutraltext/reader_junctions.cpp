@@ -49,7 +49,7 @@ constexpr Record kJunctionFact = {.table = "Facts_in_Junction",
                                   .inAnyProject = true};
 
 void ReadJunctionHead(ModelToProject& state, std::string_view listEnd) {
-  BeginRecord(state, Element::kJunction, listEnd);
+  BeginRecord(state, ElementKind::kJunction, listEnd);
   constexpr std::size_t kIndent = 5;
   FieldVariables& f = state.fields;
   state.gJunctionNum = Integer(state, NumberUse::kOwn, NumberField(state, 3));
@@ -90,7 +90,7 @@ void ReadJunctionFacts(ModelToProject& state) {
   Search(state, "      End  Fact List");
   while (state.gLine != "      End  Fact List") {
     facts.append(state.gLine).append(kCrLf);
-    BeginRecord(state, Element::kJunctionFact);
+    BeginRecord(state, ElementKind::kJunctionFact);
     ReadJunctionFact(state.fields, state.gLine);
     NextLine(state);
     AddRecord(state, kJunctionFact);

@@ -26,9 +26,9 @@ auto NumberFrom(const ModelToProject& state, NumberUse use, const std::string& t
 
 // The writers tell every field of a record, so that an empty one is meant. What an object tells of
 // its unit stays for the objects behind it.
-void Forget(FieldVariables& fields, Element element) {
-  if (element == Element::kJunctionFact) return;
-  if (element != Element::kObjectUse) {
+void Forget(FieldVariables& fields, ElementKind element) {
+  if (element == ElementKind::kJunctionFact) return;
+  if (element != ElementKind::kObjectUse) {
     fields = FieldVariables();
     return;
   }
@@ -59,7 +59,7 @@ void Search(ModelToProject& state, std::string_view keyword) {
   if (state.readerListener) state.readerListener->OnSearch(keyword);
 }
 
-void BeginRecord(ModelToProject& state, Element element, std::string_view listEnd) {
+void BeginRecord(ModelToProject& state, ElementKind element, std::string_view listEnd) {
   if (state.lineSource) Forget(state.fields, element);
   if (state.readerListener) state.readerListener->OnRecord(element, listEnd);
 }

@@ -17,7 +17,7 @@ void NextLines(ModelToProject& state, int count);
 // Tells a listener what is searched for from the current line on, or which element begins there;
 // `listEnd` is the line that ends the list of such elements.
 void Search(ModelToProject& state, std::string_view keyword);
-void BeginRecord(ModelToProject& state, Element element, std::string_view listEnd = {});
+void BeginRecord(ModelToProject& state, ElementKind element, std::string_view listEnd = {});
 
 // Stays where the current line already is the keyword. Keywords are whole lines.
 void SkipTo(ModelToProject& state, std::string_view keyword);

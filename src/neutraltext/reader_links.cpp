@@ -51,7 +51,7 @@ void ReadLinkEnd(const std::string& end, const LinkEnd& fields) {
 }
 
 void ReadLinkHead(ModelToProject& state, std::string_view listEnd) {
-  BeginRecord(state, Element::kLink, listEnd);
+  BeginRecord(state, ElementKind::kLink, listEnd);
   FieldVariables& f = state.fields;
   f.Num = Integer(state, NumberUse::kOwn, NumberField(state, 3));
   for (const LinkEnd& end : {LinkEnd{f.Origin_Num, f.Origin_Type, f.Origin_Name},

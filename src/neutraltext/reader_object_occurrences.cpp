@@ -55,7 +55,7 @@ std::string ReadSimulationProperties(ModelToProject& state) {
 }
 
 void ReadObjectOccurrence(ModelToProject& state, std::string_view listEnd) {
-  BeginRecord(state, Element::kObjectUse, listEnd);
+  BeginRecord(state, ElementKind::kObjectUse, listEnd);
   FieldVariables& f = state.fields;
   const std::string head = Field(state, 11, 250);
   TakeApart(state, [&] {

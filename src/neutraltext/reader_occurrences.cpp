@@ -31,7 +31,7 @@ void KeepNumeric(FieldVariable& variable, std::string text) {
 
 // The process number and "#" with the occurrence's own. False for a line without the second.
 bool ReadNumbers(ModelToProject& state, std::string_view listEnd) {
-  BeginRecord(state, Element::kUnit, listEnd);
+  BeginRecord(state, ElementKind::kUnit, listEnd);
   constexpr std::size_t kLength = 25;
   const std::string numbers = Field(state, 5, kLength);
   const auto blanks = static_cast<std::ptrdiff_t>(Find(numbers, "  "));

@@ -85,7 +85,7 @@ void ReadRestOfFact(ModelToProject& state) {
 // What sets the pools apart.
 struct Pool {
   std::string_view opening;
-  Element element;
+  ElementKind element;
   Record record;
   void (*validateName)(ModelToProject&, const std::string&) = nullptr;  // null: any name
   void (*readRest)(ModelToProject&);                                    // behind the source list
@@ -95,7 +95,7 @@ struct Pool {
 };
 
 constexpr Pool kProcessPool = {.opening = "Process Pool",
-                               .element = Element::kProcess,
+                               .element = ElementKind::kProcess,
                                .record = {.table = "Activity_Pool",
                                           .rows = &ModelToProject::rsActivityPool,
                                           .columns = kHeadColumns,
@@ -107,7 +107,7 @@ constexpr Pool kProcessPool = {.opening = "Process Pool",
                                .addedBeforeEnd = true};
 
 constexpr Pool kObjectPool = {.opening = "Object Pool",
-                              .element = Element::kObject,
+                              .element = ElementKind::kObject,
                               .record = {.table = "Object_Pool",
                                          .rows = &ModelToProject::rsObjectPool,
                                          .columns = kHeadColumns,
@@ -118,7 +118,7 @@ constexpr Pool kObjectPool = {.opening = "Object Pool",
                               .linesBehind = 3};
 
 constexpr Pool kFactPool = {.opening = "Fact Pool",
-                            .element = Element::kFact,
+                            .element = ElementKind::kFact,
                             .record = {.table = "Fact_Pool",
                                        .rows = &ModelToProject::rsFactPool,
                                        .columns = kHeadColumns,

@@ -85,7 +85,7 @@ void ReadScenarioBlocks(ModelToProject& state) {
 
 // Every variable takes what the scenario gives, empty text too.
 void ReadScenarioHead(ModelToProject& state, std::string_view listEnd) {
-  BeginRecord(state, Element::kScenario, listEnd);
+  BeginRecord(state, ElementKind::kScenario, listEnd);
   FieldVariables& f = state.fields;
   state.gScenarioNum = Integer(state, NumberUse::kOwn, NumberField(state, 1));
   f.Num = state.gScenarioNum;

@@ -1,9 +1,8 @@
-#include "junction_list.h"
 #include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "object_occurrences.h"
 #include "runtime/conversions.h"
-#include "scenario_header.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

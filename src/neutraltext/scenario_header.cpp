@@ -1,6 +1,5 @@
-#include "scenario_header.h"
-
 #include "runtime/conversions.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

@@ -4,13 +4,11 @@
 #include <utility>
 #include <vector>
 
-#include "junction_list.h"
 #include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
-#include "process_occurrences.h"
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
-#include "scenario_header.h"
+#include "scenario_parts.h"
 #include "store/interim_db.h"
 
 namespace merivane::neutraltext {
@@ -21,7 +19,7 @@ constexpr const char* kScenarioHex = "KV7_SCENARIO_HEX";
 constexpr const char* kTopOutline = "0";
 
 // Where a scenario hangs: the task that it decomposes and the outline level of its own tasks.
-struct Place {
+struct PlaceBelow {
   std::int16_t parentTaskUid = 0;
   std::string parentOutline;
   std::int16_t level = 0;
@@ -30,12 +28,12 @@ struct Place {
 // One scenario that is being written, and then the walk over its rows for the scenarios below.
 class ScenarioLevel {
  public:
-  ScenarioLevel(ScenarioTree& tree, Place place) : tree_(tree), place_(std::move(place)) {}
+  ScenarioLevel(ScenarioTree& tree, PlaceBelow place) : tree_(tree), place_(std::move(place)) {}
 
   // Writes the scenario. False when it has no tasks: nothing is written, and nothing is below.
   bool Write();
   // The next task of the level, as the place of its own scenario; nothing behind the last one.
-  std::optional<Place> NextBelow();
+  std::optional<PlaceBelow> NextBelow();
 
  private:
   void Open();
@@ -50,7 +48,7 @@ class ScenarioLevel {
   };
 
   ScenarioTree& tree_;
-  Place place_;
+  PlaceBelow place_;
   Recordset tasks_;
   std::vector<TaskRow> rows_;
   std::size_t next_ = 0;
@@ -116,10 +114,10 @@ void ScenarioLevel::KeepRows() {
   tasks_.Close();
 }
 
-std::optional<Place> ScenarioLevel::NextBelow() {
+std::optional<PlaceBelow> ScenarioLevel::NextBelow() {
   if (next_ == rows_.size()) return std::nullopt;
   const TaskRow& row = rows_[next_++];
-  Place place;
+  PlaceBelow place;
   place.parentTaskUid = ToInt16(row.uid);
   place.parentOutline = ToText(row.outline);
   place.level = AddInt16(place_.level, 1);
@@ -174,7 +172,7 @@ void WriteScenarioLevel(ProjectToModel& state, std::int16_t parentTaskUid,
   state.progress.Begin("Writing the scenarios", CountProjectTasks(state));
   ScenarioTree tree(state);
   std::vector<std::unique_ptr<ScenarioLevel>> open;
-  std::optional<Place> place = Place{parentTaskUid, parentOutline, level};
+  std::optional<PlaceBelow> place = PlaceBelow{parentTaskUid, parentOutline, level};
   while (place || !open.empty()) {
     if (place) {
       auto scenario = std::make_unique<ScenarioLevel>(tree, *place);

@@ -4,12 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "junction_list.h"
 #include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
-#include "scenario_header.h"
+#include "scenario_parts.h"
 #include "store/ask.h"
 #include "writer_lines.h"
 

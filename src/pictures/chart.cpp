@@ -145,8 +145,8 @@ class ChartDrawer {
     for (std::size_t task = 0; task < plan_.tasks.size(); ++task) {
       const schedule::TaskDates& dates = dates_.tasks[task];
       const std::string days = DaysText(dates.earlyFinish - dates.earlyStart);
-      cells.push_back({DateText(dates_.StartOf(task), false),
-                       DateText(dates_.FinishOf(task), false), days.substr(0, days.find(' ')),
+      cells.push_back({DateText(dates_.StartOf(task)), DateText(dates_.FinishOf(task)),
+                       days.substr(0, days.find(' ')),
                        Shortened(predecessors[task], kMostPredecessors, Ink::kListedNumber)});
     }
     return cells;
@@ -179,9 +179,9 @@ class ChartDrawer {
   void Describe() {
     const std::string tasks =
         std::to_string(plan_.tasks.size()) + (plan_.tasks.size() == 1 ? " task, " : " tasks, ");
-    picture_.description = DateText(dates_.Start(), false) + " to " +
-                           DateText(dates_.Finish(), false) + ", " + tasks +
-                           DaysText(dates_.finish) + " of work from start to finish" + whole_.dated;
+    picture_.description = DateText(dates_.Start()) + " to " + DateText(dates_.Finish()) + ", " +
+                           tasks + DaysText(dates_.finish) + " of work from start to finish" +
+                           whole_.dated;
   }
 
   void AddHeadline() {
@@ -212,7 +212,7 @@ class ChartDrawer {
   }
 
   static std::string SpanText(const schedule::Schedule& dates, std::size_t task) {
-    return DateText(dates.StartOf(task), true) + " to " + DateText(dates.FinishOf(task), true);
+    return DateAndTimeText(dates.StartOf(task)) + " to " + DateAndTimeText(dates.FinishOf(task));
   }
 
   std::string TitleOf(std::size_t task) const {
@@ -319,7 +319,7 @@ class ChartDrawer {
           Text{Ink::kTaskName, {left, y + 4}, Shortened(name, outline_ - 8, Ink::kTaskName)});
       for (; at < overloads_.size() && overloads_[at].resource == resource; ++at) {
         const DateTime from = MomentOf(overloads_[at].from), to = MomentOf(overloads_[at].to);
-        figure.title += "\n" + DateText(from, true) + " to " + DateText(to, true);
+        figure.title += "\n" + DateAndTimeText(from) + " to " + DateAndTimeText(to);
         AddBar({.kind = BarKind::kOverload, .start = axis_.X(from), .finish = axis_.X(to), .y = y},
                figure);
       }
@@ -456,7 +456,7 @@ DatedPlan DatedPlanOf(schedule::Plan plan, const std::vector<StoredDates>& store
   DatedPlan whole;
   whole.plan = std::move(plan);
   whole.dated = "; dates computed from durations and links";
-  if (whole.plan.start == today) whole.dated += ", from today, " + DateText(today, false) + ", on";
+  if (whole.plan.start == today) whole.dated += ", from today, " + DateText(today) + ", on";
   whole.dates = schedule::MakeSchedule(whole.plan);
   if (!stored.empty()) TakeStoredDates(stored, whole);
   return whole;

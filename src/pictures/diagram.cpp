@@ -10,7 +10,6 @@
 
 #include "diagram_figures.h"
 #include "layout.h"
-#include "placement.h"
 #include "text_lines.h"
 
 namespace merivane::pictures {
@@ -152,7 +151,7 @@ class DiagramDrawer {
     const auto isOf = [](JunctionKind kind) {
       return [kind](const Junction& junction) { return junction.kind == kind; };
     };
-    const auto drawnAs = [](LinkKind kind) {
+    const auto drawnAs = [](FlowKind kind) {
       return [kind](const Link& link) { return link.kind == kind; };
     };
     const std::pair<bool, const char*> signs[] = {
@@ -163,8 +162,8 @@ class DiagramDrawer {
          "one bar: each at its own time"},
         {any(junctions, [](const Junction& junction) { return junction.synchronous; }),
          "two bars: at the same time"},
-        {any(scenario_.links, drawnAs(LinkKind::kRelation)), "dashed: a relation"},
-        {any(scenario_.links, drawnAs(LinkKind::kObjectFlow)), "double head: an object flows"},
+        {any(scenario_.links, drawnAs(FlowKind::kRelation)), "dashed: a relation"},
+        {any(scenario_.links, drawnAs(FlowKind::kObjectFlow)), "double head: an object flows"},
         {any(scenario_.units, [](const Unit& unit) { return !unit.decompositions.empty(); }),
          "sheet behind: decomposed"},
         {any(scenario_.units, [](const Unit& unit) { return !unit.sent; }),

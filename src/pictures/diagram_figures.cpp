@@ -212,7 +212,7 @@ Figure DrawLink(const Link& link, const Route& route, bool sent) {
   Figure figure;
   figure.faint = !sent;
   if (route.curve.empty()) return figure;
-  const Ink ink = link.kind == LinkKind::kRelation ? Ink::kRelation : Ink::kLink;
+  const Ink ink = link.kind == FlowKind::kRelation ? Ink::kRelation : Ink::kLink;
   figure.shapes.push_back(Path{.ink = ink, .points = route.curve, .curved = true});
   if (route.continuation) {
     figure.shapes.push_back(
@@ -222,7 +222,7 @@ Figure DrawLink(const Link& link, const Route& route, bool sent) {
     figure.title = "Continued at " + std::to_string(route.continuation->number);
   }
   figure.shapes.push_back(ArrowHead(route.curve.back(), route.tip));
-  if (link.kind == LinkKind::kObjectFlow) {
+  if (link.kind == FlowKind::kObjectFlow) {
     const Point& end = route.curve.back();
     const Point second{2 * end.x - route.tip.x, 2 * end.y - route.tip.y};
     figure.shapes.push_back(ArrowHead(second, end));

@@ -1,9 +1,8 @@
-#include "layered.h"
-
 #include <algorithm>
 #include <numeric>
 
 #include "curves.h"
+#include "layout.h"
 
 namespace merivane::pictures {
 

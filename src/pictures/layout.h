@@ -66,4 +66,19 @@ std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
 // The order in which they are laid out.
 std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
 
+// Chains and branches are placed by their own structure, in time that grows with the elements; what
+// is tangled goes to the layout library, or into columns where it is too much for it. What is wide
+// stands in rows. None for a graph of which the library had not laid out a part within `limit`.
+// `work` is told meanwhile that it goes on.
+std::vector<std::optional<Layout>> PlaceGraphs(const std::vector<Graph>& graphs,
+                                               std::chrono::milliseconds limit, Work& work);
+
+// In columns by the longest way to each node, with few crossings, in about linear time; the layout
+// library draws a small graph better. REQUIRES: the graph has no circle.
+Layout LayOutInColumns(const Graph& graph);
+
+// Breaks a wide layout where few edges cross. An edge that is broken, and one without a curve, gets
+// a continuation, numbered onwards from `number`.
+void BreakIntoRows(const Graph& graph, Layout& layout, int& number);
+
 }  // namespace merivane::pictures

@@ -19,7 +19,7 @@ class PartlySent {
       if (unit.sent) sent_.insert(unit.number);
     }
     for (const Link& link : scenario.links) {
-      if (link.kind == LinkKind::kPrecedence) origins_[link.destination].push_back(link.origin);
+      if (link.kind == FlowKind::kPrecedence) origins_[link.destination].push_back(link.origin);
     }
   }
 

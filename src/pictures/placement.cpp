@@ -1,13 +1,10 @@
-#include "placement.h"
-
 #include <algorithm>
 #include <deque>
 #include <numeric>
 #include <utility>
 
 #include "curves.h"
-#include "layered.h"
-#include "rows.h"
+#include "layout.h"
 #include "series_parallel.h"
 
 namespace merivane::pictures {
@@ -160,7 +157,9 @@ class PartPlan {
   }
 
   // Takes an edge off an end of the series: that edge runs in the tangle.
-  std::size_t TakeOff(std::size_t series, bool front) {
+  enum class SeriesEnd { kFirst, kLast };
+  std::size_t TakeOff(std::size_t series, SeriesEnd end) {
+    const bool front = end == SeriesEnd::kFirst;
     std::deque<std::size_t>& parts = reduction_.blocks[series].parts;
     const Block& part = reduction_.blocks[front ? parts.front() : parts.back()];
     if (part.kind != BlockKind::kEdge || part.element == kNoElement) return kNoElement;
@@ -177,13 +176,13 @@ class PartPlan {
   void AddSpan(const Strand& strand) {
     Span span{.strand = strand};
     const bool inner = strand.from != kNoElement && strand.to != kNoElement;
-    if (strand.from != kNoElement) span.firstEdge = TakeOff(strand.block, true);
+    if (strand.from != kNoElement) span.firstEdge = TakeOff(strand.block, SeriesEnd::kFirst);
     if (reduction_.blocks[strand.block].parts.empty()) {
       if (inner) span.first = TangleEdge(inTangle_[strand.from], inTangle_[strand.to]);
       if (span.first != kNoElement) spans_.push_back(span);
       return;
     }
-    if (strand.to != kNoElement) span.lastEdge = TakeOff(strand.block, false);
+    if (strand.to != kNoElement) span.lastEdge = TakeOff(strand.block, SeriesEnd::kLast);
     if (IsOnlyOuterEdge(strand.block)) return;
     Measure(reduction_, strand.block, graph_);
     const Block& block = reduction_.blocks[strand.block];

@@ -183,9 +183,9 @@ class ModelReader {
       const auto place = places_.find(rows.Number("Scenario_Num"));
       if (place == places_.end()) return;
       const std::string type = rows.Text("Type");
-      const LinkKind kind = HoldsNoCase(type, "Relation") ? LinkKind::kRelation
-                            : HoldsNoCase(type, "Object") ? LinkKind::kObjectFlow
-                                                          : LinkKind::kPrecedence;
+      const FlowKind kind = HoldsNoCase(type, "Relation") ? FlowKind::kRelation
+                            : HoldsNoCase(type, "Object") ? FlowKind::kObjectFlow
+                                                          : FlowKind::kPrecedence;
       model_.scenarios[place->second].links.push_back(
           {.origin = rows.Number("Origin_Num"),
            .destination = rows.Number("Destination_Num"),

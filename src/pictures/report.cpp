@@ -7,8 +7,6 @@
 #include "markup.h"
 #include "page_text.h"
 #include "pictures/svg.h"
-#include "report_plan.h"
-#include "report_style.h"
 
 namespace merivane::pictures {
 

@@ -1,4 +1,3 @@
-#include "report_plan.h"
 
 #include <algorithm>
 #include <cmath>
@@ -134,8 +133,8 @@ std::string SummaryOf(const Report& report) {
     const DatedPlan& whole = *report.plan;
     AddEntry("Length", Escaped(DaysText(whole.dates.finish) + " of work"), list);
     AddEntry("Start and finish",
-             Escaped(DateText(whole.dates.Start(), true) + " to " +
-                     DateText(whole.dates.Finish(), true)),
+             Escaped(DateAndTimeText(whole.dates.Start()) + " to " +
+                     DateAndTimeText(whole.dates.Finish())),
              list);
     AddEntry("Critical path", Escaped(CriticalPath(whole)), list);
     AddEntry("Working time", Escaped(whole.plan.times.front().Text()), list);
@@ -166,9 +165,9 @@ std::string PlanInPictureAndWords(const DatedPlan& plan) {
     table.Row({std::to_string(plan.plan.tasks[task].id),
                Escaped(plan.plan.tasks[task].name) +
                    (dates.critical ? " <span class=\"quiet\">(critical)</span>" : ""),
-               DateText(plan.dates.StartOf(task), true), DateText(plan.dates.FinishOf(task), true),
-               days.substr(0, days.find(' ')), Escaped(predecessors[task]),
-               Escaped(resources[task])});
+               DateAndTimeText(plan.dates.StartOf(task)),
+               DateAndTimeText(plan.dates.FinishOf(task)), days.substr(0, days.find(' ')),
+               Escaped(predecessors[task]), Escaped(resources[task])});
   }
   return "<p class=\"quiet\">" + Escaped(chart.description) + "</p>\n<figure class=\"chart\">\n" +
          ToSvgElement(chart) + ToSvgSheets(chart, kSheetWidth, kSheetHeight) +
@@ -180,8 +179,8 @@ std::string ResourcesOf(const DatedPlan& plan) {
   std::map<std::size_t, std::string> over;
   for (const Overload& overload : OverloadsOf(plan.plan, plan.dates, plan.staffing)) {
     std::string& text = over[overload.resource];
-    text += (text.empty() ? "" : "<br>") + DateText(MomentOf(overload.from), true) + " to " +
-            DateText(MomentOf(overload.to), true) + ": " + Number(overload.units) + " at once";
+    text += (text.empty() ? "" : "<br>") + DateAndTimeText(MomentOf(overload.from)) + " to " +
+            DateAndTimeText(MomentOf(overload.to)) + ": " + Number(overload.units) + " at once";
   }
   Table table({{"Resource", "wide"},
                {"There are", "narrow"},

@@ -1,8 +1,7 @@
-#include "report_style.h"
-
 #include <string_view>
 #include <utility>
 
+#include "page_text.h"
 #include "pictures/style.h"
 
 namespace merivane::pictures {

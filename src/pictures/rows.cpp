@@ -1,11 +1,10 @@
-#include "rows.h"
-
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <map>
 
 #include "curves.h"
+#include "layout.h"
 
 namespace merivane::pictures {
 

@@ -18,7 +18,7 @@ using namespace translator;
 namespace {
 
 // Where in the text the reader is.
-class Place : public ReaderListener {
+class ReaderPosition : public ReaderListener {
  public:
   std::string Sentence() const {
     return "Read in part: the text breaks off in line " + std::to_string(line_) + ", in " +
@@ -32,8 +32,8 @@ class Place : public ReaderListener {
     line_ = fileLine_ > 0 ? fileLine_ : line_ + 1;
   }
   void OnSearch(std::string_view /*keyword*/) override {}
-  void OnRecord(Element element, std::string_view /*listEnd*/) override {
-    if (element == Element::kScenario) ++scenarios_;
+  void OnRecord(ElementKind element, std::string_view /*listEnd*/) override {
+    if (element == ElementKind::kScenario) ++scenarios_;
   }
   void OnField(std::size_t /*start*/, std::size_t /*length*/) override {}
   void OnNumber(NumberUse /*use*/, const std::string& /*text*/, double /*value*/) override {}
@@ -78,7 +78,7 @@ ScratchModel::~ScratchModel() {
 }
 
 void ScratchModel::Read(const std::string& textFile) {
-  Place place;
+  ReaderPosition place;
   state_.readerListener = &place;
   breaksOff_ = "The model was not read to its end.";
   try {

@@ -162,15 +162,16 @@ double TimeAxis::X(const DateTime& date) const { return At(MinutesOf(date)); }
 
 double TimeAxis::Height() { return 2 * kRow; }
 
-std::vector<TimeAxis::Tick> TimeAxis::Ticks(const Unit& unit, bool coarse) const {
+std::vector<TimeAxis::Tick> TimeAxis::Ticks(const Unit& unit, Labels labels) const {
   std::vector<Tick> ticks;
   for (double at = unit.Begin(from_); at < to_; at = unit.Next(at)) {
-    ticks.push_back({std::max(at, from_), coarse ? unit.CoarseLabel(at) : unit.Label(at)});
+    ticks.push_back(
+        {std::max(at, from_), labels == Labels::kCoarse ? unit.CoarseLabel(at) : unit.Label(at)});
   }
   return ticks;
 }
 
-void TimeAxis::AddRow(const std::vector<Tick>& ticks, double top, double bottom, bool centred,
+void TimeAxis::AddRow(const std::vector<Tick>& ticks, double top, double bottom, Anchor anchor,
                       Figure& figure) const {
   constexpr double kInset = 4;
   for (std::size_t at = 0; at < ticks.size(); ++at) {
@@ -180,8 +181,9 @@ void TimeAxis::AddRow(const std::vector<Tick>& ticks, double top, double bottom,
     if (WidthOf(ticks[at].label, Ink::kAxis) > right - left) continue;
     const double base = top + kRow - 5;
     figure.shapes.push_back(
-        centred ? Text{Ink::kAxis, {(left + right) / 2, base}, ticks[at].label, Anchor::kMiddle}
-                : Text{Ink::kAxis, {left + kInset, base}, ticks[at].label});
+        anchor == Anchor::kMiddle
+            ? Text{Ink::kAxis, {(left + right) / 2, base}, ticks[at].label, anchor}
+            : Text{Ink::kAxis, {left + kInset, base}, ticks[at].label});
   }
 }
 
@@ -205,8 +207,10 @@ void TimeAxis::AddWeekends(double top, double bottom, Figure& figure) const {
 Figure TimeAxis::Draw(double top, double bottom) const {
   Figure figure;
   AddWeekends(top + 2 * kRow, bottom, figure);
-  if (unit_->coarse > 0) AddRow(Ticks(unit_[unit_->coarse], true), top, bottom, false, figure);
-  AddRow(Ticks(*unit_, false), top + kRow, bottom, unit_->of != Unit::Of::kMinute, figure);
+  if (unit_->coarse > 0)
+    AddRow(Ticks(unit_[unit_->coarse], Labels::kCoarse), top, bottom, Anchor::kStart, figure);
+  AddRow(Ticks(*unit_, Labels::kFine), top + kRow, bottom,
+         unit_->of == Unit::Of::kMinute ? Anchor::kStart : Anchor::kMiddle, figure);
   if (unit_->coarse > 0) {
     figure.shapes.push_back(Path{.ink = Ink::kGrid, .points = {{left_, top}, {Right(), top}}});
   }
@@ -219,11 +223,13 @@ Figure TimeAxis::Draw(double top, double bottom) const {
   return figure;
 }
 
-std::string DateText(const DateTime& date, bool time) {
-  std::string text = std::string(kMonths[static_cast<std::size_t>(date.month - 1)]) + ' ' +
-                     std::to_string(date.day) + ", " + std::to_string(date.year);
-  if (!time) return text;
-  return text + ' ' + TimeText(date.seconds / 60.0);
+std::string DateText(const DateTime& date) {
+  return std::string(kMonths[static_cast<std::size_t>(date.month - 1)]) + ' ' +
+         std::to_string(date.day) + ", " + std::to_string(date.year);
+}
+
+std::string DateAndTimeText(const DateTime& date) {
+  return DateText(date) + ' ' + TimeText(date.seconds / 60.0);
 }
 
 }  // namespace merivane::pictures

@@ -28,13 +28,14 @@ class TimeAxis {
 
  private:
   struct Unit;
+  enum class Labels { kFine, kCoarse };
   struct Tick {
     double minutes;
     std::string label;
   };
   static const Unit kUnits[];
-  std::vector<Tick> Ticks(const Unit& unit, bool coarse) const;
-  void AddRow(const std::vector<Tick>& ticks, double top, double bottom, bool centred,
+  std::vector<Tick> Ticks(const Unit& unit, Labels labels) const;
+  void AddRow(const std::vector<Tick>& ticks, double top, double bottom, Anchor anchor,
               Figure& figure) const;
   void AddWeekends(double top, double bottom, Figure& figure) const;
   double At(double minutes) const;

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <filesystem>
 
 #include "platform/program_run.h"
@@ -16,5 +18,9 @@ std::string ProgramFolder(const std::string& name) {
 }
 
 void TakeLibrariesOfTheSystemAlone() {}
+
+bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
+
+int OnUtf8Terminal(const std::function<int()>& run) { return run(); }
 
 }  // namespace merivane::platform

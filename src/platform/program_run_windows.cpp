@@ -1,5 +1,6 @@
 #include <windows.h>
 // Needs the types of windows.h.
+#include <io.h>
 #include <shellapi.h>
 
 #include <filesystem>
@@ -36,6 +37,19 @@ std::string ProgramFolder(const std::string& /*name*/) {
     }
     name.resize(name.size() * 2);
   }
+}
+
+bool StandardErrorIsTerminal() {
+  constexpr int kStandardError = 2;
+  return _isatty(kStandardError) != 0;
+}
+
+int OnUtf8Terminal(const std::function<int()>& run) {
+  const UINT before = GetConsoleOutputCP();  // 0 without a terminal
+  SetConsoleOutputCP(CP_UTF8);
+  const int result = run();
+  if (before != 0) SetConsoleOutputCP(before);
+  return result;
 }
 
 }  // namespace merivane::platform

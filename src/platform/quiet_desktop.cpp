@@ -1,11 +1,23 @@
 #include "platform/quiet_desktop.h"
 
+#include "runtime/run_time_error.h"
+#include "runtime/text.h"
+
 namespace merivane::platform {
 
 std::vector<std::string> QuietDesktop::MessageTexts() const {
   std::vector<std::string> texts;
   for (const Message& box : boxes) texts.push_back(box.text);
   return texts;
+}
+
+void QuietDesktop::ThrowMachineFault() const {
+  for (const Message& box : boxes) {
+    const int number = box.error;
+    // The engine's other errors come from what a statement was made of.
+    if (number == kDatabaseError || !IsMachineFault(number)) continue;
+    throw RunTimeError(number, Trim(box.text));
+  }
 }
 
 MessageAnswer QuietDesktop::ShowMessage(const Message& message) {

@@ -43,7 +43,7 @@ std::optional<std::string> TextOfHex(std::string_view digits) {
     bytes += static_cast<char>(byte);
     digits.remove_prefix(std::min(end + 1, digits.size()));
   }
-  const std::string text = Utf8OfUtf16(bytes, true);
+  const std::string text = Utf8OfUtf16(bytes, ByteOrder::kLowFirst);
   return text.substr(0, text.find_last_not_of('\0') + 1);
 }
 

@@ -16,8 +16,10 @@ constexpr char32_t kReplacement = 0xFFFD;
 
 std::string DecodedText(const std::string& bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return bytes.substr(3);
-  if (bytes.starts_with("\xFF\xFE")) return Utf8OfUtf16(std::string_view(bytes).substr(2), true);
-  if (bytes.starts_with("\xFE\xFF")) return Utf8OfUtf16(std::string_view(bytes).substr(2), false);
+  if (bytes.starts_with("\xFF\xFE"))
+    return Utf8OfUtf16(std::string_view(bytes).substr(2), ByteOrder::kLowFirst);
+  if (bytes.starts_with("\xFE\xFF"))
+    return Utf8OfUtf16(std::string_view(bytes).substr(2), ByteOrder::kHighFirst);
   return bytes;
 }
 
@@ -53,11 +55,11 @@ std::string_view Stripped(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst) {
+std::string Utf8OfUtf16(std::string_view bytes, ByteOrder order) {
   const auto unit = [&](std::size_t at) -> char32_t {
     const char32_t first = static_cast<unsigned char>(bytes[at]);
     const char32_t second = static_cast<unsigned char>(bytes[at + 1]);
-    return lowFirst ? first | second << 8U : first << 8U | second;
+    return order == ByteOrder::kLowFirst ? first | second << 8U : first << 8U | second;
   };
   std::string text;
   for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {

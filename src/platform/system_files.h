@@ -20,7 +20,9 @@ std::filesystem::path UserFolder();
 
 std::string_view Stripped(std::string_view text);  // without blanks and tabs around
 
-// UTF-8 of UTF-16 in bytes, the lower or the higher one first. Half a character becomes U+FFFD.
-std::string Utf8OfUtf16(std::string_view bytes, bool lowFirst);
+enum class ByteOrder { kLowFirst, kHighFirst };
+
+// UTF-8 of UTF-16 in bytes. Half a character becomes U+FFFD.
+std::string Utf8OfUtf16(std::string_view bytes, ByteOrder order);
 
 }  // namespace merivane::platform

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/system_locale.h"
+#include "platform/system_settings.h"
 
 namespace merivane::platform {
 

@@ -1,4 +1,6 @@
-// The model as a complete merge sees it, and what is to become of its rows.
+// The model as a complete merge sees it, by the numbers that its changes name, and what is to
+// become of its rows. What is compared before and after is inspect::ModelSnapshot, what is drawn
+// pictures::ProcessModel.
 #pragma once
 
 #include <cstdint>

@@ -1,8 +1,7 @@
-#include "junction_cleanup.h"
-
 #include <string_view>
 
 #include "merge_statements.h"
+#include "merge_steps.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

@@ -1,8 +1,7 @@
-#include "merge_links.h"
-
 #include <vector>
 
 #include "merge_statements.h"
+#include "merge_steps.h"
 #include "plan_outline.h"
 #include "predecessors.h"
 #include "runtime/conversions.h"

@@ -1,5 +1,3 @@
-#include "merge_tasks.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -7,6 +5,7 @@
 
 #include "going_on.h"
 #include "merge_statements.h"
+#include "merge_steps.h"
 #include "plan_outline.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"

@@ -129,9 +129,9 @@ std::string FieldOf(const MpxLines& lines, int n) {
 }
 
 // What a column would refuse fails before the list of predecessors is looked at.
-PlanTask TaskOf(const ProjectToModel& state, const MpxLines& lines, const TaskFields& fields,
-                const std::string& name) {
-  PlanTask task;
+MergedTask TaskOf(const ProjectToModel& state, const MpxLines& lines, const TaskFields& fields,
+                  const std::string& name) {
+  MergedTask task;
   const std::string duration =
       ConvertDuration(FieldOf(lines, fields.duration), state.defaultDurationUnits);
   const std::string outline = FieldOf(lines, fields.outline);
@@ -158,7 +158,7 @@ void ReadTask(ProjectToModel& state, MpxLines& lines, WorkTables& tables, std::i
     RestoreMousePointer(state.desktop);
     EndOnRefusal(state.desktop, *refusal);
   }
-  PlanTask task = TaskOf(state, lines, fields, name);
+  MergedTask task = TaskOf(state, lines, fields, name);
   currentId = task.id;
   lines.Advance();
   const bool noted = !lines.AtEnd() && lines.Record() == 71;
@@ -205,7 +205,7 @@ bool BelongsToResource(std::int16_t record) {
 
 // Leaves the first line behind the resource's records in hand.
 void ReadResource(ProjectToModel& state, MpxLines& lines, WorkTables& tables) {
-  const PlanResource resource{lines.Field(2), ResourceName(state, lines), Quantity(state, lines)};
+  const MergedResource resource{lines.Field(2), ResourceName(state, lines), Quantity(state, lines)};
   if (const auto refusal = RefusalOfResourceName(resource.name)) {
     EndOnRefusal(state.desktop, *refusal);
   }

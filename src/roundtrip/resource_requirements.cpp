@@ -1,6 +1,5 @@
-#include "resource_requirements.h"
-
 #include "merge_statements.h"
+#include "merge_steps.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

@@ -1,14 +1,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "junction_cleanup.h"
-#include "merge_links.h"
 #include "merge_statements.h"
-#include "merge_tasks.h"
+#include "merge_steps.h"
 #include "mpx_source.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "program/error_boxes.h"
-#include "resource_requirements.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"

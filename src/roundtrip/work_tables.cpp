@@ -71,7 +71,7 @@ void WorkTables::EndResources() {
   for (; !resources.Eof(); resources.MoveNext()) resources.Delete();
 }
 
-void WorkTables::AddResource(const PlanResource& resource) {
+void WorkTables::AddResource(const MergedResource& resource) {
   resource_.AddNew();
   numbers_.object = AddInt16(numbers_.object, 1);
   numbers_.uid = AddInt16(numbers_.uid, 1);
@@ -86,7 +86,7 @@ void WorkTables::AddResource(const PlanResource& resource) {
   resource_.SetField("Proj_ID", state_.gInterimProjId);
 }
 
-void WorkTables::AddPlanResource(const PlanResource& resource) {
+void WorkTables::AddPlanResource(const MergedResource& resource) {
   Recordset rows = Ask(state_.gInterimConn.get(), "SELECT * FROM ProjectRes");
   rows.AddNew();
   rows.SetField("PID", resource.id);
@@ -96,7 +96,7 @@ void WorkTables::AddPlanResource(const PlanResource& resource) {
   rows.Update();
 }
 
-void WorkTables::BeginResource(const PlanResource& resource) {
+void WorkTables::BeginResource(const MergedResource& resource) {
   resource_ = Recordset();
   resource_.OpenDynamic("SELECT * FROM MSP_RESOURCES where RES_UID > 0 AND RES_Name = '" +
                             resource.name + "'" + AndProjId(state_),
@@ -115,7 +115,7 @@ void WorkTables::EndResource(const std::optional<std::string>& note) {
   resource_.Update();
 }
 
-void WorkTables::AddTask(const PlanTask& task) {
+void WorkTables::AddTask(const MergedTask& task) {
   Recordset row =
       Ask(state_.gInterimConn.get(), "SELECT * FROM ProjectAct", WhereMspProjId(state_));
   row.AddNew();
@@ -130,7 +130,7 @@ void WorkTables::AddTask(const PlanTask& task) {
   row.Update();
 }
 
-void WorkTables::AddAssignment(const PlanAssignment& assignment) {
+void WorkTables::AddAssignment(const MergedAssignment& assignment) {
   Recordset requirement = Ask(state_.gInterimConn.get(),
                               "SELECT * FROM ProjectResReqts where Activitypid = ", assignment.task,
                               " and ResourcePID = ", assignment.resource, AndMspProjId(state_));

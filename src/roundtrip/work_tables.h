@@ -17,13 +17,13 @@ struct PlanHead {
   std::string startDate;  // empty unless it is a date
 };
 
-struct PlanResource {
+struct MergedResource {
   Value id;  // a number, or the text of one
   std::string name;
   Value quantity;  // Null where the plan tells none
 };
 
-struct PlanTask {
+struct MergedTask {
   std::int32_t id = 0;
   std::string name;
   std::string duration;  // days
@@ -33,7 +33,7 @@ struct PlanTask {
   std::optional<std::string> notes;
 };
 
-struct PlanAssignment {
+struct MergedAssignment {
   std::int32_t task = 0;
   Value resource;
   Value units;
@@ -55,11 +55,12 @@ class WorkTables {
 
   // A resource goes to ProjectRes, and to MSP_RESOURCES once its note is known; a known one without
   // a note keeps the one that it has.
-  void BeginResource(const PlanResource& resource);
+  void BeginResource(const MergedResource& resource);
   void EndResource(const std::optional<std::string>& note);
 
-  void AddTask(const PlanTask& task);
-  void AddAssignment(const PlanAssignment& assignment);  // the first of a task and resource counts
+  void AddTask(const MergedTask& task);
+  void AddAssignment(
+      const MergedAssignment& assignment);  // the first of a task and resource counts
 
  private:
   // The numbers of the last resource that bears an object's number.
@@ -71,8 +72,8 @@ class WorkTables {
   void KeepHead(const std::string& text);
   ResourceNumbers LastResourceNumbers();
   void MarkSentResourcesUnseen();
-  void AddResource(const PlanResource& resource);
-  void AddPlanResource(const PlanResource& resource);
+  void AddResource(const MergedResource& resource);
+  void AddPlanResource(const MergedResource& resource);
 
   ProjectToModel& state_;
   ResourceNumbers numbers_;

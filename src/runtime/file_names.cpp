@@ -58,8 +58,8 @@ bool IsSameFile(const std::string& a, const std::string& b) {
   return fs::equivalent(PathOf(a), PathOf(b), error) && !error;
 }
 
-bool IsSamePlace(const std::string& a, const std::string& b) {
-  return IsSameFile(a, b) || IsSameName(Followed(a), Followed(b));
+bool WouldBeSameFile(const std::string& a, const std::string& b) {
+  return IsSameFile(a, b) || IsSameFileName(Followed(a), Followed(b));
 }
 
 void RefuseDevice(const std::string& path) {

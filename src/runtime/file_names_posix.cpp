@@ -47,7 +47,7 @@ std::string Followed(const std::string& path) {
   return Utf8Of(error ? name : place);
 }
 
-bool IsSameName(const std::string& a, const std::string& b) { return a == b; }
+bool IsSameFileName(const std::string& a, const std::string& b) { return a == b; }
 
 bool CanBeFileName(const std::string& path) { return path.find('\0') == std::string::npos; }
 

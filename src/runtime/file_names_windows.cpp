@@ -118,7 +118,7 @@ bool CanBeFileName(const std::string& path) {
   return !(numbered && name[3] >= L'0' && name[3] <= L'9');
 }
 
-bool IsSameName(const std::string& a, const std::string& b) {
+bool IsSameFileName(const std::string& a, const std::string& b) {
   const std::wstring left = PathOf(a).wstring();
   const std::wstring right = PathOf(b).wstring();
   return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),

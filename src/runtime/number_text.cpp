@@ -21,11 +21,11 @@ class NumberScanner {
   std::optional<std::string> Scan() {
     SkipBlanks();
     ScanSignAndCurrency();
-    const bool whole = ScanDigits(true);
+    const bool whole = ScanDigits(Commas::kPassedOver);
     bool fraction = false;
     if (Take('.')) {
       plain_ += '.';
-      fraction = ScanDigits(false);
+      fraction = ScanDigits(Commas::kRefused);
     }
     if (!whole && !fraction) return std::nullopt;
     if ((Take('E') || Take('e') || Take('D') || Take('d')) && !ScanExponent()) return std::nullopt;
@@ -35,6 +35,8 @@ class NumberScanner {
   }
 
  private:
+  enum class Commas { kRefused, kPassedOver };  // behind the first digit
+
   bool Take(char wanted) {
     if (position_ == text_.size() || text_[position_] != wanted) return false;
     ++position_;
@@ -62,13 +64,13 @@ class NumberScanner {
   }
 
   // Commas may stand anywhere behind the first digit of the whole part.
-  bool ScanDigits(bool grouped) {
+  bool ScanDigits(Commas commas) {
     bool any = false;
     while (position_ < text_.size()) {
       if (IsDigit(text_[position_])) {
         plain_ += text_[position_];
         any = true;
-      } else if (!grouped || !any || text_[position_] != ',') {
+      } else if (commas == Commas::kRefused || !any || text_[position_] != ',') {
         break;
       }
       ++position_;
@@ -79,7 +81,7 @@ class NumberScanner {
   bool ScanExponent() {
     plain_ += 'e';
     TakeSign();
-    return ScanDigits(false);
+    return ScanDigits(Commas::kRefused);
   }
 
   std::string_view text_;

@@ -25,7 +25,7 @@ std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files) {
     if (!CanBeFileName(one->path)) return one->role + " can't be a file's name: " + one->path;
     for (auto other = files.begin(); other != one; ++other) {
       if (other->path.empty() || !(one->written || other->written)) continue;
-      if (IsSamePlace(one->path, other->path)) {
+      if (WouldBeSameFile(one->path, other->path)) {
         return other->role + " and " + one->role + " are the same file: " + one->path;
       }
     }

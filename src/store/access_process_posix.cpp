@@ -16,10 +16,8 @@
 #include <string>
 #include <string_view>
 
+#include "access_copy.h"
 #include "access_limits.h"
-#include "access_process.h"
-#include "access_tables.h"
-#include "confine.h"
 #include "runtime/child_process.h"
 
 namespace merivane::store {

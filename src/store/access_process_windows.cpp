@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "access_copy.h"
 #include "access_limits.h"
-#include "access_process.h"
 #include "runtime/file_names.h"
 
 namespace merivane::store {

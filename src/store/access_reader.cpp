@@ -6,7 +6,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "access_process.h"
+#include "access_copy.h"
 #include "runtime/code_page.h"
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"

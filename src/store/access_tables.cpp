@@ -1,5 +1,3 @@
-#include "access_tables.h"
-
 #include <glib.h>
 #include <mdbtools.h>
 #include <sqlite3.h>
@@ -12,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "access_copy.h"
 #include "access_fields.h"
 #include "runtime/file_names.h"
 #include "sqlite_handle.h"

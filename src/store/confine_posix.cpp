@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "confine.h"
+#include "access_copy.h"
 
 namespace merivane::store {
 

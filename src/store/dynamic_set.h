@@ -14,6 +14,22 @@ namespace merivane::store {
 // row has a greater number than all before) only ends the reading statement, and the rest is read
 // when it is wanted. So opening, asking for a row and adding one cost the same whatever the table
 // holds. REQUIRES: a shape with keys.
+//
+// The list's states; a set never goes back to an earlier one:
+//
+//   fresh ---- Step ----> walking ---- the last row, or the tail ----------> complete
+//     |                   |     \                                               ^
+//     | Insert            |      a write that could change what is unread ------+
+//     v                   | any other write, LetGo                              |
+//   parted <--------------+                                                     |
+//     +----------- a place behind those read, or a write as above --------------+
+//
+//   fresh     nothing was asked; `walk_` is empty
+//   walking   `walk_` stands on the row that `keys_` ends with
+//   parted    `keys_` ends with `lastRead_`; the rest is read in one go, up to `limit_`
+//   complete  `keys_` holds all, and those added through this set behind them
+//
+// In any state `tail_` may be known already, where the last row was asked for first.
 class DynamicSet final : private RowWatcher {
  public:
   DynamicSet(Engine& engine, SelectShape& shape, std::vector<Literal> literals)

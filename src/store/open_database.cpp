@@ -26,10 +26,7 @@ constexpr const char* kProof = "select count(*) from sqlite_master";
 // Of the pages behind the head the engine proves each that it reads. All of them are looked through
 // where a file was made by another process or cut off by a crash, and otherwise not: a command
 // costs what its own project costs, whatever lies beside it.
-void Prove(sqlite3* database, const std::string& path, bool whole) {
-  Execute(database, kProof, path);
-  if (whole) RefuseSharedPages(database, path);
-}
+void Prove(sqlite3* database, const std::string& path) { Execute(database, kProof, path); }
 
 bool HasJournal(const std::string& name) {
   std::error_code error;
@@ -55,7 +52,8 @@ std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::strin
   SetUp(database.get(), path);
   const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
   auto engine = std::make_shared<Engine>(std::move(database), path, readOnly, patience);
-  Prove(engine->Database(), path, afterCrash);
+  Prove(engine->Database(), path);
+  if (afterCrash) RefuseSharedPages(engine->Database(), path);
   if (!readOnly) Execute(engine->Database(), "pragma journal_mode = delete", path);
   return engine;
 }
@@ -74,7 +72,8 @@ std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& cop
   auto engine = std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, true);
   engine->IsCopy(copy);
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path, true);
+  Prove(engine->Database(), path);
+  RefuseSharedPages(engine->Database(), path);
   Execute(engine->Database(), "pragma journal_mode = memory", path);
   AddMissingKeyIndexes(engine->Database(), path, work);
   return engine;
@@ -113,7 +112,7 @@ std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& na
   auto engine = std::make_shared<Engine>(OpenOverlay(name, path), path, false, patience);
   engine->IsCopy();
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path, false);
+  Prove(engine->Database(), path);
   Execute(engine->Database(), "pragma journal_mode = memory", path);
   return engine;
 }
@@ -124,7 +123,7 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
   auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true, patience);
   if (WasCutOff(engine->Database())) return OpenRecovered(path, name, work);
   SetUp(engine->Database(), path);
-  Prove(engine->Database(), path, false);
+  Prove(engine->Database(), path);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
   auto copy = CopyAside(*engine, true, work);
   AddMissingKeyIndexes(copy->Database(), path, work);

@@ -509,13 +509,13 @@ class Reader {
     if (message == "incomplete input") return at_;
     if (!message.ends_with("syntax error")) return std::nullopt;
     const auto offset = static_cast<std::size_t>(sqlite3_error_offset(database_));
-    for (const Place& place : places_) {
+    for (const TokenOffset& place : places_) {
       if (place.offset >= offset) return place.token;
     }
     return at_;
   }
 
-  struct Place {
+  struct TokenOffset {
     std::size_t offset;
     std::size_t token;
   };
@@ -526,8 +526,8 @@ class Reader {
   std::vector<Token> tokens_;
   std::size_t at_ = 0;
   StatementParts parts_;
-  std::string text_;           // the whole statement in SQLite's words
-  std::vector<Place> places_;  // where the tokens stand in it
+  std::string text_;                 // the whole statement in SQLite's words
+  std::vector<TokenOffset> places_;  // where the tokens stand in it
   std::optional<std::size_t> unknown_;
   bool hasAlternative_ = false;
   int depth_ = 0;

@@ -67,8 +67,8 @@ std::string TableData::UpdateSql(std::span<const FieldChange> changes) const {
   return sql + " where " + schema_.RowId() + " = ?";
 }
 
-sqlite3_stmt* TableData::Find(Statements& cache, std::span<const FieldChange> changes,
-                              bool insert) {
+sqlite3_stmt* TableData::Find(Write write, std::span<const FieldChange> changes) {
+  Statements& cache = write == Write::kInsert ? inserts_ : updates_;
   key_.clear();
   for (const FieldChange& change : changes) {
     key_ += static_cast<char>(change.column & 0xFF);
@@ -77,7 +77,7 @@ sqlite3_stmt* TableData::Find(Statements& cache, std::span<const FieldChange> ch
   const auto found = cache.find(key_);
   if (found != cache.end()) return found->second.get();
   if (cache.size() >= kMostStatements) cache.clear();
-  const std::string sql = insert ? InsertSql(changes) : UpdateSql(changes);
+  const std::string sql = write == Write::kInsert ? InsertSql(changes) : UpdateSql(changes);
   return cache.emplace(key_, PrepareStatement(database_, sql, path_)).first->second.get();
 }
 
@@ -94,7 +94,7 @@ void TableData::Run(sqlite3_stmt* statement) {
 }
 
 std::int64_t TableData::Insert(std::int64_t rowId, std::span<const FieldChange> changes) {
-  sqlite3_stmt* insert = Find(inserts_, changes, true);
+  sqlite3_stmt* insert = Find(Write::kInsert, changes);
   int parameter = 0;
   if (!schema_.RowIdIsColumn()) sqlite3_bind_int64(insert, ++parameter, rowId);
   for (const FieldChange& change : changes) Bind(insert, ++parameter, change.value);
@@ -103,7 +103,7 @@ std::int64_t TableData::Insert(std::int64_t rowId, std::span<const FieldChange> 
 }
 
 void TableData::Update(std::int64_t rowId, std::span<const FieldChange> changes) {
-  sqlite3_stmt* update = Find(updates_, changes, false);
+  sqlite3_stmt* update = Find(Write::kUpdate, changes);
   int parameter = 0;
   for (const FieldChange& change : changes) Bind(update, ++parameter, change.value);
   sqlite3_bind_int64(update, ++parameter, rowId);

@@ -44,9 +44,10 @@ class TableData {
   void Delete(std::int64_t rowId);                                        // likewise
 
  private:
+  enum class Write { kInsert, kUpdate };
   using Statements = std::unordered_map<std::string, StatementHandle>;
 
-  sqlite3_stmt* Find(Statements& cache, std::span<const FieldChange> changes, bool insert);
+  sqlite3_stmt* Find(Write write, std::span<const FieldChange> changes);
   std::string InsertSql(std::span<const FieldChange> changes) const;
   std::string UpdateSql(std::span<const FieldChange> changes) const;
   const std::string& NameOf(const FieldChange& change) const;

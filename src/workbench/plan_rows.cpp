@@ -89,7 +89,7 @@ class PlanRows {
                                        {"Early finish", moments.earlyFinish},
                                        {"Late start", moments.lateStart},
                                        {"Late finish", moments.lateFinish}}) {
-      AddProperty(element, name, DateText(MomentOf(moment), true));
+      AddProperty(element, name, DateAndTimeText(MomentOf(moment)));
     }
     const TaskDates& worked = dates.tasks[task];
     AddProperty(element, "Slack",

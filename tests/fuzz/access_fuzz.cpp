@@ -11,7 +11,7 @@
 #include <exception>
 #include <string>
 
-#include "access_tables.h"
+#include "access_copy.h"
 #include "memory_database.h"
 #include "memory_file.h"
 

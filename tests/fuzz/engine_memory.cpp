@@ -1,5 +1,3 @@
-#include "engine_memory.h"
-
 #include <sanitizer/asan_interface.h>
 #include <sqlite3.h>
 
@@ -7,6 +5,8 @@
 #include <bit>
 #include <cstddef>
 #include <cstdlib>
+
+#include "memory_file.h"
 
 namespace merivane::fuzz {
 

@@ -9,7 +9,7 @@
 #include <iterator>
 
 #include "engine.h"
-#include "engine_memory.h"
+#include "memory_file.h"
 #include "store/connection.h"
 
 namespace merivane::fuzz {

@@ -21,4 +21,9 @@ class MemoryFile {
   int file_;
 };
 
+// From now on SQLite's pieces come from lists of their sizes. What it has given back can't be read
+// by instrumented code until the piece is given out again, the longest free first. REQUIRES: SQLite
+// hasn't been used yet, and is used by one thread.
+void KeepEngineMemory();
+
 }  // namespace merivane::fuzz

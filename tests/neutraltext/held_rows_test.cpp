@@ -10,7 +10,7 @@ class Holder : public ReaderListener {
   HeldRows rows;
   void OnLine(const std::string&) override {}
   void OnSearch(std::string_view) override {}
-  void OnRecord(Element, std::string_view) override {}
+  void OnRecord(ElementKind, std::string_view) override {}
   void OnField(std::size_t, std::size_t) override {}
   void OnCut(std::size_t) override {}
   void OnNumber(NumberUse, const std::string&, double) override {}

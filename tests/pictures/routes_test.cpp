@@ -127,13 +127,13 @@ TEST(RoutesTest, WhatFlowsAndWhatOnlyRelatesLooksUnlikeAPrecedence) {
     scenario.units.back().number = number;
   }
   struct Row {
-    pictures::LinkKind kind;
+    FlowKind kind;
     Ink line;
     std::ptrdiff_t heads;
   };
-  for (const Row& row : {Row{pictures::LinkKind::kPrecedence, Ink::kLink, 1},
-                         Row{pictures::LinkKind::kRelation, Ink::kRelation, 1},
-                         Row{pictures::LinkKind::kObjectFlow, Ink::kLink, 2}}) {
+  for (const Row& row : {Row{pictures::FlowKind::kPrecedence, Ink::kLink, 1},
+                         Row{FlowKind::kRelation, Ink::kRelation, 1},
+                         Row{pictures::FlowKind::kObjectFlow, Ink::kLink, 2}}) {
     SCOPED_TRACE(static_cast<int>(row.kind));
     scenario.links = {{.origin = 1, .destination = 2, .kind = row.kind}};
     const Drawn drawn = TakenApart(DrawDiagrams({scenario}, {}).front().picture);

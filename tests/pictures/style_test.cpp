@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string>
 
-#include "report_style.h"
+#include "page_text.h"
 
 namespace merivane::test {
 

@@ -1,8 +1,7 @@
-#include "platform/system_locale.h"
-
 #include <gtest/gtest.h>
 
 #include "environment.h"
+#include "platform/system_settings.h"
 
 namespace merivane::test {
 

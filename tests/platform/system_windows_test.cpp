@@ -5,10 +5,9 @@
 #include <thread>
 
 #include "environment.h"
-#include "platform/class_registry.h"
-#include "platform/profile_file.h"
 #include "platform/program_run.h"
 #include "platform/program_start.h"
+#include "platform/system_settings.h"
 #include "runtime/file_names.h"
 #include "temporary_folder.h"
 

@@ -3,8 +3,7 @@
 #include <filesystem>
 
 #include "environment.h"
-#include "platform/class_registry.h"
-#include "platform/profile_file.h"
+#include "platform/system_settings.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {

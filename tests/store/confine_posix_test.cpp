@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "confine.h"
+#include "access_copy.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {

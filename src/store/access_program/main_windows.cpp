@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "access_tables.h"
+#include "access_copy.h"
 #include "runtime/file_names.h"
 #include "store/work.h"
 

@@ -14,7 +14,7 @@
 
 namespace merivane::neutraltext {
 
-enum class Element {
+enum class ElementKind {
   kProcess,
   kObject,
   kFact,
@@ -56,7 +56,7 @@ class ReaderListener {
   // From the current line on, lines are passed over or collected up to a keyword.
   virtual void OnSearch(std::string_view keyword) = 0;
   // An element begins at the current line. `listEnd`: the line that would end their list.
-  virtual void OnRecord(Element element, std::string_view listEnd) = 0;
+  virtual void OnRecord(ElementKind element, std::string_view listEnd) = 0;
   // A field of the current line is taken; see FieldAfterBlanks.
   virtual void OnField(std::size_t start, std::size_t length) = 0;
   // The number that the reader took from a text of the current line.

@@ -53,8 +53,8 @@ Picture DrawChart(const DatedPlan& plan, const ChartOptions& options = {});
 Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
                   const ChartOptions& options = {});
 
-// "Feb 3, 2003", with " 14:30" behind where `time`.
-std::string DateText(const DateTime& date, bool time);
+std::string DateText(const DateTime& date);         // "Feb 3, 2003"
+std::string DateAndTimeText(const DateTime& date);  // "Feb 3, 2003 14:30"
 // "1 day", "2.25 days": of the plan's days of eight hours.
 std::string DaysText(schedule::Tenths tenths);
 

@@ -61,12 +61,12 @@ struct Junction {
   Mark mark = Mark::kNone;
 };
 
-enum class LinkKind { kPrecedence, kRelation, kObjectFlow };
+enum class FlowKind { kPrecedence, kRelation, kObjectFlow };
 
 struct Link {
   std::int32_t origin = 0;  // number of a unit or a junction
   std::int32_t destination = 0;
-  LinkKind kind = LinkKind::kPrecedence;
+  FlowKind kind = FlowKind::kPrecedence;
   std::string id = {};  // "12", as the paths of facts name it
   Mark mark = Mark::kNone;
 };

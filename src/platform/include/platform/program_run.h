@@ -1,6 +1,7 @@
-// What the program was started with.
+// What the program was started with, and the terminal that it may be started from.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,5 +16,11 @@ std::string ProgramFolder(const std::string& name);
 // Libraries that are loaded from now on come from the system's folder or the program's own, never
 // from the current one or those of PATH. Linux does so anyway.
 void TakeLibrariesOfTheSystemAlone();
+
+// Whether somebody may be watching.
+bool StandardErrorIsTerminal();
+
+// Runs while the terminal takes what is written to it as UTF-8. Gives what `run` gives.
+int OnUtf8Terminal(const std::function<int()>& run);
 
 }  // namespace merivane::platform

@@ -34,6 +34,9 @@ class QuietDesktop : public Desktop {
   void ShowProgressOn(Desktop& user) { user_ = &user; }
   // Texts of the boxes, Windows-1252.
   std::vector<std::string> MessageTexts() const;
+  // Throws the first error that a box told and that is a full disk, a file that can't be opened or
+  // the like: nothing that a model or a plan is to blame for.
+  void ThrowMachineFault() const;
 
   MessageAnswer ShowMessage(const Message& message) override;
   std::string AskFileName(const FileDialog& /*dialog*/) override { return {}; }

@@ -20,7 +20,7 @@ std::string Utf8Of(const std::filesystem::path& path);
 std::string Followed(const std::string& path);
 
 // Whether the system takes two names of one folder for one.
-bool IsSameName(const std::string& a, const std::string& b);
+bool IsSameFileName(const std::string& a, const std::string& b);
 
 // False for a name that no file of the system can have: on Windows that of a device ("COM1.xml"),
 // one on a drive without its folder ("C:plan.mdb"), one with a character like "*".
@@ -30,7 +30,7 @@ bool CanBeFileName(const std::string& path);
 bool IsSameFile(const std::string& a, const std::string& b);
 
 // The same file, whatever its names; where neither is there, the same place on the disk.
-bool IsSamePlace(const std::string& a, const std::string& b);
+bool WouldBeSameFile(const std::string& a, const std::string& b);
 
 // A name for a file that its maker removes again, in the folder, or beside `path` with its
 // extension. What killed runs left behind under such names in that folder is removed once it is

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/class_registry.h"
+#include "platform/system_settings.h"
 #include "windows_text.h"
 
 namespace merivane::platform {
@@ -38,6 +38,25 @@ std::optional<std::string> ReadClassDefault(const std::string& key) {
   const auto expanded = Expanded(value.data());
   if (!expanded) return std::nullopt;
   return Narrow(*expanded);
+}
+
+std::string ReadProfileString(const std::string& section, const std::string& key,
+                              const std::string& fallback, const std::string& iniFile) {
+  std::array<wchar_t, 256> value{};  // 255 characters and their end
+  const DWORD length = GetPrivateProfileStringW(
+      Wide(section).c_str(), Wide(key).c_str(), Wide(fallback).c_str(), value.data(),
+      static_cast<DWORD>(value.size()), Wide(iniFile).c_str());
+  return Narrow({value.data(), length});
+}
+
+// GetOEMCP tells the code page of this process, which its manifest sets to UTF-8.
+std::int32_t SystemOemCodePage() {
+  DWORD page = 0;
+  const int got =
+      GetLocaleInfoW(LOCALE_SYSTEM_DEFAULT, LOCALE_IDEFAULTCODEPAGE | LOCALE_RETURN_NUMBER,
+                     reinterpret_cast<wchar_t*>(&page), sizeof page / sizeof(wchar_t));
+  const bool known = got != 0 && page != CP_OEMCP;
+  return static_cast<std::int32_t>(known ? page : GetOEMCP());
 }
 
 }  // namespace merivane::platform

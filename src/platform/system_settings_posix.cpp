@@ -1,14 +1,23 @@
+#include <cstdlib>
 #include <filesystem>
+#include <string_view>
 #include <vector>
 
-#include "platform/profile_file.h"
+#include "platform/system_settings.h"
+#include "reg_text.h"
 #include "runtime/code_page.h"
 #include "runtime/text.h"
 #include "system_files.h"
 
 namespace merivane::platform {
 
-using namespace runtime;
+std::optional<std::string> ReadClassDefault(const std::string& key) {
+  const auto lines = ReadSystemLines(UserFolder() / "classes.reg");
+  if (!lines) return std::nullopt;
+  auto value = RegText(*lines).Default(key);
+  if (value) *value += '\0';
+  return value;
+}
 
 namespace {
 
@@ -67,6 +76,27 @@ std::string ReadProfileString(const std::string& section, const std::string& key
   auto value = lines ? FindValue(*lines, section, key) : std::nullopt;
   if (!value) value = fallback.substr(0, fallback.find_last_not_of(' ') + 1);
   return Shortened(*value);
+}
+
+namespace {
+
+std::string_view Language() {
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value == nullptr || value[0] == '\0') continue;
+    const std::string_view locale = value;
+    return locale.substr(0, locale.find_first_of("_.@"));
+  }
+  return {};
+}
+
+}  // namespace
+
+std::int32_t SystemOemCodePage() {
+  const std::string_view language = Language();
+  if (language == "ja" || language == "japanese") return 932;
+  if (language == "ko" || language == "korean") return 949;
+  return 437;
 }
 
 }  // namespace merivane::platform
