@@ -84,7 +84,8 @@ Value SnapshotSet::Read(Place place, int field) {
 }
 
 void SnapshotSet::ReadRow(Place place, std::vector<Value>& fields) {
-  StandOn(place, kept_ ? 0 : LastSlot());
+  if (lastSlot_ == 0 && !kept_) lastSlot_ = TakeUpAll();
+  StandOn(place, lastSlot_);
   if (kept_) {
     fields = rows_[place];
   } else {
@@ -92,7 +93,8 @@ void SnapshotSet::ReadRow(Place place, std::vector<Value>& fields) {
   }
 }
 
-int SnapshotSet::LastSlot() {
+// Gives the last place of a field in the rows.
+int SnapshotSet::TakeUpAll() {
   int last = 0;
   for (int field = 0; field < FieldCount(); ++field) last = std::max(last, shape_->SlotOf(field));
   return last;
@@ -108,7 +110,7 @@ void SnapshotSet::FieldsOf(sqlite3_stmt* row, std::vector<Value>& fields) {
 
 void SnapshotSet::Keep() {
   if (kept_) return;
-  LastSlot();  // takes up every column
+  TakeUpAll();
   LentStatement all = shape_->Lend(ReadKind::kWalk, literals_);
   std::vector<std::vector<Value>> rows;
   while (Step(all)) FieldsOf(all.get(), rows.emplace_back());

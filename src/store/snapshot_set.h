@@ -57,7 +57,7 @@ class SnapshotSet final : private RowWatcher {
   bool Has(Place place);
   bool Step(LentStatement& statement);
   void StandOn(Place place, int slot);
-  int LastSlot();
+  int TakeUpAll();
   void FieldsOf(sqlite3_stmt* row, std::vector<Value>& fields);
   void Keep();
 
@@ -69,6 +69,7 @@ class SnapshotSet final : private RowWatcher {
   std::optional<std::size_t> count_;
   LentStatement walk_;  // stands on the row at `at_`
   Place at_ = 0;
+  int lastSlot_ = 0;  // of the fields, once whole rows are read
   bool kept_ = false;
   std::vector<std::vector<Value>> rows_;
 };
