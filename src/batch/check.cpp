@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include "merge_door.h"
 #include "printable.h"
+#include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "session.h"
 #include "shell/browse.h"

@@ -2,7 +2,6 @@
 #include <iostream>
 
 #include "batch/batch.h"
-#include "platform/end_signal.h"
 #include "platform/program_run.h"
 
 namespace {

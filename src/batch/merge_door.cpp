@@ -1,4 +1,3 @@
-#include "merge_door.h"
 
 #include <memory>
 

@@ -1,10 +1,12 @@
 // The projects of a database, and the one that a command line names.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "session.h"
 #include "store/connection.h"
 
 namespace merivane::batch {
@@ -24,5 +26,14 @@ std::vector<ProjectRow> ListProjects(Workspace& workspace, const std::string& pa
 // for an unknown or ambiguous one.
 std::optional<std::int32_t> FindProject(const std::vector<ProjectRow>& projects,
                                         const std::string& idOrName, std::string& reason);
+
+// The project that `idOrName` names in the database. Nothing, behind a word, where there is none.
+std::optional<std::int32_t> FindMergedProject(Session& session, const std::string& interim,
+                                              const std::string& idOrName);
+
+// Goes through the door of the merge, which asks the database for its projects; nothing is written.
+// The exit status of a refusal, behind a word.
+std::optional<int> RefusalOfMerge(Session& session, const std::string& interim,
+                                  std::int32_t project);
 
 }  // namespace merivane::batch

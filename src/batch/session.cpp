@@ -1,7 +1,7 @@
 #include "session.h"
 
 #include "guarded.h"
-#include "platform/end_signal.h"
+#include "platform/program_run.h"
 #include "printable.h"
 #include "runtime/code_page.h"
 #include "shell/message_advice.h"

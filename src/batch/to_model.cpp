@@ -4,7 +4,6 @@
 
 #include "inspect/merge_preview.h"
 #include "inspect/merge_proof.h"
-#include "merge_door.h"
 #include "merge_report.h"
 #include "mspdi/plan_reader.h"
 #include "project_lookup.h"
@@ -12,7 +11,7 @@
 #include "runtime/conversions.h"
 #include "session.h"
 #include "shell/browse.h"
-#include "shell/source_proof.h"
+#include "shell/named_files.h"
 
 namespace merivane::batch {
 

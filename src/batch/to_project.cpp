@@ -7,7 +7,7 @@
 #include "scenario_chooser.h"
 #include "session.h"
 #include "shell/browse.h"
-#include "shell/source_proof.h"
+#include "shell/named_files.h"
 #include "translator/stored_model.h"
 
 namespace merivane::batch {

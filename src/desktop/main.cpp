@@ -10,7 +10,6 @@
 #endif
 
 #include "desktop/main_window.h"
-#include "platform/end_signal.h"
 #include "platform/program_run.h"
 
 namespace {

@@ -14,7 +14,7 @@
 #include "desktop/help_window.h"
 #include "help_context.h"
 #include "modal_dialogs.h"
-#include "platform/program_start.h"
+#include "platform/program_run.h"
 #include "platform/system_settings.h"
 #include "progress_dialog.h"
 #include "qt_text.h"

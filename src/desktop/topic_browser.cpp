@@ -3,7 +3,7 @@
 #include <QImage>
 
 #include "help_file.h"
-#include "platform/program_start.h"
+#include "platform/program_run.h"
 
 namespace merivane::desktop {
 

@@ -6,7 +6,6 @@
 #include "model_checks.h"
 #include "reading.h"
 #include "runtime/text_files.h"
-#include "trial.h"
 
 namespace merivane::inspect {
 

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "inspect/finding.h"
+#include "inspect/model_snapshot.h"
+#include "reconcile/plan_content.h"
 
 namespace merivane::inspect {
 
@@ -30,5 +33,12 @@ inline std::string NoteSentence(const std::string& now) {
 inline std::string LinkSentence(const ElementName& from, const ElementName& to) {
   return "It leads from " + Described(from) + " to " + Described(to) + ".";
 }
+
+using namespace reconcile;
+
+// In the words of a merge's changes, each with its row in the second plan, or of what is gone in
+// the first. A task is found by its unit and name, by its name in its place, by its name alone, and
+// with another name by its unit.
+std::vector<MergeChange> DifferencesBetween(const PlanContent& before, const PlanContent& after);
 
 }  // namespace merivane::inspect

@@ -2,11 +2,11 @@
 
 #include <memory>
 
+#include "difference_words.h"
 #include "inspect/box_text.h"
 #include "memory_model.h"
 #include "model_content.h"
 #include "mspdi/plan_writer.h"
-#include "plan_differences.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"

@@ -1,4 +1,3 @@
-#include "plan_differences.h"
 
 #include <algorithm>
 #include <utility>

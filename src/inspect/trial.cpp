@@ -1,5 +1,3 @@
-#include "trial.h"
-
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -9,6 +7,7 @@
 #include <unordered_set>
 
 #include "inspect/box_text.h"
+#include "model_checks.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "store/recordset.h"

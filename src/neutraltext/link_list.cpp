@@ -1,7 +1,6 @@
-#include "link_list.h"
-
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

@@ -1,9 +1,8 @@
-#include "links_to_junctions.h"
-
 #include <optional>
 #include <string>
 
 #include "runtime/conversions.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

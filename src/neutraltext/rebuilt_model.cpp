@@ -1,4 +1,3 @@
-#include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "object_occurrences.h"
 #include "runtime/conversions.h"

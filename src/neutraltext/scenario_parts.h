@@ -1,11 +1,12 @@
-// The parts of a scenario in a text: its head, junctions and process occurrences. Errors go to the
-// caller.
+// The parts of a scenario in a text: its head, junctions, process occurrences and links. Errors go
+// to the caller, save where told.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "link_tables.h"
+#include "program/program.h"
 #include "scenario_tree.h"
 #include "writer_lines.h"
 
@@ -33,5 +34,36 @@ void WriteJunctionList(ScenarioTree& tree, Recordset& tasks, std::int16_t scenar
 // Occurrences of the rows under `parentOutline` (all rows for "0"), then their links.
 void WriteProcessOccurrenceList(ScenarioTree& tree, Recordset& tasks,
                                 const std::string& parentOutline, ScenarioLinks& links);
+
+// A link, from a row of Links_in_Scenario.
+void WriteStoredLink(LineWriter& out, Recordset& link);
+
+// 1 when the two occurrences or junctions lie in the same scenario, else 0. Has its own guard,
+// which shows the description and answers 0: a Null scenario number is such a failure.
+int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t destinationNum,
+                 Connection* connection, ScenarioOfElement& known);
+
+// The links, from the interim tables; those that leave the scenario are left out.
+void WriteStoredLinks(ProjectToModel& state, std::int16_t scenarioNum, Connection* connection,
+                      ScenarioOfElement& known);
+
+// Stored links for a scenario number above 0, else those of the table.
+void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable& linkTable);
+
+// Precedence links of tasks become junctions and links. For each task of the scenario in turn: two
+// or more finish-to-start predecessors (successors) give a junction of type "Async. AND" and its
+// links.
+void AddFanInJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
+void AddFanOutJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
+
+// Behind these, for each task again: a single successor, or else a single predecessor, gives one
+// plain link, unless its row has been used.
+void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
+
+// Last: every start-to-start (finish-to-finish) row of the project, those between tasks of other
+// scenarios among them, makes its two tasks the branches of a "Sync. And" junction. Error 9 when a
+// link touches them and the scenario has no junction yet.
+void ResolveStartToStartLinks(ProjectToModel& state, ScenarioLinks& links);
+void ResolveFinishToFinishLinks(ProjectToModel& state, ScenarioLinks& links);
 
 }  // namespace merivane::neutraltext

@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"

@@ -4,7 +4,6 @@
 #include <string_view>
 #include <vector>
 
-#include "link_list.h"
 #include "neutraltext/modProjectToIDEF3.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"

@@ -1,8 +1,7 @@
-#include "markup.h"
-
 #include <cmath>
 
 #include "runtime/code_page.h"
+#include "text_lines.h"
 
 namespace merivane::pictures {
 

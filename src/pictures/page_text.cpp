@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include "markup.h"
+#include "text_lines.h"
 
 namespace merivane::pictures {
 

@@ -4,9 +4,9 @@
 #include <set>
 #include <string_view>
 
-#include "markup.h"
 #include "page_text.h"
 #include "pictures/svg.h"
+#include "text_lines.h"
 
 namespace merivane::pictures {
 

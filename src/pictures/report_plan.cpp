@@ -5,9 +5,9 @@
 #include <map>
 #include <set>
 
-#include "markup.h"
 #include "page_text.h"
 #include "pictures/svg.h"
+#include "text_lines.h"
 
 namespace merivane::pictures {
 

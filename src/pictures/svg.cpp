@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "markup.h"
 #include "pictures/style.h"
+#include "text_lines.h"
 
 namespace merivane::pictures {
 

@@ -1,8 +1,9 @@
-// How wide texts are, and how they fit into boxes.
+// How wide texts are, how they fit into boxes, and how XML and HTML take them.
 #pragma once
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "pictures/picture.h"
@@ -18,5 +19,12 @@ std::string Shortened(const std::string& text, double width, Ink ink);
 
 // At most `most` lines, broken at blanks where that can be; the last one is shortened.
 std::vector<std::string> Wrapped(const std::string& text, double width, std::size_t most, Ink ink);
+
+// Windows-1252 as UTF-8 in which nothing is markup, for content and attributes in double quotes.
+// Line ends stay; a control character that XML refuses becomes U+FFFD.
+std::string Escaped(std::string_view text);
+
+// With at most two decimals: "12", "12.5".
+std::string Number(double value);
 
 }  // namespace merivane::pictures

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "platform/end_signal.h"
+#include "platform/program_run.h"
 
 namespace merivane::platform {
 

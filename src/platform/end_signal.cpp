@@ -1,6 +1,6 @@
-#include "platform/end_signal.h"
-
 #include <csignal>
+
+#include "platform/program_run.h"
 
 namespace merivane::platform {
 

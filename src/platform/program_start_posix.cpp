@@ -7,7 +7,7 @@
 #include <csignal>
 #include <vector>
 
-#include "platform/program_start.h"
+#include "platform/program_run.h"
 #include "runtime/child_process.h"
 
 namespace merivane::platform {

@@ -2,7 +2,7 @@
 // Needs the types of windows.h.
 #include <shellapi.h>
 
-#include "platform/program_start.h"
+#include "platform/program_run.h"
 #include "windows_text.h"
 
 namespace merivane::platform {

@@ -1,4 +1,3 @@
-#include "reg_text.h"
 
 #include <algorithm>
 #include <charconv>

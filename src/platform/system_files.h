@@ -1,7 +1,8 @@
-// Small files that the user or the system keeps for this program.
+// Small files that the user or the system keeps for this program, registry text among them.
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,5 +25,23 @@ enum class ByteOrder { kLowFirst, kHighFirst };
 
 // UTF-8 of UTF-16 in bytes. Half a character becomes U+FFFD.
 std::string Utf8OfUtf16(std::string_view bytes, ByteOrder order);
+
+// The default values under HKEY_CLASSES_ROOT. Later lines overrule earlier ones; "[-KEY]" and
+// "@=-" take away what stood before. Values that are no text, and lines that mean nothing, are
+// passed over.
+class RegText {
+ public:
+  explicit RegText(const std::vector<std::string>& lines);
+
+  [[nodiscard]] std::optional<std::string> Default(std::string_view key) const;
+
+ private:
+  void ReadKey(std::string_view line);
+  void ReadDefault(std::string_view value);
+  void RemoveTree(const std::string& key);
+
+  std::map<std::string, std::string> defaults_;  // keys in capitals
+  std::optional<std::string> key_;               // of the lines being read; unset: a foreign one
+};
 
 }  // namespace merivane::platform

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "platform/system_settings.h"
-#include "reg_text.h"
 #include "runtime/code_page.h"
 #include "runtime/text.h"
 #include "system_files.h"

@@ -1,9 +1,8 @@
-#include "link_detection.h"
-
 #include <optional>
 #include <unordered_set>
 
 #include "merge_statements.h"
+#include "rewiring.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"

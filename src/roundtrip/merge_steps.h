@@ -25,6 +25,9 @@ void MergeLinks(ProjectToModel& state, MergeListener* listener);
 // model is rebuilt. A failure is a RunTimeError and leaves the rows written so far.
 void MergeResourceRequirements(ProjectToModel& state);
 
+// Junctions that a merge leaves without a purpose. Both walk the junctions of the project as they
+// stood at the start; rows deleted since are skipped.
+//
 // Deletes the junctions that have no link in or no link out; only when a model is rebuilt.
 void RemoveDanglingJunctions(ProjectToModel& state);
 

@@ -1,12 +1,8 @@
-#include "predecessors.h"
-
 #include <string>
 
 #include "going_on.h"
-#include "link_detection.h"
 #include "merge_statements.h"
-#include "rewire_precedence.h"
-#include "rewire_synchronised.h"
+#include "rewiring.h"
 #include "roundtrip/predecessor_list.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"

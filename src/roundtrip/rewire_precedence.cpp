@@ -1,7 +1,6 @@
-#include "rewire_precedence.h"
 
-#include "link_detection.h"
 #include "merge_statements.h"
+#include "rewiring.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

@@ -1,10 +1,9 @@
-#include "rewire_synchronised.h"
-
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
 #include "merge_statements.h"
+#include "rewiring.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

@@ -1,9 +1,8 @@
-#include "shell/source_proof.h"
-
 #include "mspdi/plan_reader.h"
 #include "program/error_boxes.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/run_time_error.h"
+#include "shell/named_files.h"
 
 namespace merivane::shell {
 

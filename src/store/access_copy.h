@@ -1,8 +1,13 @@
-// Copying an Access file aside, where a damaged one does no harm.
+// Real Access files, known by their first bytes: loaded whole into a SQLite file by a process of
+// its own, where a damaged one does no harm.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
 #include <string>
 
+#include "runtime/file_names.h"
 #include "store/work.h"
 
 namespace merivane::store {
@@ -23,5 +28,42 @@ void CopyAccessTables(const std::string& path, const std::string& sqlitePath, Wo
 // process. Where the kernel knows no such limits (Landlock from 5.13 on, seccomp), the process goes
 // on without.
 void Confine(const std::string& source, const std::string& copy);
+
+inline constexpr const char* kNoProcess = "no process can be started";
+inline constexpr const char* kDamaged = "it is damaged";
+inline constexpr const char* kEndless = "reading it never ends";
+
+// Far above what whole files need: a slow machine loads several megabytes a second.
+struct AccessLimits {
+  std::chrono::seconds cpu;
+  std::chrono::seconds wall;
+  std::uintmax_t bytes;  // of the copy
+};
+
+inline AccessLimits LimitsFor(const std::string& path) {
+  std::error_code ignored;
+  const std::uintmax_t size = std::filesystem::file_size(runtime::PathOf(path), ignored);
+  const std::uintmax_t megabytes = ignored ? 0 : size >> 20U;
+  return {.cpu = std::chrono::seconds(10 + megabytes),
+          .wall = std::chrono::seconds(60 + 4 * megabytes),
+          .bytes = (64 + 8 * megabytes) << 20U};
+}
+
+// True for a file that begins as an Access database does (any generation). Paths are UTF-8. A file
+// that can't be read is none.
+bool IsAccessFile(const std::string& path);
+
+// Fills the SQLite file `sqlitePath` (not there yet, or empty) with all user tables of the Access
+// file: their own names, columns, order and rows. Texts are UTF-8 and compare without case, dates
+// are texts in the run time's form, yes/no is -1 and 0, memo and OLE columns come whole, Null and
+// empty text stay apart. Declared types are those of the template. A table whose definition can't
+// be read is left out.
+//
+// The work runs in a child process with limits on its time, so that a damaged file can neither
+// crash nor hang the program. A file that can't be read, that has lost rows or long values, or that
+// holds no table ends in a RunTimeError (kDatabaseError) with a description that names the file,
+// and nothing is left at `sqlitePath`.
+// `work` hears of the wait for that process, which ends with what `work` throws.
+void LoadAccessFile(const std::string& path, const std::string& sqlitePath, Work& work);
 
 }  // namespace merivane::store

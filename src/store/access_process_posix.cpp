@@ -17,7 +17,6 @@
 #include <string_view>
 
 #include "access_copy.h"
-#include "access_limits.h"
 #include "runtime/child_process.h"
 
 namespace merivane::store {

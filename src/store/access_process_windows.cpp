@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "access_copy.h"
-#include "access_limits.h"
 #include "runtime/file_names.h"
 
 namespace merivane::store {

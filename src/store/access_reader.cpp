@@ -1,4 +1,3 @@
-#include "access_reader.h"
 
 #include <filesystem>
 #include <fstream>

@@ -2,13 +2,11 @@
 
 #include <filesystem>
 
-#include "access_reader.h"
+#include "access_copy.h"
 #include "database_file.h"
 #include "hardening.h"
 #include "index_choice.h"
-#include "overlay.h"
 #include "runtime/code_page.h"
-#include "whole_copy.h"
 
 namespace merivane::store {
 

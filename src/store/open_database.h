@@ -6,6 +6,7 @@
 #include <string>
 
 #include "engine.h"
+#include "sqlite_handle.h"
 #include "store/connection.h"
 #include "store/work.h"
 
@@ -22,5 +23,12 @@ DatabaseHandle OpenHandle(const std::string& path, int flags);
 
 // Copies all pages. Errors as DatabaseError tells, on `path` of the source.
 void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, Work& work);
+
+// Opens the file `name` for reading and writing. A page that is written is kept in memory (of
+// SQLite, within its limit) and read from there; the file is locked for reading as long as the
+// handle lives and never changes. REQUIRES: no log stands beside it, and no journal that a crash
+// has left; "pragma journal_mode = memory" comes before anything is written. Errors as
+// DatabaseError tells, with `path` for a name.
+DatabaseHandle OpenOverlay(const std::string& name, const std::string& path);
 
 }  // namespace merivane::store

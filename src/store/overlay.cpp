@@ -1,5 +1,3 @@
-#include "overlay.h"
-
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -7,6 +5,7 @@
 #include <unordered_map>
 
 #include "hardening.h"
+#include "open_database.h"
 
 namespace merivane::store {
 

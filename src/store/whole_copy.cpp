@@ -1,4 +1,3 @@
-#include "whole_copy.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -5,7 +5,6 @@
 #include "database_file.h"
 #include "open_database.h"
 #include "runtime/code_page.h"
-#include "whole_copy.h"
 #include "workspace_state.h"
 
 namespace merivane::store {

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "environment.h"
-#include "platform/program_start.h"
+#include "platform/program_run.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {

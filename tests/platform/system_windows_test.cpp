@@ -6,7 +6,6 @@
 
 #include "environment.h"
 #include "platform/program_run.h"
-#include "platform/program_start.h"
 #include "platform/system_settings.h"
 #include "runtime/file_names.h"
 #include "temporary_folder.h"

@@ -1,8 +1,7 @@
+#include "rewiring.h"
+
 #include <map>
 
-#include "predecessors.h"
-#include "rewire_precedence.h"
-#include "rewire_synchronised.h"
 #include "scenario_fixture.h"
 
 namespace merivane::test {

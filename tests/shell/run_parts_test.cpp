@@ -12,7 +12,6 @@
 #include "shell/message_advice.h"
 #include "shell/named_files.h"
 #include "shell/run_result.h"
-#include "shell/source_proof.h"
 
 namespace merivane::test {
 

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <string>
 
+#include "access_copy.h"
 #include "access_file_builder.h"
-#include "access_reader.h"
 #include "runtime/run_time_error.h"
 #include "temporary_folder.h"
 

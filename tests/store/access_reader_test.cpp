@@ -1,11 +1,10 @@
-#include "access_reader.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "access_copy.h"
 #include "access_file_builder.h"
 #include "runtime/run_time_error.h"
 #include "store/connection.h"

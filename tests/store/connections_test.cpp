@@ -3,7 +3,7 @@
 
 #include <fstream>
 
-#include "overlay.h"
+#include "open_database.h"
 #include "store_fixture.h"
 
 namespace merivane::test {

@@ -1,9 +1,12 @@
-// The names that a run was given, held against each other before it begins.
+// The files that a run was given, before it replaces or changes anything: their names are held
+// against each other, and the heads of its sources read.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "neutraltext/modGlobal.h"
 
 namespace merivane::shell {
 
@@ -18,5 +21,14 @@ struct NamedFile {
 // kind too) that the run would write, one that it would write has no folder, or a file stands where
 // its word was not said.
 std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files);
+
+using namespace neutraltext;
+
+// False where the file can't be read, is empty or of another kind; the reader's own box was shown.
+bool ProveModelText(ModelToProject& state, const std::string& path);
+bool ProveMpx(ProjectToModel& state, const std::string& path);
+
+// The same for the whole of a file of planning XML.
+bool ProveXml(ProjectToModel& state, const std::string& path);
 
 }  // namespace merivane::shell
