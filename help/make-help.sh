@@ -8,10 +8,14 @@ mkdir -p "$work"
 cp "$help"/*.html "$help"/*.css "$help"/merivane.* "$work"
 shopt -s nullglob
 for picture in "$pictures"/*.png; do cp "$picture" "$work"; done
-while read -r number topic; do
-  cp "$help/$topic.html" "$work/context-$number.html"
-done < "$help/contexts.txt"
 cd "$work"
+while read -r number topic; do
+  cp "$help/$topic.html" "context-$number.html"
+  echo "context-$number.html" >> merivane.hhp
+  aliases+="CONTEXT_$number=context-$number.html"$'\n'
+  map+="#define CONTEXT_$number $number"$'\n'
+done < "$help/contexts.txt"
+printf '\n[ALIAS]\n%s\n[MAP]\n%s' "$aliases" "$map" >> merivane.hhp
 # By this name of its folder, which the compiler writes into the file, the file is the same anywhere.
 chmcmd /proc/self/cwd/merivane.hhp > chmcmd.log || { cat chmcmd.log >&2; exit 1; }
 [ -s merivane.chm ] || { cat chmcmd.log >&2; exit 1; }

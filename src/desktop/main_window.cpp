@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "about_dialog.h"
+#include "form_area.h"
 #include "help_context.h"
 #include "model_to_project_window.h"
 #include "options_dialog.h"
@@ -120,7 +121,7 @@ void MainWindow::AddMenus() {
     action->setMenuRole(QAction::NoRole);
     if (item.helpContext != 0) SetHelpContext(action, item.helpContext);
   }
-  view_ = new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_);
+  view_ = new ViewMenu(*this, findChild<QAction*>("mnuOptions"), desktop_, *area_);
 }
 
 void MainWindow::Press(void (frmMain::*handler)()) {

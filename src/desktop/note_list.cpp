@@ -57,8 +57,11 @@ NoteList::NoteList(QtDesktop& desktop) : ResultList(ModelOf({}), desktop) {
     action->setObjectName(name);
     addAction(action);
     connect(action, &QAction::triggered, this, act);
+    return action;
   };
-  add("saveNotes", "Save the list...", [this] { Save(); });
+  QAction* save = add("saveNotes", "Save the list...", [this] { Save(); });
+  save->setShortcut(QKeySequence::Save);
+  save->setShortcutContext(Qt::WidgetShortcut);
   add("printNotes", "Print the list...", [this] { Print(); });
   connect(this, &QTableView::clicked, this,
           [this](const QModelIndex& index) { currentChanged(index, {}); });

@@ -68,6 +68,7 @@ class FigureItem : public QGraphicsItem {
 
 PictureView::PictureView(pictures::Picture picture, Work& work) {
   setObjectName("picture");
+  setLayoutDirection(Qt::LeftToRight);  // time runs so in a picture
   setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
   setDragMode(ScrollHandDrag);
   setTransformationAnchor(AnchorUnderMouse);

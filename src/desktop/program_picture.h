@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QIcon>
-#include <QMdiArea>
 #include <QWidget>
 
 class QPainter;
@@ -16,15 +15,6 @@ void PaintPicture(QPainter& painter, const QRectF& place);
 class ProgramPicture : public QWidget {
  public:
   ProgramPicture(const QSize& size, QWidget* parent = nullptr);
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-};
-
-// The area in which the windows of both directions lie: the picture shows, faintly, where none is.
-class FormArea : public QMdiArea {
- public:
-  FormArea();
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -8,15 +8,13 @@
 #include "result_list.h"
 
 class QHBoxLayout;
-class QLabel;
-class QLineEdit;
 
 namespace merivane::desktop {
 
 class QtDesktop;
 
-// Deletes itself when it is closed. Enter in the filter goes to the table, whose Enter presses the
-// default button; Ctrl+F goes back to the filter. Ctrl+C copies the chosen rows, Ctrl+S saves and
+// Deletes itself when it is closed. Enter in the table presses the default button; Ctrl+F goes to
+// the filter. Ctrl+C copies the chosen rows, Ctrl+S saves and
 // Ctrl+P prints those that the filter shows, in the order on the screen.
 class ResultTable : public QDialog {
  public:
@@ -36,16 +34,12 @@ class ResultTable : public QDialog {
   virtual QString TextOf(int row) const;
   // A button in front of "Close".
   class QPushButton* AddButton(const char* name, const char* caption);
-  void keyPressEvent(QKeyEvent* event) override;
 
   ResultList* table_;
 
  private:
   void AddKey(const QKeySequence& keys, const std::function<void()>& act);
-  void TellCount();
 
-  QLineEdit* filter_;
-  QLabel* count_;
   QHBoxLayout* buttons_;
 };
 

@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <utility>
 
+#include "form_area.h"
 #include "help_context.h"
 #include "log_window.h"
 
@@ -20,10 +21,11 @@ constexpr int kDiagramContext = 1013;
 constexpr int kChartContext = 1014;
 constexpr int kLogContext = 1015;
 constexpr int kOpenContext = 1016;
+constexpr int kTabsContext = 1017;
 
 }  // namespace
 
-ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop)
+ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, FormArea& area)
     : QObject(&window), window_(window), desktop_(desktop) {
   auto* menu = new QMenu("&View", &window);
   QAction* action = window.menuBar()->insertMenu(before, menu);
@@ -39,6 +41,10 @@ ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop)
     OnAsk({"Plans (*.mdb)|*.mdb", "Plan chart"}, Part::kChart);
   });
   menu->addSeparator();
+  QAction* tabs = AddItem(*menu, "mnuTabs", "Windows as &tabs", kTabsContext, [] {});
+  tabs->setCheckable(true);
+  tabs->setChecked(area.HasTabs());
+  connect(tabs, &QAction::triggered, &area, &FormArea::UseTabs);
   QAction* log = AddItem(*menu, "mnuMessageLog", "&Messages of this session", kLogContext,
                          [this] { desktop_.Run([this] { ShowLog(); }); });
   log->setShortcut(QKeySequence("Ctrl+L"));

@@ -13,13 +13,15 @@ class QMenu;
 
 namespace merivane::desktop {
 
+class FormArea;
+
 inline const FileDialog kOpenDialog{
     "Models and plans (*.txt *.mdb *.mpx *.xml);;All files (*)|*.txt", "Open a model or a plan"};
 
 class ViewMenu : public QObject {
  public:
   // Adds the menu in front of `before`. All outlive it; it belongs to the window.
-  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop);
+  ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, FormArea& area);
 
   // The user wants to open a file that the dialog asks for. Set before an item is chosen.
   std::function<void(const FileDialog& dialog, WorkbenchWindow::Part part)> OnAsk;

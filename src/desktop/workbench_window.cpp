@@ -19,6 +19,7 @@
 
 #include "desktop/qt_desktop.h"
 #include "element_page.h"
+#include "filtered_list.h"
 #include "help_context.h"
 #include "note_list.h"
 #include "opened_kind.h"
@@ -189,7 +190,9 @@ void WorkbenchWindow::AddParts() {
   };
   dock("outlineDock", "Outline", outline_, Qt::LeftDockWidgetArea);
   dock("propertiesDock", "Properties", page_, Qt::RightDockWidgetArea);
-  dock("notesDock", "Findings", notes_, Qt::BottomDockWidgetArea);
+  auto* findings = new FilteredList(notes_, QKeySequence("Ctrl+Shift+F"), this);
+  tools_->ComeBefore(findings->Filter());
+  dock("notesDock", "Findings", findings, Qt::BottomDockWidgetArea);
   outline_->OnChosen = notes_->OnChosen = [this](std::size_t element) { Choose(element); };
   notes_->OnOpen =
       page_->OnOpen = [this](std::size_t line) { OpenAtLine(PathToQt(file_->Path()), line); };

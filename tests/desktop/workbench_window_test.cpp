@@ -2,7 +2,9 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMainWindow>
+#include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTabBar>
 #include <QTableView>
 #include <QTextBrowser>
 #include <QTreeWidget>
@@ -100,9 +102,25 @@ TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAnd
   QTest::mouseClick(notes.viewport(), Qt::LeftButton, {}, notes.visualRect(third).center());
   EXPECT_EQ(Chosen(*opened), "4  Hold the festival evening");
   EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Hold the festival evening"));
-  notes.selectAll();
-  QTest::keyClick(&notes, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_THAT(QApplication::clipboard()->text().toStdString(), HasSubstr("\nleft out\t"));
+  Key(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  QTest::keyClicks(QApplication::focusWidget(), "left out");
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(notes.hasFocus());
+  const int left = notes.model()->rowCount();
+  EXPECT_THAT(User::Get<QLabel>(*opened, "count").text().toStdString(),
+              MatchesRegex(std::to_string(left) + " of [0-9]+ rows"));
+  Key(Qt::Key_A, Qt::ControlModifier);
+  Key(Qt::Key_C, Qt::ControlModifier);
+  const QStringList copied = QApplication::clipboard()->text().split('\n');
+  EXPECT_EQ(copied.size(), left);
+  for (const QString& row : copied) EXPECT_TRUE(row.startsWith("left out\t")) << qPrintable(row);
+  const std::string list = folder.Path("list.csv");
+  names.names.push_back(list);
+  Key(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(QString::fromStdString(ReadFile(list)).count("\nleft out,"), left);
+  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "!");  // nothing there
+  User::Get<QLineEdit>(*opened, "filter").clear();
+  EXPECT_GT(notes.model()->rowCount(), left);
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
@@ -209,7 +227,11 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   names.names = {plan};
   Key(Qt::Key_B, Qt::ControlModifier);
   QWidget& form = User::Find(window, "frmProjectToIDEF3");
-  user.steps.push_back(User::Clicks("cmdShow"));
+  user.steps.emplace_back([](QDialog& preview) {
+    EXPECT_LE(preview.minimumSizeHint().width(), 1024 * 9 / 10);
+    EXPECT_LE(preview.minimumSizeHint().height(), 600 * 9 / 10);
+    User::Click(preview, "cmdShow");
+  });
   User::Click(form, "cmdPreview");
   const auto shown = [this] { return window.findChildren<QMainWindow*>("workbench"); };
   ASSERT_TRUE(QTest::qWaitFor([&] { return shown().size() == 2; }));
@@ -247,6 +269,78 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   User::Click(form, "cmdOK");
   EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
   EXPECT_THAT(user.boxes, IsEmpty());
+}
+
+TEST_F(WorkbenchWindowTest, WindowsAreTabsWhereTheUserPrefersThat) {
+  window.findChild<QAction*>("mnuTabs")->trigger();
+  QMainWindow* opened = Open(festival);
+  QMainWindow* other = Open(MERIVANE_SAMPLES "/bakery.txt");
+  ASSERT_TRUE(opened != nullptr && other != nullptr);
+  auto& area = User::Get<QMdiArea>(window, "formArea");
+  auto& tabs = *area.findChild<QTabBar*>();
+  const auto titles = [&] {
+    QTest::qWait(1);
+    std::vector<std::string> shown;
+    for (int at = 0; at < tabs.count(); ++at) {
+      if (tabs.isTabVisible(at)) shown.push_back(tabs.tabText(at).toStdString());
+    }
+    return shown;
+  };
+  EXPECT_THAT(titles(), ElementsAre("festival.txt (model)", "bakery.txt (model)"));
+  QWidget& form = OpenToProject();
+  EXPECT_THAT(titles(),
+              ElementsAre("Celvar to MS Project", "festival.txt (model)", "bakery.txt (model)"));
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(area.activeSubWindow(), form.parentWidget());
+  User::Click(form, "cmdCancel");
+  EXPECT_EQ(titles().size(), 2U);
+  EXPECT_EQ(area.activeSubWindow(), other->parentWidget());
+  other->parentWidget()->close();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return titles().size() == 1; }));
+  EXPECT_EQ(area.activeSubWindow(), opened->parentWidget());
+  EXPECT_TRUE(MainWindow(desktop, main).findChild<QAction*>("mnuTabs")->isChecked());
+  OpenToProject();
+  window.findChild<QAction*>("mnuTabs")->trigger();
+  EXPECT_TRUE(opened->isVisible());
+  EXPECT_FALSE(form.parentWidget()->isMaximized());  // a dialog, beside the workbench
+  EXPECT_FALSE(QSettings().value("area/tabs").toBool());
+}
+
+TEST_F(WorkbenchWindowTest, ASmallScreenCutsNothingOffAlsoFromRightToLeft) {
+  const std::string database = folder.Path("plan.mdb");
+  MakePlan(database, folder.Path("plan.mpx"));
+  for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    SCOPED_TRACE(direction);
+    QApplication::setLayoutDirection(direction);
+    window.resize(1024, 600);
+    QMainWindow* plan = Open(database);
+    QMainWindow* opened = Open(festival);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(1024, 600));
+    for (const QWidget* more : window.findChildren<QWidget*>("qt_toolbar_ext_button")) {
+      EXPECT_FALSE(more->isVisible());  // all tools have room
+    }
+    for (const char* name : {"outline", "diagram", "chart", "properties", "notes"}) {
+      const QWidget& part = User::Find(*opened, name);
+      const QRect place(part.mapTo(opened, QPoint(0, 0)), part.size());
+      EXPECT_TRUE(opened->rect().contains(place)) << name;
+      EXPECT_GE(part.height(), part.fontMetrics().height() * 4) << name;
+    }
+    ClickFigure(*opened, "diagram", "Sell the tickets");
+    EXPECT_EQ(Chosen(*opened), "3  Sell the tickets");
+    for (QWidget* form : {&OpenToProject(), &OpenToModel()}) {
+      for (const QWidget* button : form->findChildren<QAbstractButton*>()) {
+        if (!button->isVisible()) continue;
+        const QRect place(button->mapTo(&window, QPoint(0, 0)), button->size());
+        EXPECT_TRUE(window.rect().contains(place)) << button->objectName().toStdString();
+      }
+      User::Click(*form, "cmdCancel");
+    }
+    for (QMainWindow* workbench : {plan, opened}) workbench->parentWidget()->close();
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return window.findChild<QMainWindow*>("workbench") == nullptr; }));
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(WorkbenchWindowTest, PicturesFollowTheColoursOfTheSystem) {
