@@ -89,7 +89,6 @@ class TestDesktop : public QtDesktop {
 class DesktopTest : public ::testing::Test {
  protected:
   DesktopTest() {
-    QSettings().clear();
     desktop.OnEnd = [this] { ++ends; };
     main.Show();
     window.activateWindow();
@@ -147,6 +146,10 @@ class DesktopTest : public ::testing::Test {
     User::Click(form, "cmdOK");
   }
 
+  // Before a window looks for the place that the one of an earlier test had.
+  struct NoSettings {
+    NoSettings() { QSettings().clear(); }
+  } noSettings;
   TemporaryFolder folder;
   ScriptedNames names;
   TestDesktop desktop{names};

@@ -26,6 +26,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -134,6 +135,37 @@ TEST_F(WorkbenchTest, AnotherChoiceGivesAnotherPlanAndWritesNothing) {
   EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
+// The text without what stands between these words behind `from`.
+std::string Emptied(std::string text, const std::string& from, const std::string& list) {
+  const std::size_t begin = text.find("\n  " + list, text.find(from));
+  const std::size_t inside = text.find('\n', begin + 1) + 1;
+  text.erase(inside, text.find("  End  " + list, inside) - inside);
+  return text;
+}
+
+TEST_F(WorkbenchTest, AScenarioWithoutUnitsCanBeChosenAndLeft) {
+  std::string text = ReadFile(MERIVANE_SAMPLES "/bakery.txt");
+  for (const char* list : {"Process Occurrence List", "Link List"}) {
+    text = Emptied(text, "\nScenario  2", list);
+  }
+  LiveModel live(folder.Write("m.txt", text), desktop);
+  const FileView first = live.View();
+  ASSERT_EQ(first.choices.size(), 1U);
+  EXPECT_THAT(InPlan(first), Contains("Bake the loaves"));
+  live.Choose(first.choices[0].question, 1);
+  const FileView empty = live.View();
+  EXPECT_EQ(empty.choices.at(0).chosen, 1U);
+  EXPECT_FALSE(empty.chart);
+  EXPECT_NE(empty.whyNoChart, "");
+  EXPECT_THAT(InPlan(empty), IsEmpty());
+  Work nobody;
+  EXPECT_EQ(DrawScenarios(empty, std::nullopt, nobody).size(), 2U);
+  live.Choose(first.choices[0].question, 7);  // there are no more names: the last one
+  EXPECT_EQ(live.View().choices.at(0).chosen, 1U);
+  live.Choose(first.choices[0].question, 0);
+  EXPECT_EQ(InPlan(live.View()), InPlan(first));
+}
+
 TEST_F(WorkbenchTest, ATextThatBreaksOffIsShownAsFarAsItGoes) {
   const std::string whole = ReadFile(kFestival);
   for (const std::size_t size :
@@ -184,6 +216,31 @@ TEST_F(WorkbenchTest, ADatabaseShowsItsModelBesideItsPlanWhateverIsNull) {
       " TASK_FINISH_DATE = '2/9/2026 5:00:00 PM'");
   EXPECT_THAT(Database().chart->description, HasSubstr("Feb 3, 2026 to Feb 9, 2026"));
   Sql("delete from Scenario; delete from MSP_TASKS");
+  EXPECT_EQ(ErrorOf([&] { Database(); }), 5);
+}
+
+TEST_F(WorkbenchTest, APlanThatCantBeMadeLeavesItsTasksAndOneWithoutAModelStandsAlone) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  const FileView whole = Database();
+  Sql("insert into MSP_LINKS (PROJ_ID, LINK_UID, LINK_PRED_UID, LINK_SUCC_UID, LINK_TYPE) "
+      "select PROJ_ID, 99, LINK_SUCC_UID, LINK_PRED_UID, 1 from MSP_LINKS limit 1");
+  const FileView circle = Database();
+  EXPECT_FALSE(circle.chart);
+  EXPECT_THAT(circle.whyNoChart, HasSubstr("circle"));
+  EXPECT_EQ(InPlan(circle), InPlan(whole));
+  for (const Element& element : circle.elements) EXPECT_EQ(Property(element, "Early start"), "");
+  Sql("delete from MSP_LINKS; delete from Scenario; delete from Activity_in_Scenario");
+  const FileView plan = Database();
+  EXPECT_TRUE(plan.chart);
+  EXPECT_EQ(InPlan(plan), InPlan(whole));
+  for (const Element& element : plan.elements) {
+    EXPECT_EQ(element.kind, Element::Kind::kTask);
+    EXPECT_FALSE(element.scenario);
+  }
+  Selection selection(plan);
+  EXPECT_TRUE(selection.Choose(1));
+  EXPECT_FALSE(selection.Into() || selection.Out());
+  Sql("delete from MSP_TASKS where TASK_UID > 0");
   EXPECT_EQ(ErrorOf([&] { Database(); }), 5);
 }
 
@@ -264,6 +321,19 @@ TEST_F(WorkbenchTest, AMergeMarksWhatItChangesInBothPicturesAndTouchesNothing) {
     EXPECT_EQ(SignsIn(*view.chart), 2U);
   }
   EXPECT_EQ(ReadFile(databasePath), database);
+  const std::string gone = With(ReadFile(folder.Path("plan.mpx")),
+                                {{"70,5,5,Work on the first task with the mentor", "0,5,5,Gone"}});
+  const std::string fewer = folder.Write("fewer.mpx", gone);
+  for (const bool isComplete : {false, true}) {
+    SCOPED_TRACE(isComplete);
+    const FileView view = ViewMerge({fewer, databasePath, 1, isComplete}, desktop);
+    const Element& unit = Unit(view, 5);
+    EXPECT_EQ(unit.mark, isComplete ? Mark::kRemoved : Mark::kChanged);  // it lives on
+    EXPECT_THAT(unit.bar, StartsWith("before-"));
+    EXPECT_EQ(ElementOfBar(view, unit.bar), static_cast<std::size_t>(&unit - &view.elements[0]));
+    EXPECT_EQ(view.notes.at(0).element, ElementOfBar(view, unit.bar));
+    EXPECT_EQ(SignsIn(view.chart.value()), 1U);
+  }
   const FileView none = ViewMerge({folder.Write("none.mpx", "none"), databasePath, 1}, desktop);
   EXPECT_EQ(none.notes.at(0).change, ChangeKind::kStop);
   EXPECT_THAT(Marked(none), IsEmpty());
@@ -301,10 +371,37 @@ TEST_F(WorkbenchTest, TheSelectionGoesBackForwardIntoAndOutAndOutlivesItsView) {
   EXPECT_TRUE(selection.CanGoForward());
   EXPECT_TRUE(selection.Choose(at(14)));  // what lay ahead is no more
   EXPECT_FALSE(selection.Forward());
-  FileView smaller = festival;
-  std::erase_if(smaller.elements, [](const Element& element) { return element.number == 14; });
+  const auto without = [](FileView view, std::vector<std::int32_t> units) {
+    std::erase_if(view.elements, [&](const Element& element) {
+      return element.kind == Element::Kind::kUnit &&
+             std::find(units.begin(), units.end(), element.number) != units.end();
+    });
+    return view;
+  };
+  const FileView smaller = without(festival, {14});
   selection.Show(smaller);
   EXPECT_EQ(name(smaller), "Stage building");  // the step before
+  EXPECT_FALSE(selection.CanGoForward());
+  const char* way[] = {"Build a roof from own timber", "Stage building",
+                       "Bring the stage to the quay"};
+  for (const char* before : way) {
+    EXPECT_TRUE(selection.Back());
+    EXPECT_EQ(name(smaller), before);
+  }
+  EXPECT_FALSE(selection.CanGoBack() || selection.Back());
+  for (int step = 0; step < 3; ++step) EXPECT_TRUE(selection.Forward());
+  EXPECT_FALSE(selection.CanGoForward() || selection.Forward());
+  // What is chosen goes, and nothing stood before it; what lay ahead stays ahead.
+  for (int step = 0; step < 3; ++step) EXPECT_TRUE(selection.Back());
+  const FileView smallest = without(smaller, {2});
+  selection.Show(smallest);
+  EXPECT_EQ(name(smallest), "none");
+  EXPECT_TRUE(selection.CanGoForward() && selection.Forward());
+  EXPECT_EQ(name(smallest), "Stage building");
+  const FileView nothing;
+  selection.Show(nothing);
+  EXPECT_EQ(selection.Chosen(), std::nullopt);
+  EXPECT_FALSE(selection.CanGoBack() || selection.CanGoForward());
 }
 
 }  // namespace
