@@ -321,6 +321,18 @@ std::string GenerateModel(int occurrences) {
   return text.Take();
 }
 
+std::string GenerateChoice(int occurrences) {
+  Text text;
+  Summary(text);
+  Pools(text, occurrences, "What is done in step ");
+  text.Lines({"", "Scenario List", ""});
+  const int half = occurrences / 2;
+  Scenario(text, {1, 0, "", 1, half});
+  Scenario(text, {2, 0, "", half + 1, half});
+  text.Lines({"End  Scenario List", "OSTN List", "End  OSTN List"});
+  return text.Take();
+}
+
 std::string GenerateShape(Shape shape, int units) {
   Text text;
   Summary(text);

@@ -13,6 +13,9 @@ std::string GenerateModel(int occurrences);
 // The same with an object for each occurrence, all of one name.
 std::string GenerateObjectsOfOneName(int occurrences);
 
+// Two scenarios of half as many each, which a translation asks to choose from.
+std::string GenerateChoice(int occurrences);
+
 // One scenario of so many units (an even number, at most 4,000) in a shape that a layout can trip
 // over.
 enum class Shape { kChain, kRing, kHub, kLadder, kNestedFans };

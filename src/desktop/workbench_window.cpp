@@ -87,24 +87,23 @@ WorkbenchWindow::~WorkbenchWindow() {
 void WorkbenchWindow::AddTools() {
   QToolBar* bar = addToolBar("Tools");
   bar->setObjectName("workbenchTools");
-  auto* tools = new PictureTools(*this, *bar, desktop_,
-                                 {[this] { return lastPicture_; }, [this] { return Pictures(); }});
-  tools_ = tools;
-  back_ = tools->Add("back", "Back", QKeySequence("Alt+Left"), [this] { Move(&Selection::Back); });
-  forward_ = tools->Add("forward", "Forward", QKeySequence("Alt+Right"),
-                        [this] { Move(&Selection::Forward); });
-  tools->Add("into", "Into", {}, [this] { Move(&Selection::Into); })
+  tools_ = new PictureTools(*this, *bar, desktop_,
+                            {[this] { return lastPicture_; }, [this] { return Pictures(); }});
+  back_ = tools_->Add("back", "Back", QKeySequence("Alt+Left"), [this] { Move(&Selection::Back); });
+  forward_ = tools_->Add("forward", "Forward", QKeySequence("Alt+Right"),
+                         [this] { Move(&Selection::Forward); });
+  tools_->Add("into", "Into", {}, [this] { Move(&Selection::Into); })
       ->setToolTip("Into the decomposition (Enter)");
-  tools->Add("out", "Out", {}, [this] { Move(&Selection::Out); })
+  tools_->Add("out", "Out", {}, [this] { Move(&Selection::Out); })
       ->setToolTip("Out of the scenario (Backspace)");
-  all_ = tools->Add("allScenarios", "All scenarios", QKeySequence("Ctrl+D"),
-                    [this] { ShowAll(all_->isChecked()); });
+  all_ = tools_->Add("allScenarios", "All scenarios", QKeySequence("Ctrl+D"),
+                     [this] { ShowAll(all_->isChecked()); });
   all_->setCheckable(true);
   bar->addSeparator();
-  tools->AddZoom();
+  tools_->AddZoom();
   bar->addSeparator();
-  tools->AddExport();
-  tools->ComeBefore(outline_->Search());
+  tools_->AddExport();
+  tools_->ComeBefore(outline_->Search());
   auto* find = new QAction(this);
   find->setShortcut(QKeySequence::Find);
   find->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -114,17 +113,17 @@ void WorkbenchWindow::AddTools() {
     outline_->Search().selectAll();
   });
   bar->addSeparator();
-  AddTranslations(*tools);
+  AddTranslations();
 }
 
-void WorkbenchWindow::AddTranslations(PictureTools& tools) {
+void WorkbenchWindow::AddTranslations() {
   if (file_->Kind() != FileKind::kText) {
-    bringBack_ =
-        tools.Add("bringBack", file_->Merge() ? "To the merge..." : "Bring a changed plan back...",
-                  QKeySequence("Ctrl+B"), [this] { BringBack(); });
+    bringBack_ = tools_->Add("bringBack",
+                             file_->Merge() ? "To the merge..." : "Bring a changed plan back...",
+                             QKeySequence("Ctrl+B"), [this] { BringBack(); });
     return;
   }
-  tools.Add("toPlan", "Model to plan...", QKeySequence("Ctrl+T"), [this] {
+  tools_->Add("toPlan", "Model to plan...", QKeySequence("Ctrl+T"), [this] {
     if (OnToPlan) OnToPlan(file_->Path(), view_.choices);
   });
   choices_ = new QToolBar("Choices");
@@ -212,9 +211,10 @@ void WorkbenchWindow::AddParts() {
 
 // A file that is replaced, as editors do, is watched no more.
 void WorkbenchWindow::Watch() {
-  const QString path = PathToQt(file_->Path());
-  watcher_ = new QFileSystemWatcher({path}, this);
-  connect(watcher_, &QFileSystemWatcher::fileChanged, this, [this, path] {
+  QStringList paths{PathToQt(file_->Path())};
+  if (file_->Merge()) paths += PathToQt(file_->Merge()->database);
+  watcher_ = new QFileSystemWatcher(paths, this);
+  connect(watcher_, &QFileSystemWatcher::fileChanged, this, [this](const QString& path) {
     changed_->show();
     QTimer::singleShot(0, this, [this, path] { watcher_->addPath(path); });
   });
@@ -225,6 +225,7 @@ void WorkbenchWindow::TakeView(FileView view) {
   view_ = std::move(view);
   selection_.Show(view_);
   diagrams_.clear();
+  drawn_.reset();
   outline_->Show(view_.elements);
   notes_->Show(view_.notes);
   diagram_->setVisible(!view_.model.scenarios.empty());

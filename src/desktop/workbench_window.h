@@ -57,7 +57,7 @@ class WorkbenchWindow : public QMainWindow {
 
  private:
   void AddTools();
-  void AddTranslations(PictureTools& tools);
+  void AddTranslations();
   void BringBack();
   void AddParts();
   void AddNotices(QLayout& column);

@@ -268,6 +268,9 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   Browse(form, "cmdBrowseText", text);
   User::Click(form, "cmdOK");
   EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(merge, "fileChanged").isVisible(); }));
+  User::Click(merge, "readAgain");
+  EXPECT_EQ(notes.model()->rowCount(), 0);  // it was merged
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
