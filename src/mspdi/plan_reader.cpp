@@ -1,6 +1,9 @@
 #include "mspdi/plan_reader.h"
 
+#include <algorithm>
+#include <charconv>
 #include <unordered_map>
+#include <utility>
 
 #include "runtime/code_page.h"
 #include "runtime/text.h"
@@ -49,6 +52,95 @@ class TakenNumbers {
 
 using IdsByUid = std::unordered_map<std::int64_t, std::int64_t>;
 
+// The row that stands for the plan as a whole.
+bool IsWhole(std::optional<std::int64_t> uid, std::int64_t level) { return uid == 0 || level == 0; }
+
+// What tells where a row stands, as far as it can be read. What can't is refused with its row.
+struct RowHead {
+  pugi::xml_node node;
+  std::optional<std::int64_t> id;
+  std::int64_t level = 1;
+  bool isWhole = false;
+  bool isTask = false;
+};
+
+RowHead HeadOf(const pugi::xml_node& node) {
+  RowHead head{.node = node, .id = {}};
+  std::optional<std::int64_t> uid;
+  bool isNamed = false;
+  bool isBlank = false;
+  for (const pugi::xml_node& field : node.children()) {
+    const std::string_view name = LocalName(field);
+    if (name == "UID") uid = field.text().as_llong(1);
+    if (name == "ID") head.id = field.text().as_llong(0);
+    if (name == "Name") isNamed = !field.text().empty();
+    if (name == "IsNull") isBlank = field.text().as_bool();
+    if (name == "OutlineLevel") head.level = field.text().as_llong(1);
+  }
+  head.isWhole = IsWhole(uid, head.level);
+  head.isTask = isNamed && !isBlank && !head.isWhole;
+  return head;
+}
+
+// "1.2.1"; none where it isn't written so.
+std::vector<std::int64_t> OutlineNumberOf(const pugi::xml_node& node) {
+  std::string text;
+  for (const pugi::xml_node& field : node.children()) {
+    if (LocalName(field) == "OutlineNumber") text = Trim(TextOf(field));
+  }
+  std::vector<std::int64_t> numbers;
+  const char* const end = text.data() + text.size();
+  for (const char* at = text.data();; ++at) {
+    const auto parsed = std::from_chars(at, end, numbers.emplace_back());
+    if (parsed.ec != std::errc()) return {};
+    if (parsed.ptr == end) return numbers;
+    if (*parsed.ptr != '.') return {};
+    at = parsed.ptr;
+  }
+}
+
+// By what a key tells of each row. False where a task has none. Blank rows stay behind their
+// neighbours.
+template <typename KeyOf>
+bool SortRows(std::vector<RowHead>& rows, const KeyOf& keyOf) {
+  using Key = decltype(keyOf(rows.front()));
+  std::vector<std::pair<Key, RowHead>> keyed;
+  for (const RowHead& row : rows) {
+    Key key = row.isWhole ? Key() : keyOf(row);
+    if (key == Key() && !row.isWhole) {
+      if (row.isTask) return false;
+      if (!keyed.empty()) key = keyed.back().first;
+    }
+    keyed.emplace_back(std::move(key), row);
+  }
+  std::ranges::stable_sort(keyed, {}, &std::pair<Key, RowHead>::first);
+  std::ranges::transform(keyed, rows.begin(), &std::pair<Key, RowHead>::second);
+  return true;
+}
+
+// The order of the outline is that of the IDs, or where not all have one, of the outline numbers,
+// otherwise the file's own.
+std::vector<RowHead> RowsInOrder(const pugi::xml_node& tasks) {
+  std::vector<RowHead> rows;
+  for (const pugi::xml_node& node : tasks.children()) {
+    if (LocalName(node) == "Task") rows.push_back(HeadOf(node));
+  }
+  if (rows.empty() || SortRows(rows, [](const RowHead& row) { return row.id; })) return rows;
+  SortRows(rows, [](const RowHead& row) { return OutlineNumberOf(row.node); });
+  return rows;
+}
+
+// Levels above the tasks, where the whole plan takes the first one.
+std::int64_t LevelsOfWhole(const std::vector<RowHead>& rows) {
+  bool hasWhole = false;
+  std::optional<std::int64_t> least;
+  for (const RowHead& row : rows) {
+    hasWhole = hasWhole || row.isWhole;
+    if (row.isTask) least = std::min(least.value_or(row.level), row.level);
+  }
+  return hasWhole ? std::max<std::int64_t>(least.value_or(1) - 1, 0) : 0;
+}
+
 class Reader {
  public:
   explicit Reader(const Output& file) : file_(file), values_(file_) {}
@@ -79,7 +171,8 @@ class Reader {
   XmlFile file_;
   XmlValues values_;
   FilePlan plan_;
-  std::int64_t place_ = 0;                   // in the list, of the last task
+  std::int64_t place_ = 0;  // in the list, of the last task
+  std::int64_t levelsOfWhole_ = 0;
   std::vector<std::vector<RawLink>> links_;  // of each task
   IdsByUid taskIds_;
   IdsByUid resourceIds_;
@@ -133,9 +226,9 @@ FilePlan Reader::Read() {
 
 void Reader::ReadTasks(const pugi::xml_node& tasks) {
   TakenNumbers taken(file_, "task");
-  for (const pugi::xml_node& node : tasks.children()) {
-    if (LocalName(node) == "Task") ReadTask(node, taken);
-  }
+  const std::vector<RowHead> rows = RowsInOrder(tasks);
+  levelsOfWhole_ = LevelsOfWhole(rows);
+  for (const RowHead& row : rows) ReadTask(row.node, taken);
 }
 
 void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
@@ -177,7 +270,7 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
     }
   }
   if (uid) taken.TakeUid(*uid, task.line);
-  const bool whole = uid == 0 || task.level == 0;
+  const bool whole = IsWhole(uid, task.level);
   if (!whole) ++place_;
   if (whole || blank || task.name.empty()) {
     links_.pop_back();
@@ -186,6 +279,7 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
   task.uid = uid.value_or(0);
   task.id = id.value_or(place_);
   taken.TakeId(task.id, task.line);
+  task.level -= levelsOfWhole_;
   CheckLevel(task);
   for (const RawLink& link : links_.back()) {
     if (uid && !link.elsewhere && link.predecessorUid == *uid) {

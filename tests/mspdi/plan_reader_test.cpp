@@ -254,6 +254,29 @@ TEST(Rows, WithoutAnIdCountByTheirPlaceAndBlankOnesAreNone) {
   EXPECT_EQ(plan.resources[1].units, 0);
 }
 
+TEST(Rows, StandInTheOrderOfTheOutlineBelowTheWholePlan) {
+  const auto row = [](const char* name, const char* id, const char* outline, const char* level) {
+    const auto field = [](const char* tag, const std::string& text) {
+      return text.empty() ? text : "<" + (tag + (">" + text + "</")) + tag + ">";
+    };
+    return Task(field("Name", name) + field("OutlineLevel", level) +
+                field("OutlineNumber", outline) + field("ID", id));
+  };
+  const std::string whole = Task("<UID>0</UID><ID>0</ID><OutlineLevel>1</OutlineLevel>");
+  const std::string blank = Task("<UID>7</UID><IsNull>1</IsNull>");
+  for (const std::string& rows :
+       {row("C", "10", "", "2") + row("B", "9", "", "3") + blank + row("A", "2", "", "2") + whole,
+        row("C", "", "10", "2") + row("B", "", "9.1", "3") + whole + row("A", "", "9", "2"),
+        row("A", "", "", "2") + blank + row("B", "5", "", "3") + row("C", "", "", "2") + whole}) {
+    SCOPED_TRACE(rows);
+    std::string found;
+    for (const FileTask& task : Read(Tasks(rows)).tasks) {
+      found += task.name + std::to_string(task.level);
+    }
+    EXPECT_EQ(found, "A1B2C1");
+  }
+}
+
 TEST(Text, ComesFromAllKindsOfContent) {
   const FilePlan plan =
       Read("<!-- & no entity <!DOCTYPE --><?xml-stylesheet x?>" +
