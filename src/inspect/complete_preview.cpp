@@ -1,5 +1,8 @@
+#include <map>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "inspect/merge_preview.h"
 #include "platform/quiet_desktop.h"
@@ -10,10 +13,64 @@ namespace merivane::inspect {
 
 using namespace program;
 
-std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks,
-                                   const ModelSnapshot& before, const ModelSnapshot& after) {
+namespace {
+
+template <typename Row>
+void GiveNumbers(std::map<std::int32_t, Row>& rows,
+                 const std::map<std::int32_t, std::int32_t>& numbers) {
+  for (const auto& [before, number] : numbers) {
+    auto row = rows.extract(before);
+    if (row.empty()) continue;
+    row.key() = number;
+    rows.insert(std::move(row));
+  }
+}
+
+// The same model, by the numbers that its units have now.
+ModelSnapshot WithNumbers(ModelSnapshot model,
+                          const std::map<std::int32_t, std::int32_t>& numbers) {
+  if (numbers.empty()) return model;
+  GiveNumbers(model.units, numbers);
+  GiveNumbers(model.unitNames, numbers);
+  const auto numberOf = [&](std::int32_t before) {
+    const auto number = numbers.find(before);
+    return number == numbers.end() ? before : number->second;
+  };
+  std::multiset<ModelSnapshot::Link> links;
+  for (const auto& [scenario, from, to] : model.links) {
+    links.emplace(scenario, numberOf(from), numberOf(to));
+  }
+  model.links = std::move(links);
+  std::map<std::pair<std::int32_t, std::int32_t>, ModelSnapshot::Assignment> assignments;
+  for (auto& [key, assignment] : model.assignments) {
+    assignments[{numberOf(key.first), key.second}] = std::move(assignment);
+  }
+  model.assignments = std::move(assignments);
+  return model;
+}
+
+MergeChange FoundByName(const std::vector<std::int32_t>& rows) {
+  std::string sentence = rows.size() == 1 ? "A task bears no number of the model in Text1, and was"
+                                          : "Tasks bear no number of the model in Text1, and were";
+  sentence += " found by name and place: row" + std::string(rows.size() == 1 ? " " : "s ");
+  for (std::size_t at = 0; at < rows.size(); ++at) {
+    const bool goesOn = at > 0 && rows[at - 1] + 1 == rows[at];
+    const bool isLast = at + 1 == rows.size() || rows[at + 1] != rows[at] + 1;
+    if (goesOn && !isLast) continue;
+    sentence += (at == 0 ? "" : goesOn ? "-" : ", ") + std::to_string(rows[at]);
+  }
+  return {ChangeKind::kKept,
+          {"plan", std::nullopt, ""},
+          sentence + ".",
+          "Save the plan with that field, so that a task keeps its unit under another name."};
+}
+
+}  // namespace
+
+std::vector<MergeChange> ChangesOf(const reconcile::Kept& kept, const ModelSnapshot& before,
+                                   const ModelSnapshot& after) {
   std::vector<MergeChange> changes;
-  for (const reconcile::Remark& remark : remarks) {
+  for (const reconcile::Remark& remark : kept.remarks) {
     const auto number = remark.kind == "task" ? remark.row : std::nullopt;
     changes.push_back({ChangeKind::kNotTaken,
                        {remark.kind, number, remark.name},
@@ -21,7 +78,19 @@ std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks
                        remark.advice,
                        remark.row});
   }
-  for (const auto& more : {ChangesBetween(before, after), TakenOutBetween(before, after)}) {
+  if (!kept.byName.empty()) changes.push_back(FoundByName(kept.byName));
+  for (const auto& [earlier, number] : kept.numbers) {
+    const auto unit = after.units.find(number);
+    if (unit == after.units.end() || !before.units.contains(earlier)) continue;
+    changes.push_back({ChangeKind::kChanged,
+                       {"unit", number, unit->second.name},
+                       "Its number was " + std::to_string(earlier) +
+                           "; a plan has its tasks in the order of the numbers.",
+                       "",
+                       unit->second.planRow});
+  }
+  const ModelSnapshot was = WithNumbers(before, kept.numbers);
+  for (const auto& more : {ChangesBetween(was, after), TakenOutBetween(was, after)}) {
     changes.insert(changes.end(), more.begin(), more.end());
   }
   return changes;
@@ -50,8 +119,11 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
   preview.merged = kept.merged;
   if (kept.merged) {
     const ModelSnapshot after = ReadSnapshot(*state.gProjectConn, project);
-    if (witness != nullptr) witness->OnAfter(*state.gProjectConn, before, after);
-    preview.changes = ChangesOf(kept.remarks, before, after);
+    if (witness != nullptr) {
+      witness->OnNumbers(kept.numbers);
+      witness->OnAfter(*state.gProjectConn, WithNumbers(before, kept.numbers), after);
+    }
+    preview.changes = ChangesOf(kept, before, after);
     if (withProof) {
       preview.proof = ProvePreview(*state.gProjectConn, project, text, templatePath, shown);
     }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "memory_model.h"
+#include "reconcile/moved_tasks.h"
 #include "reconcile/plan_content.h"
 #include "reconcile/row_values.h"
 
@@ -20,6 +21,7 @@ class PlanComparison {
 
   std::vector<MergeChange> Run() {
     CompareTasks();
+    CompareOrder();
     CompareRelations();
     CompareResources();
     CompareAssignments();
@@ -98,6 +100,19 @@ class PlanComparison {
     if (given.note != task.note) {
       Add(task.row, Named(number), "The merged model has another note.",
           "Write it into the glossary of its process.");
+    }
+  }
+
+  // Of what lies below one summary task in both.
+  void CompareOrder() {
+    const auto place = [this](std::int32_t behind) {
+      return behind == 0 ? "in front of the others" : "behind " + Described(Named(behind));
+    };
+    for (const MovedTask& moved : MovedTasks(wanted_, given_)) {
+      Add(RowOf(moved.task), Named(moved.task),
+          "It stands " + place(moved.behind) + " in the plan, and " + place(moved.otherBehind) +
+              " in what the merged model gives.",
+          "Number its unit by its place: a plan follows the numbers.");
     }
   }
 

@@ -14,6 +14,7 @@
 #include "runtime/text.h"
 #include "store/ask.h"
 #include "store/interim_db.h"
+#include "task_numbers.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
 #include "translator/stored_model.h"
@@ -103,65 +104,61 @@ class CompleteMerge {
     desktop_.templatePath = state.desktop.TemplatePath();
   }
 
-  std::vector<Remark> Run() {
-    const StoredModel model{database_, project_};
+  Kept Run() {
     ChooseAsBefore(desktop_, *state_.gInterimConn, project_);
-    Scratch before(desktop_, model);
-    before.Translate();
-    Scratch after(desktop_, model);
+    std::unique_ptr<Scratch> model = TranslatedModel({});
+    const PlanContent given = TranslatedPlan(model->Database(), kProject);
+    ModelRows rows = ReadModelRows(model->Database(), kProject);
     Program reader(desktop_);
-    ReadPlan(reader.projectToModel);
+    ReadPlan(reader.projectToModel, model->Database());
     Connection& plan = *reader.projectToModel.gInterimConn;
-    ModelRows rows = ReadModelRows(before.Database(), kProject);
-    const PlanContent given = TranslatedPlan(before.Database(), kProject);
-    NumberTasks(plan, rows, given);
-    Reconciliation reconciliation(std::move(rows), given, PlanThatCameIn(plan, project_));
+    kept_.byName = NumberTasks(plan, kProject, rows, given);
+    Reconciliation reconciliation(std::move(rows), given, PlanThatCameIn(plan, kProject));
     reconciliation.Run();
-    ApplyChanges(after.Database(), kProject, reconciliation.Changes());
-    after.Translate();
-    WriteText(after);
-    Store(after.Database(), plan);
-    remarks_.insert(remarks_.end(), reconciliation.Remarks().begin(),
-                    reconciliation.Remarks().end());
-    return std::move(remarks_);
+    if (!reconciliation.Changes().empty()) {
+      model.reset();  // before there is another one
+      model = TranslatedModel(reconciliation.Changes());
+    }
+    WriteText(*model);
+    kept_.numbers = reconciliation.Numbers();
+    NumberAgain(plan);
+    Store(model->Database(), plan);
+    kept_.remarks.insert(kept_.remarks.end(), reconciliation.Remarks().begin(),
+                         reconciliation.Remarks().end());
+    kept_.merged = true;
+    return std::move(kept_);
   }
 
  private:
-  // Into the work tables of a copy.
-  void ReadPlan(ProjectToModel& reader) {
-    reader.gInterimConn = std::make_unique<Connection>(reader.workspace);
-    reader.gInterimConn->Open(ConnectionText(database_), OpenMode::kCopy);
-    reader.gInterimProjId = project_;
-    LenientReading listener(desktop_);
-    OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, &listener); });
-    remarks_ = std::move(listener.remarks);
+  std::unique_ptr<Scratch> TranslatedModel(const std::vector<RowChange>& changes) {
+    auto model = std::make_unique<Scratch>(desktop_, StoredModel{database_, project_});
+    ApplyChanges(model->Database(), kProject, changes);
+    model->Translate();
+    return model;
   }
 
-  // A task without the number of a unit in the plan, or with one that an earlier task bears, is
-  // new.
-  void NumberTasks(Connection& plan, const ModelRows& rows, const PlanContent& given) {
-    ModelEdit numbers(rows);
-    std::int32_t last = 0;
-    for (const auto& [unit, row] : rows.units) last = std::max(last, unit);
-    std::set<std::int32_t> seen;
+  // Into the work tables of a copy of the template, beside the resources, whose notes stay where
+  // the plan has none.
+  void ReadPlan(ProjectToModel& reader, Connection& model) {
+    reader.gInterimConn = std::make_unique<Connection>(reader.workspace);
+    reader.gInterimConn->Open(ConnectionText(desktop_.TemplatePath()), OpenMode::kCopy);
+    reader.gInterimProjId = kProject;
+    Replace({model, kProject}, {*reader.gInterimConn, kProject}, "MSP_RESOURCES", "PROJ_ID");
+    LenientReading listener(desktop_);
+    OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, &listener); });
+    kept_.remarks = std::move(listener.remarks);
+  }
+
+  // As the merged model numbers them.
+  void NumberAgain(Connection& plan) {
+    if (kept_.numbers.empty()) return;
     Recordset tasks =
-        Ask(&plan, "select * from ProjectAct where Msp_ProjID = ", std::to_string(project_));
-    bool anyKnown = false;
+        Ask(&plan, "select * from ProjectAct where Msp_ProjID = ", std::to_string(kProject));
     for (; !tasks.Eof(); tasks.MoveNext()) {
-      if (NumberIn(tasks.Field("Outline")).value_or(0) <= 0) continue;
-      const std::int32_t unit = NumberIn(tasks.Field("Text1")).value_or(0);
-      if (given.tasks.contains(unit) && seen.insert(unit).second) {
-        anyKnown = true;
-        continue;
-      }
-      tasks.SetField("Text1", std::to_string(numbers.NextElement()));
+      const auto number = kept_.numbers.find(NumberIn(tasks.Field("Text1")).value_or(0));
+      if (number == kept_.numbers.end()) continue;
+      tasks.SetField("Text1", std::to_string(number->second));
       tasks.Update();
-    }
-    if (!anyKnown && !given.tasks.empty()) {
-      throw RunTimeError(kInvalidFileFormat,
-                         "No task of the plan bears a number of this project's model in the field "
-                         "Text1.  Save the plan with that field, or build a new model from the "
-                         "plan alone (Overwrite; --overwrite).");
     }
   }
 
@@ -183,18 +180,19 @@ class CompleteMerge {
 
   // The rows of the project give way to those of the scratch databases.
   void Store(Connection& model, Connection& plan) {
+    MarkWhatCameBack(model);
+    const Rows stored{*state_.gInterimConn, project_};
     for (const char* table : {"Activity_Pool", "Object_Pool", "Scenario", "Activity_in_Scenario",
                               "Object_in_Activity_in_Scenario", "Junctions_in_Scenario",
                               "Facts_in_Junction", "Links_in_Scenario"}) {
-      Replace(model, table, "Msp_ProjID", kProject);
+      Replace({model, kProject}, stored, table, "Msp_ProjID");
     }
     for (const char* table : {"MSP_TASKS", "MSP_LINKS", "MSP_RESOURCES", "MSP_ASSIGNMENTS"}) {
-      Replace(model, table, "PROJ_ID", kProject);
+      Replace({model, kProject}, stored, table, "PROJ_ID");
     }
     for (const char* table : {"P_Misc", "ProjectAct", "ProjectRes", "ProjectResReqts"}) {
-      Replace(plan, table, "Msp_ProjID", project_);
+      Replace({plan, kProject}, stored, table, "Msp_ProjID");
     }
-    MarkWhatCameBack();
     Connection* database = state_.gInterimConn.get();
     Recordset project =
         Ask(database, "select * from MSP_PROJECTS where PROJ_ID = ", std::to_string(project_));
@@ -208,10 +206,10 @@ class CompleteMerge {
     state_.gProjectConn->Open(ConnectionText(database_));
   }
 
-  // All that the plan of the database shows.
-  void MarkWhatCameBack() {
-    Connection* database = state_.gInterimConn.get();
-    const std::string project = std::to_string(project_);
+  // All that the plan of the model shows.
+  static void MarkWhatCameBack(Connection& model) {
+    Connection* database = &model;
+    const std::string project = std::to_string(kProject);
     Recordset tasks = Ask(database, "select * from MSP_TASKS where PROJ_ID = ", project);
     for (; !tasks.Eof(); tasks.MoveNext()) {
       tasks.SetField("KV7_PROCOCC_BROUGHT_BACK", 1);
@@ -246,27 +244,46 @@ class CompleteMerge {
     }
   }
 
-  void Replace(Connection& source, const char* table, const char* projectColumn,
-               std::int32_t project) {
-    Connection* database = state_.gInterimConn.get();
-    const std::string where = std::string(" where ") + projectColumn + " = ";
-    Recordset old = Ask(database, "select * from ", table, where, std::to_string(project_));
-    for (; !old.Eof(); old.MoveNext()) old.Delete();
-    Recordset from = AskStatic(&source, "select * from ", table, where, std::to_string(project));
-    Recordset to = Ask(database, "select * from ", table);
+  struct Rows {
+    Connection& database;
+    std::int32_t project;
+  };
+
+  // Row by row, so that what didn't change isn't written.
+  void Replace(const Rows& source, const Rows& target, const char* table,
+               const char* projectColumn) {
+    const auto where = [&](std::int32_t project) {
+      return std::string(" where ") + projectColumn + " = " + std::to_string(project);
+    };
+    Recordset from = AskStatic(&source.database, "select * from ", table, where(source.project));
+    Recordset to = Ask(&target.database, "select * from ", table, where(target.project));
+    std::vector<std::pair<int, int>> places;  // of each column in both
     std::vector<std::string> columns;
     for (int column = 0; column < from.FieldCount(); ++column) {
       const std::string name = from.FieldName(column);
-      const bool isOwn = !EqualNoCase(name, projectColumn) && !EqualNoCase(name, kComputed);
-      if (isOwn && to.FindField(name) >= 0) columns.push_back(name);
+      if (EqualNoCase(name, projectColumn) || EqualNoCase(name, kComputed)) continue;
+      const int place = to.FindField(name);
+      if (place < 0) continue;
+      places.emplace_back(column, place);
+      columns.push_back(name);
     }
-    const std::size_t count = columns.size();
+    for (; !from.Eof() && !to.Eof(); from.MoveNext(), to.MoveNext(), state_.progress.Step()) {
+      bool isSame = true;
+      for (std::size_t at = 0; at < places.size(); ++at) {
+        const Value& value = from.Field(places[at].first);
+        if (to.Field(places[at].second) == value) continue;
+        to.SetField(columns[at], value);
+        isSame = false;
+      }
+      if (!isSame) to.Update();
+    }
+    for (; !to.Eof(); to.MoveNext()) to.Delete();
     columns.emplace_back(projectColumn);
     for (; !from.Eof(); from.MoveNext(), state_.progress.Step()) {
       std::vector<Value> values;
-      values.reserve(count + 1);
-      for (std::size_t at = 0; at < count; ++at) values.push_back(from.Field(columns[at]));
-      values.emplace_back(project_);
+      values.reserve(columns.size());
+      for (const auto& [place, other] : places) values.push_back(from.Field(place));
+      values.emplace_back(target.project);
       to.AddNew(columns, values);
     }
   }
@@ -278,7 +295,7 @@ class CompleteMerge {
   std::string database_;
   std::int32_t project_;
   QuietDesktop desktop_;
-  std::vector<Remark> remarks_;
+  Kept kept_;
 };
 
 }  // namespace
@@ -288,7 +305,7 @@ Kept MergeCompletely(ProjectToModel& state, const std::string& planPath) {
     state.desktop.ShowMessage({.text = text, .icon = MessageIcon::kCritical, .title = kTitle});
   };
   try {
-    return {true, CompleteMerge(state, planPath).Run()};
+    return CompleteMerge(state, planPath).Run();
   } catch (const CircleOfTasks& circle) {
     refuse("Tasks of the plan wait for each other in a circle: " + circle.names +
            ".  Take one of their predecessors out, and merge again.");

@@ -24,14 +24,10 @@ constexpr const char* kJunctions = "Junctions_in_Scenario";
 constexpr const char* kLinks = "Links_in_Scenario";
 constexpr const char* kCreator = "Merivane";
 
-// The reader takes four digits of the numbers of processes, objects, junctions and links.
-constexpr std::int32_t kMostNumber = 9999;
-
-RunTimeError NoNumberLeft() {
-  return {
-      kOverflow,
-      "The model holds so many elements that no number up to 9999 is free for another one, and a "
-      "text takes no greater one."};
+RunTimeError NoNumberLeft(std::int32_t most = kMostNumber) {
+  return {kOverflow, "The model holds so many elements that no number up to " +
+                         std::to_string(most) +
+                         " is free for another one, and a text takes no greater one."};
 }
 
 template <typename Elements>
@@ -55,7 +51,9 @@ ModelEdit::ModelEdit(ModelRows model) : model_(std::move(model)) {
     to_[link.destination].push_back(number);
   }
   for (const auto& [number, unit] : model_.units) lastElement_ = std::max(lastElement_, number);
-  for (const auto& [number, link] : model_.links) lastElement_ = std::max(lastElement_, number);
+  for (const auto& [number, link] : model_.links) {
+    lastElement_ = std::max(lastElement_, link.number);
+  }
   for (const auto& [number, each] : model_.junctions) lastElement_ = std::max(lastElement_, number);
 }
 
@@ -87,15 +85,15 @@ bool ModelEdit::IsSyncAnd(std::int32_t element) const {
   return junction != model_.junctions.end() && junction->second.type == kSyncAnd;
 }
 
-std::int32_t ModelEdit::NextElement() {
+std::int32_t ModelEdit::NextNumber(std::int32_t most) {
   const auto isTaken = [this](std::int32_t number) {
     return model_.units.contains(number) || model_.junctions.contains(number) ||
            model_.links.contains(number);
   };
-  if (lastElement_ >= kMostNumber) lastElement_ = 0;
+  if (lastElement_ >= most) lastElement_ = 0;
   while (isTaken(++lastElement_)) {
   }
-  if (lastElement_ > kMostNumber) throw NoNumberLeft();
+  if (lastElement_ > most) throw NoNumberLeft(most);
   return lastElement_;
 }
 
@@ -168,6 +166,37 @@ void ModelEdit::MoveUnit(std::int32_t unit, std::int32_t scenario) {
   model_.units[unit].scenario = scenario;
   Note({Kind::kSet, kUnits, {{"Use_Num", unit}}, {{"Scenario_Num", scenario}}});
   Note({Kind::kSet, kUses, {{"Activity_Num", unit}}, {{"Scenario_Num", scenario}}});
+}
+
+void ModelEdit::NumberUnits(const std::map<std::int32_t, std::int32_t>& numbers) {
+  if (numbers.empty()) return;
+  const auto renumber = [&](std::int32_t& number) {
+    const auto found = numbers.find(number);
+    if (found != numbers.end()) number = found->second;
+  };
+  for (const auto& [unit, number] : numbers) {
+    auto row = model_.units.extract(unit);
+    row.key() = number;
+    model_.units.insert(std::move(row));
+    for (const auto& [table, column] :
+         {std::pair(kUnits, "Use_Num"), std::pair(kUses, "Activity_Num"),
+          std::pair(kScenarios, "Parent_Num"), std::pair(kLinks, "Origin_Num"),
+          std::pair(kLinks, "Destination_Num")}) {
+      Note({Kind::kSet, table, {{column, unit}}, {{column, number}}});
+    }
+    for (auto* links : {&from_, &to_}) {
+      auto ends = links->extract(unit);
+      if (ends.empty()) continue;
+      ends.key() = number;
+      links->insert(std::move(ends));
+    }
+  }
+  for (auto& [unit, object] : model_.uses) renumber(unit);
+  for (auto& [number, scenario] : model_.scenarios) renumber(scenario.parent);
+  for (auto& [number, link] : model_.links) {
+    renumber(link.origin);
+    renumber(link.destination);
+  }
 }
 
 void ModelEdit::RemoveUnit(std::int32_t unit) {
@@ -251,7 +280,7 @@ std::int32_t ModelEdit::ScenarioOf(std::int32_t element) const {
 void ModelEdit::AddLink(std::int32_t origin, std::int32_t destination) {
   const std::int32_t number = NextElement();
   const std::int32_t scenario = ScenarioOf(origin);
-  model_.links[number] = {scenario, origin, destination};
+  model_.links[number] = {number, scenario, origin, destination};
   place_[number] = model_.linkOrder.size();
   model_.linkOrder.push_back(number);
   Hang(from_[origin], number);
@@ -264,6 +293,11 @@ void ModelEdit::AddLink(std::int32_t origin, std::int32_t destination) {
   SetEnd(number, "Destination", destination);
 }
 
+RowChange::Key ModelEdit::KeyOf(std::int32_t link) const {
+  const ModelRows::Link& row = model_.links.at(link);
+  return {{"Num", row.number}, {"Scenario_Num", row.scenario}};
+}
+
 void ModelEdit::SetEnd(std::int32_t link, const char* end, std::int32_t element) {
   const bool isOrigin = std::string_view(end) == "Origin";
   const bool isUnit = IsUnit(element);
@@ -272,7 +306,7 @@ void ModelEdit::SetEnd(std::int32_t link, const char* end, std::int32_t element)
   const std::string_view type = isUnit ? kProcessOccurrence : kJunction;
   Note({Kind::kSet,
         kLinks,
-        {{"Num", link}},
+        KeyOf(link),
         {{isOrigin ? "Origin_Num" : "Destination_Num", element},
          {isOrigin ? "Origin_Type" : "Destination_Type", type},
          {isOrigin ? "Origin_Name" : "Destination_Name", name}}});
@@ -303,10 +337,10 @@ void ModelEdit::Hang(std::vector<std::int32_t>& links, std::int32_t link) const 
 
 void ModelEdit::TakeOutLink(std::int32_t link) {
   const auto row = model_.links.find(link);
+  Note({Kind::kRemove, kLinks, KeyOf(link), {}});
   Erase(from_[row->second.origin], link);
   Erase(to_[row->second.destination], link);
   model_.links.erase(row);
-  Note({Kind::kRemove, kLinks, {{"Num", link}}, {}});
 }
 
 void ModelEdit::RemoveLink(std::int32_t link) {

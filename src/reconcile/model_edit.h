@@ -14,6 +14,10 @@
 
 namespace merivane::reconcile {
 
+// The reader takes four digits of the numbers of processes, objects, junctions and links.
+constexpr std::int32_t kMostNumber = 9999;
+constexpr std::int32_t kMostUnit = 32767;  // it keeps that of a unit in 16 bits
+
 class ModelEdit {
  public:
   explicit ModelEdit(ModelRows model);
@@ -30,7 +34,9 @@ class ModelEdit {
   // Whether it is a junction of the type "Sync. AND", which ties its branches together.
   bool IsSyncAnd(std::int32_t element) const;
 
-  std::int32_t NextElement();  // the number of a unit, junction or link that is to come
+  // The number of a unit, or of a junction or link, that is to come.
+  std::int32_t NextUnit() { return NextNumber(kMostUnit); }
+  std::int32_t NextElement() { return NextNumber(kMostNumber); }
   std::int32_t AddProcess(const std::string& name);
   std::int32_t CopyProcess(std::int32_t process, const std::string& name);
   void NameProcess(std::int32_t process, const std::string& name);
@@ -43,6 +49,8 @@ class ModelEdit {
   void SetLaborRule(std::int32_t unit, const std::string& rule);
   // Its links go; those that the plan wants are drawn again.
   void MoveUnit(std::int32_t unit, std::int32_t scenario);
+  // REQUIRES: each new number is free.
+  void NumberUnits(const std::map<std::int32_t, std::int32_t>& numbers);
   // With its links, uses and decompositions, and with its process where it was the last use.
   void RemoveUnit(std::int32_t unit);
   void RemoveProcessUnlessUsed(std::int32_t process);
@@ -68,7 +76,9 @@ class ModelEdit {
   bool HasObjects(std::int32_t unit) const;
 
  private:
+  std::int32_t NextNumber(std::int32_t most);
   void Note(RowChange change) { changes_.push_back(std::move(change)); }
+  RowChange::Key KeyOf(std::int32_t link) const;
   void SetEnd(std::int32_t link, const char* end, std::int32_t element);
   std::int32_t ScenarioOf(std::int32_t element) const;
   void Hang(std::vector<std::int32_t>& links, std::int32_t link) const;

@@ -78,9 +78,12 @@ ModelRows ReadModelRows(Connection& connection, std::int32_t project) {
                                              Joined(row.Field("Type")), Joined(row.Field("ID"))};
   });
   forEach("Links_in_Scenario", [&](Recordset& row) {
-    model.linkOrder.push_back(NumberOf(row, "Num"));
-    model.links[NumberOf(row, "Num")] = {NumberOf(row, "Scenario_Num"), NumberOf(row, "Origin_Num"),
-                                         NumberOf(row, "Destination_Num")};
+    const std::int32_t number = NumberOf(row, "Num");
+    const auto order = static_cast<std::int32_t>(model.linkOrder.size());
+    const std::int32_t link = model.links.contains(number) ? kSecondLinks + order : number;
+    model.linkOrder.push_back(link);
+    model.links[link] = {number, NumberOf(row, "Scenario_Num"), NumberOf(row, "Origin_Num"),
+                         NumberOf(row, "Destination_Num")};
   });
   forEach("Object_Pool", [&](Recordset& row) {
     model.objects[NumberOf(row, "Num")] = {Joined(row.Field("Name")), Joined(row.Field("Alias")),

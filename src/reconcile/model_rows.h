@@ -41,6 +41,7 @@ struct ModelRows {
     std::string id;
   };
   struct Link {
+    std::int32_t number = 0;
     std::int32_t scenario = 0;
     std::int32_t origin = 0;
     std::int32_t destination = 0;
@@ -56,11 +57,15 @@ struct ModelRows {
   std::map<std::int32_t, Scenario> scenarios;
   std::map<std::int32_t, Junction> junctions;
   std::vector<std::int32_t> junctionOrder;  // of their rows: one of several of a task counts
+  // By their numbers; a second one of a number, which another scenario may have, by a number of its
+  // own above kSecondLinks.
   std::map<std::int32_t, Link> links;
   std::vector<std::int32_t> linkOrder;  // of their rows, which tells branches apart
   std::map<std::int32_t, Object> objects;
   std::vector<std::pair<std::int32_t, std::int32_t>> uses;  // unit, object
 };
+
+constexpr std::int32_t kSecondLinks = 100000;
 
 // Of a model that was translated. Errors of the database come up.
 ModelRows ReadModelRows(Connection& connection, std::int32_t project);

@@ -45,14 +45,14 @@ class Surroundings {
 
 }  // namespace
 
-std::map<std::int32_t, std::int32_t> SummaryTasks(const ModelRows& model,
-                                                  const std::function<bool(std::int32_t)>& isGone) {
+std::map<std::int32_t, OutlinePlace> OutlineOf(const ModelRows& model,
+                                               const std::function<bool(std::int32_t)>& isGone) {
   Surroundings surroundings(model, isGone);
-  std::map<std::int32_t, std::int32_t> parents;
+  std::map<std::int32_t, OutlinePlace> outline;
   std::map<std::vector<std::int32_t>, std::int32_t> inOrder;
   for (const auto& [number, unit] : model.units) {
     if (!unit.sent || isGone(number)) continue;
-    parents[number] = kNoPlace;
+    outline[number] = {};
     const auto& around = surroundings.Of(unit.scenario);
     if (!around) continue;
     std::vector<std::int32_t> order = *around;
@@ -60,12 +60,13 @@ std::map<std::int32_t, std::int32_t> SummaryTasks(const ModelRows& model,
     inOrder.emplace(std::move(order), number);
   }
   std::vector<std::pair<std::size_t, std::int32_t>> above;  // level and number
+  std::size_t place = 0;
   for (const auto& [order, number] : inOrder) {
     while (!above.empty() && above.back().first >= order.size()) above.pop_back();
-    parents[number] = above.empty() ? 0 : above.back().second;
+    outline[number] = {above.empty() ? 0 : above.back().second, ++place};
     above.emplace_back(order.size(), number);
   }
-  return parents;
+  return outline;
 }
 
 }  // namespace merivane::reconcile

@@ -107,6 +107,7 @@ class PlanReader {
     }
     above_.emplace_back(*depth, number);
     units_[*planRow] = number;
+    task.place = plan_.tasks.size();
     plan_.tasks[number] = std::move(task);
   }
 

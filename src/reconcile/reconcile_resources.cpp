@@ -44,6 +44,29 @@ std::string RuleOf(const std::vector<Term>& terms, bool withOnes) {
   return Left(rule, kLongestRule);
 }
 
+// Behind which resource that both plans have, and as which one there; the numbers of the rows may
+// be others in each program.
+using Place = std::pair<std::string, int>;
+
+// Of the resources that the other plan doesn't have.
+std::map<Place, std::string> PlacesOfOthers(const PlanContent& plan, const PlanContent& other) {
+  std::map<std::int32_t, std::string> inOrder;
+  for (const auto& [name, resource] : plan.resources) {
+    if (resource.row) inOrder[*resource.row] = name;
+  }
+  std::map<Place, std::string> places;
+  Place place;
+  for (const auto& [row, name] : inOrder) {
+    if (other.resources.contains(name)) {
+      place = {name, 0};
+    } else {
+      places[place] = name;
+      ++place.second;
+    }
+  }
+  return places;
+}
+
 bool IsDigit(const std::string& units) {
   if (!IsNumericText(units)) return units.empty();
   const double number = ToDouble(units);
@@ -60,11 +83,13 @@ void Reconciliation::TellResource(const std::string& name, std::string sentence,
                       std::move(sentence), std::move(advice)});
 }
 
-// By name, and where the plan gave the row of one that is gone another name, by the row.
+// By name, and where the plan has a new one in the place of one that is gone, by the place.
 void Reconciliation::MatchResources() {
-  std::map<std::int32_t, std::string> goneInRow;
-  for (const auto& [name, resource] : given_.resources) {
-    if (!wanted_.resources.contains(name) && resource.row) goneInRow[*resource.row] = name;
+  const std::map<Place, std::string> gone = PlacesOfOthers(given_, wanted_);
+  std::map<std::string, std::string> renamed;  // by the name in the plan
+  for (const auto& [place, name] : PlacesOfOthers(wanted_, given_)) {
+    const auto before = gone.find(place);
+    if (before != gone.end()) renamed[name] = before->second;
   }
   std::map<std::string, std::int32_t>& objects = objectBefore_;
   for (const auto& [number, object] : edit_.Model().objects) {
@@ -82,11 +107,10 @@ void Reconciliation::MatchResources() {
                    "Give it one without commas, quotes and line breaks.");
       continue;
     }
-    const auto gone = resource.row ? goneInRow.find(*resource.row) : goneInRow.end();
-    if (gone != goneInRow.end() && objects.contains(gone->second)) {
-      objectOf_[name] = objects[gone->second];
+    const auto earlier = renamed.find(name);
+    if (earlier != renamed.end() && objects.contains(earlier->second)) {
+      objectOf_[name] = objects[earlier->second];
       edit_.NameObject(objectOf_[name], name);
-      goneInRow.erase(gone);
     } else {
       objectOf_[name] = edit_.AddObject(name);
     }

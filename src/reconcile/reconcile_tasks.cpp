@@ -3,10 +3,12 @@
 #include <utility>
 
 #include "outline.h"
+#include "reconcile/moved_tasks.h"
 #include "reconcile/row_values.h"
 #include "reconciliation.h"
 #include "runtime/text.h"
 #include "translator/task_note.h"
+#include "unit_order.h"
 
 namespace merivane::reconcile {
 
@@ -49,6 +51,7 @@ void Reconciliation::Run() {
   TakeDurations();
   Rewire(edit_, relations_);
   const Relations reached = RelationsOf(edit_);
+  OrderTasks();
   TellRelations(relations_.finishToStart, reached.finishToStart, "FS");
   TellRelations(relations_.startToStart, reached.startToStart, "SS");
   TellRelations(relations_.finishToFinish, reached.finishToFinish, "FF");
@@ -58,8 +61,11 @@ void Reconciliation::TellRelations(const Relations::Pairs& wanted, const Relatio
                                    const std::string& kind) {
   for (const auto* pairs : {&wanted, &reached}) {
     const auto& others = pairs == &wanted ? reached : wanted;
-    for (const auto& [from, to] : *pairs) {
-      if (others.contains({from, to})) continue;
+    for (const auto& pair : *pairs) {
+      if (others.contains(pair)) continue;
+      auto [from, to] = pair;
+      // What starts or finishes together stands at the higher number, as in the next plan.
+      if (kind != "FS" && NumberOf(from) > NumberOf(to)) std::swap(from, to);
       const std::string relation = kind + " to '" + wanted_.tasks.at(from).name + "'";
       Tell(to,
            pairs == &wanted
@@ -167,21 +173,26 @@ void Reconciliation::PlaceTasks() {
   const auto isGone = [this](std::int32_t unit) {
     return given_.tasks.contains(unit) && !wanted_.tasks.contains(unit);
   };
+  for (const auto& [unit, task] : given_.tasks) {
+    const auto wanted = wanted_.tasks.find(unit);
+    if (wanted == wanted_.tasks.end() || wanted->second.parent != task.parent) continue;
+    stayingBelow_[task.parent].emplace(wanted->second.place, unit);
+  }
   for (const auto& [unit, task] : wanted_.tasks) {  // from above: numbers follow the rows
     if (!given_.tasks.contains(unit)) AddTask(unit, task);
   }
   std::map<std::int32_t, int> moves;
   for (bool isMoved = true; isMoved;) {
     isMoved = false;
-    for (const auto& [unit, parent] : SummaryTasks(edit_.Model(), isGone)) {
-      const std::int32_t wanted = wanted_.tasks.at(unit).parent;
-      if (parent == wanted || moves[unit] == kMostMoves) continue;
-      MoveTask(unit, ++moves[unit] == 1 ? ScenarioAmong(wanted) : ScenarioBelow(wanted));
+    for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone)) {
+      const Task& wanted = wanted_.tasks.at(unit);
+      if (place.parent == wanted.parent || moves[unit] == kMostMoves) continue;
+      MoveTask(unit, ++moves[unit] == 1 ? ScenarioAmong(wanted) : ScenarioBelow(wanted.parent));
       isMoved = true;
     }
   }
-  for (const auto& [unit, parent] : SummaryTasks(edit_.Model(), isGone)) {
-    if (parent == wanted_.tasks.at(unit).parent) continue;
+  for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone)) {
+    if (place.parent == wanted_.tasks.at(unit).parent) continue;
     Tell(unit, "It lies deeper than the ten levels that a translation gives.",
          "Move it further up.");
   }
@@ -189,7 +200,7 @@ void Reconciliation::PlaceTasks() {
 
 void Reconciliation::AddTask(std::int32_t unit, const Task& task) {
   const std::int32_t known = ProcessNamed(task.name, 0);
-  edit_.AddUnit(unit, ScenarioAmong(task.parent), known != 0 ? known : edit_.AddProcess(task.name),
+  edit_.AddUnit(unit, ScenarioAmong(task), known != 0 ? known : edit_.AddProcess(task.name),
                 task.name);
 }
 
@@ -200,21 +211,14 @@ void Reconciliation::MoveTask(std::int32_t unit, std::int32_t scenario) {
   edit_.MoveUnit(unit, scenario);
 }
 
-// Where the path of a decomposed unit is left out of the plan, its scenario follows another task.
-std::int32_t Reconciliation::ScenarioAmong(std::int32_t parent) {
-  const auto& scenarios = edit_.Model().scenarios;
-  const bool hasOwn = std::any_of(scenarios.begin(), scenarios.end(), [&](const auto& each) {
-    return each.second.parent == parent && each.second.sent;
-  });
-  if (!hasOwn) {
-    for (const auto& [unit, task] : given_.tasks) {
-      const auto wanted = wanted_.tasks.find(unit);
-      const bool stays =
-          task.parent == parent && wanted != wanted_.tasks.end() && wanted->second.parent == parent;
-      if (stays) return edit_.Model().units.at(unit).scenario;
-    }
-  }
-  return ScenarioBelow(parent);
+// That of the neighbour in front, since below a task there may be several: where the path of a
+// decomposed unit is left out of the plan, its scenario follows another task.
+std::int32_t Reconciliation::ScenarioAmong(const Task& task) {
+  const auto staying = stayingBelow_.find(task.parent);
+  if (staying == stayingBelow_.end()) return ScenarioBelow(task.parent);
+  auto neighbour = staying->second.lower_bound(task.place);
+  if (neighbour != staying->second.begin()) --neighbour;
+  return edit_.Model().units.at(neighbour->second).scenario;
 }
 
 std::int32_t Reconciliation::ScenarioBelow(std::int32_t parent) {
@@ -246,6 +250,41 @@ void Reconciliation::RemoveEmptyScenarios() {
       return unit.second.scenario == scenario;
     });
     if (isEmpty) edit_.RemoveScenario(scenario);
+  }
+}
+
+std::int32_t Reconciliation::NumberOf(std::int32_t unit) const {
+  const auto number = numbers_.find(unit);
+  return number == numbers_.end() ? unit : number->second;
+}
+
+// Behind all other changes, which go by the numbers that the plan knows.
+void Reconciliation::OrderTasks() {
+  std::map<std::int32_t, std::size_t> places;
+  for (const auto& [unit, task] : wanted_.tasks) places[unit] = task.place;
+  std::set<std::int32_t> known;
+  for (const auto& [unit, task] : given_.tasks) known.insert(unit);
+  numbers_ = NumbersInOrder(edit_.Model(), places, known);
+  edit_.NumberUnits(numbers_);
+  TellOrder();
+}
+
+void Reconciliation::TellOrder() {
+  const auto outline = OutlineOf(edit_.Model(), [](std::int32_t) { return false; });
+  PlanContent reached;
+  for (const auto& [unit, task] : wanted_.tasks) {
+    const auto place = outline.find(NumberOf(unit));
+    if (place == outline.end()) continue;
+    reached.tasks[unit].parent = task.parent;
+    reached.tasks[unit].place = place->second.place;
+  }
+  for (const MovedTask& moved : MovedTasks(wanted_, reached)) {
+    const std::string place = moved.behind == 0
+                                  ? "in front of the others"
+                                  : "behind task '" + wanted_.tasks.at(moved.behind).name + "'";
+    Tell(moved.task,
+         "It stands " + place + " in the plan; no number of its unit puts it there in a model.",
+         "Move its unit, or number those beside it anew.");
   }
 }
 

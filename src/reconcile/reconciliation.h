@@ -2,6 +2,7 @@
 // can't be had.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -29,6 +30,8 @@ class Reconciliation {
 
   const std::vector<RowChange>& Changes() const { return edit_.Changes(); }
   const std::vector<Remark>& Remarks() const { return remarks_; }
+  // Of units that got another number, by the earlier one.
+  const std::map<std::int32_t, std::int32_t>& Numbers() const { return numbers_; }
 
  private:
   using Task = PlanContent::Task;
@@ -46,10 +49,13 @@ class Reconciliation {
   void PlaceTasks();
   void AddTask(std::int32_t unit, const Task& task);
   void MoveTask(std::int32_t unit, std::int32_t scenario);
-  std::int32_t ScenarioAmong(std::int32_t parent);
+  std::int32_t ScenarioAmong(const Task& task);
   std::int32_t ScenarioBelow(std::int32_t parent);
   void RemoveTasks();
   void RemoveEmptyScenarios();
+  void OrderTasks();
+  std::int32_t NumberOf(std::int32_t unit) const;  // that it gets for its order
+  void TellOrder();
 
   void NameTasks();
   void NameUnits(std::int32_t process, const std::vector<std::int32_t>& renamed);
@@ -74,7 +80,9 @@ class Reconciliation {
   std::set<std::int32_t> decomposedBefore_;
   Relations relations_;
   std::vector<Remark> remarks_;
+  std::map<std::int32_t, std::int32_t> numbers_;
   std::set<std::int32_t> touchedScenarios_;
+  std::map<std::int32_t, std::map<std::size_t, std::int32_t>> stayingBelow_;  // by place
   std::map<std::string, std::int32_t> objectOf_;      // by the resource's name in the plan
   std::map<std::string, std::int32_t> objectBefore_;  // by its name in the model
 };

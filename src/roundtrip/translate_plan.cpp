@@ -190,7 +190,7 @@ bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::in
 void TakePlan(ProjectToModel& state, const std::string& fileName, MergeListener* listener) {
   state.gRebuildModel = 0;
   if (HoldsNoCase(Right(fileName, 4), ".xml")) {
-    XmlSource source(state, fileName, listener);
+    XmlSource source(state, fileName, listener, false);
     ReadPlan(state, source);
     return;
   }

@@ -102,7 +102,7 @@ void XmlSource::CheckOccurrences() {
                 refuse);
     task.text1.clear();
   }
-  if (anyKnown) return;
+  if (anyKnown || !needsNumbers_) return;
   throw RunTimeError(
       kInvalidFileFormat,
       "No task of the plan bears a number of this project's model in the field Text1, so a merge "

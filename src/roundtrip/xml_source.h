@@ -16,9 +16,11 @@ using namespace program;
 
 class XmlSource : public PlanSource {
  public:
-  // A listener (null: none) hears each row that would end the merge.
-  XmlSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener)
-      : state_(state), listener_(listener), fileName_(fileName) {}
+  // A listener (null: none) hears each row that would end the merge. `needsNumbers`: a plan without
+  // a known Text1 is refused by a merge.
+  XmlSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener,
+            bool needsNumbers = true)
+      : state_(state), listener_(listener), fileName_(fileName), needsNumbers_(needsNumbers) {}
 
   PlanHead Open() override;
   void HandResources(WorkTables& tables) override;
@@ -42,6 +44,7 @@ class XmlSource : public PlanSource {
   ProjectToModel& state_;
   MergeListener* listener_;
   std::string fileName_;
+  bool needsNumbers_;
   mspdi::FilePlan plan_;
 };
 

@@ -1,6 +1,7 @@
 #include "workbench/merge_view.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -32,6 +33,25 @@ class Pictures : public MergeWitness {
       AddPlan(view_, model, project_, today_);
       if (view_.chart) plan_ = ReadDatedPlan(model, project_, today_);
     });
+  }
+
+  void OnNumbers(const std::map<std::int32_t, std::int32_t>& numbers) override {
+    const auto give = [&](auto& number) {
+      const auto now = numbers.find(static_cast<std::int32_t>(number));
+      if (now != numbers.end()) number = now->second;
+    };
+    for (Scenario& scenario : before_.scenarios) {
+      give(scenario.parent);
+      for (Unit& unit : scenario.units) give(unit.number);
+      for (Link& link : scenario.links) {
+        give(link.origin);
+        give(link.destination);
+      }
+    }
+    if (!plan_) return;
+    for (schedule::PlanTask& task : plan_->plan.tasks) {
+      if (task.occurrence) give(*task.occurrence);
+    }
   }
 
   void OnAfter(Connection& model, const ModelSnapshot& before,

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "foreign_xml.h"
 #include "inspect/merge_proof.h"
 #include "plan_sketch.h"
 #include "round_fixture.h"
@@ -79,6 +80,7 @@ class CompleteMergeTest : public RoundFixture {
         {"so it stays out", "doesn't give it"},
         {"so it stays out", "Of resource", false},
         {"hold its quantity", "There are"},
+        {"no number of its unit", "It stands"},
     };
     // The other task or the resource that both sentences name in quotes.
     const auto quoted = [](const std::string& sentence) {
@@ -107,7 +109,7 @@ class CompleteMergeTest : public RoundFixture {
     for (const char* sql :
          {"select * from Fact_Pool", "select * from Misc",
           "select * from Object_Pool where Send_to_Project = 0",
-          "select Use_Num, Name, Scenario_Num, Duration, Fact_List from Activity_in_Scenario u"
+          "select Name, Scenario_Num, Duration, Fact_List from Activity_in_Scenario u"
           " where Send_to_Project = 0 and exists (select 1 from Activity_in_Scenario where"
           " Scenario_Num = u.Scenario_Num and Send_to_Project = 1)"}) {
       for (auto& row : RawDatabase(databasePath).Rows(sql)) rows.push_back(std::move(row));
@@ -200,6 +202,47 @@ TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHoldsForTenRoundsOfPlansMadeAga
   });
 }
 
+// Other numbers, another order of elements, levels and rows around the tasks: the text is the same.
+TEST_P(CompleteMergeOfRandomModels, TakeAPlanOfAnotherProgramAsTheirOwn) {
+  ForSeeds(ModelsOfAGroup(4), [&](const std::string& model) {
+    std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
+    Translate(model);
+    PlanSketch plan(databasePath);
+    for (int edits = static_cast<int>(random() % 6); edits > 0; --edits) plan.Edit(random);
+    const std::string before = ReadFile(databasePath);
+    const auto mergedText = [&](const std::string& file) {
+      folder.Write(databasePath, before);
+      EXPECT_TRUE(Merge(file).merged) << testing::PrintToString(desktop.MessageTexts());
+      return ReadFile(text);
+    };
+    const std::string ofMpx = mergedText(folder.Write("plan.mpx", plan.Mpx()));
+    EXPECT_TRUE(mergedText(folder.Write("plan.mpx", plan.Mpx(3))) == ofMpx);
+    if (plan.JumpsInOutline()) return;
+    const std::string ofXml = mergedText(folder.Write("plan.xml", plan.Xml()));
+    for (int program = 0; program < 3; ++program) {
+      const std::string foreign = ForeignXml(plan, random).Text();
+      EXPECT_TRUE(mergedText(folder.Write("plan.xml", foreign)) == ofXml) << foreign;
+    }
+  });
+}
+
+TEST_P(CompleteMergeOfRandomModels, FindTheTasksOfAPlanWithoutNumbers) {
+  ForSeeds(2, [this](const std::string& model) {
+    Translate(model);
+    PlanSketch plan(databasePath);
+    if (plan.tasks.empty()) return;
+    const std::string before = ReadFile(databasePath);
+    ASSERT_TRUE(Merge(PlanFile(plan, false)).merged);
+    const std::string direct = ReadFile(text);
+    folder.Write(databasePath, before);
+    for (auto& task : plan.tasks) task.unit.clear();
+    const Kept kept = Merge(PlanFile(plan, !plan.JumpsInOutline()));
+    ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+    EXPECT_EQ(kept.byName.size(), plan.tasks.size());
+    EXPECT_TRUE(ReadFile(text) == direct);
+  });
+}
+
 struct Sentence {
   const char* name;
   void (*change)(PlanSketch& plan);
@@ -263,6 +306,41 @@ TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {
     const auto after = RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario");
     EXPECT_EQ(after.size(), isXml ? units : units + 1);
   }
+}
+
+// Its tasks are numbered 1 to 5 without a gap, so that those behind the first one get new numbers,
+// which the plan doesn't know when it comes again.
+TEST_F(CompleteMergeTest, AMovedTaskKeepsItsUnitWhenThePlanComesAgain) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  PlanSketch plan(databasePath);
+  std::rotate(plan.tasks.begin(), plan.tasks.begin() + 4, plan.tasks.end());
+  std::vector<std::string> names;
+  for (const auto& task : plan.tasks) names.push_back(task.name);
+  const auto inDatabase = [this] {
+    std::vector<std::string> found;
+    for (const auto& task : PlanSketch(databasePath).tasks) found.push_back(task.name);
+    return found;
+  };
+  Kept kept = Merge(PlanFile(plan, true));
+  EXPECT_EQ(kept.numbers.size(), 4U);
+  EXPECT_EQ(inDatabase(), names);
+  const std::string first = ReadFile(text);
+  kept = Merge(PlanFile(plan, true));
+  EXPECT_EQ(kept.byName, (std::vector<std::int32_t>{2, 3, 4, 5}));
+  EXPECT_THAT(kept.numbers, IsEmpty());
+  EXPECT_EQ(ReadFile(text), first);
+}
+
+TEST_F(CompleteMergeTest, APlanOfAnotherModelIsRefused) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  PlanSketch plan(databasePath);
+  for (auto& task : plan.tasks) {
+    task.unit.clear();
+    if (task.key > 2) task.name += " elsewhere";
+  }
+  const std::string before = ReadFile(databasePath);
+  for (const bool isXml : {false, true}) EXPECT_FALSE(Merge(PlanFile(plan, isXml)).merged);
+  EXPECT_EQ(ReadFile(databasePath), before);
 }
 
 TEST_F(CompleteMergeTest, ACircleIsRefusedByNamesAndLeavesTheDatabase) {

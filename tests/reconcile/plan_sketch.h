@@ -81,7 +81,7 @@ class PlanSketch {
     const auto ofResource = [&] {
       return std::next(resources.begin(), static_cast<std::ptrdiff_t>(upTo(resources.size() - 1)));
     };
-    switch (upTo(12)) {
+    switch (upTo(14)) {
       case 0:
         task.name += " again";
         return;
@@ -123,37 +123,44 @@ class PlanSketch {
         std::erase_if(assignments, [&](const auto& row) { return row.first.second == resource; });
         return;
       }
+      case 12:
+      case 13:
+        Reorder(at, random() % 2 == 0);
+        return;
       default:
         Move(at, upTo(tasks.size() - 1));
     }
   }
 
-  std::string Mpx() const {
+  // `step`: between the numbers of the rows, with blank ones where it is more than 1.
+  std::string Mpx(int step = 1) const {
     std::string text;
+    const auto idOf = [step](std::size_t row) { return static_cast<int>(row) * step; };
     const auto print = [&text](std::string_view line) { text.append(line).append("\r\n"); };
     for (const std::string& line : MpxHead(kDefaultOemCodePage)) print(line);
     print(MpxProjectHeader("plan.mpx", "1/3/2000"));
     print(kMpxResourceFields);
     print(kMpxResourceFieldNumbers);
     for (const auto& [number, resource] : resources) {
-      print(MpxResource(number, resource.first, resource.second));
+      print(MpxResource(number * step, resource.first, resource.second));
       print(kMpxResourceCalendar);
     }
     print(kMpxTaskFields);
     print(kMpxTaskFieldNumbers);
     for (std::size_t at = 0; at < tasks.size(); ++at) {
       const Task& task = tasks[at];
+      if (step > 1) print("70," + std::to_string(idOf(at + 1) - 1) + ",,,,,,,,");
       std::string before;
       for (const auto& [key, kind] : task.predecessors) {
-        before +=
-            (before.empty() ? "" : ",") + std::to_string(RowOf(key)) + (kind == "FS" ? "" : kind);
+        before += (before.empty() ? "" : ",") + std::to_string(idOf(RowOf(key))) +
+                  (kind == "FS" ? "" : kind);
       }
-      print(MpxTaskRecord(
-          {static_cast<int>(at) + 1, task.name, Days(task) + "d", task.level, before, task.unit},
-          kDefaultOemCodePage));
+      print(
+          MpxTaskRecord({idOf(at + 1), task.name, Days(task) + "d", task.level, before, task.unit},
+                        kDefaultOemCodePage));
       if (!task.note.empty()) print(MpxNote(kMpxTaskNote, task.note + "\r\n"));
       for (const auto& [key, units] : assignments) {
-        if (key.first == task.key) print(MpxAssignment(key.second, units, "8.00"));
+        if (key.first == task.key) print(MpxAssignment(key.second * step, units, "8.00"));
       }
     }
     return FromUtf8(text);
@@ -299,6 +306,22 @@ class PlanSketch {
                 tasks.begin() + static_cast<std::ptrdiff_t>(end));
     const std::size_t place = RowOf(parent);
     tasks.insert(tasks.begin() + static_cast<std::ptrdiff_t>(place), moved.begin(), moved.end());
+  }
+
+  // With what lies below it, to the first or the last place below its summary task.
+  void Reorder(std::size_t from, bool toFront) {
+    const std::size_t parent = ParentOf(from);
+    const bool isTop = parent == tasks.size();
+    const auto begin = tasks.begin() + static_cast<std::ptrdiff_t>(isTop ? 0 : parent + 1);
+    const auto end =
+        isTop ? tasks.end() : tasks.begin() + static_cast<std::ptrdiff_t>(EndOf(parent));
+    const auto at = tasks.begin() + static_cast<std::ptrdiff_t>(from);
+    const auto behind = tasks.begin() + static_cast<std::ptrdiff_t>(EndOf(from));
+    if (toFront) {
+      std::rotate(begin, at, behind);
+    } else {
+      std::rotate(at, behind, end);
+    }
   }
 
   int nextKey_ = 0;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +37,8 @@ class MergeWitness {
  public:
   virtual ~MergeWitness() = default;
   virtual void OnBefore(Connection& model) = 0;
+  // The numbers that units got in place of earlier ones. `before` of OnAfter has them already.
+  virtual void OnNumbers(const std::map<std::int32_t, std::int32_t>& /*numbers*/) {}
   // Not where nothing can be merged.
   virtual void OnAfter(Connection& model, const ModelSnapshot& before,
                        const ModelSnapshot& after) = 0;
@@ -57,9 +60,10 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
                                   bool withProof, Desktop* shown = nullptr,
                                   MergeWitness* witness = nullptr);
 
-// Of a complete merge: what it told that a model can't hold, and what became of the model.
-std::vector<MergeChange> ChangesOf(const std::vector<reconcile::Remark>& remarks,
-                                   const ModelSnapshot& before, const ModelSnapshot& after);
+// Of a complete merge: what it told that a model can't hold, how it found what it did, and what
+// became of the model.
+std::vector<MergeChange> ChangesOf(const reconcile::Kept& kept, const ModelSnapshot& before,
+                                   const ModelSnapshot& after);
 
 // What the merge that came in last passed over of the plan: predecessors that the plan doesn't
 // have, under another summary task, of the kind start-to-finish. Errors of the database come up.

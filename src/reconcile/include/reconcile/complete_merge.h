@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,6 +31,8 @@ struct Remark {
 
 struct Kept {
   bool merged = false;
+  std::map<std::int32_t, std::int32_t> numbers;  // of units that got another one for their order
+  std::vector<std::int32_t> byName;  // rows of tasks without a number, found by name and place
   std::vector<Remark> remarks;  // in the order of the plan's rows, as far as they are of one kind
 };
 

@@ -1,6 +1,7 @@
 // What a plan says, whichever tables it stands in, with its tasks by the numbers of their units.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -19,6 +20,7 @@ using namespace store;
 struct PlanContent {
   struct Task {
     std::optional<std::int32_t> row;  // in the plan
+    std::size_t place = 0;            // among all tasks, in the order of the outline
     std::string name;
     std::string duration;  // days
     std::string note;      // as NoteText

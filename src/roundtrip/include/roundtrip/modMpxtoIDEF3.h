@@ -39,7 +39,8 @@ bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::in
                   MergeListener* listener = nullptr);
 
 // The first step alone: the file into the work tables of gInterimConn, as for a merge. Errors and
-// ends come up as they do there; with a listener, what can't be taken is passed over.
+// ends come up as they do there, but for a plan without a known number; with a listener, what can't
+// be taken is passed over.
 void TakePlan(ProjectToModel& state, const std::string& fileName, MergeListener* listener);
 
 }  // namespace merivane::roundtrip
