@@ -179,10 +179,19 @@ class Comparison {
     }
   }
 
-  // The unit at the end of a link, or else the one at its origin.
+  bool IsUnit(std::int32_t number) const { return End(number).kind == "unit"; }
+
+  // The unit at the end of a link, at its origin, or else one behind the junction that it leads to.
   std::optional<std::int32_t> UnitAt(const ModelSnapshot::Link& link) const {
-    for (const std::int32_t number : {std::get<2>(link), std::get<1>(link)}) {
-      if (End(number).kind == "unit") return number;
+    const auto& [scenario, origin, end] = link;
+    if (IsUnit(end)) return end;
+    if (IsUnit(origin)) return origin;
+    for (const ModelSnapshot* model : {&after_, &before_}) {
+      const auto from = model->links.lower_bound({scenario, end, 0});
+      for (auto next = from; next != model->links.end(); ++next) {
+        if (std::get<0>(*next) != scenario || std::get<1>(*next) != end) break;
+        if (IsUnit(std::get<2>(*next))) return std::get<2>(*next);
+      }
     }
     return std::nullopt;
   }

@@ -339,6 +339,13 @@ TEST_F(WorkbenchWindowTest, ASmallScreenCutsNothingOffAlsoFromRightToLeft) {
       }
       User::Click(*form, "cmdCancel");
     }
+    window.findChild<QAction*>("mnuMessageLog")->trigger();
+    for (const QDialog* dialog : window.findChildren<QDialog*>()) {
+      const QSize least = dialog->minimumSizeHint();
+      EXPECT_LE(least.width(), 1024 * 9 / 10) << dialog->objectName().toStdString();
+      EXPECT_LE(least.height(), 600 * 9 / 10) << dialog->objectName().toStdString();
+    }
+    window.findChild<QDialog*>("logWindow")->close();
     for (QMainWindow* workbench : {plan, opened}) workbench->parentWidget()->close();
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return window.findChild<QMainWindow*>("workbench") == nullptr; }));
