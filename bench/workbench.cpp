@@ -52,7 +52,7 @@ void Tell(const char* what, double seconds, double goal) {
   std::printf("%-44s %8.3f s  (goal %.2f)\n", what, seconds, goal);
 }
 
-// The slowest click on a row of the outline, the first of each scenario apart: it is drawn then.
+// Clicks on rows of the outline; each of them draws the diagram of another scenario.
 void MeasureOpening(const std::string& file) {
   Desk desk;
   QMainWindow* opened = nullptr;

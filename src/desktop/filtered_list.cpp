@@ -20,6 +20,7 @@ FilteredList::FilteredList(ResultList* list, const QKeySequence& keys, QWidget* 
                               keys.toString(QKeySequence::NativeText) + ')');
   filter_->setClearButtonEnabled(true);
   count_->setObjectName("count");
+  count_->setMargin(fontMetrics().averageCharWidth() / 2);
   connect(filter_, &QLineEdit::textChanged, &list_->Shown(),
           &QSortFilterProxyModel::setFilterFixedString);
   connect(filter_, &QLineEdit::textChanged, this, &FilteredList::TellCount);

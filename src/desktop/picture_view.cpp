@@ -82,7 +82,7 @@ void PictureView::Draw(pictures::Picture picture, Work& work) {
   marked_ = nullptr;
   picture_ = std::move(picture);
   setAccessibleName(ToQt(picture_.title));
-  setAccessibleDescription(ToQt(picture_.description));
+  TellMarked();
   const QRectF sheet(0, 0, picture_.width, picture_.height);
   sheet_ = scene_.addRect(sheet, Qt::NoPen);
   TakeColours();
@@ -149,9 +149,16 @@ void PictureView::wheelEvent(QWheelEvent* event) {
 void PictureView::SetMarked(FigureItem* item) {
   if (marked_ != nullptr) marked_->SetMarked(false);
   marked_ = item;
+  TellMarked();
   if (item == nullptr) return;
   item->SetMarked(true);
   if (Scale() < kReadable) ZoomTo(1);
+}
+
+// To a screen reader.
+void PictureView::TellMarked() {
+  const QString chosen = marked_ == nullptr ? "" : "Chosen: " + Marked() + "\n";
+  setAccessibleDescription(chosen + ToQt(picture_.description));
 }
 
 FigureItem* PictureView::Find(const std::string& id) const {

@@ -56,6 +56,7 @@ class PictureView : public QGraphicsView {
   FigureItem* Find(const std::string& id) const;
   FigureItem* FigureAt(const QMouseEvent& event) const;
   void SetMarked(FigureItem* item);
+  void TellMarked();
   void FitAtFirst();
   void TakeColours();  // of a light or a dark system
 

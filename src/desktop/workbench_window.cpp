@@ -191,7 +191,7 @@ void WorkbenchWindow::AddParts() {
   dock("propertiesDock", "Properties", page_, Qt::RightDockWidgetArea);
   auto* findings = new FilteredList(notes_, QKeySequence("Ctrl+Shift+F"), this);
   tools_->ComeBefore(findings->Filter());
-  dock("notesDock", "Findings", findings, Qt::BottomDockWidgetArea);
+  dock("notesDock", file_->Merge() ? "Changes" : "Findings", findings, Qt::BottomDockWidgetArea);
   outline_->OnChosen = notes_->OnChosen = [this](std::size_t element) { Choose(element); };
   notes_->OnOpen =
       page_->OnOpen = [this](std::size_t line) { OpenAtLine(PathToQt(file_->Path()), line); };

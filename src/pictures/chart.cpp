@@ -474,9 +474,4 @@ Picture DrawChart(const DatedPlan& plan, const ChartOptions& options) {
   return ChartDrawer(plan, options).Draw();
 }
 
-Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
-                  const ChartOptions& options) {
-  return DrawChart(ReadDatedPlan(connection, project, today), options);
-}
-
 }  // namespace merivane::pictures

@@ -106,6 +106,7 @@ TEST_F(PictureViewTest, ZoomFitsAndEachPictureGetsItsPages) {
   view.Fit();
   EXPECT_LT(view.Scale(), 0.11);
   EXPECT_TRUE(view.Choose("end"));
+  EXPECT_THAT(view.accessibleDescription().toStdString(), StartsWith("Chosen: End"));
   EXPECT_EQ(view.Scale(), 1);  // marked where it can be read
 
   QPrinter printer(QPrinter::HighResolution);

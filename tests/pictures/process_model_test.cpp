@@ -126,7 +126,9 @@ TEST_F(ProcessModelTest, WhyAUnitStaysOutIsToldByWhatDecided) {
 
 class StoredChartTest : public ProcessModelTest {
  protected:
-  Picture Chart() { return DrawChart(Model(), 1, {.year = 2026, .month = 11, .day = 30}); }
+  Picture Chart() {
+    return DrawChart(ReadDatedPlan(Model(), 1, {.year = 2026, .month = 11, .day = 30}));
+  }
 };
 
 TEST_F(StoredChartTest, TellsWhereItsDatesComeFrom) {

@@ -50,8 +50,6 @@ struct ChartOptions {
 // same occurrence, otherwise of the same UID; one that is gone stands in a grey row. The id of the
 // picture is "plan", of a task's figure "task-" and its UID.
 Picture DrawChart(const DatedPlan& plan, const ChartOptions& options = {});
-Picture DrawChart(Connection& connection, std::int32_t project, const DateTime& today,
-                  const ChartOptions& options = {});
 
 std::string DateText(const DateTime& date);         // "Feb 3, 2003"
 std::string DateAndTimeText(const DateTime& date);  // "Feb 3, 2003 14:30"
