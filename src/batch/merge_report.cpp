@@ -103,12 +103,8 @@ inspect::MergeProof WithComplete(inspect::MergeProof proof) {
 }
 
 std::string ProofText(const inspect::MergeProof& proof) {
-  if (!proof.failure.empty()) return "proof: " + PrintableLine(ToUtf8(proof.failure)) + '\n';
-  const std::size_t count = proof.differences.size();
-  if (count == 0) return "The merged model gives the plan that came in.\n";
-  return ChangeLines(proof.differences) + std::to_string(count) +
-         (count == 1 ? " difference" : " differences") +
-         " between the plan that came in and what the merged model gives\n";
+  const std::string summary = PrintableLine(ToUtf8(SummaryOf(proof))) + '\n';
+  return proof.failure.empty() ? ChangeLines(proof.differences) + summary : "proof: " + summary;
 }
 
 void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,

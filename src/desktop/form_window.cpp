@@ -71,12 +71,12 @@ void FormWindow::Run(const std::function<void()>& handler) {
 }
 
 void FormWindow::TellResult(const RunResult& result, const std::string& backup,
-                            const std::string& source, int messages) {
+                            const std::string& source, int messages, const QString& more) {
   if (!OnResult) return;
   QString text = result.text.empty() ? "Nothing written" : PathToQt(result.text);
   text[0] = text[0].toUpper();
   if (!backup.empty()) text += "; as it was before: " + PathToQt(backup);
-  OnResult(text + MessageNote(messages), PathToQt(result.file), PathToQt(source));
+  OnResult(text + MessageNote(messages) + more, PathToQt(result.file), PathToQt(source));
 }
 
 void FormWindow::Draw() {

@@ -71,16 +71,20 @@ class FormWindow : public QWidget {
     };
     connect(this, &QObject::destroyed, [&form] { form.OnPick = nullptr; });
   }
-  // Runs OK of the form on the file `source`, and tells the result once the form is gone.
+  // Runs OK of the form on the file `source`, and tells the result once the form is gone, with what
+  // more there is to it.
   template <typename TheForm>
-  void RunOk(TheForm& form, const std::string& source) {
+  void RunOk(
+      TheForm& form, const std::string& source,
+      const std::function<QString()>& more = [] { return QString(); }) {
     desktop_.TellAbout(source);
     desktop_.SetWhyNotOpen(form.WhyNotOpen());
     const int before = desktop_.MessageCount();
     form.cmdOK();
     desktop_.SetWhyNotOpen({});
     if (form.IsLoaded()) return;
-    TellResult(form.Result, form.BackupName, source, desktop_.MessageCount() - before);
+    const int messages = desktop_.MessageCount() - before;
+    TellResult(form.Result, form.BackupName, source, messages, more());
   }
   // Runs a handler and draws what it changed.
   void Run(const std::function<void()>& handler);
@@ -122,7 +126,7 @@ class FormWindow : public QWidget {
               QWidget* buddy);
   QPushButton* AddButton(const char* name, const char* caption);
   void TellResult(const RunResult& result, const std::string& backup, const std::string& source,
-                  int messages);
+                  int messages, const QString& more);
   void Sync();
   void ShowFrame(bool loadedNow);
   void HideFrame();

@@ -5,10 +5,13 @@
 #include <QTabWidget>
 
 #include "inspect/merge_preview.h"
+#include "inspect/merge_proof.h"
 #include "neutraltext/modGlobal.h"
 #include "preview_window.h"
 #include "program/error_boxes.h"
+#include "qt_text.h"
 #include "runtime/run_time_error.h"
+#include "store/connection.h"
 
 namespace merivane::desktop {
 
@@ -117,7 +120,34 @@ void ProjectToModelWindow::Draw() {
 void ProjectToModelWindow::Ok() {
   const bool fromDatabase = form_.SSTabInput == frmProjectToIDEF3::kDatabaseTab;
   const std::string source = fromDatabase ? form_.txtDatabase.text : PlanAndInterim().first;
-  RunOk(form_, source);
+  if (fromDatabase || !form_.MergedProject()) {
+    RunOk(form_, source);
+    return;
+  }
+  const PlannedMerge merge{source, PlanAndInterim().second, *form_.MergedProject(), form_.Complete};
+  RunOk(form_, source, [&] { return Prove(merge); });
+}
+
+// The merge stands, whatever becomes of its proof.
+QString ProjectToModelWindow::Prove(const PlannedMerge& merge) {
+  if (!form_.GenerateResult.value_or(false)) return {};
+  const SavedMousePointer pointer(desktop_, kPointerHourglass);
+  inspect::MergeProof proof;
+  try {
+    Workspace workspace;
+    Connection connection(workspace);
+    connection.Open(ConnectionText(merge.database), OpenMode::kReadOnly);
+    proof = inspect::ProveMerge(connection, merge.project, form_.Result.file,
+                                desktop_.TemplatePath(), &desktop_);
+  } catch (const RunTimeError& error) {
+    proof.failure = error.Description();
+  } catch (const RunCancelled&) {
+    return {};
+  }
+  if (!proof.differences.empty()) {
+    (new ProofWindow(merge, proof, desktop_, window()))->show();
+  }
+  return ". " + ToQt(SummaryOf(proof));
 }
 
 }  // namespace merivane::desktop

@@ -31,6 +31,9 @@ class ProjectToModelWindow : public FormWindow {
   void AddPreview();
   std::pair<std::string, std::string> PlanAndInterim() const;  // of the tab in front
   void Preview();
+  // Of a merge that was run: the plan, the database and its project. Shows what differs; gives what
+  // is to be told in a line.
+  QString Prove(const PlannedMerge& merge);
 
   frmProjectToIDEF3& form_;
   QComboBox* projects_ = nullptr;

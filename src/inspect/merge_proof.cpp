@@ -215,4 +215,12 @@ MergeProof ProvePreview(Connection& merged, std::int32_t project, const std::str
   return {{}, error.Description()};
 }
 
+std::string SummaryOf(const MergeProof& proof) {
+  if (!proof.failure.empty()) return proof.failure;
+  const std::size_t count = proof.differences.size();
+  if (count == 0) return "The merged model gives the plan that came in.";
+  return std::to_string(count) + (count == 1 ? " difference" : " differences") +
+         " between the plan that came in and what the merged model gives";
+}
+
 }  // namespace merivane::inspect

@@ -135,8 +135,22 @@ TEST_F(ProjectToModelWindow, AMergeTellsWhereTheDatabaseBeforeItIs) {
     QWidget& form = OpenMpxTab(ChooseMerge);
     Finish(form, plan);
     EXPECT_EQ(user.boxes.front(), "Please Select a Project to be merged.");
-    EXPECT_THAT(window.Result().toStdString(), EndsWith(result));
+    EXPECT_THAT(window.Result().toStdString(), HasSubstr(result));
   }
+}
+
+TEST_F(ProjectToModelWindow, AMergeTellsWhatTheMergedModelDoesNotGive) {
+  const std::string told = "s between the plan that came in and what the merged model gives";
+  Finish(OpenMpxTab(ChooseMerge), mpx);
+  EXPECT_THAT(window.Result().toStdString(), EndsWith(told));
+  QWidget& proof = User::Find(window, "proofWindow");
+  EXPECT_TRUE(window.isEnabled());  // it goes on
+  const QAbstractItemModel& rows = *User::Get<QTableView>(proof, "results").model();
+  ASSERT_GT(rows.rowCount(), 0);
+  EXPECT_EQ(rows.index(0, 0).data().toString(), "differs");
+  EXPECT_GT(rows.index(0, 1).data().toInt(), 0);
+  EXPECT_TRUE(rows.index(0, 3).data().toString().endsWith(" The complete merge keeps it."));
+  EXPECT_TRUE(user.boxes.size() == 1U) << user.boxes.back();  // of the choice
 }
 
 TEST_F(ProjectToModelWindow, ACancelledMergeLeavesTheModelAsItWas) {
@@ -261,6 +275,9 @@ TEST_F(ProjectToModelWindow, ACompleteMergeIsChosenByABoxThatIsRememberedWhileTh
   Finish(form, plan);
   EXPECT_FALSE(form.isVisible());
   EXPECT_THAT(ReadFile(text), HasSubstr("Clear up"));
+  EXPECT_THAT(window.Result().toStdString(),
+              EndsWith(". The merged model gives the plan that came in."));
+  EXPECT_EQ(window.findChild<QDialog*>("proofWindow"), nullptr);
   OpenMpxTab(choose(true));
 }
 

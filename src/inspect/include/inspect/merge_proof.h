@@ -29,4 +29,7 @@ MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::strin
 MergeProof ProvePreview(Connection& merged, std::int32_t project, const std::string& textPath,
                         const std::string& templatePath, Desktop* shown);
 
+// In a sentence: that nothing is lost, how much is, or why that isn't known.
+std::string SummaryOf(const MergeProof& proof);
+
 }  // namespace merivane::inspect
