@@ -267,10 +267,12 @@ class CompleteMerge {
       places.emplace_back(column, place);
       columns.push_back(name);
     }
+    std::vector<Value> row;
     for (; !from.Eof() && !to.Eof(); from.MoveNext(), to.MoveNext(), state_.progress.Step()) {
+      from.ReadRow(row);
       bool isSame = true;
       for (std::size_t at = 0; at < places.size(); ++at) {
-        const Value& value = from.Field(places[at].first);
+        const Value& value = row[static_cast<std::size_t>(places[at].first)];
         if (to.Field(places[at].second) == value) continue;
         to.SetField(columns[at], value);
         isSame = false;
@@ -280,9 +282,12 @@ class CompleteMerge {
     for (; !to.Eof(); to.MoveNext()) to.Delete();
     columns.emplace_back(projectColumn);
     for (; !from.Eof(); from.MoveNext(), state_.progress.Step()) {
+      from.ReadRow(row);
       std::vector<Value> values;
       values.reserve(columns.size());
-      for (const auto& [place, other] : places) values.push_back(from.Field(place));
+      for (const auto& [place, other] : places) {
+        values.push_back(std::move(row[static_cast<std::size_t>(place)]));
+      }
       values.emplace_back(target.project);
       to.AddNew(columns, values);
     }

@@ -75,11 +75,17 @@ void CopyRows(ModelToProject& state, Connection& source, const StoredModel& mode
                              " = ", std::to_string(model.project));
   Recordset to = Ask(state.gMspConn.get(), "select * from ", table.name);
   std::vector<std::string> names = ColumnsToCopy(from, to, table);
-  const std::size_t count = names.size();
+  std::vector<std::size_t> places;
+  for (const std::string& name : names) {
+    places.push_back(static_cast<std::size_t>(from.FindField(name)));
+  }
   names.emplace_back(kProjectColumn);
+  std::vector<Value> row;
   for (; !from.Eof(); from.MoveNext(), state.progress.Step()) {
+    from.ReadRow(row);
     std::vector<Value> values;
-    for (std::size_t at = 0; at < count; ++at) values.push_back(from.Field(names[at]));
+    values.reserve(names.size());
+    for (const std::size_t place : places) values.push_back(std::move(row[place]));
     values.emplace_back(state.gMspProjId);
     to.AddNew(names, values);
   }
