@@ -76,6 +76,7 @@ void CopyRows(ModelToProject& state, Connection& source, const StoredModel& mode
   Recordset to = Ask(state.gMspConn.get(), "select * from ", table.name);
   std::vector<std::string> names = ColumnsToCopy(from, to, table);
   std::vector<std::size_t> places;
+  places.reserve(names.size());
   for (const std::string& name : names) {
     places.push_back(static_cast<std::size_t>(from.FindField(name)));
   }
