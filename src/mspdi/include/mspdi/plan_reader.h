@@ -70,9 +70,9 @@ struct FilePlan {
 
 // Reads a whole file (UTF-8, any edition, with or without a prefix of the namespace, elements in
 // any order). Tasks come in the order of their IDs, or of their outline numbers where not all have
-// one, and their levels count from 1 below a row of the whole plan. What it doesn't know is skipped, and so are inactive tasks, rows of UID 0, level 0,
-// IsNull or without a name, links to them, to unknown tasks and other projects, assignments without
-// a task or resource of the plan.
+// one, and their levels count from 1 below a row of the whole plan. What it doesn't know is
+// skipped, and so are inactive tasks, rows of UID 0, level 0, IsNull or without a name, links to
+// them, to unknown tasks and other projects, assignments without a task or resource of the plan.
 //
 // Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
 // tells the file by its `name`, the line and what was found: another encoding, a document type
