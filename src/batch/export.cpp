@@ -9,6 +9,7 @@
 #include "project_lookup.h"
 #include "roundtrip/plan_as_mpx.h"
 #include "runtime/code_page.h"
+#include "runtime/file_names.h"
 #include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
 #include "session.h"

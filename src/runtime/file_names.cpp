@@ -39,7 +39,7 @@ void RemoveWhatKilledRunsLeft(const fs::path& folder) {
   }
 }
 
-std::string TemporaryName() {
+std::string RandomName() {
   std::random_device device;
   std::string digits;
   while (digits.size() < kDigits) digits += std::to_string(device());
@@ -71,7 +71,14 @@ void RefuseDevice(const std::string& path) {
 
 std::string TemporaryNameIn(const fs::path& folder) {
   RemoveWhatKilledRunsLeft(folder.empty() ? "." : folder);
-  return Utf8Of(folder / TemporaryName());
+  return Utf8Of(folder / RandomName());
+}
+
+std::string TemporaryName() {
+  std::error_code error;
+  const fs::path folder = fs::temp_directory_path(error);
+  if (error) throw FileError(kPathNotFound, "the folder of temporary files");
+  return TemporaryNameIn(folder);
 }
 
 std::string TemporaryNameBeside(const std::string& path) {

@@ -16,13 +16,6 @@ bool IsThere(const fs::path& path) noexcept {
 
 }  // namespace
 
-std::string TemporaryName() {
-  std::error_code error;
-  const fs::path folder = fs::temp_directory_path(error);
-  if (error) throw FileError(kPathNotFound, "the folder of temporary files");
-  return TemporaryNameIn(folder);
-}
-
 void RemoveFile(const fs::path& path) noexcept {
   std::error_code ignored;
   fs::remove(path, ignored);

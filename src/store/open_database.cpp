@@ -7,6 +7,7 @@
 #include "hardening.h"
 #include "index_choice.h"
 #include "runtime/code_page.h"
+#include "runtime/file_names.h"
 
 namespace merivane::store {
 

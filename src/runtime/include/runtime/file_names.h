@@ -32,9 +32,10 @@ bool IsSameFile(const std::string& a, const std::string& b);
 // The same file, whatever its names; where neither is there, the same place on the disk.
 bool WouldBeSameFile(const std::string& a, const std::string& b);
 
-// A name for a file that its maker removes again, in the folder, or beside `path` with its
-// extension. What killed runs left behind under such names in that folder is removed once it is
-// older than a day.
+// A name for a file that its maker removes again: in the folder of temporary files (error 76 where
+// there is none), in another, or beside `path` with its extension. What killed runs left behind
+// under such names in that folder is removed once it is older than a day.
+std::string TemporaryName();
 std::string TemporaryNameIn(const std::filesystem::path& folder);
 std::string TemporaryNameBeside(const std::string& path);
 

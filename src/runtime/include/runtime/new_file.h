@@ -24,10 +24,6 @@ struct Output {
   std::string path;
 };
 
-// A name in the folder of temporary files, for a file that its maker removes again. Error 76 where
-// there is no such folder.
-std::string TemporaryName();
-
 // Removes the file, if it can.
 void RemoveFile(const std::filesystem::path& path) noexcept;
 
