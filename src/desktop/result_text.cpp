@@ -5,9 +5,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
-#include <functional>
+#include <string>
+#include <vector>
+
+#include "runtime/csv.h"
 
 namespace merivane::desktop {
+
+using namespace runtime;
 
 namespace {
 
@@ -29,22 +34,21 @@ QStringList TextsOf(const QAbstractItemModel& rows, int row) {
   return texts;
 }
 
-QString QuotedForCsv(QString text) {
-  if (!text.contains(',') && !text.contains('"') && !text.contains('\n') && !text.contains('\r')) {
-    return text;
-  }
-  return '"' + text.replace("\"", "\"\"") + '"';
+QByteArray Csv(const QStringList& texts) {
+  std::vector<std::string> cells;
+  for (const QString& text : texts) cells.push_back(text.toStdString());
+  return QByteArray::fromStdString(CsvLine(cells));
 }
 
-QString Lines(const QAbstractItemModel& rows, const QString& between,
-              const std::function<QString(QString)>& written, const QString& lineEnd) {
-  QString lines;
-  const auto add = [&](QStringList texts) {
-    for (QString& text : texts) text = written(text);
-    lines += texts.join(between) + lineEnd;
-  };
-  add(HeadingsOf(rows));
-  for (int row = 0; row < rows.rowCount(); ++row) add(TextsOf(rows, row));
+QByteArray Tabbed(const QStringList& texts) {
+  QStringList plain;
+  for (const QString& text : texts) plain += text.simplified();
+  return (plain.join('\t') + '\n').toUtf8();
+}
+
+QByteArray Lines(const QAbstractItemModel& rows, QByteArray (*line)(const QStringList& texts)) {
+  QByteArray lines = line(HeadingsOf(rows));
+  for (int row = 0; row < rows.rowCount(); ++row) lines += line(TextsOf(rows, row));
   return lines;
 }
 
@@ -68,10 +72,8 @@ bool IsListName(const QString& path) {
 
 QByteArray ListAs(const QAbstractItemModel& rows, const QString& path) {
   if (EndingOf(path) == "json") return Json(rows);
-  if (EndingOf(path) == "csv") return Lines(rows, ",", QuotedForCsv, "\r\n").toUtf8();
-  return Lines(
-             rows, "\t", [](const QString& text) { return text.simplified(); }, "\n")
-      .toUtf8();
+  if (EndingOf(path) == "csv") return Lines(rows, Csv);
+  return Lines(rows, Tabbed);
 }
 
 QString ListAsHtml(const QAbstractItemModel& rows, const QString& title) {
