@@ -50,8 +50,8 @@ OutlineTree::OutlineTree() : search_(new QLineEdit), tree_(new QTreeWidget) {
   column->setContentsMargins({});
   column->addWidget(search_);
   column->addWidget(tree_, 1);
-  connect(search_, &QLineEdit::textChanged, this, [this] { Find(true); });
-  connect(search_, &QLineEdit::returnPressed, this, [this] { Find(false); });
+  connect(search_, &QLineEdit::textChanged, this, [this] { FindFrom(0); });
+  connect(search_, &QLineEdit::returnPressed, this, [this] { FindFrom(BehindChosen()); });
   connect(tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
     if (item != nullptr && OnChosen) OnChosen(item->data(0, kElementRole).toULongLong());
   });
@@ -95,14 +95,16 @@ void OutlineTree::Choose(std::size_t element) {
   tree_->scrollToItem(items_[element]);
 }
 
-void OutlineTree::Find(bool anew) {
-  const QString text = search_->text();
+std::size_t OutlineTree::BehindChosen() const {
   const QTreeWidgetItem* chosen = tree_->currentItem();
+  return chosen == nullptr ? 0 : chosen->data(0, kElementRole).toULongLong() + 1;
+}
+
+void OutlineTree::FindFrom(std::size_t element) {
+  const QString text = search_->text();
   if (text.isEmpty() || items_.empty()) return;
-  std::size_t from = 0;
-  if (!anew && chosen != nullptr) from = chosen->data(0, kElementRole).toULongLong() + 1;
   for (std::size_t step = 0; step < items_.size(); ++step) {
-    QTreeWidgetItem* item = items_[(from + step) % items_.size()];
+    QTreeWidgetItem* item = items_[(element + step) % items_.size()];
     if (!item->text(0).contains(text, Qt::CaseInsensitive)) continue;
     tree_->setCurrentItem(item);
     return;

@@ -31,8 +31,9 @@ class OutlineTree : public QWidget {
   std::function<void(std::size_t element)> OnChosen;
 
  private:
-  // The next element behind the chosen one that holds the text; from the first where `anew`.
-  void Find(bool anew);
+  std::size_t BehindChosen() const;  // the first element where none is chosen
+  // Chooses the next element that holds the text of the search, that one or any behind it.
+  void FindFrom(std::size_t element);
 
   QLineEdit* search_;
   QTreeWidget* tree_;
