@@ -134,8 +134,8 @@ class MergeReport {
     connection.Open(ConnectionText(options_.interim), OpenMode::kReadOnly);
     const inspect::ModelSnapshot after = inspect::ReadSnapshot(connection, *project_);
     if (options_.complete) {
-      const auto& kept = session_.main.projectToModel.Kept;
-      return ChangesText(inspect::ChangesOf(kept, before_, after));
+      const auto& merge = session_.main.projectToModel.CompleteMergeResult;
+      return ChangesText(inspect::ChangesOf(merge, before_, after));
     }
     std::vector<inspect::MergeChange> changes = inspect::PassedOver(connection, *project_);
     for (auto& change : inspect::ChangesBetween(before_, after)) {

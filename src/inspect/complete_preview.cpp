@@ -67,10 +67,10 @@ MergeChange FoundByName(const std::vector<std::int32_t>& rows) {
 
 }  // namespace
 
-std::vector<MergeChange> ChangesOf(const reconcile::Kept& kept, const ModelSnapshot& before,
+std::vector<MergeChange> ChangesOf(const reconcile::MergeResult& merge, const ModelSnapshot& before,
                                    const ModelSnapshot& after) {
   std::vector<MergeChange> changes;
-  for (const reconcile::Remark& remark : kept.remarks) {
+  for (const reconcile::Remark& remark : merge.remarks) {
     const auto number = remark.kind == "task" ? remark.row : std::nullopt;
     changes.push_back({ChangeKind::kNotTaken,
                        {remark.kind, number, remark.name},
@@ -78,8 +78,8 @@ std::vector<MergeChange> ChangesOf(const reconcile::Kept& kept, const ModelSnaps
                        remark.advice,
                        remark.row});
   }
-  if (!kept.byName.empty()) changes.push_back(FoundByName(kept.byName));
-  for (const auto& [earlier, number] : kept.numbers) {
+  if (!merge.byName.empty()) changes.push_back(FoundByName(merge.byName));
+  for (const auto& [earlier, number] : merge.numbers) {
     const auto unit = after.units.find(number);
     if (unit == after.units.end() || !before.units.contains(earlier)) continue;
     changes.push_back({ChangeKind::kChanged,
@@ -89,7 +89,7 @@ std::vector<MergeChange> ChangesOf(const reconcile::Kept& kept, const ModelSnaps
                        "",
                        unit->second.planRow});
   }
-  const ModelSnapshot was = WithNumbers(before, kept.numbers);
+  const ModelSnapshot was = WithNumbers(before, merge.numbers);
   for (const auto& more : {ChangesBetween(was, after), TakenOutBetween(was, after)}) {
     changes.insert(changes.end(), more.begin(), more.end());
   }
@@ -115,15 +115,15 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
   MergePreview preview;
   const ModelSnapshot before = ReadSnapshot(*state.gInterimConn, project);
   if (witness != nullptr) witness->OnBefore(*state.gInterimConn);
-  const reconcile::Kept kept = reconcile::MergeCompletely(state, planPath);
-  preview.merged = kept.merged;
-  if (kept.merged) {
+  const reconcile::MergeResult merge = reconcile::MergeCompletely(state, planPath);
+  preview.merged = merge.merged;
+  if (merge.merged) {
     const ModelSnapshot after = ReadSnapshot(*state.gProjectConn, project);
     if (witness != nullptr) {
-      witness->OnNumbers(kept.numbers);
-      witness->OnAfter(*state.gProjectConn, WithNumbers(before, kept.numbers), after);
+      witness->OnNumbers(merge.numbers);
+      witness->OnAfter(*state.gProjectConn, WithNumbers(before, merge.numbers), after);
     }
-    preview.changes = ChangesOf(kept, before, after);
+    preview.changes = ChangesOf(merge, before, after);
     if (withProof) {
       preview.proof = ProvePreview(*state.gProjectConn, project, text, templatePath, shown);
     }

@@ -104,7 +104,7 @@ class CompleteMerge {
     desktop_.templatePath = state.desktop.TemplatePath();
   }
 
-  Kept Run() {
+  MergeResult Run() {
     ChooseAsBefore(desktop_, *state_.gInterimConn, project_);
     std::unique_ptr<Scratch> model = TranslatedModel({});
     const PlanContent given = TranslatedPlan(model->Database(), kProject);
@@ -112,7 +112,7 @@ class CompleteMerge {
     Program reader(desktop_);
     ReadPlan(reader.projectToModel, model->Database());
     Connection& plan = *reader.projectToModel.gInterimConn;
-    kept_.byName = NumberTasks(plan, kProject, rows, given);
+    result_.byName = NumberTasks(plan, kProject, rows, given);
     Reconciliation reconciliation(std::move(rows), given, PlanThatCameIn(plan, kProject));
     reconciliation.Run();
     if (!reconciliation.Changes().empty()) {
@@ -120,13 +120,13 @@ class CompleteMerge {
       model = TranslatedModel(reconciliation.Changes());
     }
     WriteText(*model);
-    kept_.numbers = reconciliation.Numbers();
+    result_.numbers = reconciliation.Numbers();
     NumberAgain(plan);
     Store(model->Database(), plan);
-    kept_.remarks.insert(kept_.remarks.end(), reconciliation.Remarks().begin(),
-                         reconciliation.Remarks().end());
-    kept_.merged = true;
-    return std::move(kept_);
+    result_.remarks.insert(result_.remarks.end(), reconciliation.Remarks().begin(),
+                           reconciliation.Remarks().end());
+    result_.merged = true;
+    return std::move(result_);
   }
 
  private:
@@ -146,17 +146,17 @@ class CompleteMerge {
     Replace({model, kProject}, {*reader.gInterimConn, kProject}, "MSP_RESOURCES", "PROJ_ID");
     LenientReading listener(desktop_);
     OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, &listener); });
-    kept_.remarks = std::move(listener.remarks);
+    result_.remarks = std::move(listener.remarks);
   }
 
   // As the merged model numbers them.
   void NumberAgain(Connection& plan) {
-    if (kept_.numbers.empty()) return;
+    if (result_.numbers.empty()) return;
     Recordset tasks =
         Ask(&plan, "select * from ProjectAct where Msp_ProjID = ", std::to_string(kProject));
     for (; !tasks.Eof(); tasks.MoveNext()) {
-      const auto number = kept_.numbers.find(NumberIn(tasks.Field("Text1")).value_or(0));
-      if (number == kept_.numbers.end()) continue;
+      const auto number = result_.numbers.find(NumberIn(tasks.Field("Text1")).value_or(0));
+      if (number == result_.numbers.end()) continue;
       tasks.SetField("Text1", std::to_string(number->second));
       tasks.Update();
     }
@@ -300,12 +300,12 @@ class CompleteMerge {
   std::string database_;
   std::int32_t project_;
   QuietDesktop desktop_;
-  Kept kept_;
+  MergeResult result_;
 };
 
 }  // namespace
 
-Kept MergeCompletely(ProjectToModel& state, const std::string& planPath) {
+MergeResult MergeCompletely(ProjectToModel& state, const std::string& planPath) {
   const auto refuse = [&](const std::string& text) {
     state.desktop.ShowMessage({.text = text, .icon = MessageIcon::kCritical, .title = kTitle});
   };

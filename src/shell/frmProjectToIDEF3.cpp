@@ -279,10 +279,11 @@ bool frmProjectToIDEF3::ValidateFileTab(const TextBox& file, const char* noFile,
 }
 
 bool frmProjectToIDEF3::TranslateFile() {
-  Kept = {};
+  CompleteMergeResult = {};
   if (state_.gRoundTripMerge && Complete) {
-    Kept = reconcile::MergeCompletely(state_, SSTabInput == kXmlTab ? txtXML.text : txtMPX.text);
-    return Kept.merged;
+    CompleteMergeResult =
+        reconcile::MergeCompletely(state_, SSTabInput == kXmlTab ? txtXML.text : txtMPX.text);
+    return CompleteMergeResult.merged;
   }
   const auto mergeFlag = static_cast<std::int16_t>(state_.gRoundTripMerge ? -1 : 0);
   if (SSTabInput == kXmlTab) return TranslateXml(state_, txtXML.text, mergeFlag);

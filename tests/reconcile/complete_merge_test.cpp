@@ -22,34 +22,34 @@ using ::testing::IsSubsetOf;
 
 class CompleteMergeTest : public RoundFixture {
  protected:
-  Kept Merge(const std::string& plan) {
+  MergeResult Merge(const std::string& plan) {
     program = std::make_unique<Program>(desktop);
     ProjectToModel& state = program->projectToModel;
     state.gInterimConn = Connect();
     state.gInterimProjId = 1;
     text = OpenOutput(state);
-    Kept kept = MergeCompletely(state, plan);
+    MergeResult result = MergeCompletely(state, plan);
     program = std::make_unique<Program>(desktop);
-    return kept;
+    return result;
   }
 
   // What the merged text says otherwise than the plan, but for what a remark is about.
-  std::vector<std::string> Unexplained(const Kept& kept) {
+  std::vector<std::string> Unexplained(const MergeResult& result) {
     const auto proof =
         inspect::ProveMerge(*Connect(OpenMode::kReadOnly), 1, text, TemplateDatabase());
     EXPECT_EQ(proof.failure, "");
     std::vector<std::string> rest;
     for (const auto& each : proof.differences) {
-      const bool isTold = std::any_of(kept.remarks.begin(), kept.remarks.end(),
+      const bool isTold = std::any_of(result.remarks.begin(), result.remarks.end(),
                                       [&](const Remark& remark) { return IsAbout(remark, each); });
       if (!isTold) rest.push_back(Described(each.element) + ": " + each.sentence);
     }
     return rest;
   }
 
-  static std::string Told(const Kept& kept) {
+  static std::string Told(const MergeResult& result) {
     std::string told;
-    for (const Remark& each : kept.remarks) {
+    for (const Remark& each : result.remarks) {
       told += std::to_string(each.row.value_or(0)) + " " + each.name + ": " + each.sentence + "\n";
     }
     return told;
@@ -138,9 +138,9 @@ class CompleteMergeTest : public RoundFixture {
     }
     const std::string file = PlanFile(plan, !plan.JumpsInOutline() && random() % 2 == 0);
     SCOPED_TRACE(file);
-    const Kept kept = Merge(file);
-    ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
-    ASSERT_THAT(Unexplained(kept), IsEmpty()) << Told(kept);
+    const MergeResult result = Merge(file);
+    ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
+    ASSERT_THAT(Unexplained(result), IsEmpty()) << Told(result);
     EXPECT_THAT(Unseen(), IsSubsetOf(unseen));
   }
 
@@ -171,12 +171,12 @@ TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
     const auto before = WholeModel();
     for (const bool isXml : {false, true}) {
       if (isXml && plan.JumpsInOutline()) continue;
-      const Kept kept = Merge(PlanFile(plan, isXml));
-      ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+      const MergeResult result = Merge(PlanFile(plan, isXml));
+      ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
       const auto after = WholeModel();
       ASSERT_EQ(after.size(), before.size());
       for (std::size_t row = 0; row < after.size(); ++row) EXPECT_EQ(after[row], before[row]);
-      EXPECT_THAT(Unexplained(kept), IsEmpty());
+      EXPECT_THAT(Unexplained(result), IsEmpty());
     }
   });
 }
@@ -236,9 +236,9 @@ TEST_P(CompleteMergeOfRandomModels, FindTheTasksOfAPlanWithoutNumbers) {
     const std::string direct = ReadFile(text);
     folder.Write(databasePath, before);
     for (auto& task : plan.tasks) task.unit.clear();
-    const Kept kept = Merge(PlanFile(plan, !plan.JumpsInOutline()));
-    ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
-    EXPECT_EQ(kept.byName.size(), plan.tasks.size());
+    const MergeResult result = Merge(PlanFile(plan, !plan.JumpsInOutline()));
+    ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
+    EXPECT_EQ(result.byName.size(), plan.tasks.size());
     EXPECT_TRUE(ReadFile(text) == direct);
   });
 }
@@ -283,13 +283,13 @@ TEST_P(CompleteMergeRemark, TellsWhatAModelCannotHold) {
   Translate(MERIVANE_SAMPLES "/onboarding.txt");
   PlanSketch plan(databasePath);
   GetParam().change(plan);
-  const Kept kept = Merge(PlanFile(plan, false));
-  ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
-  ASSERT_EQ(kept.remarks.size(), 1U);
-  EXPECT_THAT(kept.remarks[0].sentence, testing::HasSubstr(GetParam().told));
-  EXPECT_TRUE(kept.remarks[0].row);
-  EXPECT_FALSE(kept.remarks[0].advice.empty());
-  EXPECT_THAT(Unexplained(kept), IsEmpty());
+  const MergeResult result = Merge(PlanFile(plan, false));
+  ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
+  ASSERT_EQ(result.remarks.size(), 1U);
+  EXPECT_THAT(result.remarks[0].sentence, testing::HasSubstr(GetParam().told));
+  EXPECT_TRUE(result.remarks[0].row);
+  EXPECT_FALSE(result.remarks[0].advice.empty());
+  EXPECT_THAT(Unexplained(result), IsEmpty());
 }
 
 TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {
@@ -301,8 +301,8 @@ TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {
   for (const bool isXml : {false, true}) {
     const std::size_t units =
         RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario").size();
-    const Kept kept = Merge(PlanFile(plan, isXml));
-    ASSERT_TRUE(kept.merged) << testing::PrintToString(desktop.MessageTexts());
+    const MergeResult result = Merge(PlanFile(plan, isXml));
+    ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
     const auto after = RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario");
     EXPECT_EQ(after.size(), isXml ? units : units + 1);
   }
@@ -321,13 +321,13 @@ TEST_F(CompleteMergeTest, AMovedTaskKeepsItsUnitWhenThePlanComesAgain) {
     for (const auto& task : PlanSketch(databasePath).tasks) found.push_back(task.name);
     return found;
   };
-  Kept kept = Merge(PlanFile(plan, true));
-  EXPECT_EQ(kept.numbers.size(), 4U);
+  MergeResult result = Merge(PlanFile(plan, true));
+  EXPECT_EQ(result.numbers.size(), 4U);
   EXPECT_EQ(inDatabase(), names);
   const std::string first = ReadFile(text);
-  kept = Merge(PlanFile(plan, true));
-  EXPECT_EQ(kept.byName, (std::vector<std::int32_t>{2, 3, 4, 5}));
-  EXPECT_THAT(kept.numbers, IsEmpty());
+  result = Merge(PlanFile(plan, true));
+  EXPECT_EQ(result.byName, (std::vector<std::int32_t>{2, 3, 4, 5}));
+  EXPECT_THAT(result.numbers, IsEmpty());
   EXPECT_EQ(ReadFile(text), first);
 }
 

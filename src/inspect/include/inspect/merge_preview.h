@@ -62,7 +62,7 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
 
 // Of a complete merge: what it told that a model can't hold, how it found what it did, and what
 // became of the model.
-std::vector<MergeChange> ChangesOf(const reconcile::Kept& kept, const ModelSnapshot& before,
+std::vector<MergeChange> ChangesOf(const reconcile::MergeResult& merge, const ModelSnapshot& before,
                                    const ModelSnapshot& after);
 
 // What the merge that came in last passed over of the plan: predecessors that the plan doesn't

@@ -1,8 +1,8 @@
 // The merge that keeps everything that a plan holds.
 //
-//   reconcile::Kept kept = reconcile::MergeCompletely(state, "plan.mpx");
-//   if (!kept.merged) ...                        // a box has told why
-//   for (const Remark& remark : kept.remarks) ...  // what a model can't hold
+//   reconcile::MergeResult result = reconcile::MergeCompletely(state, "plan.mpx");
+//   if (!result.merged) ...                        // a box has told why
+//   for (const Remark& remark : result.remarks) ...  // what a model can't hold
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,7 @@ struct Remark {
   std::string advice;
 };
 
-struct Kept {
+struct MergeResult {
   bool merged = false;
   std::map<std::int32_t, std::int32_t> numbers;  // of units that got another one for their order
   std::vector<std::int32_t> byName;  // rows of tasks without a number, found by name and place
@@ -43,7 +43,7 @@ struct Kept {
 // the result isn't merged: a plan that can't be read, one that knows no task of the model, and one
 // whose tasks wait for each other in a circle, told in a box by their names. RunCancelled, the end
 // of the program and what the machine is to blame for come up.
-Kept MergeCompletely(ProjectToModel& state, const std::string& planPath);
+MergeResult MergeCompletely(ProjectToModel& state, const std::string& planPath);
 
 // Lets a translation on `desktop` choose the scenarios that went to the plan of the project's last
 // translation in `stored`. Errors of the database come up.

@@ -71,7 +71,8 @@ class frmProjectToIDEF3 : public Form {
 
   // A merge keeps everything that the plan holds: as it was answered last, while the program runs.
   bool Complete = false;
-  reconcile::Kept Kept;  // of the last complete merge: what the model can't hold
+  reconcile::MergeResult
+      CompleteMergeResult;  // of the last complete merge: what the model can't hold
 
   // The project that the plan is to be folded into; nothing where no merge was chosen.
   std::optional<std::int32_t> MergedProject() const {
