@@ -2,6 +2,7 @@
 # Installs the build into a scratch root, and the Debian package where cpack makes one, and runs a
 # translation from each: check-package.sh BUILD_FOLDER SAMPLE.
 set -euo pipefail
+here=$(realpath "$(dirname "$0")")
 build=$(realpath "$1")
 sample=$(realpath "$2")
 scratch=$(mktemp -d)
@@ -36,8 +37,24 @@ translate() {
   grep -q '^70,1,1,' "$scratch/plan.mpx"
 }
 
+# What software centres show: valid, and each picture is one of docs/pictures in the size that is told.
+check_page() {
+  local share=$1/usr/share
+  desktop-file-validate "$share/applications/merivane.desktop"
+  appstreamcli validate --no-net "$share/metainfo/example.vorn.merivane.metainfo.xml" > "$scratch/page" ||
+    { cat "$scratch/page" >&2; exit 1; }
+  sed -n 's/.*<image .*width="\(.*\)" height="\(.*\)">.*\/\(.*\)<.*/\3 \1x\2/p' \
+    "$share/metainfo/example.vorn.merivane.metainfo.xml" > "$scratch/told"
+  [ -s "$scratch/told" ] || { echo "no picture in the page of $1" >&2; exit 1; }
+  while read -r picture size; do
+    [ "$(identify -format %wx%h "$here/../docs/pictures/$picture")" = "$size" ] ||
+      { echo "docs/pictures/$picture is not $size" >&2; exit 1; }
+  done < "$scratch/told"
+}
+
 DESTDIR=$scratch/installed cmake --install "$build" --prefix /usr > /dev/null
 translate "$scratch/installed"
+check_page "$scratch/installed"
 open_window "$scratch/installed"
 
 (cd "$scratch" && cpack --config "$build/CPackConfig.cmake" -B "$scratch/packages" > /dev/null)
