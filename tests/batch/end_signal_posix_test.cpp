@@ -69,15 +69,16 @@ std::string LongModel() {
 
 TEST_F(EndSignal, UndoesTheRunAndLeavesNothingTemporary) {
   const std::string longModel = folder.Write("long.txt", LongModel());
-  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone);
+  Succeed("to-project %onboarding.txt --database @plan.mdb --mpx @plan.mpx");
   const auto before = Files();
-  const auto writes = [&] { return fs::exists(plan + "-journal"); };
+  const auto writes = [&] { return IsThere("plan.mdb-journal"); };
   for (const int number : {SIGTERM, SIGINT}) {
     for (const std::string how : {"--append", "--overwrite"}) {
       SCOPED_TRACE(how);
-      const End end = EndedBy(
-          number, {"to-project", longModel, "--database", plan, how, "--mpx", mpx, "--force"},
-          writes);
+      const End end = EndedBy(number,
+                              {"to-project", longModel, "--database", folder.Path("plan.mdb"), how,
+                               "--mpx", folder.Path("plan.mpx"), "--force"},
+                              writes);
       ASSERT_TRUE(WIFSIGNALED(end.status)) << end.status;
       EXPECT_EQ(WTERMSIG(end.status), number);
       EXPECT_EQ(end.told, "merivane-batch: the run was ended by a signal.\n");

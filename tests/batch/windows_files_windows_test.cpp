@@ -1,5 +1,4 @@
 // Names and files as only Windows has them.
-#include <gmock/gmock.h>
 #include <windows.h>
 
 #include "batch_fixture.h"
@@ -20,10 +19,19 @@ class WindowsFiles : public Batch {
     for (const auto& [name, bytes] : Files()) names.push_back(name);
     return names;
   }
+  int ToProject(const std::string& model, const std::vector<std::string>& more = {}) {
+    std::vector<std::string> words = {"to-project", MERIVANE_SAMPLES "/" + model, "--database",
+                                      plan};
+    words.insert(words.end(), more.begin(), more.end());
+    return RunWords(words);
+  }
   // As programs name it that know paths of any length.
   std::string LongName(const std::string& path) {
     return R"(\\?\)" + Utf8Of(fs::absolute(PathOf(path)).make_preferred());
   }
+
+  std::string plan = folder.Path("plan.mdb");
+  std::string mpx = folder.Path("plan.mpx");
 };
 
 // A file that another program has open for itself alone.
@@ -49,11 +57,10 @@ TEST_F(WindowsFiles, EveryKindOfPathLeadsThereAndBack) {
        {WithBackslashes(folder.Path("a")), folder.Path(chinese + "/a"), LongName(folder.Path("u")),
         deep + "/a", LongName(deep) + R"(\l)"}) {
     plan = place + ".mdb";
-    EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", place + ".mpx"}), kDone)
-        << place << err.str();
+    EXPECT_EQ(ToProject("onboarding.txt", {"--mpx", place + ".mpx"}), kDone) << place << err.str();
     EXPECT_NE(out.str().find(place), std::string::npos) << out.str();
-    EXPECT_EQ(Run({"to-model", "--mpx", place + ".mpx", "--interim", plan, "--merge", "1",
-                   "--output", place + ".txt", "--quiet"}),
+    EXPECT_EQ(RunWords({"to-model", "--mpx", place + ".mpx", "--interim", plan, "--merge", "1",
+                        "--output", place + ".txt", "--quiet"}),
               kDone)
         << place << err.str();
     EXPECT_TRUE(ReadFile(place + ".txt").find("End  Scenario List") != std::string::npos) << place;
@@ -69,17 +76,17 @@ TEST_F(WindowsFiles, ANameWhereNoFileCanBeIsToldSo) {
         folder.Path("plan.mdb:stream.mdb"), std::string(R"(\\127.0.0.1\none\plan.mdb)"),
         std::string(R"(Q:\none\plan.mdb)")}) {
     plan = name;
-    EXPECT_EQ(ToProject(Sample("onboarding.txt")), kRefused) << name << out.str();
+    EXPECT_EQ(ToProject("onboarding.txt"), kRefused) << name << out.str();
     EXPECT_THAT(err.str(), testing::HasSubstr(name));
   }
   plan = folder.Path("COM.mdb");
-  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", folder.Path("nul.mpx")}), kRefused);
+  EXPECT_EQ(ToProject("onboarding.txt", {"--mpx", folder.Path("nul.mpx")}), kRefused);
   EXPECT_THAT(Names(), testing::ElementsAreArray(names));
-  EXPECT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", folder.Path("COM10.mpx")}), kDone);
+  EXPECT_EQ(ToProject("onboarding.txt", {"--mpx", folder.Path("COM10.mpx")}), kDone);
 }
 
 TEST_F(WindowsFiles, AFileThatAnotherProgramHoldsIsLeftAsItIs) {
-  ASSERT_EQ(ToProject(Sample("onboarding.txt"), {"--mpx", mpx}), kDone) << err.str();
+  ASSERT_EQ(ToProject("onboarding.txt", {"--mpx", mpx}), kDone) << err.str();
   const auto before = Files();
   const std::vector<std::string> names = Names();
   for (const DWORD share :
@@ -87,8 +94,7 @@ TEST_F(WindowsFiles, AFileThatAnotherProgramHoldsIsLeftAsItIs) {
     for (const std::string& held : {plan, mpx}) {
       {
         const HeldFile file(held, share);
-        const int status =
-            ToProject(Sample("bakery.txt"), {"--overwrite", "--mpx", mpx, "--force"});
+        const int status = ToProject("bakery.txt", {"--overwrite", "--mpx", mpx, "--force"});
         EXPECT_TRUE(status == kFailed || status == kRefused) << held << out.str() << err.str();
         EXPECT_FALSE(err.str().empty()) << held;
       }

@@ -102,5 +102,21 @@ TEST_F(NewFiles, TakeThePlaceBehindALinkWithItsModeAndLeaveDevicesAlone) {
 }
 #endif
 
+TEST(TemporaryNames, WhatKilledRunsLeftUnderThemGoesAfterADay) {
+  const TemporaryFolder folder;
+  const auto leave = [&](const char* name, int hours) {
+    fs::last_write_time(PathOf(folder.Write(name, "")),
+                        fs::file_time_type::clock::now() - std::chrono::hours(hours));
+  };
+  leave("merivane-01234567890123456789.mdb-journal", 25);
+  leave("merivane-11234567890123456789", 23);
+  leave("merivane-2024.mdb", 9999);  // the user's
+  TemporaryNameBeside(folder.Path("plan.mdb"));
+  EXPECT_THAT(NamesIn(PathOf(folder.Path(""))),
+              testing::AllOf(
+                  testing::Not(testing::Contains("merivane-01234567890123456789.mdb-journal")),
+                  testing::IsSupersetOf({"merivane-11234567890123456789", "merivane-2024.mdb"})));
+}
+
 }  // namespace
 }  // namespace merivane::test
