@@ -128,26 +128,6 @@ TEST_F(BatchWithPlan, ACompleteMergeGivesThePlanThatCameIn) {
   EXPECT_EQ(behindHead(Read("next.mpx")), behindHead(Read("plan.mpx")));
 }
 
-// Units that start or end together among others: the table tells such a pair at the one task, the
-// file at the other. A note of MPX comes with its quotation marks.
-TEST_F(Batch, APlanMergesAsXmlAsItDoesAsMpx) {
-  Succeed("to-project %festival.txt --database @xml.mdb --xml @plan.xml --mpx @plan.mpx");
-  Copy("xml.mdb", "mpx.mdb");
-  const auto merged = [&](const std::string& kind) {
-    Succeed("to-model --" + kind + " @plan." + kind + " --interim @" + kind +
-            ".mdb --merge 1 --output @" + kind + ".txt");
-    std::string text = Read(kind + ".txt");
-    std::erase_if(text, [](char c) { return c == '"' || c == '\r'; });
-    const auto sameLineEnds = [](char a, char b) { return a == '\n' && b == '\n'; };
-    text.erase(std::unique(text.begin(), text.end(), sameLineEnds), text.end());
-    return text + RawDatabase(folder.Path(kind + ".mdb"))
-                      .Ask(
-                          "select PID || ':' || coalesce(Predecessor, '') || char(10) from "
-                          "ProjectAct");
-  };
-  EXPECT_EQ(merged("xml"), merged("mpx"));
-}
-
 // A resource that doesn't work comes back as what it was.
 TEST_F(BatchWithPlan, WhatAModelDoesNotTakeIsToldInOneMessage) {
   folder.Write(

@@ -44,11 +44,7 @@ constexpr const char* kTables[] = {"MSP_PROJECTS",         "MSP_TASKS",
 class RoundTrip : public MpxFixture {
  protected:
   void SendOut(const std::string& sample) {
-    desktop.onModalForm = [](ModalForm& form) {
-      auto& chooser = dynamic_cast<multi&>(form);
-      chooser.ListIndex = 0;
-      chooser.Command1();
-    };
+    desktop.onModalForm = [](ModalForm& form) { dynamic_cast<multi&>(form).Choose(0); };
     tables.reset();
     program = std::make_unique<Program>(desktop);
     std::filesystem::copy_file(TemplateDatabase(), databasePath,
@@ -152,6 +148,10 @@ TEST_P(UnchangedPlan, AsXmlLeavesTheModelAsItWas) {
     EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>());
   }
   EXPECT_EQ(Model(), TextOfDatabase());
+  const char* predecessors = "PID, Predecessor from ProjectAct";
+  const std::string ofXml = Table(predecessors);
+  EXPECT_TRUE(BringBack());
+  EXPECT_EQ(Table(predecessors), ofXml) << "pairs that start or end together among others";
   mspdi::WritePlan(*tables, 1, desktop.today, folder.Path("again.xml"));
   const mspdi::FilePlan again = mspdi::ReadPlanFile(folder.Path("again.xml"));
   const mspdi::FilePlan sent = mspdi::ReadPlanFile(folder.Path("sent.xml"));
@@ -192,18 +192,19 @@ TEST_F(RoundTrip, NamesDurationsNotesAndResourcesComeBack) {
 TEST_F(RoundTrip, TwoProgramsSideBySideShareNothing) {
   SendOut("onboarding");
   Program first(desktop), second(desktop);
-  for (Program* each : {&first, &second}) {
-    const std::string path = folder.Path(each == &first ? "first.mdb" : "second.mdb");
-    std::filesystem::copy_file(TemplateDatabase(), path);
-    each->modelToProject.gMspProjId = 1;
-    OpenInterimDb(each->workspace, each->modelToProject.gMspConn, true, path);
-  }
-  ReadNeutralText(first.modelToProject, MERIVANE_SAMPLES "/onboarding.txt");
-  ReadNeutralText(second.modelToProject, MERIVANE_SAMPLES "/festival.txt");
-  TranslateToProject(first.modelToProject, folder.Path("sent.mpx"));
-  TranslateToProject(second.modelToProject, folder.Path("second.mpx"));
+  const auto state = [&](Program& each, const std::string& name) -> ModelToProject& {
+    std::filesystem::copy_file(TemplateDatabase(), folder.Path(name));
+    each.modelToProject.gMspProjId = 1;
+    OpenInterimDb(each.workspace, each.modelToProject.gMspConn, true, folder.Path(name));
+    return each.modelToProject;
+  };
+  ModelToProject &one = state(first, "first.mdb"), &other = state(second, "second.mdb");
+  ReadNeutralText(one, MERIVANE_SAMPLES "/onboarding.txt");
+  ReadNeutralText(other, MERIVANE_SAMPLES "/festival.txt");
+  TranslateToProject(one, folder.Path("sent.mpx"));
+  TranslateToProject(other, folder.Path("second.mpx"));
   EXPECT_EQ(ReadFile(folder.Path("sent.mpx")), mpx);
-  EXPECT_EQ(CountRows(*second.modelToProject.gMspConn, "MSP_TASKS", "where TASK_UID > 0"), 20U);
+  EXPECT_EQ(CountRows(*other.gMspConn, "MSP_TASKS", "where TASK_UID > 0"), 20U);
 }
 
 TEST_F(RoundTrip, NewTasksGoIntoTheScenariosOfTheirSummaryTasks) {

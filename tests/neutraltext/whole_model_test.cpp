@@ -8,15 +8,15 @@ namespace merivane::test {
 
 namespace {
 
-const std::vector<std::string> kTables = {"Activity_Pool",
-                                          "Object_Pool",
-                                          "Fact_Pool",
-                                          "Scenario",
-                                          "Activity_in_Scenario",
-                                          "Object_in_Activity_in_Scenario",
-                                          "Junctions_in_Scenario",
-                                          "Facts_in_Junction",
-                                          "Links_in_Scenario"};
+constexpr const char* kTables[] = {"Activity_Pool",
+                                   "Object_Pool",
+                                   "Fact_Pool",
+                                   "Scenario",
+                                   "Activity_in_Scenario",
+                                   "Object_in_Activity_in_Scenario",
+                                   "Junctions_in_Scenario",
+                                   "Facts_in_Junction",
+                                   "Links_in_Scenario"};
 
 class WholeModel : public RoundFixture {
  protected:
@@ -44,10 +44,12 @@ class WholeModel : public RoundFixture {
     return rows;
   }
 
-  std::vector<std::vector<std::string>> Model() {
-    std::vector<std::vector<std::string>> model;
-    model.reserve(kTables.size());
-    for (const std::string& table : kTables) model.push_back(RowsOf(table));
+  std::vector<std::string> Model() {
+    std::vector<std::string> model;
+    for (const char* table : kTables) {
+      model.emplace_back(table);
+      for (std::string& row : RowsOf(table)) model.push_back(std::move(row));
+    }
     return model;
   }
 
@@ -62,14 +64,7 @@ class WholeModel : public RoundFixture {
     state.gProjectConn.reset();
     Translate(text);
     EXPECT_THAT(desktop.MessageTexts(), testing::IsEmpty());
-    const auto after = Model();
-    for (std::size_t table = 0; table < kTables.size(); ++table) {
-      SCOPED_TRACE(kTables[table]);
-      ASSERT_EQ(after[table].size(), before[table].size());
-      for (std::size_t row = 0; row < before[table].size(); ++row) {
-        EXPECT_EQ(after[table][row], before[table][row]);
-      }
-    }
+    EXPECT_EQ(Model(), before);
   }
 };
 
