@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <QDropEvent>
+#include <QMainWindow>
 #include <QMimeData>
 #include <QSettings>
 #include <QTabWidget>
@@ -100,7 +101,7 @@ class DesktopTest : public ::testing::Test {
   }
 
   QWidget& Open(const char* menuItem, const char* form) {
-    window.findChild<QAction*>(menuItem)->trigger();
+    Trigger(window, menuItem);
     return User::Find(window, form);
   }
   QWidget& OpenToProject() { return Open("mnuIDEF3ToProject", "frmIDEF3ToProject"); }
@@ -137,14 +138,43 @@ class DesktopTest : public ::testing::Test {
     return taken;
   }
   // A database with the plan of the sample, and the same plan as an MPX file.
-  void MakePlan(const std::string& database, const std::string& mpx) {
+  void MakePlan() {
     QWidget& form = OpenToProject();
     SelectTab(form, "SSTabGenerateOpt", 1);
     Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
-    Browse(form, "BrowsedbBt_mpx", database);
+    Browse(form, "BrowsedbBt_mpx", plan);
     Browse(form, "cmdBrowseMPX", mpx);
     User::Click(form, "cmdOK");
   }
+  std::string Result() { return window.Result().toStdString(); }
+  // To the widget in hand.
+  void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(window.windowHandle(), key, with);
+  }
+  // The window that Ctrl+O opens for the file, or that came up last; null where none is open.
+  QMainWindow* OpenFile(const std::string& file) {
+    names.names.push_back(file);
+    Key(Qt::Key_O, Qt::ControlModifier);
+    QTest::qWait(10);
+    return LastWorkbench();
+  }
+  QMainWindow* LastWorkbench() {
+    const auto open = window.findChildren<QMainWindow*>("workbench");
+    return open.isEmpty() ? nullptr : open.last();
+  }
+  static void Trigger(QWidget& in, const char* action) {
+    in.findChild<QAction*>(action)->trigger();
+  }
+  // What a run does at its look at the clock, in each stage or in one of them.
+  void WhileRunning(const std::function<void()>& action, const std::string& stage = "") {
+    desktop.ticksPerLook = 500;  // long enough for a bar at the first look
+    desktop.onProgress = [=](const RunProgress& progress) {
+      if (stage.empty() || progress.stage == stage) action();
+    };
+  }
+  bool ShowsProgress() { return window.findChild<QDialog*>("progress") != nullptr; }
 
   // Before a window looks for the place that the one of an earlier test had.
   struct NoSettings {
@@ -158,6 +188,9 @@ class DesktopTest : public ::testing::Test {
   MainWindow window{desktop, main};
   User user;
   int ends = 0;
+  const std::string plan = folder.Path("plan.mdb");
+  const std::string mpx = folder.Path("plan.mpx");
+  const std::string text = folder.Path("model.txt");
 };
 
 }  // namespace merivane::test

@@ -45,10 +45,10 @@ TEST_F(LeftWindow, TakesNothingWhicheverWayItWasLeft) {
   names.names = {"/never/asked.txt"};
   for (const auto& [name, leave] : ways) {
     SCOPED_TRACE(name);
-    QWidget& plan = OpenToProject();
-    leave(plan);
-    TryEverything(plan, "txtCelvarFilename", "cmdBrowseText");
-    ExpectNothing(plan, main.modelToProject, "txtCelvarFilename");
+    QWidget& out = OpenToProject();
+    leave(out);
+    TryEverything(out, "txtCelvarFilename", "cmdBrowseText");
+    ExpectNothing(out, main.modelToProject, "txtCelvarFilename");
     QWidget& model = OpenToModel();
     leave(model);
     TryEverything(model, "txtMPX", "cmdInterimDB");
@@ -57,12 +57,12 @@ TEST_F(LeftWindow, TakesNothingWhicheverWayItWasLeft) {
 }
 
 TEST_F(LeftWindow, TakesNothingBehindARun) {
-  MakePlan(folder.Path("plan.mdb"), folder.Path("plan.mpx"));
+  MakePlan();
   QWidget& form = User::Find(window, "frmIDEF3ToProject");
-  std::filesystem::remove(folder.Path("plan.mpx"));
+  std::filesystem::remove(mpx);
   Type(Qt::Key_Return);
   User::Click(form, "cmdOK");
-  EXPECT_FALSE(std::filesystem::exists(folder.Path("plan.mpx")));
+  EXPECT_FALSE(std::filesystem::exists(mpx));
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
@@ -80,7 +80,7 @@ TEST_F(LeftWindow, LettersChooseNothingInTheMenuThatWasLeft) {
       {"nothing open yet", [] {}},
       {"a window open", [this] { OpenToProject(); }},
       {"a window left", [this] { Type(Qt::Key_Escape); }},
-      {"a run behind it", [this] { MakePlan(folder.Path("plan.mdb"), folder.Path("plan.mpx")); }}};
+      {"a run behind it", [this] { MakePlan(); }}};
   for (const auto& [name, reach] : states) {
     SCOPED_TRACE(name);
     reach();

@@ -42,7 +42,7 @@ TEST_F(ModelToProjectWindow, OkTellsWhatIsMissingTabByTab) {
                                       "Both Microsoft Project 2000 and Microsoft Project 98 are "
                                       "not installed."));
   EXPECT_TRUE(form.isVisible());
-  EXPECT_EQ(window.Result(), "");
+  EXPECT_EQ(Result(), "");
 }
 
 TEST_F(ModelToProjectWindow, AFocusedCancelIsTheDefaultAndOpensAnewWithEmptyFields) {
@@ -56,7 +56,6 @@ TEST_F(ModelToProjectWindow, AFocusedCancelIsTheDefaultAndOpensAnewWithEmptyFiel
 
 TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
   desktop.registry[kProject2000Key] = "project \"%1\"";
-  const std::string plan = folder.Path("plan.mdb");
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
   User::Get<QLineEdit>(form, "txtMpx").setText(QString::fromStdString(folder.Path("left.mpx")));
   Browse(form, "BrowsedbBt", plan);
@@ -64,34 +63,16 @@ TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
   User::Click(form, "cmdOK");
   EXPECT_TRUE(user.boxes.empty());
   EXPECT_FALSE(form.isVisible());
-  EXPECT_THAT(
-      window.Result().toStdString(),
-      MatchesRegex("[1-9][0-9]* tasks, .*; written: " + plan + ", " + folder.Path("left.mpx")));
+  EXPECT_THAT(Result(), MatchesRegex("[1-9][0-9]* tasks, .*; written: " + plan + ", " +
+                                     folder.Path("left.mpx")));
   EXPECT_THAT(desktop.started, ElementsAre("project  " + plan));
   EXPECT_THAT(desktop.pointersAtStart, ElementsAre(Qt::WaitCursor));
   EXPECT_TRUE(std::filesystem::exists(folder.Path("left.mpx"))) << "the other tab's box counts";
 }
 
-// The shorter name of the database doesn't hide the blank in the other one.
-TEST_F(ModelToProjectWindow, TheTabTellsWhichProgramIsStarted) {
-  desktop.registry[kProject98Key] = "old.exe %1";
-  User::Click(form, "CkLaunchMsprojApp");
-  EXPECT_THAT(user.boxes, ElementsAre("Microsoft Project 2000 is not installed."));
-  EXPECT_FALSE(User::Get<QCheckBox>(form, "CkLaunchMsprojApp").isChecked());
-  SelectTab(form, "SSTabGenerateOpt", 1);
-  User::Click(form, "CkLaunchMsprojApp");
-  MakePlan(folder.Path("interim.mdb"), folder.Path("a plan.mpx"));
-  EXPECT_THAT(desktop.started, ElementsAre("old.exe " + folder.Path("a plan.mpx")));
-  EXPECT_EQ(user.boxes.size(), 1U);
-}
-
 TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {
-  MakePlan(folder.Path("plan.mdb"), folder.Path("plan.mpx"));
-  struct Case {
-    std::function<void(QDialog&)> step;
-    int project;
-  };
-  const Case cases[] = {
+  MakePlan();
+  const std::pair<std::function<void(QDialog&)>, int> cases[] = {
       {User::Clicks("CmdAppend"), 2},
       {[](QDialog& dialog) {
          QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -102,15 +83,14 @@ TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {
       {User::Clicks("CmdOverwrite"), 1},
   };
   OpenToProject();
-  for (const Case& c : cases) {
-    user.steps.emplace_back([&](QDialog& dialog) {
+  for (const auto& [step, project] : cases) {
+    user.steps.emplace_back([&, &step = step](QDialog& dialog) {
       EXPECT_FALSE(form.isVisible());
-      EXPECT_EQ(User::Get<QLabel>(dialog, "fileName").text().toStdString(),
-                folder.Path("plan.mdb"));
-      c.step(dialog);
+      EXPECT_EQ(User::Get<QLabel>(dialog, "fileName").text().toStdString(), plan);
+      step(dialog);
     });
-    Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
-    EXPECT_EQ(program.modelToProject.gMspProjId, c.project);
+    Browse(form, "BrowsedbBt", plan);
+    EXPECT_EQ(program.modelToProject.gMspProjId, project);
     EXPECT_TRUE(form.isVisible());
   }
 }
@@ -167,7 +147,7 @@ class Chooser : public ModelToProjectWindow {
   void Translate(const std::function<void(QDialog&)>& step) {
     user.steps.push_back(step);
     Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/bakery.txt");
-    Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
+    Browse(form, "BrowsedbBt", plan);
     User::Click(form, "cmdOK");
   }
 };
@@ -184,7 +164,7 @@ TEST_F(Chooser, TakesTheSelectedEntryByKeyboardAndRefusesNone) {
   });
   EXPECT_THAT(user.boxes, ElementsAre(""));
   EXPECT_EQ(program.modelToProject.chosenName, "Weekday bread");
-  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: "));
+  EXPECT_THAT(Result(), HasSubstr("; written: "));
 }
 
 TEST_F(Chooser, AnAbortEndsTheProgramOnceItIsConfirmed) {
@@ -201,37 +181,13 @@ TEST_F(Chooser, AnAbortEndsTheProgramOnceItIsConfirmed) {
   EXPECT_TRUE(main.modelToProject.IsLoaded());
 }
 
-TEST_F(ModelToProjectWindow, BadInputLeavesTheWindowUsable) {
-  const std::string plan = folder.Path("plan.mdb");
-  const std::string impossible = folder.Write("a file", "") + "/plan.mdb";
-  Browse(form, "BrowsedbBt", impossible);
-  EXPECT_EQ(program.modelToProject.gMspConn, nullptr);
-  EXPECT_THAT(window.Result().toStdString(),
-              MatchesRegex(impossible + " can't be used: .*\\. Nothing was changed\\."));
-
-  std::filesystem::copy_file(TemplateDatabase(), plan);
-  const std::string before = ReadFile(plan);
-  {
-    RawDatabase other(plan);
-    other.Run("begin exclusive");
-    program.workspace.patience = kBrief;
-    user.steps.push_back(User::Clicks("CmdOverwrite"));
-    Browse(form, "BrowsedbBt", plan);
-  }
-  EXPECT_EQ(ReadFile(plan), before);
-  EXPECT_TRUE(form.isVisible() && user.boxes.empty());
-  EXPECT_THAT(window.Result().toStdString(),
-              StartsWith(plan + " can't be used: Permission denied"));
-  Browse(form, "BrowsedbBt", folder.Path("good.mdb"));
-  EXPECT_EQ(window.Result(), "");
-}
-
 TEST_F(ModelToProjectWindow, OkBehindAFailedPickTellsItsCauseAndLeavesTheMpxFile) {
   const std::string impossible = folder.Write("a file", "") + "/plan.mdb";
-  const std::string mpx = folder.Write("plan.mpx", "precious");
+  folder.Write("plan.mpx", "precious");
   SelectTab(form, "SSTabGenerateOpt", 1);
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
   Browse(form, "BrowsedbBt_mpx", impossible);
+  EXPECT_THAT(Result(), MatchesRegex(impossible + " can't be used: .*\\. Nothing was changed\\."));
   Browse(form, "cmdBrowseMPX", mpx);
   User::Click(form, "cmdOK");
   EXPECT_EQ(ends, 1);
@@ -243,70 +199,27 @@ TEST_F(ModelToProjectWindow, OkBehindAFailedPickTellsItsCauseAndLeavesTheMpxFile
 }
 
 TEST_F(ModelToProjectWindow, AnEmptiedDatabaseIsToldAtOnceAndCanBePutBack) {
-  const std::string plan = folder.Path("plan.mdb");
-  MakePlan(plan, folder.Path("plan.mpx"));
+  MakePlan();
   const std::string before = ReadFile(plan);
   OpenToProject();
   const QWidget& undo = User::Find(window, "undoPick");
   for (const char* backup : {".bak", ".bak2"}) {
     user.steps.push_back(User::Clicks("CmdOverwrite"));
     Browse(form, "BrowsedbBt", plan);
-    EXPECT_EQ(window.Result().toStdString(),
-              plan + " was emptied; the old one is " + plan + backup);
+    EXPECT_EQ(Result(), plan + " was emptied; the old one is " + plan + backup);
   }
   const std::string emptied = ReadFile(plan + ".bak2");
   User::Click(form, "cmdCancel");
   OpenToProject();
   Browse(form, "BrowsedbBt_mpx", folder.Path("other.mdb"));
-  EXPECT_THAT(window.Result().toStdString(), EndsWith(" is " + plan + ".bak2"));
+  EXPECT_THAT(Result(), EndsWith(" is " + plan + ".bak2"));
   User::Click(window, "undoPick");
   EXPECT_EQ(ReadFile(plan), emptied);
-  EXPECT_THAT(window.Result().toStdString(), EndsWith(" is " + plan + ".bak"));
+  EXPECT_THAT(Result(), EndsWith(" is " + plan + ".bak"));
   User::Click(window, "undoPick");
   EXPECT_EQ(ReadFile(plan), before);
-  EXPECT_EQ(window.Result().toStdString(), plan + " is as it was before");
+  EXPECT_EQ(Result(), plan + " is as it was before");
   EXPECT_FALSE(undo.isVisible() || std::filesystem::exists(plan + ".bak"));
-
-  user.steps.push_back(User::Clicks("CmdOverwrite"));
-  Browse(form, "BrowsedbBt", plan);
-  program.workspace.CommitAll();
-  RawDatabase other(plan);
-  other.Run("insert into MSP_PROJECTS (PROJ_ID) values (1)");
-  User::Click(window, "undoPick");
-  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("holds a project again")));
-  EXPECT_TRUE(undo.isVisible() && std::filesystem::exists(plan + ".bak"));
-}
-
-TEST_F(ModelToProjectWindow, ALockFoundAtOkLeavesTheWindowWithItsEntries) {
-  program.workspace.patience = kBrief;
-  const std::string plan = folder.Path("plan.mdb");
-  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
-  Browse(form, "BrowsedbBt", plan);
-  {
-    RawDatabase other(plan);
-    other.Run("begin exclusive");
-    User::Click(form, "cmdOK");
-  }
-  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr(plan + "' is in use by another program")));
-  EXPECT_TRUE(form.isVisible());
-  EXPECT_EQ(TextOf(form, "txtDatabase"), plan);
-  User::Click(form, "cmdOK");
-  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + plan));
-}
-
-TEST_F(ModelToProjectWindow, ABadTemplateIsToldAndTheRunWithoutADatabaseEndsTheProgram) {
-  const std::string plan = folder.Path("plan.mdb");
-  for (const std::string& bad : {folder.Path("none.mdb"), folder.Write("text.mdb", "text")}) {
-    desktop.templatePath = bad;
-    Browse(form, "BrowsedbBt", plan);
-    EXPECT_EQ(user.boxes.back(), "Cannot Open Merivane Access Database Template: " + bad);
-    EXPECT_EQ(TextOf(form, "txtDatabase"), plan);
-    EXPECT_FALSE(std::filesystem::exists(plan));
-  }
-  Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
-  User::Click(form, "cmdOK");
-  EXPECT_EQ(user.boxes.size(), 4U);  // the reader's report, then the translator's last box
-  EXPECT_EQ(ends, 1);
 }
 
 TEST_F(ModelToProjectWindow, TheResultNamesTheDatabaseThatWasWrittenAndOpensIt) {
@@ -315,7 +228,10 @@ TEST_F(ModelToProjectWindow, TheResultNamesTheDatabaseThatWasWrittenAndOpensIt) 
   std::filesystem::copy_file(TemplateDatabase(), locked);
   EXPECT_FALSE(User::Find(window, "openResult").isVisible());
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
+  Browse(form, "BrowsedbBt", folder.Write("a file", "") + "/plan.mdb");
+  EXPECT_THAT(Result(), HasSubstr(" can't be used: "));
   Browse(form, "BrowsedbBt", first);
+  EXPECT_EQ(Result(), "");
   {
     RawDatabase other(locked);
     other.Run("begin exclusive");
@@ -325,7 +241,7 @@ TEST_F(ModelToProjectWindow, TheResultNamesTheDatabaseThatWasWrittenAndOpensIt) 
   }
   EXPECT_EQ(TextOf(form, "txtDatabase"), locked);
   User::Click(form, "cmdOK");
-  EXPECT_THAT(window.Result().toStdString(), EndsWith("; written: " + first));
+  EXPECT_THAT(Result(), EndsWith("; written: " + first));
   User::Click(window, "openResult");
   desktop.webPageResult = Desktop::kLowestSuccess;
   User::Click(window, "openResult");
@@ -337,9 +253,7 @@ TEST_F(ModelToProjectWindow, TheResultNamesTheDatabaseThatWasWrittenAndOpensIt) 
 }
 
 TEST_F(ModelToProjectWindow, CancelLeavesEveryFileAsItWas) {
-  const std::string plan = folder.Path("plan.mdb");
-  const std::string mpx = folder.Path("plan.mpx");
-  MakePlan(plan, mpx);
+  MakePlan();
   const std::string mpxBefore = ReadFile(mpx);
   const auto rows = [&] {
     Connection connection(program.workspace);
@@ -347,47 +261,46 @@ TEST_F(ModelToProjectWindow, CancelLeavesEveryFileAsItWas) {
     return CountRows(connection, "Activity_in_Scenario") + CountRows(connection, "MSP_TASKS");
   };
   const auto rowsBefore = rows();
-  desktop.ticksPerLook = 200;
   for (const char* stage : {"Reading the model", "Laying out the plan", "Writing the tasks"}) {
     SCOPED_TRACE(stage);
     bool cancelled = false;
-    desktop.onProgress = [&](const RunProgress& progress) {
-      if (progress.stage != stage || window.findChild<QDialog*>("progress") == nullptr) return;
-      QTest::keyClick(window.windowHandle(), Qt::Key_Return);  // goes nowhere
-      User::Click(window, "progressCancel");
-      cancelled = true;
-    };
+    WhileRunning(
+        [&] {
+          if (!ShowsProgress()) return;
+          QTest::keyClick(window.windowHandle(), Qt::Key_Return);  // goes nowhere
+          User::Click(window, "progressCancel");
+          cancelled = true;
+        },
+        stage);
     user.steps.push_back(User::Clicks("CmdAppend"));
-    MakePlan(plan, mpx);
+    MakePlan();
     EXPECT_TRUE(cancelled && !form.isVisible());
-    EXPECT_EQ(window.findChild<QDialog*>("progress"), nullptr);
+    EXPECT_FALSE(ShowsProgress());
     EXPECT_EQ(rows(), rowsBefore);
     EXPECT_EQ(ReadFile(mpx), mpxBefore);
-    EXPECT_EQ(window.Result().toStdString(),
-              "Cancelled, nothing written; " + plan + " is as it was before the run");
+    EXPECT_EQ(Result(), "Cancelled, nothing written; " + plan + " is as it was before the run");
   }
   EXPECT_TRUE(user.boxes.empty());
 }
 
 TEST_F(ModelToProjectWindow, TheFrameOfTheMainWindowAsksInARun) {
-  const std::string plan = folder.Path("plan.mdb");
-  const std::string mpx = folder.Write("plan.mpx", "precious");
+  folder.Write("plan.mpx", "precious");
   for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
     SCOPED_TRACE(answer);
     bool closed = false;
-    desktop.ticksPerLook = 200;
-    desktop.onProgress = [&](const RunProgress& progress) {
-      if (progress.stage != "Reading the model") return;
-      if (window.findChild<QDialog*>("progress") == nullptr || std::exchange(closed, true)) return;
-      user.answers.push_back(answer);
-      window.close();
-    };
+    WhileRunning(
+        [&] {
+          if (!ShowsProgress() || std::exchange(closed, true)) return;
+          user.answers.push_back(answer);
+          window.close();
+        },
+        "Reading the model");
     if (answer == QMessageBox::Yes) user.steps.push_back(User::Clicks("CmdAppend"));
-    MakePlan(plan, mpx);
+    MakePlan();
     EXPECT_TRUE(closed);
     if (answer == QMessageBox::No) {
       EXPECT_EQ(ends, 0);
-      EXPECT_THAT(window.Result().toStdString(), EndsWith("; written: " + plan + ", " + mpx));
+      EXPECT_THAT(Result(), EndsWith("; written: " + plan + ", " + mpx));
       folder.Write("plan.mpx", "precious");
     }
   }
@@ -397,26 +310,18 @@ TEST_F(ModelToProjectWindow, TheFrameOfTheMainWindowAsksInARun) {
 }
 
 TEST_F(ModelToProjectWindow, ASignalInMidRunUndoesItAndEndsTheProgramUnasked) {
-  const std::string plan = folder.Path("plan.mdb");
-  const std::string mpx = folder.Write("plan.mpx", "precious");
-  desktop.ticksPerLook = 200;
-  desktop.onProgress = [&](const RunProgress&) {
-    QTimer::singleShot(0, &window, [&] { desktop.EndUnasked(); });
-  };
-  MakePlan(plan, mpx);
+  folder.Write("plan.mpx", "precious");
+  WhileRunning([&] { QTimer::singleShot(0, &window, [&] { desktop.EndUnasked(); }); });
+  MakePlan();
   EXPECT_EQ(ends, 1);
   EXPECT_EQ(ReadFile(mpx), "precious");
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(ModelToProjectWindow, ACancelledPickLeavesTheOneBefore) {
-  const std::string plan = folder.Write("plan.mdb", ReadFile(TemplateDatabase()));
+  folder.Write("plan.mdb", ReadFile(TemplateDatabase()));
   Browse(form, "BrowsedbBt", folder.Path("first.mdb"));
-  desktop.ticksPerLook = 500;
-  desktop.onProgress = [&](const RunProgress& progress) {
-    EXPECT_EQ(progress.stage, "Copying the database");
-    User::Click(window, "progressCancel");
-  };
+  WhileRunning([&] { User::Click(window, "progressCancel"); }, "Copying the database");
   user.steps.push_back(User::Clicks("CmdOverwrite"));
   Browse(form, "BrowsedbBt", plan);
   EXPECT_EQ(TextOf(form, "txtDatabase"), folder.Path("first.mdb"));
@@ -424,32 +329,18 @@ TEST_F(ModelToProjectWindow, ACancelledPickLeavesTheOneBefore) {
   desktop.onProgress = {};
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
   User::Click(form, "cmdOK");
-  EXPECT_THAT(window.Result().toStdString(), HasSubstr("; written: " + folder.Path("first.mdb")));
+  EXPECT_THAT(Result(), HasSubstr("; written: " + folder.Path("first.mdb")));
 }
 
 TEST_F(ModelToProjectWindow, TheWaitForAnotherProgramCanBeCancelled) {
-  const std::string plan = folder.Path("plan.mdb");
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
   Browse(form, "BrowsedbBt", plan);
   RawDatabase other(plan);
   other.Run("begin exclusive");
-  desktop.ticksPerLook = 500;
-  desktop.onProgress = [&](const RunProgress&) { User::Click(window, "progressCancel"); };
+  WhileRunning([&] { User::Click(window, "progressCancel"); });
   User::Click(form, "cmdOK");
-  EXPECT_EQ(window.Result().toStdString(),
-            "Cancelled, nothing written; " + plan + " is as it was before the run");
+  EXPECT_EQ(Result(), "Cancelled, nothing written; " + plan + " is as it was before the run");
   EXPECT_TRUE(user.boxes.empty()) << user.boxes.front();
-}
-
-TEST_F(ModelToProjectWindow, ASourceThatVanishedEndsTheProgramWithItsBox) {
-  const std::string text = folder.Write("model.txt", "x");
-  Browse(form, "cmdBrowseText", text);
-  Browse(form, "BrowsedbBt", folder.Path("plan.mdb"));
-  std::filesystem::remove(text);
-  User::Click(form, "cmdOK");
-  ASSERT_EQ(user.boxes.size(), 1U);
-  EXPECT_THAT(user.icons, ElementsAre(QMessageBox::Critical));
-  EXPECT_EQ(ends, 1);
 }
 
 }  // namespace

@@ -21,19 +21,15 @@ class PictureViewTest : public DesktopTest {
   // The window that the menu item opens for the file; null where none opens.
   QMainWindow* Show(const char* item, const std::string& file) {
     names.names.push_back(file);
-    window.findChild<QAction*>(item)->trigger();
-    return window.findChild<QMainWindow*>("workbench");
+    Trigger(window, item);
+    return LastWorkbench();
   }
   static PictureView& View(QMainWindow& opened, const char* name) {
     return User::Get<PictureView>(opened, name);
   }
-  static void Trigger(QMainWindow& opened, const char* action) {
-    opened.findChild<QAction*>(action)->trigger();
-  }
   void Close(QMainWindow& opened) {
     opened.parentWidget()->close();
-    EXPECT_TRUE(
-        QTest::qWaitFor([this] { return window.findChild<QMainWindow*>("workbench") == nullptr; }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return LastWorkbench() == nullptr; }));
   }
 };
 
@@ -71,9 +67,7 @@ TEST_F(PictureViewTest, ExportWritesByTheEndingAndAsksBeforeItReplaces) {
   for (const auto& name : {file, folder.Path("a.jpg"), file}) {
     names.names.push_back(name);
     EXPECT_EQ(ReadFile(file), "precious");
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(window.windowHandle(), Qt::Key_E, Qt::ControlModifier);
+    Key(Qt::Key_E, Qt::ControlModifier);
     EXPECT_EQ(names.parents.back(), opened);
   }
   user.steps.emplace_back([&](QDialog& dialog) {
@@ -118,9 +112,8 @@ TEST_F(PictureViewTest, ZoomFitsAndEachPictureGetsItsPages) {
 }
 
 TEST_F(PictureViewTest, ChartsAndTranslatedModelsComeFromADatabaseAndItsChosenProject) {
-  const std::string database = folder.Path("plan.mdb");
-  MakePlan(database, folder.Path("plan.mpx"));
-  QMainWindow* chart = Show("mnuPlanChart", database);
+  MakePlan();
+  QMainWindow* chart = Show("mnuPlanChart", plan);
   ASSERT_NE(chart, nullptr);
   PictureView& view = View(*chart, "chart");
   EXPECT_TRUE(view.hasFocus());

@@ -58,21 +58,20 @@ TEST_F(RecentFilesTest, ABrowseButtonOffersTheLastFiveFilesThatItsBoxTook) {
 }
 
 TEST_F(RecentFilesTest, APickThereAsksWhatABrowseAsks) {
-  const std::string database = folder.Path("plan.mdb");
-  MakePlan(database, folder.Path("plan.mpx"));
-  QWidget& plan = OpenToProject();
-  SelectTab(plan, "SSTabGenerateOpt", 1);
+  MakePlan();
+  QWidget& form = OpenToProject();
+  SelectTab(form, "SSTabGenerateOpt", 1);
   user.steps.emplace_back(User::Clicks("CmdAppend"));
-  User::Click(plan, "BrowsedbBt_mpx_recent");
-  QTest::keyClick(&MenuOf(plan, "BrowsedbBt_mpx_recent"), Qt::Key_Return);
+  User::Click(form, "BrowsedbBt_mpx_recent");
+  QTest::keyClick(&MenuOf(form, "BrowsedbBt_mpx_recent"), Qt::Key_Return);
   EXPECT_TRUE(user.steps.empty());
-  EXPECT_EQ(TextOf(plan, "txtDatabase_mpx"), database);
+  EXPECT_EQ(TextOf(form, "txtDatabase_mpx"), plan);
   EXPECT_EQ(program.modelToProject.gMspProjId, 2);
 
   QWidget& model = OpenToModel();
-  Browse(model, "cmdBrowseDatabase", database);
+  Browse(model, "cmdBrowseDatabase", plan);
   QTest::keyClick(&model, Qt::Key_Escape);
-  std::filesystem::remove(database);
+  std::filesystem::remove(plan);
   OpenToModel();
   OpenByKey(model, "cmdBrowseDatabase", "cmdBrowseDatabase_recent");
   QTest::keyClick(&MenuOf(model, "cmdBrowseDatabase_recent"), Qt::Key_1);

@@ -29,22 +29,12 @@ class StartPageTest : public DesktopTest {
   // Tab until the control has the focus.
   void TabTo(const char* name) {
     constexpr int kMost = 20;
-    for (int i = 0; i < kMost && window.focusWidget()->objectName() != name; ++i) Type(Qt::Key_Tab);
+    for (int i = 0; i < kMost && window.focusWidget()->objectName() != name; ++i) Key(Qt::Key_Tab);
     ASSERT_EQ(window.focusWidget()->objectName(), name);
-  }
-  void Type(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(window.windowHandle(), key, with);
-  }
-  void Open(const std::string& file) {
-    names.names.push_back(file);
-    Type(Qt::Key_O, Qt::ControlModifier);
-    QTest::qWait(10);
   }
   // The title of the workbench that came up, which is closed; empty without one.
   std::string Picture() {
-    auto* opened = window.findChild<QMainWindow*>("workbench");
+    QMainWindow* opened = LastWorkbench();
     if (opened == nullptr) return {};
     std::string title = opened->windowTitle().toStdString();
     opened->parentWidget()->close();
@@ -64,35 +54,33 @@ TEST_F(StartPageTest, StandsInTheFrameWhileNoDialogIsLoaded) {
   EXPECT_TRUE(page.isVisible());
   EXPECT_EQ(window.focusWidget(), &page);  // a stray key presses nothing
   TabTo("startToPlan");
-  Type(Qt::Key_Space);
-  QWidget& plan = User::Find(window, "frmIDEF3ToProject");
-  EXPECT_TRUE(plan.isVisible());
+  Key(Qt::Key_Space);
+  QWidget& form = User::Find(window, "frmIDEF3ToProject");
+  EXPECT_TRUE(form.isVisible());
   EXPECT_FALSE(page.isVisible());
   const std::string database = folder.Write("old.mdb", "none");
   user.steps.emplace_back([&](QDialog& dialog) {
-    EXPECT_FALSE(plan.isVisible() || page.isVisible());
+    EXPECT_FALSE(form.isVisible() || page.isVisible());
     User::Click(dialog, "CmdAppend");
   });
-  Browse(plan, "BrowsedbBt", database);
-  Type(Qt::Key_Escape);
+  Browse(form, "BrowsedbBt", database);
+  Key(Qt::Key_Escape);
   EXPECT_TRUE(page.isVisible());
   TabTo("startToModel");
-  Type(Qt::Key_Space);
+  Key(Qt::Key_Space);
   EXPECT_TRUE(User::Find(window, "frmProjectToIDEF3").isVisible());
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(StartPageTest, OpensEachKindOfFileAndKeepsItForTheNextSession) {
-  const std::string database = folder.Path("plan.mdb");
-  const std::string mpx = folder.Path("plan.mpx");
-  MakePlan(database, mpx);
+  MakePlan();
   EXPECT_THAT(Rows(), ElementsAre("plan.mpx|MPX plan", "onboarding.txt|model"));
   const std::string model = MERIVANE_SAMPLES "/festival.txt";
   const std::string other = folder.Path("plan.backup");
-  std::filesystem::copy(database, other);
-  Open(model);
+  std::filesystem::copy(plan, other);
+  OpenFile(model);
   EXPECT_NE(Picture(), "");
-  Open(other);
+  OpenFile(other);
   EXPECT_NE(Picture(), "");
   EXPECT_TRUE(DropOnPage({QString::fromStdString(mpx)}));
   EXPECT_EQ(Picture(), "plan.mpx (MPX plan)");
@@ -108,11 +96,11 @@ TEST_F(StartPageTest, OpensEachKindOfFileAndKeepsItForTheNextSession) {
 }
 
 TEST_F(StartPageTest, WhatCantBeOpenedIsToldAndStaysOutOfTheList) {
-  Open(folder.Write("wrong.txt", "none"));
-  Open(folder.Write("plan.mpp", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 and more"));
+  OpenFile(folder.Write("wrong.txt", "none"));
+  OpenFile(folder.Write("plan.mpp", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 and more"));
   EXPECT_TRUE(DropOnPage({"/a.txt", "/b.txt"}));
-  Open(folder.Path("none.txt"));
-  Open("");
+  OpenFile(folder.Path("none.txt"));
+  OpenFile("");
   EXPECT_EQ(Picture(), "");
   EXPECT_THAT(Rows(), IsEmpty());
   EXPECT_THAT(
@@ -126,7 +114,7 @@ TEST_F(StartPageTest, TheLastTenAreOpenedRemovedAndForgottenByKeys) {
   for (int i = 0; i < 11; ++i) {
     const std::string copy = folder.Path(std::to_string(i) + ".txt");
     std::filesystem::copy(MERIVANE_SAMPLES "/onboarding.txt", copy);
-    Open(copy);
+    OpenFile(copy);
     EXPECT_NE(Picture(), "");
   }
   std::filesystem::remove(folder.Path("9.txt"));
@@ -137,15 +125,15 @@ TEST_F(StartPageTest, TheLastTenAreOpenedRemovedAndForgottenByKeys) {
   EXPECT_EQ(Rows()[1], "9.txt|model|missing");
   TabTo("recentList");
   Choose(1);
-  Type(Qt::Key_Return);
+  Key(Qt::Key_Return);
   EXPECT_THAT(user.boxes, ElementsAre(EndsWith("9.txt is not there any more.")));
-  Type(Qt::Key_Delete);
+  Key(Qt::Key_Delete);
   EXPECT_EQ(Rows()[1], "8.txt|model");
-  Type(Qt::Key_Return);
+  Key(Qt::Key_Return);
   EXPECT_NE(Picture(), "");
   EXPECT_EQ(Rows()[0], "8.txt|model");
   TabTo("recentForgetAll");
-  Type(Qt::Key_Space);
+  Key(Qt::Key_Space);
   EXPECT_THAT(Rows(), IsEmpty());
   EXPECT_FALSE(User::Find(window, "recentRemove").isEnabled());
 }
@@ -156,7 +144,7 @@ TEST_F(StartPageTest, OffersTheSamplesBesideTheProgram) {
   TabTo("samples");
   samples.setCurrentRow(3);
   EXPECT_EQ(samples.currentItem()->text(), "onboarding.txt");
-  Type(Qt::Key_Return);
+  Key(Qt::Key_Return);
   EXPECT_NE(Picture(), "");
   EXPECT_EQ(Rows()[0], "onboarding.txt|model");
 }

@@ -19,12 +19,6 @@ namespace {
 
 class WalkTest : public DesktopTest {
  protected:
-  // To the widget in hand.
-  void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(window.windowHandle(), key, with);
-  }
   static void Press(QWidget& in, const char* name, Qt::Key key = Qt::Key_Space) {
     QWidget& widget = User::Find(in, name);
     ASSERT_TRUE(widget.isVisible() && widget.isEnabled()) << name;
@@ -34,16 +28,6 @@ class WalkTest : public DesktopTest {
   void PressBrowse(QWidget& form, const char* name, const std::string& file) {
     names.names.push_back(file);
     Press(form, name);
-  }
-  QMainWindow& Last() {
-    const auto open = window.findChildren<QMainWindow*>("workbench");
-    if (open.isEmpty()) throw std::runtime_error("no workbench");
-    return *open.last();
-  }
-  QMainWindow& Open(const std::string& file) {
-    names.names.push_back(file);
-    Key(Qt::Key_O, Qt::ControlModifier);
-    return Last();
   }
   // What is found in the outline, with its place in the chart.
   static std::string Found(QMainWindow& opened, const char* text) {
@@ -63,7 +47,7 @@ TEST_F(WalkTest, AModelBecomesAPlanAndTheChangedPlanComesBackAndIsAPlanAgain) {
   const std::string merged = folder.Path("merged.txt");
 
   // The model, its findings, and the other choice.
-  QMainWindow& opened = Open(model);
+  QMainWindow& opened = *OpenFile(model);
   EXPECT_THAT(Found(opened, "Bake the cakes"), EndsWith("Bake the cakes: "));
   Key(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
   QTest::keyClicks(QApplication::focusWidget(), "left out");
@@ -86,21 +70,23 @@ TEST_F(WalkTest, AModelBecomesAPlanAndTheChangedPlanComesBackAndIsAPlanAgain) {
   PressBrowse(out, "BrowsedbBt_xml", database);
   user.steps.emplace_back([](QDialog& chooser) { QTest::keyClick(&chooser, Qt::Key_Return); });
   Press(out, "cmdOK");
-  EXPECT_THAT(window.Result().toStdString(), HasSubstr(xml));
+  EXPECT_THAT(Result(), HasSubstr(xml));
+  User::Click(window, "seePlan");
+  EXPECT_THAT(Found(*LastWorkbench(), "Bake the cakes"), HasSubstr(": Bake the cakes"));
 
   // Somebody changes the plan, and it is tried.
   const std::string changed = With(ReadFile(xml), {{"Bake the cakes", "Bake the tarts"}});
   std::ofstream(xml, std::ios::binary) << changed;
-  QMainWindow& plan = Open(database);
-  EXPECT_THAT(Found(plan, "Bake the cakes"), HasSubstr(": Bake the cakes"));
+  QMainWindow& planned = *OpenFile(database);
+  EXPECT_THAT(Found(planned, "Bake the cakes"), HasSubstr(": Bake the cakes"));
   names.names.push_back(xml);
   Key(Qt::Key_B, Qt::ControlModifier);
   QWidget& back = User::Find(window, "frmProjectToIDEF3");
   const std::string before = ReadFile(database);
   user.steps.emplace_back([](QDialog& preview) { Press(preview, "cmdShow"); });
   Press(back, "cmdPreview");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return &Last() != &plan; }));
-  QMainWindow& merge = Last();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return LastWorkbench() != &planned; }));
+  QMainWindow& merge = *LastWorkbench();
   EXPECT_THAT(Found(merge, "tarts"),
               HasSubstr("~ Bake the tarts (was Bake the cakes): Bake the tarts"));
   EXPECT_EQ(ReadFile(database), before);
@@ -109,8 +95,8 @@ TEST_F(WalkTest, AModelBecomesAPlanAndTheChangedPlanComesBackAndIsAPlanAgain) {
   Key(Qt::Key_B, Qt::ControlModifier);
   PressBrowse(back, "cmdBrowseText", merged);
   Press(back, "cmdOK");
-  EXPECT_THAT(window.Result().toStdString(), HasSubstr(merged));
-  QMainWindow& again = Open(merged);
+  EXPECT_THAT(Result(), HasSubstr(merged));
+  QMainWindow& again = *OpenFile(merged);
   EXPECT_THAT(Found(again, "Bake the tarts"), HasSubstr(": Bake the tarts"));
   EXPECT_THAT(user.boxes, IsEmpty());
 }

@@ -22,19 +22,6 @@ using ::testing::Not;
 
 class WorkbenchWindowTest : public DesktopTest {
  protected:
-  // The window that Ctrl+O opens for the file; null where none comes up.
-  QMainWindow* Open(const std::string& file) {
-    names.names.push_back(file);
-    Key(Qt::Key_O, Qt::ControlModifier);
-    QTest::qWait(10);
-    const auto open = window.findChildren<QMainWindow*>("workbench");
-    return open.isEmpty() ? nullptr : open.last();
-  }
-  void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(window.windowHandle(), key, with);
-  }
   static QTreeWidget& Outline(QMainWindow& opened) {
     return User::Get<QTreeWidget>(opened, "outline");
   }
@@ -78,7 +65,7 @@ class WorkbenchWindowTest : public DesktopTest {
 };
 
 TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAndFindings) {
-  QMainWindow* opened = Open(festival);
+  QMainWindow* opened = OpenFile(festival);
   ASSERT_NE(opened, nullptr);
   EXPECT_TRUE(opened->isVisible());
   EXPECT_FALSE(User::Find(window, "startPage").isVisible());
@@ -125,7 +112,7 @@ TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAnd
 }
 
 TEST_F(WorkbenchWindowTest, KeysGoIntoDecompositionsOutOfThemBackAndForward) {
-  QMainWindow* opened = Open(festival);
+  QMainWindow* opened = OpenFile(festival);
   ASSERT_NE(opened, nullptr);
   Outline(*opened).setFocus();
   Key(Qt::Key_Down);
@@ -159,8 +146,8 @@ TEST_F(WorkbenchWindowTest, KeysGoIntoDecompositionsOutOfThemBackAndForward) {
   EXPECT_THAT(desktop.helpContexts, ElementsAre(7030));
 }
 
-TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlanAndIsReadyInTheDialog) {
-  QMainWindow* opened = Open(MERIVANE_SAMPLES "/bakery.txt");
+TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlan) {
+  QMainWindow* opened = OpenFile(MERIVANE_SAMPLES "/bakery.txt");
   ASSERT_NE(opened, nullptr);
   QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Bake the cakes");
   EXPECT_EQ(Marked(*opened, "chart"), "");
@@ -171,60 +158,44 @@ TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlanAndIsReadyInTheDialog) {
   EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Bake the cakes"));
   EXPECT_THAT(Page(*opened), Not(HasSubstr("Not in the plan")));
   EXPECT_EQ(User::Get<QComboBox>(*opened, "choice1").currentText(), "Saturday cakes");
-
-  opened->findChild<QAction*>("toPlan")->trigger();
-  QWidget& form = User::Find(window, "frmIDEF3ToProject");
-  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), MERIVANE_SAMPLES "/bakery.txt");
-  const std::string database = folder.Path("plan.mdb");
-  Browse(form, "BrowsedbBt", database);
-  user.steps.emplace_back([](QDialog& dialog) { User::Click(dialog, "Command1"); });
-  User::Click(form, "cmdOK");
-  User::Click(window, "seePlan");
-  QMainWindow* plan = window.findChildren<QMainWindow*>("workbench").last();
-  ASSERT_NE(plan, opened);
-  EXPECT_EQ(window.findChildren<QMainWindow*>("workbench").size(), 2);
-  QTest::keyClicks(&User::Find(*plan, "outlineSearch"), "Bake the cakes");
-  EXPECT_THAT(Marked(*plan, "chart"), HasSubstr("Bake the cakes"));
+  Trigger(*opened, "toPlan");
+  EXPECT_EQ(TextOf(User::Find(window, "frmIDEF3ToProject"), "txtCelvarFilename"),
+            MERIVANE_SAMPLES "/bakery.txt");
 }
 
 TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnown) {
-  const std::string database = folder.Path("plan.mdb");
-  const std::string mpx = folder.Path("plan.mpx");
-  MakePlan(database, mpx);
-  QMainWindow* opened = Open(database);
+  MakePlan();
+  QMainWindow* opened = OpenFile(plan);
   ASSERT_NE(opened, nullptr);
   names.names = {mpx};
   Key(Qt::Key_B, Qt::ControlModifier);
   QWidget& form = User::Find(window, "frmProjectToIDEF3");
   EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
-  EXPECT_EQ(TextOf(form, "txtInterimDB"), database);
+  EXPECT_EQ(TextOf(form, "txtInterimDB"), plan);
   EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "");
   EXPECT_TRUE(User::Find(form, "cmdPreview").isEnabled());  // of a merge with one project
   User::Click(form, "cmdCancel");
-  QMainWindow* plan = Open(mpx);
-  ASSERT_NE(plan, opened);
-  plan->findChild<QAction*>("bringBack")->trigger();
+  QMainWindow* file = OpenFile(mpx);
+  ASSERT_NE(file, opened);
+  Trigger(*file, "bringBack");
   EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
   EXPECT_EQ(TextOf(form, "txtInterimDB"), "");
   user.steps.emplace_back(User::Clicks("CmdCancel"));  // asked as ever
-  Browse(form, "cmdInterimDB", database);
+  Browse(form, "cmdInterimDB", plan);
   User::Click(form, "cmdCancel");
-  const QMainWindow* foreign = Open(folder.Write("foreign.txt", ReadFile(festival)));
+  const QMainWindow* foreign = OpenFile(folder.Write("foreign.txt", ReadFile(festival)));
   EXPECT_EQ(foreign->findChild<QAction*>("bringBack"), nullptr);
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
-  const std::string database = folder.Path("plan.mdb");
-  const std::string mpx = folder.Path("plan.mpx");
-  const std::string text = folder.Path("merged.txt");
-  MakePlan(database, mpx);
-  const std::string plan =
+  MakePlan();
+  const std::string changed =
       folder.Write("changed.mpx", With(ReadFile(mpx), {{"Set up the desk", "Build the desk"}}));
-  const std::string before = ReadFile(database);
-  Open(database);
-  names.names = {plan};
+  const std::string before = ReadFile(plan);
+  OpenFile(plan);
+  names.names = {changed};
   Key(Qt::Key_B, Qt::ControlModifier);
   QWidget& form = User::Find(window, "frmProjectToIDEF3");
   user.steps.emplace_back([](QDialog& preview) {
@@ -259,12 +230,12 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   EXPECT_EQ(notes.model()->index(0, 0).data().toString(), "stop");
   EXPECT_FALSE(Marked(merge, "diagram").empty());  // the model as it is
   folder.Write("changed.mpx", With(ReadFile(mpx), {{"Set up the desk", "Build the desk"}}));
-  EXPECT_EQ(ReadFile(database), before);
+  EXPECT_EQ(ReadFile(plan), before);
 
-  merge.findChild<QAction*>("bringBack")->trigger();
+  Trigger(merge, "bringBack");
   EXPECT_TRUE(form.isVisible());
-  EXPECT_EQ(TextOf(form, "txtMPX"), plan);
-  EXPECT_EQ(TextOf(form, "txtInterimDB"), database);
+  EXPECT_EQ(TextOf(form, "txtMPX"), changed);
+  EXPECT_EQ(TextOf(form, "txtInterimDB"), plan);
   Browse(form, "cmdBrowseText", text);
   User::Click(form, "cmdOK");
   EXPECT_THAT(ReadFile(text), HasSubstr("Build the desk"));
@@ -275,9 +246,9 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
 }
 
 TEST_F(WorkbenchWindowTest, WindowsAreTabsWhereTheUserPrefersThat) {
-  window.findChild<QAction*>("mnuTabs")->trigger();
-  QMainWindow* opened = Open(festival);
-  QMainWindow* other = Open(MERIVANE_SAMPLES "/bakery.txt");
+  Trigger(window, "mnuTabs");
+  QMainWindow* opened = OpenFile(festival);
+  QMainWindow* other = OpenFile(MERIVANE_SAMPLES "/bakery.txt");
   ASSERT_TRUE(opened != nullptr && other != nullptr);
   auto& area = User::Get<QMdiArea>(window, "formArea");
   auto& tabs = *area.findChild<QTabBar*>();
@@ -303,21 +274,20 @@ TEST_F(WorkbenchWindowTest, WindowsAreTabsWhereTheUserPrefersThat) {
   EXPECT_EQ(area.activeSubWindow(), opened->parentWidget());
   EXPECT_TRUE(MainWindow(desktop, main).findChild<QAction*>("mnuTabs")->isChecked());
   OpenToProject();
-  window.findChild<QAction*>("mnuTabs")->trigger();
+  Trigger(window, "mnuTabs");
   EXPECT_TRUE(opened->isVisible());
   EXPECT_FALSE(form.parentWidget()->isMaximized());  // a dialog, beside the workbench
   EXPECT_FALSE(QSettings().value("area/tabs").toBool());
 }
 
 TEST_F(WorkbenchWindowTest, ASmallScreenCutsNothingOffAlsoFromRightToLeft) {
-  const std::string database = folder.Path("plan.mdb");
-  MakePlan(database, folder.Path("plan.mpx"));
+  MakePlan();
   for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
     SCOPED_TRACE(direction);
     QApplication::setLayoutDirection(direction);
     window.resize(1024, 600);
-    QMainWindow* plan = Open(database);
-    QMainWindow* opened = Open(festival);
+    QMainWindow* planned = OpenFile(plan);
+    QMainWindow* opened = OpenFile(festival);
     QCoreApplication::processEvents();
     EXPECT_EQ(window.size(), QSize(1024, 600));
     for (const QWidget* more : window.findChildren<QWidget*>("qt_toolbar_ext_button")) {
@@ -339,22 +309,21 @@ TEST_F(WorkbenchWindowTest, ASmallScreenCutsNothingOffAlsoFromRightToLeft) {
       }
       User::Click(*form, "cmdCancel");
     }
-    window.findChild<QAction*>("mnuMessageLog")->trigger();
+    Trigger(window, "mnuMessageLog");
     for (const QDialog* dialog : window.findChildren<QDialog*>()) {
       const QSize least = dialog->minimumSizeHint();
       EXPECT_LE(least.width(), 1024 * 9 / 10) << dialog->objectName().toStdString();
       EXPECT_LE(least.height(), 600 * 9 / 10) << dialog->objectName().toStdString();
     }
     window.findChild<QDialog*>("logWindow")->close();
-    for (QMainWindow* workbench : {plan, opened}) workbench->parentWidget()->close();
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return window.findChild<QMainWindow*>("workbench") == nullptr; }));
+    for (QMainWindow* workbench : {planned, opened}) workbench->parentWidget()->close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return LastWorkbench() == nullptr; }));
   }
   QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(WorkbenchWindowTest, PicturesFollowTheColoursOfTheSystem) {
-  const QMainWindow* opened = Open(festival);
+  const QMainWindow* opened = OpenFile(festival);
   ASSERT_NE(opened, nullptr);
   const QPalette before = QApplication::palette();
   for (const char* name : {"diagram", "chart"}) {
@@ -375,7 +344,7 @@ TEST_F(WorkbenchWindowTest, PicturesFollowTheColoursOfTheSystem) {
 
 TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelection) {
   const std::string file = folder.Write("m.txt", ReadFile(festival));
-  QMainWindow* opened = Open(file);
+  QMainWindow* opened = OpenFile(file);
   ASSERT_NE(opened, nullptr);
   QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Rent a roof");
   EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
@@ -398,21 +367,20 @@ TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelec
 TEST_F(WorkbenchWindowTest, OpeningShowsABarAndItsCancelLeavesNoWindow) {
   bool cancels = false;
   bool wasShown = false;
-  desktop.ticksPerLook = 200;
-  desktop.onProgress = [&](const RunProgress&) {
-    if (window.findChild<QDialog*>("progress") == nullptr) return;
+  WhileRunning([&] {
+    if (!ShowsProgress()) return;
     wasShown = true;
     if (cancels) User::Click(window, "progressCancel");
-  };
-  QMainWindow* opened = Open(festival);
+  });
+  QMainWindow* opened = OpenFile(festival);
   ASSERT_NE(opened, nullptr);
   EXPECT_TRUE(wasShown);
-  EXPECT_EQ(Open(festival), opened);  // once
+  EXPECT_EQ(OpenFile(festival), opened);  // once
   opened->parentWidget()->close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(window, "startPage").isVisible(); }));
   cancels = true;
-  EXPECT_EQ(Open(festival), nullptr);
-  EXPECT_EQ(window.findChild<QDialog*>("progress"), nullptr);
+  EXPECT_EQ(OpenFile(festival), nullptr);
+  EXPECT_FALSE(ShowsProgress());
   EXPECT_THAT(user.boxes, IsEmpty());
 }
 
