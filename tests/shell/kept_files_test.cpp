@@ -45,22 +45,16 @@ TEST_F(KeptFilesTest, PutsBackOnlyWhatTheRunItselfHasChanged) {
 #ifndef _WIN32
 TEST_F(KeptFilesTest, AnOutputThatIsRefusedGoesToNoPlaceOfAnEarlierRun) {
   const std::string text = folder.Path("model.txt");
-  const auto write = [&] {
-    const std::int16_t number = program->files.FreeFile();
-    program->files.OpenForOutput(number, text);
-    program->files.Print(number, "line");
-    program->files.Close(number);
-  };
   KeptFiles kept;
   kept.NewOutput(program->files, text);
-  write();
+  Print(text, "line");
   EXPECT_FALSE(fs::exists(text));
   kept.Finish();
   EXPECT_EQ(ReadFile(text), "line\r\n");
   fs::remove(text);
   fs::create_symlink("/proc/sys/kernel/osrelease", text);  // which nobody may write
   EXPECT_EQ(ErrorOf([&] { kept.NewOutput(program->files, text); }), kPermissionDenied);
-  EXPECT_EQ(ErrorOf(write), kPermissionDenied);
+  EXPECT_EQ(ErrorOf([&] { Print(text, "line"); }), kPermissionDenied);
 }
 #endif
 

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "database_fixture.h"
 #include "shell/frmDBMerge.h"
 #include "shell/frmMain.h"
@@ -27,6 +29,14 @@ class ProjectToModelForm : public DatabaseFixture {
   void BrowseInterim(const std::string& path) {
     desktop.fileNames.push_back(path);
     form.cmdInterimDB();
+  }
+  // Chooses the merge, and `rest`.
+  void Answer(const std::function<void(frmDBMerge&)>& rest) {
+    desktop.onModalForm = [rest](ModalForm& shown) {
+      auto& merge = dynamic_cast<frmDBMerge&>(shown);
+      merge.OptMerge();
+      rest(merge);
+    };
   }
   std::string Output(const std::string& name) {
     desktop.fileNames.push_back(folder.Path(name));
@@ -97,32 +107,14 @@ TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
   EXPECT_EQ(desktop.beeps, 1);
 }
 
-TEST_F(ProjectToModelForm, ABadTemplateReplacesNothing) {
-  AddProject();
-  desktop.onModalForm = [](ModalForm& shown) {
-    dynamic_cast<frmDBMerge&>(shown).OptOverwrite();
-    dynamic_cast<frmDBMerge&>(shown).CmdOK();
-  };
-  const std::string before = ReadFile(databasePath);
-  for (const std::string& bytes :
-       {std::string("xy"), ReadFile(TemplateDatabase()).substr(0, 100000)}) {
-    desktop.templatePath = folder.Write("template.mdb", bytes);
-    BrowseInterim(databasePath);
-    EXPECT_EQ(ReadFile(databasePath), before);
-    EXPECT_FALSE(state.gInterimConn);
-  }
-}
-
 TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLeavesNoBackup) {
   AddProject();
   AddOutlinedTask();
-  desktop.onModalForm = [](ModalForm& shown) {
-    auto& merge = dynamic_cast<frmDBMerge&>(shown);
-    merge.OptMerge();
+  Answer([](frmDBMerge& merge) {
     merge.comboInterimProject.listIndex = 0;
     merge.comboInterimProject_Click();
     merge.CmdOK();
-  };
+  });
   program->workspace.patience = kBrief;
   BrowseInterim(databasePath);
   EXPECT_TRUE(state.gRoundTripMerge);
@@ -146,11 +138,7 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
 }
 
 TEST_F(ProjectToModelForm, MergeOfAnEmptyDatabaseIsRefusedAndTheBoxEmptied) {
-  desktop.onModalForm = [](ModalForm& shown) {
-    auto& merge = dynamic_cast<frmDBMerge&>(shown);
-    merge.OptMerge();
-    merge.CmdCancel();
-  };
+  Answer([](frmDBMerge& merge) { merge.CmdCancel(); });
   BrowseInterim(databasePath);
   EXPECT_EQ(
       desktop.MessageTexts(),
@@ -179,17 +167,13 @@ TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {
 }
 
 TEST_F(ProjectToModelForm, CommandPathsAreCutAtThePlaceholder) {
-  struct Case {
-    const char* value;
-    std::string expected;
-  };
-  const Case cases[] = {{"C:\\P\\app.exe \"%1\"", "C:\\P\\app.exe "},
-                        {"C:\\P\\app.exe %1", "C:\\P\\app.exe"},
-                        {"app.exe", std::string("app.exe\0", 8)},
-                        {"%1", std::string("%1\0", 3)}};
-  for (const Case& c : cases) {
-    desktop.registry["k"] = c.value;
-    EXPECT_EQ(GetCommandPath(desktop, "k"), c.expected) << c.value;
+  const std::pair<const char*, std::string> cases[] = {{"C:\\P\\app.exe \"%1\"", "C:\\P\\app.exe "},
+                                                       {"C:\\P\\app.exe %1", "C:\\P\\app.exe"},
+                                                       {"app.exe", std::string("app.exe\0", 8)},
+                                                       {"%1", std::string("%1\0", 3)}};
+  for (const auto& [value, path] : cases) {
+    desktop.registry["k"] = value;
+    EXPECT_EQ(GetCommandPath(desktop, "k"), path) << value;
   }
   desktop.startResult = false;
   ExecuteApp(desktop, std::string("app.exe\0 x", 10));

@@ -38,12 +38,8 @@ class RunParts : public DatabaseFixture {
 TEST_F(RunParts, NamesAreHeldAgainstEachOtherAndAgainstWhatStands) {
   const std::string there = folder.Write("there.txt", "x");
   fs::create_hard_link(there, folder.Path("twin.txt"));
-  struct Case {
-    std::vector<NamedFile> files;
-    std::string refusal;
-  };
   const std::string missing = folder.Path("none/a.txt");
-  const Case cases[] = {
+  const std::pair<std::vector<NamedFile>, std::string> cases[] = {
       {{{"A", there}, {"B", there}}, ""},  // two that are read
       {{{"A", there}, {"B", folder.Path("./there.txt"), true}},
        "A and B are the same file: " + folder.Path("./there.txt")},
@@ -57,8 +53,8 @@ TEST_F(RunParts, NamesAreHeldAgainstEachOtherAndAgainstWhatStands) {
       {{{"A", there, true, "--force"}}, there + " exists: say --force."},
       {{{"A", folder.Path(""), true, "--force"}}, ""},
       {{{"A", folder.Path("new.txt"), true, "--force"}}, ""}};
-  for (const Case& one : cases) {
-    EXPECT_EQ(RefusalOf(one.files).value_or(""), one.refusal) << one.refusal;
+  for (const auto& [files, refusal] : cases) {
+    EXPECT_EQ(RefusalOf(files).value_or(""), refusal) << refusal;
   }
 }
 
@@ -66,12 +62,6 @@ TEST_F(RunParts, ACancelledRunLeavesItsTargetsAsTheyWere) {
   AddProject("1");
   const std::string before = ReadFile(databasePath);
   const std::string text = folder.Write("model.txt", "old");
-  const auto writeText = [&] {
-    const std::int16_t number = program->files.FreeFile();
-    program->files.OpenForOutput(number, text);
-    program->files.Print(number, "new");
-    program->files.Close(number);
-  };
   for (const bool cancels : {true, false}) {
     SCOPED_TRACE(cancels);
     auto connection = Connect();
@@ -88,7 +78,7 @@ TEST_F(RunParts, ACancelledRunLeavesItsTargetsAsTheyWere) {
                           set.OpenDynamic("select * from MSP_PROJECTS", connection.get());
                           set.AddNew({"PROJ_ID", "PROJ_NAME"}, {2, "Second"});
                           set.Close();
-                          writeText();
+                          Print(text, "new");
                           if (cancels) throw RunCancelled{};
                           return true;
                         },

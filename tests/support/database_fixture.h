@@ -127,6 +127,14 @@ class DatabaseFixture : public ::testing::Test {
     EXPECT_EQ(RawDatabase(databasePath).Run(statements), SQLITE_OK) << statements;
   }
 
+  // A text of one line, by the way of every output.
+  void Print(const std::string& path, const std::string& line) {
+    const std::int16_t number = program->files.FreeFile();
+    program->files.OpenForOutput(number, path);
+    program->files.Print(number, line);
+    program->files.Close(number);
+  }
+
   // True when `action` ended the program.
   template <typename Action>
   static bool EndsProgram(Action action) {
