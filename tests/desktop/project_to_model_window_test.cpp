@@ -263,14 +263,6 @@ TEST_F(ProjectToModelWindow, ACompleteMergeIsChosenByABoxThatIsRememberedWhileTh
     };
   };
   QWidget& form = OpenMpxTab(choose(false));
-  Browse(form, "cmdBrowseMPX", changed);
-  user.steps.emplace_back([](QDialog&) {});
-  User::Click(form, "cmdPreview");
-  QWidget& preview = User::Find(window, "previewWindow");
-  const QAbstractItemModel& rows = *User::Get<QTableView>(preview, "results").model();
-  EXPECT_EQ(rows.index(0, 3).data().toString(), "It comes new from the plan.");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return user.steps.empty(); }));
-  QTest::keyClick(&preview, Qt::Key_Escape);
   Finish(form, changed);
   EXPECT_FALSE(form.isVisible());
   EXPECT_THAT(ReadFile(text), HasSubstr("Clear up"));
