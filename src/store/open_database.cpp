@@ -48,9 +48,9 @@ std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::strin
                                        std::chrono::milliseconds patience) {
   const bool afterCrash = HasJournal(name);
   DatabaseHandle database = OpenHandle(name, SQLITE_OPEN_READWRITE);
-  SetUp(database.get(), path);
   const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
   auto engine = std::make_shared<Engine>(std::move(database), path, readOnly, patience);
+  SetUp(engine->Database(), path);  // which looks into the file, and waits for who writes it
   Prove(engine->Database(), path);
   if (afterCrash) RefuseSharedPages(engine->Database(), path);
   if (!readOnly) Execute(engine->Database(), "pragma journal_mode = delete", path);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <thread>
 
 #include "open_database.h"
 #include "store_fixture.h"
@@ -200,6 +201,22 @@ TEST_F(Connections, WriteToACopyWithoutTouchingTheFile) {
   EXPECT_EQ(FirstName(copy), "x");
   copy.Close();
   EXPECT_EQ(FirstName(reader), "a");
+}
+
+TEST_F(Connections, WaitForAnotherProgramFromTheFirstLook) {
+  connection.Close();
+  workspace.patience = std::chrono::minutes(1);
+  for (const OpenMode mode : {OpenMode::kReadWrite, OpenMode::kReadOnly, OpenMode::kAside}) {
+    RawDatabase other(path);
+    other.Run("begin exclusive");
+    std::thread commits([&other] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      other.Run("commit");
+    });
+    Connection waiting(workspace);
+    EXPECT_NO_THROW(waiting.Open(ConnectionText(path), mode)) << static_cast<int>(mode);
+    commits.join();
+  }
 }
 
 // Pages that were written come from memory, others from the file, whose end moves on.
