@@ -92,6 +92,7 @@ TEST_F(ModelToProjectWindow, AnExistingDatabaseAsksBetweenAppendAndOverwrite) {
     Browse(form, "BrowsedbBt", plan);
     EXPECT_EQ(program.modelToProject.gMspProjId, project);
     EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(window.focusWidget(), &User::Find(form, "BrowsedbBt"));
   }
 }
 

@@ -80,6 +80,7 @@ TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAnd
   EXPECT_EQ(Marked(*opened, "diagram"), "Fetch the stage parts");
   ClickFigure(*opened, "diagram", "Rent a roof");
   EXPECT_EQ(Chosen(*opened), "15  Rent a roof");
+  EXPECT_TRUE(Outline(*opened).currentItem()->font(0).italic());  // out of the plan
   EXPECT_EQ(Marked(*opened, "chart"), "");
   EXPECT_THAT(Notes(*opened), ElementsAre(HasSubstr("keeps link L52 to 'Build a roof")));
   auto& notes = User::Get<QTableView>(*opened, "notes");
