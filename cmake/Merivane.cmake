@@ -35,6 +35,15 @@ if(MERIVANE_SANITIZE)
   target_link_options(merivane_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# The allocator of release builds: a translation makes and frees some fifty small blocks a row, half of them
+# SQLite's, which takes a tenth of a run with the C library's. It stays out of the sanitizers' builds, and out
+# of the reader of Access files, whose system calls are confined.
+add_library(merivane_allocator INTERFACE)
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32 AND NOT MERIVANE_SANITIZE)
+  find_package(mimalloc REQUIRED)
+  target_link_libraries(merivane_allocator INTERFACE mimalloc)
+endif()
+
 # merivane_sources(VARIABLE): every .cpp of the folder, but for those named *_windows and *_posix (or so
 # and _test) that belong to another system.
 function(merivane_sources variable)
@@ -69,7 +78,7 @@ function(merivane_test name)
   add_executable(merivane_test_${name} ${sources})
   target_include_directories(merivane_test_${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}
                              ${CMAKE_SOURCE_DIR}/tests/support)
-  target_link_libraries(merivane_test_${name} PRIVATE ${ARGN} merivane_options GTest::gtest
+  target_link_libraries(merivane_test_${name} PRIVATE ${ARGN} merivane_options merivane_allocator GTest::gtest
                         GTest::gmock GTest::gtest_main)
   target_compile_definitions(merivane_test_${name} PRIVATE
     MERIVANE_SAMPLES="${drive}${CMAKE_SOURCE_DIR}/samples"

@@ -29,6 +29,7 @@ Qt 6 SVG (windows)|qt6-svg|libqt6svg6|LGPL-3.0-only|qt6-svg
 librsvg|librsvg|librsvg2-2|LGPL-2.1-or-later|librsvg
 libseccomp|libseccomp|libseccomp2|LGPL-2.1-only|libseccomp
 Fontconfig|fontconfig|libfontconfig1|MIT|fontconfig
+mimalloc|mimalloc|libmimalloc2.0|MIT|mimalloc
 LIST
   fi
 }

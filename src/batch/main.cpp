@@ -3,6 +3,7 @@
 
 #include "batch/batch.h"
 #include "platform/program_run.h"
+#include "store/connection.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ int main(int argc, char** argv) try {
   TakeLibrariesOfTheSystemAlone();
   IgnoreFailedWrites();
   ListenForEnd();
+  merivane::store::Workspace::LeaveOutLocks();
   const int status = OnUtf8Terminal([&] {
     return merivane::batch::RunBatch(ProgramArguments(argc, argv),
                                      ProgramFolder(argc > 0 ? argv[0] : ""), std::cout, std::cerr,

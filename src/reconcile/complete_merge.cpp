@@ -1,8 +1,10 @@
 #include "reconcile/complete_merge.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -105,12 +107,13 @@ class CompleteMerge {
   }
 
   MergeResult Run() {
+    std::optional<mspdi::FilePlan> ahead = ReadAhead(planPath_);
     ChooseAsBefore(desktop_, *state_.gInterimConn, project_);
     std::unique_ptr<Scratch> model = TranslatedModel({});
     const PlanContent given = TranslatedPlan(model->Database(), kProject);
     ModelRows rows = ReadModelRows(model->Database(), kProject);
     Program reader(desktop_);
-    ReadPlan(reader.projectToModel, model->Database());
+    ReadPlan(reader.projectToModel, std::move(ahead), model->Database());
     Connection& plan = *reader.projectToModel.gInterimConn;
     result_.byName = NumberTasks(plan, kProject, rows, given);
     Reconciliation reconciliation(std::move(rows), given, PlanThatCameIn(plan, kProject));
@@ -139,13 +142,13 @@ class CompleteMerge {
 
   // Into the work tables of a copy of the template, beside the resources, whose notes stay where
   // the plan has none.
-  void ReadPlan(ProjectToModel& reader, Connection& model) {
+  void ReadPlan(ProjectToModel& reader, std::optional<mspdi::FilePlan> ahead, Connection& model) {
     reader.gInterimConn = std::make_unique<Connection>(reader.workspace);
     reader.gInterimConn->Open(ConnectionText(desktop_.TemplatePath()), OpenMode::kCopy);
     reader.gInterimProjId = kProject;
     Replace({model, kProject}, {*reader.gInterimConn, kProject}, "MSP_RESOURCES", "PROJ_ID");
     LenientReading listener(desktop_);
-    OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, &listener); });
+    OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, std::move(ahead), &listener); });
     result_.remarks = std::move(listener.remarks);
   }
 
@@ -180,14 +183,16 @@ class CompleteMerge {
 
   // The rows of the project give way to those of the scratch databases.
   void Store(Connection& model, Connection& plan) {
-    MarkWhatCameBack(model);
     const Rows stored{*state_.gInterimConn, project_};
+    Replace({model, kProject}, stored, "Object_in_Activity_in_Scenario", "Msp_ProjID",
+            ShownUses(model));
     for (const char* table : {"Activity_Pool", "Object_Pool", "Scenario", "Activity_in_Scenario",
-                              "Object_in_Activity_in_Scenario", "Junctions_in_Scenario",
-                              "Facts_in_Junction", "Links_in_Scenario"}) {
+                              "Junctions_in_Scenario", "Facts_in_Junction", "Links_in_Scenario"}) {
       Replace({model, kProject}, stored, table, "Msp_ProjID");
     }
-    for (const char* table : {"MSP_TASKS", "MSP_LINKS", "MSP_RESOURCES", "MSP_ASSIGNMENTS"}) {
+    Replace({model, kProject}, stored, "MSP_TASKS", "PROJ_ID",
+            Mark{"KV7_PROCOCC_BROUGHT_BACK", [](Recordset&) { return true; }});
+    for (const char* table : {"MSP_LINKS", "MSP_RESOURCES", "MSP_ASSIGNMENTS"}) {
       Replace({model, kProject}, stored, table, "PROJ_ID");
     }
     for (const char* table : {"P_Misc", "ProjectAct", "ProjectRes", "ProjectResReqts"}) {
@@ -206,15 +211,15 @@ class CompleteMerge {
     state_.gProjectConn->Open(ConnectionText(database_));
   }
 
-  // All that the plan of the model shows.
-  static void MarkWhatCameBack(Connection& model) {
+  // A column that is 1 in the rows that the plan of the model shows.
+  struct Mark {
+    const char* column;
+    std::function<bool(Recordset& row)> isShown;
+  };
+
+  static Mark ShownUses(Connection& model) {
     Connection* database = &model;
     const std::string project = std::to_string(kProject);
-    Recordset tasks = Ask(database, "select * from MSP_TASKS where PROJ_ID = ", project);
-    for (; !tasks.Eof(); tasks.MoveNext()) {
-      tasks.SetField("KV7_PROCOCC_BROUGHT_BACK", 1);
-      tasks.Update();
-    }
     const auto numbers = [&](const char* table, const char* from, const char* to) {
       std::map<std::int32_t, std::int32_t> found;
       Recordset rows = AskStatic(database, "select * from ", table, " where PROJ_ID = ", project);
@@ -232,16 +237,10 @@ class CompleteMerge {
       assigned.emplace(units[NumberIn(assignments.Field("TASK_UID")).value_or(0)],
                        objects[NumberIn(assignments.Field("RES_UID")).value_or(0)]);
     }
-    Recordset uses =
-        Ask(database, "select * from Object_in_Activity_in_Scenario where Msp_ProjID = ", project);
-    for (; !uses.Eof(); uses.MoveNext()) {
-      if (!assigned.contains({NumberIn(uses.Field("Activity_Num")).value_or(0),
-                              NumberIn(uses.Field("Object_Occ_Num")).value_or(0)})) {
-        continue;
-      }
-      uses.SetField("Brought_from_Project", 1);
-      uses.Update();
-    }
+    return {"Brought_from_Project", [assigned = std::move(assigned)](Recordset& use) {
+              return assigned.contains({NumberIn(use.Field("Activity_Num")).value_or(0),
+                                        NumberIn(use.Field("Object_Occ_Num")).value_or(0)});
+            }};
   }
 
   struct Rows {
@@ -250,8 +249,8 @@ class CompleteMerge {
   };
 
   // Row by row, so that what didn't change isn't written.
-  void Replace(const Rows& source, const Rows& target, const char* table,
-               const char* projectColumn) {
+  void Replace(const Rows& source, const Rows& target, const char* table, const char* projectColumn,
+               const std::optional<Mark>& mark = {}) {
     const auto where = [&](std::int32_t project) {
       return std::string(" where ") + projectColumn + " = " + std::to_string(project);
     };
@@ -268,12 +267,20 @@ class CompleteMerge {
       columns.push_back(name);
     }
     std::vector<Value> row;
-    for (; !from.Eof() && !to.Eof(); from.MoveNext(), to.MoveNext(), state_.progress.Step()) {
+    const auto readRow = [&] {
       from.ReadRow(row);
+      if (mark && mark->isShown(from)) {
+        row[static_cast<std::size_t>(from.FindField(mark->column))] = Value(1);
+      }
+    };
+    std::vector<Value> before;
+    for (; !from.Eof() && !to.Eof(); from.MoveNext(), to.MoveNext(), state_.progress.Step()) {
+      readRow();
+      to.ReadRow(before);
       bool isSame = true;
       for (std::size_t at = 0; at < places.size(); ++at) {
         const Value& value = row[static_cast<std::size_t>(places[at].first)];
-        if (to.Field(places[at].second) == value) continue;
+        if (before[static_cast<std::size_t>(places[at].second)] == value) continue;
         to.SetField(columns[at], value);
         isSame = false;
       }
@@ -282,7 +289,7 @@ class CompleteMerge {
     for (; !to.Eof(); to.MoveNext()) to.Delete();
     columns.emplace_back(projectColumn);
     for (; !from.Eof(); from.MoveNext(), state_.progress.Step()) {
-      from.ReadRow(row);
+      readRow();
       std::vector<Value> values;
       values.reserve(columns.size());
       for (const auto& [place, other] : places) {

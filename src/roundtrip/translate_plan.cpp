@@ -187,10 +187,16 @@ bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::in
   return TranslatePlan(state, source, mergeFlag, listener);
 }
 
-void TakePlan(ProjectToModel& state, const std::string& fileName, MergeListener* listener) {
+std::optional<mspdi::FilePlan> ReadAhead(const std::string& fileName) {
+  if (!HoldsNoCase(Right(fileName, 4), ".xml")) return std::nullopt;
+  return mspdi::ReadPlanFile(fileName);
+}
+
+void TakePlan(ProjectToModel& state, const std::string& fileName,
+              std::optional<mspdi::FilePlan> ahead, MergeListener* listener) {
   state.gRebuildModel = 0;
-  if (HoldsNoCase(Right(fileName, 4), ".xml")) {
-    XmlSource source(state, fileName, listener, false);
+  if (ahead) {
+    XmlSource source(state, *std::move(ahead), listener);
     ReadPlan(state, source);
     return;
   }

@@ -46,7 +46,7 @@ RunTimeError SecondBearer(std::int64_t number, const FileTask& first, const File
 
 PlanHead XmlSource::Open() {
   state_.progress.Begin("Reading the plan", 0);
-  plan_ = mspdi::ReadPlanFile(fileName_);
+  if (!fileName_.empty()) plan_ = mspdi::ReadPlanFile(fileName_);
   CheckNames();
   if (state_.gRebuildModel == 0) CheckOccurrences();
   TellLostCharacters();
@@ -102,7 +102,7 @@ void XmlSource::CheckOccurrences() {
                 refuse);
     task.text1.clear();
   }
-  if (anyKnown || !needsNumbers_) return;
+  if (anyKnown || fileName_.empty()) return;
   throw RunTimeError(
       kInvalidFileFormat,
       "No task of the plan bears a number of this project's model in the field Text1, so a merge "

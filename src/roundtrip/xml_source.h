@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "mspdi/plan_reader.h"
 #include "roundtrip/merge_listener.h"
@@ -16,11 +17,13 @@ using namespace program;
 
 class XmlSource : public PlanSource {
  public:
-  // A listener (null: none) hears each row that would end the merge. `needsNumbers`: a plan without
-  // a known Text1 is refused by a merge.
-  XmlSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener,
-            bool needsNumbers = true)
-      : state_(state), listener_(listener), fileName_(fileName), needsNumbers_(needsNumbers) {}
+  // A listener (null: none) hears each row that would end the merge. A plan without a known Text1
+  // is refused by a merge ...
+  XmlSource(ProjectToModel& state, const std::string& fileName, MergeListener* listener)
+      : state_(state), listener_(listener), fileName_(fileName) {}
+  // ... unless it was read ahead.
+  XmlSource(ProjectToModel& state, mspdi::FilePlan plan, MergeListener* listener)
+      : state_(state), listener_(listener), plan_(std::move(plan)) {}
 
   PlanHead Open() override;
   void HandResources(WorkTables& tables) override;
@@ -43,8 +46,7 @@ class XmlSource : public PlanSource {
 
   ProjectToModel& state_;
   MergeListener* listener_;
-  std::string fileName_;
-  bool needsNumbers_;
+  std::string fileName_;  // empty where the plan was read ahead
   mspdi::FilePlan plan_;
 };
 

@@ -174,6 +174,11 @@ Value DynamicSet::Read(Place place, int field) {
   return shape_.ValueIn(RowWith(place, shape_.SlotOf(field)), field);
 }
 
+void DynamicSet::ReadRow(Place place, std::vector<Value>& fields) {
+  if (lastSlot_ == 0) lastSlot_ = shape_.TakeUpAll();
+  shape_.ReadAll(RowWith(place, lastSlot_), fields);
+}
+
 sqlite3_stmt* DynamicSet::RowWith(Place place, int slot) {
   const std::int64_t key = KeyAt(place);
   if (walkStands_ && keys_.back() == key && SelectShape::IsIn(walk_.get(), slot)) {

@@ -51,7 +51,8 @@ class DynamicSet final : private RowWatcher {
   int FindField(std::string_view name) const { return shape_.FindField(name); }
   int ColumnOf(int field) const { return shape_.ColumnOf(field); }
   ColumnKind KindOf(int column) const { return table_.Schema().KindOf(column); }
-  Value Read(Place place, int field);  // error 3021 for a row deleted since
+  Value Read(Place place, int field);                     // error 3021 for a row deleted since
+  void ReadRow(Place place, std::vector<Value>& fields);  // likewise
 
   void CheckWritable() const { engine_.CheckWritable(); }
   void Insert(std::span<const FieldChange> changes);  // the new row's place is the last
@@ -109,6 +110,7 @@ class DynamicSet final : private RowWatcher {
   LentStatement row_;  // stands on the row `rowKey_` as it was at write `rowWrites_`
   std::int64_t rowKey_ = kDeleted;
   std::uint64_t rowWrites_ = 0;
+  int lastSlot_ = 0;  // of the fields, once whole rows are read
 };
 
 }  // namespace merivane::store

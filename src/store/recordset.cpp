@@ -40,6 +40,7 @@ struct Recordset::Impl final : private OpenSet {
   Place place = kNoPlace;
   bool adding = false;
   std::vector<FieldChange> changes;
+  int greatest = -1;  // column among them
 
   bool IsOpen() const { return engine != nullptr; }
   void CheckOpen() const {
@@ -107,6 +108,7 @@ struct Recordset::Impl final : private OpenSet {
   }
 
   FieldChange* FindChange(int column) {
+    if (column > greatest) return nullptr;
     const auto found = std::find_if(changes.begin(), changes.end(), [&](const FieldChange& change) {
       return change.column == column;
     });
@@ -126,6 +128,7 @@ struct Recordset::Impl final : private OpenSet {
   void DropChanges() noexcept {
     adding = false;
     changes.clear();
+    greatest = -1;
   }
 
  private:
@@ -275,7 +278,7 @@ Value Recordset::Field(int index) {
 
 void Recordset::ReadRow(std::vector<Value>& fields) {
   impl_->CheckOnRow();
-  std::get<SnapshotSet>(impl_->rows).ReadRow(impl_->place, fields);
+  impl_->With([&](auto& set) { set.ReadRow(impl_->place, fields); });
 }
 
 void Recordset::SetField(std::string_view name, Value value) {
@@ -289,6 +292,7 @@ void Recordset::SetField(std::string_view name, Value value) {
     change->value = std::move(value);
   } else {
     impl_->changes.push_back({column, std::move(value)});
+    impl_->greatest = std::max(impl_->greatest, column);
   }
 }
 

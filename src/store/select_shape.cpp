@@ -88,8 +88,27 @@ int SelectShape::SlotOfColumn(int column) {
 }
 
 Value SelectShape::ValueIn(sqlite3_stmt* row, int field) {
-  const bool text = HasKeys() && table_.Schema().KindOf(ColumnOf(field)) == ColumnKind::kText;
-  return ColumnValue(row, SlotOf(field), text);
+  return ColumnValue(row, SlotOf(field), IsText(field));
+}
+
+bool SelectShape::IsText(int field) const {
+  return HasKeys() && table_.Schema().KindOf(ColumnOf(field)) == ColumnKind::kText;
+}
+
+int SelectShape::TakeUpAll() {
+  int last = 0;
+  all_.clear();
+  for (int field = 0; field < FieldCount(); ++field) {
+    all_.emplace_back(SlotOf(field), IsText(field));
+    last = std::max(last, all_.back().first);
+  }
+  return last;
+}
+
+void SelectShape::ReadAll(sqlite3_stmt* row, std::vector<Value>& fields) const {
+  fields.resize(all_.size());
+  auto field = fields.begin();
+  for (const auto& [slot, isText] : all_) *field++ = ColumnValue(row, slot, isText);
 }
 
 std::string SelectShape::Columns() const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "statement.h"
@@ -56,6 +57,9 @@ class SelectShape {
   int SlotOf(int field) { return HasKeys() ? SlotOfColumn(ColumnOf(field)) : field; }
   int SlotOfColumn(int column);
   Value ValueIn(sqlite3_stmt* row, int field);
+  // The same of all fields, of a row that has the slot that TakeUpAll has given.
+  int TakeUpAll();
+  void ReadAll(sqlite3_stmt* row, std::vector<Value>& fields) const;
   static bool IsIn(sqlite3_stmt* row, int slot) { return slot < sqlite3_column_count(row); }
 
   LentStatement Lend(ReadKind kind, std::span<const Literal> literals);
@@ -64,6 +68,7 @@ class SelectShape {
   friend struct StatementReturner;
 
   void AddSlot(int column);
+  bool IsText(int field) const;
   std::string Sql(ReadKind kind) const;
   std::string Columns() const;
   std::string Where(std::string_view more) const;
@@ -78,6 +83,7 @@ class SelectShape {
   std::vector<std::string> computed_;  // the fields' names where they are no columns
   std::vector<std::int16_t> slots_;    // by column; -1 for one that nobody asked for
   std::vector<int> slotColumns_;
+  std::vector<std::pair<int, bool>> all_;  // by field: its slot, and whether it is a text
   std::array<std::vector<StatementHandle>, 5> free_;
 };
 

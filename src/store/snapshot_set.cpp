@@ -1,7 +1,5 @@
 #include "snapshot_set.h"
 
-#include <algorithm>
-
 namespace merivane::store {
 
 SnapshotSet::SnapshotSet(std::string fieldName, std::vector<std::string> texts)
@@ -84,36 +82,21 @@ Value SnapshotSet::Read(Place place, int field) {
 }
 
 void SnapshotSet::ReadRow(Place place, std::vector<Value>& fields) {
-  if (lastSlot_ == 0 && !kept_) lastSlot_ = TakeUpAll();
+  if (lastSlot_ == 0 && !kept_) lastSlot_ = shape_->TakeUpAll();
   StandOn(place, lastSlot_);
   if (kept_) {
     fields = rows_[place];
   } else {
-    FieldsOf(walk_.get(), fields);
-  }
-}
-
-// Gives the last place of a field in the rows.
-int SnapshotSet::TakeUpAll() {
-  int last = 0;
-  for (int field = 0; field < FieldCount(); ++field) last = std::max(last, shape_->SlotOf(field));
-  return last;
-}
-
-void SnapshotSet::FieldsOf(sqlite3_stmt* row, std::vector<Value>& fields) {
-  const int count = FieldCount();
-  fields.resize(static_cast<std::size_t>(count));
-  for (int field = 0; field < count; ++field) {
-    fields[static_cast<std::size_t>(field)] = shape_->ValueIn(row, field);
+    shape_->ReadAll(walk_.get(), fields);
   }
 }
 
 void SnapshotSet::Keep() {
   if (kept_) return;
-  TakeUpAll();
+  shape_->TakeUpAll();
   LentStatement all = shape_->Lend(ReadKind::kWalk, literals_);
   std::vector<std::vector<Value>> rows;
-  while (Step(all)) FieldsOf(all.get(), rows.emplace_back());
+  while (Step(all)) shape_->ReadAll(all.get(), rows.emplace_back());
   rows_ = std::move(rows);
   kept_ = true;
   count_ = rows_.size();

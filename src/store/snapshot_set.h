@@ -57,8 +57,6 @@ class SnapshotSet final : private RowWatcher {
   bool Has(Place place);
   bool Step(LentStatement& statement);
   void StandOn(Place place, int slot);
-  int TakeUpAll();
-  void FieldsOf(sqlite3_stmt* row, std::vector<Value>& fields);
   void Keep();
 
   Engine* engine_ = nullptr;

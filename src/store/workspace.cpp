@@ -121,6 +121,8 @@ Workspace::Workspace() : state_(std::make_unique<State>()) {
 }
 Workspace::~Workspace() = default;
 
+void Workspace::LeaveOutLocks() { sqlite3_config(SQLITE_CONFIG_SINGLETHREAD); }
+
 void Workspace::CommitAll() {
   std::exception_ptr first;
   for (Connection* connection : state_->connections) {

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "mspdi/plan_reader.h"
 #include "program/program.h"
 #include "roundtrip/merge_listener.h"
 
@@ -38,9 +40,14 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
 bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
                   MergeListener* listener = nullptr);
 
-// The first step alone: the file into the work tables of gInterimConn, as for a merge. Errors and
-// ends come up as they do there, but for a plan without a known number; with a listener, what can't
-// be taken is passed over.
-void TakePlan(ProjectToModel& state, const std::string& fileName, MergeListener* listener);
+// What planning XML holds; none of an MPX file, which is read line by line. While it is read it
+// takes three times the file, which is better spent before databases lie in memory.
+std::optional<mspdi::FilePlan> ReadAhead(const std::string& fileName);
+
+// The first step alone: the file, or what was read of it ahead, into the work tables of
+// gInterimConn, as for a merge. Errors and ends come up as they do there, but for a plan without a
+// known number; with a listener, what can't be taken is passed over.
+void TakePlan(ProjectToModel& state, const std::string& fileName,
+              std::optional<mspdi::FilePlan> ahead, MergeListener* listener);
 
 }  // namespace merivane::roundtrip

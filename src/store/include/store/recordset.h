@@ -68,7 +68,7 @@ class Recordset {
   int FindField(std::string_view name);  // ignoring case; -1 where there is none
   Value Field(std::string_view name);
   Value Field(int index);                    // from 0
-  void ReadRow(std::vector<Value>& fields);  // all of the current row. REQUIRES: a static set
+  void ReadRow(std::vector<Value>& fields);  // all of the current row, as it is stored
 
   // A changed field waits for Update (or for the next move). Assigning converts to the column's
   // type: whole numbers round half to even into 32 bits (16 where the column says so).
