@@ -82,9 +82,10 @@ void XmlFile::Load(const std::string& path) {
 }
 
 void XmlFile::FindLines() {
+  lineEnds_.reserve(static_cast<std::size_t>(std::ranges::count(text_, '\n')));
   for (std::size_t end = text_.find('\n'); end != std::string::npos;
        end = text_.find('\n', end + 1)) {
-    lineEnds_.push_back(end);
+    lineEnds_.push_back(static_cast<std::uint32_t>(end));
   }
 }
 

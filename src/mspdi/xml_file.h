@@ -1,6 +1,7 @@
 // A file of XML in memory, and the words for what is wrong in it.
 #pragma once
 
+#include <cstdint>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
@@ -36,7 +37,7 @@ class XmlFile {
 
   std::string name_;  // Windows-1252, without its folder
   std::string text_;  // the parser works in it: the nodes refer to its characters
-  std::vector<std::size_t> lineEnds_;
+  std::vector<std::uint32_t> lineEnds_;  // a text has 1 GB at most
   pugi::xml_document document_;
 };
 
