@@ -129,6 +129,7 @@ TEST_F(ModelToProjectForm, ADamagedDatabaseFailsInSilence) {
   Browse(path);
   EXPECT_TRUE(desktop.boxes.empty());
   EXPECT_EQ(form.txtDatabase.text, path);
+  EXPECT_TRUE(form.IsVisible());  // which it was not behind the question
   EXPECT_NE(form.PickFailure.value().Description().find(path), std::string::npos);
   EXPECT_FALSE(state.gMspConn);
   EXPECT_EQ(ReadFile(path), "no database");
