@@ -11,6 +11,13 @@
 
 #include "desktop/main_window.h"
 #include "platform/program_run.h"
+#ifdef Q_OS_WIN
+#include <string_view>
+
+#include "desktop/render_pictures.h"
+#include "desktop/system_look.h"
+#include "pictures/packed_pictures.h"
+#endif
 
 namespace {
 
@@ -50,7 +57,15 @@ void TakeSettingsBesideProgram() {
 
 int main(int argc, char** argv) {
   platform::TakeLibrariesOfTheSystemAlone();
+#ifdef Q_OS_WIN
+  if (argc > 1 && std::string_view(argv[1]) == pictures::kRenderWord)
+    return RenderForAnother(argc, argv);
+  SystemLook::WelcomeDark();
+#endif
   QApplication application(argc, argv);
+#ifdef Q_OS_WIN
+  const SystemLook look;
+#endif
   QApplication::setApplicationName("merivane");
   QApplication::setOrganizationName("merivane");
   QApplication::setDesktopFileName("merivane");

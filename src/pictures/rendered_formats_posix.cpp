@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -22,12 +21,6 @@ using namespace runtime;
 
 namespace {
 
-constexpr double kSharpness = 2;          // dots of a PNG for each pixel
-constexpr double kMostDots = 60'000'000;  // of a PNG in all
-constexpr double kMostSide = 32'000;      // dots
-constexpr double kMostPage = 14'400;      // points of a PDF's side
-constexpr double kPointsOfPixel = 0.75;
-
 template <auto Free>
 struct FreeWith {
   template <typename Object>
@@ -40,10 +33,6 @@ using Canvas = std::unique_ptr<cairo_t, FreeWith<cairo_destroy>>;
 using Handle = std::unique_ptr<RsvgHandle, FreeWith<g_object_unref>>;
 
 using Render = Rendering (*)(const std::vector<Picture>&);
-
-[[noreturn]] void CanNotDraw(const std::string& why) {
-  throw RunTimeError(kDeviceIoError, "the picture can't be drawn: " + why);
-}
 
 void Check(cairo_status_t status) {
   if (status == CAIRO_STATUS_SUCCESS) return;
@@ -76,11 +65,6 @@ void Draw(const Picture& picture, cairo_t* canvas, double scale) {
   }
 }
 
-double PngScale(const Picture& picture) {
-  return std::min({kSharpness, std::sqrt(kMostDots / (picture.width * picture.height)),
-                   kMostSide / picture.width, kMostSide / picture.height});
-}
-
 Rendering ToPng(const std::vector<Picture>& all) {
   const Picture picture = Stacked(all);
   const double scale = PngScale(picture);
@@ -93,10 +77,6 @@ Rendering ToPng(const std::vector<Picture>& all) {
   std::string bytes;
   Check(cairo_surface_write_to_png_stream(surface.get(), Append, &bytes));
   return {.bytes = std::move(bytes), .factor = scale / kSharpness};
-}
-
-double PdfScale(const Picture& picture) {
-  return std::min(kPointsOfPixel, kMostPage / std::max(picture.width, picture.height));
 }
 
 Rendering ToPdf(const std::vector<Picture>& pictures) {
@@ -147,7 +127,7 @@ Rendering Aside(Render render, const std::vector<Picture>& pictures) {
   const auto deadline = ForkedChild::Clock::now() + kLongest;
   const auto take = [&](void* data, std::size_t size) {
     if (child.Receive(data, size, deadline, [] {})) return;
-    CanNotDraw("its library gave up, as it does where no thread can be started or memory runs out");
+    CanNotDraw(kGaveUp);
   };
   Answer answer;
   take(&answer, sizeof answer);

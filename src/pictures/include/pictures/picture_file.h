@@ -12,7 +12,8 @@ namespace merivane::pictures {
 
 using namespace runtime;
 
-// What pictures can be written as: .svg, .png and .pdf, on Windows .svg alone.
+// What pictures can be written as: .svg, .png and .pdf; on Windows .svg alone where the desktop
+// program doesn't lie beside this one.
 std::vector<std::string> PictureEndings();
 std::string PictureEndingWords();  // ".svg, .png or .pdf"
 // One of them, in any case of letters.
