@@ -103,6 +103,31 @@ uninstall() {
   [ -z "$(menus)" ] || fail "stays in the start menu: $(menus)"
 }
 
+# field FILE NAME: every value of a field of winget's manifest, each once.
+field() { sed -n "s/^[ -]*$2: //p" "$output/winget/Vorn.Merivane$1" | sort -u; }
+# check_manifest ROOT: it tells of this setup program, and of what that has registered.
+check_manifest() {
+  local part pair
+  for part in .yaml:version .locale.en-US.yaml:defaultLocale .installer.yaml:installer; do
+    local file=${part%:*}
+    [ "$(field "$file" PackageIdentifier)" = Vorn.Merivane ] &&
+      [ "$(field "$file" PackageVersion)" = "$version" ] &&
+      [ "$(field "$file" ManifestType)" = "${part#*:}" ] &&
+      [ "$(field "$file" ManifestVersion)" = "$(field .yaml ManifestVersion)" ] ||
+      fail "winget's manifest $file is of another package or version"
+    ! grep -n @ "$output/winget/Vorn.Merivane$file" >&2 || fail "winget's manifest $file is not filled in"
+  done
+  [ "$(field .yaml DefaultLocale)" = "$(field .locale.en-US.yaml PackageLocale)" ] || fail "another locale"
+  [ "$(field .installer.yaml InstallerSha256)" = "$(sha256sum < "$setup" | cut -d ' ' -f 1 | tr a-f A-F)" ] ||
+    fail "winget's manifest has the sum of another setup program"
+  [[ $(field .installer.yaml InstallerUrl) == https://*/$(basename "$setup") ]] || fail "another setup program's address"
+  [ "$(field .installer.yaml ProductCode)" = "${uninstall_key##*\\}" ] || fail "another product code"
+  for pair in Publisher:Publisher PackageName:DisplayName PackageVersion:DisplayVersion; do
+    [ "$(field .locale.en-US.yaml "${pair%:*}")" = "$(registered "$1" "${pair#*:}")" ] ||
+      fail "winget's manifest has another ${pair%:*} than what is registered"
+  done
+}
+
 "$wine" wineboot -i > /dev/null 2>&1
 cd "$scratch"
 unzip -q "$zip"
@@ -112,6 +137,7 @@ check_translation "$scratch/merivane-$version/merivane-batch.exe"
 
 for_all="$WINEPREFIX/drive_c/Program Files/Merivane"
 install HKLM "$for_all"
+check_manifest HKLM
 check_translation "$for_all/merivane-batch.exe"
 open_window "$for_all/merivane.exe"
 echo mine > "$for_all/samples/mine.txt"

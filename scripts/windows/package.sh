@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes merivane-VERSION-windows.zip and merivane-VERSION-setup.exe of a Windows build:
-# package.sh BUILD_FOLDER OUTPUT_FOLDER. One commit gives the same bytes, with the libraries in one folder; their
+# Makes merivane-VERSION-windows.zip, merivane-VERSION-setup.exe and the manifest of the latter for winget
+# of a Windows build: package.sh BUILD_FOLDER OUTPUT_FOLDER. One commit gives the same bytes, with the libraries in one folder; their
 # date is SOURCE_DATE_EPOCH, else the commit's.
 set -euo pipefail
 build=$(realpath "$1")
@@ -84,4 +84,15 @@ size=$(find "$folder" -type f -printf '%s\n' | awk '{ bytes += $1 } END { print 
 makensis -V2 -WX -DVERSION="$version" -DSIZE="$size" -DFILES="$folder" -DLISTS="$scratch" \
   -DICON="$build/packaging/windows/merivane.ico" -DOUTPUT="$output/$name-setup.exe" \
   packaging/windows/setup.nsi
+
+# What winget is told of this setup program: winget/Vorn.Merivane.*.yaml, for its public list.
+rm -rf "$output/winget"
+mkdir "$output/winget"
+sum=$(sha256sum "$output/$name-setup.exe" | cut -d ' ' -f 1)
+for manifest in packaging/windows/winget/*.yaml; do
+  part=.$(basename "$manifest")
+  [ "$part" != .version.yaml ] || part=.yaml
+  sed -e "s/@VERSION@/$version/" -e "s/@SHA256@/${sum^^}/" \
+    -e "s/@DATE@/$(date -u -d "@$SOURCE_DATE_EPOCH" +%F)/" "$manifest" > "$output/winget/Vorn.Merivane$part"
+done
 ls -l "$output/$name"-{windows.zip,setup.exe}
