@@ -8,10 +8,12 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPushButton>
+#include <QSettings>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "opened_kind.h"
+#include "platform/program_run.h"
 
 namespace merivane::desktop {
 
@@ -71,7 +73,10 @@ QPushButton* RecentList::AddButton(const char* name, const char* caption,
 }
 
 void RecentList::Add(const QString& name) {
-  files_.Add(QFileInfo(name).absoluteFilePath());
+  const QString file = QFileInfo(name).absoluteFilePath();
+  files_.Add(file);
+  // A program that keeps its settings beside itself leaves nothing elsewhere.
+  if (QSettings::defaultFormat() == QSettings::NativeFormat) RememberFile(file.toStdString());
   Fill();
 }
 

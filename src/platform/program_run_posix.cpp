@@ -19,6 +19,8 @@ std::string ProgramFolder(const std::string& name) {
 
 void TakeLibrariesOfTheSystemAlone() {}
 
+void RememberFile(const std::string& /*path*/) {}
+
 bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 
 int OnUtf8Terminal(const std::function<int()>& run) { return run(); }

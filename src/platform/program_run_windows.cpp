@@ -2,6 +2,7 @@
 // Needs the types of windows.h.
 #include <io.h>
 #include <shellapi.h>
+#include <shlobj.h>
 
 #include <filesystem>
 #include <memory>
@@ -37,6 +38,11 @@ std::string ProgramFolder(const std::string& /*name*/) {
     }
     name.resize(name.size() * 2);
   }
+}
+
+void RememberFile(const std::string& path) {
+  const std::wstring name = runtime::PathOf(path).make_preferred().wstring();
+  SHAddToRecentDocs(SHARD_PATHW, name.c_str());
 }
 
 bool StandardErrorIsTerminal() {

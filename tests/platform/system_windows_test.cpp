@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
+// Needs the types of windows.h.
+#include <shlobj.h>
 
 #include <filesystem>
 #include <thread>
@@ -111,6 +113,17 @@ TEST_F(WindowsProgramStart, APathWithBlanksStartsInQuotes) {
 
 TEST(WindowsSystem, APageThatNothingOpensIsAFailure) {
   EXPECT_LT(OpenInBrowser("merivane-no-such-scheme:page"), 33);
+}
+
+TEST(WindowsSystem, AFileIsRememberedForTheListBehindTheButton) {
+  const TemporaryFolder folder;
+  const std::string name = fs::path(folder.Path("")).parent_path().filename().string() + ".mpx";
+  wchar_t recent[MAX_PATH];
+  ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_RECENT, nullptr, SHGFP_TYPE_CURRENT, recent), S_OK);
+  const fs::path link = fs::path(recent) / (name + ".lnk");
+  RememberFile(folder.Write(name, "plan"));
+  EXPECT_TRUE(fs::exists(link)) << link;
+  fs::remove(link);
 }
 
 TEST(WindowsSystem, ProfileValuesAreFoundByPathAndInTheWindowsFolder) {

@@ -36,6 +36,10 @@ int OnUtf8Terminal(const std::function<int()>& run);
 [[nodiscard]] int OpenInBrowser(
     const std::string& url, const std::function<void()>& meanwhile = [] {});
 
+// Puts a file among those that the system offers for this program: on Windows the list behind its
+// button. `path` is absolute.
+void RememberFile(const std::string& path);
+
 // The wish of the system, or of who is at the keyboard, that the program ends: Ctrl+C, a log-out,
 // `kill`. From now on the first such signal is only kept, so that the work can be undone and what
 // is temporary removed; a second one ends the program in place. `wake` is called by the handler of
