@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QStackedWidget>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 #include <algorithm>
@@ -65,7 +66,9 @@ MainWindow::MainWindow(QtDesktop& desktop, frmMain& main)
       main_(main),
       helpKey_(std::make_unique<HelpKey>(desktop)),
       pages_(new QStackedWidget),
-      start_(new StartPage(PathToQt(desktop.AppPath()) + "/samples")),
+      start_(new StartPage(
+          PathToQt(desktop.AppPath()) + "/samples",
+          QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + "/Merivane")),
       area_(new FormArea),
       result_(new ResultLine(*statusBar(), desktop)) {
   setObjectName("frmMain");

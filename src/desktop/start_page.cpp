@@ -3,6 +3,7 @@
 #include <QCommandLinkButton>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -12,6 +13,7 @@
 
 #include "form_window.h"
 #include "recent_list.h"
+#include "runtime/file_names.h"
 
 namespace merivane::desktop {
 
@@ -60,7 +62,8 @@ class DropPlace : public QLabel {
   bool lit_ = false;
 };
 
-StartPage::StartPage(const QString& samples) : dropPlace_(new DropPlace), recent_(new RecentList) {
+StartPage::StartPage(const QString& samples, const QString& documents)
+    : documents_(documents), dropPlace_(new DropPlace), recent_(new RecentList) {
   setObjectName("startPage");
   setAccessibleName("Start");
   setFocusPolicy(Qt::ClickFocus);
@@ -139,9 +142,20 @@ QListWidget* StartPage::MakeSamples(const QStringList& names) {
     item->setData(Qt::UserRole, name);
   }
   list->setMinimumHeight(list->fontMetrics().height() * kShownRows);
-  connect(list, &QListWidget::itemActivated, this,
-          [this](const QListWidgetItem* item) { OnOpen({item->data(Qt::UserRole).toString()}); });
+  connect(list, &QListWidget::itemActivated, this, [this](const QListWidgetItem* item) {
+    OnOpen({OwnSample(item->data(Qt::UserRole).toString())});
+  });
   return list;
+}
+
+// What the user has made of an earlier copy stays.
+QString StartPage::OwnSample(const QString& name) const {
+  if (MayBeReplaced(name.toStdString())) return name;
+  QString copy = QDir(documents_).filePath(QFileInfo(name).fileName());
+  if (QFile::exists(copy)) return copy;
+  if (!QDir().mkpath(documents_) || !QFile::copy(name, copy)) return name;
+  QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
+  return copy;
 }
 
 void StartPage::dragEnterEvent(QDragEnterEvent* event) {

@@ -19,7 +19,8 @@ class RecentList;
 class StartPage : public QScrollArea {
  public:
   // `samples`: the folder of the models that came with the program; without one none are offered.
-  explicit StartPage(const QString& samples);
+  // One that its user may not write is copied into `documents` and opened there.
+  StartPage(const QString& samples, const QString& documents);
 
   std::function<void()> OnToPlan;
   std::function<void()> OnToModel;
@@ -39,7 +40,9 @@ class StartPage : public QScrollArea {
   QWidget* MakeBeginnings();
   QWidget* MakeFiles(const QString& samples);
   QListWidget* MakeSamples(const QStringList& names);
+  QString OwnSample(const QString& name) const;
 
+  QString documents_;
   DropPlace* dropPlace_;
   RecentList* recent_;
 };
