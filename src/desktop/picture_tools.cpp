@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -16,6 +15,7 @@
 #include "paint_figure.h"
 #include "picture_view.h"
 #include "pictures/picture_file.h"
+#include "printer_choice.h"
 #include "qt_text.h"
 
 namespace merivane::desktop {
@@ -105,9 +105,7 @@ void PictureTools::Print() {
   QPrinter printer(QPrinter::HighResolution);
   printer.setPageOrientation(QPageLayout::Landscape);
   printer.setDocName(window_.windowTitle());
-  QPrintDialog dialog(&printer, &window_);
-  desktop_.Execute(dialog);
-  if (dialog.result() == QDialog::Accepted) PrintPictures(printer, shown_.pictures());
+  if (ChoosePrinter(printer, window_, desktop_)) PrintPictures(printer, shown_.pictures());
 }
 
 }  // namespace merivane::desktop

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QSortFilterProxyModel>
 #include <QTextDocument>
@@ -14,6 +13,7 @@
 
 #include "desktop/qt_desktop.h"
 #include "pictures/picture_file.h"
+#include "printer_choice.h"
 #include "qt_text.h"
 #include "result_text.h"
 
@@ -140,9 +140,7 @@ void ResultList::Print() {
     QPrinter printer(QPrinter::HighResolution);
     const QString title = windowTitle().isEmpty() ? window()->windowTitle() : windowTitle();
     printer.setDocName(title);
-    QPrintDialog dialog(&printer, window());
-    desktop_.Execute(dialog);
-    if (dialog.result() != QDialog::Accepted) return;
+    if (!ChoosePrinter(printer, *window(), desktop_)) return;
     QTextDocument page;
     page.setHtml(ListAsHtml(*shown_, title));
     page.print(&printer);
