@@ -51,6 +51,11 @@ check_version() {
 
 runs() { pgrep -fx "$1" > /dev/null; }  # Wine keeps the name that it was started by
 
+# is_whole FOLDER: what the zip holds, but for the settings that are kept beside the program there alone.
+is_whole() {
+  [ ! -e "$1/merivane.ini" ] && diff -r -x uninstall.exe -x merivane.ini "$scratch/merivane-$version" "$1" >&2
+}
+
 # open_window PROGRAM: the desktop program comes up and stays, and meanwhile no setup touches it.
 open_window() {
   [ -e "$1" ] || return 0
@@ -63,8 +68,7 @@ open_window() {
   done
   sleep 5
   ! "$wine" setup.exe /S || fail "setup replaces a program that runs"
-  diff -r -x uninstall.exe "$scratch/merivane-$version" "$(dirname "$1")" >&2 &&
-    registered HKLM DisplayName > /dev/null || fail "setup took away from a program that runs"
+  is_whole "$(dirname "$1")" && registered HKLM DisplayName > /dev/null || fail "setup took away from a program that runs"
   runs "$1" || fail "$1 does not stay"
   wineserver -k
   wait $window || true
@@ -85,8 +89,7 @@ install() {
   local root=$1 folder=$2 words=${3:-}
   echo "setup.exe /S $words" > setup.bat
   "$wine" cmd /c setup.bat > /dev/null || fail "setup $words ended with $?"
-  diff -r -x uninstall.exe "$scratch/merivane-$version" "$folder" >&2 ||
-    fail "setup $words installs another thing than the zip"
+  is_whole "$folder" || fail "setup $words installs another thing than the zip"
   check_version "$folder/merivane-batch.exe"
   [ "$(registered "$root" DisplayVersion)" = "$version" ] || fail "setup $words: no entry for version $version"
   [ "$(registered "$root" Publisher)" = Vorn ] || fail "setup $words: no publisher"
