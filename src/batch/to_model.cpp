@@ -60,7 +60,14 @@ bool BrowseFile(Session& session, const ToModelOptions& options) {
 
 bool ProveFile(Session& session, const ToModelOptions& options) {
   ProjectToModel& state = session.program.projectToModel;
-  if (options.mpx.empty()) return ProveXml(state, options.xml);
+  if (options.mpx.empty()) {
+    std::optional<mspdi::FilePlan> plan = ProveXml(state, options.xml);
+    const bool isProved = plan.has_value();
+    if (options.complete && !options.dryRun) {
+      session.main.projectToModel.XmlAhead = std::move(plan);
+    }
+    return isProved;
+  }
   if (ProveMpx(state, options.mpx)) return true;
   session.Say(options.mpx + " can't be read as an MPX file.");
   return false;

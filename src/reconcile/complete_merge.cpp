@@ -97,9 +97,11 @@ class Scratch {
 
 class CompleteMerge {
  public:
-  CompleteMerge(ProjectToModel& state, const std::string& planPath)
+  CompleteMerge(ProjectToModel& state, const std::string& planPath,
+                std::optional<mspdi::FilePlan> ahead)
       : state_(state),
         planPath_(planPath),
+        ahead_(std::move(ahead)),
         database_(state.gInterimConn->DatabaseName()),
         project_(state.gInterimProjId) {
     desktop_.ShowProgressOn(state.desktop);
@@ -107,13 +109,13 @@ class CompleteMerge {
   }
 
   MergeResult Run() {
-    std::optional<mspdi::FilePlan> ahead = ReadAhead(planPath_);
+    if (!ahead_) ahead_ = ReadAhead(planPath_);
     ChooseAsBefore(desktop_, *state_.gInterimConn, project_);
     std::unique_ptr<Scratch> model = TranslatedModel({});
     const PlanContent given = TranslatedPlan(model->Database(), kProject);
     ModelRows rows = ReadModelRows(model->Database(), kProject);
     Program reader(desktop_);
-    ReadPlan(reader.projectToModel, std::move(ahead), model->Database());
+    ReadPlan(reader.projectToModel, model->Database());
     Connection& plan = *reader.projectToModel.gInterimConn;
     result_.byName = NumberTasks(plan, kProject, rows, given);
     Reconciliation reconciliation(std::move(rows), given, PlanThatCameIn(plan, kProject));
@@ -142,13 +144,13 @@ class CompleteMerge {
 
   // Into the work tables of a copy of the template, beside the resources, whose notes stay where
   // the plan has none.
-  void ReadPlan(ProjectToModel& reader, std::optional<mspdi::FilePlan> ahead, Connection& model) {
+  void ReadPlan(ProjectToModel& reader, Connection& model) {
     reader.gInterimConn = std::make_unique<Connection>(reader.workspace);
     reader.gInterimConn->Open(ConnectionText(desktop_.TemplatePath()), OpenMode::kCopy);
     reader.gInterimProjId = kProject;
     Replace({model, kProject}, {*reader.gInterimConn, kProject}, "MSP_RESOURCES", "PROJ_ID");
     LenientReading listener(desktop_);
-    OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, std::move(ahead), &listener); });
+    OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, std::move(ahead_), &listener); });
     result_.remarks = std::move(listener.remarks);
   }
 
@@ -304,6 +306,7 @@ class CompleteMerge {
 
   ProjectToModel& state_;
   std::string planPath_;
+  std::optional<mspdi::FilePlan> ahead_;
   std::string database_;
   std::int32_t project_;
   QuietDesktop desktop_;
@@ -312,12 +315,13 @@ class CompleteMerge {
 
 }  // namespace
 
-MergeResult MergeCompletely(ProjectToModel& state, const std::string& planPath) {
+MergeResult MergeCompletely(ProjectToModel& state, const std::string& planPath,
+                            std::optional<mspdi::FilePlan> ahead) {
   const auto refuse = [&](const std::string& text) {
     state.desktop.ShowMessage({.text = text, .icon = MessageIcon::kCritical, .title = kTitle});
   };
   try {
-    return CompleteMerge(state, planPath).Run();
+    return CompleteMerge(state, planPath, std::move(ahead)).Run();
   } catch (const CircleOfTasks& circle) {
     refuse("Tasks of the plan wait for each other in a circle: " + circle.names +
            ".  Take one of their predecessors out, and merge again.");

@@ -1,5 +1,7 @@
 #include "shell/frmProjectToIDEF3.h"
 
+#include <utility>
+
 #include "neutraltext/modProjectToIDEF3.h"
 #include "program/error_boxes.h"
 #include "roundtrip/modMpxtoIDEF3.h"
@@ -281,8 +283,8 @@ bool frmProjectToIDEF3::ValidateFileTab(const TextBox& file, const char* noFile,
 bool frmProjectToIDEF3::TranslateFile() {
   CompleteMergeResult = {};
   if (state_.gRoundTripMerge && Complete) {
-    CompleteMergeResult =
-        reconcile::MergeCompletely(state_, SSTabInput == kXmlTab ? txtXML.text : txtMPX.text);
+    CompleteMergeResult = reconcile::MergeCompletely(
+        state_, SSTabInput == kXmlTab ? txtXML.text : txtMPX.text, std::exchange(XmlAhead, {}));
     return CompleteMergeResult.merged;
   }
   const auto mergeFlag = static_cast<std::int16_t>(state_.gRoundTripMerge ? -1 : 0);

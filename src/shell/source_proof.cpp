@@ -1,4 +1,3 @@
-#include "mspdi/plan_reader.h"
 #include "program/error_boxes.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/run_time_error.h"
@@ -30,12 +29,11 @@ bool ProveMpx(ProjectToModel& state, const std::string& path) try {
   return false;
 }
 
-bool ProveXml(ProjectToModel& state, const std::string& path) try {
-  mspdi::ReadPlanFile(path);
-  return true;
+std::optional<mspdi::FilePlan> ProveXml(ProjectToModel& state, const std::string& path) try {
+  return mspdi::ReadPlanFile(path);
 } catch (const RunTimeError& error) {
   ShowDescription(state.desktop, error);
-  return false;
+  return std::nullopt;
 }
 
 }  // namespace merivane::shell

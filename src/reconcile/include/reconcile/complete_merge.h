@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "mspdi/plan_reader.h"
 #include "platform/quiet_desktop.h"
 #include "program/program.h"
 #include "store/connection.h"
@@ -42,8 +43,10 @@ struct MergeResult {
 // on it. What the plan doesn't speak of stays as it is. Nothing in the database has changed where
 // the result isn't merged: a plan that can't be read, one that knows no task of the model, and one
 // whose tasks wait for each other in a circle, told in a box by their names. RunCancelled, the end
-// of the program and what the machine is to blame for come up.
-MergeResult MergeCompletely(ProjectToModel& state, const std::string& planPath);
+// of the program and what the machine is to blame for come up. `ahead` is what planning XML holds,
+// where it was read already.
+MergeResult MergeCompletely(ProjectToModel& state, const std::string& planPath,
+                            std::optional<mspdi::FilePlan> ahead = {});
 
 // Lets a translation on `desktop` choose the scenarios that went to the plan of the project's last
 // translation in `stored`. Errors of the database come up.

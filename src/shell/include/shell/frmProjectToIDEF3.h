@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 
+#include "mspdi/plan_reader.h"
 #include "program/program.h"
 #include "reconcile/complete_merge.h"
 #include "runtime/run_time_error.h"
@@ -71,6 +72,7 @@ class frmProjectToIDEF3 : public Form {
 
   // A merge keeps everything that the plan holds: as it was answered last, while the program runs.
   bool Complete = false;
+  std::optional<mspdi::FilePlan> XmlAhead;  // what txtXML's file holds, where it was just read
   reconcile::MergeResult
       CompleteMergeResult;  // of the last complete merge: what the model can't hold
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "mspdi/plan_reader.h"
 #include "neutraltext/modGlobal.h"
 
 namespace merivane::shell {
@@ -28,7 +29,7 @@ using namespace neutraltext;
 bool ProveModelText(ModelToProject& state, const std::string& path);
 bool ProveMpx(ProjectToModel& state, const std::string& path);
 
-// The same for the whole of a file of planning XML.
-bool ProveXml(ProjectToModel& state, const std::string& path);
+// The same for the whole of a file of planning XML; gives what it holds.
+std::optional<mspdi::FilePlan> ProveXml(ProjectToModel& state, const std::string& path);
 
 }  // namespace merivane::shell
