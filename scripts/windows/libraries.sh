@@ -163,7 +163,7 @@ fi
 
 qt_options=(-DCMAKE_BUILD_TYPE=MinSizeRel -DQT_QMAKE_TARGET_MKSPEC=win32-g++ -DINPUT_opengl=no
   -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF)
-for feature in network sql dbus opengl testlib tabletevent pkg_config vulkan concurrent; do
+for feature in network sql dbus opengl xml tabletevent pkg_config vulkan concurrent; do
   qt_options+=("-DFEATURE_$feature=OFF")
 done
 recipe=$(recipe qt6-base <(echo "${qt_options[@]}"))

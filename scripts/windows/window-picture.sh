@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Starts merivane.exe under Wine on a screen of its own, translates a sample through the first dialog,
-# opens the second, and takes pictures: window-picture.sh BIN-FOLDER PICTURES-FOLDER
+# opens the second, exports from the workbench, and takes pictures: window-picture.sh BIN-FOLDER PICTURES-FOLDER
 set -euo pipefail
 if [ -z "${MERIVANE_SCREEN:-}" ]; then
   exec env MERIVANE_SCREEN=1 xvfb-run -a -s "-screen 0 1280x900x24" "$0" "$@"
@@ -64,9 +64,28 @@ open_menu p
 picture project-to-celvar
 ! cmp -s "$pictures/written.png" "$pictures/project-to-celvar.png" || fail "no second dialog"
 keys Escape
+keys ctrl+o
+sleep 3
+write "$PWD/samples/festival.txt"
+keys Return
+sleep 5
+picture workbench
+for ending in pdf png; do  # drawn by a second start of the program, without a window
+  keys ctrl+e
+  sleep 3
+  write "$scratch/diagram.$ending"
+  keys Return
+  wait_for 30 test -s "$scratch/diagram.$ending" || fail "no $ending was written"
+  sleep 1
+done
+[ "$(head -c 4 "$scratch/diagram.pdf")" = %PDF ] && identify "$scratch/diagram.png" > /dev/null ||
+  fail "what was exported is no picture"
+cp "$scratch/diagram.png" "$pictures/exported.png"
+keys ctrl+F4
+sleep 2
 open_menu e
 wait_for 20 test ! -d "/proc/$program" || fail "the program does not end"
-for name in choosing celvar-to-project written project-to-celvar; do
+for name in choosing celvar-to-project written project-to-celvar workbench exported; do
   [ -s "$pictures/$name.png" ] || fail "no picture $name"
 done
 echo "window-picture: ok, in $pictures"

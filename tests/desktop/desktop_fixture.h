@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDir>
 #include <QDropEvent>
 #include <QMainWindow>
 #include <QMimeData>
@@ -26,7 +27,12 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::MatchesRegex;
+using ::testing::StartsWith;
+
+// A path as the system writes it.
+inline std::string Native(const std::string& path) {
+  return QDir::toNativeSeparators(QString::fromStdString(path)).toStdString();
+}
 
 class ScriptedNames : public FileNames {
  public:

@@ -59,7 +59,7 @@ TEST_F(LeftWindow, TakesNothingWhicheverWayItWasLeft) {
 TEST_F(LeftWindow, TakesNothingBehindARun) {
   MakePlan();
   QWidget& form = User::Find(window, "frmIDEF3ToProject");
-  std::filesystem::remove(mpx);
+  std::filesystem::rename(mpx, folder.Path("old.mpx"));
   Type(Qt::Key_Return);
   User::Click(form, "cmdOK");
   EXPECT_FALSE(std::filesystem::exists(mpx));

@@ -143,7 +143,7 @@ TEST_F(MainWindowTest, AModelTextDroppedOnItOpensAndAnythingElseIsToldWhereItGoe
   EXPECT_TRUE(DropAt(window, {5, 200}, {"/models/a.TXT"}));
   QTest::qWait(10);
   EXPECT_TRUE(main.modelToProject.IsVisible());
-  EXPECT_EQ(main.modelToProject.txtCelvarFilename.text, "/models/a.TXT");
+  EXPECT_EQ(main.modelToProject.txtCelvarFilename.text, Native("/models/a.TXT"));
   EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("can be dropped on a dialog of the menu File"),
                                       "Please drop one file at a time."));
 }

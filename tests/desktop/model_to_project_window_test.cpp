@@ -13,7 +13,6 @@ using namespace translator;
 namespace {
 
 using ::testing::Each;
-using ::testing::StartsWith;
 
 class ModelToProjectWindow : public DesktopTest {
  protected:
@@ -63,8 +62,8 @@ TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
   User::Click(form, "cmdOK");
   EXPECT_TRUE(user.boxes.empty());
   EXPECT_FALSE(form.isVisible());
-  EXPECT_THAT(Result(), MatchesRegex("[1-9][0-9]* tasks, .*; written: " + plan + ", " +
-                                     folder.Path("left.mpx")));
+  EXPECT_THAT(Result(), AllOf(StartsWith("5 tasks, "),
+                              EndsWith("; written: " + plan + ", " + folder.Path("left.mpx"))));
   EXPECT_THAT(desktop.started, ElementsAre("project  " + plan));
   EXPECT_THAT(desktop.pointersAtStart, ElementsAre(Qt::WaitCursor));
   EXPECT_TRUE(std::filesystem::exists(folder.Path("left.mpx"))) << "the other tab's box counts";
@@ -110,7 +109,7 @@ TEST_F(ModelToProjectWindow, AFileDroppedAnywhereGoesIntoTheBoxForItsKind) {
   for (const auto& drop : drops) {
     SCOPED_TRACE(drop.file);
     EXPECT_TRUE(Drop(form, drop.place, drop.file.c_str()));
-    EXPECT_EQ(TextOf(form, drop.box), drop.file);
+    EXPECT_EQ(TextOf(form, drop.box), Native(drop.file));
     EXPECT_TRUE(User::Find(form, drop.box).isVisible());
   }
   EXPECT_EQ(TextOf(form, "txtDatabase"), "");
@@ -119,13 +118,12 @@ TEST_F(ModelToProjectWindow, AFileDroppedAnywhereGoesIntoTheBoxForItsKind) {
   EXPECT_TRUE(Drop(form, "cmdOK", "/models/a.doc"));
   EXPECT_TRUE(DropAt(form, {1, 1}, {"/models/a.txt", "/models/c.txt"}));
   QTest::qWait(10);
-  EXPECT_THAT(
-      user.boxes,
-      ElementsAre("Incorrect File Type",
-                  "/models/a.doc can't be dropped here. This dialog takes .mdb, .mpx, .txt, "
-                  ".xml.",
-                  "Please drop one file at a time."));
-  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "/models/b.txt");
+  EXPECT_THAT(user.boxes,
+              ElementsAre("Incorrect File Type",
+                          Native("/models/a.doc") +
+                              " can't be dropped here. This dialog takes .mdb, .mpx, .txt, .xml.",
+                          "Please drop one file at a time."));
+  EXPECT_EQ(TextOf(form, "txtCelvarFilename"), Native("/models/b.txt"));
 }
 
 TEST_F(ModelToProjectWindow, ANameThatIsPastedLosesItsLineBreakAndNothingElse) {
@@ -188,7 +186,8 @@ TEST_F(ModelToProjectWindow, OkBehindAFailedPickTellsItsCauseAndLeavesTheMpxFile
   SelectTab(form, "SSTabGenerateOpt", 1);
   Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
   Browse(form, "BrowsedbBt_mpx", impossible);
-  EXPECT_THAT(Result(), MatchesRegex(impossible + " can't be used: .*\\. Nothing was changed\\."));
+  EXPECT_THAT(Result(), AllOf(StartsWith(impossible + " can't be used: "),
+                              EndsWith(". Nothing was changed.")));
   Browse(form, "cmdBrowseMPX", mpx);
   User::Click(form, "cmdOK");
   EXPECT_EQ(ends, 1);

@@ -87,7 +87,7 @@ TEST_F(ProjectToModelWindow, WritesAModelFromADatabaseByClicksAlone) {
   User::Click(form, "cmdOK");
   EXPECT_TRUE(user.boxes.empty());
   EXPECT_FALSE(form.isVisible());
-  EXPECT_THAT(Result(), MatchesRegex("[1-9][0-9]* tasks, .*; written: " + text));
+  EXPECT_THAT(Result(), AllOf(StartsWith("5 tasks, "), EndsWith("; written: " + text)));
   EXPECT_THAT(ReadFile(text), HasSubstr("Scenario List\r\n"));
 }
 
@@ -361,9 +361,9 @@ TEST_F(ProjectToModelWindow, ADisabledFieldTakesADroppedFile) {
   SelectTab(form, "SSTabInput", 1);
   ASSERT_FALSE(User::Find(form, "txtMPX").isEnabled());
   EXPECT_TRUE(Drop(form, "txtMPX", "/plans/a.mpx"));
-  EXPECT_EQ(TextOf(form, "txtMPX"), "/plans/a.mpx");
+  EXPECT_EQ(TextOf(form, "txtMPX"), Native("/plans/a.mpx"));
   EXPECT_TRUE(Drop(form, "cmdOK", "/plans/a.xml"));
-  EXPECT_EQ(TextOf(form, "txtXML"), "/plans/a.xml");
+  EXPECT_EQ(TextOf(form, "txtXML"), Native("/plans/a.xml"));
   EXPECT_TRUE(User::Find(form, "txtMPX").isEnabled());
 }
 

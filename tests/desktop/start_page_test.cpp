@@ -1,10 +1,14 @@
+#include "start_page.h"
+
 #include <QListWidget>
 #include <QMainWindow>
 #include <QScrollArea>
 #include <QTreeWidget>
 #include <filesystem>
+#include <fstream>
 
 #include "desktop_fixture.h"
+#include "runtime/file_names.h"
 
 namespace merivane::test {
 
@@ -147,6 +151,27 @@ TEST_F(StartPageTest, OffersTheSamplesBesideTheProgram) {
   Key(Qt::Key_Return);
   EXPECT_NE(Picture(), "");
   EXPECT_EQ(Rows()[0], "onboarding.txt|model");
+}
+
+TEST_F(StartPageTest, ASampleThatMayNotBeWrittenIsOpenedAsTheUsersOwnCopy) {
+  const std::string sample = folder.Write("tour.txt", "sample");
+  const std::string copy = folder.Path("mine/Merivane/tour.txt");
+  const auto may = std::filesystem::perms::owner_write;
+  std::filesystem::permissions(PathOf(sample), may, std::filesystem::perm_options::remove);
+  if (MayBeReplaced(sample)) GTEST_SKIP() << "this user may write everything";
+  StartPage page(QString::fromStdString(folder.Path("")),
+                 QString::fromStdString(folder.Path("mine/Merivane")));
+  QStringList opened;
+  page.OnOpen = [&](const QStringList& names) { opened += names; };
+  auto& samples = User::Get<QListWidget>(page, "samples");
+  emit samples.itemActivated(samples.item(0));
+  EXPECT_EQ(ReadFile(copy), "sample");
+  std::ofstream(PathOf(copy)) << "changed";
+  emit samples.itemActivated(samples.item(0));
+  EXPECT_EQ(ReadFile(copy), "changed");
+  for (const QString& name : opened) EXPECT_TRUE(IsSameFile(name.toStdString(), copy));
+  EXPECT_EQ(opened.size(), 2);
+  std::filesystem::permissions(PathOf(sample), may, std::filesystem::perm_options::add);
 }
 
 }  // namespace

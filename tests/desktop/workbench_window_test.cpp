@@ -96,7 +96,7 @@ TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAnd
   EXPECT_TRUE(notes.hasFocus());
   const int left = notes.model()->rowCount();
   EXPECT_THAT(User::Get<QLabel>(*opened, "count").text().toStdString(),
-              MatchesRegex(std::to_string(left) + " of [0-9]+ rows"));
+              AllOf(StartsWith(std::to_string(left) + " of "), EndsWith(" rows")));
   Key(Qt::Key_A, Qt::ControlModifier);
   Key(Qt::Key_C, Qt::ControlModifier);
   const QStringList copied = QApplication::clipboard()->text().split('\n');

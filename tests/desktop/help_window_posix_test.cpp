@@ -1,11 +1,10 @@
-#include "desktop/help_window.h"
-
 #include <QListWidget>
 #include <QProcess>
 #include <QTabWidget>
 #include <QTextBrowser>
 #include <QTreeWidget>
 
+#include "desktop/help_window.h"
 #include "desktop_fixture.h"
 
 namespace merivane::test {
