@@ -57,12 +57,18 @@ bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t dest
 
 }  // namespace
 
+// From both ends at once: a unit may have thousands of links on one side.
 bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  Recordset links = Ask(
-      state.gInterimConn.get(),
-      LinksWhere(state,
-                 " and Origin_Num = " + Joined(origin) + " and Destination_Num = ", destination));
-  return HasRow(links);
+  Connection* database = state.gInterimConn.get();
+  Recordset outgoing = Ask(database, LinksWhere(state, " and Origin_Num = ", origin));
+  Recordset incoming = Ask(database, LinksWhere(state, " and Destination_Num = ", destination));
+  const std::string from = Joined(origin);
+  const std::string to = Joined(destination);
+  for (; !outgoing.Eof() && !incoming.Eof(); outgoing.MoveNext(), incoming.MoveNext()) {
+    if (Joined(outgoing.Field("Destination_Num")) == to) return true;
+    if (Joined(incoming.Field("Origin_Num")) == from) return true;
+  }
+  return false;
 }
 
 bool IsLinked(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
