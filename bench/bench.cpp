@@ -106,7 +106,8 @@ std::vector<Case> Translations() {
   const Words overwrite =
       And(toModel, {"--mpx", "plan.mpx", "--interim", "work.mdb", "--overwrite"});
   const auto merge = [&](const char* format, const char* file) {
-    return And(toModel, {format, file, "--interim", "work.mdb", "--merge", "1", "--no-backup"});
+    return And(toModel, {format, file, "--interim", "work.mdb", "--merge", "1", "--no-backup",
+                         "--no-proof"});
   };
   return {
       {"to-project --mpx",
