@@ -35,11 +35,11 @@ std::string Supervise(const HelperProcess& child, const AccessLimits& limits, co
                       Work& work) {
   constexpr std::chrono::milliseconds kWait(20);
   const auto deadline = Clock::now() + limits.wall;
-  while (!child.HasEnded(kWait)) {
+  do {
     work.Beat();
     if (SizeOf(copy) > limits.bytes) return kDamaged;
     if (Clock::now() >= deadline) return kEndless;
-  }
+  } while (!child.HasEnded(kWait));
   if (child.HasSucceeded()) return {};
   if (child.HasUsedUpItsTime()) return kEndless;
   const std::string words = child.Output();
