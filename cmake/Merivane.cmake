@@ -36,12 +36,12 @@ if(MERIVANE_SANITIZE)
 endif()
 
 # The allocator of release builds: a translation makes and frees some fifty small blocks a row, half of them
-# SQLite's, which takes a tenth of a run with the C library's. It stays out of the sanitizers' builds, and out
-# of the reader of Access files, whose system calls are confined.
+# SQLite's, which takes a tenth of a run with the C library's. It stays out of the sanitizers' builds.
 add_library(merivane_allocator INTERFACE)
 if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32 AND NOT MERIVANE_SANITIZE)
   find_package(mimalloc REQUIRED)
   target_link_libraries(merivane_allocator INTERFACE mimalloc)
+  target_sources(merivane_allocator INTERFACE ${CMAKE_SOURCE_DIR}/src/allocator/operator_new.cpp)
 endif()
 
 # merivane_sources(VARIABLE): every .cpp of the folder, but for those named *_windows and *_posix (or so
