@@ -101,6 +101,7 @@ Section
   !if /FileExists "${FILES}/merivane.exe"
     CreateShortCut "${MENU}\Merivane.lnk" "$INSTDIR\merivane.exe"
     CreateShortCut "$SENDTO\Merivane.lnk" "$INSTDIR\merivane.exe"
+    CreateShortCut "${MENU}\Merivane Samples.lnk" "$INSTDIR\samples"
     WriteRegStr SHCTX "${OPEN_KEY}" "FriendlyAppName" "Merivane"
     WriteRegStr SHCTX "${OPEN_KEY}\shell\open\command" "" '"$INSTDIR\merivane.exe" "%1"'
     !insertmacro OfferFor ".mpx"
@@ -150,6 +151,7 @@ Section Uninstall
   Delete "${MENU}\Merivane.lnk"
   Delete "$SENDTO\Merivane.lnk"
   DeleteRegKey SHCTX "${OPEN_KEY}"
+  Delete "${MENU}\Merivane Samples.lnk"
   Delete "${MENU}\Merivane Help.lnk"
   Delete "${MENU}\Merivane Command Prompt.lnk"
   Delete "${MENU}\Uninstall Merivane.lnk"
