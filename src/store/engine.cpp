@@ -68,7 +68,9 @@ int Engine::Busy(void* self, int count) {
     return 1;
   }
   std::this_thread::sleep_for(kPause);
-  return engine.MayWait() ? 1 : 0;
+  // Where another program has put its own file in the place of this one, it writes a journal under
+  // the same name, which SQLite would take for that of a crash, and undo and delete.
+  return engine.MayWait() && !HasMoved(engine.Database()) ? 1 : 0;
 }
 
 // SQLite's code, which knows no exceptions, stands between here and who asked it to wait.

@@ -1,6 +1,7 @@
 // Opening database files, their transactions, and several connections on one file.
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <fstream>
 #include <thread>
 
@@ -218,6 +219,27 @@ TEST_F(Connections, WaitForAnotherProgramFromTheFirstLook) {
     commits.join();
   }
 }
+
+#ifndef _WIN32  // where a file that is open can't be replaced
+TEST_F(Connections, DoNotWaitForAFileThatAnotherHasReplaced) {
+  connection.Close();
+  workspace.patience = std::chrono::minutes(1);
+  const std::string journal = path + "-journal";
+  RawDatabase other(path);
+  other.Run("begin exclusive");
+  std::thread replaces([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::filesystem::copy_file(path, path + ".new");
+    std::filesystem::rename(path + ".new", path);
+    std::ofstream(journal) << "of the transaction in the new file";
+    other.Run("commit");
+  });
+  Connection waiting(workspace);
+  EXPECT_EQ(ErrorOf([&] { waiting.Open(ConnectionText(path)); }), kPermissionDenied);
+  replaces.join();
+  EXPECT_TRUE(std::filesystem::exists(journal));
+}
+#endif
 
 // Pages that were written come from memory, others from the file, whose end moves on.
 TEST_F(Connections, HoldACopyOfWhichOnlyChangesAreInMemory) {
