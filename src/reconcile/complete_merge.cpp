@@ -269,11 +269,11 @@ class CompleteMerge {
       columns.push_back(name);
     }
     std::vector<Value> row;
+    const int marked = mark ? from.FindField(mark->column) : -1;
+    if (mark && marked < 0) throw RunTimeError(kItemNotFound);  // a template of another kind
     const auto readRow = [&] {
       from.ReadRow(row);
-      if (mark && mark->isShown(from)) {
-        row[static_cast<std::size_t>(from.FindField(mark->column))] = Value(1);
-      }
+      if (mark && mark->isShown(from)) row[static_cast<std::size_t>(marked)] = Value(1);
     };
     std::vector<Value> before;
     for (; !from.Eof() && !to.Eof(); from.MoveNext(), to.MoveNext(), state_.progress.Step()) {
