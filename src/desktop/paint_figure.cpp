@@ -156,6 +156,8 @@ void PrintPictures(QPrinter& printer, const std::vector<pictures::Picture>& pict
       QSizeF(printer.pageLayout().paintRectPixels(printer.resolution()).size()) / dots;
   bool first = true;
   for (const pictures::Picture& picture : pictures) {
+    std::vector<QRectF> bounds;  // known once for all pages
+    for (const pictures::Figure& figure : picture.figures) bounds.push_back(BoundsOf(figure));
     const double scale = std::clamp(paper.width() / picture.width, kSmallest, 1.0);
     const QSizeF page = paper / scale;
     const int columns = PagesFor(picture.width, page.width());
@@ -169,8 +171,8 @@ void PrintPictures(QPrinter& printer, const std::vector<pictures::Picture>& pict
       const QRectF part(QPointF(at % columns * page.width(), row * page.height()), page);
       painter.translate(-part.topLeft());
       painter.setClipRect(part);
-      for (const pictures::Figure& figure : picture.figures) {
-        if (BoundsOf(figure).intersects(part)) PaintFigure(painter, figure);
+      for (std::size_t figure = 0; figure < bounds.size(); ++figure) {
+        if (bounds[figure].intersects(part)) PaintFigure(painter, picture.figures[figure]);
       }
     }
   }
