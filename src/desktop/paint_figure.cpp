@@ -55,6 +55,11 @@ QPainterPath PathOf(const pictures::Path& path) {
   return result;
 }
 
+// Runs of blanks as SVG shows them.
+QString Shown(const pictures::Text& text) {
+  return desktop::ToQt(text.text).replace('\t', ' ').split(' ', Qt::SkipEmptyParts).join(' ');
+}
+
 // Left end of the base line.
 QPointF StartOf(const pictures::Text& text, double width) {
   QPointF start = ToQt(text.at);
@@ -71,7 +76,7 @@ QRectF BoundsOf(const pictures::Path& path) { return PathOf(path).boundingRect()
 
 QRectF BoundsOf(const pictures::Text& text) {
   const QFontMetricsF metrics(FontOf(pictures::StyleOf(text.ink)));
-  const double width = metrics.horizontalAdvance(desktop::ToQt(text.text));
+  const double width = metrics.horizontalAdvance(Shown(text));
   return {StartOf(text, width) - QPointF(0, metrics.ascent()), QSizeF(width, metrics.height())};
 }
 
@@ -96,7 +101,7 @@ class FigurePainter {
     if (!texts_) return;
     const Style style = StyleFor(text.ink);
     const QFont font = FontOf(style);
-    const QString shown = desktop::ToQt(text.text);
+    const QString shown = Shown(text);
     painter_.setFont(font);
     painter_.setPen(QColor(style.fill));
     painter_.drawText(StartOf(text, QFontMetricsF(font).horizontalAdvance(shown)), shown);

@@ -112,6 +112,27 @@ TEST_F(PictureViewTest, ZoomFitsAndEachPictureGetsItsPages) {
   EXPECT_THAT(pdf, HasSubstr("/Count 6"));
 }
 
+TEST_F(PictureViewTest, BlanksShowAsInTheFile) {
+  const auto seen = [](const std::string& name) {
+    pictures::Picture picture;
+    picture.width = 300;
+    picture.height = 100;
+    pictures::Figure& figure = picture.figures.emplace_back();
+    double base = 0;
+    for (const auto anchor : {Anchor::kStart, Anchor::kMiddle, Anchor::kEnd}) {
+      base += 25;
+      figure.shapes.push_back(Text{Ink::kUnitName, {150, base}, name, anchor});
+    }
+    Work nobody;
+    PictureView view(picture, nobody);
+    view.resize(400, 200);
+    view.show();
+    return view.viewport()->grab().toImage();
+  };
+  EXPECT_EQ(seen(" Drill \t holes "), seen("Drill holes"));
+  EXPECT_NE(seen("Drill\xa0 holes"), seen("Drill holes"));  // that blank is a letter
+}
+
 TEST_F(PictureViewTest, ChartsAndTranslatedModelsComeFromADatabaseAndItsChosenProject) {
   MakePlan();
   QMainWindow* chart = Show("mnuPlanChart", plan);
