@@ -35,6 +35,12 @@ translate() {
   "$root/usr/bin/merivane-batch" to-project "$sample" --database "$scratch/plan.mdb" \
     --mpx "$scratch/plan.mpx"
   grep -q '^70,1,1,' "$scratch/plan.mpx"
+  local home
+  home=$(dirname "$(realpath "$root/usr/bin/merivane-batch")")
+  [ -e "$home/merivane-layout.so" ] || { echo "no layout in $root" >&2; exit 1; }
+  rm -f "$scratch/picture.png"
+  "$root/usr/bin/merivane-batch" draw "$sample" --output "$scratch/picture.png"
+  [ -s "$scratch/picture.png" ] || { echo "no picture from $root" >&2; exit 1; }
 }
 
 # What software centres show: valid, and each picture is one of docs/pictures in the size that is told.
@@ -59,5 +65,9 @@ open_window "$scratch/installed"
 
 (cd "$scratch" && cpack --config "$build/CPackConfig.cmake" -B "$scratch/packages" > /dev/null)
 dpkg-deb -x "$scratch"/packages/*.deb "$scratch/unpacked"
+dpkg-deb -f "$scratch"/packages/*.deb Depends > "$scratch/depends"
+for library in libgvc6 libcgraph6 librsvg2-2 libcairo2 libfontconfig1; do
+  grep -qw -e "$library" "$scratch/depends" || { echo "no dependency on $library" >&2; exit 1; }
+done
 translate "$scratch/unpacked"
 open_window "$scratch/unpacked"

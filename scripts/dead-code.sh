@@ -24,7 +24,7 @@ functions() { nm -A --defined-only "$@" | awk '$(NF - 1) ~ /^[TtWw]$/ {print $1,
 
 kept=$(mktemp)
 trap 'rm -f "$kept"' EXIT
-functions "$build"/bin/merivane "$build"/bin/merivane-batch | awk '{print $2}' | sort -u > "$kept"
+functions "$build"/bin/merivane "$build"/bin/merivane-batch "$build"/bin/*.so | awk '{print $2}' | sort -u > "$kept"
 
 # Constructors, destructors and operators come from the compiler as well as from us.
 unreached() {

@@ -45,10 +45,10 @@ void SayHowDrawn(Session& session, const std::vector<Diagram>& diagrams, const s
                  double factor) {
   std::size_t outlines = 0;
   for (const Diagram& diagram : diagrams) {
-    if (!diagram.outline) continue;
+    if (diagram.whyListed.empty()) continue;
     ++outlines;
-    session.Say("the scenario '" + ToUtf8(diagram.picture.title) +
-                "' is too large to be laid out: its units stand in a list.");
+    session.Say("the scenario '" + ToUtf8(diagram.picture.title) + "' " +
+                ToUtf8(diagram.whyListed) + ": its units stand in a list.");
   }
   SayIfSmall(session, output, factor);
   const std::size_t drawn = diagrams.size() - outlines;
@@ -73,8 +73,9 @@ int Draw(Session& session, const DrawOptions& options, ProcessModel model,
   for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
   const double factor = WritePictures(drawings, session.kept.NewOutput(options.output));
   SayHowDrawn(session, diagrams, options.output, factor);
-  const bool asAsked = std::none_of(diagrams.begin(), diagrams.end(),
-                                    [](const Diagram& diagram) { return diagram.outline; });
+  const bool asAsked = std::none_of(diagrams.begin(), diagrams.end(), [](const Diagram& diagram) {
+    return !diagram.whyListed.empty();
+  });
   return asAsked && session.log.MessageCount() == 0 ? kDone : kDoneWithMessages;
 }
 

@@ -88,9 +88,10 @@ int RunReport(Session& session, const ReportOptions& options) {
   session.Report(std::to_string(count) + (count == 1 ? " diagram" : " diagrams") +
                  (report.plan ? " and the plan" : "") + "; written: " + options.output +
                  session.Notes());
-  const bool asAsked =
-      report.plan && std::none_of(report.diagrams.begin(), report.diagrams.end(),
-                                  [](const Diagram& diagram) { return diagram.outline; });
+  const bool asAsked = report.plan && std::none_of(report.diagrams.begin(), report.diagrams.end(),
+                                                   [](const Diagram& diagram) {
+                                                     return !diagram.whyListed.empty();
+                                                   });
   return asAsked && session.log.MessageCount() == 0 ? kDone : kDoneWithMessages;
 }
 

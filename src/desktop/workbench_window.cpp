@@ -272,9 +272,9 @@ void WorkbenchWindow::ShowNotices() {
   QStringList texts;
   for (const std::string& line : view_.lines) texts += ToQt(line);
   for (const pictures::Diagram& diagram : diagrams_) {
-    if (!diagram.outline) continue;
-    texts += "The scenario '" + ToQt(diagram.picture.title) +
-             "' is too large to be laid out: its units stand in a list.";
+    if (diagram.whyListed.empty()) continue;
+    texts += "The scenario '" + ToQt(diagram.picture.title) + "' " + ToQt(diagram.whyListed) +
+             ": its units stand in a list.";
   }
   lines_->setText(texts.join('\n'));
   lines_->setVisible(!texts.isEmpty());

@@ -358,16 +358,17 @@ std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
     drafts.push_back(GraphOf(scenario, options.objects));
     graphs.push_back(drafts.back().graph);
   }
-  const std::vector<std::optional<Layout>> layouts = PlaceGraphs(graphs, options.limit, work);
+  const Layouts layouts = PlaceGraphs(graphs, options.limit, work);
   work.Begin("Drawing the diagrams", static_cast<std::int64_t>(scenarios.size()));
   std::vector<Diagram> diagrams;
   for (std::size_t at = 0; at < scenarios.size(); ++at) {
     work.Step();
     DiagramDrawer drawer(scenarios[at], options);
-    const bool outline = !layouts[at].has_value();
-    diagrams.push_back(
-        {.picture = outline ? drawer.DrawOutline() : drawer.Draw(drafts[at], *layouts[at]),
-         .outline = outline});
+    if (const std::optional<Layout>& layout = layouts.each[at]) {
+      diagrams.push_back({.picture = drawer.Draw(drafts[at], *layout)});
+    } else {
+      diagrams.push_back({.picture = drawer.DrawOutline(), .whyListed = layouts.whyNone});
+    }
   }
   return diagrams;
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "pictures/picture.h"
@@ -54,14 +55,19 @@ struct Layout {
   std::vector<Route> routes;   // of each edge
 };
 
-// None where the library refuses the graph. Time grows with the square of the nodes.
+// Of several graphs.
+struct Layouts {
+  std::vector<std::optional<Layout>> each;
+  std::string whyNone = "is too large to be laid out";  // goes behind the name of what has none
+};
+
+// By the layout library. None where it refuses the graph. Time grows with the square of the nodes.
 std::optional<Layout> LayOut(const Graph& graph);
 
 // The same for several graphs, the small ones first, where a graph that is too large or breaks the
 // library does no harm: in a process of its own, which ends after `limit`. None for each graph that
 // was not ready by then. `work` is told meanwhile that it goes on; what it throws ends the process.
-std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit, Work& work);
+Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work);
 
 // The order in which they are laid out.
 std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
@@ -70,8 +76,7 @@ std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
 // is tangled goes to the layout library, or into columns where it is too much for it. What is wide
 // stands in rows. None for a graph of which the library had not laid out a part within `limit`.
 // `work` is told meanwhile that it goes on.
-std::vector<std::optional<Layout>> PlaceGraphs(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit, Work& work);
+Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work);
 
 // In columns by the longest way to each node, with few crossings, in about linear time; the layout
 // library draws a small graph better. REQUIRES: the graph has no circle.

@@ -1,8 +1,11 @@
 #include <algorithm>
 #include <cstdint>
+#include <string>
 
 #include "layout.h"
+#include "modules.h"
 #include "runtime/child_process.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::pictures {
 
@@ -12,7 +15,7 @@ namespace {
 
 using Clock = ForkedChild::Clock;
 
-// A layout as numbers through a pipe: how many follow, then all of them.
+// A layout on its way through a pipe.
 using Numbers = std::vector<double>;
 
 Numbers Packed(const std::optional<Layout>& layout) {
@@ -48,39 +51,55 @@ std::optional<Layout> Unpacked(const Numbers& numbers, const Graph& graph) {
   return layout;
 }
 
+// How many follow, then all of them.
+template <typename Row>
+void Send(int pipe, const Row& row) {
+  const std::uint64_t count = row.size();
+  SendOrExit(pipe, &count, sizeof count);
+  SendOrExit(pipe, row.data(), count * sizeof row[0]);
+}
+
+// Why there are none, or nothing; then each layout.
 void SendLayouts(int pipe, const std::vector<Graph>& graphs,
-                 const std::vector<std::size_t>& order) {
-  for (const std::size_t which : order) {
-    const Numbers numbers = Packed(LayOut(graphs[which]));
-    const std::uint64_t count = numbers.size();
-    SendOrExit(pipe, &count, sizeof count);
-    SendOrExit(pipe, numbers.data(), count * sizeof(double));
-  }
+                 const std::vector<std::size_t>& order) try {
+  const auto& module = static_cast<const LayoutModule&>(OpenModule(kLayoutModule));
+  Send(pipe, std::string());
+  for (const std::size_t which : order) Send(pipe, Packed(module.layOut(graphs[which])));
+} catch (const RunTimeError& error) {
+  Send(pipe, error.Description());
 }
 
 // How many of `order` the child got through.
 std::size_t RunAside(const std::vector<Graph>& graphs, const std::vector<std::size_t>& order,
-                     Clock::time_point deadline, Work& work,
-                     std::vector<std::optional<Layout>>& layouts) {
+                     Clock::time_point deadline, Work& work, Layouts& layouts) {
   const ForkedChild child([&](int pipe) { SendLayouts(pipe, graphs, order); });
-  const auto beat = [&work] { work.Beat(); };
-  std::size_t done = 0;
-  for (; done < order.size(); ++done) {
+  const auto take = [&](auto& row) {
+    const auto beat = [&work] { work.Beat(); };
     std::uint64_t count = 0;
-    if (!child.Receive(&count, sizeof count, deadline, beat)) break;
-    Numbers numbers(count);
-    if (!child.Receive(numbers.data(), count * sizeof(double), deadline, beat)) break;
-    layouts[order[done]] = Unpacked(numbers, graphs[order[done]]);
+    if (!child.Receive(&count, sizeof count, deadline, beat)) return false;
+    row.resize(count);
+    return child.Receive(row.data(), count * sizeof row[0], deadline, beat);
+  };
+  std::string why;
+  if (!take(why)) return 0;
+  if (!why.empty()) {
+    layouts.whyNone = "can't be laid out (" + why + ")";
+    return order.size();
+  }
+  Numbers numbers;
+  std::size_t done = 0;
+  for (; done < order.size() && take(numbers); ++done) {
+    layouts.each[order[done]] = Unpacked(numbers, graphs[order[done]]);
   }
   return done;
 }
 
 }  // namespace
 
-std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit, Work& work) {
+Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work) {
   const Clock::time_point deadline = Clock::now() + limit;
-  std::vector<std::optional<Layout>> layouts(graphs.size());
+  Layouts layouts;
+  layouts.each.resize(graphs.size());
   std::vector<std::size_t> order = SmallFirst(graphs);
   // A graph that broke the library is left out, and the rest tried anew.
   while (!order.empty() && Clock::now() < deadline) {

@@ -9,16 +9,16 @@ constexpr std::size_t kMostElements = 6000;
 
 }  // namespace
 
-std::vector<std::optional<Layout>> LayOutAside(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit, Work& work) {
+Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
-  std::vector<std::optional<Layout>> layouts(graphs.size());
+  Layouts layouts;
+  layouts.each.resize(graphs.size());
   for (const std::size_t which : SmallFirst(graphs)) {
     work.Beat();
     const Graph& graph = graphs[which];
     if (graph.nodes.size() + graph.edges.size() > kMostElements) break;
     if (std::chrono::steady_clock::now() >= deadline) break;
-    layouts[which] = LayOut(graph);
+    layouts.each[which] = LayOut(graph);
   }
   return layouts;
 }

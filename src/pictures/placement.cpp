@@ -305,8 +305,17 @@ Layout Assemble(const Graph& graph, std::vector<PartPlan>& plans,
 
 }  // namespace
 
-std::vector<std::optional<Layout>> PlaceGraphs(const std::vector<Graph>& graphs,
-                                               std::chrono::milliseconds limit, Work& work) {
+std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs) {
+  std::vector<std::size_t> order(graphs.size());
+  std::iota(order.begin(), order.end(), 0U);
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return graphs[a].nodes.size() + graphs[a].edges.size() <
+           graphs[b].nodes.size() + graphs[b].edges.size();
+  });
+  return order;
+}
+
+Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work) {
   std::vector<std::vector<PartPlan>> plans(graphs.size());
   std::vector<Graph> forLibrary;
   for (std::size_t at = 0; at < graphs.size(); ++at) {
@@ -316,10 +325,10 @@ std::vector<std::optional<Layout>> PlaceGraphs(const std::vector<Graph>& graphs,
       if (plans[at].back().IsForLibrary()) forLibrary.push_back(plans[at].back().Tangle());
     }
   }
-  std::vector<std::optional<Layout>> byLibrary;
+  Layouts byLibrary;
   if (!forLibrary.empty()) byLibrary = LayOutAside(forLibrary, limit, work);
-  std::vector<std::optional<Layout>> layouts;
-  auto next = byLibrary.begin();
+  Layouts layouts{.each = {}, .whyNone = std::move(byLibrary.whyNone)};
+  auto next = byLibrary.each.begin();
   for (std::size_t at = 0; at < graphs.size(); ++at) {
     std::vector<std::optional<Layout>> tangles(plans[at].size());
     bool whole = true;
@@ -328,8 +337,8 @@ std::vector<std::optional<Layout>> PlaceGraphs(const std::vector<Graph>& graphs,
       tangles[part] = std::move(*next++);
       whole = whole && tangles[part].has_value();
     }
-    layouts.push_back(whole ? std::optional(Assemble(graphs[at], plans[at], tangles))
-                            : std::nullopt);
+    layouts.each.push_back(whole ? std::optional(Assemble(graphs[at], plans[at], tangles))
+                                 : std::nullopt);
   }
   return layouts;
 }

@@ -1,14 +1,9 @@
-#include <cairo-pdf.h>
-#include <cairo.h>
-#include <fontconfig/fontconfig.h>
-#include <librsvg/rsvg.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <memory>
 #include <string>
 
+#include "modules.h"
 #include "pictures/svg.h"
 #include "rendered_formats.h"
 #include "runtime/child_process.h"
@@ -21,82 +16,37 @@ using namespace runtime;
 
 namespace {
 
-template <auto Free>
-struct FreeWith {
-  template <typename Object>
-  void operator()(Object* object) const {
-    Free(object);
-  }
-};
-using Surface = std::unique_ptr<cairo_surface_t, FreeWith<cairo_surface_destroy>>;
-using Canvas = std::unique_ptr<cairo_t, FreeWith<cairo_destroy>>;
-using Handle = std::unique_ptr<RsvgHandle, FreeWith<g_object_unref>>;
+using Render = Rendering (*)(const RenderingModule& module, const std::vector<Picture>& pictures);
 
-using Render = Rendering (*)(const std::vector<Picture>&);
-
-void Check(cairo_status_t status) {
-  if (status == CAIRO_STATUS_SUCCESS) return;
-  const bool large = status == CAIRO_STATUS_INVALID_SIZE || status == CAIRO_STATUS_NO_MEMORY;
-  CanNotDraw(large ? "it is too large" : cairo_status_to_string(status));
+Sheet SheetOf(const Picture& picture, double scale) {
+  return {
+      .svg = ToSvgFile(picture), .width = picture.width * scale, .height = picture.height * scale};
 }
 
-// Without one the letters would be missing, and nothing would tell.
-void CheckFonts() {
-  const FcFontSet* fonts = FcConfigGetFonts(nullptr, FcSetSystem);
-  if (fonts == nullptr || fonts->nfont == 0) CanNotDraw("no font is installed");
+void Check(const std::string& failure) {
+  if (!failure.empty()) CanNotDraw(FromUtf8(failure));
 }
 
-cairo_status_t Append(void* bytes, const unsigned char* data, unsigned length) {
-  static_cast<std::string*>(bytes)->append(reinterpret_cast<const char*>(data), length);
-  return CAIRO_STATUS_SUCCESS;
-}
-
-void Draw(const Picture& picture, cairo_t* canvas, double scale) {
-  const std::string svg = ToSvgFile(picture);
-  const auto* data = reinterpret_cast<const guint8*>(svg.data());
-  GInputStream* stream = g_memory_input_stream_new_from_data(data, std::ssize(svg), nullptr);
-  GError* error = nullptr;
-  const Handle handle(rsvg_handle_new_from_stream_sync(stream, nullptr, RSVG_HANDLE_FLAG_UNLIMITED,
-                                                       nullptr, &error));
-  g_object_unref(stream);
-  const RsvgRectangle place{0, 0, picture.width * scale, picture.height * scale};
-  if (!handle || rsvg_handle_render_document(handle.get(), canvas, &place, &error) == 0) {
-    CanNotDraw(error != nullptr ? FromUtf8(error->message) : "its library gives no reason");
-  }
-}
-
-Rendering ToPng(const std::vector<Picture>& all) {
+Rendering ToPng(const RenderingModule& module, const std::vector<Picture>& all) {
   const Picture picture = Stacked(all);
   const double scale = PngScale(picture);
-  const Surface surface(cairo_image_surface_create(
-      CAIRO_FORMAT_RGB24, std::max(1, static_cast<int>(picture.width * scale)),
-      std::max(1, static_cast<int>(picture.height * scale))));
-  Check(cairo_surface_status(surface.get()));
-  const Canvas canvas(cairo_create(surface.get()));
-  Draw(picture, canvas.get(), scale);
-  std::string bytes;
-  Check(cairo_surface_write_to_png_stream(surface.get(), Append, &bytes));
+  std::string failure;
+  std::string bytes = module.toPng(SheetOf(picture, scale), failure);
+  Check(failure);
   return {.bytes = std::move(bytes), .factor = scale / kSharpness};
 }
 
-Rendering ToPdf(const std::vector<Picture>& pictures) {
-  std::string bytes;
+Rendering ToPdf(const RenderingModule& module, const std::vector<Picture>& pictures) {
   double smallest = kPointsOfPixel;
-  const Surface surface(cairo_pdf_surface_create_for_stream(Append, &bytes, 1, 1));
-  {
-    const Canvas canvas(cairo_create(surface.get()));
-    const std::string title = ToUtf8(pictures.front().title);
-    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE, title.c_str());
-    for (const Picture& picture : pictures) {
-      const double scale = PdfScale(picture);
-      smallest = std::min(smallest, scale);
-      cairo_pdf_surface_set_size(surface.get(), picture.width * scale, picture.height * scale);
-      Draw(picture, canvas.get(), scale);
-      cairo_show_page(canvas.get());
-    }
+  std::vector<Sheet> pages;
+  for (const Picture& picture : pictures) {
+    const double scale = PdfScale(picture);
+    smallest = std::min(smallest, scale);
+    pages.push_back(SheetOf(picture, scale));
   }
-  cairo_surface_finish(surface.get());
-  Check(cairo_surface_status(surface.get()));
+  std::string failure;
+  std::string bytes = module.toPdf(pages, ToUtf8(pictures.front().title), failure);
+  Check(failure);
   return {.bytes = std::move(bytes), .factor = smallest / kPointsOfPixel};
 }
 
@@ -112,13 +62,18 @@ void Send(int pipe, const std::string& text, double factor) {
   SendOrExit(pipe, text.data(), text.size());
 }
 
+const RenderingModule& OpenRendering() try {
+  return static_cast<const RenderingModule&>(OpenModule(kRenderingModule));
+} catch (const RunTimeError& error) {
+  CanNotDraw(error.Description());
+}
+
 // The libraries end their program where a thread can't be started or memory runs out.
 Rendering Aside(Render render, const std::vector<Picture>& pictures) {
   constexpr std::chrono::minutes kLongest{5};
   const ForkedChild child([&](int pipe) {
     try {
-      CheckFonts();
-      const Rendering done = render(pictures);
+      const Rendering done = render(OpenRendering(), pictures);
       Send(pipe, done.bytes, done.factor);
     } catch (const RunTimeError& error) {
       Send(pipe, error.Description(), 0);

@@ -195,8 +195,8 @@ class PageWriter {
               Escaped(scenario.parentName) + ".</p>\n";
     }
     AddParagraph(scenario.description);
-    if (diagram.outline)
-      AddParagraph("The scenario is too large to be laid out: its units stand in a list.");
+    if (!diagram.whyListed.empty())
+      AddParagraph("The scenario " + diagram.whyListed + ": its units stand in a list.");
     AddFigure(diagram.picture);
     AddUnits(scenario);
     out_ += "</section>\n";

@@ -95,7 +95,7 @@ TEST(RoutesTest, EachLinkLeavesItsOriginAndReachesItsTargetInAnyScenario) {
     const pictures::Scenario scenario =
         RandomScenario(random, units, static_cast<int>(random() % 5), units + round % 7);
     const Diagram diagram = DrawDiagrams({scenario}, {.objects = round % 2 == 0}).front();
-    ASSERT_FALSE(diagram.outline);
+    ASSERT_EQ(diagram.whyListed, "");
     const Drawn drawn = TakenApart(diagram.picture);
     EXPECT_EQ(drawn.boxes.size(), scenario.units.size() + scenario.junctions.size());
     ASSERT_EQ(drawn.links.size(), scenario.links.size());

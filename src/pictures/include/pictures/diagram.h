@@ -20,7 +20,8 @@ struct DiagramOptions {
 
 struct Diagram {
   Picture picture;
-  bool outline = false;  // the scenario could not be laid out in time: its units stand in a list
+  // Where the units stand in a list: why, as "is too large to be laid out". Else empty.
+  std::string whyListed = {};
 };
 
 // One for each scenario, in the given order. A layout that takes too long or fails gives an

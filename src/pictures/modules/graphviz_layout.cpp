@@ -1,11 +1,9 @@
-#include "layout.h"
-
 #include <gvc.h>
 
-#include <algorithm>
 #include <memory>
-#include <numeric>
 #include <string>
+
+#include "layout.h"
 
 namespace merivane::pictures {
 
@@ -123,16 +121,6 @@ class GraphvizGraph {
 std::optional<Layout> LayOut(const Graph& graph) {
   if (graph.nodes.empty()) return Layout{};
   return GraphvizGraph(graph).LayOut();
-}
-
-std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs) {
-  std::vector<std::size_t> order(graphs.size());
-  std::iota(order.begin(), order.end(), 0U);
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return graphs[a].nodes.size() + graphs[a].edges.size() <
-           graphs[b].nodes.size() + graphs[b].edges.size();
-  });
-  return order;
 }
 
 }  // namespace merivane::pictures
