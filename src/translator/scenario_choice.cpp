@@ -1,5 +1,6 @@
 #include <limits>
 #include <map>
+#include <set>
 #include <vector>
 
 #include "runtime/run_time_error.h"
@@ -81,12 +82,13 @@ void AskForDecomposition(ModelToProject& state, const Value& parentNum, Recordse
           "Please select the decomposition to use:", group);
 }
 
-// `facts` stays open once a group had to be decided, so that a second such group fails.
-void ChooseDecomposition(ModelToProject& state, const Value& parentNum, Recordset& facts) {
+// False where the group has one scenario at most: it never has more again. `facts` stays open once
+// a group had to be decided, so that a second such group fails.
+bool ChooseDecomposition(ModelToProject& state, const Value& parentNum, Recordset& facts) {
   Recordset group =
       Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
           " and send_to_project = 1 and parent_num = ", parentNum);
-  if (!StandsOnLastOfSeveral(group)) return;
+  if (!StandsOnLastOfSeveral(group)) return false;
   OpenFacts(state, facts);
   bool undecided = true;
   for (; !group.Eof(); group.MoveNext()) {
@@ -94,6 +96,7 @@ void ChooseDecomposition(ModelToProject& state, const Value& parentNum, Recordse
   }
   if (undecided) AskForDecomposition(state, parentNum, group);
   ExcludeOthers(state, group);
+  return true;
 }
 
 // Takes one scenario out of the plan; gives the numbers of the scenarios right below it.
@@ -142,8 +145,11 @@ void ChooseScenarios(ModelToProject& state) {
   Recordset scenarios =
       Ask(state.gMspConn.get(), "Select * from Scenario where Msp_ProjID = ", state.gMspProjId,
           " and send_to_project = 1");
+  std::set<std::string> decided;  // parents
   for (; !scenarios.Eof(); scenarios.MoveNext()) {
-    ChooseDecomposition(state, scenarios.Field("Parent_Num"), facts);
+    const Value parentNum = scenarios.Field("Parent_Num");
+    if (decided.contains(Joined(parentNum))) continue;
+    if (!ChooseDecomposition(state, parentNum, facts)) decided.insert(Joined(parentNum));
   }
 }
 
