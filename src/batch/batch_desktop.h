@@ -4,16 +4,29 @@
 
 #include <functional>
 #include <optional>
+#include <ostream>
 #include <string>
 
 #include "message_log.h"
 #include "options.h"
 #include "platform/desktop.h"
-#include "progress_line.h"
 
 namespace merivane::batch {
 
 using namespace platform;
+
+// One line on a terminal that tells how far a run is.
+class ProgressLine {
+ public:
+  explicit ProgressLine(std::ostream& terminal) : terminal_(terminal) {}
+
+  void Show(const RunProgress& progress);
+  void Clear();  // for whatever else is printed there
+
+ private:
+  std::ostream& terminal_;
+  std::size_t shown_ = 0;  // characters of the line
+};
 
 // Questions are answered with Yes. There is no window, no program to start, no help and no
 // registry.

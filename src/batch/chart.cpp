@@ -4,12 +4,12 @@
 #include <utility>
 
 #include "mspdi/plan_reader.h"
-#include "picture_commands.h"
 #include "pictures/picture_file.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
+#include "session.h"
 
 namespace merivane::batch {
 

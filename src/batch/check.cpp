@@ -10,7 +10,7 @@
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "session.h"
-#include "shell/browse.h"
+#include "shell/named_files.h"
 #include "store/connection.h"
 
 namespace merivane::batch {

@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "picture_commands.h"
 #include "pictures/diagram.h"
 #include "pictures/picture_file.h"
 #include "pictures/scratch_model.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
+#include "session.h"
 
 namespace merivane::batch {
 

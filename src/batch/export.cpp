@@ -13,7 +13,7 @@
 #include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
 #include "session.h"
-#include "shell/browse.h"
+#include "shell/named_files.h"
 
 namespace merivane::batch {
 
@@ -134,8 +134,7 @@ int RunExport(Session& session, const ExportOptions& options) {
       return session.Refuse(target.path + " is no name of " + target.kind + ": ." + target.ending +
                             ".");
     }
-    files.push_back(
-        {target.option, target.path, true, options.force ? "" : "--force to replace it"});
+    files.push_back(OutputNamed(target.option, target.path, options.force));
   }
   if (!session.Admits(std::move(files))) return kRefused;
   try {

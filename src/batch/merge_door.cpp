@@ -4,8 +4,8 @@
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
-#include "shell/browse.h"
-#include "shell/frmDBMerge.h"
+#include "shell/modal_forms.h"
+#include "shell/named_files.h"
 
 namespace merivane::batch {
 

@@ -5,7 +5,7 @@
 #include "printable.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
-#include "shell/message_advice.h"
+#include "shell/run_result.h"
 
 namespace merivane::batch {
 

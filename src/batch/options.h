@@ -1,8 +1,9 @@
-// The options of a command line, as text, before any file is looked at.
+// What a command line says: the command and its options, as text, before any file is looked at.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -82,5 +83,63 @@ struct ProjectsOptions {
   std::string database;
   bool json = false;
 };
+
+struct DrawOptions {
+  std::string model;
+  std::string database;
+  std::string project;
+  std::string scenario;
+  std::string output;
+  bool objects = false;
+  bool force = false;
+};
+
+struct ChartArguments {
+  std::string database;
+  std::string project;
+  std::string output;
+  std::string against;  // planning XML, or a database with the project of the same number
+  bool columns = false;
+  bool force = false;
+};
+
+struct ReportOptions {
+  std::string model;
+  std::string output;
+  std::vector<std::string> choices;
+  bool objects = false;
+  bool force = false;
+};
+
+enum class Command {
+  kToProject,
+  kToModel,
+  kCheck,
+  kExport,
+  kDiff,
+  kProjects,
+  kDraw,
+  kChart,
+  kReport
+};
+
+struct CommandLine {
+  Command command = Command::kToProject;
+  CommonOptions common;
+  ToProjectOptions toProject;
+  ToModelOptions toModel;
+  CheckOptions check;
+  ExportOptions exported;
+  DiffOptions diff;
+  ProjectsOptions projects;
+  DrawOptions draw;
+  ChartArguments chart;
+  ReportOptions report;
+};
+
+// Takes a command line apart. The exit status where that is all there is to do: for wrong usage,
+// the help, the version.
+std::optional<int> ReadCommandLine(const std::vector<std::string>& arguments, CommandLine& line,
+                                   std::ostream& out, std::ostream& err);
 
 }  // namespace merivane::batch

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "inspect/check.h"
-#include "picture_commands.h"
 #include "pictures/chart.h"
 #include "pictures/picture_file.h"
 #include "pictures/scratch_model.h"
@@ -11,6 +10,7 @@
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "scenario_chooser.h"
+#include "session.h"
 
 namespace merivane::batch {
 
@@ -69,8 +69,7 @@ int RunReport(Session& session, const ReportOptions& options) {
     return session.Refuse(options.output + " is no name of a page: .html.");
   }
   if (!session.Admits(
-          {{"the model", options.model},
-           {"--output", options.output, true, options.force ? "" : "--force to replace it"}})) {
+          {{"the model", options.model}, OutputNamed("--output", options.output, options.force)})) {
     return kRefused;
   }
   ScenarioChooser chooser(session, options.choices);

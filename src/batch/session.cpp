@@ -1,12 +1,16 @@
 #include "session.h"
 
 #include "guarded.h"
+#include "pictures/chart.h"
+#include "pictures/picture_file.h"
 #include "platform/program_run.h"
 #include "printable.h"
 #include "runtime/code_page.h"
-#include "shell/message_advice.h"
+#include "shell/run_result.h"
 
 namespace merivane::batch {
+
+using namespace pictures;
 
 namespace {
 
@@ -30,7 +34,7 @@ Session::Session(const CommonOptions& common, const std::string& programFolder,
 
 bool Session::Admits(std::vector<NamedFile> files) {
   files.push_back({"the template", desktop.TemplatePath()});
-  files.push_back({"--log", common_.logFile, true});
+  files.push_back({"--log", common_.logFile, FileUse::kWrite});
   if (const auto refusal = RefusalOf(files)) {
     Say(*refusal);
     return false;
@@ -155,6 +159,31 @@ std::string Session::Notes() const {
   if (count == 0) return notes;
   return notes + "; " + std::to_string(count) + (count == 1 ? " message was" : " messages were") +
          " shown";
+}
+
+NamedFile OutputNamed(const std::string& option, const std::string& path, bool force) {
+  return {option, path, FileUse::kWrite, force ? "" : "--force to replace it"};
+}
+
+bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
+                      bool force) {
+  if (!IsPictureName(output)) {
+    session.Say(output + " is no name of a picture: " + PictureEndingWords() + ".");
+    return true;
+  }
+  files.push_back(OutputNamed("--output", output, force));
+  return !session.Admits(std::move(files));
+}
+
+std::string FootOf(const Session& session, const std::string& source) {
+  return FromUtf8(source.substr(source.find_last_of("/\\") + 1)) + ", " +
+         DateText(session.desktop.Today()) + ", Merivane " MERIVANE_VERSION;
+}
+
+void SayIfSmall(const Session& session, const std::string& output, double factor) {
+  constexpr double kReadable = 0.5;
+  if (factor >= kReadable) return;
+  session.Say(output + " is drawn small, for its size has limits: SVG has none.");
 }
 
 }  // namespace merivane::batch

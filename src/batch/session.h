@@ -12,8 +12,6 @@
 #include "message_log.h"
 #include "options.h"
 #include "program/program.h"
-#include "progress_line.h"
-#include "shell/browse.h"
 #include "shell/frmMain.h"
 #include "shell/kept_files.h"
 #include "shell/modal_forms.h"
@@ -116,5 +114,20 @@ int RunCheck(Session& session, const CheckOptions& options);
 int RunDiff(Session& session, const DiffOptions& options);
 int RunExport(Session& session, const ExportOptions& options);
 int RunProjects(Session& session, const ProjectsOptions& options);
+int RunDraw(Session& session, const DrawOptions& options);
+int RunChart(Session& session, const ChartArguments& options);
+int RunReport(Session& session, const ReportOptions& options);
+
+// An output, which may stand already where --force was said.
+NamedFile OutputNamed(const std::string& option, const std::string& path, bool force);
+
+// True, with a word, for a name that is no picture's, that is one of the sources, or that stands
+// already without --force.
+bool PictureIsRefused(Session& session, std::vector<NamedFile> files, const std::string& output,
+                      bool force);
+// "clinic.txt, Nov 26, 2026, Merivane 3.1.0" in Windows-1252: the source, today and the program.
+std::string FootOf(const Session& session, const std::string& source);
+// A word where the picture had to be made smaller by `factor`, as WritePictures tells it.
+void SayIfSmall(const Session& session, const std::string& output, double factor);
 
 }  // namespace merivane::batch

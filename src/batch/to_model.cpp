@@ -3,14 +3,12 @@
 #include <vector>
 
 #include "inspect/merge_preview.h"
-#include "inspect/merge_proof.h"
 #include "merge_report.h"
 #include "mspdi/plan_reader.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "session.h"
-#include "shell/browse.h"
 #include "shell/named_files.h"
 
 namespace merivane::batch {
@@ -103,10 +101,11 @@ int Preview(Session& session, const ToModelOptions& options, std::int32_t projec
   const std::string& plan = options.mpx.empty() ? options.xml : options.mpx;
   const std::string templatePath = session.desktop.TemplatePath();
   inspect::MergePreview preview =
-      options.complete ? inspect::PreviewCompleteMerge(plan, options.interim, project, templatePath,
-                                                       !options.noProof)
-                       : inspect::PreviewMerge(plan, options.interim, project, nullptr,
-                                               options.noProof ? "" : templatePath);
+      options.complete
+          ? inspect::PreviewCompleteMerge(plan, options.interim, project, templatePath,
+                                          options.noProof ? Proof::kNone : Proof::kMade)
+          : inspect::PreviewMerge(plan, options.interim, project, nullptr,
+                                  options.noProof ? "" : templatePath);
   if (preview.proof && !options.complete) preview.proof = WithComplete(*std::move(preview.proof));
   if (options.json) {
     PrintPreviewJson(session.out, preview, UntakenOf(options));
@@ -200,12 +199,12 @@ int FromFile(Session& session, const ToModelOptions& options) {
 }  // namespace
 
 int RunToModel(Session& session, const ToModelOptions& options) {
-  const char* outputWord = options.force ? "" : "--force to replace it";
-  if (!session.Admits({{"--database", options.database},
-                       {"--mpx", options.mpx},
-                       {"--xml", options.xml},
-                       {"--interim", options.interim, !options.dryRun},
-                       {"--output", options.output, true, outputWord}})) {
+  if (!session.Admits(
+          {{"--database", options.database},
+           {"--mpx", options.mpx},
+           {"--xml", options.xml},
+           {"--interim", options.interim, options.dryRun ? FileUse::kRead : FileUse::kWrite},
+           OutputNamed("--output", options.output, options.force)})) {
     return kRefused;
   }
   session.main.mnuProjectToIDEF3();

@@ -1,14 +1,12 @@
 #include <algorithm>
 
 #include "neutraltext/modGlobal.h"
-#include "neutraltext/own_text.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "scenario_chooser.h"
 #include "session.h"
-#include "shell/browse.h"
 #include "shell/named_files.h"
-#include "translator/stored_model.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::batch {
 
@@ -130,12 +128,11 @@ int Translate(Session& session, const ToProjectOptions& options) {
 
 int RunToProject(Session& session, const ToProjectOptions& options) {
   const char* databaseWord = options.overwrite || options.append ? "" : "--overwrite or --append";
-  const char* fileWord = options.force ? "" : "--force to replace it";
   if (!session.Admits({{"the model", options.model},
                        {"--from", options.from},
-                       {"--database", options.database, true, databaseWord},
-                       {"--mpx", options.mpx, true, fileWord},
-                       {"--xml", options.xml, true, fileWord}})) {
+                       {"--database", options.database, FileUse::kWrite, databaseWord},
+                       OutputNamed("--mpx", options.mpx, options.force),
+                       OutputNamed("--xml", options.xml, options.force)})) {
     return kRefused;
   }
   ScenarioChooser chooser(session, options.choices);

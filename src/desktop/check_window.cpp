@@ -1,5 +1,3 @@
-#include "check_window.h"
-
 #include <QFileInfo>
 #include <QPushButton>
 #include <QStringList>
@@ -8,7 +6,7 @@
 
 #include "help_context.h"
 #include "qt_text.h"
-#include "result_look.h"
+#include "result_table.h"
 #include "text_editor.h"
 
 namespace merivane::desktop {

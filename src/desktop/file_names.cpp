@@ -6,7 +6,7 @@
 #include <QStandardPaths>
 
 #include "qt_text.h"
-#include "recent_files.h"
+#include "user_settings.h"
 
 namespace merivane::desktop {
 

@@ -24,17 +24,18 @@ FormArea::FormArea() {
   setBackground(QBrush(Qt::NoBrush));
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  SetView(QSettings().value(kTabsKey).toBool());
+  TakeView(QSettings().value(kTabsKey).toBool() ? TabbedView : SubWindowView);
 }
 
-void FormArea::UseTabs(bool tabs) {
-  QSettings().setValue(kTabsKey, tabs);
-  SetView(tabs);
+void FormArea::UseView(ViewMode view) {
+  TakeView(view);
+  QSettings().setValue(kTabsKey, HasTabs());
 }
 
-void FormArea::SetView(bool tabs) {
+void FormArea::TakeView(ViewMode view) {
+  const bool tabs = view == TabbedView;
   setOption(DontMaximizeSubWindowOnActivation);  // nor is a hidden one shown
-  setViewMode(tabs ? TabbedView : SubWindowView);
+  setViewMode(view);
   setOption(DontMaximizeSubWindowOnActivation, !tabs);  // in its frame a dialog keeps its size
   QMdiSubWindow* current = currentSubWindow();
   if (tabs && current != nullptr && !current->isHidden()) current->showMaximized();

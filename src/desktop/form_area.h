@@ -12,14 +12,14 @@ class FormArea : public QMdiArea {
   FormArea();
 
   bool HasTabs() const { return viewMode() == TabbedView; }
-  void UseTabs(bool tabs);
+  void UseView(ViewMode view);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  void SetView(bool tabs);
+  void TakeView(ViewMode view);
   void ShowTabs();
 };
 

@@ -23,8 +23,7 @@
 #include "help_context.h"
 #include "path_field.h"
 #include "qt_text.h"
-#include "recent_button.h"
-#include "shell/browse.h"
+#include "shell/named_files.h"
 
 namespace merivane::desktop {
 
@@ -90,24 +89,28 @@ void FormWindow::Sync() {
   const bool loadedNow = form_.IsLoaded() && !wasLoaded_;
   wasLoaded_ = form_.IsLoaded();
   if (form_.IsVisible()) {
-    ShowFrame(loadedNow);
+    if (loadedNow) BeginAnew();
+    ShowFrame();
   } else {
     HideFrame();
   }
 }
 
+// A form that was loaded has its own size and its first control, whatever it had before.
+void FormWindow::BeginAnew() {
+  lastFocus_ = order_.front();
+  if (frame_->isMaximized()) return;
+  frame_->resize(frame_->sizeHint().boundedTo(frame_->mdiArea()->viewport()->size()));
+}
+
 // Brings it to the front and out of its minimised state; a maximised one stays so.
-void FormWindow::ShowFrame(bool loadedNow) {
+void FormWindow::ShowFrame() {
   const bool wasHidden = !frame_->isVisible();
   frame_->setEnabled(true);
-  if (loadedNow && !frame_->isMaximized()) {
-    frame_->resize(frame_->sizeHint().boundedTo(frame_->mdiArea()->viewport()->size()));
-  }
   show();
   if (frame_->isMinimized()) frame_->showNormal();
   frame_->show();
   frame_->mdiArea()->setActiveSubWindow(frame_);
-  if (loadedNow) lastFocus_ = order_.front();
   if (wasHidden && lastFocus_ != nullptr) lastFocus_->setFocus();
 }
 

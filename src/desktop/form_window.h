@@ -128,7 +128,8 @@ class FormWindow : public QWidget {
   void TellResult(const RunResult& result, const std::string& backup, const std::string& source,
                   int messages, const QString& more);
   void Sync();
-  void ShowFrame(bool loadedNow);
+  void BeginAnew();
+  void ShowFrame();
   void HideFrame();
   void AlignLabels();
   void ShowDefaultButton(const QWidget* focus);

@@ -1,8 +1,7 @@
-#include "log_window.h"
-
 #include <QTableView>
 
 #include "help_context.h"
+#include "result_table.h"
 
 namespace merivane::desktop {
 

@@ -13,22 +13,20 @@
 #include <optional>
 #include <utility>
 
-#include "about_dialog.h"
 #include "form_area.h"
 #include "help_context.h"
 #include "model_to_project_window.h"
-#include "options_dialog.h"
 #include "program_picture.h"
 #include "project_to_model_window.h"
 #include "qt_text.h"
 #include "recent_list.h"
 #include "result_line.h"
 #include "runtime/code_page.h"
-#include "shell/browse.h"
-#include "splash_window.h"
+#include "shell/named_files.h"
+#include "side_dialog.h"
 #include "start_page.h"
+#include "user_settings.h"
 #include "view_menu.h"
-#include "window_place.h"
 #include "workbench_file.h"
 #include "workbench_window.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "modal_dialogs.h"
-#include "shell/frmDBMerge.h"
+#include "shell/modal_forms.h"
 
 class QCheckBox;
 class QComboBox;

@@ -4,11 +4,11 @@
 #include <QPushButton>
 #include <QTabWidget>
 
-#include "check_window.h"
 #include "inspect/check.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
 #include "qt_text.h"
+#include "result_table.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::desktop {

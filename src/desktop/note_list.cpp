@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "qt_text.h"
-#include "result_look.h"
+#include "result_table.h"
 
 namespace merivane::desktop {
 

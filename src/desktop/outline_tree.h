@@ -1,6 +1,8 @@
-// The outline of an opened file, with a box that searches all of it.
+// The outline of an opened file, with a box that searches all of it, and what is known of the
+// element that is chosen in it.
 #pragma once
 
+#include <QTextBrowser>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -38,6 +40,19 @@ class OutlineTree : public QWidget {
   QLineEdit* search_;
   QTreeWidget* tree_;
   std::vector<QTreeWidgetItem*> items_;  // of each element
+};
+
+class ElementPage : public QTextBrowser {
+ public:
+  ElementPage();
+
+  void Show(const Element& element);
+
+  // The user wants to see the line in the text.
+  std::function<void(std::size_t line)> OnOpen;
+
+ private:
+  std::size_t line_ = 0;
 };
 
 }  // namespace merivane::desktop

@@ -1,11 +1,9 @@
-#include "preview_window.h"
-
 #include <QFileInfo>
 #include <QPushButton>
 
 #include "help_context.h"
 #include "qt_text.h"
-#include "result_look.h"
+#include "result_table.h"
 
 namespace merivane::desktop {
 

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 #include <QPixmap>
+#include <QScreen>
+#include <QVBoxLayout>
 
 namespace merivane::desktop {
 
@@ -26,6 +28,49 @@ ProgramPicture::ProgramPicture(const QSize& size, QWidget* parent) : QWidget(par
 void ProgramPicture::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   PaintPicture(painter, rect());
+}
+
+SplashWindow::SplashWindow(frmSplash& form, QWidget* parent)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), form_(form) {
+  setObjectName("frmSplash");
+  setWindowTitle("About Merivane");
+  const int line = fontMetrics().height();
+  setFixedSize(line * 20, line * 18);
+  auto* picture = new ProgramPicture({line * 9, line * 9}, this);
+  picture->setObjectName("Image1");
+  picture->move((width() - picture->width()) / 2, line * 2);
+  form_.OnChange = [this] { Sync(); };
+}
+
+SplashWindow::~SplashWindow() { form_.OnChange = nullptr; }
+
+void SplashWindow::Sync() {
+  if (!form_.IsVisible()) {
+    hide();
+    return;
+  }
+  // The main window has no place yet: the system gives it one only after it is shown.
+  move(parentWidget()->screen()->availableGeometry().center() - rect().center());
+  show();
+  raise();
+  repaint();
+}
+
+void SplashWindow::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().base());
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.setPen(palette().color(QPalette::Text));
+  const int line = fontMetrics().height();
+  QFont name = font();
+  name.setPointSizeF(name.pointSizeF() * 2);
+  name.setBold(true);
+  painter.setFont(name);
+  painter.drawText(QRect(0, line * 12, width(), line * 3), Qt::AlignCenter, "Merivane");
+  painter.setFont(font());
+  painter.drawText(QRect(0, line * 15, width(), line), Qt::AlignCenter,
+                   QStringLiteral("Version %1").arg(QLatin1String(MERIVANE_VERSION)));
 }
 
 }  // namespace merivane::desktop

@@ -4,9 +4,13 @@
 #include <QIcon>
 #include <QWidget>
 
+#include "shell/frmMain.h"
+
 class QPainter;
 
 namespace merivane::desktop {
+
+using namespace shell;
 
 QIcon ApplicationIcon();
 void PaintPicture(QPainter& painter, const QRectF& place);
@@ -18,6 +22,22 @@ class ProgramPicture : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+};
+
+// The picture that greets the user. Shows and hides with its form, in the middle of the screen, and
+// paints at once.
+class SplashWindow : public QWidget {
+ public:
+  SplashWindow(frmSplash& form, QWidget* parent);
+  ~SplashWindow() override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void Sync();
+
+  frmSplash& form_;
 };
 
 }  // namespace merivane::desktop

@@ -5,11 +5,10 @@
 #include <QTabWidget>
 
 #include "inspect/merge_preview.h"
-#include "inspect/merge_proof.h"
 #include "neutraltext/modGlobal.h"
-#include "preview_window.h"
 #include "program/error_boxes.h"
 #include "qt_text.h"
+#include "result_table.h"
 #include "runtime/run_time_error.h"
 #include "store/connection.h"
 
@@ -97,9 +96,10 @@ void ProjectToModelWindow::Preview() {
   try {
     const std::int32_t project = *form_.MergedProject();
     const inspect::MergePreview preview =
-        form_.Complete ? inspect::PreviewCompleteMerge(plan, interim, project,
-                                                       desktop_.TemplatePath(), false, &desktop_)
-                       : inspect::PreviewMerge(plan, interim, project, &desktop_);
+        form_.Complete
+            ? inspect::PreviewCompleteMerge(plan, interim, project, desktop_.TemplatePath(),
+                                            inspect::Proof::kNone, &desktop_)
+            : inspect::PreviewMerge(plan, interim, project, &desktop_);
     auto* table = new PreviewWindow(plan, preview, desktop_, window());
     table->WhenClosed(QDialog::Accepted, this, [this] { Run([this] { Ok(); }); });
     const PlannedMerge merge{plan, interim, project, form_.Complete};

@@ -7,7 +7,7 @@
 
 #include "form_window.h"
 #include "shell/frmProjectToIDEF3.h"
-#include "workbench/merge_view.h"
+#include "workbench/file_view.h"
 
 namespace merivane::desktop {
 

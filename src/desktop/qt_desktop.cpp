@@ -20,11 +20,11 @@
 #include "qt_text.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
-#include "shell/browse.h"
 #include "shell/form.h"
-#include "shell/frmDBMerge.h"
 #include "shell/kept_files.h"
-#include "shell/message_advice.h"
+#include "shell/modal_forms.h"
+#include "shell/named_files.h"
+#include "shell/run_result.h"
 
 namespace merivane::desktop {
 

@@ -1,6 +1,8 @@
-// The edge between the program's Windows-1252 text and Qt's text.
+// The edge between the program's Windows-1252 text and Qt's text, and a label for long ones.
 #pragma once
 
+#include <QLabel>
+#include <QPainter>
 #include <QString>
 #include <string>
 
@@ -20,5 +22,21 @@ inline QString PathToQt(const std::string& path) { return QString::fromStdString
 // Line ends become line feeds, those at the end go, and a long word (the name of a file, mostly)
 // gets places where it may break: zero-width spaces behind its separators.
 QString BreakableText(const QString& text);
+
+// A line of text that loses its middle where there is no room for it.
+class ElidedLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    const QRect place = contentsRect();
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(place, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter),
+                     fontMetrics().elidedText(text(), Qt::ElideMiddle, place.width()));
+  }
+};
 
 }  // namespace merivane::desktop

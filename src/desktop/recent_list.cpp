@@ -12,8 +12,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "opened_kind.h"
 #include "platform/program_run.h"
+#include "workbench_file.h"
 
 namespace merivane::desktop {
 

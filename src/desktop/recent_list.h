@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "recent_files.h"
+#include "user_settings.h"
 
 class QPushButton;
 class QTreeWidget;

@@ -5,9 +5,8 @@
 #include <QStatusBar>
 
 #include "desktop/qt_desktop.h"
-#include "elided_label.h"
-#include "opened_kind.h"
 #include "qt_text.h"
+#include "workbench_file.h"
 
 namespace merivane::desktop {
 

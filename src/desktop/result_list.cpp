@@ -15,7 +15,6 @@
 #include "pictures/picture_file.h"
 #include "printer_choice.h"
 #include "qt_text.h"
-#include "result_text.h"
 
 namespace merivane::desktop {
 

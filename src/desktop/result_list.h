@@ -2,7 +2,10 @@
 // printed.
 #pragma once
 
+#include <QAbstractItemModel>
 #include <QAbstractTableModel>
+#include <QByteArray>
+#include <QString>
 #include <QStringList>
 #include <QTableView>
 #include <functional>
@@ -76,5 +79,18 @@ class ResultList : public QTableView {
   QtDesktop& desktop_;
   QSortFilterProxyModel* shown_;
 };
+
+// Rows of a list outside of the program: as text, CSV, JSON, and as a page.
+//
+// One of .txt, .csv and .json, in any case of letters.
+bool IsListName(const QString& path);
+
+// The rows as UTF-8, by the ending of `path`: lines with tabs between the columns; comma separated
+// values; an array of objects. Text and CSV begin with the headings, JSON has them as keys.
+// REQUIRES: IsListName.
+QByteArray ListAs(const QAbstractItemModel& rows, const QString& path);
+
+// As a table to be printed, below its title.
+QString ListAsHtml(const QAbstractItemModel& rows, const QString& title);
 
 }  // namespace merivane::desktop

@@ -1,5 +1,3 @@
-#include "result_text.h"
-
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -8,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "result_list.h"
 #include "runtime/csv.h"
 
 namespace merivane::desktop {

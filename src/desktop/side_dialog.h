@@ -1,4 +1,4 @@
-// A dialog beside the main window, which stays usable.
+// Dialogs beside the main window, which stays usable.
 #pragma once
 
 #include <QDialog>
@@ -6,7 +6,10 @@
 
 #include "desktop/qt_desktop.h"
 #include "shell/form.h"
+#include "shell/frmMain.h"
+#include "shell/modOptions.h"
 
+class QListWidget;
 class QPushButton;
 
 namespace merivane::desktop {
@@ -33,6 +36,27 @@ class SideDialog : public QDialog {
   void Sync();
 
   Form& form_;
+};
+
+// Shows the application paths.
+class OptionsDialog : public SideDialog {
+ public:
+  OptionsDialog(frmOptions& form, QtDesktop& desktop, QWidget* parent);
+
+ protected:
+  void Draw() override;
+
+ private:
+  void AddHiddenControls();
+
+  frmOptions& form_;
+  QListWidget* paths_;
+};
+
+// Tells what the program is.
+class AboutDialog : public SideDialog {
+ public:
+  AboutDialog(frmAbout& form, QtDesktop& desktop, QWidget* parent);
 };
 
 }  // namespace merivane::desktop

@@ -8,7 +8,7 @@
 
 #include "form_area.h"
 #include "help_context.h"
-#include "log_window.h"
+#include "result_table.h"
 
 namespace merivane::desktop {
 
@@ -44,7 +44,9 @@ ViewMenu::ViewMenu(QMainWindow& window, QAction* before, QtDesktop& desktop, For
   QAction* tabs = AddItem(*menu, "mnuTabs", "Windows as &tabs", kTabsContext, [] {});
   tabs->setCheckable(true);
   tabs->setChecked(area.HasTabs());
-  connect(tabs, &QAction::triggered, &area, &FormArea::UseTabs);
+  connect(tabs, &QAction::triggered, &area, [&area](bool isOn) {
+    area.UseView(isOn ? QMdiArea::TabbedView : QMdiArea::SubWindowView);
+  });
   QAction* log = AddItem(*menu, "mnuMessageLog", "&Messages of this session", kLogContext,
                          [this] { desktop_.Run([this] { ShowLog(); }); });
   log->setShortcut(QKeySequence("Ctrl+L"));

@@ -1,14 +1,50 @@
 #include "workbench_file.h"
 
+#include <QInputDialog>
 #include <utility>
+#include <vector>
 
 #include "desktop/qt_desktop.h"
-#include "project_picker.h"
+#include "qt_text.h"
 #include "runtime/code_page.h"
+#include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
-#include "shell/message_advice.h"
+#include "shell/run_result.h"
+#include "store/recordset.h"
 
 namespace merivane::desktop {
+
+namespace {
+
+// The project of the database, or the one that the user picks in front of `window`; nothing when
+// cancelled or where there is none, which shows a box. Errors of the database come up.
+std::optional<std::int32_t> PickProject(QtDesktop& desktop, QWidget& window,
+                                        Connection& connection) {
+  std::vector<std::int32_t> ids;
+  QStringList names;
+  Recordset rows;
+  rows.OpenStatic("select PROJ_ID, PROJ_NAME from MSP_PROJECTS", &connection);
+  for (; !rows.Eof(); rows.MoveNext()) {
+    if (!IsNumeric(rows.Field(0))) continue;
+    ids.push_back(ToInt32(rows.Field(0)));
+    names.append(QString("%1  %2").arg(ids.back()).arg(ToQt(Joined(rows.Field(1)))));
+  }
+  if (ids.empty()) {
+    desktop.ShowMessage(
+        {FromUtf8(connection.DatabaseName()) + " holds no project.", MessageIcon::kExclamation});
+    return std::nullopt;
+  }
+  if (ids.size() == 1) return ids.front();
+  QInputDialog chooser(&window);
+  chooser.setWindowTitle("Choose a project");
+  chooser.setLabelText("Project:");
+  chooser.setComboBoxItems(names);
+  desktop.Execute(chooser);
+  if (chooser.result() != QDialog::Accepted) return std::nullopt;
+  return ids[static_cast<std::size_t>(names.indexOf(chooser.textValue()))];
+}
+
+}  // namespace
 
 WorkbenchFile::WorkbenchFile(std::string path, QtDesktop& desktop, Workspace& workspace,
                              Progress& progress, QWidget& window)

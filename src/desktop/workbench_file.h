@@ -1,6 +1,7 @@
 // What a workbench window shows, a file or a merge before it runs, and the way to read it again.
 #pragma once
 
+#include <QString>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -10,9 +11,8 @@
 
 #include "program/progress.h"
 #include "store/connection.h"
+#include "workbench/file_view.h"
 #include "workbench/live_model.h"
-#include "workbench/merge_view.h"
-#include "workbench/plan_file.h"
 
 class QWidget;
 
@@ -23,6 +23,23 @@ using namespace store;
 using namespace workbench;
 
 class QtDesktop;
+
+// The words for a file that the user opens, by its ending.
+inline FileKind KindOfName(const QString& name) { return KindOfOpened(name.toStdString()); }
+
+inline QString KindWord(const QString& name) {
+  switch (KindOfName(name)) {
+    case FileKind::kText:
+      return "model";
+    case FileKind::kMpx:
+      return "MPX plan";
+    case FileKind::kXml:
+      return "XML plan";
+    case FileKind::kDatabase:
+      break;
+  }
+  return "project database";
+}
 
 // Reads as a run with a bar, which the user may cancel. Nothing comes back then, nor where the file
 // can't be read, which a box tells. REQUIRES: called in a handler of the desktop.

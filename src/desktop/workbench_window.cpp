@@ -18,16 +18,15 @@
 #include <utility>
 
 #include "desktop/qt_desktop.h"
-#include "element_page.h"
 #include "filtered_list.h"
 #include "help_context.h"
 #include "note_list.h"
-#include "opened_kind.h"
 #include "outline_tree.h"
 #include "picture_tools.h"
 #include "picture_view.h"
 #include "qt_text.h"
 #include "text_editor.h"
+#include "workbench_file.h"
 
 namespace merivane::desktop {
 
@@ -96,8 +95,8 @@ void WorkbenchWindow::AddTools() {
       ->setToolTip("Into the decomposition (Enter)");
   tools_->Add("out", "Out", {}, [this] { Move(&Selection::Out); })
       ->setToolTip("Out of the scenario (Backspace)");
-  all_ = tools_->Add("allScenarios", "All scenarios", QKeySequence("Ctrl+D"),
-                     [this] { ShowAll(all_->isChecked()); });
+  all_ =
+      tools_->Add("allScenarios", "All scenarios", QKeySequence("Ctrl+D"), [this] { SwitchAll(); });
   all_->setCheckable(true);
   bar->addSeparator();
   tools_->AddZoom();
@@ -313,8 +312,9 @@ bool WorkbenchWindow::ShowDiagram(std::size_t scenario) {
   return true;
 }
 
-// Where the drawing is cancelled, what was drawn stays.
-void WorkbenchWindow::ShowAll(bool all) {
+// All scenarios or one, as the button says. Where the drawing is cancelled, what was drawn stays.
+void WorkbenchWindow::SwitchAll() {
+  const bool all = all_->isChecked();
   ShowChosen();
   all_->setChecked(diagrams_.empty() ? all : !drawn_);
 }

@@ -68,7 +68,7 @@ class WorkbenchWindow : public QMainWindow {
   void ShowChart();
   // False where the user cancelled the drawing.
   bool ShowDiagram(std::size_t scenario);
-  void ShowAll(bool all);
+  void SwitchAll();
   std::vector<pictures::Picture> Pictures() const;
   void Move(bool (Selection::*step)());
   void Choose(std::size_t element);

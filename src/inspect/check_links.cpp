@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "inspect/finding.h"
 #include "model_checks.h"
-#include "near_words.h"
 #include "program/model_words.h"
 
 namespace merivane::inspect {

@@ -4,7 +4,7 @@
 #include "model_checks.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
-#include "translator/task_note.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::inspect {
 

@@ -5,8 +5,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "inspect/finding.h"
 #include "model_checks.h"
-#include "near_words.h"
 #include "program/model_words.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"

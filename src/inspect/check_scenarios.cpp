@@ -3,8 +3,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "inspect/finding.h"
 #include "model_checks.h"
-#include "near_words.h"
 #include "runtime/text.h"
 
 namespace merivane::inspect {

@@ -98,7 +98,7 @@ std::vector<MergeChange> ChangesOf(const reconcile::MergeResult& merge, const Mo
 
 MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string& interimPath,
                                   std::int32_t project, const std::string& templatePath,
-                                  bool withProof, Desktop* shown, MergeWitness* witness) {
+                                  Proof proof, Desktop* shown, MergeWitness* witness) {
   const ScratchFolder folder;
   const std::string text = folder.Path("model.txt");
   QuietDesktop desktop;
@@ -124,7 +124,7 @@ MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string
       witness->OnAfter(*state.gProjectConn, WithNumbers(before, merge.numbers), after);
     }
     preview.changes = ChangesOf(merge, before, after);
-    if (withProof) {
+    if (proof == Proof::kMade) {
       preview.proof = ProvePreview(*state.gProjectConn, project, text, templatePath, shown);
     }
   } else {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "difference_words.h"
-#include "inspect/box_text.h"
+#include "inspect/finding.h"
 #include "memory_model.h"
 #include "model_content.h"
 #include "mspdi/plan_writer.h"

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "inspect/box_text.h"
+#include "inspect/finding.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
 #include "reconcile/complete_merge.h"

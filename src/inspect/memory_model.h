@@ -7,7 +7,7 @@
 #include "platform/quiet_desktop.h"
 #include "program/program.h"
 #include "program/progress.h"
-#include "translator/stored_model.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::inspect {
 

@@ -3,7 +3,7 @@
 
 #include "difference_words.h"
 #include "inspect/model_snapshot.h"
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 
 namespace merivane::inspect {
 

@@ -9,12 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "inspect/box_text.h"
 #include "inspect/check.h"
+#include "inspect/finding.h"
 #include "merge_stops.h"
 #include "plan_predecessors.h"
 #include "platform/quiet_desktop.h"
-#include "roundtrip/merge_listener.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"

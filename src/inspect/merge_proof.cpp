@@ -1,12 +1,9 @@
-#include "inspect/merge_proof.h"
-
 #include <algorithm>
 #include <utility>
 
+#include "inspect/merge_preview.h"
 #include "memory_model.h"
-#include "reconcile/moved_tasks.h"
 #include "reconcile/plan_content.h"
-#include "reconcile/row_values.h"
 
 namespace merivane::inspect {
 

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "inspect/box_text.h"
-#include "mpx/mpx_fields.h"
-#include "roundtrip/predecessor_list.h"
+#include "inspect/finding.h"
+#include "mpx/mpx_format.h"
+#include "roundtrip/plan_as_mpx.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"

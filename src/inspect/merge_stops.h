@@ -6,7 +6,7 @@
 #include "inspect/model_snapshot.h"
 #include "plan_predecessors.h"
 #include "platform/desktop.h"
-#include "roundtrip/merge_listener.h"
+#include "roundtrip/modMpxtoIDEF3.h"
 
 namespace merivane::inspect {
 

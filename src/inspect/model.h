@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "inspect/finding.h"
-#include "neutraltext/reader_listener.h"
+#include "neutraltext/modGlobal.h"
 
 namespace merivane::inspect {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <utility>
 
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 #include "store/recordset.h"
 
 namespace merivane::inspect {

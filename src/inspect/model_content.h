@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "inspect/model_snapshot.h"
-#include "neutraltext/reader_listener.h"
+#include "neutraltext/modGlobal.h"
 
 namespace merivane::inspect {
 

@@ -8,7 +8,7 @@
 #include "matching.h"
 #include "model.h"
 #include "model_content.h"
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 
 namespace merivane::inspect {
 

@@ -1,6 +1,6 @@
 #include "inspect/model_snapshot.h"
 
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 #include "runtime/conversions.h"
 #include "store/recordset.h"
 

@@ -1,10 +1,9 @@
-#include "near_words.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
 #include <vector>
 
+#include "inspect/finding.h"
 #include "runtime/text.h"
 
 namespace merivane::inspect {

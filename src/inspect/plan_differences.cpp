@@ -4,7 +4,7 @@
 
 #include "difference_words.h"
 #include "matching.h"
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 
 namespace merivane::inspect {
 

@@ -1,7 +1,7 @@
 #include "plan_predecessors.h"
 
-#include "reconcile/row_values.h"
-#include "roundtrip/predecessor_list.h"
+#include "reconcile/plan_content.h"
+#include "roundtrip/plan_as_mpx.h"
 #include "runtime/conversions.h"
 #include "store/recordset.h"
 

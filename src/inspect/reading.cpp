@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "near_words.h"
+#include "inspect/finding.h"
 #include "runtime/conversions.h"
 #include "runtime/file_names.h"
 #include "runtime/text.h"

@@ -6,14 +6,13 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "inspect/box_text.h"
+#include "inspect/finding.h"
 #include "model_checks.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "store/recordset.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
-#include "translator/translation_listener.h"
 
 namespace merivane::inspect {
 

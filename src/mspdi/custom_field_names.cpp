@@ -1,4 +1,4 @@
-#include "custom_field_names.h"
+#include "custom_fields.h"
 
 namespace merivane::mspdi {
 

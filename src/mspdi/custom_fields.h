@@ -1,12 +1,13 @@
 // Custom fields of a plan: their values, and the declarations that give them names and lists.
 #pragma once
 
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
-#include "custom_field_names.h"
 #include "element.h"
 #include "store/connection.h"
 
@@ -14,6 +15,18 @@ namespace merivane::mspdi {
 
 using namespace runtime;
 using namespace store;
+
+// Numbers of a table's column "CATEGORY". Links have texts, and no custom fields.
+enum class Owner { kTask = 0, kResource = 1, kAssignment = 3, kLink = 4 };
+
+struct CustomField {
+  Owner owner = Owner::kTask;
+  std::string name;            // "Text1", "Outline Code3"
+  bool isOutlineCode = false;  // a tree of values, not a value of its own
+};
+
+// None for a number that is no custom field.
+[[nodiscard]] std::optional<CustomField> CustomFieldOf(std::int64_t number);
 
 inline constexpr std::int64_t kText1Field = 188743731;
 

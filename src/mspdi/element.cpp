@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "plan_notes.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/file_names.h"

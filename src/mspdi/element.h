@@ -103,4 +103,7 @@ class Element {
   bool hasContent_ = false;
 };
 
+// The readable text of a column of rich text; empty for Null.
+std::string PlainNote(const Value& rtf, std::size_t& brokenOff);
+
 }  // namespace merivane::mspdi

@@ -2,7 +2,7 @@
 // rates, availability.
 #pragma once
 
-#include "custom_field_names.h"
+#include "custom_fields.h"
 #include "owned_rows.h"
 
 namespace merivane::mspdi {

@@ -1,5 +1,4 @@
-#include "plan_notes.h"
-
+#include "plan_parts.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/rtf_notes.h"

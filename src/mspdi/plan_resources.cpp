@@ -1,7 +1,6 @@
 #include <map>
 
-#include "mspdi/resource_kind.h"
-#include "plan_notes.h"
+#include "mspdi/plan_reader.h"
 #include "plan_parts.h"
 #include "stored_fields.h"
 

@@ -2,7 +2,6 @@
 #include <optional>
 #include <span>
 
-#include "plan_notes.h"
 #include "plan_parts.h"
 #include "stored_fields.h"
 

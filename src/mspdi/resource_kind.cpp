@@ -1,6 +1,6 @@
-#include "mspdi/resource_kind.h"
-
 #include <string_view>
+
+#include "mspdi/plan_reader.h"
 
 namespace merivane::mspdi {
 

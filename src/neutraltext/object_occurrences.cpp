@@ -1,6 +1,5 @@
-#include "object_occurrences.h"
-
 #include "runtime/conversions.h"
+#include "scenario_parts.h"
 
 namespace merivane::neutraltext {
 

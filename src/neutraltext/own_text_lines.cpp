@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "neutraltext/own_text.h"
+#include "neutraltext/modGlobal.h"
 #include "reader_lines.h"
 #include "runtime/run_time_error.h"
 

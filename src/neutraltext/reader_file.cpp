@@ -1,11 +1,9 @@
 #include <memory>
 
 #include "neutraltext/modGlobal.h"
-#include "neutraltext/own_text.h"
 #include "own_text_lines.h"
 #include "program/error_boxes.h"
 #include "reader_lines.h"
-#include "reader_sections.h"
 #include "runtime/text.h"
 
 namespace merivane::neutraltext {

@@ -2,7 +2,6 @@
 
 #include "reader_lines.h"
 #include "reader_records.h"
-#include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 

@@ -1,12 +1,11 @@
-// The line primitives that every section of the Neutral Text reader is made of. gLine is the line
-// at which the next step goes on. Running past the end of the file is error 62.
+// The sections of the Neutral Text reader, and the line primitives that each of them is made of.
+// gLine is the line at which the next step goes on. Running past the end of the file is error 62.
 #pragma once
 
 #include <string>
 #include <string_view>
 
 #include "neutraltext/modGlobal.h"
-#include "neutraltext/reader_listener.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::neutraltext {
@@ -75,5 +74,29 @@ inline constexpr std::size_t kTextLimit = 64000;
 // Tells a listener that a text longer than `length` ends at the current line and what is lost: the
 // rest of it, or all of it.
 void Cut(ModelToProject& state, std::size_t length);
+
+// The sections of the text in the order in which the reader walks them. Each starts at gLine and
+// leaves there the line at which the next one goes on; failures come up to ReadModel.
+void ReadSummary(ModelToProject& state);
+
+void ReadProcessPool(ModelToProject& state);
+void ReadObjectPool(ModelToProject& state);
+void ReadStatePool(ModelToProject& state);
+void ReadFactPool(ModelToProject& state);
+void ReadPropertyPool(ModelToProject& state);
+void ReadRemainingPools(ModelToProject& state);
+
+void ReadScenarios(ModelToProject& state);
+void ReadOccurrences(ModelToProject& state);
+void ReadObjectOccurrences(ModelToProject& state);
+void ReadJunctions(ModelToProject& state);
+void ReadLinks(ModelToProject& state);
+
+// The current line holds "OSTN List".
+void ReadOstnList(ModelToProject& state);
+
+// Column and row of an occurrence or junction, from the current line and, where that is a column
+// line, the next one. A value that isn't numeric leaves the variable as it was.
+void ReadPlacement(ModelToProject& state);
 
 }  // namespace merivane::neutraltext

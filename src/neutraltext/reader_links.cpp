@@ -1,6 +1,5 @@
 #include "reader_lines.h"
 #include "reader_records.h"
-#include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 

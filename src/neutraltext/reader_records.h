@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "neutraltext/modGlobal.h"
-#include "neutraltext/reader_listener.h"
 
 namespace merivane::neutraltext {
 

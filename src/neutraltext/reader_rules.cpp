@@ -1,5 +1,4 @@
 #include "neutraltext/modGlobal.h"
-#include "neutraltext/reader_listener.h"
 #include "program/error_boxes.h"
 #include "runtime/text.h"
 

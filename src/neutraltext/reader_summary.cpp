@@ -1,6 +1,5 @@
 #include "neutraltext/modGlobal.h"
 #include "reader_lines.h"
-#include "reader_sections.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 

@@ -1,5 +1,4 @@
 #include "neutraltext/modProjectToIDEF3.h"
-#include "object_occurrences.h"
 #include "runtime/conversions.h"
 #include "scenario_parts.h"
 

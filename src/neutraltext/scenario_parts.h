@@ -1,5 +1,5 @@
-// The parts of a scenario in a text: its head, junctions, process occurrences and links. Errors go
-// to the caller, save where told.
+// The parts of a scenario in a text: its head, junctions, process occurrences with their objects,
+// and links. Errors go to the caller, save where told.
 #pragma once
 
 #include <cstdint>
@@ -34,6 +34,29 @@ void WriteJunctionList(ScenarioTree& tree, Recordset& tasks, std::int16_t scenar
 // Occurrences of the rows under `parentOutline` (all rows for "0"), then their links.
 void WriteProcessOccurrenceList(ScenarioTree& tree, Recordset& tasks,
                                 const std::string& parentOutline, ScenarioLinks& links);
+
+// The process occurrence whose object occurrences are written. Each answer is asked for when its
+// line or statement is due.
+class ObjectOccurrenceOwner {
+ public:
+  ObjectOccurrenceOwner() = default;
+  ObjectOccurrenceOwner(const ObjectOccurrenceOwner&) = delete;
+  ObjectOccurrenceOwner& operator=(const ObjectOccurrenceOwner&) = delete;
+  virtual ~ObjectOccurrenceOwner() = default;
+
+  virtual std::string ScenarioNum() = 0;
+  virtual std::string OccurrenceNum() = 0;
+  virtual Value Duration() = 0;
+  // The scenario in which resources brought from the plan are looked for.
+  virtual std::string BroughtScenarioNum() = 0;
+  // Statement that finds the resource of such an object, and the column of its alias where it is
+  // not the first term.
+  virtual std::string BroughtResource(const std::string& objectNum, const std::string& project) = 0;
+  virtual const char* LaterAlias() const = 0;
+};
+
+void WriteObjectOccurrencesOf(ProjectToModel& state, ObjectOccurrenceOwner& owner,
+                              Connection* connection);
 
 // A link, from a row of Links_in_Scenario.
 void WriteStoredLink(LineWriter& out, Recordset& link);

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "neutraltext/reader_listener.h"
+#include "neutraltext/modGlobal.h"
 #include "runtime/file_names.h"
 #include "runtime/new_file.h"
 #include "store/interim_db.h"

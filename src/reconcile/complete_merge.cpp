@@ -9,17 +9,16 @@
 #include <utility>
 
 #include "neutraltext/modProjectToIDEF3.h"
+#include "outline.h"
 #include "program/error_boxes.h"
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 #include "reconciliation.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/text.h"
 #include "store/ask.h"
 #include "store/interim_db.h"
-#include "task_numbers.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
-#include "translator/stored_model.h"
 
 namespace merivane::reconcile {
 

@@ -1,7 +1,7 @@
 #include "model_rows.h"
 
 #include "program/model_words.h"
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 #include "store/ask.h"
 
 namespace merivane::reconcile {

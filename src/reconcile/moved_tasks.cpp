@@ -1,5 +1,3 @@
-#include "reconcile/moved_tasks.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -7,6 +5,8 @@
 #include <set>
 #include <utility>
 #include <vector>
+
+#include "reconcile/plan_content.h"
 
 namespace merivane::reconcile {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 #include "reconciliation.h"
 #include "runtime/text.h"
 

@@ -3,12 +3,10 @@
 #include <utility>
 
 #include "outline.h"
-#include "reconcile/moved_tasks.h"
-#include "reconcile/row_values.h"
+#include "reconcile/plan_content.h"
 #include "reconciliation.h"
 #include "runtime/text.h"
-#include "translator/task_note.h"
-#include "unit_order.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::reconcile {
 

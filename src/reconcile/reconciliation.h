@@ -12,7 +12,7 @@
 #include "model_edit.h"
 #include "reconcile/complete_merge.h"
 #include "reconcile/plan_content.h"
-#include "relations.h"
+#include "rewiring.h"
 
 namespace merivane::reconcile {
 

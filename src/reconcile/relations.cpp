@@ -1,4 +1,3 @@
-#include "relations.h"
 
 #include <algorithm>
 
@@ -42,7 +41,7 @@ Relations RelationsOf(const ModelEdit& model) {
   }
   for (const auto& [number, junction] : model.Model().junctions) {
     if (!model.IsSyncAnd(number)) continue;
-    AddStar(model, SideOf(junction.isFanOut), number,
+    AddStar(model, Side{junction.isFanOut}, number,
             junction.isFanOut ? relations.startToStart : relations.finishToFinish);
   }
   return relations;
@@ -56,9 +55,9 @@ void Rewire(ModelEdit& model, const Relations& wanted) {
   for (int round = 0; round < kMostRounds; ++round) {
     Relations now = RelationsOf(model);
     if (now == wanted) return;
-    for (const bool isStart : {true, false}) {
-      const auto pairs = isStart ? &Relations::startToStart : &Relations::finishToFinish;
-      for (const auto& [a, b] : Without(now.*pairs, wanted.*pairs)) rewiring.Untie(isStart, a, b);
+    for (const Side& side : {kFanOutSide, kFanInSide}) {
+      const auto pairs = side.isFanOut ? &Relations::startToStart : &Relations::finishToFinish;
+      for (const auto& [a, b] : Without(now.*pairs, wanted.*pairs)) rewiring.Untie(side, a, b);
     }
     for (const auto& [from, to] : Without(now.finishToStart, wanted.finishToStart)) {
       rewiring.Cut(from, to);
@@ -67,9 +66,9 @@ void Rewire(ModelEdit& model, const Relations& wanted) {
     for (const auto& [from, to] : Without(wanted.finishToStart, now.finishToStart)) {
       rewiring.Draw(from, to);
     }
-    for (const bool isStart : {true, false}) {
-      const auto pairs = isStart ? &Relations::startToStart : &Relations::finishToFinish;
-      for (const auto& [a, b] : Without(wanted.*pairs, now.*pairs)) rewiring.Tie(isStart, a, b);
+    for (const Side& side : {kFanOutSide, kFanInSide}) {
+      const auto pairs = side.isFanOut ? &Relations::startToStart : &Relations::finishToFinish;
+      for (const auto& [a, b] : Without(wanted.*pairs, now.*pairs)) rewiring.Tie(side, a, b);
     }
   }
 }

@@ -45,10 +45,11 @@ Reach Walk(const ModelEdit& model, Way way, std::int32_t element) {
   return reach;
 }
 
-bool HasType(const ModelEdit& model, std::int32_t element, std::string_view type, bool isFanOut) {
+bool HasType(const ModelEdit& model, std::int32_t element, std::string_view type,
+             const Side& side) {
   const auto junction = model.Model().junctions.find(element);
   return junction != model.Model().junctions.end() && junction->second.type == type &&
-         junction->second.isFanOut == isFanOut;
+         junction->second.isFanOut == side.isFanOut;
 }
 
 }  // namespace
@@ -78,7 +79,7 @@ std::int32_t TyingJunction(const ModelEdit& model, const Side& side, std::int32_
   std::set<std::int32_t> ties;
   for (const std::int32_t link : LinksAt(model, toJunction, unit)) {
     const std::int32_t junction = FarEnd(model, toJunction, link);
-    const bool isTie = HasType(model, junction, kSyncAnd, side.isFanOut) &&
+    const bool isTie = HasType(model, junction, kSyncAnd, side) &&
                        BranchesOf(model, side, junction).size() > 1 &&
                        MainBranch(model, side, junction) == unit;
     if (isTie) ties.insert(junction);
@@ -176,7 +177,7 @@ std::int32_t Rewiring::PointBehind(std::int32_t unit) {
   const std::vector<std::int32_t> links = model_.LinksFrom(unit);
   for (const std::int32_t link : links) {
     const std::int32_t end = FarEnd(model_, Way::kOn, link);
-    if (HasType(model_, end, kAsyncAnd, true) && model_.LinksTo(end).size() == 1) return end;
+    if (HasType(model_, end, kAsyncAnd, kFanOutSide) && model_.LinksTo(end).size() == 1) return end;
   }
   if (links.size() != 1 || model_.IsSyncAnd(FarEnd(model_, Way::kOn, links[0]))) return unit;
   const std::int32_t junction = model_.AddJunction(ScenarioOf(unit), kFanOut, kAsyncAnd);
@@ -189,7 +190,8 @@ std::int32_t Rewiring::PointBefore(std::int32_t unit) {
   const std::vector<std::int32_t> links = model_.LinksTo(unit);
   for (const std::int32_t link : links) {
     const std::int32_t end = FarEnd(model_, Way::kBack, link);
-    if (HasType(model_, end, kAsyncAnd, false) && model_.LinksFrom(end).size() == 1) return end;
+    if (HasType(model_, end, kAsyncAnd, kFanInSide) && model_.LinksFrom(end).size() == 1)
+      return end;
   }
   if (links.size() != 1 || model_.IsSyncAnd(FarEnd(model_, Way::kBack, links[0]))) return unit;
   const std::int32_t junction = model_.AddJunction(ScenarioOf(unit), kFanIn, kAsyncAnd);
@@ -199,28 +201,27 @@ std::int32_t Rewiring::PointBefore(std::int32_t unit) {
 }
 
 // The one that hangs on the other leaves the junction.
-void Rewiring::Untie(bool isStart, std::int32_t a, std::int32_t b) {
-  const Side side = SideOf(isStart);
-  const Way toJunction = isStart ? Way::kBack : Way::kOn;
+void Rewiring::Untie(const Side& side, std::int32_t a, std::int32_t b) {
+  const Way toJunction = side.isFanOut ? Way::kBack : Way::kOn;
   for (const auto& [unit, other] : {std::pair(a, b), std::pair(b, a)}) {
     for (const std::int32_t link : std::vector(LinksAt(model_, toJunction, unit))) {
       if (!model_.Model().links.contains(link)) continue;
       const std::int32_t junction = FarEnd(model_, toJunction, link);
-      if (!HasType(model_, junction, kSyncAnd, isStart)) continue;
+      if (!HasType(model_, junction, kSyncAnd, side)) continue;
       if (MainBranch(model_, side, junction) == other) model_.RemoveLink(link);
     }
   }
 }
 
-void Rewiring::Tie(bool isStart, std::int32_t a, std::int32_t b) {
-  const Side side = SideOf(isStart);
+void Rewiring::Tie(const Side& side, std::int32_t a, std::int32_t b) {
   if (TieTo(side, a, b) || TieTo(side, b, a)) return;
   const std::int32_t junction =
-      model_.AddJunction(ScenarioOf(a), isStart ? kFanOut : kFanIn, kSyncAnd);
+      model_.AddJunction(ScenarioOf(a), side.isFanOut ? kFanOut : kFanIn, kSyncAnd);
   AddBranch(side, junction, a);
   AddBranch(side, junction, b);
   if (MainBranch(model_, side, junction) != 0) return;
-  model_.RemoveLink(model_.LinksTo(isStart ? a : junction).back());  // and the junction with it
+  model_.RemoveLink(
+      model_.LinksTo(side.isFanOut ? a : junction).back());  // and the junction with it
 }
 
 void Rewiring::AddBranch(const Side& side, std::int32_t junction, std::int32_t unit) {

@@ -1,20 +1,38 @@
-// Single steps on the links of a model under change, each in the neighbourhood of two units.
+// What the links of a model say about its units, as a plan shows it, and how links are changed
+// until they say what a plan wants.
 #pragma once
 
 #include <cstdint>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "model_edit.h"
-#include "relations.h"
 
 namespace merivane::reconcile {
+
+// Pairs of units that go to the plan: predecessor and successor, and for what starts or finishes
+// together the lower number first.
+struct Relations {
+  using Pairs = std::set<std::pair<std::int32_t, std::int32_t>>;
+
+  Pairs finishToStart;
+  Pairs startToStart;
+  Pairs finishToFinish;
+
+  bool operator==(const Relations&) const = default;
+};
+
+// By the rules of the translator: a chain of junctions passes on who comes before, and the direct
+// branches of a "Sync. AND" are tied to one of them.
+Relations RelationsOf(const ModelEdit& model);
 
 // One of the two mirror images of a junction: branches behind a fan-out, in front of a fan-in.
 struct Side {
   bool isFanOut = false;
 };
-inline Side SideOf(bool isFanOut) { return {isFanOut}; }
+inline constexpr Side kFanOutSide{.isFanOut = true};
+inline constexpr Side kFanInSide{.isFanOut = false};
 
 // Units at the direct branches, in the order of the links.
 std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const Side& side,
@@ -32,6 +50,7 @@ std::int32_t TyingJunction(const ModelEdit& model, const Side& side, std::int32_
 std::set<std::int32_t> UnitsBefore(const ModelEdit& model, std::int32_t element);
 std::set<std::int32_t> UnitsBehind(const ModelEdit& model, std::int32_t element);
 
+// Single steps, each in the neighbourhood of two units.
 class Rewiring {
  public:
   // `wanted`: what has to stay where a link carries several.
@@ -39,8 +58,9 @@ class Rewiring {
 
   void Cut(std::int32_t from, std::int32_t to);
   void Draw(std::int32_t from, std::int32_t to);
-  void Untie(bool isStart, std::int32_t a, std::int32_t b);
-  void Tie(bool isStart, std::int32_t a, std::int32_t b);
+  // Of those that start together behind a fan-out, or finish together in front of a fan-in.
+  void Untie(const Side& side, std::int32_t a, std::int32_t b);
+  void Tie(const Side& side, std::int32_t a, std::int32_t b);
 
  private:
   bool TieTo(const Side& side, std::int32_t main, std::int32_t other);
@@ -57,5 +77,9 @@ class Rewiring {
   ModelEdit& model_;
   const Relations::Pairs& wanted_;
 };
+
+// Changes links and junctions where the model says something else than `wanted`, and nowhere else.
+// What a model can't say stays out. REQUIRES: all pairs of `wanted` lie in one scenario each.
+void Rewire(ModelEdit& model, const Relations& wanted);
 
 }  // namespace merivane::reconcile

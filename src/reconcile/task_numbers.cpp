@@ -1,5 +1,3 @@
-#include "task_numbers.h"
-
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -8,7 +6,8 @@
 #include <utility>
 
 #include "model_edit.h"
-#include "reconcile/row_values.h"
+#include "outline.h"
+#include "reconcile/plan_content.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "store/ask.h"

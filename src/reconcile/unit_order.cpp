@@ -1,5 +1,3 @@
-#include "unit_order.h"
-
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -7,6 +5,7 @@
 #include <vector>
 
 #include "model_edit.h"
+#include "outline.h"
 
 namespace merivane::reconcile {
 

@@ -5,7 +5,7 @@
 
 #include "program/error_boxes.h"
 #include "program/program.h"
-#include "roundtrip/merge_listener.h"
+#include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

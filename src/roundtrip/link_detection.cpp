@@ -2,7 +2,7 @@
 #include <unordered_set>
 
 #include "merge_statements.h"
-#include "rewiring.h"
+#include "merge_steps.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"

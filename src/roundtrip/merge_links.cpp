@@ -3,7 +3,6 @@
 #include "merge_statements.h"
 #include "merge_steps.h"
 #include "plan_outline.h"
-#include "rewiring.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 

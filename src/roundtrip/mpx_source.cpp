@@ -4,8 +4,7 @@
 #include <utility>
 
 #include "going_on.h"
-#include "mpx/mpx_durations.h"
-#include "mpx/mpx_fields.h"
+#include "mpx/mpx_format.h"
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
 #include "runtime/dates.h"

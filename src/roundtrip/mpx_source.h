@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
-#include "mpx/mpx_fields.h"
+#include "mpx/mpx_format.h"
 #include "program/program.h"
-#include "roundtrip/merge_listener.h"
+#include "roundtrip/modMpxtoIDEF3.h"
 #include "work_tables.h"
 
 namespace merivane::roundtrip {

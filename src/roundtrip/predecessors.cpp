@@ -2,8 +2,8 @@
 
 #include "going_on.h"
 #include "merge_statements.h"
-#include "rewiring.h"
-#include "roundtrip/predecessor_list.h"
+#include "merge_steps.h"
+#include "roundtrip/plan_as_mpx.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 

@@ -1,6 +1,6 @@
 
 #include "merge_statements.h"
-#include "rewiring.h"
+#include "merge_steps.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

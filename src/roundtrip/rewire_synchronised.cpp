@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "merge_statements.h"
-#include "rewiring.h"
+#include "merge_steps.h"
 #include "runtime/conversions.h"
 
 namespace merivane::roundtrip {

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "mspdi/plan_reader.h"
-#include "roundtrip/merge_listener.h"
+#include "roundtrip/modMpxtoIDEF3.h"
 #include "work_tables.h"
 
 namespace merivane::roundtrip {

@@ -1,9 +1,8 @@
-#include "schedule/lag.h"
-
 #include <cmath>
 #include <iterator>
 
 #include "runtime/conversions.h"
+#include "schedule/plan.h"
 
 namespace merivane::schedule {
 

@@ -1,10 +1,9 @@
-#include "shell/drivers.h"
-
 #include <functional>
 
 #include "mspdi/plan_writer.h"
 #include "neutraltext/modGlobal.h"
 #include "program/error_boxes.h"
+#include "shell/frmIDEF3ToProject.h"
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::shell {

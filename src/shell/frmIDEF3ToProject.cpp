@@ -4,11 +4,10 @@
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
-#include "shell/browse.h"
 #include "shell/cancellable_run.h"
-#include "shell/drivers.h"
-#include "shell/frmDbFileAppend.h"
 #include "shell/kept_files.h"
+#include "shell/modal_forms.h"
+#include "shell/named_files.h"
 #include "store/interim_db.h"
 
 namespace merivane::shell {

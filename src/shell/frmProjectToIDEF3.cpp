@@ -7,10 +7,10 @@
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "runtime/code_page.h"
 #include "runtime/text.h"
-#include "shell/browse.h"
 #include "shell/cancellable_run.h"
-#include "shell/frmDBMerge.h"
-#include "shell/project_list.h"
+#include "shell/database_pick.h"
+#include "shell/modal_forms.h"
+#include "shell/named_files.h"
 #include "store/interim_db.h"
 
 namespace merivane::shell {
@@ -33,7 +33,7 @@ const FileDialog kInterimDialog{"Database (*.mdb)|*.mdb",
 void frmProjectToIDEF3::Load() {
   txtCelvarFilename = txtInterimDB = txtInterimDB_xml = TextBox{};
   txtDatabase = txtMPX = txtXML = TextBox{"", false};
-  comboProject = {{}, {}, false, true};
+  comboProject = {.enabled = false};
   SSTabInput = kDatabaseTab;
   optLaunchCelvar = {};
   GenerateResult.reset();

@@ -5,7 +5,7 @@
 
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
-#include "shell/browse.h"
+#include "shell/named_files.h"
 
 namespace merivane::shell {
 
@@ -50,11 +50,11 @@ std::string MakeCopy(const std::string& path, Copy copy, const Make& make) {
 }
 
 // The name of a temporary file is given up for one that no later run clears away.
-std::string NotPutBack(const std::string& path, const std::string& kept, bool temporary,
+std::string NotPutBack(const std::string& path, const std::string& kept, Copy kind,
                        const char* why) {
   std::string name = kept;
   try {
-    if (temporary) name = GiveBackupName(kept, path);
+    if (kind == Copy::kUntilDone) name = GiveBackupName(kept, path);
   } catch (const RunTimeError&) {
     name = kept;
   }
@@ -164,17 +164,17 @@ std::string KeptFiles::Restore(const Database& database) try {
     return {};
   }
   if (workspace_->PutBack(database.copy, database.path, database.made)) return {};
-  return NotPutBack(database.path, database.copy, database.kind == Copy::kUntilDone, kChangedSince);
+  return NotPutBack(database.path, database.copy, database.kind, kChangedSince);
 } catch (const std::exception&) {
-  return NotPutBack(database.path, database.copy, database.kind == Copy::kUntilDone,
-                    kCantBePutBack);
+  return NotPutBack(database.path, database.copy, database.kind, kCantBePutBack);
 }
 
 std::vector<std::string> KeptFiles::PutBack() noexcept try {
   std::vector<std::string> failures;
   for (NewFile& file : newFiles_) {
     const std::string kept = file.PutBack();
-    if (!kept.empty()) failures.push_back(NotPutBack(file.Name(), kept, true, kCantBePutBack));
+    if (!kept.empty())
+      failures.push_back(NotPutBack(file.Name(), kept, Copy::kUntilDone, kCantBePutBack));
   }
   newFiles_.clear();
   if (workspace_ != nullptr) workspace_->DropHeld();

@@ -1,10 +1,9 @@
-#include "shell/message_advice.h"
-
 #include <fstream>
 #include <string_view>
 
 #include "runtime/file_names.h"
 #include "runtime/text.h"
+#include "shell/run_result.h"
 
 namespace merivane::shell {
 

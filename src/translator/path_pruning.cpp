@@ -1,9 +1,9 @@
 #include "path_pruning.h"
 
-#include "pass.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
-#include "translator/translation_listener.h"
+#include "translation_steps.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::translator {
 

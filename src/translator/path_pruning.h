@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "pass.h"
+#include "translation_steps.h"
 
 namespace merivane::translator {
 

@@ -1,6 +1,5 @@
 #include <optional>
 
-#include "pass.h"
 #include "runtime/text.h"
 #include "translation_steps.h"
 

@@ -1,5 +1,3 @@
-#include "translator/stored_model.h"
-
 #include <algorithm>
 #include <memory>
 #include <string_view>
@@ -12,6 +10,7 @@
 #include "runtime/text.h"
 #include "store/ask.h"
 #include "store/interim_db.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::translator {
 

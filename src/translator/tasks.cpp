@@ -1,5 +1,8 @@
 #include "mpx/mpx_format.h"
+#include "runtime/rtf_notes.h"
+#include "runtime/run_time_error.h"
 #include "translation_steps.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::translator {
 
@@ -57,6 +60,19 @@ const Value& GlossaryOf(Pass& pass, const Value& name) {
                            "Select * from Activity_Pool where Msp_ProjID = ", pass.state.gMspProjId,
                            " and Name = '", name, "'");
   return glossaries.emplace(Joined(name), activity.Field("Glossary")).first->second;
+}
+
+bool NoteFits(std::string_view glossary) { return glossary.size() <= kLongestGlossary; }
+
+[[noreturn]] void RefuseNote(std::string_view glossary) {
+  throw RunTimeError(kDatabaseError,
+                     "The parameter's value has " + std::to_string(RtfNote(glossary).size()) +
+                         " bytes, and its size is " + std::to_string(kMostNoteBytes) + ".");
+}
+
+Bytes NoteOfTask(std::string_view glossary) {
+  const std::string note = RtfNote(glossary);
+  return {note.begin(), note.end()};
 }
 
 void WriteNote(Pass& pass, const Value& name) {

@@ -3,7 +3,6 @@
 #include "runtime/code_page.h"
 #include "translation_steps.h"
 #include "translator/modIDEF3ToProject.h"
-#include "translator/translation_listener.h"
 
 namespace merivane::translator {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "inspect/box_text.h"
+#include "inspect/finding.h"
 #include "outline.h"
 #include "runtime/conversions.h"
 

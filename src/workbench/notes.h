@@ -8,7 +8,7 @@
 
 #include "inspect/check.h"
 #include "platform/quiet_desktop.h"
-#include "translator/translation_listener.h"
+#include "translator/modIDEF3ToProject.h"
 #include "workbench/file_view.h"
 
 namespace merivane::workbench {

@@ -1,5 +1,3 @@
-#include "workbench/plan_file.h"
-
 #include <memory>
 #include <string>
 
@@ -12,6 +10,7 @@
 #include "runtime/run_time_error.h"
 #include "runtime/text_files.h"
 #include "store/interim_db.h"
+#include "workbench/file_view.h"
 
 namespace merivane::workbench {
 

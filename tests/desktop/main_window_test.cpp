@@ -8,7 +8,7 @@
 #include <set>
 
 #include "desktop_fixture.h"
-#include "window_place.h"
+#include "user_settings.h"
 
 namespace merivane::test {
 

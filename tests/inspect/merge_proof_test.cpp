@@ -1,5 +1,3 @@
-#include "inspect/merge_proof.h"
-
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -8,6 +6,7 @@
 
 #include "changed_text.h"
 #include "database_fixture.h"
+#include "inspect/merge_preview.h"
 #include "neutraltext/modGlobal.h"
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "translator/modIDEF3ToProject.h"

@@ -4,7 +4,6 @@
 
 #include "error_of.h"
 #include "mspdi/plan_reader.h"
-#include "mspdi/resource_kind.h"
 #include "plan_writer_fixture.h"
 
 namespace merivane::test {

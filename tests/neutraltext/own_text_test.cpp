@@ -1,8 +1,7 @@
 // Texts in the written form, read through the adapter.
-#include "neutraltext/own_text.h"
-
 #include <algorithm>
 
+#include "neutraltext/modGlobal.h"
 #include "reader_fixture.h"
 
 namespace merivane::test {

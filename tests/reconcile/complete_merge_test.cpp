@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "foreign_xml.h"
-#include "inspect/merge_proof.h"
+#include "inspect/merge_preview.h"
 #include "plan_sketch.h"
 #include "round_fixture.h"
 

@@ -1,7 +1,6 @@
-#include "rewiring.h"
-
 #include <map>
 
+#include "merge_steps.h"
 #include "scenario_fixture.h"
 
 namespace merivane::test {

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "runtime/conversions.h"
-#include "schedule/lag.h"
+#include "schedule/plan.h"
 #include "schedule/schedule.h"
 #include "schedule/staffing.h"
 #include "store/recordset.h"

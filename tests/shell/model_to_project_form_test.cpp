@@ -1,6 +1,6 @@
 #include "database_fixture.h"
-#include "shell/frmDbFileAppend.h"
 #include "shell/frmMain.h"
+#include "shell/modal_forms.h"
 
 namespace merivane::test {
 
@@ -91,22 +91,6 @@ TEST_F(ModelToProjectForm, TwoAppendsAtOnceTakeTwoNumbers) {
   for (const char* project : {"7", "8"}) {
     EXPECT_EQ(CountRows(*connection, "MSP_TASKS", std::string("where PROJ_ID = ") + project), 5U);
   }
-}
-
-TEST_F(ModelToProjectForm, ADatabaseThatAnotherProgramWritesIsToldAndNothingIsTranslated) {
-  program->workspace.patience = kBrief;
-  Answer(&frmDbFileAppend::CmdAppend);
-  Browse(databasePath);
-  Program otherProgram(desktop);
-  Connection writer(otherProgram.workspace);
-  writer.Open(ConnectionText(databasePath));
-  writer.BeginWrite();
-  form.txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
-  form.cmdOK();
-  EXPECT_EQ(form.GenerateResult, false);
-  EXPECT_EQ(desktop.MessageTexts(),
-            std::vector<std::string>{"Permission denied: the database '" + databasePath +
-                                     "' is in use by another program."});
 }
 
 TEST_F(ModelToProjectForm, ABadTemplateReplacesNothing) {

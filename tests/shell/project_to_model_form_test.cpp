@@ -1,9 +1,9 @@
 #include <functional>
 
 #include "database_fixture.h"
-#include "shell/frmDBMerge.h"
+#include "shell/database_pick.h"
 #include "shell/frmMain.h"
-#include "shell/project_list.h"
+#include "shell/modal_forms.h"
 
 namespace merivane::test {
 
@@ -110,11 +110,7 @@ TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
 TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLeavesNoBackup) {
   AddProject();
   AddOutlinedTask();
-  Answer([](frmDBMerge& merge) {
-    merge.comboInterimProject.listIndex = 0;
-    merge.comboInterimProject_Click();
-    merge.CmdOK();
-  });
+  Answer([](frmDBMerge& merge) { merge.MergeWith(4); });
   program->workspace.patience = kBrief;
   BrowseInterim(databasePath);
   EXPECT_TRUE(state.gRoundTripMerge);

@@ -8,8 +8,7 @@
 #include "program/progress.h"
 #include "shell/cancellable_run.h"
 #include "shell/database_pick.h"
-#include "shell/drivers.h"
-#include "shell/message_advice.h"
+#include "shell/frmIDEF3ToProject.h"
 #include "shell/named_files.h"
 #include "shell/run_result.h"
 
@@ -41,18 +40,20 @@ TEST_F(RunParts, NamesAreHeldAgainstEachOtherAndAgainstWhatStands) {
   const std::string missing = folder.Path("none/a.txt");
   const std::pair<std::vector<NamedFile>, std::string> cases[] = {
       {{{"A", there}, {"B", there}}, ""},  // two that are read
-      {{{"A", there}, {"B", folder.Path("./there.txt"), true}},
+      {{{"A", there}, {"B", folder.Path("./there.txt"), FileUse::kWrite}},
        "A and B are the same file: " + folder.Path("./there.txt")},
-      {{{"A", there, true}, {"B", folder.Path("twin.txt")}},
+      {{{"A", there, FileUse::kWrite}, {"B", folder.Path("twin.txt")}},
        "A and B are the same file: " + folder.Path("twin.txt")},
-      {{{"A", folder.Path("new.txt"), true}, {"B", folder.Path("new.txt"), true}},
+      {{{"A", folder.Path("new.txt"), FileUse::kWrite},
+        {"B", folder.Path("new.txt"), FileUse::kWrite}},
        "A and B are the same file: " + folder.Path("new.txt")},
-      {{{"A", "", true}, {"B", "", true}}, ""},
-      {{{"A", missing, true}}, "A can't be written: there is no folder for " + missing + "."},
+      {{{"A", "", FileUse::kWrite}, {"B", "", FileUse::kWrite}}, ""},
+      {{{"A", missing, FileUse::kWrite}},
+       "A can't be written: there is no folder for " + missing + "."},
       {{{"A", missing}}, ""},
-      {{{"A", there, true, "--force"}}, there + " exists: say --force."},
-      {{{"A", folder.Path(""), true, "--force"}}, ""},
-      {{{"A", folder.Path("new.txt"), true, "--force"}}, ""}};
+      {{{"A", there, FileUse::kWrite, "--force"}}, there + " exists: say --force."},
+      {{{"A", folder.Path(""), FileUse::kWrite, "--force"}}, ""},
+      {{{"A", folder.Path("new.txt"), FileUse::kWrite, "--force"}}, ""}};
   for (const auto& [files, refusal] : cases) {
     EXPECT_EQ(RefusalOf(files).value_or(""), refusal) << refusal;
   }
@@ -240,23 +241,29 @@ TEST_F(RunParts, DriversTellTheirFailureAndKeepTheConnection) {
 
 TEST_F(RunParts, AdviceGoesByTheErrorAndByWhatTheFileIs) {
   const std::string compound = folder.Write("a.mpp", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 rest");
-  const std::string access =
-      folder.Write("b.mpd", std::string("\0\1\0\0Standard Jet DB", 19) + "rest");
-  const std::string cut = folder.Write("c.mpd", std::string("\0\1\0\0Stand", 9));
-  EXPECT_THAT(PlanFileAdvice(compound, RunTimeError(kInvalidFileFormat)), HasSubstr("as XML"));
-  EXPECT_THAT(PlanFileAdvice(access, RunTimeError(kUnknownTable)), HasSubstr("Project 98"));
-  EXPECT_EQ(PlanFileAdvice(access, RunTimeError(kDiskFull)), "");
-  EXPECT_EQ(PlanFileAdvice(cut, RunTimeError(kUnknownTable)), "");
-  EXPECT_EQ(PlanFileAdvice(folder.Path("none"), RunTimeError(kUnknownTable)), "");
-  EXPECT_THAT(NameAdvice("x.MPP"), HasSubstr("as XML"));
-  EXPECT_THAT(NameAdvice("x.mpd"), HasSubstr(".mdb"));
-  EXPECT_EQ(NameAdvice("mpp"), "");
-  for (const int error :
-       {kObjectNotSet, kBadFileNumber, kConnectionInvalid, kNotUpdatable, kSubscriptOutOfRange}) {
-    EXPECT_NE(MessageAdvice(error), "") << error;
+  const std::string access("\0\1\0\0Standard Jet DB", 19);
+  const std::string whole = folder.Write("b.mpd", access + "rest");
+  const std::string cut = folder.Write("c.mpd", access.substr(0, 9));
+  const std::tuple<std::string, std::string, bool> cases[] = {
+      {PlanFileAdvice(compound, RunTimeError(kInvalidFileFormat)), "as XML", true},
+      {PlanFileAdvice(whole, RunTimeError(kUnknownTable)), "Project 98", true},
+      {PlanFileAdvice(whole, RunTimeError(kDiskFull)), "", false},
+      {PlanFileAdvice(cut, RunTimeError(kUnknownTable)), "", false},
+      {PlanFileAdvice(folder.Path("none"), RunTimeError(kUnknownTable)), "", false},
+      {NameAdvice("x.MPP"), "as XML", true},
+      {NameAdvice("x.mpd"), ".mdb", true},
+      {NameAdvice("mpp"), "", false},
+      {MessageAdvice(kObjectNotSet), "No database is open", true},
+      {MessageAdvice(kBadFileNumber), "No model text is open", true},
+      {MessageAdvice(kConnectionInvalid), "could not be opened", true},
+      {MessageAdvice(kNotUpdatable), "a new database", true},
+      {MessageAdvice(kSubscriptOutOfRange), "circle", true},
+      {MessageAdvice(0), "", false},
+      {MessageAdvice(kDiskFull), "", false}};
+  for (const auto& [told, words, isTold] : cases) {
+    EXPECT_EQ(!told.empty(), isTold) << told;
+    EXPECT_THAT(told, HasSubstr(words));
   }
-  for (const int error : {0, int{kDiskFull}, int{kTypeMismatch}})
-    EXPECT_EQ(MessageAdvice(error), "");
 }
 
 }  // namespace

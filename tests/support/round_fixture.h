@@ -15,7 +15,6 @@
 #include "roundtrip/modMpxtoIDEF3.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
-#include "translator/stored_model.h"
 
 namespace merivane::test {
 

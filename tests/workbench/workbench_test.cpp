@@ -13,9 +13,8 @@
 #include "neutraltext/modGlobal.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"
+#include "workbench/file_view.h"
 #include "workbench/live_model.h"
-#include "workbench/merge_view.h"
-#include "workbench/plan_file.h"
 #include "workbench/selection.h"
 
 namespace merivane::test {

@@ -1,10 +1,14 @@
-// One thing that a model text should be asked about before it is translated.
+// One thing that a model text should be asked about before it is translated, and its words.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+
+#include "runtime/text.h"
 
 namespace merivane::inspect {
 
@@ -33,5 +37,29 @@ struct Finding {
 
 // "unit 3 'Sand the hull'"; empty for the text as a whole.
 std::string Described(const ElementName& element);
+
+// A text, of a box mostly, for a list where each entry is one line: with one blank in the place of
+// line ends and of several blanks, and none around it.
+inline std::string OneLine(const std::string& box) {
+  std::string text;
+  for (const char letter : box) {
+    const bool isBlank = letter == ' ' || letter == '\r' || letter == '\n';
+    if (!isBlank) {
+      text += letter;
+    } else if (!text.empty() && text.back() != ' ') {
+      text += ' ';
+    }
+  }
+  return runtime::Trim(text);
+}
+
+// Words of a text that were written nearly as they should be: another word, from which this one
+// differs by its blanks, by upper and lower case and by at most two characters (one in a short
+// word).
+bool IsNearMiss(std::string_view word, std::string_view meant);
+
+// " Did you mean 'Shared Resource'?" for a word that nearly is one of these; empty for any other,
+// and for one of them.
+std::string Suggestion(std::string_view word, std::span<const std::string_view> known);
 
 }  // namespace merivane::inspect

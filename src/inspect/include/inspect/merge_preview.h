@@ -1,4 +1,4 @@
-// A merge tried in a copy, by the real merge.
+// A merge tried in a copy, by the real merge, and the proof that its model gives the plan.
 //
 //   const MergePreview preview = PreviewMerge("plan.mpx", "model.mdb", 1);
 //   if (!preview.merged) ...              // changes holds the stop alone, with its advice
@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "inspect/merge_proof.h"
 #include "inspect/model_snapshot.h"
 #include "platform/desktop.h"
 #include "reconcile/complete_merge.h"
@@ -19,6 +18,15 @@
 namespace merivane::inspect {
 
 using namespace platform;
+
+// Whether a merged model gives the plan that came in.
+struct MergeProof {
+  // Sorted by kind and number; `planRow` where the plan has the element.
+  std::vector<MergeChange> differences;
+  std::string failure;  // why the merged text gives no plan; empty where it gives one
+};
+
+enum class Proof { kNone, kMade };
 
 struct MergePreview {
   // All that stops the merge, what it passes over, and what it would change but for the stops.
@@ -57,7 +65,7 @@ MergePreview PreviewMerge(const std::string& planPath, const std::string& interi
 // `templatePath` is needed; the proof is made where it is asked for.
 MergePreview PreviewCompleteMerge(const std::string& planPath, const std::string& interimPath,
                                   std::int32_t project, const std::string& templatePath,
-                                  bool withProof, Desktop* shown = nullptr,
+                                  Proof proof, Desktop* shown = nullptr,
                                   MergeWitness* witness = nullptr);
 
 // Of a complete merge: what it told that a model can't hold, how it found what it did, and what
@@ -68,5 +76,19 @@ std::vector<MergeChange> ChangesOf(const reconcile::MergeResult& merge, const Mo
 // What the merge that came in last passed over of the plan: predecessors that the plan doesn't
 // have, under another summary task, of the kind start-to-finish. Errors of the database come up.
 std::vector<MergeChange> PassedOver(Connection& connection, std::int32_t project);
+
+// Reads the text that a merge wrote, translates it in memory, and holds that plan against the one
+// in the work tables of `merged`. Writes nothing. Progress is shown on `shown`. Errors of the
+// database and of the template come up; a text that can't be read, or not be translated, is the
+// proof's failure.
+MergeProof ProveMerge(Connection& merged, std::int32_t project, const std::string& textPath,
+                      const std::string& templatePath, Desktop* shown = nullptr);
+
+// The same of a preview, which an error doesn't end: it is the proof's failure.
+MergeProof ProvePreview(Connection& merged, std::int32_t project, const std::string& textPath,
+                        const std::string& templatePath, Desktop* shown);
+
+// In a sentence: that nothing is lost, how much is, or why that isn't known.
+std::string SummaryOf(const MergeProof& proof);
 
 }  // namespace merivane::inspect

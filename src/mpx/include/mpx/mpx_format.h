@@ -1,10 +1,13 @@
-// Fixed lines and record forms of the program's MPX dialect. Text only: no state, no database. A
-// Null value gives an empty field.
+// The program's MPX dialect: fixed lines and record forms as they are written, and the fields of
+// one line as the reader takes them. Text only: no state, no database. A Null value gives an empty
+// field.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "runtime/value.h"
@@ -53,5 +56,47 @@ std::string MpxNote(std::string_view record, std::string_view glossary);
 // whatever character stands behind it, as one character of code 127. The last character is never
 // copied.
 std::string MpxNoteText(std::string_view glossary);
+
+// Fields of one line, and the durations and dates in them. They are numbered from 1, and field 1 is
+// the record number.
+//
+// A name that can't stand in the model, as a box tells it.
+struct NameRefusal {
+  std::string text;
+  std::string title;
+};
+
+// The number ahead of the first comma; 0 where there is no comma or no number. Error 6 beyond 16
+// bits.
+std::int16_t RecordNumber(std::string_view line);
+
+using FoundField = std::variant<std::string, NameRefusal>;
+
+// Field `n`; empty where no comma follows it, so the last field of a line is never found here.
+// Commas inside double quotes belong to the field in fields 3, 4 and 8 only; such a field comes
+// with its opening quote and without its closing one. A quote that is never closed ends the search.
+// A quote inside the quotes of field 3 or 4, and an empty pair there, is a name that is refused.
+FoundField GetField(std::string_view line, int n);
+
+// The same for the list of predecessors: quotes count in fields 3 and 4 on the way there, and a
+// quoted list comes whole and without its quotes, commas included; empty where it isn't closed.
+FoundField GetPredecessorField(std::string_view line, int n);
+
+// The text behind the last comma; empty without a comma.
+std::string GetLastField(std::string_view line);
+
+// Refused are a task name with a double quote (a name with a comma comes with its opening quote),
+// and a resource name with a comma or a double quote.
+std::optional<NameRefusal> RefusalOfTaskName(const std::string& name);
+std::optional<NameRefusal> RefusalOfResourceName(const std::string& name);
+
+// Days of 8 hours, five to a week, as text with two decimals. A number alone counts in
+// `defaultUnits` (0 minutes, 1 hours, 2 or any other days, 3 weeks); otherwise the text ends with
+// the small letter of its unit. What isn't understood (elapsed times among it) is "1.00".
+std::string ConvertDuration(std::string_view text, std::int16_t defaultUnits);
+
+// The text from its first digit on, empty where no digit stands before the last character. With
+// code page 932 no more than eight characters.
+std::string ExtractStartDate(std::string_view text, std::int32_t codePage);
 
 }  // namespace merivane::mpx

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "neutraltext/reader_listener.h"
+#include "neutraltext/modGlobal.h"
 
 namespace merivane::neutraltext {
 

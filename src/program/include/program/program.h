@@ -160,8 +160,10 @@ struct ProjectToModel : Direction {
 // every path, the end by ProgramEnd among them. The desktop outlives it. One thread uses it.
 class Program {
  public:
-  explicit Program(Desktop& desktop);
-  ~Program();
+  explicit Program(Desktop& theDesktop) : desktop(theDesktop), progress(theDesktop) {
+    workspace.work = &progress;
+  }
+  ~Program() { workspace.CommitAllQuietly(); }
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
@@ -170,8 +172,8 @@ class Program {
   Workspace workspace;
   Progress progress;
   std::int32_t codePage = 0;
-  ModelToProject modelToProject;
-  ProjectToModel projectToModel;
+  ModelToProject modelToProject{Direction{desktop, files, workspace, progress, codePage}};
+  ProjectToModel projectToModel{Direction{desktop, files, workspace, progress, codePage}};
 };
 
 }  // namespace merivane::program

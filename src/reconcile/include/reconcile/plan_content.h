@@ -1,4 +1,5 @@
-// What a plan says, whichever tables it stands in, with its tasks by the numbers of their units.
+// What a plan says, whichever tables it stands in, with its tasks by the numbers of their units,
+// and how values of two rows, one of which may come from another program, are held together.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +10,29 @@
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
+#include "runtime/conversions.h"
+#include "runtime/run_time_error.h"
+#include "runtime/value.h"
 #include "store/connection.h"
 
 namespace merivane::reconcile {
 
+using namespace runtime;
 using namespace store;
+
+// Any column may hold Null, or in a database of another program a text: such a row tells less, and
+// stops nothing.
+std::optional<std::int32_t> NumberIn(const Value& value);
+
+// A note without the quotes around it, of which each way through an MPX file may leave one more,
+// and without the line ends behind it.
+std::string NoteText(std::string text);
+
+// Numbers by their value; `whenBlank` is that of a text that is none: a duration that isn't given
+// is the plan's one day.
+bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank);
 
 // Texts are Windows-1252. A task without a unit has the negative of its row as its number.
 struct PlanContent {
@@ -48,5 +66,17 @@ PlanContent PlanThatCameIn(Connection& connection, std::int32_t project);
 
 // The plan that a translation left in the database, from the tables of the plan.
 PlanContent TranslatedPlan(Connection& connection, std::int32_t project);
+
+// Tasks by their numbers; 0 in front of the first one.
+struct MovedTask {
+  std::int32_t task = 0;
+  std::int32_t behind = 0;       // in the plan
+  std::int32_t otherBehind = 0;  // in the other one
+};
+
+// The fewest tasks that have to move, each with what follows it there, before those of each summary
+// task stand as in `other`. Only tasks that lie below the same one in both are held against each
+// other.
+std::vector<MovedTask> MovedTasks(const PlanContent& plan, const PlanContent& other);
 
 }  // namespace merivane::reconcile

@@ -1,5 +1,6 @@
 // What came of a database that the user picked: a line for the window, a cause for the boxes of a
-// run that finds no database open, and the way back from a database that the pick has emptied.
+// run that finds no database open, the way back from a database that the pick has emptied, and the
+// projects for a combo box.
 #pragma once
 
 #include <functional>
@@ -7,6 +8,7 @@
 #include <string>
 
 #include "runtime/run_time_error.h"
+#include "shell/form.h"
 #include "store/connection.h"
 
 namespace merivane::shell {
@@ -55,5 +57,11 @@ class DatabasePick {
 // project again, and 53 without the backup; nothing has changed then.
 // REQUIRES: the database is open nowhere here.
 void PutBackEmptied(Workspace& workspace, const EmptiedDatabase& emptied);
+
+// Fills the combo with PROJ_NAME and PROJ_ID of each project. True when the database has a project
+// and the first task's outline number isn't Null; otherwise a box tells why. A database error
+// yields False without a box, and is kept in `failure`.
+bool LoadProjectList(Desktop& desktop, Connection* connection, ComboBox& combo,
+                     std::optional<RunTimeError>& failure);
 
 }  // namespace merivane::shell

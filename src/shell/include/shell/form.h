@@ -39,8 +39,8 @@ struct ComboBox {
     std::string name;  // Windows-1252
     std::int32_t itemData = 0;
   };
-  std::vector<Entry> entries;
-  std::optional<std::size_t> listIndex;  // nothing selected
+  std::vector<Entry> entries = {};
+  std::optional<std::size_t> listIndex = {};  // nothing selected
   bool enabled = true;
   bool visible = true;
 

@@ -1,4 +1,4 @@
-// The dialog of the direction from model to plan.
+// The dialog of the direction from model to plan, and the driver behind its OK button.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@
 #include "shell/kept_files.h"
 #include "shell/modOptions.h"
 #include "shell/run_result.h"
-#include "translator/stored_model.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::shell {
 
@@ -121,5 +121,18 @@ class frmIDEF3ToProject : public Form {
   Desktop& desktop_;
   ApplicationPaths& paths_;
 };
+
+// Reads the text, translates, writes the planning XML, closes gMspConn. True when all of it ran; a
+// run-time error that comes up is shown, and the connection then stays open. A file without a name
+// isn't written.
+bool GenerateFromText(ModelToProject& state, const std::string& textFileName,
+                      const std::string& mpxFileName, const std::string& xmlFileName = {});
+
+// The same for the model of another database.
+bool GenerateFromStoredModel(ModelToProject& state, const translator::StoredModel& model,
+                             const std::string& mpxFileName, const std::string& xmlFileName);
+
+// Closes gMspConn and drops it.
+void CloseMspConnection(ModelToProject& state);
 
 }  // namespace merivane::shell

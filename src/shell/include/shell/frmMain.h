@@ -5,7 +5,6 @@
 
 #include "program/program.h"
 #include "shell/frmIDEF3ToProject.h"
-#include "shell/frmOptions.h"
 #include "shell/frmProjectToIDEF3.h"
 #include "shell/modOptions.h"
 

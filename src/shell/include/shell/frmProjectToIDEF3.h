@@ -36,7 +36,7 @@ class frmProjectToIDEF3 : public Form {
   TextBox txtInterimDB;
   TextBox txtXML{"", false};
   TextBox txtInterimDB_xml;
-  ComboBox comboProject{{}, {}, false, true};
+  ComboBox comboProject{.enabled = false};
   std::string SSTabInput = kDatabaseTab;  // caption of the active tab
   CheckBox optLaunchCelvar;
 

@@ -1,13 +1,14 @@
-// Application paths from the registry, and the start of programs on a file.
+// Application paths from the registry, the form that shows them, and the start of programs on a
+// file.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/desktop.h"
+#include "shell/form.h"
 
 namespace merivane::shell {
-
-using namespace platform;
 
 inline constexpr const char* kProject2000Key = "MSProject.Project.9\\shell\\open\\command";
 inline constexpr const char* kProject98Key = "MSProject.Project.8\\shell\\open\\command";
@@ -30,5 +31,24 @@ void ExecuteApp(Desktop& desktop, const std::string& commandLine);
 
 // Position of the first blank lies inside the first `length` - 1 characters.
 bool HasInnerBlank(const std::string& name, std::size_t length);
+
+// Shows the paths; they can't be edited here. Caption "Application Paths".
+class frmOptions : public Form {
+ public:
+  static constexpr int kHelpContextId = 4000;
+  static constexpr int kHelpButtonContextId = 4001;
+
+  explicit frmOptions(Desktop& desktop) : desktop_(desktop) {}
+
+  std::vector<std::string> listPaths;
+
+  void cmdOK() { Unload(); }
+
+ protected:
+  void Load() override;
+
+ private:
+  Desktop& desktop_;
+};
 
 }  // namespace merivane::shell

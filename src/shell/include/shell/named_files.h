@@ -1,5 +1,5 @@
-// The files that a run was given, before it replaces or changes anything: their names are held
-// against each other, and the heads of its sources read.
+// The files of a run by their names: how a browse button takes one, how they are held against each
+// other, and how the heads of the sources are read before anything is replaced or changed.
 #pragma once
 
 #include <optional>
@@ -8,13 +8,33 @@
 
 #include "mspdi/plan_reader.h"
 #include "neutraltext/modGlobal.h"
+#include "platform/desktop.h"
+#include "runtime/file_names.h"
 
 namespace merivane::shell {
 
+using namespace neutraltext;
+
+// True when the last three characters are the extension, in any case.
+bool HasExtension(const std::string& name, const std::string& extension);
+
+// Asks for a file name; `current` is the one chosen so far. Nothing when the dialog was cancelled,
+// or when the last three characters are not the extension (any case), which shows a box. Otherwise
+// the name without outer blanks.
+std::optional<std::string> BrowseForFile(Desktop& desktop, FileDialog dialog,
+                                         const std::string& current, const std::string& extension);
+
+// True for a file that is there; False for a folder and for nothing.
+bool FileIsThere(const std::string& path);
+
+// "Cannot Open Merivane Access Database Template: " and the path.
+void ShowTemplateMissing(Desktop& desktop, const std::string& path);
+
+// A file that a run was given.
 struct NamedFile {
   std::string role;  // as the user knows it: "the model", "--mpx"
   std::string path;  // UTF-8, trimmed; empty: not given
-  bool written = false;
+  FileUse use = FileUse::kRead;
   std::string askedWord = {};  // must be said where a file stands already; empty: nothing
 };
 
@@ -22,8 +42,6 @@ struct NamedFile {
 // kind too) that the run would write, one that it would write has no folder, or a file stands where
 // its word was not said.
 std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files);
-
-using namespace neutraltext;
 
 // False where the file can't be read, is empty or of another kind; the reader's own box was shown.
 bool ProveModelText(ModelToProject& state, const std::string& path);

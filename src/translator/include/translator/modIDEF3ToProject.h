@@ -1,10 +1,15 @@
-// The pass from the interim tables to tasks, resources, links and assignments.
+// The pass from the interim tables to tasks, resources, links and assignments, and what it begins
+// with where the model stands in a database already.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "program/error_boxes.h"
 #include "program/program.h"
+#include "runtime/rtf_notes.h"
+#include "runtime/value.h"
 
 namespace merivane::translator {
 
@@ -14,5 +19,52 @@ using namespace program;
 // by side into an MPX file, which stays open (flushed) until the program ends. Any failure ends the
 // program through FatalAbort.
 void TranslateToProject(ModelToProject& state, const std::string& mpxFileName);
+
+// The project of another database whose model is translated.
+struct StoredModel {
+  std::string database;
+  std::int32_t project = 0;
+};
+
+// Whether there is a scenario of that project. Errors of the database come up as RunTimeErrors.
+bool HoldsModel(Workspace& workspace, const StoredModel& model);
+
+// In the place of a read: brings the model as gMspProjId into gMspConn, without the marks of an
+// earlier translation. Of one that was merged or built from a plan, units and resources are those
+// of its plan tables, as its text has them. Errors of either database come up.
+void TakeStoredModel(ModelToProject& state, const StoredModel& model);
+
+// Behind the translation: the start date that a plan brought in, where there is one. A plan's text
+// has no head for a model that has a start date before.
+void TakeStartDate(ModelToProject& state, const StoredModel& model);
+
+// Of the note of a task, which is a glossary in RTF.
+inline constexpr std::size_t kMostNoteBytes = 20000;
+
+// Characters of the longest glossary that a note takes; a longer one ends the translation.
+inline constexpr std::size_t kLongestGlossary =
+    kMostNoteBytes - kRtfNoteHead.size() - kRtfNoteTail.size();
+
+enum class PlanRow { kTask, kLink, kAssignment };
+
+// Hears which path the translator takes behind each fan-out that offers several, and what it adds
+// to the plan.
+class TranslationListener {
+ public:
+  virtual ~TranslationListener() = default;
+
+  // The path behind this junction is looked for.
+  virtual void OnFanOut(const Value& junctionNum) = 0;
+  // `ownFact`: a path fact of the junction was read. The path leads along the link of that ID to
+  // the junction "J" and the digits; nothing is left out while the two are not both numbers.
+  virtual void OnPath(bool ownFact, const std::string& linkId,
+                      const std::string& junctionDigits) = 0;
+  // All paths are taken, and the units numbered. False ends the translation without tasks.
+  virtual bool OnPathsTaken() = 0;
+  // A row comes next, and nothing more can fail on its way. Whether it goes into the database.
+  virtual bool OnRow(PlanRow row) = 0;
+  // All tasks have been told of. False ends the translation without their outline numbers.
+  virtual bool OnTasksWritten() = 0;
+};
 
 }  // namespace merivane::translator

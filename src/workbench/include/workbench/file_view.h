@@ -13,10 +13,13 @@
 #include <string_view>
 #include <vector>
 
+#include "inspect/differences.h"
 #include "inspect/model_snapshot.h"
 #include "pictures/diagram.h"
 #include "pictures/picture.h"
 #include "pictures/process_model.h"
+#include "platform/desktop.h"
+#include "store/connection.h"
 
 namespace merivane::workbench {
 
@@ -91,5 +94,37 @@ std::optional<std::size_t> ElementOfBar(const FileView& view, std::string_view b
 
 // The same element in the view that a file gives when it is read or translated again.
 std::optional<std::size_t> SameElement(const Element& element, const FileView& view);
+
+using namespace platform;
+
+// By the ending. A database of Microsoft Project may bear any: what is none of the others is held
+// for one, and opening it tells whether it is.
+FileKind KindOfOpened(const std::string& path);
+
+// One project of an open database, with the model where it holds one. What a table lacks or can't
+// be read stays out, and a line tells why. Errors of the database come up only where it holds
+// neither a model nor a plan that can be read.
+FileView ViewDatabase(Connection& connection, std::int32_t project, const DateTime& today);
+
+// An MPX file or planning XML, brought into a temporary database, which is gone on return. What the
+// reader shows is told in lines. Progress is shown on `shown`, from where RunCancelled comes up.
+// Errors: a file that can't be opened, or of which no task can be read; the description is what the
+// reader shows then.
+FileView ViewPlanFile(const std::string& path, Desktop& shown);
+
+struct PlannedMerge {
+  std::string plan;      // UTF-8, so below
+  std::string database;  // that holds the model
+  std::int32_t project = 0;
+  bool isComplete = false;
+  bool operator==(const PlannedMerge&) const = default;
+};
+
+// Tries the merge in a copy; nothing of the user's is touched. Notes tell what its preview tells,
+// and elements, diagrams and chart have marks of it. Where the merge stops, what it would change
+// without the stops is shown; where nothing comes of it, the model as it is. Pictures that can't be
+// made are told in a line. Progress is shown on `shown`, from where RunCancelled comes up. Errors
+// are those of the preview.
+FileView ViewMerge(const PlannedMerge& merge, Desktop& shown);
 
 }  // namespace merivane::workbench

@@ -1,4 +1,4 @@
-#include "recent_files.h"
+#include "user_settings.h"
 
 #include <QFileDialog>
 #include <QMenu>

@@ -1,8 +1,12 @@
-// Names of the files that were taken last, kept for each user.
+// What is kept for each user: the files that were taken last, their folders, the places of windows.
 #pragma once
 
+#include <QObject>
+#include <QSize>
 #include <QString>
 #include <QStringList>
+
+class QWidget;
 
 namespace merivane::desktop {
 
@@ -29,5 +33,18 @@ class RecentFiles {
 // where none was taken, or where the folder is there no more.
 QString LastFolder(const QString& ending);
 void KeepLastFolder(const QString& ending, const QString& folder);
+
+// Gives a window the place and the size that it had last under its object name, or the usual size,
+// and never more than its screen has room for; keeps both when it goes. It belongs to the window.
+class WindowPlace : public QObject {
+ public:
+  WindowPlace(QWidget& window, const QSize& usual);
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  void Keep();
+
+  QWidget& window_;
+};
 
 }  // namespace merivane::desktop
