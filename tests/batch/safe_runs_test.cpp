@@ -1,7 +1,4 @@
 // Whatever a run meets, the files that stood are whole afterwards, and what failed is told.
-#include <cstdint>
-#include <memory>
-#include <new>
 #include <thread>
 
 #include "batch_fixture.h"
@@ -173,23 +170,6 @@ TEST_F(SafeRuns, ALinkThatLeadsNowhereYetIsFollowed) {
   Succeed("to-project @model.txt --database @link.mdb");
   EXPECT_TRUE(fs::is_symlink(folder.Path("link.mdb")));
   EXPECT_TRUE(fs::is_regular_file(folder.Path("target.mdb")));
-}
-#endif
-
-#ifndef __SANITIZE_ADDRESS__  // which ends the program
-TEST(Memory, ThatCanNotBeHadIsAnErrorThatCanBeTold) {
-  volatile std::size_t tooMuch = PTRDIFF_MAX - 4096;
-  constexpr std::align_val_t kLine{64};
-  void* none = nullptr;
-  EXPECT_THROW(none = operator new(tooMuch), std::bad_alloc);
-  EXPECT_THROW(none = operator new[](tooMuch), std::bad_alloc);
-  EXPECT_THROW(none = operator new(tooMuch, kLine), std::bad_alloc);
-  EXPECT_EQ(none, nullptr);
-  EXPECT_EQ(operator new(tooMuch, std::nothrow), nullptr);
-  EXPECT_EQ(operator new[](tooMuch, kLine, std::nothrow), nullptr);
-  const auto free = [](void* block) { operator delete(block, kLine); };
-  const std::unique_ptr<void, decltype(free)> block(operator new(1, kLine), free);
-  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.get()) % 64, 0U);
 }
 #endif
 

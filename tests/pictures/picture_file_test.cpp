@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "environment.h"
 #include "error_of.h"
 #include "runtime/run_time_error.h"
 #include "temporary_folder.h"
@@ -102,7 +103,8 @@ TEST(PictureFileTest, APlaceThatRefusesIsTold) {
 #ifndef _WIN32
 TEST(PictureFileTest, WhatCannotBeRenderedIsToldAndTheFileStays) {
   const TemporaryFolder folder;
-  setenv("FONTCONFIG_FILE", folder.Write("fonts.conf", "<fontconfig/>").c_str(), 1);
+  const EnvironmentVariable fonts("FONTCONFIG_FILE");
+  fonts.Set(folder.Write("fonts.conf", "<fontconfig/>"));
   for (const char* name : {"a.png", "a.pdf"}) {
     const std::string path = folder.Write(name, "old");
     std::string told;
@@ -110,7 +112,6 @@ TEST(PictureFileTest, WhatCannotBeRenderedIsToldAndTheFileStays) {
     EXPECT_EQ(told, "the picture can't be drawn: no font is installed");
     EXPECT_EQ(ReadFile(path), "old");
   }
-  unsetenv("FONTCONFIG_FILE");
 }
 #endif
 

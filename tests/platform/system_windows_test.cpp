@@ -4,7 +4,6 @@
 #include <shlobj.h>
 
 #include <filesystem>
-#include <thread>
 
 #include "environment.h"
 #include "platform/program_run.h"
@@ -90,12 +89,6 @@ class WindowsProgramStart : public testing::Test {
     fs::copy_file(fs::path(system) / "cmd.exe",
                   runtime::PathOf(folder_.Path("a b/r\u00e4n it.exe")));
   }
-  std::string Output() const {
-    for (int i = 0; i < 1000 && !fs::exists(folder_.Path("out")); ++i) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return ReadFile(folder_.Path("out"));
-  }
   TemporaryFolder folder_;
 };
 
@@ -104,7 +97,7 @@ TEST_F(WindowsProgramStart, APathWithBlanksStartsInQuotes) {
   const std::string commands = " /c \"echo x y>\"" + folder_.Path("part") + "\" & move \"" +
                                folder_.Path("part") + "\" \"" + folder_.Path("out") + "\"\"";
   ASSERT_TRUE(StartDetached("\"" + program + "\"" + commands));
-  EXPECT_TRUE(Output().starts_with("x y"));
+  EXPECT_TRUE(folder_.Awaited("out").starts_with("x y"));
   for (const std::string& line :
        {""s, "  "s, folder_.Path("none.exe"), folder_.Path("."), folder_.Write("text", "text")}) {
     EXPECT_FALSE(StartDetached(line)) << line;

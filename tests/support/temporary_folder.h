@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "runtime/file_names.h"
 
@@ -41,6 +43,19 @@ class TemporaryFolder {
     std::ofstream(runtime::PathOf(Path(name)), std::ios::binary)
         .write(bytes.data(), std::ssize(bytes));
     return Path(name);
+  }
+
+  // Waits for a file that another program puts there whole, and takes it away.
+  std::string Awaited(const std::string& name) const {
+    const std::filesystem::path file = runtime::PathOf(Path(name));
+    for (int i = 0; i < 1000 && !std::filesystem::exists(file); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
+    return bytes.str();
   }
 
  private:

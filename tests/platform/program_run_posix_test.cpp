@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <thread>
 
 #include "environment.h"
 #include "platform/program_run.h"
@@ -23,16 +22,6 @@ class ProgramStartTest : public testing::Test {
     std::string path = folder_.Write(name, "#!/bin/sh\n" + body);
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     return path;
-  }
-
-  // What a started program wrote under its own name once it was done.
-  std::string Output() const {
-    for (int i = 0; i < 1000 && !std::filesystem::exists(folder_.Path("out")); ++i) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    std::string output = ReadFile(folder_.Path("out"));
-    std::filesystem::remove(folder_.Path("out"));
-    return output;
   }
 
   // Prints its arguments line by line into `out`, in one step.
@@ -54,7 +43,7 @@ TEST_F(ProgramStartTest, WordsEndAtBlanksOutsideQuotes) {
       {plain + std::string(" seen\0 unseen", 13), "seen\n"}};
   for (const auto& [commandLine, output] : cases) {
     ASSERT_TRUE(StartDetached(commandLine)) << commandLine;
-    EXPECT_EQ(Output(), output) << commandLine;
+    EXPECT_EQ(folder_.Awaited("out"), output) << commandLine;
   }
 }
 
@@ -72,7 +61,7 @@ TEST_F(ProgramStartTest, TheProgramLivesOnItsOwn) {
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
   std::ofstream(go) << "go\n";
-  const std::string output = Output();
+  const std::string output = folder_.Awaited("out");
   EXPECT_TRUE(output.ends_with(" go\n")) << output;
   EXPECT_NE(getsid(std::stoi(output)), getsid(0));
   std::ofstream(end) << "end\n";
@@ -95,7 +84,7 @@ TEST_F(ProgramStartTest, PagesGoToTheDesktopsOpener) {
   Printer("xdg-open");
   path.Set(folder_.Path(".") + ":" + saved);
   EXPECT_GE(OpenInBrowser("https://example.org/a b?\"c\""), 33);
-  EXPECT_EQ(Output(), "https://example.org/a b?\"c\"\n");
+  EXPECT_EQ(folder_.Awaited("out"), "https://example.org/a b?\"c\"\n");
   Script("xdg-open", "sleep 0.1; exit 4\n");
   int turns = 0;
   EXPECT_EQ(OpenInBrowser("https://example.org/", [&] { ++turns; }), 2);
