@@ -17,6 +17,13 @@ using namespace pictures;
 
 namespace {
 
+DatedPlan ReadDatabase(Workspace& workspace, const std::string& path, std::int32_t project,
+                       const DateTime& today) {
+  Connection connection(workspace);
+  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  return ReadDatedPlan(connection, project, today);
+}
+
 // The plan as it was, from an XML file or from another database.
 DatedPlan ReadBefore(const Session& session, const std::string& path, std::int32_t project) {
   const DateTime today = session.desktop.Today();
@@ -25,9 +32,7 @@ DatedPlan ReadBefore(const Session& session, const std::string& path, std::int32
     return DatedPlanOf(mspdi::PlanOfFile(file, today), mspdi::StoredDatesOf(file), today);
   }
   Workspace workspace;
-  Connection connection(workspace);
-  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
-  return ReadDatedPlan(connection, project, today);
+  return ReadDatabase(workspace, path, project, today);
 }
 
 int Draw(Session& session, const ChartArguments& options) {
@@ -35,9 +40,8 @@ int Draw(Session& session, const ChartArguments& options) {
   const auto project = FindProject(ListProjects(session.program.workspace, options.database),
                                    options.project, reason);
   if (!project) return session.Refuse(reason);
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
-  const DatedPlan plan = ReadDatedPlan(connection, *project, session.desktop.Today());
+  std::optional plan =
+      ReadDatabase(session.program.workspace, options.database, *project, session.desktop.Today());
   pictures::ChartOptions drawn{.columns = options.columns,
                                .foot = FootOf(session, options.database)};
   std::optional<DatedPlan> before;
@@ -47,10 +51,14 @@ int Draw(Session& session, const ChartArguments& options) {
     return session.TellFailure(options.against, error);
   }
   if (before) drawn.before = &*before;
-  const pictures::Picture chart = DrawChart(plan, drawn);
+  std::vector<Picture> chart;
+  chart.push_back(DrawChart(*plan, drawn));
+  const std::string described = chart.front().description;
+  plan.reset();  // so that no more than the picture is in memory while it is written
+  before.reset();
   SayIfSmall(session, options.output,
-             pictures::WritePictures({chart}, session.kept.NewOutput(options.output)));
-  session.Report(ToUtf8(chart.description) + "; written: " + options.output);
+             pictures::WritePictures(std::move(chart), session.kept.NewOutput(options.output)));
+  session.Report(ToUtf8(described) + "; written: " + options.output);
   return kDone;
 }
 

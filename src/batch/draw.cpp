@@ -66,12 +66,15 @@ int Draw(Session& session, const DrawOptions& options, ProcessModel model,
     return kFailed;
   }
   if (!Choose(session, options.scenario, model.scenarios)) return kRefused;
-  const std::vector<Diagram> diagrams =
+  std::vector<Diagram> diagrams =
       DrawDiagrams(model.scenarios, {.objects = options.objects, .note = note});
   std::vector<Picture> drawings;
   drawings.reserve(diagrams.size());
-  for (const Diagram& diagram : diagrams) drawings.push_back(diagram.picture);
-  const double factor = WritePictures(drawings, session.kept.NewOutput(options.output));
+  for (Diagram& diagram : diagrams) {
+    drawings.push_back(std::move(diagram.picture));
+    diagram.picture.title = drawings.back().title;  // told below
+  }
+  const double factor = WritePictures(std::move(drawings), session.kept.NewOutput(options.output));
   SayHowDrawn(session, diagrams, options.output, factor);
   const bool asAsked = std::none_of(diagrams.begin(), diagrams.end(), [](const Diagram& diagram) {
     return !diagram.whyListed.empty();

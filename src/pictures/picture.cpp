@@ -1,6 +1,7 @@
 #include "pictures/picture.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace merivane::pictures {
 
@@ -20,10 +21,10 @@ void MoveDown(Shape& shape, double by) {
 
 }  // namespace
 
-Picture Stacked(const std::vector<Picture>& pictures) {
-  if (pictures.size() == 1) return pictures.front();
+Picture Stacked(std::vector<Picture> pictures) {
+  if (pictures.size() == 1) return std::move(pictures.front());
   Picture all;
-  for (const Picture& picture : pictures) {
+  for (Picture& picture : pictures) {
     if (all.figures.empty()) {
       all.id = picture.id;
       all.title = picture.title;
@@ -32,7 +33,7 @@ Picture Stacked(const std::vector<Picture>& pictures) {
     }
     all.description += (all.description.empty() ? "" : "\n") + picture.description;
     all.width = std::max(all.width, picture.width);
-    for (Figure figure : picture.figures) {
+    for (Figure& figure : picture.figures) {
       figure.area.top += all.height;
       for (Shape& shape : figure.shapes) MoveDown(shape, all.height);
       all.figures.push_back(std::move(figure));

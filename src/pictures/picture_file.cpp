@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 #include "pictures/svg.h"
 #include "rendered_formats.h"
@@ -44,21 +45,29 @@ bool IsPictureName(const std::string& path) {
                      [&](const std::string& ending) { return EndsWith(path, ending); });
 }
 
-double WritePictures(const std::vector<Picture>& pictures, const Output& output) {
+double WritePictures(std::vector<Picture> pictures, const Output& output) {
   for (const RenderedFormat& format : RenderedFormats()) {
     if (!EndsWith(output.path, format.ending)) continue;
     const Rendering rendering = format.render(pictures);
     WriteFile(output, rendering.bytes);
     return rendering.factor;
   }
-  WriteFile(output, ToSvgFile(Stacked(pictures)));
+  const Picture whole = Stacked(std::move(pictures));
+  WriteFile(output, [&whole](std::ostream& file) {
+    ToSvgFile(whole,
+              [&file](std::string_view piece) { file.write(piece.data(), std::ssize(piece)); });
+  });
   return 1;
 }
 
 void WriteFile(const Output& output, std::string_view bytes) {
+  WriteFile(output, [bytes](std::ostream& file) { file.write(bytes.data(), std::ssize(bytes)); });
+}
+
+void WriteFile(const Output& output, const std::function<void(std::ostream& file)>& write) {
   std::ofstream file(PathOf(output.path), std::ios::binary);
   if (!file) throw FileError(kPermissionDenied, output.name);
-  file.write(bytes.data(), std::ssize(bytes));
+  write(file);
   file.close();
   if (!file) throw FileError(kDiskFull, output.name);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <string_view>
 
 #include "pictures/style.h"
 #include "text_lines.h"
@@ -10,15 +12,26 @@ namespace merivane::pictures {
 
 namespace {
 
+constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
 std::string Attribute(const char* name, const std::string& value) {
   return std::string(" ") + name + "=\"" + value + '"';
 }
 
 class SvgWriter {
  public:
+  using Take = std::function<void(std::string_view piece)>;
+
   SvgWriter(const Picture& picture, bool inPage) : picture_(picture), inPage_(inPage) {}
 
   std::string Write() {
+    std::string whole;
+    Write([&whole](std::string_view piece) { whole += piece; });
+    return whole;
+  }
+
+  void Write(const Take& take) {
+    constexpr std::size_t kPiece = 1 << 16;
     const std::string width = Number(picture_.width);
     const std::string height = Number(picture_.height);
     out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"" +
@@ -29,9 +42,13 @@ class SvgWriter {
             Escaped(picture_.title) + "</title>\n<desc>" + Escaped(picture_.description) +
             "</desc>\n";
     if (!inPage_) out_ += "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
-    for (const Figure& figure : picture_.figures) Add(figure);
-    out_ += "</svg>\n";
-    return std::move(out_);
+    for (const Figure& figure : picture_.figures) {
+      Add(figure);
+      if (out_.size() < kPiece) continue;
+      take(out_);
+      out_.clear();
+    }
+    take(out_ + "</svg>\n");
   }
 
  private:
@@ -135,7 +152,12 @@ std::string SheetOf(const Picture& picture, const Area& area) {
 }  // namespace
 
 std::string ToSvgFile(const Picture& picture) {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + SvgWriter(picture, false).Write();
+  return kDeclaration + SvgWriter(picture, false).Write();
+}
+
+void ToSvgFile(const Picture& picture, const std::function<void(std::string_view piece)>& take) {
+  take(kDeclaration);
+  SvgWriter(picture, false).Write(take);
 }
 
 std::string ToSvgElement(const Picture& picture) { return SvgWriter(picture, true).Write(); }

@@ -125,6 +125,6 @@ struct Picture {
 };
 
 // One below the other, under the first one's id.
-Picture Stacked(const std::vector<Picture>& pictures);
+Picture Stacked(std::vector<Picture> pictures);
 
 }  // namespace merivane::pictures

@@ -1,6 +1,8 @@
 // Pictures as files.
 #pragma once
 
+#include <functional>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,9 +25,11 @@ bool IsPictureName(const std::string& path);
 // PDF each on a page of its own size. Gives the factor by which a PNG had to be smaller than usual,
 // or a PDF's page than it is, to stay within what programs read; 1 where it did not. Errors: 57 a
 // picture that can't be drawn, and those of WriteFile.
-double WritePictures(const std::vector<Picture>& pictures, const Output& output);
+double WritePictures(std::vector<Picture> pictures, const Output& output);
 
-// Empties or makes the file and writes the bytes. Errors: 61, 70; the description names the file.
+// Empties or makes the file and writes the bytes, or what `write` gives. Errors: 61, 70; the
+// description names the file.
 void WriteFile(const Output& output, std::string_view bytes);
+void WriteFile(const Output& output, const std::function<void(std::ostream& file)>& write);
 
 }  // namespace merivane::pictures

@@ -1,14 +1,18 @@
 // A picture as SVG.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "pictures/picture.h"
 
 namespace merivane::pictures {
 
-// A whole SVG document in UTF-8, on white. Every text comes out as text, whatever it holds.
+// A whole SVG document in UTF-8, on white; `take` gets it piece by piece. Every text comes out as
+// text, whatever it holds.
 std::string ToSvgFile(const Picture& picture);
+void ToSvgFile(const Picture& picture, const std::function<void(std::string_view piece)>& take);
 
 // The same as an element for an HTML page, with a class for each kind of shape, so that the page
 // can colour it. Ids of figures carry the picture's id in front ("scenario-3-unit-5").
