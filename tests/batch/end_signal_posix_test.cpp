@@ -60,11 +60,7 @@ std::string LongModel() {
     units += UnitOf(std::to_string(number), number % 2 == 1 ? "Cut" : "Sand", "");
   }
   parts.scenarios = Scenario("1", "Shop", "", units);
-  std::string text;
-  for (const char character : ModelOf(parts)) {
-    text += character == '|' ? "\r\n" : std::string(1, character);
-  }
-  return text;
+  return FileText(ModelOf(parts));
 }
 
 TEST_F(EndSignal, UndoesTheRunAndLeavesNothingTemporary) {

@@ -81,15 +81,9 @@ TEST_F(Batch, ChoiceIsTakenFromTheCommandLineOrTheUserCancels) {
   EXPECT_EQ(Log().at(0)["chooser"]["answer"], first);
 }
 
-class OwnTextCommands : public Batch {
- protected:
-  OwnTextCommands() {
-    Succeed("to-project %festival.txt --database @plan.mdb");
-    Succeed("to-model --database @plan.mdb --project 1 --output @model.txt");
-  }
-};
-
-TEST_F(OwnTextCommands, AreAskedForAndCountTheLinesOfTheFile) {
+TEST_F(Batch, ATextOfItsOwnIsAskedForAndTheLinesOfTheFileCount) {
+  Succeed("to-project %festival.txt --database @plan.mdb");
+  Succeed("to-model --database @plan.mdb --project 1 --output @model.txt");
   EXPECT_EQ(Run("to-project @model.txt --database @again.mdb"), kDoneWithMessages);
   EXPECT_THAT(err.str(), AllOf(HasSubstr("model.txt is in the form that Merivane writes"),
                                HasSubstr("--own-text")));

@@ -26,9 +26,7 @@ inline std::vector<std::string> LinesOf(const std::string& model) {
 class CheckFixture : public DatabaseFixture {
  protected:
   std::string Write(const std::string& model) {
-    std::string text;
-    for (const std::string& line : LinesOf(model)) text += line + "\r\n";
-    return folder.Write("model.txt", text);
+    return folder.Write("model.txt", FileText(model + "|"));
   }
 
   bool TranslationStumbles(const std::string& model) {

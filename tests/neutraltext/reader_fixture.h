@@ -25,12 +25,7 @@ class ReaderTest : public DatabaseFixture {
     ReadNeutralText(State(), folder.Write(std::to_string(++reads_) + ".txt", bytes));
     return desktop.MessageTexts();
   }
-  std::vector<std::string> Read(std::string text) {
-    for (std::size_t at = 0; (at = text.find('|', at)) != std::string::npos;) {
-      text.replace(at, 1, "\r\n");
-    }
-    return ReadBytes(text);
-  }
+  std::vector<std::string> Read(const std::string& text) { return ReadBytes(FileText(text)); }
   std::vector<std::string> ReadScenarios(std::string_view scenarios) {
     return Read(With(kModel, {{kScenario, scenarios}}));
   }

@@ -7,14 +7,12 @@
 #include <string_view>
 #include <vector>
 
-#include "database_fixture.h"
 #include "mpx/mpx_format.h"
-#include "roundtrip/modMpxtoIDEF3.h"
+#include "round_fixture.h"
 
 namespace merivane::test {
 
 using namespace mpx;
-using namespace roundtrip;
 
 inline constexpr std::int16_t kMergePlan = -1;
 inline constexpr std::int16_t kRebuildModel = 0;
@@ -52,7 +50,7 @@ inline std::string Plan(const std::string& resources, const std::string& tasks,
          "\r\n" + tasks;
 }
 
-class MpxFixture : public DatabaseFixture {
+class MpxFixture : public RoundFixture {
  protected:
   ProjectToModel& State() { return program->projectToModel; }
 
@@ -71,8 +69,7 @@ class MpxFixture : public DatabaseFixture {
     tables.reset();
     State().gInterimConn = Connect();
     State().gInterimProjId = 1;
-    State().gOutFile = program->files.FreeFile();
-    program->files.OpenForOutput(State().gOutFile, folder.Path("model.txt"));
+    text_ = OpenOutput(State());
     const bool done = driver();
     State().gInterimConn.reset();
     State().gProjectConn.reset();
@@ -105,9 +102,12 @@ class MpxFixture : public DatabaseFixture {
     return text;
   }
 
-  std::string Model() { return ReadFile(folder.Path("model.txt")); }
+  std::string Model() { return ReadFile(text_); }
 
   std::unique_ptr<Connection> tables = Connect();
+
+ private:
+  std::string text_;
 };
 
 }  // namespace merivane::test

@@ -8,18 +8,9 @@
 #include "changed_text.h"
 #include "mpx_fixture.h"
 #include "mspdi/plan_reader.h"
-#include "mspdi/plan_writer.h"
-#include "neutraltext/modGlobal.h"
-#include "neutraltext/modProjectToIDEF3.h"
 #include "runtime/text.h"
-#include "translator/modIDEF3ToProject.h"
-#include "translator/multi.h"
 
 namespace merivane::test {
-
-using namespace mspdi;
-using namespace neutraltext;
-using namespace translator;
 
 namespace {
 
@@ -44,19 +35,10 @@ constexpr const char* kTables[] = {"MSP_PROJECTS",         "MSP_TASKS",
 class RoundTrip : public MpxFixture {
  protected:
   void SendOut(const std::string& sample) {
-    desktop.onModalForm = [](ModalForm& form) { dynamic_cast<multi&>(form).Choose(0); };
     tables.reset();
-    program = std::make_unique<Program>(desktop);
-    std::filesystem::copy_file(TemplateDatabase(), databasePath,
-                               std::filesystem::copy_options::overwrite_existing);
-    OpenForModel();
     const std::string plan = folder.Path("sent.mpx");
-    ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/" + sample + ".txt");
-    TranslateToProject(program->modelToProject, plan);
-    const std::string planXml = folder.Path("sent.xml");
-    mspdi::WritePlan(*program->modelToProject.gMspConn, 1, desktop.today, planXml);
-    xml = ReadFile(planXml);
-    program->modelToProject.gMspConn.reset();
+    RoundFixture::Translate(MERIVANE_SAMPLES "/" + sample + ".txt", plan);
+    xml = WritePlan();
     program = std::make_unique<Program>(desktop);
     mpx = ReadFile(plan);
     tables = Connect();
@@ -101,12 +83,7 @@ class RoundTrip : public MpxFixture {
   }
 
   // What the direct writer makes of the database by itself.
-  std::string TextOfDatabase() {
-    State().gProjectConn = Connect();
-    program->files.OpenForOutput(State().gOutFile, folder.Path("again.txt"));
-    EXPECT_TRUE(GenerateTextFromProject(State()));
-    return ReadFile(folder.Path("again.txt"));
-  }
+  std::string TextOfDatabase() { return ReadFile(WriteText()); }
 
   std::string mpx;
   std::string xml;
@@ -152,9 +129,8 @@ TEST_P(UnchangedPlan, AsXmlLeavesTheModelAsItWas) {
   const std::string ofXml = Table(predecessors);
   EXPECT_TRUE(BringBack());
   EXPECT_EQ(Table(predecessors), ofXml) << "pairs that start or end together among others";
-  mspdi::WritePlan(*tables, 1, desktop.today, folder.Path("again.xml"));
-  const mspdi::FilePlan again = mspdi::ReadPlanFile(folder.Path("again.xml"));
-  const mspdi::FilePlan sent = mspdi::ReadPlanFile(folder.Path("sent.xml"));
+  const mspdi::FilePlan again = mspdi::ReadPlanFile(folder.Write("again.xml", WritePlan()));
+  const mspdi::FilePlan sent = mspdi::ReadPlanFile(folder.Write("sent.xml", xml));
   EXPECT_EQ(again.tasks.size(), sent.tasks.size());
   EXPECT_EQ(again.assignments.size(), sent.assignments.size());
 }
@@ -304,12 +280,11 @@ TEST_F(RoundTrip, SamePlanAsMpxAndAsXmlGivesTheSameModel) {
   };
   const std::string dump = withoutQuotes(Dump());
   const std::string model = withoutQuotes(Model());
-  const std::string planXml = folder.Path("same.xml");
-  mspdi::WritePlan(*tables, 1, desktop.today, planXml);
+  const std::string planXml = WritePlan();
   tables.reset();
   std::filesystem::copy_file(TemplateDatabase(), databasePath,
                              std::filesystem::copy_options::overwrite_existing);
-  ASSERT_TRUE(TranslateXmlText(ReadFile(planXml), kRebuildModel));
+  ASSERT_TRUE(TranslateXmlText(planXml, kRebuildModel));
   EXPECT_THAT(desktop.MessageTexts(),
               testing::ElementsAre("A model doesn't take everything of this plan:\n"
                                    "1 lag of a link: left out\n1 start-to-finish link: left out"));
@@ -330,7 +305,7 @@ TEST_P(PlansOfProject, BecomeModelsAndComeOutAgain) {
   for (const std::string& message : desktop.MessageTexts()) {
     EXPECT_THAT(message, testing::HasSubstr(untaken));
   }
-  mspdi::WritePlan(*tables, 1, desktop.today, folder.Path("again.xml"));
+  const std::string again = folder.Write("again.xml", WritePlan());
   const auto shown = [](const mspdi::FilePlan& plan) {
     std::ostringstream text;
     for (const auto& task : plan.tasks) {
@@ -344,7 +319,7 @@ TEST_P(PlansOfProject, BecomeModelsAndComeOutAgain) {
     for (const auto& a : plan.assignments) text << a.task << a.resource << a.units << "\n";
     return text.str();
   };
-  EXPECT_EQ(shown(mspdi::ReadPlanFile(folder.Path("again.xml"))), shown(mspdi::ReadPlanFile(path)));
+  EXPECT_EQ(shown(mspdi::ReadPlanFile(again)), shown(mspdi::ReadPlanFile(path)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, PlansOfProject,

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class KeptFilesTest : public DatabaseFixture {};
+using KeptFilesTest = DatabaseFixture;
 
 // Its temporary name would be cleared away by a run on a later day.
 TEST_F(KeptFilesTest, ACopyThatCanNotBePutBackIsKeptUnderALastingName) {

@@ -89,21 +89,17 @@ TEST_F(ProjectToModelForm, ASecondTargetClosesTheFirstAndBothAreEmptied) {
             "Cannot Open Output File: " + folder.Path("no folder/third.txt"));
 }
 
-TEST_F(ProjectToModelForm, NewInterimNameSkipsTheQuestion) {
+TEST_F(ProjectToModelForm, ANewInterimNameSkipsTheQuestionAndNeedsATemplate) {
   state.gRoundTripMerge = true;
   BrowseInterim(folder.Path("fresh.mdb"));
   EXPECT_FALSE(state.gRoundTripMerge);
   EXPECT_EQ(state.gInterimProjId, 1);
   EXPECT_TRUE(state.gInterimConn && state.gInterimConn->IsOpen());
-}
-
-TEST_F(ProjectToModelForm, MissingTemplateIsToldAndTheCopyFails) {
   desktop.templatePath = folder.Path("none.mdb");
-  BrowseInterim(folder.Path("fresh.mdb"));
+  BrowseInterim(folder.Path("another.mdb"));
   ASSERT_EQ(desktop.boxes.size(), 2U);
-  const auto& box = desktop.boxes[1];
-  EXPECT_EQ(box.title, "Error");
-  EXPECT_EQ(box.icon, MessageIcon::kExclamation);
+  EXPECT_EQ(desktop.boxes[1].title, "Error");
+  EXPECT_EQ(desktop.boxes[1].icon, MessageIcon::kExclamation);
   EXPECT_EQ(desktop.beeps, 1);
 }
 

@@ -66,23 +66,23 @@ TEST_F(RunParts, ACancelledRunLeavesItsTargetsAsTheyWere) {
   for (const bool cancels : {true, false}) {
     SCOPED_TRACE(cancels);
     auto connection = Connect();
+    const auto take = [&] {
+      connection->BeginWrite();
+      return true;
+    };
+    const auto write = [&] {
+      Recordset set;
+      set.OpenDynamic("select * from MSP_PROJECTS", connection.get());
+      set.AddNew({"PROJ_ID", "PROJ_NAME"}, {2, "Second"});
+      set.Close();
+      Print(text, "new");
+      if (cancels) throw RunCancelled{};
+      return true;
+    };
     const RunEnd end = RunUntilCancelled(
-        Of(state), {.take =
-                        [&] {
-                          connection->BeginWrite();
-                          return true;
-                        },
+        Of(state), {.take = take,
                     .targets = {.database = databasePath, .copy = Copy::kBackup, .outputs = {text}},
-                    .driver =
-                        [&] {
-                          Recordset set;
-                          set.OpenDynamic("select * from MSP_PROJECTS", connection.get());
-                          set.AddNew({"PROJ_ID", "PROJ_NAME"}, {2, "Second"});
-                          set.Close();
-                          Print(text, "new");
-                          if (cancels) throw RunCancelled{};
-                          return true;
-                        },
+                    .driver = write,
                     .drop = [&] { connection.reset(); }});
     connection.reset();
     EXPECT_EQ(end.done.has_value(), !cancels);
@@ -98,27 +98,23 @@ TEST_F(RunParts, ACancelledRunLeavesItsTargetsAsTheyWere) {
 
 TEST_F(RunParts, ARunThatFindsNoDatabaseLeavesItsOutputs) {
   const std::string text = folder.Write("model.txt", "old");
-  bool dropped = false;
-  const CancellableRun run{.take = {},
-                           .targets = {.database = "", .outputs = {text}},
-                           .driver = [&]() -> bool {
-                             program->files.OpenForOutput(program->files.FreeFile(), text);
-                             throw RunTimeError(kObjectNotSet);
-                           },
-                           .drop =
-                               [&] {
-                                 dropped = true;
-                                 program->files.CloseAll();
-                               }};
+  bool dropped = false, ran = false;
+  const auto fail = [&]() -> bool {
+    program->files.OpenForOutput(program->files.FreeFile(), text);
+    throw RunTimeError(kObjectNotSet);
+  };
+  const auto drop = [&] {
+    dropped = true;
+    program->files.CloseAll();
+  };
+  CancellableRun run{
+      .take = {}, .targets = {.database = "", .outputs = {text}}, .driver = fail, .drop = drop};
   EXPECT_EQ(ErrorOf([&] { RunUntilCancelled(Of(state), run); }), kObjectNotSet);
   EXPECT_TRUE(dropped);
   EXPECT_EQ(ReadFile(text), "old");
-  bool ran = false;
-  const RunEnd end = RunUntilCancelled(Of(state), {.take = [] { return false; },
-                                                   .targets = {.database = "", .outputs = {text}},
-                                                   .driver = [&] { return ran = true; },
-                                                   .drop = {}});
-  EXPECT_EQ(end.done, false);
+  run.take = [] { return false; };
+  run.driver = [&] { return ran = true; };
+  EXPECT_EQ(RunUntilCancelled(Of(state), run).done, false);
   EXPECT_FALSE(ran);
   EXPECT_EQ(ReadFile(text), "old");
 }
@@ -192,29 +188,22 @@ TEST_F(RunParts, CountsLeaveOutTheSummaryOfTheWholeAndOtherProjects) {
 }
 
 TEST_F(RunParts, SourcesOfAnotherKindAreToldBeforeARun) {
-  const std::string model = MERIVANE_SAMPLES "/onboarding.txt";
-  const std::string xml = folder.Write(
-      "plan.xml", "<Project xmlns=\"http://schemas.microsoft.com/project\"></Project>");
-  const std::string cut = folder.Write("cut.xml", ReadFile(xml).substr(0, 30));
-  const std::string mpx =
-      folder.Write("plan.mpx", "MPX,Microsoft Project for Windows,4.0,ANSI\r\n40,ID\r\n60,ID\r\n");
-  const std::string missing = folder.Path("missing.txt");
-  const std::string empty = folder.Write("empty.txt", "");
-  struct Case {
-    const std::string& path;
-    bool model, mpx, xml;
-  };
-  const Case cases[] = {{model, true, false, false},  {mpx, false, true, false},
-                        {xml, false, false, true},    {cut, false, false, false},
-                        {empty, false, false, false}, {missing, false, false, false}};
-  for (const Case& one : cases) {
-    SCOPED_TRACE(one.path);
+  const std::string xml = "<Project xmlns=\"http://schemas.microsoft.com/project\"></Project>";
+  const std::string mpx = "MPX,Microsoft Project for Windows,4.0,ANSI\r\n40,ID\r\n60,ID\r\n";
+  const std::tuple<std::string, bool, bool, bool> cases[] = {
+      {MERIVANE_SAMPLES "/onboarding.txt", true, false, false},
+      {folder.Write("plan.mpx", mpx), false, true, false},
+      {folder.Write("plan.xml", xml), false, false, true},
+      {folder.Write("cut.xml", xml.substr(0, 30)), false, false, false},
+      {folder.Write("empty.txt", ""), false, false, false},
+      {folder.Path("missing.txt"), false, false, false}};
+  for (const auto& [path, isModel, isMpx, isXml] : cases) {
+    SCOPED_TRACE(path);
     desktop.boxes.clear();
-    EXPECT_EQ(ProveModelText(state, one.path), one.model);
-    EXPECT_EQ(ProveMpx(back, one.path), one.mpx);
-    EXPECT_EQ(ProveXml(back, one.path).has_value(), one.xml);
-    EXPECT_EQ(desktop.boxes.size(),
-              3U - (one.model ? 1 : 0) - (one.mpx ? 1 : 0) - (one.xml ? 1 : 0));
+    EXPECT_EQ(ProveModelText(state, path), isModel);
+    EXPECT_EQ(ProveMpx(back, path), isMpx);
+    EXPECT_EQ(ProveXml(back, path).has_value(), isXml);
+    EXPECT_EQ(desktop.boxes.size(), isModel || isMpx || isXml ? 2U : 3U);
   }
   EXPECT_EQ(program->files.FreeFile(), 1);  // no source keeps its number
 }

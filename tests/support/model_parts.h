@@ -8,6 +8,13 @@
 
 namespace merivane::test {
 
+// The text of a file: CR LF for each bar.
+inline std::string FileText(const std::string& model) {
+  std::string text;
+  for (const char letter : model) text += letter == '|' ? "\r\n" : std::string(1, letter);
+  return text;
+}
+
 inline std::string PoolBlocks(const std::string& glossary = "",
                               const std::string& properties = "") {
   return "  Glossary|" + glossary + "  End  Glossary|  Note List|  End  Note List|  Source List|" +

@@ -28,18 +28,7 @@ class RandomModel {
     text_ = ModelOf(parts);
   }
 
-  // With CR LF.
-  std::string Text() const {
-    std::string text;
-    for (const char letter : text_) {
-      if (letter == '|') {
-        text += "\r\n";
-      } else {
-        text += letter;
-      }
-    }
-    return text;
-  }
+  std::string Text() const { return FileText(text_); }
 
  private:
   static constexpr int kMany = 60;  // elements, from which on no fork and no scenario begins

@@ -1,5 +1,4 @@
 // The program itself, with and without the modules that lie beside it.
-#include <algorithm>
 #include <cstdlib>
 
 #include "batch_fixture.h"
@@ -27,9 +26,7 @@ class Modules : public Batch {
     }
     Parts parts;
     parts.scenarios = Scenario("1", "Shop", "", units, "", links);
-    std::string text = ModelOf(parts);
-    std::replace(text.begin(), text.end(), '|', '\n');
-    folder.Write("model.txt", text);
+    folder.Write("model.txt", FileText(ModelOf(parts)));
   }
 
   // Runs the copy of the program in the folder; gives its exit status.
