@@ -68,11 +68,16 @@ TEST_F(ModelToProjectForm, OverwriteReplacesAFileThatIsOpenHere) {
   Browse(databasePath);
   EXPECT_EQ(form.BackupName, databasePath + ".bak2");
   EXPECT_EQ(CountRows(*state.gMspConn, "MSP_PROJECTS"), 0U);
+  form.Undo({databasePath, databasePath + ".bak"});
+  EXPECT_FALSE(state.gMspConn);
+  EXPECT_EQ(form.txtDatabase.text, "");
+  EXPECT_EQ(RawDatabase(databasePath).Ask("select PROJ_ID from MSP_PROJECTS"), "1");
 }
 
 TEST_F(ModelToProjectForm, TwoAppendsAtOnceTakeTwoNumbers) {
   Sql("insert into MSP_PROJECTS (PROJ_ID) values (6)");
   Answer(&frmDbFileAppend::CmdAppend);
+  program->workspace.patience = kBrief;
   Browse(databasePath);
   EXPECT_EQ(state.gMspProjId, 7);
   Program otherProgram(desktop);
@@ -81,8 +86,14 @@ TEST_F(ModelToProjectForm, TwoAppendsAtOnceTakeTwoNumbers) {
   other.Show();
   desktop.fileNames.push_back(databasePath);
   other.BrowsedbBt();
+  form.txtCelvarFilename.text = other.txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
+  otherProgram.modelToProject.gMspConn->BeginWrite();
+  form.cmdOK();
+  EXPECT_EQ(form.GenerateResult, false);
+  EXPECT_TRUE(form.IsVisible());  // for another try
+  EXPECT_EQ(desktop.MessageTexts().back(),
+            "Permission denied: the database '" + databasePath + "' is in use by another program.");
   for (frmIDEF3ToProject* each : {&other, &form}) {
-    each->txtCelvarFilename.text = MERIVANE_SAMPLES "/onboarding.txt";
     each->cmdOK();
     EXPECT_EQ(each->GenerateResult, true);
   }
