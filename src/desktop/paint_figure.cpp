@@ -82,8 +82,9 @@ QRectF BoundsOf(const pictures::Text& text) {
 
 class FigurePainter {
  public:
-  FigurePainter(QPainter& painter, bool faint, pictures::Ground ground, bool texts)
-      : painter_(painter), faint_(faint), ground_(ground), texts_(texts) {}
+  FigurePainter(QPainter& painter, const pictures::Figure& figure, pictures::Ground ground,
+                FigureTexts texts)
+      : painter_(painter), faint_(figure.faint), ground_(ground), texts_(texts) {}
 
   void operator()(const pictures::Box& box) {
     Use(box.ink);
@@ -98,7 +99,7 @@ class FigurePainter {
     painter_.drawPath(PathOf(path));
   }
   void operator()(const pictures::Text& text) {
-    if (!texts_) return;
+    if (texts_ == FigureTexts::kLeftOut) return;
     const Style style = StyleFor(text.ink);
     const QFont font = FontOf(style);
     const QString shown = Shown(text);
@@ -120,7 +121,7 @@ class FigurePainter {
   QPainter& painter_;
   bool faint_;
   pictures::Ground ground_;
-  bool texts_;
+  FigureTexts texts_;
 };
 
 constexpr double kPixelsOfInch = 96;
@@ -148,8 +149,8 @@ pictures::Ground GroundOf(const QPalette& palette) {
 }
 
 void PaintFigure(QPainter& painter, const pictures::Figure& figure, pictures::Ground ground,
-                 bool texts) {
-  FigurePainter paint(painter, figure.faint, ground, texts);
+                 FigureTexts texts) {
+  FigurePainter paint(painter, figure, ground, texts);
   for (const pictures::Shape& shape : figure.shapes) std::visit(paint, shape);
 }
 

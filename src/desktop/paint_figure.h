@@ -21,8 +21,11 @@ QRectF BoundsOf(const pictures::Figure& figure);
 pictures::Ground GroundOf(const QPalette& palette);
 
 // Texts can be left out where they would be too small to read.
+enum class FigureTexts { kShown, kLeftOut };
+
 void PaintFigure(QPainter& painter, const pictures::Figure& figure,
-                 pictures::Ground ground = pictures::Ground::kLight, bool texts = true);
+                 pictures::Ground ground = pictures::Ground::kLight,
+                 FigureTexts texts = FigureTexts::kShown);
 
 // Each picture begins on a page of its own. One that is wider than the paper is made smaller, down
 // to two fifths; what is larger still goes on over several pages, from left to right, then

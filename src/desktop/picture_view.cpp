@@ -50,7 +50,8 @@ class FigureItem : public QGraphicsItem {
         QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
     const pictures::Ground ground =
         widget == nullptr ? pictures::Ground::kLight : GroundOf(widget->palette());
-    PaintFigure(*painter, figure_, ground, scale >= kReadable);
+    PaintFigure(*painter, figure_, ground,
+                scale >= kReadable ? FigureTexts::kShown : FigureTexts::kLeftOut);
     if (!marked_) return;
     QPen pen(QColor(0xe0, 0x8a, 0x00), 3);
     pen.setCosmetic(true);

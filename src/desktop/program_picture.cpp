@@ -3,7 +3,8 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QScreen>
-#include <QVBoxLayout>
+
+#include "shell/frmMain.h"
 
 namespace merivane::desktop {
 
@@ -30,7 +31,7 @@ void ProgramPicture::paintEvent(QPaintEvent* /*event*/) {
   PaintPicture(painter, rect());
 }
 
-SplashWindow::SplashWindow(frmSplash& form, QWidget* parent)
+SplashWindow::SplashWindow(shell::frmSplash& form, QWidget* parent)
     : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), form_(form) {
   setObjectName("frmSplash");
   setWindowTitle("About Merivane");

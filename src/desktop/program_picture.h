@@ -4,13 +4,13 @@
 #include <QIcon>
 #include <QWidget>
 
-#include "shell/frmMain.h"
-
 class QPainter;
 
-namespace merivane::desktop {
+namespace merivane::shell {
+class frmSplash;
+}  // namespace merivane::shell
 
-using namespace shell;
+namespace merivane::desktop {
 
 QIcon ApplicationIcon();
 void PaintPicture(QPainter& painter, const QRectF& place);
@@ -28,7 +28,7 @@ class ProgramPicture : public QWidget {
 // paints at once.
 class SplashWindow : public QWidget {
  public:
-  SplashWindow(frmSplash& form, QWidget* parent);
+  SplashWindow(shell::frmSplash& form, QWidget* parent);
   ~SplashWindow() override;
 
  protected:
@@ -37,7 +37,7 @@ class SplashWindow : public QWidget {
  private:
   void Sync();
 
-  frmSplash& form_;
+  shell::frmSplash& form_;
 };
 
 }  // namespace merivane::desktop

@@ -273,8 +273,8 @@ class DiagramDrawer {
   static double TopOf(const ScenarioGraph& graph, const Layout& layout) {
     double top = layout.height;
     for (std::size_t node = 0; node < layout.centres.size(); ++node) {
-      const double height = node < graph.units.size() ? SizeOf(*graph.units[node], false).height
-                                                      : SizeOfJunction().height;
+      const double height =
+          node < graph.units.size() ? BoxHeightOf(*graph.units[node]) : SizeOfJunction().height;
       top = std::min(top, layout.centres[node].y - height / 2);
     }
     for (const Route& route : layout.routes) {

@@ -126,6 +126,8 @@ GraphNode SizeOf(const Unit& unit, bool objects) {
   return {form.width, form.height + 2 * ObjectsHeight(form)};
 }
 
+double BoxHeightOf(const Unit& unit) { return SizeOf(unit, false).height; }
+
 GraphNode SizeOfJunction() { return {kJunctionSize, kJunctionSize}; }
 
 std::string DescriptionOf(const Unit& unit) {

@@ -9,6 +9,7 @@ namespace merivane::pictures {
 
 // The room that a figure needs, its middle being where links meet it.
 GraphNode SizeOf(const Unit& unit, bool objects);
+double BoxHeightOf(const Unit& unit);  // without the objects below it
 GraphNode SizeOfJunction();
 
 Figure DrawUnit(const Unit& unit, Point centre, bool objects);

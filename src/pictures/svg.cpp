@@ -18,11 +18,14 @@ std::string Attribute(const char* name, const std::string& value) {
   return std::string(" ") + name + "=\"" + value + '"';
 }
 
+enum class Place { kFile, kInPage };
+
 class SvgWriter {
  public:
   using Take = std::function<void(std::string_view piece)>;
 
-  SvgWriter(const Picture& picture, bool inPage) : picture_(picture), inPage_(inPage) {}
+  SvgWriter(const Picture& picture, Place place)
+      : picture_(picture), inPage_(place == Place::kInPage) {}
 
   std::string Write() {
     std::string whole;
@@ -152,15 +155,17 @@ std::string SheetOf(const Picture& picture, const Area& area) {
 }  // namespace
 
 std::string ToSvgFile(const Picture& picture) {
-  return kDeclaration + SvgWriter(picture, false).Write();
+  return kDeclaration + SvgWriter(picture, Place::kFile).Write();
 }
 
 void ToSvgFile(const Picture& picture, const std::function<void(std::string_view piece)>& take) {
   take(kDeclaration);
-  SvgWriter(picture, false).Write(take);
+  SvgWriter(picture, Place::kFile).Write(take);
 }
 
-std::string ToSvgElement(const Picture& picture) { return SvgWriter(picture, true).Write(); }
+std::string ToSvgElement(const Picture& picture) {
+  return SvgWriter(picture, Place::kInPage).Write();
+}
 
 std::string ToSvgSheets(const Picture& picture, double width, double height) {
   const Point frozen = picture.frozen;
