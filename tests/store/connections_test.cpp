@@ -22,14 +22,12 @@ class Connections : public StoreFixture {
   }
   bool HasJournal() { return std::filesystem::exists(path + "-journal"); }
   void Change(Connection& on, const std::string& name) {
-    Recordset set;
-    set.OpenDynamic("select * from T", &on);
+    Recordset set = Dynamic("select * from T", on);
     set.SetField("Name", name);
     set.Update();
   }
   std::string FirstName(Connection& on) {
-    Recordset set;
-    set.OpenStatic("select * from T", &on);
+    Recordset set = Static("select * from T", on);
     return Joined(set.Field("Name"));
   }
 };
@@ -70,10 +68,8 @@ TEST_F(Connections, DamagedFilesEndInAnErrorWhereverTheDamageIs) {
     for (const std::string& damaged : {whole.substr(0, size), bytes}) {
       folder.Write("damaged.mdb", damaged);
       ErrorOf([&] {
-        Connection other(workspace);
-        other.Open(ConnectionText(folder.Path("damaged.mdb")));
-        Recordset set;
-        set.OpenDynamic("select * from T where Num = 7 order by Note", &other);
+        Opened other(workspace, folder.Path("damaged.mdb"));
+        Recordset set = Dynamic("select * from T where Num = 7 order by Note", other);
         for (; !set.Eof(); set.MoveNext()) {
           set.Field("Note");
           set.SetField("Size", 1);
@@ -93,8 +89,7 @@ TEST_F(Connections, TakePathsInUtf8AndKeepTheirName) {
 #endif
   connection.Close();
   std::filesystem::copy_file(path, PathOf(named));
-  Connection other(workspace);
-  other.Open(ConnectionText(named));
+  Opened other(workspace, named);
   EXPECT_EQ(FirstName(other), "a");
   EXPECT_EQ(ErrorOf([&] { other.Open(ConnectionText(named)); }), kObjectOpen);
   other.Close();
@@ -118,8 +113,7 @@ TEST_F(Connections, KeepWhatIsWrittenUntilItIsCommitted) {
   connection.Close();
   EXPECT_EQ(seen(), "three");
   {
-    Connection dropped(workspace);
-    dropped.Open(ConnectionText(path));
+    Opened dropped(workspace, path);
     Change(dropped, "four");
   }
   EXPECT_EQ(seen(), "four");
@@ -152,8 +146,7 @@ TEST_F(Connections, OfOneWorkspaceSeeEachOthersRowsAndNeverWaitForEachOther) {
   Change(connection, "one");
   const std::string link = folder.Path("link.mdb");
   Link(path, link);
-  Connection other(workspace);
-  other.Open(ConnectionText(link));
+  Opened other(workspace, link);
   EXPECT_EQ(FirstName(other), "one");
   Recordset reading = Dynamic("select * from T");
   EXPECT_EQ(reading.Field("Name"), Value("one"));
@@ -171,10 +164,8 @@ TEST_F(Connections, ReadingLeavesTheFileAsItIs) {
   for (const char* mode : {"delete", "wal"}) {
     RawDatabase(path).Run(std::string("pragma journal_mode = ") + mode);
     const std::string before = ReadFile(path);
-    Connection reader(workspace);
-    reader.Open(ConnectionText(path), OpenMode::kReadOnly);
-    Recordset set;
-    set.OpenDynamic("select * from T", &reader);
+    Opened reader(workspace, path, OpenMode::kReadOnly);
+    Recordset set = Dynamic("select * from T", reader);
     EXPECT_EQ(ErrorOf([&] { set.SetField("Name", "x"); }), kNotUpdatable);
     EXPECT_EQ(ErrorOf([&] { set.AddNew(); }), kNotUpdatable);
     EXPECT_EQ(ErrorOf([&] { set.Delete(); }), kNotUpdatable);
@@ -189,14 +180,11 @@ TEST_F(Connections, ReadingLeavesTheFileAsItIs) {
 
 TEST_F(Connections, WriteToACopyWithoutTouchingTheFile) {
   connection.Close();
-  Connection copy(workspace);
-  copy.Open(ConnectionText(path), OpenMode::kCopy);
-  Recordset set;
-  set.OpenDynamic("select * from T", &copy);
+  Opened copy(workspace, path, OpenMode::kCopy);
+  Recordset set = Dynamic("select * from T", copy);
   set.SetField("Name", "x");
   set.Update();
-  Connection reader(workspace);
-  reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+  Opened reader(workspace, path, OpenMode::kReadOnly);
   EXPECT_EQ(FirstName(reader), "a");
   EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_OK) << "it isn't held";
   EXPECT_EQ(FirstName(copy), "x");
@@ -251,10 +239,8 @@ TEST_F(Connections, HoldACopyOfWhichOnlyChangesAreInMemory) {
       Workspace aside;
       Connection first(aside);
       aside.HoldCopy(first, path);
-      Connection second(aside);
-      second.Open(ConnectionText(path));
-      Recordset set;
-      set.OpenDynamic("select * from T", &second);
+      Opened second(aside, path);
+      Recordset set = Dynamic("select * from T", second);
       set.SetField("Name", "x");
       set.Update();
       for (int row = 0; row < 2000; ++row) {
@@ -262,13 +248,11 @@ TEST_F(Connections, HoldACopyOfWhichOnlyChangesAreInMemory) {
       }
       second.Close();
       EXPECT_EQ(FirstName(first), "x");
-      Recordset all;
-      all.OpenStatic("select * from T", &first);
+      Recordset all = Static("select * from T", first);
       EXPECT_EQ(all.RecordCount(), 2005);
       all.MoveLast();
       EXPECT_EQ(all.Field("Name"), Value("1999"));
-      Connection reader(workspace);
-      reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+      Opened reader(workspace, path, OpenMode::kReadOnly);
       EXPECT_EQ(FirstName(reader), "a");
       EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_BUSY);
       EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
@@ -307,13 +291,11 @@ TEST_F(Connections, ReadAFileWhoseLastTransactionWasCutOffAsItWasBefore) {
     writer.Run("rollback");
   }
   const std::string before = ReadFile(crashed);
-  Connection reader(workspace);
-  reader.Open(ConnectionText(crashed), OpenMode::kReadOnly);
+  Opened reader(workspace, crashed, OpenMode::kReadOnly);
   EXPECT_EQ(FirstName(reader), "a");
   EXPECT_EQ(ReadFile(crashed), before);
   EXPECT_TRUE(std::filesystem::exists(crashed + "-journal"));
-  Connection writer(workspace);
-  writer.Open(ConnectionText(crashed));
+  Opened writer(workspace, crashed);
   EXPECT_EQ(FirstName(writer), "a");
   EXPECT_FALSE(std::filesystem::exists(crashed + "-journal"));
 }

@@ -52,10 +52,8 @@ TEST_F(CopyDatabase, OfADatabaseInUseHasTheRowsWrittenSoFar) {
 
 TEST_F(CopyDatabase, OverADatabaseInUseKeepsItsConnectionFromSpoilingTheNewFile) {
   workspace.CopyDatabase(path, target);
-  Connection old(workspace);
-  old.Open(ConnectionText(target));
-  Recordset set;
-  set.OpenDynamic("select * from T", &old);
+  Opened old(workspace, target);
+  Recordset set = Dynamic("select * from T", old);
   Add(set, 6, "f");
   workspace.CopyDatabase(path, target);
   set.MoveNext();
@@ -120,8 +118,7 @@ TEST_F(CopyDatabase, OfADatabaseThatAnotherProcessIsWritingFailsInsteadOfBeingEm
 TEST_F(CopyDatabase, AConnectionOnAFileThatGaveWayWritesNothing) {
   connection.Close();
   workspace.CopyDatabase(path, target);
-  Connection late(workspace);
-  late.Open(ConnectionText(target));
+  Opened late(workspace, target);
   Workspace other;
   other.CopyDatabase(path, target);
   const std::string before = ReadFile(target);
@@ -153,17 +150,14 @@ TEST_F(CopyDatabase, WhatIsHeldIsSeenByLaterConnectionsAndUndoneAsOne) {
   for (const bool keep : {true, false}) {
     connection.BeginWrite();
     ASSERT_TRUE(workspace.Hold(path));
-    Recordset rows;
-    rows.OpenDynamic("select * from T", &connection);
+    Recordset rows = Dynamic("select * from T");
     rows.AddNew();
     rows.SetField("Name", "held");
     rows.Update();
     rows.Close();
     connection.Close();
-    Connection later(workspace);
-    later.Open(ConnectionText(path), OpenMode::kReadOnly);
-    Recordset seen;
-    seen.OpenStatic("select * from T where Name = 'held'", &later);
+    Opened later(workspace, path, OpenMode::kReadOnly);
+    Recordset seen = Static("select * from T where Name = 'held'", later);
     EXPECT_EQ(seen.RecordCount(), 1);
     later.Close();
     EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Name = 'held'"), "0");

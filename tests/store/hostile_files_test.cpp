@@ -23,8 +23,7 @@ class HostileFiles : public StoreFixture {
         [&] {
           Connection reader(workspace);
           reader.Open(ConnectionText(path), mode);
-          Recordset set;
-          set.OpenStatic(sql, &reader);
+          Recordset set = Static(sql, reader);
           set.RecordCount();
           for (int field = 0; field < set.FieldCount(); ++field) set.Field(field);
         },

@@ -81,8 +81,7 @@ TEST(IndexChoice, AddsTheKeysThatAForeignFileLacks) {
   EXPECT_TRUE(LacksKeyIndexes(raw, path));
   const std::string before = ReadFile(path);
   Workspace workspace;
-  Connection reader(workspace);
-  reader.Open(ConnectionText(path), OpenMode::kReadOnly);
+  Opened reader(workspace, path, OpenMode::kReadOnly);
   EXPECT_EQ(ReadFile(path), before);
   Recordset links;
   links.OpenStatic("select * from MSP_LINKS where LINK_PRED_UID = 2AND PROJ_ID = 1", &reader);

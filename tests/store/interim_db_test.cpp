@@ -14,8 +14,7 @@ class InterimDb : public StoreFixture {
   std::string Counts(Connection& on) {
     std::string counts;
     for (const char* table : kTables) {
-      Recordset set;
-      set.OpenStatic(std::string("select * from ") + table, &on);
+      Recordset set = Static(std::string("select * from ") + table, on);
       counts += std::to_string(set.RecordCount());
     }
     return counts;
@@ -34,8 +33,7 @@ class InterimDb : public StoreFixture {
 TEST_F(InterimDb, OverwritingEmptiesTheTablesOfTheModelButItsOccurrences) {
   OpenInterimDb(workspace, gMspConn, false, plan);
   for (const char* table : kTables) {
-    Recordset set;
-    set.OpenDynamic(std::string("select * from ") + table, gMspConn.get());
+    Recordset set = Dynamic(std::string("select * from ") + table, *gMspConn);
     set.AddNew();
     set.Update();
   }
@@ -54,8 +52,7 @@ TEST_F(InterimDb, HalvesAreKeptWhereAnEarlierVersionMadeTheColumnOfWholeNumbers)
       "drop table Object_in_Activity_in_Scenario;"
       "create table Object_in_Activity_in_Scenario (Scenario_Num INTEGER, Qty INTEGER)");
   OpenInterimDb(workspace, gMspConn, false, plan);
-  Recordset set;
-  set.OpenDynamic("select * from Object_in_Activity_in_Scenario", gMspConn.get());
+  Recordset set = Dynamic("select * from Object_in_Activity_in_Scenario", *gMspConn);
   for (const double quantity : {0.5, 2.0}) set.AddNew({"Qty"}, {quantity});
   set.MoveFirst();
   EXPECT_EQ(Rest(set, "Qty"), "0.5 2 ");

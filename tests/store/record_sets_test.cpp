@@ -220,8 +220,7 @@ TEST_F(RecordSets, SeveralOnOneTableAgreeWithAPlainModel) {
       if (random() % 20 == 0 && !table.empty()) {
         connection.Commit();
         Row& row = table[random() % table.size()];
-        Recordset beside;
-        beside.OpenDynamic("select * from M where Num = " + std::to_string(row.id), &other);
+        Recordset beside = Dynamic("select * from M where Num = " + std::to_string(row.id), other);
         beside.SetField("Mark", row.mark = step);
         beside.Update();
         other.Commit();

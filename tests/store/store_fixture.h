@@ -22,6 +22,14 @@ inline std::string Shown(const Value& value) {
   return value.IsNull() ? "Null" : value.IsBytes() ? "bytes" : ToText(value);
 }
 
+// A connection on a file, open as long as it lives.
+struct Opened : Connection {
+  Opened(Workspace& workspace, const std::string& path, OpenMode mode = OpenMode::kReadWrite)
+      : Connection(workspace) {
+    Open(ConnectionText(path), mode);
+  }
+};
+
 class StoreFixture : public ::testing::Test {
  protected:
   // The table T has the rows 1 to 5 with names "a" to "e"; of these 1, 3 and 5 are odd.
@@ -36,14 +44,16 @@ class StoreFixture : public ::testing::Test {
     connection.Open(ConnectionText(path));
   }
 
-  Recordset Dynamic(const std::string& sql) {
+  Recordset Dynamic(const std::string& sql) { return Dynamic(sql, connection); }
+  static Recordset Dynamic(const std::string& sql, Connection& on) {
     Recordset set;
-    set.OpenDynamic(sql, &connection);
+    set.OpenDynamic(sql, &on);
     return set;
   }
-  Recordset Static(const std::string& sql) {
+  Recordset Static(const std::string& sql) { return Static(sql, connection); }
+  static Recordset Static(const std::string& sql, Connection& on) {
     Recordset set;
-    set.OpenStatic(sql, &connection);
+    set.OpenStatic(sql, &on);
     return set;
   }
 
