@@ -1,6 +1,7 @@
 // A model goes out as a plan: of a text, of one that Merivane wrote, of a database.
 #include <algorithm>
 
+#include "batch_desktop.h"
 #include "batch_fixture.h"
 
 namespace merivane::test {
@@ -51,6 +52,17 @@ TEST_F(Batch, ToProjectTellsWhatWasWrittenAndProjectsListsIt) {
   EXPECT_EQ(projects[0]["tasks"], 5);
   EXPECT_EQ(projects[1]["id"], 2);
   EXPECT_EQ(projects[1]["name"], projects[0]["name"].get<std::string>() + "(2)");
+}
+
+TEST(ProgressLine, TellsHowFarARunIsAndLeavesNoTrace) {
+  std::ostringstream terminal;
+  ProgressLine line(terminal);
+  for (const RunProgress& progress :
+       {RunProgress{"Read", 0, 0}, {"Read", 12, 0}, {"Plan", 3, 20}}) {
+    line.Show(progress);
+  }
+  for (int i = 0; i < 2; ++i) line.Clear();
+  EXPECT_EQ(terminal.str(), "Read\r    \rRead: 12\r        \rPlan: 3 of 20\r             \r");
 }
 
 TEST_F(Batch, AFileOfAnotherKindShowsTheReadersBoxAndFails) {

@@ -147,6 +147,7 @@ TEST_F(CopyDatabase, NothingGivesWayBeforeItsCopyHasItsLastingName) {
 }
 
 TEST_F(CopyDatabase, WhatIsHeldIsSeenByLaterConnectionsAndUndoneAsOne) {
+  EXPECT_FALSE(workspace.Hold(path)) << "nothing was written yet";
   for (const bool keep : {true, false}) {
     connection.BeginWrite();
     ASSERT_TRUE(workspace.Hold(path));
