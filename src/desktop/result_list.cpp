@@ -120,8 +120,8 @@ void ResultList::CopyChosen() const {
 
 void ResultList::Save() {
   desktop_.RunIn(*window(), [this] {
-    const std::string path =
-        desktop_.AskFileName({"Lists (*.txt *.csv *.json)|*.csv", "Save the list", true});
+    const std::string path = desktop_.AskFileName(
+        {.filter = "Lists (*.txt *.csv *.json)|*.csv", .title = "Save the list", .newName = true});
     if (path.empty()) return;
     if (!IsListName(PathToQt(path))) {
       desktop_.ShowMessage({FromUtf8(path) + " is no name of a list: .txt, .csv or .json.",

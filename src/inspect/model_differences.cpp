@@ -50,8 +50,9 @@ bool IsSame(const ContentField& a, const ContentField& b) {
   return isNumber ? IsSameNumber(a.text, b.text, 1) : a.text == b.text;
 }
 
-// Whether only the second file has it, and its number there, or else in the first.
-using Key = std::pair<bool, std::int32_t>;
+// The first file where that has it, or else the second alone, and its number there.
+enum class In { kFirst, kSecondAlone };
+using Key = std::pair<In, std::int32_t>;
 
 class Names {
  public:
@@ -181,9 +182,9 @@ class Comparison {
 
   Key KeyOf(std::initializer_list<ElementKind> kinds, std::int32_t after) const {
     for (const ElementKind kind : kinds) {
-      if (const auto number = Before(kind, after)) return {false, *number};
+      if (const auto number = Before(kind, after)) return {In::kFirst, *number};
     }
-    return {true, after};
+    return {In::kSecondAlone, after};
   }
 
   void CompareUses() {
@@ -197,7 +198,7 @@ class Comparison {
              const std::pair<const std::pair<std::int32_t, std::int32_t>, ModelContent::Use>*>
         rest;
     for (const auto& use : before_.uses) {
-      rest[{{false, use.first.first}, {false, use.first.second}}] = &use;
+      rest[{{In::kFirst, use.first.first}, {In::kFirst, use.first.second}}] = &use;
     }
     for (const auto& use : after_.uses) {
       const auto old = rest.find({KeyOf({ElementKind::kUnit}, use.first.first),
@@ -228,7 +229,8 @@ class Comparison {
     std::multimap<LinkKey, ModelContent::Link> rest;
     for (const auto& link : before_.links) {
       const auto& [scenario, from, to] = link;
-      rest.emplace(LinkKey{Key{false, scenario}, Key{false, from}, Key{false, to}}, link);
+      rest.emplace(LinkKey{Key{In::kFirst, scenario}, Key{In::kFirst, from}, Key{In::kFirst, to}},
+                   link);
     }
     const auto add = [this](ChangeKind kind, const Names& names, const auto& link) {
       Add(kind, {KindName(ElementKind::kLink), std::nullopt, ""},

@@ -127,7 +127,8 @@ void ModelEdit::SetNote(std::int32_t process, const std::string& note) {
 
 void ModelEdit::AddUnit(std::int32_t unit, std::int32_t scenario, std::int32_t process,
                         const std::string& name) {
-  model_.units[unit] = {scenario, process, name, "", true};
+  model_.units[unit] = {
+      .scenario = scenario, .process = process, .name = name, .laborRule = "", .sent = true};
   Note({Kind::kAdd,
         kUnits,
         {{"Use_Num", unit}, {"Scenario_Num", scenario}, {"Process_Num", process}},
@@ -225,7 +226,7 @@ void ModelEdit::RemoveProcessUnlessUsed(std::int32_t process) {
 
 std::int32_t ModelEdit::AddScenario(const std::string& name, std::int32_t parent) {
   const std::int32_t number = FreeNumber(model_.scenarios);
-  model_.scenarios[number] = {parent, true};
+  model_.scenarios[number] = {.parent = parent, .sent = true};
   Note({Kind::kAdd,
         kScenarios,
         {{"Num", number}, {"Parent_Num", parent}},
@@ -400,7 +401,7 @@ std::string ModelEdit::FreeAlias(std::int32_t object) const {
 std::int32_t ModelEdit::AddObject(const std::string& name) {
   const std::int32_t number = FreeNumber(model_.objects);
   const std::string alias = FreeAlias(number);
-  model_.objects[number] = {name, alias, true};
+  model_.objects[number] = {.name = name, .alias = alias, .sent = true};
   Note({Kind::kAdd,
         kObjects,
         {{"Num", number}},

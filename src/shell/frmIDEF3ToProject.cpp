@@ -12,6 +12,19 @@
 
 namespace merivane::shell {
 
+namespace {
+
+const FileDialog kTextDialog{"Text (*.txt)|*.txt", "Please Select Celvar Text File"};
+const FileDialog kMpxDialog{
+    .filter = "Project (*.mpx)|*.mpx", .title = "Please Select Target MPX File", .newName = true};
+const FileDialog kXmlDialog{
+    .filter = "Project (*.xml)|*.xml", .title = "Please Select Target XML File", .newName = true};
+const FileDialog kDatabaseDialog{.filter = "Database (*.mdb)|*.mdb",
+                                 .title = "Please Select Microsoft Project 2000 Database",
+                                 .newName = true};
+
+}  // namespace
+
 void frmIDEF3ToProject::Load() {
   txtCelvarFilename = txtDatabase = txtDatabase_mpx = txtMpx = TextBox{};
   txtDatabase_xml = txtXml = TextBox{};
@@ -33,17 +46,11 @@ void frmIDEF3ToProject::BrowseFor(TextBox& box, const FileDialog& dialog, const 
   Changed();
 }
 
-void frmIDEF3ToProject::cmdBrowseText() {
-  BrowseFor(txtCelvarFilename, {"Text (*.txt)|*.txt", "Please Select Celvar Text File"}, "txt");
-}
+void frmIDEF3ToProject::cmdBrowseText() { BrowseFor(txtCelvarFilename, kTextDialog, "txt"); }
 
-void frmIDEF3ToProject::cmdBrowseMPX() {
-  BrowseFor(txtMpx, {"Project (*.mpx)|*.mpx", "Please Select Target MPX File", true}, "mpx");
-}
+void frmIDEF3ToProject::cmdBrowseMPX() { BrowseFor(txtMpx, kMpxDialog, "mpx"); }
 
-void frmIDEF3ToProject::cmdBrowseXML() {
-  BrowseFor(txtXml, {"Project (*.xml)|*.xml", "Please Select Target XML File", true}, "xml");
-}
+void frmIDEF3ToProject::cmdBrowseXML() { BrowseFor(txtXml, kXmlDialog, "xml"); }
 
 void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
@@ -52,9 +59,7 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   const std::string backupBefore = BackupName;
   PickFailure.reset();
   try {
-    const auto name = BrowseForFile(
-        desktop_, {"Database (*.mdb)|*.mdb", "Please Select Microsoft Project 2000 Database", true},
-        box.text, "mdb");
+    const auto name = BrowseForFile(desktop_, kDatabaseDialog, box.text, "mdb");
     if (!name) return;
     pick_.Begin(*name);
     box.enabled = true;

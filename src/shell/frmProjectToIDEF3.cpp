@@ -20,13 +20,15 @@ using namespace roundtrip;
 
 namespace {
 
-const FileDialog kTextDialog{"Text File (*.txt)|*.txt", "Target Celvar Text File", true};
+const FileDialog kTextDialog{
+    .filter = "Text File (*.txt)|*.txt", .title = "Target Celvar Text File", .newName = true};
 const FileDialog kDatabaseDialog{"Database (*.mdb)|*.mdb",
                                  "Please Select Existing Project Database in Access 2000 Format"};
 const FileDialog kMpxDialog{"Text File (*.mpx)|*.mpx", "Source MPX Text File"};
 const FileDialog kXmlDialog{"XML File (*.xml)|*.xml", "Source XML File"};
-const FileDialog kInterimDialog{"Database (*.mdb)|*.mdb",
-                                "Please Select Microsoft Project 2000 MDB", true};
+const FileDialog kInterimDialog{.filter = "Database (*.mdb)|*.mdb",
+                                .title = "Please Select Microsoft Project 2000 MDB",
+                                .newName = true};
 
 }  // namespace
 
@@ -49,7 +51,7 @@ void frmProjectToIDEF3::cmdBrowseText() {
   try {
     if (!txtCelvarFilename.text.empty()) state_.files.Close(state_.gOutFile);
     if (auto name = BrowseForFile(desktop_, kTextDialog, txtCelvarFilename.text, "txt")) {
-      txtCelvarFilename = {*name, true};
+      txtCelvarFilename = {.text = *name};
       if (!OpenOutputFile()) {
         desktop_.ShowMessage({"Cannot Open Output File: " + FromUtf8(*name)});
       }
@@ -92,7 +94,7 @@ void frmProjectToIDEF3::TellPick(const std::string& open) {
 
 void frmProjectToIDEF3::ListProjects(const std::string& path) {
   if (LoadProjectList(desktop_, state_.gProjectConn.get(), comboProject, PickFailure)) {
-    txtDatabase = {path, true};
+    txtDatabase = {.text = path};
     comboProject.enabled = true;
   } else {
     state_.gProjectConn.reset();
@@ -117,7 +119,7 @@ void frmProjectToIDEF3::cmdBrowseXML() { BrowseFor(txtXML, kXmlDialog, "xml"); }
 void frmProjectToIDEF3::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
   try {
-    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box = {*name, true};
+    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box = {.text = *name};
   } catch (const RunTimeError& error) {
     ReportError(desktop_, error);
   }
