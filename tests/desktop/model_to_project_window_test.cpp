@@ -51,6 +51,7 @@ TEST_F(ModelToProjectWindow, AFocusedCancelIsTheDefaultAndOpensAnewWithEmptyFiel
   QTest::keyClick(&User::Find(form, "cmdCancel"), Qt::Key_Return);
   OpenToProject();
   EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "");
+  EXPECT_EQ(window.focusWidget()->objectName(), "txtCelvarFilename");
 }
 
 TEST_F(ModelToProjectWindow, TranslatesByClicksAloneAndStartsTheProgram) {
