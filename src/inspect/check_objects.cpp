@@ -54,11 +54,7 @@ class Objects {
 
   void CheckPool() {
     std::unordered_set<std::int32_t> usedNumbers;
-    std::unordered_set<std::string> usedNames;
-    for (const ObjectUse& use : model_.objectUses) {
-      usedNumbers.insert(use.object);
-      usedNames.insert(use.name);
-    }
+    for (const ObjectUse& use : model_.objectUses) usedNumbers.insert(use.object);
     for (const ObjectEntry& object : model_.objects) {
       const ElementEntry& place = model_.At(object.place);
       const std::string suggestion = Suggestion(object.type, kResourceTypes);
@@ -68,7 +64,7 @@ class Objects {
                  suggestion,
              "Write the type as it stands there.");
       }
-      if (usedNumbers.contains(place.number) || usedNames.contains(place.name)) continue;
+      if (usedNumbers.contains(place.number) || model_.objectNames.contains(place.name)) continue;
       Warn(place, "No unit uses this object.",
            "Leave it out, or add it to the units that need it.");
     }
@@ -76,14 +72,15 @@ class Objects {
 
   void CheckUses() {
     for (const ObjectUse& use : model_.objectUses) {
-      if (!use.isKnown || unnumbered_.contains(use.name)) continue;
-      const ElementEntry& unit = model_.At(use.unit);
-      const std::string what = "Its object " + std::to_string(use.object) + " '" + use.name + "'";
+      if (!use.isKnown || unnumbered_.contains(*use.name)) continue;
       const auto object = byNumber_.find(use.object);
+      if (object != byNumber_.end() && names_.contains(*use.name)) continue;
+      const ElementEntry& unit = model_.At(use.unit);
+      const std::string what = "Its object " + std::to_string(use.object) + " '" + *use.name + "'";
       if (object == byNumber_.end()) {
         Warn(unit, what + " is not in the object pool, so that the plan doesn't have it.",
              "Write the number of an object of the pool.");
-      } else if (!names_.contains(use.name)) {
+      } else {
         Warn(unit,
              what + " bears no name of the object pool, where " + std::to_string(use.object) +
                  " is '" + model_.At(object->second->place).name +

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "inspect/finding.h"
@@ -60,10 +60,10 @@ struct UnitEntry {
 };
 
 struct ObjectUse {
-  std::size_t unit;  // its place
-  std::int32_t object;
-  std::string name;
+  std::size_t unit;         // its place
+  const std::string* name;  // of the object, in Model::objectNames
   std::size_t line;
+  std::int32_t object;
   bool isKnown = true;  // false: the text holds no number
 };
 
@@ -102,6 +102,7 @@ struct Model {
   std::vector<ScenarioEntry> scenarios;
   std::vector<UnitEntry> units;
   std::vector<ObjectUse> objectUses;
+  std::unordered_set<std::string> objectNames;
   std::vector<JunctionEntry> junctions;
   std::vector<JunctionFact> junctionFacts;
   std::vector<LinkEntry> links;

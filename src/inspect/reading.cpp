@@ -63,7 +63,7 @@ std::string Label(std::string_view line, std::string_view field) {
 }  // namespace
 
 void Reading::Add(Severity severity, std::string sentence, std::string advice) {
-  findings_.push_back({severity, std::max<std::size_t>(ends_.size(), 1), CurrentElement(),
+  findings_.push_back({severity, std::max<std::size_t>(lines_.Size(), 1), CurrentElement(),
                        std::move(sentence), std::move(advice)});
 }
 
@@ -80,16 +80,15 @@ ElementName Reading::CurrentElement() const {
   const bool named = element_ == ElementKind::kProcess || element_ == ElementKind::kObject ||
                      element_ == ElementKind::kFact || element_ == ElementKind::kScenario ||
                      element_ == ElementKind::kUnit;
-  if (named && elementLine_ < ends_.size()) {
+  if (named && elementLine_ < lines_.Size()) {
     name.name = std::string(Behind(Line(elementLine_ + 1), element_ == ElementKind::kUnit ? 7 : 3));
   }
   return name;
 }
 
 std::string_view Reading::Line(std::size_t number) const {
-  if (number == 0 || number > ends_.size()) return {};  // nothing was read, or not yet
-  const std::size_t from = number < 2 ? 0 : ends_[number - 2];
-  return std::string_view(text_).substr(from, ends_[number - 1] - from);
+  if (number == 0 || number > lines_.Size()) return {};  // nothing was read, or not yet
+  return lines_.At(number);
 }
 
 std::size_t Reading::FileLine(std::size_t number) const {
@@ -106,8 +105,7 @@ void Reading::CountByFileLines() {
 }
 
 void Reading::OnLine(const std::string& line) {
-  text_ += line;
-  ends_.push_back(text_.size());
+  lines_.Add(line);
   if (searched_ && line == *searched_) EndSearch();
 }
 
@@ -118,15 +116,18 @@ const std::string* Reading::Keyword(std::string_view keyword) {
 
 void Reading::OnSearch(std::string_view keyword) {
   searched_ = Keyword(keyword);
-  searchedFrom_ = ends_.size();
-  if (Line(ends_.size()) == *searched_) EndSearch();
+  searchedFrom_ = lines_.Size();
+  if (Line(lines_.Size()) == *searched_) EndSearch();
 }
 
 void Reading::EndSearch() {
   // The search often starts on the keyword that the one before ended at.
   const std::size_t from = searchedFrom_ == foundAt_ ? searchedFrom_ + 1 : searchedFrom_;
-  if (ends_.size() > from && !cut_) ranges_.push_back({searched_, from, ends_.size()});
-  foundAt_ = ends_.size();
+  if (lines_.Size() > from && !cut_) {
+    ranges_.push_back(
+        {searched_, static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(lines_.Size())});
+  }
+  foundAt_ = lines_.Size();
   searched_ = nullptr;
   cut_ = false;
 }
@@ -135,12 +136,12 @@ void Reading::OnRecord(ElementKind element, std::string_view listEnd) {
   if (element == ElementKind::kJunctionFact) return;  // a line of the junction's list
   searched_ = nullptr;
   if (element == ElementKind::kObjectUse) {  // tells of its unit
-    useLine_ = ends_.size();
+    useLine_ = lines_.Size();
     return;
   }
   standIn_.reset();
   element_ = element;
-  elementLine_ = ends_.size();
+  elementLine_ = lines_.Size();
   listEnd_ = listEnd;
 }
 
@@ -150,7 +151,7 @@ std::string_view Reading::FieldText() const {
 
 void Reading::OnField(std::size_t start, std::size_t length) {
   constexpr std::size_t kNumberLength = 4;  // one more in a text that Merivane wrote
-  fieldLine_ = ends_.size();
+  fieldLine_ = lines_.Size();
   fieldStart_ = start;
   const std::string_view field = FieldText();
   if (field.size() <= length) return;
@@ -188,7 +189,7 @@ void Reading::MarkUntranslatable() {
 
 // What the element in hand refers to by this line is not known.
 void Reading::MarkBadLine() {
-  badLines_.insert(ends_.size());
+  badLines_.insert(lines_.Size());
   if (element_ != ElementKind::kUnit) MarkUntranslatable();  // it refers to pools
 }
 
@@ -206,7 +207,7 @@ void Reading::OnNumber(NumberUse use, const std::string& text, double value) {
 
 // Of an object, from one of its properties.
 void Reading::CheckQuantity(const std::string& text, double value) {
-  if (!Trim(Line(ends_.size())).starts_with("Quantity:")) return;
+  if (!Trim(Line(lines_.Size())).starts_with("Quantity:")) return;
   if (Holds(text, ",")) {
     Add(Severity::kWarning,
         "Commas don't count in the quantity '" + text + "'; the plan takes " + FixedTwo(value) +
@@ -221,7 +222,7 @@ void Reading::CheckQuantity(const std::string& text, double value) {
 
 std::optional<std::int16_t> Reading::OnBadNumber(NumberUse use, const std::string& text,
                                                  const RunTimeError& error) {
-  if (ends_.size() == elementLine_ && !StartsWithItsWord()) {
+  if (lines_.Size() == elementLine_ && !StartsWithItsWord()) {
     return std::nullopt;
   }
   if (error.Number() == kOverflow) {
@@ -240,8 +241,8 @@ std::optional<std::int16_t> Reading::OnBadNumber(NumberUse use, const std::strin
 
 // A line of another kind stands here because one before it is missing.
 bool Reading::OnBadLine(const RunTimeError& /*error*/) {
-  const std::string line = Trim(Line(ends_.size()));
-  const bool isUse = useLine_ == ends_.size() && line.starts_with("Object-Occurrence");
+  const std::string line = Trim(Line(lines_.Size()));
+  const bool isUse = useLine_ == lines_.Size() && line.starts_with("Object-Occurrence");
   const bool isEnd = line.starts_with("Origin") || line.starts_with("Destination");
   if (!isUse && !isEnd) return false;
   Add(Severity::kError,
@@ -294,7 +295,7 @@ bool Reading::StartsWithItsWord() const {
 
 // Others were told where they stand; here something stands between the elements.
 void Reading::StopAtNumber(const std::string& description) {
-  if (ends_.size() == elementLine_) {
+  if (lines_.Size() == elementLine_) {
     Stop(std::string("A ") + KindName(element_) + " or the line '" + listEnd_ +
              "' is expected here, and this line has no number.",
          "Put the missing line in, or take the lines between the elements out.");
@@ -305,7 +306,7 @@ void Reading::StopAtNumber(const std::string& description) {
 }
 
 const char* Reading::FormOfLine() const {
-  if (useLine_ == ends_.size()) return "NUMBER  (NAME)";
+  if (useLine_ == lines_.Size()) return "NUMBER  (NAME)";
   switch (element_) {
     case ElementKind::kLink:
       return "#NUMBER  (TYPE, NAME)";
@@ -318,9 +319,9 @@ const char* Reading::FormOfLine() const {
 
 void Reading::StopAtEnd() {
   stopped_ = true;
-  if (ends_.empty()) {
+  if (lines_.Size() == 0) {
     Add(Severity::kError, "The text is empty.", kChooseModel);
-  } else if (searched_ && ReportNearKeyword(*searched_, searchedFrom_, ends_.size() + 1)) {
+  } else if (searched_ && ReportNearKeyword(*searched_, searchedFrom_, lines_.Size() + 1)) {
     findings_.back().advice += kNotReadOn;
   } else if (searched_) {
     findings_.push_back({Severity::kError, searchedFrom_, CurrentElement(),
@@ -329,7 +330,7 @@ void Reading::StopAtEnd() {
                              "without it.",
                          "Put the line in." + std::string(kNotReadOn)});
   } else {
-    const std::size_t line = elementLine_ == 0 ? ends_.size() : elementLine_;
+    const std::size_t line = elementLine_ == 0 ? lines_.Size() : elementLine_;
     findings_.push_back({Severity::kError, line, CurrentElement(),
                          "The text ends in the midst of this element.",
                          "Export the model anew." + std::string(kNotReadOn)});
@@ -388,6 +389,8 @@ void Reading::Finish() {
   CountByFileLines();
   for (const UnitEntry& unit : model_.units) TakeNote(unit.carried, unit.place);
   ReportCarried();
+  lines_.Forget();
+  ranges_ = {};
 }
 
 ReadModelText::ReadModelText(const std::string& path, const std::string& templatePath,

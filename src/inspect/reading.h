@@ -18,13 +18,14 @@
 #include "model.h"
 #include "neutraltext/held_rows.h"
 #include "platform/quiet_desktop.h"
+#include "read_lines.h"
 
 namespace merivane::inspect {
 
 class Reading : public ReaderListener {
  public:
   // `textSize`: of the file, in bytes.
-  explicit Reading(std::uintmax_t textSize) { text_.reserve(textSize); }
+  explicit Reading(std::uintmax_t textSize) : lines_(textSize) {}
 
   void OnFileLine(std::size_t fileLine) override { fileLines_.push_back(fileLine); }
   void OnLine(const std::string& line) override;
@@ -52,13 +53,13 @@ class Reading : public ReaderListener {
   bool HasStopped() const { return stopped_; }
   // The first finding after which a translation of the rows would tell nothing of the model.
   const std::optional<Finding>& Untranslatable() const { return untranslatable_; }
-  std::size_t LineCount() const { return FileLine(ends_.size()); }
+  std::size_t LineCount() const { return FileLine(lines_.Size()); }
 
  private:
   struct SearchRange {
     const std::string* keyword;
-    std::size_t from;
-    std::size_t to;  // the line of the keyword
+    std::uint32_t from;
+    std::uint32_t to;  // the line of the keyword
   };
   using Cells = std::span<const Cell>;
   struct EndColumns {
@@ -69,7 +70,7 @@ class Reading : public ReaderListener {
     std::size_t linesBehind;  // the first line of the link
   };
 
-  std::string_view Line(std::size_t number) const;  // from 1, as they were read
+  std::string_view Line(std::size_t number) const;  // from 1, as they were read; until Finish()
   std::size_t FileLine(std::size_t number) const;
   void CountByFileLines();
 
@@ -119,8 +120,7 @@ class Reading : public ReaderListener {
   std::optional<std::int16_t> standIn_;       // for the number of the element in hand
   std::int16_t standIns_ = std::numeric_limits<std::int16_t>::min();  // the next one
 
-  std::string text_;                    // all lines read, without their ends
-  std::vector<std::size_t> ends_;       // of each line in text_
+  ReadLines lines_;                     // all of them, without their ends
   std::vector<std::size_t> fileLines_;  // of each line; empty where they are those of the file
 
   ElementKind element_ = ElementKind::kProcess;

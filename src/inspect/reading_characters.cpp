@@ -65,7 +65,7 @@ void Reading::ReportControlCharacter(std::size_t number) {
 }
 
 void Reading::ReportCharacters() {
-  for (std::size_t number = 1; number <= ends_.size(); ++number) {
+  for (std::size_t number = 1; number <= lines_.Size(); ++number) {
     const std::string_view line = Line(number);
     ReportControlCharacter(number);
     if (IsAscii(line)) continue;

@@ -196,9 +196,9 @@ void Reading::AddUnit(Cells cells) {
 // An object speaks for its unit: what it assigns is the unit's own.
 void Reading::AddObjectUse(Cells cells) {
   TakeCarried(cells, unitPlace_);
-  model_.objectUses.push_back({unitPlace_, ToInt32(Get(cells, "Object_Occ_Num")),
-                               Joined(Get(cells, "Object_Name")), useLine_,
-                               !badLines_.contains(useLine_)});
+  model_.objectUses.push_back(
+      {unitPlace_, &*model_.objectNames.insert(Joined(Get(cells, "Object_Name"))).first, useLine_,
+       ToInt32(Get(cells, "Object_Occ_Num")), !badLines_.contains(useLine_)});
 }
 
 void Reading::ChangeUnit(Cells cells) {

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <span>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -30,11 +32,17 @@ class HeldRows {
   };
   struct Row {
     std::string_view table;
-    std::vector<Field> fields;
+    std::string fields;  // packed, for most of a model's rows are those of its objects' uses
   };
 
+  void Add(std::string_view column, const Value& value);
+  std::vector<Field> Unpacked(std::string_view packed) const;
+
   std::deque<Row> rows_;
-  std::unordered_map<std::string_view, std::size_t> last_;  // of each table, in rows_
+  std::vector<std::string_view> columns_;
+  std::unordered_map<std::string_view, std::uint16_t> numbers_;  // of each column
+  std::string packed_;                                           // the row in hand
+  std::unordered_map<std::string_view, std::size_t> last_;       // of each table, in rows_
 };
 
 }  // namespace merivane::neutraltext
