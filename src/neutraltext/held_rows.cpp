@@ -63,7 +63,7 @@ Value TakeValue(std::string_view& packed) {
 
 void HeldRows::Add(std::string_view column, const Value& value) {
   const auto [number, isNew] =
-      numbers_.try_emplace(column, static_cast<std::uint16_t>(columns_.size()));
+      numbers_.try_emplace(column.data(), static_cast<std::uint16_t>(columns_.size()));
   if (isNew) columns_.push_back(column);
   Append(packed_, number->second);
   const auto isShort = [](std::int64_t number) {

@@ -40,9 +40,9 @@ class HeldRows {
 
   std::deque<Row> rows_;
   std::vector<std::string_view> columns_;
-  std::unordered_map<std::string_view, std::uint16_t> numbers_;  // of each column
-  std::string packed_;                                           // the row in hand
-  std::unordered_map<std::string_view, std::size_t> last_;       // of each table, in rows_
+  std::unordered_map<const char*, std::uint16_t> numbers_;  // by where the names stand
+  std::string packed_;                                      // the row in hand
+  std::unordered_map<std::string_view, std::size_t> last_;  // of each table, in rows_
 };
 
 }  // namespace merivane::neutraltext
