@@ -81,9 +81,8 @@ bool SetInLastRow(ModelToProject& state, const Record& record, std::vector<Cell>
   rows.OpenDynamic(RowsOf(record) + " where Msp_ProjID = " + std::to_string(state.gMspProjId) +
                        std::string(condition),
                    state.gMspConn.get());
-  const bool found = !rows.Bof() && !rows.Eof();
+  const bool found = rows.FindLast();
   if (found) {
-    rows.MoveLast();
     for (Cell& cell : cells) rows.SetField(cell.column, std::move(cell.value));
     rows.Update();
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -25,6 +26,11 @@ constexpr std::size_t kLongestLine = 1 << 20;
 [[noreturn]] void ThrowOpenFailure(int failure, const std::string& path, FileUse mode) {
   const bool noFile = failure == ENOENT && mode == FileUse::kRead && FolderExists(path);
   throw RunTimeError(noFile ? kFileNotFound : ErrorOfSystem(failure, kPathFileAccessError));
+}
+
+const char* FindByte(char byte, const char* from, const char* end) {
+  const auto* found = std::memchr(from, byte, static_cast<std::size_t>(end - from));
+  return found == nullptr ? end : static_cast<const char*>(found);
 }
 
 }  // namespace
@@ -62,8 +68,7 @@ struct TextFiles::File {
     while (HasByte()) {
       const char* from = chunk.get() + next;
       const char* end = chunk.get() + filled;
-      const char* stop = from;
-      while (stop != end && *stop != '\r' && *stop != '\n') ++stop;
+      const char* stop = FindByte('\r', from, FindByte('\n', from, end));
       if (line.size() + static_cast<std::size_t>(stop - from) > kLongestLine) {
         throw RunTimeError(kPathFileAccessError,
                            "'" + FromUtf8(path) + "' has a line of more than 1 MB.");
@@ -235,7 +240,8 @@ std::int64_t CountLines(const std::string& path) {
   const auto chunk = std::make_unique_for_overwrite<char[]>(kChunk);
   std::int64_t lines = 0;
   while (file.read(chunk.get(), kChunk), file.gcount() > 0) {
-    lines += std::count(chunk.get(), chunk.get() + file.gcount(), '\n');
+    const char* end = chunk.get() + file.gcount();
+    for (const char* at = chunk.get(); (at = FindByte('\n', at, end)) != end; ++at) ++lines;
   }
   return lines;
 }

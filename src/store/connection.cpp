@@ -78,6 +78,7 @@ std::int64_t Connection::Version() {
 
 std::vector<std::string> Connection::FindDamage() {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
+  engine_->WriteHeld();
   sqlite3* database = engine_->Database();
   const StatementHandle check =
       PrepareStatement(database, "pragma integrity_check(100)", databaseName_);

@@ -118,6 +118,11 @@ Place DynamicSet::Last() {
 
 Place DynamicSet::FindTail() {
   if (tail_) return IsThere(kTail) ? kTail : kNoPlace;
+  if (!asked_ && !IsOrdered() && shape_.FindsHeld(literals_)) {
+    tail_ = limit_ = table_.Held()->rowId;
+    Ask();
+    return kTail;
+  }
   Ask();
   LentStatement last = LendUnread(ReadKind::kLast);
   const int step = sqlite3_step(last.get());
@@ -190,6 +195,7 @@ sqlite3_stmt* DynamicSet::RowWith(Place place, int slot) {
 
 // The row's value at that slot is there to be read; false for a row deleted since.
 bool DynamicSet::StandOn(std::int64_t key, int slot) {
+  table_.WriteHeld();
   const bool fits = row_ && SelectShape::IsIn(row_.get(), slot);
   if (fits && rowKey_ == key && rowWrites_ == table_.Writes()) return true;
   if (fits && row_.get_deleter().kind == ReadKind::kRow) {
@@ -219,7 +225,7 @@ void DynamicSet::BeginWrite() {
   table_.BeginTransaction(engine_.Transaction());
 }
 
-void DynamicSet::Insert(std::span<const FieldChange> changes) {
+void DynamicSet::Insert(std::vector<FieldChange>& changes) {
   BeginWrite();
   const bool numbered = !table_.Schema().RowIdIsColumn();
   const std::int64_t rowId = numbered ? table_.NextRowId() : 0;
@@ -229,12 +235,14 @@ void DynamicSet::Insert(std::span<const FieldChange> changes) {
 }
 
 void DynamicSet::Update(Place place, std::vector<FieldChange>& changes) {
-  std::erase_if(changes, [&](const FieldChange& change) {
-    const int slot = shape_.SlotOfColumn(change.column);
-    return ColumnHolds(RowWith(place, slot), slot, change.value);
-  });
-  if (changes.empty()) return;
   const std::int64_t key = KeyAt(place);
+  if (!table_.IsHeld(key)) {
+    std::erase_if(changes, [&](const FieldChange& change) {
+      const int slot = shape_.SlotOfColumn(change.column);
+      return ColumnHolds(RowWith(place, slot), slot, change.value);
+    });
+    if (changes.empty()) return;
+  }
   BeginWrite();
   engine_.BeforeUpdate(table_, key, changes);
   table_.Update(key, changes);

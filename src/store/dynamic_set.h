@@ -55,7 +55,8 @@ class DynamicSet final : private RowWatcher {
   void ReadRow(Place place, std::vector<Value>& fields);  // likewise
 
   void CheckWritable() const { engine_.CheckWritable(); }
-  void Insert(std::span<const FieldChange> changes);  // the new row's place is the last
+  // The new row's place is the last. The changes may be taken.
+  void Insert(std::vector<FieldChange>& changes);
   // Writes the changes that differ from what the row holds; the others are taken out.
   void Update(Place place, std::vector<FieldChange>& changes);
   void Delete(Place place);

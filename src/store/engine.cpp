@@ -156,7 +156,8 @@ void Engine::BeginWrite() {
   changesBefore_ = sqlite3_total_changes64(Database());
 }
 
-bool Engine::IsTaken() const {
+bool Engine::IsTaken() {
+  WriteHeld();
   return inTransaction_ && sqlite3_total_changes64(Database()) == changesBefore_;
 }
 
@@ -164,7 +165,12 @@ void Engine::LetGo() {
   for (std::size_t i = watchers_.size(); i-- > 0;) watchers_[i]->LetGo();
 }
 
+void Engine::WriteHeld() {
+  for (const auto& table : tables_) table->WriteHeld();
+}
+
 void Engine::Commit() {
+  WriteHeld();
   LetGo();
   if (inTransaction_ && sqlite3_get_autocommit(Database()) == 0) {
     Execute(Database(), "commit", path_);
@@ -173,6 +179,7 @@ void Engine::Commit() {
 }
 
 void Engine::Flush() {
+  WriteHeld();
   const int result = sqlite3_db_cacheflush(Database());
   if (result != SQLITE_OK && result != SQLITE_BUSY) throw DatabaseError(Database(), path_, result);
 }
@@ -181,6 +188,7 @@ void Engine::Flush() {
 // which may also leave a journal that holds nothing; where the disk refuses that too, by who opens
 // the file next.
 void Engine::RollBack() noexcept {
+  for (const auto& table : tables_) table->DropHeld();
   LetGo();
   sqlite3_exec(Database(), "rollback", nullptr, nullptr, nullptr);
   inTransaction_ = false;

@@ -78,9 +78,10 @@ class Engine {
   void BeginWrite();
   std::uint64_t Transaction() const { return transaction_; }
   // A transaction runs in which nothing has been written yet.
-  bool IsTaken() const;
+  bool IsTaken();
   void Commit();
-  void Flush();  // what was written goes to the disk, the transaction stays open
+  void WriteHeld();  // of all tables
+  void Flush();      // what was written goes to the disk, the transaction stays open
   void RollBack() noexcept;
   void CloseSets() noexcept;
 

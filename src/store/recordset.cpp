@@ -209,9 +209,13 @@ void Recordset::MoveFirst() {
 }
 
 void Recordset::MoveLast() {
+  if (!FindLast()) throw RunTimeError(kNoCurrentRecord);
+}
+
+bool Recordset::FindLast() {
   impl_->SaveChanges();
   impl_->MoveTo(impl_->With([](auto& set) { return set.Last(); }), Position::kEmpty);
-  impl_->CheckOnRow();
+  return impl_->at == Position::kRow;
 }
 
 void Recordset::MoveNext() {

@@ -167,7 +167,24 @@ StatementHandle SelectShape::Prepare(ReadKind kind) {
   return PrepareStatement(database_, Sql(kind), path_);
 }
 
+bool SelectShape::FindsHeld(std::span<const Literal> literals) const {
+  TableData::HeldRow* row = table_.Held();
+  if (row == nullptr || !statement_.isAllEqual) return false;
+  for (std::size_t term = 0; term < statement_.equalColumns.size(); ++term) {
+    const int column = statement_.equalColumns[term];
+    const auto literal = static_cast<std::size_t>(statement_.equalLiterals[term]);
+    const auto* wanted = std::get_if<std::int64_t>(&literals[literal]);
+    const Value* held = row->Find(column);
+    if (wanted == nullptr || held == nullptr || !table_.Schema().IsWhole(column) ||
+        !held->IsInteger() || held->Integer() != *wanted) {
+      return false;
+    }
+  }
+  return true;
+}
+
 LentStatement SelectShape::Lend(ReadKind kind, std::span<const Literal> literals) {
+  table_.WriteHeld();
   auto& pool = free_[static_cast<std::size_t>(kind)];
   StatementHandle statement;
   if (pool.empty()) {

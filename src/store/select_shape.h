@@ -62,6 +62,11 @@ class SelectShape {
   void ReadAll(sqlite3_stmt* row, std::vector<Value>& fields) const;
   static bool IsIn(sqlite3_stmt* row, int slot) { return slot < sqlite3_column_count(row); }
 
+  // The row that the table holds, if any, is among those of the statement. False where only SQLite
+  // could tell.
+  bool FindsHeld(std::span<const Literal> literals) const;
+
+  // Writes the row that the table holds, so that every row can be read.
   LentStatement Lend(ReadKind kind, std::span<const Literal> literals);
 
  private:

@@ -117,11 +117,14 @@ class Reader {
     Add("where");
     ++at_;
     const std::size_t start = text_.size();
-    for (const std::size_t first = at_; !ClauseEnds(); ++at_) {
+    const std::size_t first = at_;
+    for (; !ClauseEnds(); ++at_) {
       Note(first);
       Operand();
     }
     parts_.condition = text_.substr(start);
+    constexpr std::size_t kTerm = 4;  // tokens of one, and the AND before the next
+    parts_.isAllEqual = at_ - first + 1 == kTerm * parts_.equalColumns.size();
     if (hasAlternative_) {
       parts_.equalColumns.clear();
       parts_.prefixColumns.clear();
@@ -141,7 +144,10 @@ class Reader {
     if (comparison.kind == TokenKind::kEnd || !tokens_[at_ + 2].IsLiteral()) return;
     const Token& behind = tokens_[at_ + 3];
     if (behind.kind == TokenKind::kSymbol && !behind.IsSymbol(";")) return;
-    if (comparison.IsSymbol("=")) parts_.equalColumns.push_back(column);
+    if (comparison.IsSymbol("=")) {
+      parts_.equalColumns.push_back(column);
+      parts_.equalLiterals.push_back(parts_.parameters);
+    }
     if (comparison.Is("like") && tokens_[at_ + 2].kind == TokenKind::kPrefix &&
         Declared(column).kind == ColumnKind::kText) {
       parts_.prefixColumns.push_back(column);

@@ -35,6 +35,8 @@ struct StatementParts {
   std::string reversedOrder;
   std::vector<bool> used;          // by column: WHERE or ORDER BY name it
   std::vector<int> equalColumns;   // every row has one literal in it
+  std::vector<int> equalLiterals;  // which, of the statement's literals
+  bool isAllEqual = false;         // and WHERE says nothing else
   std::vector<int> prefixColumns;  // every row begins with one literal in it
   int parameters = 0;
 };

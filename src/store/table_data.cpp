@@ -90,19 +90,56 @@ void TableData::Run(sqlite3_stmt* statement) {
     throw error;
   }
   sqlite3_clear_bindings(statement);
-  ++writes_;
 }
 
-std::int64_t TableData::Insert(std::int64_t rowId, std::span<const FieldChange> changes) {
+std::int64_t TableData::Insert(std::int64_t rowId, std::vector<FieldChange>& changes) {
+  WriteHeld();
+  ++writes_;
+  if (schema_.TakesAnyRow()) {
+    held_.rowId = rowId;
+    held_.changes.swap(changes);
+    isHeld_ = true;
+    return rowId;
+  }
+  InsertNow(rowId, changes);
+  return schema_.RowIdIsColumn() ? sqlite3_last_insert_rowid(database_) : rowId;
+}
+
+void TableData::InsertNow(std::int64_t rowId, std::span<const FieldChange> changes) {
   sqlite3_stmt* insert = Find(Write::kInsert, changes);
   int parameter = 0;
   if (!schema_.RowIdIsColumn()) sqlite3_bind_int64(insert, ++parameter, rowId);
   for (const FieldChange& change : changes) Bind(insert, ++parameter, change.value);
   Run(insert);
-  return schema_.RowIdIsColumn() ? sqlite3_last_insert_rowid(database_) : rowId;
+}
+
+// Where SQLite has undone the transaction, on an error, the row has gone with it.
+void TableData::WriteHeldRow() {
+  isHeld_ = false;
+  if (sqlite3_get_autocommit(database_) != 0) return;
+  InsertNow(held_.rowId, held_.changes);
+}
+
+Value* TableData::HeldRow::Find(int column) {
+  const auto found = std::find_if(changes.begin(), changes.end(), [&](const FieldChange& change) {
+    return change.column == column;
+  });
+  return found == changes.end() ? nullptr : &found->value;
 }
 
 void TableData::Update(std::int64_t rowId, std::span<const FieldChange> changes) {
+  ++writes_;
+  if (IsHeld(rowId)) {
+    for (const FieldChange& change : changes) {
+      if (Value* held = held_.Find(change.column)) {
+        *held = change.value;
+      } else {
+        held_.changes.push_back(change);
+      }
+    }
+    return;
+  }
+  WriteHeld();
   sqlite3_stmt* update = Find(Write::kUpdate, changes);
   int parameter = 0;
   for (const FieldChange& change : changes) Bind(update, ++parameter, change.value);
@@ -112,6 +149,8 @@ void TableData::Update(std::int64_t rowId, std::span<const FieldChange> changes)
 }
 
 void TableData::Delete(std::int64_t rowId) {
+  ++writes_;
+  WriteHeld();
   if (!delete_) {
     delete_ = PrepareStatement(
         database_, "delete from " + schema_.QuotedName() + " where " + schema_.RowId() + " = ?",

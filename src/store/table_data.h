@@ -1,5 +1,9 @@
 // A table of an open database: what it declares, how often it was written, and its statements that
 // write single rows.
+//
+// The row that was added last is held in memory, where the table takes any row, so that it is
+// written once with what is set in it next; who looks into the table by a statement calls WriteHeld
+// before.
 #pragma once
 
 #include <cstdint>
@@ -39,9 +43,24 @@ class TableData {
 
   // REQUIRES: a transaction. Where a column is the row number, `rowId` is not used, and the number
   // comes back that the row got.
-  std::int64_t Insert(std::int64_t rowId, std::span<const FieldChange> changes);
+  // The changes of the row may be taken.
+  std::int64_t Insert(std::int64_t rowId, std::vector<FieldChange>& changes);
   void Update(std::int64_t rowId, std::span<const FieldChange> changes);  // 3021 for no such row
   void Delete(std::int64_t rowId);                                        // likewise
+
+  // The row that is held: its number and the columns that were set. Null without one.
+  struct HeldRow {
+    std::int64_t rowId = 0;
+    std::vector<FieldChange> changes;
+
+    Value* Find(int column);  // null for one that wasn't set
+  };
+  HeldRow* Held() { return isHeld_ ? &held_ : nullptr; }
+  bool IsHeld(std::int64_t rowId) const { return isHeld_ && held_.rowId == rowId; }
+  void WriteHeld() {
+    if (isHeld_) WriteHeldRow();
+  }
+  void DropHeld() noexcept { isHeld_ = false; }
 
  private:
   enum class Write { kInsert, kUpdate };
@@ -52,6 +71,8 @@ class TableData {
   std::string UpdateSql(std::span<const FieldChange> changes) const;
   const std::string& NameOf(const FieldChange& change) const;
   void Run(sqlite3_stmt* statement);
+  void InsertNow(std::int64_t rowId, std::span<const FieldChange> changes);
+  void WriteHeldRow();
   std::int64_t GreatestRowId();
 
   TableSchema schema_;
@@ -65,6 +86,8 @@ class TableData {
   Statements updates_;
   StatementHandle delete_;
   StatementHandle greatest_;
+  bool isHeld_ = false;
+  HeldRow held_;
   std::string key_;
 };
 

@@ -5,6 +5,7 @@
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
+#include "runtime/text.h"
 
 namespace merivane::store {
 
@@ -67,6 +68,14 @@ bool IsMadeByFunction(sqlite3* database, const std::string& path, const std::str
   return false;
 }
 
+// A word of one stands in the statement that made the table, be it in a name.
+bool DeclaresConstraint(std::string_view sql) {
+  constexpr auto kWords =
+      std::to_array<std::string_view>({"check", "null", "unique", "primary", "strict"});
+  return std::any_of(kWords.begin(), kWords.end(),
+                     [&](std::string_view word) { return HoldsNoCase(sql, word); });
+}
+
 const char* RawText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
   return text == nullptr ? "" : text;
@@ -78,7 +87,7 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
                                              std::string_view name) {
   const StatementHandle find =
       PrepareStatement(database,
-                       "select name, rootpage > 0 from sqlite_master"
+                       "select name, rootpage > 0, sql from sqlite_master"
                        " where type in ('table', 'view') and name = ?1 collate nocase",
                        path);
   const Value wanted(name);  // outlives the step
@@ -96,6 +105,9 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
   }
   schema.ReadColumns(database, path);
   schema.FindRowId(database);
+  if (schema.rowId_.empty() || DeclaresConstraint(RawText(find.get(), 2))) {
+    schema.takesAnyRow_ = false;
+  }
   schema.ReadIndexes(database, path);
   return schema;
 }
@@ -111,9 +123,10 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
   int step = SQLITE_ROW;
   while ((step = sqlite3_step(info.get())) == SQLITE_ROW) {
     const std::string utf8 = RawText(info.get(), 1);
-    if (sqlite3_column_int(info.get(), kHidden) != 0 &&
-        (++computed > kMostComputed ||
-         IsMadeByFunction(database, path, quotedName_, Quoted(utf8)))) {
+    const bool isComputed = sqlite3_column_int(info.get(), kHidden) != 0;
+    if (isComputed) takesAnyRow_ = false;
+    if (isComputed && (++computed > kMostComputed ||
+                       IsMadeByFunction(database, path, quotedName_, Quoted(utf8)))) {
       throw RunTimeError(kDatabaseError, "The column '" + FromUtf8(utf8) + "' of the table '" +
                                              name_ + "' in the database '" + FromUtf8(path) +
                                              "' is computed in a way that is not read.");
@@ -154,7 +167,8 @@ void TableSchema::FindRowId(sqlite3* database) {
 void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
   const StatementHandle list =
       PrepareStatement(database,
-                       "select i.name, x.cid, x.coll, i.partial from pragma_index_list(?1) i, "
+                       "select i.name, x.cid, x.coll, i.partial, i.\"unique\" from "
+                       "pragma_index_list(?1) i, "
                        "pragma_index_xinfo(i.name) x where x.key order by i.seq desc, x.seqno",
                        path);
   const std::string table = ToUtf8(name_);
@@ -168,6 +182,7 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
       current = name;
       usable = sqlite3_column_int(list.get(), 3) == 0;
       indexes_.push_back({Quoted(name), {}});
+      if (sqlite3_column_int(list.get(), 4) != 0) takesAnyRow_ = false;
     }
     const int ordinal = sqlite3_column_int(list.get(), 1);
     // Texts are compared without case, which only an index of that order serves.

@@ -37,11 +37,16 @@ class TableSchema {
   const std::string& QuotedName() const { return quotedName_; }
   const std::vector<Column>& Columns() const { return columns_; }
   ColumnKind KindOf(int column) const { return columns_[static_cast<std::size_t>(column)].kind; }
+  bool IsWhole(int column) const {
+    return KindOf(column) == ColumnKind::kInt16 || KindOf(column) == ColumnKind::kInt32;
+  }
   const std::vector<TableIndex>& Indexes() const { return indexes_; }
   // The name that reaches the row number; empty for a table without one.
   const std::string& RowId() const { return rowId_; }
   // A column of the table is its row number, so a row can be added in front of others.
   bool RowIdIsColumn() const { return rowIdIsColumn_; }
+  // Rows of any values are taken: what can refuse one is the disk alone.
+  bool TakesAnyRow() const { return takesAnyRow_; }
 
   int Find(std::string_view name) const;  // ignoring case; -1 where there is none
 
@@ -56,6 +61,7 @@ class TableSchema {
   std::vector<TableIndex> indexes_;
   std::string rowId_;
   bool rowIdIsColumn_ = false;
+  bool takesAnyRow_ = true;
 
   // The program names a column mostly by one literal after the other, so that a name found once is
   // known by where it lies; its letters tell whether it is still that name.

@@ -56,6 +56,7 @@ void CopyLocked(sqlite3* lock, const std::string& from, const std::string& to, W
 
 void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const std::string& shown,
             Work& work, std::chrono::milliseconds patience) {
+  if (inUse != nullptr) inUse->WriteHeld();
   if (inUse != nullptr && inUse->IsTaken() && !HasLog(from)) {
     return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown, work);
   }

@@ -53,6 +53,7 @@ class Recordset {
   bool Bof();
   void MoveFirst();
   void MoveLast();
+  bool FindLast();      // the same; false, and at BOF and EOF, without a row
   void MoveNext();      // saves a changed row first; at EOF error 3021
   void MovePrevious();  // likewise; at BOF error 3021
 
