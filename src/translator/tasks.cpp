@@ -1,4 +1,5 @@
 #include "mpx/mpx_format.h"
+#include "outline_numbers.h"
 #include "runtime/rtf_notes.h"
 #include "runtime/run_time_error.h"
 #include "translation_steps.h"
@@ -99,17 +100,18 @@ void FillTask(const Pass& pass, Recordset& activity, std::int32_t duration, Reco
   CopyColumns(kModelColumns, activity, task);
 }
 
-void AddTask(Pass& pass, Recordset& activity) {
+void AddTask(Pass& pass, Recordset& activity, OutlineAhead& outline) {
   Recordset tasks = Ask(pass.state.gMspConn.get(), "select * from MSP_TASKS");
   if (tasks.Bof() || tasks.Eof()) return;
   const std::int32_t duration = ToInt32(pass.taskDays * kTenthsOfMinuteInDay);
   if (!pass.IsStored(PlanRow::kTask)) return;
   tasks.AddNew();
   FillTask(pass, activity, duration, tasks);
+  outline.Number(tasks);
   tasks.Update();
 }
 
-void WriteTask(Pass& pass, Recordset& activity) {
+void WriteTask(Pass& pass, Recordset& activity, OutlineAhead& outline) {
   const std::string duration = TakeDuration(pass, activity.Field("Duration"));
   std::string predecessors = WriteLinksOfTask(pass, activity);
   if (!predecessors.empty()) predecessors.pop_back();
@@ -118,7 +120,7 @@ void WriteTask(Pass& pass, Recordset& activity) {
       activity.Field("outline"),    predecessors,           activity.Field("Use_Num")};
   pass.PrintMpx(MpxTaskRecord(mpxLine, pass.state.codePage));
   WriteNote(pass, mpxLine.name);
-  AddTask(pass, activity);
+  AddTask(pass, activity, outline);
   WriteAssignments(pass, activity);
   // The note goes with the row in one; one that is too long fails behind the assignments.
   if (!NoteFits(pass.glossaryText)) RefuseNote(pass.glossaryText);
@@ -143,8 +145,9 @@ void WriteTasks(Pass& pass) {
   pass.PrintMpx(kMpxTaskFields);
   pass.PrintMpx(kMpxTaskFieldNumbers);
   pass.state.progress.Begin("Writing the tasks", LastNumber(activities));
+  OutlineAhead outline(pass.state);
   for (; !activities.Eof(); activities.MoveNext(), pass.state.progress.Step()) {
-    WriteTask(pass, activities);
+    WriteTask(pass, activities, outline);
   }
 }
 
