@@ -31,10 +31,10 @@ class Splitter {
   void Run() {
     while (at_ < sql_.size()) {
       const CharacterKind kind = KindOf(sql_[at_]);
-      if (kind == CharacterKind::kBlank) {
-        ++at_;
-      } else if (kind == CharacterKind::kWord) {
+      if (kind == CharacterKind::kWord) {
         Word();
+      } else if (kind == CharacterKind::kBlank) {
+        ++at_;
       } else if (kind == CharacterKind::kDigit || StartsFraction()) {
         Number();
       } else if (kind == CharacterKind::kQuote) {
@@ -68,9 +68,13 @@ class Splitter {
   }
 
   void Word() {
-    const std::size_t start = at_;
-    while (at_ < sql_.size() && IsNamePart(sql_[at_])) ++at_;
-    like_ = at_ - start == 4 && SameName(sql_.substr(start, 4), "like");
+    const char* const start = sql_.data() + at_;
+    const char* const end = sql_.data() + sql_.size();
+    const char* at = start;
+    while (at != end && IsNamePart(*at)) ++at;
+    const std::string_view word(start, static_cast<std::size_t>(at - start));
+    at_ += word.size();
+    like_ = word.size() == 4 && SameName(word, "like");
   }
 
   void Digits() {

@@ -48,7 +48,8 @@ inline CharacterKind KindOf(char character) {
 }
 inline bool IsDigit(char character) { return KindOf(character) == CharacterKind::kDigit; }
 inline bool IsNamePart(char character) {
-  return KindOf(character) == CharacterKind::kWord || IsDigit(character);
+  const CharacterKind kind = KindOf(character);
+  return kind == CharacterKind::kWord || kind == CharacterKind::kDigit;
 }
 
 enum class TokenKind : std::uint8_t {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -197,8 +198,11 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
 
 int TableSchema::Find(std::string_view name) const {
   const auto address = reinterpret_cast<std::uintptr_t>(name.data());
-  Known& known = known_[(address ^ (address >> 7U)) % known_.size()];
-  if (known.column >= 0 && known.name == name) return known.column;
+  Known& known = known_[(address ^ (address >> 8U)) % kKnown];
+  if (known.column >= 0 && known.name.size() == name.size() &&
+      std::memcmp(known.name.data(), name.data(), name.size()) == 0) {
+    return known.column;
+  }
   const auto found = std::find_if(columns_.begin(), columns_.end(), [&](const Column& column) {
     return SameName(column.name, name);
   });

@@ -69,7 +69,8 @@ class TableSchema {
     std::string name;
     int column = -1;
   };
-  mutable std::vector<Known> known_{128};
+  static constexpr std::size_t kKnown = 256;
+  mutable std::vector<Known> known_ = std::vector<Known>(kKnown);
 };
 
 // Letters of ASCII without case, as names of tables and columns compare.
