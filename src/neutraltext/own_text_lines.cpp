@@ -179,8 +179,8 @@ void OwnTextLines::InRecord() {
       std::any_of(kRecordBlocks.begin(), kRecordBlocks.end(),
                   [this](std::string_view each) { return BeginBlock(each, each); });
   if (isBlock || IsEmpty()) return;
-  const bool isPoolEnd = Is("End  " + pool_ + " Pool");
-  const bool isEnd = isPoolEnd || Begins("End  " + pool_ + " ");
+  const bool isEnd = Begins("End  ") && Begins("End  " + pool_ + " ");
+  const bool isPoolEnd = isEnd && Is("End  " + pool_ + " Pool");
   if (!isPoolEnd) Give(line_);
   if (!isEnd) return;
   Give("");

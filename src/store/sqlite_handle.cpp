@@ -168,12 +168,13 @@ std::string ColumnText(sqlite3_stmt* statement, int column) {
 }
 
 Value ColumnValue(sqlite3_stmt* statement, int column, bool asText) {
-  switch (sqlite3_column_type(statement, column)) {
+  sqlite3_value* value = sqlite3_column_value(statement, column);
+  switch (sqlite3_value_type(value)) {
     case SQLITE_NULL:
       return {};
     case SQLITE_INTEGER: {
-      const Value number = static_cast<std::int64_t>(sqlite3_column_int64(statement, column));
-      return asText ? Value(ToText(number)) : number;
+      const auto number = static_cast<std::int64_t>(sqlite3_value_int64(value));
+      return asText ? Value(ToText(number)) : Value(number);
     }
     case SQLITE_FLOAT: {
       const double number = sqlite3_column_double(statement, column);
@@ -191,11 +192,12 @@ Value ColumnValue(sqlite3_stmt* statement, int column, bool asText) {
 }
 
 bool ColumnHolds(sqlite3_stmt* statement, int column, const Value& value) {
-  switch (sqlite3_column_type(statement, column)) {
+  sqlite3_value* held = sqlite3_column_value(statement, column);
+  switch (sqlite3_value_type(held)) {
     case SQLITE_NULL:
       return value.IsNull();
     case SQLITE_INTEGER:
-      return value.IsInteger() && value.Integer() == sqlite3_column_int64(statement, column);
+      return value.IsInteger() && value.Integer() == sqlite3_value_int64(held);
     case SQLITE_TEXT:
       return value.IsText() && value.Text() == ColumnText(statement, column);
     default:
