@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include "merge_statements.h"
@@ -25,9 +26,9 @@ class DecompositionPasses {
   void InitProcessedFlags();
   bool SelectNextDecomposition();
   void MergeSelectedLinks();
+  void StoreMarks();
 
  private:
-  void Mark(std::size_t row, const char* column, int mark);
   bool EnterScenarioOf(const Value& parent);
 
   ProjectToModel& state_;
@@ -40,19 +41,23 @@ class DecompositionPasses {
   std::vector<std::size_t> bookmarks_;  // of its rows
 };
 
-void DecompositionPasses::Mark(std::size_t row, const char* column, int mark) {
-  tasks_.MoveTo(bookmarks_[row]);
-  tasks_.SetField(column, mark);
-  tasks_.Update();
-}
-
 void DecompositionPasses::InitProcessedFlags() {
   for (std::size_t row = 0; row < outline_.Size(); ++row) {
     if (row > 0) tasks_.MoveNext();
     bookmarks_.push_back(tasks_.Bookmark());
     const auto level = outline_.Level(row);
     processed_.push_back(level && *level <= 1);
-    Mark(row, "Processed", processed_[row] ? 1 : 0);
+  }
+}
+
+// As the passes have left them: only the last group is selected.
+void DecompositionPasses::StoreMarks() {
+  for (std::size_t row = 0; row < outline_.Size(); ++row) {
+    tasks_.MoveTo(bookmarks_[row]);
+    tasks_.SetField("Processed", processed_[row] ? 1 : 0);
+    tasks_.SetField("SelectedForProcessing",
+                    std::binary_search(selected_.begin(), selected_.end(), row) ? 1 : 0);
+    tasks_.Update();
   }
 }
 
@@ -67,7 +72,6 @@ bool DecompositionPasses::EnterScenarioOf(const Value& parent) {
 
 // Selects the first unprocessed row and its siblings; deeper rows wait for a pass of their own.
 bool DecompositionPasses::SelectNextDecomposition() {
-  for (const std::size_t row : selected_) Mark(row, "SelectedForProcessing", 0);
   selected_.clear();
   while (firstOpen_ < outline_.Size() && processed_[firstOpen_]) ++firstOpen_;
   if (firstOpen_ == outline_.Size()) return false;
@@ -77,7 +81,6 @@ bool DecompositionPasses::SelectNextDecomposition() {
   for (std::size_t row = firstOpen_; level && row < outline_.Size(); ++row) {
     if (!(outline_.Level(row) >= level)) break;
     if (outline_.Level(row) != level) continue;
-    Mark(row, "SelectedForProcessing", 1);
     selected_.push_back(row);
   }
   return !selected_.empty();
@@ -87,7 +90,6 @@ void DecompositionPasses::MergeSelectedLinks() {
   for (const std::size_t row : selected_) {
     tasks_.MoveTo(bookmarks_[row]);
     MergeLinksOfTask(state_, tasks_, listener_);
-    Mark(row, "Processed", 1);
     processed_[row] = true;
   }
 }
@@ -114,6 +116,7 @@ void MergeDecompositionLinks(ProjectToModel& state, MergeListener* listener) {
   DecompositionPasses passes(state, listener);
   passes.InitProcessedFlags();
   while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
+  passes.StoreMarks();
 }
 
 }  // namespace

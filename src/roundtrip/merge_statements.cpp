@@ -7,6 +7,8 @@ namespace merivane::roundtrip {
 
 namespace {
 
+constexpr std::string_view kProjectRow = "Select * from MSP_PROJECTS Where Proj_ID = ";
+
 std::string LinksOfScenario(const ProjectToModel& state) {
   return "Select * from Links_in_Scenario Where Scenario_Num = " + Joined(state.gCurrentScenario);
 }
@@ -64,22 +66,30 @@ bool HasRow(Recordset& rows) { return !rows.Eof() && !rows.Bof(); }
 
 bool TextIs(const Value& value, std::string_view text) { return Joined(value) == text; }
 
-NumberCounter::NumberCounter(const ProjectToModel& state) {
-  project_.OpenDynamic(
-      "Select * from MSP_Projects  Where Proj_ID = " + Joined(std::int64_t{state.gInterimProjId}),
-      state.gInterimConn.get());
-  last_ = ToInt16(project_.Field("KV7_PROJ_max_Use_Id"));
+GreatestNumbers& NumbersOf(ProjectToModel& state) {
+  if (!state.greatestNumbers) {
+    Recordset project = Ask(state.gInterimConn.get(), kProjectRow, state.gInterimProjId);
+    state.greatestNumbers = {ToInt16(project.Field("KV7_PROJ_Max_Use_Id")),
+                             ToInt16(project.Field("KV7_PROJ_Max_Act_Id"))};
+  }
+  return *state.greatestNumbers;
 }
+
+void StoreNumbers(ProjectToModel& state) {
+  if (!state.greatestNumbers) return;
+  Recordset project = Ask(state.gInterimConn.get(), kProjectRow, state.gInterimProjId);
+  project.SetField("KV7_PROJ_Max_Use_Id", state.greatestNumbers->use);
+  project.SetField("KV7_PROJ_Max_Act_Id", state.greatestNumbers->activity);
+  project.Update();
+  state.greatestNumbers.reset();
+}
+
+NumberCounter::NumberCounter(ProjectToModel& state)
+    : greatest_(NumbersOf(state).use), last_(greatest_) {}
 
 std::int16_t NumberCounter::Next() {
   last_ = AddInt16(last_, 1);
   return last_;
-}
-
-void NumberCounter::WriteBack() {
-  project_.SetField("KV7_PROJ_Max_Use_ID", last_);
-  project_.Update();
-  project_.Close();
 }
 
 std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,

@@ -38,17 +38,22 @@ bool HasRow(Recordset& rows);
 // Case counts; Null is empty text.
 bool TextIs(const Value& value, std::string_view text);
 
-// The project's counter of occurrences, junctions and links, read once. Without a project row
-// error 3021. Numbers that were taken count only once they're written back.
+// The greatest numbers of the project, read from its row once (error 3021 without one) and kept
+// until StoreNumbers writes them into it.
+GreatestNumbers& NumbersOf(ProjectToModel& state);
+void StoreNumbers(ProjectToModel& state);
+
+// The project's counter of occurrences, junctions and links. Numbers that were taken count only
+// once they're written back.
 class NumberCounter {
  public:
-  explicit NumberCounter(const ProjectToModel& state);
+  explicit NumberCounter(ProjectToModel& state);
   std::int16_t Next();  // error 6 beyond 32,767
-  void WriteBack();
+  void WriteBack() { greatest_ = last_; }
 
  private:
-  Recordset project_;
-  std::int16_t last_ = 0;
+  std::int16_t& greatest_;
+  std::int16_t last_;
 };
 
 // Adds a junction under the counter's next number, which is the result.

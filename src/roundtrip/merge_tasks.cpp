@@ -111,17 +111,12 @@ std::int16_t AddOccurrence(ProjectToModel& state, Recordset& task, std::int16_t 
 }
 
 void AddNewActivity(ProjectToModel& state, Recordset& task) {
-  Recordset project = Ask(state.gInterimConn.get(),
-                          "Select * from MSP_PROJECTS  Where Proj_ID = ", state.gInterimProjId);
-  const std::int16_t lastActivity = ToInt16(project.Field("KV7_PROJ_Max_Act_Id"));
-  const std::int16_t lastUse = ToInt16(project.Field("KV7_PROJ_Max_Use_Id"));
-  const std::int16_t activity = AddActivity(state, task, lastActivity);
-  const std::int16_t use = AddOccurrence(state, task, activity, lastUse);
+  GreatestNumbers& greatest = NumbersOf(state);
+  const std::int16_t activity = AddActivity(state, task, greatest.activity);
+  const std::int16_t use = AddOccurrence(state, task, activity, greatest.use);
   task.SetField("Text1", use);
   task.Update();
-  project.SetField("KV7_PROJ_Max_Act_Id", activity);
-  project.SetField("KV7_PROJ_Max_Use_Id", use);
-  project.Update();
+  greatest = {use, activity};
 }
 
 // What would take a moved task out of its old scenario wants a record set and is handed the fields

@@ -12,7 +12,6 @@ void TakeOver(ProjectToModel& state, const std::string& sql, const char* from,
   Recordset found = Ask(state.gInterimConn.get(), sql);
   if (found.Eof()) return;
   requirement.SetField(to, found.Field(from));
-  requirement.Update();
 }
 
 void ResolveResourceRequirements(ProjectToModel& state) {

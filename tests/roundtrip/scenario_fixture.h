@@ -67,7 +67,7 @@ class ScenarioFixture : public MpxFixture, public testing::WithParamInterface<Me
     State().gInterimConn = Connect();
     State().gInterimProjId = 1;
     State().gCurrentScenario = 3;
-    Add("MSP_PROJECTS PROJ_ID KV7_PROJ_MAX_USE_ID", {{1, 50}});
+    Add("MSP_PROJECTS PROJ_ID KV7_PROJ_MAX_USE_ID KV7_PROJ_MAX_ACT_ID", {{1, 50, 0}});
     for (int use = 1; use <= 7; ++use) {
       Add("ProjectAct Msp_ProjID PID Text1", {{1, 10 + use, std::to_string(use)}});
       Add("MSP_TASKS Proj_ID TASK_UID KV7_PROCOCC_HEX KV7_SCENARIO_HEX",
@@ -150,8 +150,10 @@ class ScenarioFixture : public MpxFixture, public testing::WithParamInterface<Me
         if (!type.IsNull()) links += " [" + column + " " + LetterOf(type) + "]";
       }
     }
-    return junctions + " | " + links + " | " +
-           Joined(ColumnOf(Interim(), "KV7_PROJ_MAX_USE_ID", "MSP_PROJECTS")[0]) + " | ";
+    const Value stored = ColumnOf(Interim(), "KV7_PROJ_MAX_USE_ID", "MSP_PROJECTS")[0];
+    const auto& numbers = State().greatestNumbers;
+    return junctions + " | " + links + " | " + Joined(numbers ? Value(numbers->use) : stored) +
+           " | ";
   }
 };
 

@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -128,6 +129,13 @@ struct ModelToProject : Direction {
 };
 
 // From a plan to a Neutral Text file.
+// The greatest numbers that a project has given out: to occurrences, junctions and links, and to
+// activities.
+struct GreatestNumbers {
+  std::int16_t use = 0;
+  std::int16_t activity = 0;
+};
+
 struct ProjectToModel : Direction {
   explicit ProjectToModel(const Direction& shared) : Direction(shared) {}
 
@@ -147,6 +155,7 @@ struct ProjectToModel : Direction {
   std::int16_t gOriginUse = 0;
   std::int16_t gDestinationUse = 0;
   std::int16_t gNoTopScenario = 0;
+  std::optional<GreatestNumbers> greatestNumbers;  // empty: those of the project's row hold
   std::vector<std::int16_t> gFsPredecessors;
   std::vector<std::int16_t> gNewPredecessors;
 
