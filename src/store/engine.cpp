@@ -96,7 +96,24 @@ TableData& Engine::FindTable(std::string_view name) {
 }
 
 SelectShape& Engine::FindSelect(std::string_view sql, std::vector<Literal>& literals) {
+  constexpr std::size_t kBeginning = 32;
+  constexpr std::size_t kMostKnown = 16;
+  const std::size_t beginning = std::hash<std::string_view>()(sql.substr(0, kBeginning));
+  std::vector<KnownSelect>& known = known_[beginning % known_.size()];
+  constexpr std::size_t kMostly = 3;
+  literals.reserve(kMostly);
+  for (const KnownSelect& candidate : known) {
+    if (candidate.pieces.Fit(sql, literals)) return *candidate.select;
+    literals.clear();
+  }
   SplitLiterals(sql, split_);
+  SelectShape& select = FindSplit(sql);
+  if (known.size() < kMostKnown) known.push_back({ShapePieces(split_.shape), &select});
+  literals.swap(split_.literals);
+  return select;
+}
+
+SelectShape& Engine::FindSplit(std::string_view sql) {
   auto found = selects_.find(split_.shape);
   if (found == selects_.end()) {
     TableData* table = nullptr;
@@ -108,7 +125,6 @@ SelectShape& Engine::FindSelect(std::string_view sql, std::vector<Literal>& lite
     auto shape = std::make_unique<SelectShape>(Database(), path_, std::move(statement), *table);
     found = selects_.emplace(split_.shape, std::move(shape)).first;
   }
-  literals.swap(split_.literals);
   return *found->second;
 }
 

@@ -1,6 +1,7 @@
 // One open database: its tables, its statements, its transaction, and the record sets that read it.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <exception>
@@ -97,6 +98,7 @@ class Engine {
 
  private:
   TableData& FindTable(std::string_view name);
+  SelectShape& FindSplit(std::string_view sql);  // by `split_`
   void LetGo();
   static int Busy(void* engine, int count);
   bool MayWait();
@@ -118,6 +120,13 @@ class Engine {
   SplitStatement split_;
   std::vector<std::unique_ptr<TableData>> tables_;
   std::unordered_map<std::string, std::unique_ptr<SelectShape>> selects_;
+  struct KnownSelect {
+    ShapePieces pieces;
+    SelectShape* select;
+  };
+  // By how a text begins. It is a way to `selects_` that is short, and a few that take the long
+  // one all the same.
+  std::array<std::vector<KnownSelect>, 64> known_;
   std::vector<RowWatcher*> watchers_;
   std::vector<OpenSet*> sets_;
 };

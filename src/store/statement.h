@@ -24,6 +24,20 @@ struct SplitStatement {
 // memory is used again.
 void SplitLiterals(std::string_view sql, SplitStatement& out);
 
+// A shape in pieces, by which a text is known again for less than splitting it costs.
+class ShapePieces {
+ public:
+  explicit ShapePieces(std::string_view shape);
+
+  // The text has that shape for certain, and these literals, which are added; false says nothing.
+  // Failures as above.
+  bool Fit(std::string_view sql, std::vector<Literal>& literals) const;
+
+ private:
+  std::vector<std::string> texts_;  // in front of each mark, and behind the last
+  std::string marks_;
+};
+
 // SELECT list FROM table [WHERE condition] [ORDER BY columns], with literals as parameters that are
 // numbered from 1.
 struct StatementParts {

@@ -21,6 +21,67 @@ std::string PrefixEnd(std::string prefix) {
   return prefix;
 }
 
+std::size_t DigitsEnd(std::string_view sql, std::size_t at) {
+  while (at < sql.size() && IsDigit(sql[at])) ++at;
+  return at;
+}
+
+// An exponent counts only with digits: in "3END" the number is 3.
+std::size_t ExponentEnd(std::string_view sql, std::size_t at) {
+  if (at == sql.size() || (sql[at] != 'e' && sql[at] != 'E')) return at;
+  std::size_t digits = at + 1;
+  if (digits < sql.size() && (sql[digits] == '+' || sql[digits] == '-')) ++digits;
+  if (digits == sql.size() || !IsDigit(sql[digits])) return at;
+  return DigitsEnd(sql, digits);
+}
+
+// These two read the literal at `at`, which they move behind it, and give its mark.
+char TakeNumber(std::string_view sql, std::size_t& at, std::vector<Literal>& literals) {
+  const char* first = sql.data() + at;
+  at = DigitsEnd(sql, at);
+  if (at < sql.size() && sql[at] == '.') at = DigitsEnd(sql, at + 1);
+  at = ExponentEnd(sql, at);
+  const char* last = sql.data() + at;
+  std::int64_t integer = 0;
+  const auto whole = std::from_chars(first, last, integer);
+  if (whole.ec == std::errc() && whole.ptr == last) {
+    literals.emplace_back(integer);
+  } else {
+    double real = 0;
+    if (std::from_chars(first, last, real).ec != std::errc()) {
+      throw StatementError("A number is out of range", sql);
+    }
+    literals.emplace_back(real);
+  }
+  return kNumberMark;
+}
+
+// Behind the word Like, or not.
+char TakeText(std::string_view sql, std::size_t& at, bool like, std::vector<Literal>& literals) {
+  const char quote = sql[at];
+  std::string text;
+  for (++at;; ++at) {
+    const std::size_t end = sql.find(quote, at);
+    if (end == std::string_view::npos) {
+      throw StatementError("A text has no closing quote", sql);
+    }
+    text += sql.substr(at, end - at);
+    at = end + 1;
+    if (at == sql.size() || sql[at] != quote) break;
+    text += quote;
+  }
+  std::string utf8 = ToUtf8(text);
+  if (!like || utf8.empty() || utf8.find('%') != utf8.size() - 1) {
+    literals.emplace_back(std::move(utf8));
+    return like ? kPatternMark : kTextMark;
+  }
+  utf8.pop_back();
+  std::string end = PrefixEnd(utf8);
+  literals.emplace_back(std::move(utf8));
+  literals.emplace_back(std::move(end));
+  return kPrefixMark;
+}
+
 class Splitter {
  public:
   Splitter(std::string_view sql, SplitStatement& out) : sql_(sql), out_(out) {
@@ -38,7 +99,7 @@ class Splitter {
       } else if (kind == CharacterKind::kDigit || StartsFraction()) {
         Number();
       } else if (kind == CharacterKind::kQuote) {
-        Text(sql_[at_]);
+        Text();
       } else if (kind == CharacterKind::kBracket) {
         Bracket();
       } else if (kind == CharacterKind::kSymbol) {
@@ -77,71 +138,14 @@ class Splitter {
     like_ = word.size() == 4 && SameName(word, "like");
   }
 
-  void Digits() {
-    while (at_ < sql_.size() && IsDigit(sql_[at_])) ++at_;
-  }
-
-  // An exponent counts only with digits: in "3END" the number is 3.
-  void Exponent() {
-    if (at_ == sql_.size() || (sql_[at_] != 'e' && sql_[at_] != 'E')) return;
-    std::size_t digits = at_ + 1;
-    if (digits < sql_.size() && (sql_[digits] == '+' || sql_[digits] == '-')) ++digits;
-    if (digits == sql_.size() || !IsDigit(sql_[digits])) return;
-    at_ = digits;
-    Digits();
-  }
-
   void Number() {
     CopyTo(at_);
-    Digits();
-    if (at_ < sql_.size() && sql_[at_] == '.') {
-      ++at_;
-      Digits();
-    }
-    Exponent();
-    const char* first = sql_.data() + copied_;
-    const char* last = sql_.data() + at_;
-    std::int64_t integer = 0;
-    const auto whole = std::from_chars(first, last, integer);
-    if (whole.ec == std::errc() && whole.ptr == last) {
-      out_.literals.emplace_back(integer);
-    } else {
-      double real = 0;
-      if (std::from_chars(first, last, real).ec != std::errc()) {
-        throw StatementError("A number is out of range", sql_);
-      }
-      out_.literals.emplace_back(real);
-    }
-    Replace(kNumberMark);
+    Replace(TakeNumber(sql_, at_, out_.literals));
   }
 
-  void Text(char quote) {
+  void Text() {
     CopyTo(at_);
-    std::string text;
-    for (++at_;; ++at_) {
-      const std::size_t end = sql_.find(quote, at_);
-      if (end == std::string_view::npos) {
-        throw StatementError("A text has no closing quote", sql_);
-      }
-      text += sql_.substr(at_, end - at_);
-      at_ = end + 1;
-      if (at_ == sql_.size() || sql_[at_] != quote) break;
-      text += quote;
-    }
-    AddText(ToUtf8(text));
-  }
-
-  void AddText(std::string utf8) {
-    const bool prefix = like_ && !utf8.empty() && utf8.find('%') == utf8.size() - 1;
-    Replace(prefix ? kPrefixMark : like_ ? kPatternMark : kTextMark);
-    if (prefix) {
-      utf8.pop_back();
-      std::string end = PrefixEnd(utf8);
-      out_.literals.emplace_back(std::move(utf8));
-      out_.literals.emplace_back(std::move(end));
-    } else {
-      out_.literals.emplace_back(std::move(utf8));
-    }
+    Replace(TakeText(sql_, at_, like_, out_.literals));
   }
 
   void Bracket() {
@@ -161,6 +165,36 @@ class Splitter {
 };
 
 }  // namespace
+
+ShapePieces::ShapePieces(std::string_view shape) : texts_(1) {
+  for (const char character : shape) {
+    if (character >= kNumberMark && character <= kPatternMark) {
+      marks_ += character;
+      texts_.emplace_back();
+    } else {
+      texts_.back() += character;
+    }
+  }
+}
+
+// A digit in the place of a digit, and a quote in that of a quote, begin a literal as those did.
+bool ShapePieces::Fit(std::string_view sql, std::vector<Literal>& literals) const {
+  if (!sql.ends_with(texts_.back())) return false;
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < marks_.size(); ++i) {
+    if (!sql.substr(at).starts_with(texts_[i])) return false;
+    at += texts_[i].size();
+    const CharacterKind kind = at < sql.size() ? KindOf(sql[at]) : CharacterKind::kWrong;
+    if (marks_[i] == kNumberMark) {
+      if (kind != CharacterKind::kDigit) return false;
+      TakeNumber(sql, at, literals);
+    } else {
+      if (kind != CharacterKind::kQuote) return false;
+      if (TakeText(sql, at, marks_[i] != kTextMark, literals) != marks_[i]) return false;
+    }
+  }
+  return sql.substr(at) == texts_.back();
+}
 
 void SplitLiterals(std::string_view sql, SplitStatement& out) { Splitter(sql, out).Run(); }
 
