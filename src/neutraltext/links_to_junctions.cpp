@@ -60,10 +60,12 @@ void AddLinkUnlessThere(ProjectToModel& state, LinkTable& table, const Side& sid
                        side.isInFront ? nearEnd : farEnd);
 }
 
-void AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const Side& side,
+// Gives the number of the links that the statement finds.
+long AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const Side& side,
                       const std::string& sql) {
   Recordset rows = AskStatic(state.gProjectConn.get(), sql);
-  if (rows.RecordCount() < 2) return;
+  const long count = rows.RecordCount();
+  if (count < 2) return count;
   const std::int16_t junction =
       links.junctionTable.Add(state.nextElementNum, side.plainJunction, kAsyncAnd);
   AddLink(state, links.linkTable, side, junction, rows.Field(side.nearColumn));
@@ -71,6 +73,7 @@ void AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const Side& s
     links.consumedLinks.Add(rows.Field(kLinkUid));
     AddLink(state, links.linkTable, side, rows.Field(side.farColumn), junction);
   }
+  return count;
 }
 
 // The junction that the last of the links at either task hangs on, 0 without one. Links that hang
@@ -131,21 +134,18 @@ void Synchronise(ProjectToModel& state, ScenarioLinks& links, const Side& side, 
 
 }  // namespace
 
-void AddFanInJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  AddPlainJunction(state, links, kInFront,
-                   LinksOfTask(state, kInFront, taskUid, " AND PROJ_ID = "));
+LinksAtTask AddFanJunctions(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
+  const long inFront = AddPlainJunction(
+      state, links, kInFront, LinksOfTask(state, kInFront, taskUid, " AND PROJ_ID = "));
+  const long behind =
+      AddPlainJunction(state, links, kBehind, LinksOfTask(state, kBehind, taskUid));
+  return {taskUid, inFront, behind};
 }
 
-void AddFanOutJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  AddPlainJunction(state, links, kBehind, LinksOfTask(state, kBehind, taskUid));
-}
-
-void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  Recordset behind = AskStatic(state.gProjectConn.get(), LinksOfTask(state, kBehind, taskUid));
-  Recordset ahead = AskStatic(state.gProjectConn.get(), LinksOfTask(state, kInFront, taskUid));
-  const bool singleBehind = behind.RecordCount() == 1;
-  if (!singleBehind && ahead.RecordCount() != 1) return;
-  Recordset& row = singleBehind ? behind : ahead;
+void AddPlainLink(ProjectToModel& state, const LinksAtTask& task, ScenarioLinks& links) {
+  if (task.behind != 1 && task.inFront != 1) return;
+  const Side& side = task.behind == 1 ? kBehind : kInFront;
+  Recordset row = AskStatic(state.gProjectConn.get(), LinksOfTask(state, side, task.taskUid));
   ConsumedLinks& consumed = links.consumedLinks;
   if (!consumed.Empty() && consumed.Holds(row.Field(kLinkUid))) return;
   links.linkTable.Add(state.nextElementNum, row.Field(kPredecessor), row.Field(kSuccessor));

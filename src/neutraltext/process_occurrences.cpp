@@ -75,17 +75,16 @@ void WriteProcessOccurrenceList(ScenarioTree& tree, Recordset& tasks,
   tasks.MoveLast();
   tasks.MoveFirst();
   tree.out.Line("Process Occurrence List");
-  std::vector<std::int16_t> taskUids;
+  std::vector<LinksAtTask> written;
   for (; !tasks.Eof(); tasks.MoveNext()) {
     if (!BelongsTo(tasks, parentOutline)) continue;
     tree.state.progress.Step();
     WriteProcessOccurrence(tree, tasks);
-    taskUids.push_back(ToInt16(tasks.Field("TASK_UID")));
-    AddFanInJunction(tree.state, taskUids.back(), links);
-    AddFanOutJunction(tree.state, taskUids.back(), links);
+    const std::int16_t taskUid = ToInt16(tasks.Field("TASK_UID"));
+    written.push_back(AddFanJunctions(tree.state, taskUid, links));
   }
   tree.out.Line("End  Process Occurrence List");
-  for (std::int16_t taskUid : taskUids) AddPlainLink(tree.state, taskUid, links);
+  for (const LinksAtTask& task : written) AddPlainLink(tree.state, task, links);
   ResolveStartToStartLinks(tree.state, links);
   ResolveFinishToFinishLinks(tree.state, links);
 }

@@ -73,15 +73,21 @@ void WriteStoredLinks(ProjectToModel& state, std::int16_t scenarioNum, Connectio
 // Stored links for a scenario number above 0, else those of the table.
 void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable& linkTable);
 
+// How many finish-to-start links a task has.
+struct LinksAtTask {
+  std::int16_t taskUid;
+  long inFront;
+  long behind;
+};
+
 // Precedence links of tasks become junctions and links. For each task of the scenario in turn: two
-// or more finish-to-start predecessors (successors) give a junction of type "Async. AND" and its
-// links.
-void AddFanInJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
-void AddFanOutJunction(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
+// or more finish-to-start predecessors, then successors, give a junction of type "Async. AND" and
+// its links.
+LinksAtTask AddFanJunctions(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
 
 // Behind these, for each task again: a single successor, or else a single predecessor, gives one
 // plain link, unless its row has been used.
-void AddPlainLink(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links);
+void AddPlainLink(ProjectToModel& state, const LinksAtTask& task, ScenarioLinks& links);
 
 // Last: every start-to-start (finish-to-finish) row of the project, those between tasks of other
 // scenarios among them, makes its two tasks the branches of a "Sync. And" junction. Error 9 when a
