@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <unordered_map>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
@@ -88,7 +89,9 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
                                              std::string_view name) {
   const StatementHandle find =
       PrepareStatement(database,
-                       "select name, rootpage > 0, sql from sqlite_master"
+                       "select name, rootpage > 0, sql, (select group_concat(sql, ';')"
+                       " from sqlite_master i where i.tbl_name = t.name and i.type = 'index')"
+                       " from sqlite_master t"
                        " where type in ('table', 'view') and name = ?1 collate nocase",
                        path);
   const Value wanted(name);  // outlives the step
@@ -104,13 +107,19 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
     throw RunTimeError(kUnknownTable, "'" + schema.name_ + "' in the database '" + FromUtf8(path) +
                                           "' is not a table, and only tables are read.");
   }
+  // What the statements of a table say is read once, whichever database they stand in.
+  constexpr std::size_t kMostRead = 200;
+  static thread_local std::unordered_map<std::string, TableSchema> read;
+  const std::string declared = utf8 + ';' + RawText(find.get(), 2) + ';' + RawText(find.get(), 3);
+  if (const auto known = read.find(declared); known != read.end()) return known->second;
   schema.ReadColumns(database, path);
   schema.FindRowId(database);
   if (schema.rowId_.empty() || DeclaresConstraint(RawText(find.get(), 2))) {
     schema.takesAnyRow_ = false;
   }
   schema.ReadIndexes(database, path);
-  return schema;
+  if (read.size() >= kMostRead) read.clear();
+  return read.emplace(declared, std::move(schema)).first->second;
 }
 
 void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {

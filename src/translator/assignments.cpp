@@ -33,7 +33,7 @@ void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const s
   const std::string hours = FixedTwo(ToDouble(units) * pass.taskHours);
   pass.assignmentUID = AddInt16(pass.assignmentUID, 1);
   if (!pass.IsStored(PlanRow::kAssignment)) return;
-  Recordset assignments = Ask(pass.state.gMspConn.get(), "Select * from MSP_ASSIGNMENTS");
+  Recordset& assignments = pass.Opened(pass.assignments, "Select * from MSP_ASSIGNMENTS");
   assignments.AddNew();
   assignments.SetField("PROJ_ID", pass.state.gMspProjId);
   assignments.SetField("ASSN_UID", pass.assignmentUID);

@@ -48,7 +48,7 @@ std::string LinkFromActivity(Pass& pass, const Value& origin, const Value& succU
   if (activity.Eof()) return {};
   const Value projectId = activity.Field("Project_ID");
   MarkProjectEdited(pass);
-  Recordset links = Ask(pass.state.gMspConn.get(), "select * from MSP_LINKS");
+  Recordset& links = pass.Opened(pass.links, "select * from MSP_LINKS");
   AddLink(pass, links, projectId, succUID, type);
   return Joined(projectId) + ",";
 }
@@ -79,7 +79,7 @@ std::string LinkRelations(Pass& pass, const Value& relations, const Value& proje
   if (relations.IsNull()) return {};
   const std::string text = Joined(relations);
   const int items = CountCommas(text) + 1;
-  Recordset links = Ask(pass.state.gMspConn.get(), "select * from MSP_LINKS");
+  Recordset& links = pass.Opened(pass.links, "select * from MSP_LINKS");
   std::size_t start = 1;
   for (int item = 0; item < items; ++item) {
     const std::size_t found = Find(text, suffix, start);

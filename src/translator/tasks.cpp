@@ -101,8 +101,12 @@ void FillTask(const Pass& pass, Recordset& activity, std::int32_t duration, Reco
 }
 
 void AddTask(Pass& pass, Recordset& activity, OutlineAhead& outline) {
-  Recordset tasks = Ask(pass.state.gMspConn.get(), "select * from MSP_TASKS");
-  if (tasks.Bof() || tasks.Eof()) return;
+  const bool isFirst = !pass.tasks.IsOpen();
+  Recordset& tasks = pass.Opened(pass.tasks, "select * from MSP_TASKS");
+  if (isFirst && (tasks.Bof() || tasks.Eof())) {
+    tasks.Close();
+    return;
+  }
   const std::int32_t duration = ToInt32(pass.taskDays * kTenthsOfMinuteInDay);
   if (!pass.IsStored(PlanRow::kTask)) return;
   tasks.AddNew();

@@ -38,6 +38,15 @@ struct Pass {
   std::string glossaryText{};        // last glossary of an activity; not cleared between tasks
   bool projectMarked = false;        // PROJ_EXT_EDITED is set
   PassMemory memory{};
+  // Sets to add rows to, open from the first row on.
+  Recordset tasks{};
+  Recordset links{};
+  Recordset assignments{};
+
+  Recordset& Opened(Recordset& rows, std::string_view sql) const {
+    if (!rows.IsOpen()) rows.OpenDynamic(sql, state.gMspConn.get());
+    return rows;
+  }
 
   void PrintMpx(std::string_view line) {
     if (mpxWanted) state.files.Print(state.mpxFileNo, line);
