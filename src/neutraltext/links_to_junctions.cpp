@@ -135,10 +135,9 @@ void Synchronise(ProjectToModel& state, ScenarioLinks& links, const Side& side, 
 }  // namespace
 
 LinksAtTask AddFanJunctions(ProjectToModel& state, std::int16_t taskUid, ScenarioLinks& links) {
-  const long inFront = AddPlainJunction(
-      state, links, kInFront, LinksOfTask(state, kInFront, taskUid, " AND PROJ_ID = "));
-  const long behind =
-      AddPlainJunction(state, links, kBehind, LinksOfTask(state, kBehind, taskUid));
+  const long inFront = AddPlainJunction(state, links, kInFront,
+                                        LinksOfTask(state, kInFront, taskUid, " AND PROJ_ID = "));
+  const long behind = AddPlainJunction(state, links, kBehind, LinksOfTask(state, kBehind, taskUid));
   return {taskUid, inFront, behind};
 }
 

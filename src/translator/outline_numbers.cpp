@@ -1,7 +1,8 @@
+#include "outline_numbers.h"
+
 #include <optional>
 #include <unordered_map>
 
-#include "outline_numbers.h"
 #include "translation_steps.h"
 
 namespace merivane::translator {

@@ -277,6 +277,47 @@ TEST_F(RecordSets, NewRowsLeaveTheOtherColumnsToTheirDefaults) {
   EXPECT_EQ(All("select * from D where Num = 3"), "given ");
 }
 
+// The row that was added last waits for what is set in it next; nobody may see that it does.
+TEST_F(RecordSets, FindTheRowThatWasAddedLastAndSetMoreInIt) {
+  const struct {
+    const char* condition;
+    const char* name;
+  } cases[] = {{"", "new"},
+               {" where Num = 7", "new"},
+               {" where Num = 7 and Odd = 1", "new"},
+               {" where Name = 'NEW'", "new"},
+               {" where Odd = 0", "d"},
+               {" where Num = 7 and Odd = 0", nullptr},
+               {" where Num = 8", nullptr},
+               {" where Size = 7", nullptr},
+               {" where Odd = 1 order by Name desc", "a"}};
+  for (const auto& item : cases) {
+    Recordset added = Dynamic("select * from T");
+    Add(added, 7, "new");
+    Recordset last = Dynamic(std::string("select * from T") + item.condition);
+    ASSERT_EQ(last.FindLast(), item.name != nullptr) << item.condition;
+    if (item.name == nullptr) continue;
+    last.SetField("Note", "noted");
+    last.SetField("Name", Value());
+    last.Update();
+    last.SetField("Name", item.name);
+    last.Update();
+    EXPECT_EQ(last.Field("Note"), Value("noted"));
+    EXPECT_EQ(last.Field("Name"), Value(item.name));
+    added.MoveLast();
+    added.Delete();
+  }
+  EXPECT_EQ(All("select * from T where Note = 'noted'"), "a d ");
+  Recordset set = Dynamic("select * from T");
+  Add(set, 7, "new");
+  Recordset last = Dynamic("select * from T where Num = 7");
+  EXPECT_TRUE(last.FindLast());
+  last.SetField("Note", "late");
+  last.Update();
+  connection.Commit();
+  EXPECT_EQ(RawDatabase(path).Ask("select Name || Note from T where Note = 'late'"), "newlate");
+}
+
 TEST_F(RecordSets, ConvertToTheColumnsType) {
   const struct {
     const char* column;
@@ -344,6 +385,16 @@ TEST_F(RecordSets, RefuseWritesThatTheTableRefuses) {
   EXPECT_EQ(set.Field("Twice"), Value(4));
   set.SetField("Twice", 8);
   EXPECT_NE(ErrorOf([&] { set.Update(); }), 0);
+  connection.Close();
+  for (const char* table :
+       {"Num integer check (Num < 10)", "Num integer, Other integer not null", "Num integer unique",
+        "Num integer); create unique index RI on R (Num"}) {
+    RawDatabase(path).Run("drop table if exists R; create table R (" + std::string(table) +
+                          "); insert or ignore into R (Num) values (20)");
+    Opened fresh(workspace, path);
+    Recordset rows = Dynamic("select * from R", fresh);
+    EXPECT_EQ(ErrorOf([&] { rows.AddNew({"Num"}, {20}); }), kDatabaseError) << table;
+  }
 }
 
 TEST_F(RecordSets, KeepTheRowNumberThatIsAColumn) {

@@ -35,8 +35,15 @@ TEST_F(Statements, FindTheRowsThatTheyTell) {
       {"select * from T where Num like '4%'", "d "},
       {"select * from T where Name like '%'", "a b c d e "},
       {"select * from T where Column is null and Num = 1", "a "},
+      {"select * from T where Num = .3e1", "c "},
+      {"select * from T where Num = 4 and Name like 'd%'", "d "},
+      {"select * from T where Num = 4 and Name like 'd'", "d "},
+      {"select * from T where Num = 4 and Name like '%d'", "d "},
+      {"select * from T where Num = 4 and Name = 'd%'", ""},
   };
-  for (const auto& item : cases) EXPECT_EQ(All(item.sql), item.names) << item.sql;
+  for (const std::string known : {"", ", known"}) {  // by the pieces of its shape
+    for (const auto& item : cases) EXPECT_EQ(All(item.sql), item.names) << item.sql << known;
+  }
 }
 
 TEST_F(Statements, TakeThePrefixOfLikeLiterally) {

@@ -21,6 +21,20 @@ TEST_F(Outline, PutsADecompositionBehindItsUob) {
   EXPECT_EQ(Tasks("TASK_OUTLINE_NUM"), (Values{"1", "1.1", Value(), "1.2", "2", "2.1"}));
 }
 
+TEST_F(Outline, CountsTheTasksOfOtherProjectsToo) {
+  Recordset others;
+  others.OpenDynamic("select * from MSP_TASKS", &Model());
+  for (const char* order : {"00001", "00002"}) {
+    others.AddNew({"PROJ_ID", "TASK_UID", "TASK_OUTLINE_LEVEL", "KV7_PROCOCC_P_ORDER"},
+                  {7, 90, 1, order});
+  }
+  Scenario(1, "Main");
+  Scenario(2, "Parts", 1);
+  for (const int use : {1, 3}) Uob(use, use == 1 ? 1 : 2);
+  Translate();
+  EXPECT_EQ(Tasks("TASK_OUTLINE_NUM"), (Values{"3", "1.1", "1", "2"}));
+}
+
 TEST_F(Outline, WarnsOfEachNumberOfMoreThanFiveDigits) {
   Scenario(1, "Main");
   Scenario(2, "Parts", 2);
