@@ -212,6 +212,26 @@ TEST_F(CopyDatabase, OnAFullDiskLeavesWhatStoodThereAndNothingNew) {
   }
 }
 
+// SQLite undoes all that was written, and what is done next is no part of it.
+TEST_F(CopyDatabase, OnAFullDiskDropsTheRowThatWaitsAsWell) {
+  RawDatabase(path).Run("create table Big (Note longtext)");
+  Opened fresh(workspace, path);
+  Recordset added = Dynamic("select * from T", fresh);
+  Add(added, 7, "new");
+  Recordset big = Dynamic("select * from Big", fresh);
+  {
+    const FullDisk disk(65536);
+    EXPECT_NE(ErrorOf([&] {
+                for (int i = 0; i < 100; ++i) big.AddNew({"Note"}, {std::string(200000, 'x')});
+              }),
+              0);
+  }
+  Recordset read = Dynamic("select * from T where Num = 7", fresh);
+  EXPECT_TRUE(read.Eof());
+  fresh.Close();
+  EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Num = 7"), "0");
+}
+
 TEST_F(CopyDatabase, PutsBackWhatARunCouldNeitherFinishNorUndo) {
   RawDatabase(path).Run("insert into T (Note) values (hex(zeroblob(200000)))");
   connection.Close();
