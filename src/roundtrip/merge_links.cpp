@@ -36,6 +36,7 @@ class DecompositionPasses {
   PlanOutline outline_;
   std::vector<bool> processed_;
   std::vector<std::size_t> selected_;
+  std::vector<bool> wasSelected_;
   std::size_t firstOpen_ = 0;  // no row in front of it is unprocessed
   Recordset tasks_;
   std::vector<std::size_t> bookmarks_;  // of its rows
@@ -47,16 +48,19 @@ void DecompositionPasses::InitProcessedFlags() {
     bookmarks_.push_back(tasks_.Bookmark());
     const auto level = outline_.Level(row);
     processed_.push_back(level && *level <= 1);
+    wasSelected_.push_back(false);
   }
 }
 
-// As the passes have left them: only the last group is selected.
+// As the passes have left them: of the rows that were selected, only the last group is.
 void DecompositionPasses::StoreMarks() {
-  for (std::size_t row = 0; row < outline_.Size(); ++row) {
+  for (std::size_t row = 0; row < processed_.size(); ++row) {
     tasks_.MoveTo(bookmarks_[row]);
     tasks_.SetField("Processed", processed_[row] ? 1 : 0);
-    tasks_.SetField("SelectedForProcessing",
-                    std::binary_search(selected_.begin(), selected_.end(), row) ? 1 : 0);
+    if (wasSelected_[row]) {
+      tasks_.SetField("SelectedForProcessing",
+                      std::binary_search(selected_.begin(), selected_.end(), row) ? 1 : 0);
+    }
     tasks_.Update();
   }
 }
@@ -82,6 +86,7 @@ bool DecompositionPasses::SelectNextDecomposition() {
     if (!(outline_.Level(row) >= level)) break;
     if (outline_.Level(row) != level) continue;
     selected_.push_back(row);
+    wasSelected_[row] = true;
   }
   return !selected_.empty();
 }
@@ -114,9 +119,11 @@ void MergeTopLevelLinks(ProjectToModel& state, MergeListener* listener) {
 // scenario ends the work for good.
 void MergeDecompositionLinks(ProjectToModel& state, MergeListener* listener) {
   DecompositionPasses passes(state, listener);
-  passes.InitProcessedFlags();
-  while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
-  passes.StoreMarks();
+  const auto merge = [&] {
+    passes.InitProcessedFlags();
+    while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
+  };
+  WithEnd(merge, [&] { passes.StoreMarks(); });
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "program/model_words.h"
 #include "program/program.h"
+#include "runtime/run_time_error.h"
 
 namespace merivane::roundtrip {
 
@@ -34,6 +35,23 @@ std::string_view EndType(ProjectToModel& state, std::int16_t number);
 
 // A fresh question for EOF and BOF: false when either holds.
 bool HasRow(Recordset& rows);
+
+// Carries out the end behind the work, and also where that fails: what a merge keeps beside the
+// tables stands in them however it ends. The first failure counts.
+template <class Work, class End>
+void WithEnd(Work work, End end) {
+  try {
+    work();
+  } catch (...) {
+    try {
+      end();
+    } catch (const RunTimeError&) {
+      // The tables can't be written any more.
+    }
+    throw;
+  }
+  end();
+}
 
 // Case counts; Null is empty text.
 bool TextIs(const Value& value, std::string_view text);

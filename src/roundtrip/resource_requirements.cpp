@@ -14,24 +14,29 @@ void TakeOver(ProjectToModel& state, const std::string& sql, const char* from,
   requirement.SetField(to, found.Field(from));
 }
 
+void ResolveResourceRequirement(ProjectToModel& state, Recordset& requirement) {
+  TakeOver(state,
+           "Select * from ProjectAct where PID = " + Joined(requirement.Field("ActivityPID")) +
+               AndMspProjId(state),
+           "Text1", requirement, "ActIdInDunmar");
+  TakeOver(state,
+           "Select * from ProjectRes where PID = " + Joined(requirement.Field("ResourcePID")) +
+               AndMspProjId(state),
+           "Name", requirement, "ResName");
+  const Value name = requirement.Field("ResName");
+  if (name.IsNull()) return;
+  TakeOver(state,
+           "Select * from MSP_RESOURCES where RES_UID > 0 AND RES_Name = '" + Joined(name) + "'" +
+               AndProjId(state),
+           "KV7_OBJ_HEX", requirement, "ResIdInDunmar");
+}
+
 void ResolveResourceRequirements(ProjectToModel& state) {
   Recordset requirements =
       Ask(state.gInterimConn.get(), "Select * from ProjectResReqts", WhereMspProjId(state));
   for (; !requirements.Eof(); requirements.MoveNext()) {
-    TakeOver(state,
-             "Select * from ProjectAct where PID = " + Joined(requirements.Field("ActivityPID")) +
-                 AndMspProjId(state),
-             "Text1", requirements, "ActIdInDunmar");
-    TakeOver(state,
-             "Select * from ProjectRes where PID = " + Joined(requirements.Field("ResourcePID")) +
-                 AndMspProjId(state),
-             "Name", requirements, "ResName");
-    const Value name = requirements.Field("ResName");
-    if (name.IsNull()) continue;
-    TakeOver(state,
-             "Select * from MSP_RESOURCES where RES_UID > 0 AND RES_Name = '" + Joined(name) + "'" +
-                 AndProjId(state),
-             "KV7_OBJ_HEX", requirements, "ResIdInDunmar");
+    WithEnd([&] { ResolveResourceRequirement(state, requirements); },
+            [&] { requirements.Update(); });
   }
 }
 

@@ -67,15 +67,17 @@ void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTask
                MergeListener* listener) {
   StoreProjectHeader(state, startDate);
   FindNumbers(state);
-  if (hasTasks) {
-    BringBackTasks(state, listener);
-    MergeLinks(state, listener);
-  }
-  MergeResourceRequirements(state);
-  state.progress.Begin("Clearing up junctions", 0);
-  RemoveDanglingJunctions(state);
-  CollapseJunctions(state);
-  StoreNumbers(state);
+  const auto merge = [&] {
+    if (hasTasks) {
+      BringBackTasks(state, listener);
+      MergeLinks(state, listener);
+    }
+    MergeResourceRequirements(state);
+    state.progress.Begin("Clearing up junctions", 0);
+    RemoveDanglingJunctions(state);
+    CollapseJunctions(state);
+  };
+  WithEnd(merge, [&] { StoreNumbers(state); });
 }
 
 void WriteModel(ProjectToModel& state) {

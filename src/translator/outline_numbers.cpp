@@ -70,6 +70,17 @@ void OutlineAhead::Number(Recordset& task) {
   }
 }
 
+void OutlineAhead::TakeBack(ModelToProject& state) noexcept try {
+  if (numbers_.empty()) return;
+  Recordset tasks = Ask(state.gMspConn.get(), "Select * from MSP_TASKS where TASK_UID > 0");
+  for (; !tasks.Eof(); tasks.MoveNext()) {
+    tasks.SetField("TASK_OUTLINE_NUM", Value());
+    tasks.Update();
+  }
+} catch (...) {
+  // What ended the work is told.
+}
+
 void NumberOutline(ModelToProject& state) {
   OutlineNumbering numbering(state);
   Recordset tasks = Ask(state.gMspConn.get(),

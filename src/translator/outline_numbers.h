@@ -44,6 +44,8 @@ class OutlineAhead {
   explicit OutlineAhead(ModelToProject& state);
 
   void Number(Recordset& task);  // the row that is being added, with its other columns set
+  // Where the work ends early, no task has a number, as far as the table can still be written.
+  void TakeBack(ModelToProject& state) noexcept;
 
  private:
   bool isKnown_ = true;

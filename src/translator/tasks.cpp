@@ -150,8 +150,13 @@ void WriteTasks(Pass& pass) {
   pass.PrintMpx(kMpxTaskFieldNumbers);
   pass.state.progress.Begin("Writing the tasks", LastNumber(activities));
   OutlineAhead outline(pass.state);
-  for (; !activities.Eof(); activities.MoveNext(), pass.state.progress.Step()) {
-    WriteTask(pass, activities, outline);
+  try {
+    for (; !activities.Eof(); activities.MoveNext(), pass.state.progress.Step()) {
+      WriteTask(pass, activities, outline);
+    }
+  } catch (...) {
+    outline.TakeBack(pass.state);
+    throw;
   }
 }
 
