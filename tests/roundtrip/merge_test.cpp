@@ -82,6 +82,18 @@ TEST_F(Merge, AMovedTaskStopsTheTranslationAndWhatWasMergedStays) {
             "Saw|1\nWeld|0\nPaint|0\nGrind|0\n");
 }
 
+TEST_F(Merge, AnErrorLeavesTheNumbersAndMarksOfWhatWasMerged) {
+  AddModel();
+  Add("MSP_TASKS Proj_ID TASK_UID KV7_SCENARIO_HEX KV7_PROC_HEX KV7_PROCOCC_HEX",
+      {{1, 5, 6, 4, 15}});
+  AddLinks({{6, 32766, 14, "Process-Occurrence", 77}});
+  EXPECT_FALSE(
+      Merged("1 Cut 1 11; 2 Weld 1 12; 4 Grind 2 14; 5 Tack 2 15 4; 6 Bend 2 0", kMergePlan));
+  EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>{ErrorText(kOverflow)});
+  EXPECT_EQ(Table(kCounters), "32767|5\n");
+  EXPECT_EQ(Table(kMarks), "1|11|1|0\n2|12|1|0\n4|14|1|1\n5|15|0|1\n6|32767|0|1\n");
+}
+
 TEST_F(Merge, PredecessorsAreFoldedInScenarioByScenario) {
   EXPECT_TRUE(
       Merged("1 A 1; 2 B 2; 3 C 3; 4 D 3 - 3; 5 E 2 - 2; 6 F 1 - 1; 7 G 1 - 3", kRebuildModel));

@@ -134,6 +134,7 @@ TEST_F(WrittenPlan, HoldsTheTaskWhoseNoteIsTooLong) {
   EXPECT_NE(told.find("bytes, and its size is 20000"), std::string::npos) << told;
   EXPECT_EQ(CountRows(Model(), "MSP_TASKS", "where TASK_UID > 0"), 2U);
   EXPECT_EQ(Tasks("TASK_RTF_NOTES").back(), Value());
+  EXPECT_EQ(Tasks("TASK_OUTLINE_NUM"), Values(2)) << "which come behind all tasks";
 }
 
 }  // namespace
