@@ -1,5 +1,7 @@
 #include "merge_statements.h"
 
+#include <utility>
+
 #include "program/error_boxes.h"
 #include "runtime/conversions.h"
 
@@ -76,12 +78,12 @@ GreatestNumbers& NumbersOf(ProjectToModel& state) {
 }
 
 void StoreNumbers(ProjectToModel& state) {
-  if (!state.greatestNumbers) return;
+  const auto greatest = std::exchange(state.greatestNumbers, std::nullopt);
+  if (!greatest) return;
   Recordset project = Ask(state.gInterimConn.get(), kProjectRow, state.gInterimProjId);
-  project.SetField("KV7_PROJ_Max_Use_Id", state.greatestNumbers->use);
-  project.SetField("KV7_PROJ_Max_Act_Id", state.greatestNumbers->activity);
+  project.SetField("KV7_PROJ_Max_Use_Id", greatest->use);
+  project.SetField("KV7_PROJ_Max_Act_Id", greatest->activity);
   project.Update();
-  state.greatestNumbers.reset();
 }
 
 NumberCounter::NumberCounter(ProjectToModel& state)
