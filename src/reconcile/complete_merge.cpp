@@ -297,7 +297,7 @@ class CompleteMerge {
         values.push_back(std::move(row[static_cast<std::size_t>(place)]));
       }
       values.emplace_back(target.project);
-      to.AddNew(columns, values);
+      to.AddNew(columns, std::move(values));
     }
   }
 

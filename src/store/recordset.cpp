@@ -306,11 +306,11 @@ void Recordset::AddNew() {
   impl_->adding = true;
 }
 
-void Recordset::AddNew(const std::vector<std::string>& names, const std::vector<Value>& values) {
+void Recordset::AddNew(const std::vector<std::string>& names, std::vector<Value> values) {
   if (names.size() != values.size()) throw RunTimeError(kInvalidProcedureCall);
   AddNew();
   try {
-    for (std::size_t i = 0; i < names.size(); ++i) SetField(names[i], values[i]);
+    for (std::size_t i = 0; i < names.size(); ++i) SetField(names[i], std::move(values[i]));
     Update();
   } catch (...) {
     impl_->DropChanges();

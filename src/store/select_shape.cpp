@@ -108,7 +108,13 @@ int SelectShape::TakeUpAll() {
 void SelectShape::ReadAll(sqlite3_stmt* row, std::vector<Value>& fields) const {
   fields.resize(all_.size());
   auto field = fields.begin();
-  for (const auto& [slot, isText] : all_) *field++ = ColumnValue(row, slot, isText);
+  for (const auto& [slot, isText] : all_) {
+    // Of a task most are, in one row and the next.
+    sqlite3_value* value = sqlite3_column_value(row, slot);
+    const bool isNull = sqlite3_value_type(value) == SQLITE_NULL;
+    if (!isNull || !field->IsNull()) *field = ColumnValue(row, slot, value, isText);
+    ++field;
+  }
 }
 
 std::string SelectShape::Columns() const {

@@ -168,7 +168,10 @@ std::string ColumnText(sqlite3_stmt* statement, int column) {
 }
 
 Value ColumnValue(sqlite3_stmt* statement, int column, bool asText) {
-  sqlite3_value* value = sqlite3_column_value(statement, column);
+  return ColumnValue(statement, column, sqlite3_column_value(statement, column), asText);
+}
+
+Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, bool asText) {
   switch (sqlite3_value_type(value)) {
     case SQLITE_NULL:
       return {};

@@ -47,6 +47,7 @@ void Bind(sqlite3_stmt* statement, int parameter, const Value& value);
 
 // The value of a column of the row that the statement stands on. `asText` turns numbers to text.
 Value ColumnValue(sqlite3_stmt* statement, int column, bool asText);
+Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, bool asText);  // its
 // Whether that column holds exactly `value`.
 bool ColumnHolds(sqlite3_stmt* statement, int column, const Value& value);
 std::string ColumnText(sqlite3_stmt* statement, int column);  // in Windows-1252

@@ -87,7 +87,7 @@ void CopyRows(ModelToProject& state, Connection& source, const StoredModel& mode
     values.reserve(names.size());
     for (const std::size_t place : places) values.push_back(std::move(row[place]));
     values.emplace_back(state.gMspProjId);
-    to.AddNew(names, values);
+    to.AddNew(names, std::move(values));
   }
 }
 

@@ -75,7 +75,7 @@ class Recordset {
   // type: whole numbers round half to even into 32 bits (16 where the column says so).
   void SetField(std::string_view name, Value value);
   void AddNew();
-  void AddNew(const std::vector<std::string>& names, const std::vector<Value>& values);  // saved
+  void AddNew(const std::vector<std::string>& names, std::vector<Value> values);  // saved
   void Update();
   void Delete();  // the current row; MoveNext goes to the one behind it
 
