@@ -29,6 +29,7 @@ class DecompositionPasses {
   void StoreMarks();
 
  private:
+  void Require(const char* mark);
   bool EnterScenarioOf(const Value& parent);
 
   ProjectToModel& state_;
@@ -42,10 +43,16 @@ class DecompositionPasses {
   std::vector<std::size_t> bookmarks_;  // of its rows
 };
 
+// A table without the mark is refused where it would be set.
+void DecompositionPasses::Require(const char* mark) {
+  if (tasks_.FindField(mark) < 0) throw RunTimeError(kItemNotFound);
+}
+
 void DecompositionPasses::InitProcessedFlags() {
   for (std::size_t row = 0; row < outline_.Size(); ++row) {
     if (row > 0) tasks_.MoveNext();
     bookmarks_.push_back(tasks_.Bookmark());
+    Require("Processed");
     const auto level = outline_.Level(row);
     processed_.push_back(level && *level <= 1);
     wasSelected_.push_back(false);
@@ -85,6 +92,7 @@ bool DecompositionPasses::SelectNextDecomposition() {
   for (std::size_t row = firstOpen_; level && row < outline_.Size(); ++row) {
     if (!(outline_.Level(row) >= level)) break;
     if (outline_.Level(row) != level) continue;
+    Require("SelectedForProcessing");
     selected_.push_back(row);
     wasSelected_[row] = true;
   }
@@ -123,7 +131,7 @@ void MergeDecompositionLinks(ProjectToModel& state, MergeListener* listener) {
     passes.InitProcessedFlags();
     while (passes.SelectNextDecomposition()) passes.MergeSelectedLinks();
   };
-  WithEnd(merge, [&] { passes.StoreMarks(); });
+  WithEnd(state, merge, [&] { passes.StoreMarks(); });
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 #include "program/model_words.h"
 #include "program/program.h"
-#include "runtime/run_time_error.h"
 
 namespace merivane::roundtrip {
 
@@ -36,16 +35,19 @@ std::string_view EndType(ProjectToModel& state, std::int16_t number);
 // A fresh question for EOF and BOF: false when either holds.
 bool HasRow(Recordset& rows);
 
-// Carries out the end behind the work, and also where that fails: what a merge keeps beside the
-// tables stands in them however it ends. The first failure counts.
+// Carries out the end behind the work, and also where that fails, unless what it had written is
+// undone: what a merge keeps beside the tables stands in them however it ends. The first failure
+// counts.
 template <class Work, class End>
-void WithEnd(Work work, End end) {
+void WithEnd(const ProjectToModel& state, Work work, End end) {
+  const Connection& tables = *state.gInterimConn;
+  const std::uint64_t undone = tables.Undone();
   try {
     work();
   } catch (...) {
     try {
-      end();
-    } catch (const RunTimeError&) {
+      if (tables.Undone() == undone) end();
+    } catch (...) {
       // The tables can't be written any more.
     }
     throw;

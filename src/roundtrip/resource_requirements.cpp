@@ -23,6 +23,7 @@ void ResolveResourceRequirement(ProjectToModel& state, Recordset& requirement) {
            "Select * from ProjectRes where PID = " + Joined(requirement.Field("ResourcePID")) +
                AndMspProjId(state),
            "Name", requirement, "ResName");
+  requirement.Update();
   const Value name = requirement.Field("ResName");
   if (name.IsNull()) return;
   TakeOver(state,
@@ -35,8 +36,9 @@ void ResolveResourceRequirements(ProjectToModel& state) {
   Recordset requirements =
       Ask(state.gInterimConn.get(), "Select * from ProjectResReqts", WhereMspProjId(state));
   for (; !requirements.Eof(); requirements.MoveNext()) {
-    WithEnd([&] { ResolveResourceRequirement(state, requirements); },
-            [&] { requirements.Update(); });
+    WithEnd(
+        state, [&] { ResolveResourceRequirement(state, requirements); },
+        [&] { requirements.Update(); });
   }
 }
 

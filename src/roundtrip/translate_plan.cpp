@@ -39,8 +39,8 @@ std::int16_t MaxId(ProjectToModel& state, const std::string& sql) {
   return highest.IsNull() ? std::int16_t{0} : ToInt16(highest);
 }
 
-// The greatest numbers given so far are those of the project's tables.
-void FindNumbers(ProjectToModel& state) {
+// Sets the two counters of the project to the greatest numbers given so far.
+void UpdateMaxIds(ProjectToModel& state) {
   const std::int16_t activity =
       MaxId(state, "SELECT Max(Num) as Max_ID FROM Activity_Pool" + WhereMspProjId(state));
   const std::int16_t task =
@@ -50,7 +50,17 @@ void FindNumbers(ProjectToModel& state) {
       MaxId(state, "SELECT Max(Num) as Max_ID FROM Links_in_Scenario" + WhereMspProjId(state));
   const std::int16_t junction =
       MaxId(state, "SELECT Max(Num) as Max_ID FROM Junctions_in_Scenario" + WhereMspProjId(state));
-  state.greatestNumbers = {std::max({task, link, junction}), activity};
+
+  Recordset project = Ask(state.gInterimConn.get(),
+                          "SELECT * FROM MSP_PROJECTS Where Proj_ID = ", state.gInterimProjId);
+  if (project.Eof()) {
+    project.AddNew();
+    project.SetField("Proj_ID", state.gInterimProjId);
+  }
+  project.SetField("KV7_PROJ_Max_Use_ID", std::max({task, link, junction}));
+  project.SetField("KV7_PROJ_Max_Act_ID", activity);
+  project.Update();
+  state.greatestNumbers.reset();
 }
 
 // Into the work tables; gives the project's start date.
@@ -66,7 +76,7 @@ std::string ReadPlan(ProjectToModel& state, PlanSource& source) {
 void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTasks,
                MergeListener* listener) {
   StoreProjectHeader(state, startDate);
-  FindNumbers(state);
+  UpdateMaxIds(state);
   const auto merge = [&] {
     if (hasTasks) {
       BringBackTasks(state, listener);
@@ -77,7 +87,7 @@ void MergePlan(ProjectToModel& state, const std::string& startDate, bool hasTask
     RemoveDanglingJunctions(state);
     CollapseJunctions(state);
   };
-  WithEnd(merge, [&] { StoreNumbers(state); });
+  WithEnd(state, merge, [&] { StoreNumbers(state); });
 }
 
 void WriteModel(ProjectToModel& state) {

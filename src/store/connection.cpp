@@ -76,6 +76,8 @@ std::int64_t Connection::Version() {
   return sqlite3_column_int64(version.get(), 0);
 }
 
+std::uint64_t Connection::Undone() const { return IsOpen() ? engine_->Undone() : 0; }
+
 std::vector<std::string> Connection::FindDamage() {
   if (!IsOpen()) throw RunTimeError(kConnectionInvalid);
   engine_->WriteHeld();

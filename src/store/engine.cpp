@@ -29,6 +29,7 @@ Engine::Engine(DatabaseHandle database, std::string path, bool readOnly,
       readOnly_(readOnly),
       patience_(patience) {
   sqlite3_busy_handler(Database(), &Engine::Busy, this);
+  sqlite3_rollback_hook(Database(), &Engine::RolledBack, this);
 }
 
 void Engine::CloseSets() noexcept {
@@ -49,6 +50,13 @@ Engine::~Engine() {
     std::filesystem::remove(PathOf(ownFile_), error);
     RemoveJournals(ownFile_);
   }
+}
+
+// The rows that wait go with those that were written.
+void Engine::RolledBack(void* self) {
+  auto& engine = *static_cast<Engine*>(self);
+  ++engine.undone_;
+  for (const auto& table : engine.tables_) table->DropHeld();
 }
 
 void Engine::OnBusy(std::function<void()> callback) { onBusy_ = std::move(callback); }
@@ -108,7 +116,10 @@ SelectShape& Engine::FindSelect(std::string_view sql, std::vector<Literal>& lite
   }
   SplitLiterals(sql, split_);
   SelectShape& select = FindSplit(sql);
-  if (known.size() < kMostKnown) known.push_back({ShapePieces(split_.shape), &select});
+  ShapePieces pieces(split_.shape);
+  if (known.size() < kMostKnown && pieces.Fit(sql, literals)) {
+    known.push_back({std::move(pieces), &select});
+  }
   literals.swap(split_.literals);
   return select;
 }
@@ -204,7 +215,6 @@ void Engine::Flush() {
 // which may also leave a journal that holds nothing; where the disk refuses that too, by who opens
 // the file next.
 void Engine::RollBack() noexcept {
-  for (const auto& table : tables_) table->DropHeld();
   LetGo();
   sqlite3_exec(Database(), "rollback", nullptr, nullptr, nullptr);
   inTransaction_ = false;

@@ -82,7 +82,9 @@ class Engine {
   bool IsTaken();
   void Commit();
   void WriteHeld();  // of all tables
-  void Flush();      // what was written goes to the disk, the transaction stays open
+  // Grows where what a transaction wrote is undone, also by SQLite itself behind an error.
+  std::uint64_t Undone() const { return undone_; }
+  void Flush();  // what was written goes to the disk, the transaction stays open
   void RollBack() noexcept;
   void CloseSets() noexcept;
 
@@ -101,6 +103,7 @@ class Engine {
   SelectShape& FindSplit(std::string_view sql);  // by `split_`
   void LetGo();
   static int Busy(void* engine, int count);
+  static void RolledBack(void* engine);
   bool MayWait();
 
   DatabaseHandle database_;
@@ -112,6 +115,7 @@ class Engine {
   std::string ownFile_;
   std::function<void()> onBusy_;
   std::uint64_t transaction_ = 0;
+  std::uint64_t undone_ = 0;
   std::int64_t changesBefore_ = 0;  // of the transaction
   bool inTransaction_ = false;
   bool waiting_ = false;

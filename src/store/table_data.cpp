@@ -10,6 +10,18 @@ namespace {
 // Sets of columns differ with the data, so there is no end to them.
 constexpr std::size_t kMostStatements = 200;
 
+// A row of more may be longer than a database takes, which is told where it is written.
+constexpr std::size_t kMostHeld = 1 << 20;
+
+std::size_t BytesIn(std::span<const FieldChange> changes) {
+  std::size_t bytes = 0;
+  for (const FieldChange& change : changes) {
+    if (change.value.IsText()) bytes += change.value.Text().size();
+    if (change.value.IsBytes()) bytes += change.value.GetBytes().size();
+  }
+  return bytes;
+}
+
 }  // namespace
 
 std::int64_t TableData::GreatestRowId() {
@@ -95,7 +107,8 @@ void TableData::Run(sqlite3_stmt* statement) {
 std::int64_t TableData::Insert(std::int64_t rowId, std::vector<FieldChange>& changes) {
   WriteHeld();
   ++writes_;
-  if (schema_.TakesAnyRow()) {
+  heldBytes_ = BytesIn(changes);
+  if (schema_.TakesAnyRow() && heldBytes_ <= kMostHeld) {
     held_.rowId = rowId;
     held_.changes.swap(changes);
     isHeld_ = true;
@@ -113,10 +126,8 @@ void TableData::InsertNow(std::int64_t rowId, std::span<const FieldChange> chang
   Run(insert);
 }
 
-// Where SQLite has undone the transaction, on an error, the row has gone with it.
 void TableData::WriteHeldRow() {
   isHeld_ = false;
-  if (sqlite3_get_autocommit(database_) != 0) return;
   InsertNow(held_.rowId, held_.changes);
 }
 
@@ -129,7 +140,7 @@ Value* TableData::HeldRow::Find(int column) {
 
 void TableData::Update(std::int64_t rowId, std::span<const FieldChange> changes) {
   ++writes_;
-  if (IsHeld(rowId)) {
+  if (IsHeld(rowId) && (heldBytes_ += BytesIn(changes)) <= kMostHeld) {
     for (const FieldChange& change : changes) {
       if (Value* held = held_.Find(change.column)) {
         *held = change.value;

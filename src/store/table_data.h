@@ -88,6 +88,7 @@ class TableData {
   StatementHandle greatest_;
   bool isHeld_ = false;
   HeldRow held_;
+  std::size_t heldBytes_ = 0;  // of its texts and bytes
   std::string key_;
 };
 

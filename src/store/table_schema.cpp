@@ -72,8 +72,8 @@ bool IsMadeByFunction(sqlite3* database, const std::string& path, const std::str
 
 // A word of one stands in the statement that made the table, be it in a name.
 bool DeclaresConstraint(std::string_view sql) {
-  constexpr auto kWords =
-      std::to_array<std::string_view>({"check", "null", "unique", "primary", "strict"});
+  constexpr auto kWords = std::to_array<std::string_view>(
+      {"check", "null", "unique", "primary", "strict", "default (", "default("});
   return std::any_of(kWords.begin(), kWords.end(),
                      [&](std::string_view word) { return HoldsNoCase(sql, word); });
 }
@@ -195,6 +195,7 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
       if (sqlite3_column_int(list.get(), 4) != 0) takesAnyRow_ = false;
     }
     const int ordinal = sqlite3_column_int(list.get(), 1);
+    if (ordinal < 0 || sqlite3_column_int(list.get(), 3) != 0) takesAnyRow_ = false;
     // Texts are compared without case, which only an index of that order serves.
     usable = usable && ordinal >= 0 && ordinal < static_cast<int>(columns_.size()) &&
              (columns_[static_cast<std::size_t>(ordinal)].kind != ColumnKind::kText ||

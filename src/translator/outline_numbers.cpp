@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include "translation_steps.h"
 
@@ -47,31 +48,44 @@ class OutlineNumbering {
 }  // namespace
 
 OutlineAhead::OutlineAhead(ModelToProject& state) {
-  Recordset tasks =
-      Ask(state.gMspConn.get(), "Select TASK_UID, KV7_PROCOCC_P_ORDER from MSP_TASKS");
-  for (; isKnown_ && !tasks.Eof(); tasks.MoveNext()) {
-    isKnown_ = Equal(tasks.Field("TASK_UID"), 0) && tasks.Field("KV7_PROCOCC_P_ORDER").IsNull();
+  try {
+    Recordset tasks = Ask(state.gMspConn.get(),
+                          "Select TASK_UID, KV7_PROCOCC_P_ORDER, TASK_OUTLINE_NUM from MSP_TASKS");
+    for (isKnown_ = true; isKnown_ && !tasks.Eof(); tasks.MoveNext()) {
+      isKnown_ = Equal(tasks.Field("TASK_UID"), 0) && tasks.Field("KV7_PROCOCC_P_ORDER").IsNull();
+    }
+  } catch (const RunTimeError&) {
+    isKnown_ = false;  // what is wrong is told where it stops the work
   }
 }
 
 void OutlineAhead::Number(Recordset& task) {
+  if (!isKnown_) return;
   const Value uid = task.Field("TASK_UID");
-  isKnown_ = isKnown_ && uid.IsInteger() && uid.Integer() > 0;
+  isKnown_ = uid.IsInteger() && uid.Integer() > 0;
   if (!isKnown_) return;
   const auto number = counter_.Next(task, [this](const std::string& key) {
     const auto parent = numbers_.find(key);
     isKnown_ = parent != numbers_.end();
     return isKnown_ ? std::optional(parent->second) : std::nullopt;
   });
-  if (number) task.SetField("TASK_OUTLINE_NUM", *number);
-  const Value order = task.Field("KV7_PROCOCC_P_ORDER");
-  if (!order.IsNull()) {
-    numbers_.try_emplace(Joined(order), Joined(task.Field("TASK_OUTLINE_NUM")));
+  if (number && isTried_) {
+    task.SetField("TASK_OUTLINE_NUM", *number);
+    isSet_ = true;
   }
+  order_ = task.Field("KV7_PROCOCC_P_ORDER");
+  if (!order_.IsNull()) numbers_.try_emplace(Joined(order_), number.value_or(""));
+}
+
+void OutlineAhead::Try(Recordset& tasks) {
+  if (!isKnown_ || std::exchange(isTried_, true)) return;
+  tasks.MoveLast();
+  isKnown_ =
+      tasks.Field("TASK_OUTLINE_NUM").IsNull() && tasks.Field("KV7_PROCOCC_P_ORDER") == order_;
 }
 
 void OutlineAhead::TakeBack(ModelToProject& state) noexcept try {
-  if (numbers_.empty()) return;
+  if (!isSet_) return;
   Recordset tasks = Ask(state.gMspConn.get(), "Select * from MSP_TASKS where TASK_UID > 0");
   for (; !tasks.Eof(); tasks.MoveNext()) {
     tasks.SetField("TASK_OUTLINE_NUM", Value());

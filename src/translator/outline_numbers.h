@@ -44,11 +44,17 @@ class OutlineAhead {
   explicit OutlineAhead(ModelToProject& state);
 
   void Number(Recordset& task);  // the row that is being added, with its other columns set
+  // Behind each: the first row gets no number, but is read again, as a table might hold something
+  // else than it was given.
+  void Try(Recordset& tasks);
   // Where the work ends early, no task has a number, as far as the table can still be written.
   void TakeBack(ModelToProject& state) noexcept;
 
  private:
-  bool isKnown_ = true;
+  bool isKnown_ = false;
+  bool isTried_ = false;
+  bool isSet_ = false;  // in a row
+  Value order_;         // of the last row
   OutlineCounter counter_;
   std::unordered_map<std::string, std::string> numbers_;  // of the first task with an order
 };

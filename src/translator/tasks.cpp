@@ -113,6 +113,7 @@ void AddTask(Pass& pass, Recordset& activity, OutlineAhead& outline) {
   FillTask(pass, activity, duration, tasks);
   outline.Number(tasks);
   tasks.Update();
+  outline.Try(tasks);
 }
 
 void WriteTask(Pass& pass, Recordset& activity, OutlineAhead& outline) {

@@ -226,10 +226,12 @@ TEST_F(CopyDatabase, OnAFullDiskDropsTheRowThatWaitsAsWell) {
               }),
               0);
   }
-  Recordset read = Dynamic("select * from T where Num = 7", fresh);
-  EXPECT_TRUE(read.Eof());
+  EXPECT_EQ(fresh.Undone(), 1U);
+  Recordset next = Dynamic("select * from Empty", fresh);
+  next.AddNew({"Num"}, {1});
   fresh.Close();
   EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Num = 7"), "0");
+  EXPECT_EQ(RawDatabase(path).Ask("select count(*) from Empty"), "1");
 }
 
 TEST_F(CopyDatabase, PutsBackWhatARunCouldNeitherFinishNorUndo) {

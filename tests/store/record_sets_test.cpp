@@ -318,6 +318,18 @@ TEST_F(RecordSets, FindTheRowThatWasAddedLastAndSetMoreInIt) {
   EXPECT_EQ(RawDatabase(path).Ask("select Name || Note from T where Note = 'late'"), "newlate");
 }
 
+TEST_F(RecordSets, RefuseALongValueWhereItIsSet) {
+  Recordset set = Dynamic("select * from T");
+  Add(set, 7, "new");
+  Recordset last = Dynamic("select * from T where Num = 7");
+  ASSERT_TRUE(last.FindLast());
+  last.SetField("Note", std::string(17 << 20, 'x'));
+  EXPECT_EQ(ErrorOf([&] { last.Update(); }), kDatabaseError);
+  Recordset after = Dynamic("select * from T");
+  Add(after, 8, "next");
+  EXPECT_EQ(All("select * from T where Num > 5"), "new next ");
+}
+
 TEST_F(RecordSets, ConvertToTheColumnsType) {
   const struct {
     const char* column;

@@ -110,6 +110,8 @@ class Connection {
   void BeginWrite();
   // Changes when another connection or process has changed the file, and at no other time.
   std::int64_t Version();
+  // Grows where what this connection had written since the last Commit is undone.
+  std::uint64_t Undone() const;
 
   // Looks at every page and row, which takes time in step with the file: what is damaged, in the
   // engine's words, a hundred at most; nothing in a sound database.
