@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include "merge_statements.h"
 #include "merge_steps.h"
 #include "runtime/conversions.h"
@@ -14,6 +16,14 @@ void TakeOver(ProjectToModel& state, const std::string& sql, const char* from,
   requirement.SetField(to, found.Field(from));
 }
 
+// A column of another type may hold a number where a text is set.
+bool MayBeNumber(const Value& value) {
+  const std::string text = Joined(value);
+  const std::size_t first = text.find_first_not_of(" \t\n\v\f\r");
+  constexpr std::string_view kFirst = "0123456789+-.";
+  return first != std::string::npos && kFirst.find(text[first]) != std::string_view::npos;
+}
+
 void ResolveResourceRequirement(ProjectToModel& state, Recordset& requirement) {
   TakeOver(state,
            "Select * from ProjectAct where PID = " + Joined(requirement.Field("ActivityPID")) +
@@ -23,7 +33,7 @@ void ResolveResourceRequirement(ProjectToModel& state, Recordset& requirement) {
            "Select * from ProjectRes where PID = " + Joined(requirement.Field("ResourcePID")) +
                AndMspProjId(state),
            "Name", requirement, "ResName");
-  requirement.Update();
+  if (MayBeNumber(requirement.Field("ResName"))) requirement.Update();
   const Value name = requirement.Field("ResName");
   if (name.IsNull()) return;
   TakeOver(state,
