@@ -1,5 +1,6 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -48,6 +49,20 @@ std::string Followed(const std::string& path) {
 }
 
 bool IsSameFileName(const std::string& a, const std::string& b) { return a == b; }
+
+// The number of a file that is gone goes to another, which is made later.
+std::string FileIdentity(const std::string& path) {
+  struct statx file {};
+  if (statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_BTIME, &file) != 0) return {};
+  std::string identity;
+  for (const std::uint64_t part :
+       {std::uint64_t{file.stx_dev_major}, std::uint64_t{file.stx_dev_minor},
+        std::uint64_t{file.stx_ino}, static_cast<std::uint64_t>(file.stx_btime.tv_sec),
+        std::uint64_t{file.stx_btime.tv_nsec}}) {
+    identity += std::to_string(part) + ' ';
+  }
+  return identity;
+}
 
 bool CanBeFileName(const std::string& path) { return path.find('\0') == std::string::npos; }
 

@@ -125,6 +125,23 @@ bool IsSameFileName(const std::string& a, const std::string& b) {
                               static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
 }
 
+std::string FileIdentity(const std::string& path) {
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE file = CreateFileW(PathOf(path).c_str(), 0, kShared, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  BY_HANDLE_FILE_INFORMATION told{};
+  const BOOL isTold = GetFileInformationByHandle(file, &told);
+  CloseHandle(file);
+  if (isTold == FALSE) return {};
+  std::string identity;
+  for (const DWORD part : {told.dwVolumeSerialNumber, told.nFileIndexHigh, told.nFileIndexLow,
+                           told.ftCreationTime.dwHighDateTime, told.ftCreationTime.dwLowDateTime}) {
+    identity += std::to_string(part) + ' ';
+  }
+  return identity;
+}
+
 std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
   std::vector<std::string> names;
   std::error_code error;

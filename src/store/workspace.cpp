@@ -69,15 +69,18 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const
   CopyDatabasePages(source.get(), from, to, shown, work);
 }
 
-// From another disk too. The lock on what stood there ends behind it.
-void MoveOver(const std::string& made, const std::string& target, const DatabaseHandle& /*lock*/,
-              Work& work) {
+// From another disk too. The lock on what stood there ends behind it. Gives the identity of the
+// file that took the place.
+std::string MoveOver(const std::string& made, const std::string& target,
+                     const DatabaseHandle& /*lock*/, Work& work) {
   RemoveJournals(target);
+  std::string identity = FileIdentity(made);
   std::error_code failure = MoveInPlace(PathOf(made), PathOf(target));
   if (failure == std::errc::cross_device_link) {
     const TemporaryFile source(made);
     const TemporaryFile near(TemporaryNameBeside(target));
     CopyBytes(made, near.Path(), target, work);
+    identity = FileIdentity(near.Path());
     failure = MoveInPlace(PathOf(near.Path()), PathOf(target));
   }
   if (failure) {
@@ -85,6 +88,7 @@ void MoveOver(const std::string& made, const std::string& target, const Database
                     target);
   }
   SyncFolderOf(target);
+  return identity;
 }
 
 bool Holds(const Engine* engine, const std::string& path) {
@@ -172,12 +176,18 @@ void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
     }
     copied();
   }
-  MoveOver(made.Path(), target, lock, *work);
+  state_->placed[target] = MoveOver(made.Path(), target, lock, *work);
 }
 
 bool Workspace::PutBack(const std::string& copy, const std::string& to, const std::string& made) {
   const std::string target = Followed(to);
   const DatabaseHandle lock = LockForReplacement(target);
+  // Two runs may have put files of the same bytes there.
+  const auto placed = state_->placed.find(target);
+  const std::string now = FileIdentity(target);
+  const bool isAnother = placed != state_->placed.end() && !placed->second.empty() &&
+                         !now.empty() && now != placed->second;
+  if (!made.empty() && isAnother) return false;
   // Where pages are still to be put back, behind the lock, a run of ours could neither finish nor
   // undo what it wrote, and nobody has written since.
   const bool isOurs = made.empty() || HasPagesToPutBack(target);

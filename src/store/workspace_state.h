@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ struct Workspace::State {
   std::shared_ptr<Engine> HeldOn(const std::string& path) const;
 
   std::vector<Connection*> connections;
+  std::map<std::string, std::string> placed;  // identities of the files put in place, by name
   std::shared_ptr<Engine> held;  // its transaction ends with KeepHeld or DropHeld alone
 
  private:

@@ -259,6 +259,13 @@ TEST_F(CopyDatabase, PutsBackWhatARunCouldNeitherFinishNorUndo) {
                     made = folder.Write("made.mdb", before);
   RawDatabase(target).Run("update T set Note = 'of another program'");
   EXPECT_FALSE(workspace.PutBack(kept, target, made));
+  // Two runs begin with the same file.
+  Workspace other;
+  workspace.CopyDatabase(made, target);
+  other.CopyDatabase(made, target);
+  EXPECT_FALSE(workspace.PutBack(kept, target, made));
+  EXPECT_TRUE(std::filesystem::exists(kept));
+  EXPECT_TRUE(other.PutBack(kept, target, made));
 }
 
 TEST_F(CopyDatabase, FollowsALinkAndKeepsTheTargetsPermissions) {

@@ -29,6 +29,10 @@ bool CanBeFileName(const std::string& path);
 // The same file on the disk, whatever its names; false where either is not there.
 bool IsSameFile(const std::string& a, const std::string& b);
 
+// What tells the file that stands there from every other, one of the same bytes that took its name
+// included. Empty where the system doesn't say.
+std::string FileIdentity(const std::string& path);
+
 // The same file, whatever its names; where neither is there, the same place on the disk.
 bool WouldBeSameFile(const std::string& a, const std::string& b);
 
