@@ -68,7 +68,8 @@ class Workspace {
 
   // Moves the file `copy` back over the database `to`, which is open nowhere here, if `to` is gone
   // or still the file that this workspace put there, byte by byte the file `made`: False, with
-  // nothing done, where somebody has changed or replaced it since. With an empty `made` whatever stands there gives way. Errors as above.
+  // nothing done, where somebody has changed or replaced it since. With an empty `made` whatever
+  // stands there gives way. Errors as above.
   bool PutBack(const std::string& copy, const std::string& to, const std::string& made);
 
   // What the connection on `path` writes, which has begun (Connection::BeginWrite), stays open from
