@@ -176,7 +176,8 @@ void Workspace::ReplaceDatabase(const std::string& from, const std::string& to,
     }
     copied();
   }
-  state_->placed[target] = MoveOver(made.Path(), target, lock, *work);
+  std::string& placed = state_->placed[target];  // behind the move nothing may fail
+  placed = MoveOver(made.Path(), target, lock, *work);
 }
 
 bool Workspace::PutBack(const std::string& copy, const std::string& to, const std::string& made) {
