@@ -125,18 +125,22 @@ bool IsSameFileName(const std::string& a, const std::string& b) {
                               static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
 }
 
+// The index of a file holds how often its record was taken; FAT makes it of the place of the name.
+// The time of creation tells nothing: a file that takes a name gets that of the one before it.
 std::string FileIdentity(const std::string& path) {
   constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const HANDLE file = CreateFileW(PathOf(path).c_str(), 0, kShared, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (file == INVALID_HANDLE_VALUE) return {};
   BY_HANDLE_FILE_INFORMATION told{};
-  const BOOL isTold = GetFileInformationByHandle(file, &told);
+  wchar_t system[MAX_PATH + 1]{};
+  const bool isTold = GetFileInformationByHandle(file, &told) != FALSE &&
+                      GetVolumeInformationByHandleW(file, nullptr, 0, nullptr, nullptr, nullptr,
+                                                    system, MAX_PATH + 1) != FALSE;
   CloseHandle(file);
-  if (isTold == FALSE) return {};
+  if (!isTold || std::wstring_view(system).find(L"FAT") != std::wstring_view::npos) return {};
   std::string identity;
-  for (const DWORD part : {told.dwVolumeSerialNumber, told.nFileIndexHigh, told.nFileIndexLow,
-                           told.ftCreationTime.dwHighDateTime, told.ftCreationTime.dwLowDateTime}) {
+  for (const DWORD part : {told.dwVolumeSerialNumber, told.nFileIndexHigh, told.nFileIndexLow}) {
     identity += std::to_string(part) + ' ';
   }
   return identity;
