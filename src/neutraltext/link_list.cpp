@@ -32,10 +32,10 @@ std::optional<std::int16_t> FindScenarioOf(ProjectToModel& state, std::int16_t n
 }
 
 std::optional<std::int16_t> ScenarioOf(ProjectToModel& state, std::int16_t number,
-                                       Connection* connection, ScenarioOfElement& known) {
-  const auto found = known.find(number);
-  if (found != known.end()) return found->second;
-  return known[number] = FindScenarioOf(state, number, connection);
+                                       Connection* connection, KnownAnswers& known) {
+  const auto found = known.scenarioOf.find(number);
+  if (found != known.scenarioOf.end()) return found->second;
+  return known.scenarioOf[number] = FindScenarioOf(state, number, connection);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ void WriteStoredLink(LineWriter& out, Recordset& link) {
 }
 
 int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t destinationNum,
-                 Connection* connection, ScenarioOfElement& known) {
+                 Connection* connection, KnownAnswers& known) {
   try {
     const std::optional<std::int16_t> origin = ScenarioOf(state, originNum, connection, known);
     if (!origin) return 0;
@@ -66,7 +66,7 @@ int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t des
 }
 
 void WriteStoredLinks(ProjectToModel& state, std::int16_t scenarioNum, Connection* connection,
-                      ScenarioOfElement& known) {
+                      KnownAnswers& known) {
   LineWriter out(state);
   Recordset links =
       AskStatic(connection, "Select * From Links_in_Scenario where Scenario_num = ", scenarioNum,
@@ -84,7 +84,7 @@ void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable
   tree.out.Lines({"", "Link List"});
   Recordset tasks = AskStatic(tree.state.gProjectConn.get(), "Select * From [MSP_TASKS] ");
   if (tree.HasScenarioColumn(tasks) && scenarioNum > 0) {
-    WriteStoredLinks(tree.state, scenarioNum, tree.state.gProjectConn.get(), tree.scenarioOf);
+    WriteStoredLinks(tree.state, scenarioNum, tree.state.gProjectConn.get(), tree.known);
   } else {
     for (const LinkRow& link : linkTable.Rows()) {
       if (!link.deleted) WriteGeneratedLink(tree.out, link);

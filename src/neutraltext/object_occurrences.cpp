@@ -10,10 +10,11 @@ constexpr const char* kCelvarType = "KV7_OBJ_Celvar_Type";
 class ObjectOccurrenceWriter {
  public:
   ObjectOccurrenceWriter(ProjectToModel& state, ObjectOccurrenceOwner& owner,
-                         Connection* connection)
+                         Connection* connection, KnownAnswers& known)
       : out_(state),
         owner_(owner),
         connection_(connection),
+        known_(known),
         project_(std::to_string(state.gInterimProjId)) {}
 
   void WriteAll();
@@ -29,6 +30,7 @@ class ObjectOccurrenceWriter {
   LineWriter out_;
   ObjectOccurrenceOwner& owner_;
   Connection* connection_;
+  KnownAnswers& known_;
   std::string project_;
 };
 
@@ -50,10 +52,13 @@ void ObjectOccurrenceWriter::WriteOne(Recordset& occurrence) {
 }
 
 bool ObjectOccurrenceWriter::IsEntity(const std::string& objectNum) {
+  const auto found = known_.isEntity.find(objectNum);
+  if (found != known_.isEntity.end()) return found->second;
   Recordset resource =
       AskStatic(connection_, "Select * from MSP_RESOURCES where KV7_OBJ_HEX = ", objectNum,
                 " and Proj_ID = ", project_);
-  return !resource.Eof() && Joined(resource.Field(kCelvarType)) == "Entity";
+  const bool isEntity = !resource.Eof() && Joined(resource.Field(kCelvarType)) == "Entity";
+  return known_.isEntity[objectNum] = isEntity;
 }
 
 void ObjectOccurrenceWriter::WriteEntity(Recordset& occurrence) {
@@ -94,8 +99,8 @@ void ObjectOccurrenceWriter::AddBroughtTerm(std::string& labor, Recordset& broug
 }  // namespace
 
 void WriteObjectOccurrencesOf(ProjectToModel& state, ObjectOccurrenceOwner& owner,
-                              Connection* connection) {
-  ObjectOccurrenceWriter(state, owner, connection).WriteAll();
+                              Connection* connection, KnownAnswers& known) {
+  ObjectOccurrenceWriter(state, owner, connection, known).WriteAll();
 }
 
 }  // namespace merivane::neutraltext

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "neutraltext/modGlobal.h"
+#include "program/model_words.h"
 #include "reader_lines.h"
 #include "runtime/run_time_error.h"
 

@@ -37,7 +37,7 @@ void WriteStoredOccurrence(ScenarioTree& tree, Recordset& tasks) {
   out.Keyword("    User Placement ROW:  ", tasks.Field("KV7_PROCOCC_ROW"));
   out.Lines({"    Elaboration", "      Object Occurrence List"});
   TaskRow owner(tasks);
-  WriteObjectOccurrencesOf(tree.state, owner, tree.state.gProjectConn.get());
+  WriteObjectOccurrencesOf(tree.state, owner, tree.state.gProjectConn.get(), tree.known);
   out.Closing("      Object Occurrence List");
   out.Block("      Fact List", tasks, "KV7_PROCOCC_FACT_LIST", NullBlock::kEmptyLine);
   out.Block("      Constraint List", tasks, "KV7_PROCOCC_Constraint_LIST", NullBlock::kEmptyLine);

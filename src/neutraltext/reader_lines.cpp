@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "program/model_words.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
@@ -72,10 +73,6 @@ void SkipTo(ModelToProject& state, std::string_view keyword) {
 void SkipToLineThatHolds(ModelToProject& state, std::string_view text) {
   Search(state, text);
   while (!Holds(state.gLine, text)) NextLine(state);
-}
-
-std::string EndOf(std::string_view opening) {
-  return std::string(opening).insert(opening.find_first_not_of(' '), "End  ");
 }
 
 void EnterList(ModelToProject& state, std::string_view opening, std::string_view closing) {

@@ -22,9 +22,6 @@ void BeginRecord(ModelToProject& state, ElementKind element, std::string_view li
 void SkipTo(ModelToProject& state, std::string_view keyword);
 void SkipToLineThatHolds(ModelToProject& state, std::string_view text);
 
-// The closing keyword of a list or block: "End  " goes in behind the indentation.
-std::string EndOf(std::string_view opening);
-
 // In front of a list's first record, or to its end: the keyword, and a line in front of a record.
 void EnterList(ModelToProject& state, std::string_view opening, std::string_view closing);
 // Over `count` lines behind a record, and the one in front of the next record if there is one.

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "program/model_words.h"
 #include "reader_lines.h"
 #include "reader_records.h"
 #include "runtime/conversions.h"

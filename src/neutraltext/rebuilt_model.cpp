@@ -49,7 +49,7 @@ class RebuiltWriter {
   LineWriter out_;
   Connection* connection_;
   std::string project_;
-  ScenarioOfElement scenarioOf_;
+  KnownAnswers known_;
 };
 
 void RebuiltWriter::WriteScenarioList() {
@@ -70,7 +70,7 @@ void RebuiltWriter::WriteScenario(Recordset& scenario) {
   out_.Lines({"End  Junction List", ""});
   out_.Block("Referent List", scenario, "Referent_List", NullBlock::kNoLine);
   out_.Lines({"", "Link List"});
-  WriteStoredLinks(state_, scenarioNum, connection_, scenarioOf_);
+  WriteStoredLinks(state_, scenarioNum, connection_, known_);
   out_.Line("End  Link List");
   out_.KeywordUnlessNull("Decomp-rightmost:  ", scenario.Field("Decomp_rightmost"));
   out_.Line("End  Scenario");
@@ -100,7 +100,7 @@ void RebuiltWriter::WriteProcessOccurrence(std::int16_t scenarioNum, Recordset& 
   out_.Lines({"    Elaboration", "      Object Occurrence List"});
   const std::int16_t occurrenceNum = ToInt16(task.Field("KV7_PROCOCC_HEX"));
   RebuiltOccurrence owner(scenarioNum, occurrenceNum, ToText(task.Field("KV7_PROCOCC_Duration")));
-  WriteObjectOccurrencesOf(state_, owner, connection_);
+  WriteObjectOccurrencesOf(state_, owner, connection_, known_);
   out_.Closing("      Object Occurrence List");
   out_.Block("      Fact List", task, "KV7_PROCOCC_Fact_List", NullBlock::kNoLine);
   out_.Block("      Constraint List", task, "KV7_PROCOCC_Constraint_List", NullBlock::kNoLine);

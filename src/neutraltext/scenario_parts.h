@@ -56,7 +56,7 @@ class ObjectOccurrenceOwner {
 };
 
 void WriteObjectOccurrencesOf(ProjectToModel& state, ObjectOccurrenceOwner& owner,
-                              Connection* connection);
+                              Connection* connection, KnownAnswers& known);
 
 // A link, from a row of Links_in_Scenario.
 void WriteStoredLink(LineWriter& out, Recordset& link);
@@ -64,11 +64,11 @@ void WriteStoredLink(LineWriter& out, Recordset& link);
 // 1 when the two occurrences or junctions lie in the same scenario, else 0. Has its own guard,
 // which shows the description and answers 0: a Null scenario number is such a failure.
 int SameScenario(ProjectToModel& state, std::int16_t originNum, std::int16_t destinationNum,
-                 Connection* connection, ScenarioOfElement& known);
+                 Connection* connection, KnownAnswers& known);
 
 // The links, from the interim tables; those that leave the scenario are left out.
 void WriteStoredLinks(ProjectToModel& state, std::int16_t scenarioNum, Connection* connection,
-                      ScenarioOfElement& known);
+                      KnownAnswers& known);
 
 // Stored links for a scenario number above 0, else those of the table.
 void WriteLinkList(ScenarioTree& tree, std::int16_t scenarioNum, const LinkTable& linkTable);

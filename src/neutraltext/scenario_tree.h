@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -12,8 +13,11 @@
 
 namespace merivane::neutraltext {
 
-// Answers of SameScenario's look-ups, which stay the same while a text is written.
-using ScenarioOfElement = std::unordered_map<std::int16_t, std::optional<std::int16_t>>;
+// Answers of look-ups, which stay the same while a text is written.
+struct KnownAnswers {
+  std::unordered_map<std::int16_t, std::optional<std::int16_t>> scenarioOf;  // of an element
+  std::unordered_map<std::string, bool> isEntity;                            // of an object
+};
 
 struct ScenarioTree {
   explicit ScenarioTree(ProjectToModel& owner) : state(owner), out(owner) {}
@@ -26,7 +30,7 @@ struct ScenarioTree {
 
   ProjectToModel& state;
   LineWriter out;
-  ScenarioOfElement scenarioOf;
+  KnownAnswers known;
 
  private:
   // Asked once: columns and tables do not change while a text is written.

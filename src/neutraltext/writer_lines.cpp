@@ -1,5 +1,6 @@
 #include "writer_lines.h"
 
+#include "program/model_words.h"
 #include "runtime/conversions.h"
 
 namespace merivane::neutraltext {
@@ -51,13 +52,7 @@ void LineWriter::EmptyBlock(std::string_view opening) {
   Closing(opening);
 }
 
-void LineWriter::Closing(std::string_view opening) {
-  const std::size_t indent = opening.find_first_not_of(' ');
-  std::string closing(opening.substr(0, indent));
-  closing += "End  ";
-  closing += opening.substr(indent);
-  Line(closing);
-}
+void LineWriter::Closing(std::string_view opening) { Line(EndOf(opening)); }
 
 void LineWriter::Elaboration(std::string_view indent, Recordset& rows,
                              const ElaborationColumns& columns, NullBlock whenNull) {

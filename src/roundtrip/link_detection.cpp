@@ -55,26 +55,35 @@ bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t dest
   throw RunTimeError(kOutOfStackSpace);
 }
 
-}  // namespace
+enum class Links { kNoneIn, kNotDirect, kDirect };
 
 // From both ends at once: a unit may have thousands of links on one side.
-bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+Links LinksBetween(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
   Connection* database = state.gInterimConn.get();
   Recordset outgoing = Ask(database, LinksWhere(state, " and Origin_Num = ", origin));
   Recordset incoming = Ask(database, LinksWhere(state, " and Destination_Num = ", destination));
+  if (incoming.Eof()) return Links::kNoneIn;
   const std::string from = Joined(origin);
   const std::string to = Joined(destination);
   for (; !outgoing.Eof() && !incoming.Eof(); outgoing.MoveNext(), incoming.MoveNext()) {
-    if (Joined(outgoing.Field("Destination_Num")) == to) return true;
-    if (Joined(incoming.Field("Origin_Num")) == from) return true;
+    if (Joined(outgoing.Field("Destination_Num")) == to) return Links::kDirect;
+    if (Joined(incoming.Field("Origin_Num")) == from) return Links::kDirect;
   }
-  return false;
+  return Links::kNotDirect;
+}
+
+}  // namespace
+
+bool DirectLinkExists(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
+  return LinksBetween(state, origin, destination) == Links::kDirect;
 }
 
 bool IsLinked(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {
-  return DirectLinkExists(state, origin, destination) ||
-         LinkedThrough(state, origin, destination, {"OR", " and Num = "}) ||
-         LinkedThrough(state, origin, destination, {"AND", " AND Num = "});
+  const Links links = LinksBetween(state, origin, destination);
+  return links != Links::kNoneIn &&
+         (links == Links::kDirect ||
+          LinkedThrough(state, origin, destination, {"OR", " and Num = "}) ||
+          LinkedThrough(state, origin, destination, {"AND", " AND Num = "}));
 }
 
 bool AddDirectLink(ProjectToModel& state, std::int16_t origin, std::int16_t destination) {

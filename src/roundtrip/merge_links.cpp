@@ -20,7 +20,6 @@ class DecompositionPasses {
     tasks_.OpenDynamic("Select * from ProjectAct" + WhereMspProjId(state),
                        state.gInterimConn.get());
     outline_.Read(tasks_);
-    if (outline_.Size() > 0) tasks_.MoveFirst();
   }
 
   void InitProcessedFlags();
@@ -40,7 +39,6 @@ class DecompositionPasses {
   std::vector<bool> wasSelected_;
   std::size_t firstOpen_ = 0;  // no row in front of it is unprocessed
   Recordset tasks_;
-  std::vector<std::size_t> bookmarks_;  // of its rows
 };
 
 // A table without the mark is refused where it would be set.
@@ -50,9 +48,7 @@ void DecompositionPasses::Require(const char* mark) {
 
 void DecompositionPasses::InitProcessedFlags() {
   for (std::size_t row = 0; row < outline_.Size(); ++row) {
-    if (row > 0) tasks_.MoveNext();
-    bookmarks_.push_back(tasks_.Bookmark());
-    Require("Processed");
+    if (row == 0) Require("Processed");
     const auto level = outline_.Level(row);
     processed_.push_back(level && *level <= 1);
     wasSelected_.push_back(false);
@@ -62,7 +58,7 @@ void DecompositionPasses::InitProcessedFlags() {
 // As the passes have left them: of the rows that were selected, only the last group is.
 void DecompositionPasses::StoreMarks() {
   for (std::size_t row = 0; row < processed_.size(); ++row) {
-    tasks_.MoveTo(bookmarks_[row]);
+    tasks_.MoveTo(outline_.Bookmark(row));
     tasks_.SetField("Processed", processed_[row] ? 1 : 0);
     if (wasSelected_[row]) {
       tasks_.SetField("SelectedForProcessing",
@@ -101,7 +97,7 @@ bool DecompositionPasses::SelectNextDecomposition() {
 
 void DecompositionPasses::MergeSelectedLinks() {
   for (const std::size_t row : selected_) {
-    tasks_.MoveTo(bookmarks_[row]);
+    tasks_.MoveTo(outline_.Bookmark(row));
     MergeLinksOfTask(state_, tasks_, listener_);
     processed_[row] = true;
   }

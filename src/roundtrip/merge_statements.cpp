@@ -11,14 +11,10 @@ namespace {
 
 constexpr std::string_view kProjectRow = "Select * from MSP_PROJECTS Where Proj_ID = ";
 
-std::string LinksOfScenario(const ProjectToModel& state) {
-  return "Select * from Links_in_Scenario Where Scenario_Num = " + Joined(state.gCurrentScenario);
-}
-
-std::string JunctionsOfScenario(const ProjectToModel& state) {
-  return "Select * from Junctions_in_Scenario Where Scenario_Num = " +
-         Joined(state.gCurrentScenario);
-}
+constexpr std::string_view kLinksOfScenario =
+    "Select * from Links_in_Scenario Where Scenario_Num = ";
+constexpr std::string_view kJunctionsOfScenario =
+    "Select * from Junctions_in_Scenario Where Scenario_Num = ";
 
 void SetProject(const ProjectToModel& state, Recordset& row) {
   row.SetField("Msp_ProjID", std::int64_t{state.gInterimProjId});
@@ -39,12 +35,12 @@ std::string AndProjId(const ProjectToModel& state) {
 }
 
 std::string LinksWhere(const ProjectToModel& state, std::string_view piece, const Value& number) {
-  return LinksOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
+  return SqlOf(kLinksOfScenario, state.gCurrentScenario, piece, number, AndMspProjId(state));
 }
 
 std::string JunctionsWhere(const ProjectToModel& state, std::string_view piece,
                            const Value& number) {
-  return JunctionsOfScenario(state).append(piece) + Joined(number) + AndMspProjId(state);
+  return SqlOf(kJunctionsOfScenario, state.gCurrentScenario, piece, number, AndMspProjId(state));
 }
 
 std::optional<std::int16_t> OccurrenceOfPlanTask(ProjectToModel& state, std::int16_t pid) {
@@ -97,8 +93,7 @@ std::int16_t NumberCounter::Next() {
 std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
                          std::string_view cardinality, std::string_view type) {
   const std::int16_t number = numbers.Next();
-  Recordset junctions =
-      Ask(state.gInterimConn.get(), JunctionsOfScenario(state), AndMspProjId(state));
+  Recordset junctions = Ask(state.gInterimConn.get(), JunctionsWhere(state, "", ""));
   junctions.AddNew();
   junctions.SetField("Scenario_Num", state.gCurrentScenario);
   junctions.SetField("Num", number);
@@ -111,7 +106,7 @@ std::int16_t AddJunction(const ProjectToModel& state, NumberCounter& numbers,
 
 void AddLink(const ProjectToModel& state, NumberCounter& numbers, const NewLink& link) {
   const std::int16_t number = numbers.Next();
-  Recordset links = Ask(state.gInterimConn.get(), LinksOfScenario(state), AndMspProjId(state));
+  Recordset links = Ask(state.gInterimConn.get(), LinksWhere(state, "", ""));
   links.AddNew();
   links.SetField("Scenario_Num", state.gCurrentScenario);
   links.SetField("Num", number);

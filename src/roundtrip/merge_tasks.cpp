@@ -2,6 +2,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "going_on.h"
 #include "merge_statements.h"
@@ -32,7 +34,8 @@ class TaskScenarios {
 
   ProjectToModel& state_;
   const PlanOutline& outline_;
-  std::optional<std::int16_t> highest_;  // asked for once
+  std::optional<std::int16_t> highest_;                  // asked for once
+  std::unordered_map<std::string, std::int16_t> found_;  // below a parent
 };
 
 std::int16_t TaskScenarios::ScenarioForTask(Recordset& task) {
@@ -48,11 +51,13 @@ std::int16_t TaskScenarios::ScenarioForTask(Recordset& task) {
 }
 
 std::int16_t TaskScenarios::DecompositionOf(const std::string& parent, Recordset& scenarios) {
+  const auto known = found_.find(parent);
+  if (known != found_.end()) return known->second;
   Recordset scenario =
       Ask(state_.gInterimConn.get(), "Select * from Scenario where Parent_Num = ", parent,
           " and Send_To_Project = 1", AndMspProjId(state_));
-  if (!scenario.Eof()) return ToInt16(scenario.Field("Num"));
-  return Add(scenarios, NextNumber(), parent);
+  if (scenario.Eof()) return Add(scenarios, NextNumber(), parent);
+  return found_[parent] = ToInt16(scenario.Field("Num"));
 }
 
 std::int16_t TaskScenarios::Add(Recordset& scenarios, std::int16_t number, const Value& parent) {
@@ -110,13 +115,13 @@ std::int16_t AddOccurrence(ProjectToModel& state, Recordset& task, std::int16_t 
   return use;
 }
 
-void AddNewActivity(ProjectToModel& state, Recordset& task) {
+// Gives the number of the new occurrence.
+std::int16_t AddNewActivity(ProjectToModel& state, Recordset& task) {
   GreatestNumbers& greatest = NumbersOf(state);
   const std::int16_t activity = AddActivity(state, task, greatest.activity);
   const std::int16_t use = AddOccurrence(state, task, activity, greatest.use);
-  task.SetField("Text1", use);
-  task.Update();
   greatest = {use, activity};
+  return use;
 }
 
 // What would take a moved task out of its old scenario wants a record set and is handed the fields
@@ -132,20 +137,16 @@ void TakeOverNameAndNotes(ProjectToModel& state, Recordset& task, const Value& a
   pool.Update();
 }
 
-// Brings a new task into the model (its Text1 takes the new occurrence's number), or the name,
-// duration and notes of a known one. A duration that the model keeps as an expression stays; a
-// number that no occurrence bears is passed over. A known task of another scenario than
-// gCurrentScenario is error 13.
-void MergeTask(ProjectToModel& state, Recordset& task) {
-  const Value text1 = task.Field("Text1");
-  if (IsBlank(text1) || ToDouble(text1) == 0) {
-    AddNewActivity(state, task);
-    return;
-  }
+// Brings a new task into the model, whose new number is the result, or the name, duration and notes
+// of a known one. A duration that the model keeps as an expression stays; a number that no
+// occurrence bears is passed over. A known task of another scenario than gCurrentScenario is error
+// 13.
+std::optional<std::int16_t> MergeTask(ProjectToModel& state, Recordset& task, const Value& text1) {
+  if (IsBlank(text1) || ToDouble(text1) == 0) return AddNewActivity(state, task);
   Recordset occurrence =
       Ask(state.gInterimConn.get(), "Select * from MSP_TASKS where KV7_PROCOCC_HEX = ", text1,
           AndProjId(state));
-  if (occurrence.Eof()) return;
+  if (occurrence.Eof()) return std::nullopt;
   const Value scenario = occurrence.Field("KV7_Scenario_HEX");
   if (!scenario.IsNull() && !Equal(scenario, state.gCurrentScenario)) DetachMovedTask();
   occurrence.SetField("TASK_Name", task.Field("Name"));
@@ -156,6 +157,7 @@ void MergeTask(ProjectToModel& state, Recordset& task) {
   TakeOverNameAndNotes(state, task, occurrence.Field("KV7_PROC_HEX"));
   occurrence.SetField("KV7_PROCOCC_Brought_back", 1);
   occurrence.Update();
+  return std::nullopt;
 }
 
 void ForgetEarlierMerges(ProjectToModel& state) {
@@ -167,36 +169,44 @@ void ForgetEarlierMerges(ProjectToModel& state) {
   }
 }
 
-void MakeAllTasksNew(Recordset& tasks) {
-  for (; !tasks.Eof(); tasks.MoveNext()) {
-    tasks.SetField("Text1", 0);
-    tasks.Update();
-  }
-}
-
 }  // namespace
 
 void BringBackTasks(ProjectToModel& state, MergeListener* listener) {
   ForgetEarlierMerges(state);
   Recordset tasks =
       Ask(state.gInterimConn.get(), "Select * from ProjectAct", WhereMspProjId(state));
-  if (state.gRebuildModel == 1) MakeAllTasksNew(tasks);
+  const bool areAllNew = state.gRebuildModel == 1;
+  if (areAllNew && !tasks.Eof()) tasks.SetField("Text1", 0);  // where the column takes a number
   tasks.MoveLast();
   tasks.MoveFirst();
   PlanOutline outline;
   outline.Read(tasks);
   tasks.MoveFirst();
+  std::vector<bool> isNew(outline.Size(), areAllNew);
+  for (std::size_t row = 0; areAllNew && row < outline.Size(); ++row) outline.SetText1(row, 0);
   state.progress.Begin("Merging the tasks", static_cast<std::int64_t>(outline.Size()));
   TaskScenarios scenarios(state, outline);
-  for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
-    state.progress.Step();
-    if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
-    TryTask(state.desktop, listener, MergeStep::kTask, tasks, [&] {
-      state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
-      MergeTask(state, tasks);
-      outline.SetText1(row, tasks.Field("Text1"));
-    });
-  }
+  const auto merge = [&] {
+    for (std::size_t row = 0; !tasks.Eof(); tasks.MoveNext(), ++row) {
+      state.progress.Step();
+      if (outline.Level(row) <= 0) continue;  // the plan's summary of the whole project
+      TryTask(state.desktop, listener, MergeStep::kTask, tasks, [&] {
+        state.gCurrentScenario = scenarios.ScenarioForTask(tasks);
+        const auto number = MergeTask(state, tasks, outline.Text1(row));
+        if (!number) return;
+        outline.SetText1(row, *number);
+        isNew[row] = true;
+      });
+    }
+  };
+  WithEnd(state, merge, [&] {
+    for (std::size_t row = 0; row < outline.Size(); ++row) {
+      if (!isNew[row]) continue;
+      tasks.MoveTo(outline.Bookmark(row));
+      tasks.SetField("Text1", outline.Text1(row));
+      tasks.Update();
+    }
+  });
 }
 
 }  // namespace merivane::roundtrip

@@ -10,6 +10,7 @@ void PlanOutline::Read(Recordset& tasks) {
   for (; !tasks.Eof(); tasks.MoveNext()) {
     const std::size_t place = rows_.size();
     Row row;
+    row.bookmark = tasks.Bookmark();
     if (const Value level = tasks.Field("Outline"); !level.IsNull()) row.level = ToInt32(level);
     row.text1 = tasks.Field("Text1");
     while (!above.empty() && row.level && rows_[above.back()].level >= row.level) above.pop_back();

@@ -29,12 +29,16 @@ class PlanOutline {
   const Value& Text1(std::size_t row) const { return rows_[row].text1; }
   void SetText1(std::size_t row, Value text1) { rows_[row].text1 = std::move(text1); }
 
+  // The way back to the row in the set that was read.
+  std::size_t Bookmark(std::size_t row) const { return rows_[row].bookmark; }
+
   // The nearest row in front of the first row with this PID that doesn't lie as deep or deeper.
   // Error 3021 where there is none.
   std::size_t ParentOf(const Value& pid) const;
 
  private:
   struct Row {
+    std::size_t bookmark = 0;
     std::optional<std::int64_t> level;
     Value text1;
     std::optional<std::size_t> parent;

@@ -130,11 +130,19 @@ void WorkTables::AddTask(const MergedTask& task) {
   row.Update();
 }
 
+bool WorkTables::MayBeAssigned(const MergedAssignment& assignment) {
+  const std::string resource = Joined(assignment.resource);
+  constexpr std::size_t kMostDigits = 9;
+  arePlain_ = arePlain_ && resource.size() <= kMostDigits && !resource.starts_with('0') &&
+              resource.find_first_not_of("0123456789") == std::string::npos;
+  return !arePlain_ || !assigned_.emplace(assignment.task, ToInt32(assignment.resource)).second;
+}
+
 void WorkTables::AddAssignment(const MergedAssignment& assignment) {
   Recordset requirement = Ask(state_.gInterimConn.get(),
                               "SELECT * FROM ProjectResReqts where Activitypid = ", assignment.task,
                               " and ResourcePID = ", assignment.resource, AndMspProjId(state_));
-  if (!requirement.Eof()) return;
+  if (MayBeAssigned(assignment) && !requirement.Eof()) return;
   requirement.AddNew();
   requirement.SetField("ActivityPID", assignment.task);
   requirement.SetField("ResourcePID", assignment.resource);

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "program/program.h"
 #include "runtime/value.h"
@@ -74,10 +76,14 @@ class WorkTables {
   void MarkSentResourcesUnseen();
   void AddResource(const MergedResource& resource);
   void AddPlanResource(const MergedResource& resource);
+  // Whether the table, empty at first, may hold the task and resource.
+  bool MayBeAssigned(const MergedAssignment& assignment);
 
   ProjectToModel& state_;
   ResourceNumbers numbers_;
   Recordset resource_;  // of MSP_RESOURCES, on the resource in hand
+  std::set<std::pair<std::int32_t, std::int32_t>> assigned_;
+  bool arePlain_ = true;  // no resource was named by another text than that of its number
 };
 
 // A source that refuses the plan has told so in a box.

@@ -1,6 +1,7 @@
-// Words of the model's tables that more than one part compares or writes.
+// Words of the model's tables and texts that more than one part compares or writes.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace merivane::program {
@@ -24,5 +25,14 @@ inline constexpr std::string_view kXor = "XOR";
 inline constexpr std::string_view kSharedResource = "Shared Resource";
 inline constexpr std::string_view kDedicatedResource = "Dedicated Resource";
 inline constexpr std::string_view kTransport = "Transport";
+
+// The closing keyword of a list or block: "End  " goes in behind the indentation.
+inline std::string EndOf(std::string_view opening) {
+  const std::size_t indent = opening.find_first_not_of(' ');
+  std::string closing(opening.substr(0, indent));
+  closing += "End  ";
+  closing += opening.substr(indent);
+  return closing;
+}
 
 }  // namespace merivane::program
