@@ -16,6 +16,8 @@ using namespace platform;
 
 namespace {
 
+using namespace std::string_literals;
+
 class ProgramStartTest : public testing::Test {
  protected:
   std::string Script(const std::string& name, const std::string& body) const {
@@ -24,10 +26,12 @@ class ProgramStartTest : public testing::Test {
     return path;
   }
 
-  // Prints its arguments line by line into `out`, in one step.
-  std::string Printer(const std::string& name) const {
-    return Script(name, "printf '%s\\n' \"$@\" > '" + folder_.Path("part") + "'\nmv '" +
-                            folder_.Path("part") + "' '" + folder_.Path("out") + "'\n");
+  // Prints into `out` in one step: its arguments line by line, unless told otherwise.
+  std::string Printer(const std::string& name, const std::string& print = "printf '%s\\n' \"$@\"",
+                      const std::string& then = "") const {
+    const std::string part = " '" + folder_.Path("part") + "'";
+    return Script(name,
+                  print + " >" + part + "\nmv" + part + " '" + folder_.Path("out") + "'\n" + then);
   }
 
   TemporaryFolder folder_;
@@ -40,38 +44,27 @@ TEST_F(ProgramStartTest, WordsEndAtBlanksOutsideQuotes) {
       {plain + "  one \t two", "one\ntwo\n"},
       {"\"" + blank + "\" \"a  b\"c \"\" $HOME * \\x 'q r'", "a  bc\n\n$HOME\n*\n\\x\n'q\nr'\n"},
       {plain + " \"open end", "open end\n"},
-      {plain + std::string(" seen\0 unseen", 13), "seen\n"}};
+      {plain + " seen\0 unseen"s, "seen\n"}};
   for (const auto& [commandLine, output] : cases) {
     ASSERT_TRUE(StartDetached(commandLine)) << commandLine;
     EXPECT_EQ(folder_.Awaited("out"), output) << commandLine;
   }
 }
 
-// A pipe for each word: one that is opened again may still have its first writer.
 TEST_F(ProgramStartTest, TheProgramLivesOnItsOwn) {
-  const std::string go = folder_.Path("go");
   const std::string end = folder_.Path("end");
-  ASSERT_EQ(mkfifo(go.c_str(), 0600), 0);
   ASSERT_EQ(mkfifo(end.c_str(), 0600), 0);
-  const std::string path =
-      Script("waits", "read line < '" + go + "'\necho $$ $line > '" + folder_.Path("part") +
-                          "'\nmv '" + folder_.Path("part") + "' '" + folder_.Path("out") +
-                          "'\nread line < '" + end + "'\n");
-  ASSERT_TRUE(StartDetached(path));
+  ASSERT_TRUE(StartDetached(Printer("waits", "echo $$", "read line < '" + end + "'\n")));
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
-  std::ofstream(go) << "go\n";
-  const std::string output = folder_.Awaited("out");
-  EXPECT_TRUE(output.ends_with(" go\n")) << output;
-  EXPECT_NE(getsid(std::stoi(output)), getsid(0));
+  EXPECT_NE(getsid(std::stoi(folder_.Awaited("out"))), getsid(0));
   std::ofstream(end) << "end\n";
 }
 
 TEST_F(ProgramStartTest, WhatIsNoProgramIsToldSo) {
-  const std::string text = folder_.Write("text", "no program");
   for (const std::string& commandLine :
-       {std::string(), std::string("  "), std::string("\"\" x"), folder_.Path("none"),
-        folder_.Path("."), text, std::string("merivane-no-such-program x")}) {
+       {""s, "  "s, "\"\" x"s, folder_.Path("none"), folder_.Path("."),
+        folder_.Write("text", "no program"), "merivane-no-such-program x"s}) {
     EXPECT_FALSE(StartDetached(commandLine)) << commandLine;
   }
 }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "environment.h"
 #include "platform/system_settings.h"
 
@@ -14,19 +16,15 @@ TEST(SystemLocale, TheLanguageTellsTheCodePage) {
   const EnvironmentVariable all("LC_ALL");
   const EnvironmentVariable type("LC_CTYPE");
   const EnvironmentVariable lang("LANG");
-  struct Case {
-    const char* all;
-    const char* type;
-    const char* lang;
-    int codePage;
-  };
-  for (const Case& c : {Case{"", "", "ja_JP.UTF-8", 932}, Case{"ko_KR", "ja_JP", "C", 949},
-                        Case{"", "ja", "ko_KR", 932}, Case{"C", "", "ja_JP", 437},
-                        Case{"", "", "", 437}, Case{"", "", "kok_IN@latin", 437}}) {
-    all.Set(c.all);
-    type.Set(c.type);
-    lang.Set(c.lang);
-    EXPECT_EQ(SystemOemCodePage(), c.codePage) << c.all << "," << c.type << "," << c.lang;
+  using Case = std::tuple<const char*, const char*, const char*, int>;
+  for (const auto& [first, second, third, codePage] :
+       {Case{"", "", "ja_JP.UTF-8", 932}, Case{"ko_KR", "ja_JP", "C", 949},
+        Case{"", "ja", "ko_KR", 932}, Case{"C", "", "ja_JP", 437}, Case{"", "", "", 437},
+        Case{"", "", "kok_IN@latin", 437}}) {
+    all.Set(first);
+    type.Set(second);
+    lang.Set(third);
+    EXPECT_EQ(SystemOemCodePage(), codePage) << first << "," << second << "," << third;
   }
 }
 #endif

@@ -5,7 +5,6 @@
 
 #include <filesystem>
 
-#include "environment.h"
 #include "platform/program_run.h"
 #include "platform/system_settings.h"
 #include "runtime/file_names.h"
@@ -35,76 +34,42 @@ TEST(WindowsSystem, LibrariesComeFromTheSystemAndNotFromTheCurrentFolder) {
   EXPECT_NE(known, nullptr);
 }
 
-class ClassKey {
- public:
-  ClassKey() { RegCreateKeyW(HKEY_CLASSES_ROOT, kName, &key_); }
-  ~ClassKey() {
-    RegCloseKey(key_);
-    RegDeleteKeyW(HKEY_CLASSES_ROOT, kName);
-  }
-  ClassKey(const ClassKey&) = delete;
-  ClassKey& operator=(const ClassKey&) = delete;
-
-  void Set(DWORD type, const std::wstring& characters) const {
-    RegSetValueExW(key_, L"", 0, type, reinterpret_cast<const BYTE*>(characters.data()),
-                   static_cast<DWORD>(characters.size() * sizeof(wchar_t)));
-  }
-
- private:
-  static constexpr const wchar_t* kName = L"MerivaneTest.9";
-  HKEY key_ = nullptr;
-};
-
 TEST(WindowsSystem, TheRegistryGivesTheDefaultOfAKey) {
-  const EnvironmentVariable variable("MERIVANE_TEST");
   SetEnvironmentVariableW(L"MERIVANE_TEST", L"C:\\P \u00e9");
-  const ClassKey key;
-  struct Row {
-    DWORD type;
-    std::wstring value;
-    std::string found;
-  };
-  const std::wstring quoted = L"\"C:\\P\\app.exe\" /x \"%1\""s;
-  for (const Row& row :
-       {Row{REG_SZ, quoted + L'\0', "\"C:\\P\\app.exe\" /x \"%1\"\0"s},
-        Row{REG_SZ, L"%MERIVANE_TEST%\\a.exe %1\0"s, "%MERIVANE_TEST%\\a.exe %1\0"s},
-        Row{REG_EXPAND_SZ, L"%MERIVANE_TEST%\\a.exe %1\0"s, "C:\\P \u00e9\\a.exe %1\0"s},
-        Row{REG_EXPAND_SZ, L"%MERIVANE_TEST%", "C:\\P \u00e9\0"s},
-        Row{REG_DWORD, std::wstring(2, L'x'), "none"},
-        Row{REG_SZ, std::wstring(2001, L'x'), "none"}}) {
-    key.Set(row.type, row.value);
-    EXPECT_EQ(ReadClassDefault("merivanetest.9").value_or("none"), row.found);
+  HKEY key = nullptr;
+  RegCreateKeyW(HKEY_CLASSES_ROOT, L"MerivaneTest.9", &key);
+  const std::tuple<DWORD, std::wstring, std::string> cases[] = {
+      {REG_SZ, L"\"C:\\P\\app.exe\" /x \"%1\"\0"s, "\"C:\\P\\app.exe\" /x \"%1\"\0"s},
+      {REG_SZ, L"%MERIVANE_TEST%\\a.exe %1\0"s, "%MERIVANE_TEST%\\a.exe %1\0"s},
+      {REG_EXPAND_SZ, L"%MERIVANE_TEST%\\a.exe %1\0"s, "C:\\P \u00e9\\a.exe %1\0"s},
+      {REG_EXPAND_SZ, L"%MERIVANE_TEST%", "C:\\P \u00e9\0"s},
+      {REG_DWORD, std::wstring(2, L'x'), "none"},
+      {REG_SZ, std::wstring(2001, L'x'), "none"}};
+  for (const auto& [type, value, found] : cases) {
+    RegSetValueExW(key, L"", 0, type, reinterpret_cast<const BYTE*>(value.data()),
+                   static_cast<DWORD>(value.size() * sizeof(wchar_t)));
+    EXPECT_EQ(ReadClassDefault("merivanetest.9").value_or("none"), found);
   }
   EXPECT_FALSE(ReadClassDefault("MerivaneTest.9\\shell"));
+  RegCloseKey(key);
+  RegDeleteKeyW(HKEY_CLASSES_ROOT, L"MerivaneTest.9");
   SetEnvironmentVariableW(L"MERIVANE_TEST", nullptr);
 }
 
-// The command interpreter, under another name.
-class WindowsProgramStart : public testing::Test {
- protected:
-  WindowsProgramStart() {
-    wchar_t system[MAX_PATH];
-    GetSystemDirectoryW(system, MAX_PATH);
-    fs::create_directory(folder_.Path("a b"));
-    fs::copy_file(fs::path(system) / "cmd.exe",
-                  runtime::PathOf(folder_.Path("a b/r\u00e4n it.exe")));
-  }
-  TemporaryFolder folder_;
-};
-
-TEST_F(WindowsProgramStart, APathWithBlanksStartsInQuotes) {
-  const std::string program = folder_.Path("a b\\r\u00e4n it.exe");
-  const std::string commands = " /c \"echo x y>\"" + folder_.Path("part") + "\" & move \"" +
-                               folder_.Path("part") + "\" \"" + folder_.Path("out") + "\"\"";
+TEST(WindowsSystem, APathWithBlanksStartsInQuotesAndWhatOpensNothingIsAFailure) {
+  const TemporaryFolder folder;
+  const std::string program = folder.Path("r\u00e4n it.exe");  // the command interpreter
+  wchar_t system[MAX_PATH];
+  GetSystemDirectoryW(system, MAX_PATH);
+  fs::copy_file(fs::path(system) / "cmd.exe", runtime::PathOf(program));
+  const std::string commands = " /c \"echo x y>\"" + folder.Path("part") + "\" & move \"" +
+                               folder.Path("part") + "\" \"" + folder.Path("out") + "\"\"";
   ASSERT_TRUE(StartDetached("\"" + program + "\"" + commands));
-  EXPECT_TRUE(folder_.Awaited("out").starts_with("x y"));
+  EXPECT_TRUE(folder.Awaited("out").starts_with("x y"));
   for (const std::string& line :
-       {""s, "  "s, folder_.Path("none.exe"), folder_.Path("."), folder_.Write("text", "text")}) {
+       {""s, "  "s, folder.Path("none.exe"), folder.Path("."), folder.Write("text", "text")}) {
     EXPECT_FALSE(StartDetached(line)) << line;
   }
-}
-
-TEST(WindowsSystem, APageThatNothingOpensIsAFailure) {
   EXPECT_LT(OpenInBrowser("merivane-no-such-scheme:page"), 33);
 }
 
