@@ -76,10 +76,11 @@ TEST_F(Merge, KnownTasksTakeNameDurationAndNotesFromThePlan) {
 
 TEST_F(Merge, AMovedTaskStopsTheTranslationAndWhatWasMergedStays) {
   AddModel();
-  EXPECT_FALSE(Merged("1 Saw 1 11; 4 Grind 1 14; 2 Join 1 12", kMergePlan));
+  EXPECT_FALSE(Merged("1 Saw 1 11; 9 New 1 0; 4 Grind 1 14; 8 Late 1 0", kMergePlan));
   EXPECT_EQ(desktop.MessageTexts(), std::vector<std::string>{ErrorText(kTypeMismatch)});
   EXPECT_EQ(Table("TASK_NAME, KV7_PROCOCC_BROUGHT_BACK from MSP_TASKS where Proj_ID = 1"),
-            "Saw|1\nWeld|0\nPaint|0\nGrind|0\n");
+            "Saw|1\nWeld|0\nPaint|0\nGrind|0\nNew|1\n");
+  EXPECT_EQ(Table(kMarks), "1|11|0|0\n9|15|0|0\n4|14|0|0\n8|0|0|0\n");
 }
 
 TEST_F(Merge, AnErrorLeavesTheNumbersAndMarksOfWhatWasMerged) {

@@ -45,14 +45,15 @@ TEST_F(MpxReader, TheFieldNamesTellWhereTheFieldsOfATaskStand) {
 }
 
 TEST_F(MpxReader, TasksTheirNotesAndAssignmentsAreRead) {
-  Translate(Plan("",
-                 Lines("75,1,1,;70,x,1,Not a number,1d,Yes,1,,,,9;70,0,0,,1d,Yes,1,,,,9;75,1,1,;"
-                       "70,3,3,Weld,16,Yes,two,,,,9;71,\"First\x7Fsecond\";more of it;72,1,;"
-                       "75,1,2,8h;75,1,3,8h;75,x,1,;75,2,many,;70,4,4,,1d,Yes,1,,,,9;75,7,1,;"
-                       "70,5,5,Cut,3ed,Yes,3.5,,\"3,4FF\",,nine;70,6,6,Grind,,Yes,2,,,,9;71,x;"
-                       "75,1,0.5,;80,1;70,7,7,Polish,1d,Yes,1,,,,9"),
-                 "11,1,0,"),
-            kMergePlan);
+  Translate(
+      Plan("",
+           Lines("75,1,1,;70,x,1,Not a number,1d,Yes,1,,,,9;70,0,0,,1d,Yes,1,,,,9;75,1,1,;"
+                 "70,3,3,Weld,16,Yes,two,,,,9;71,\"First\x7Fsecond\";more of it;72,1,;"
+                 "75,1,2,8h;75,1,3,8h;75,x,1,;75,2,many,;70,4,4,,1d,Yes,1,,,,9;75,7,1,;75,1.0,4,;"
+                 "70,5,5,Cut,3ed,Yes,3.5,,\"3,4FF\",,nine;70,6,6,Grind,,Yes,2,,,,9;71,x;"
+                 "75,1,0.5,;80,1;70,7,7,Polish,1d,Yes,1,,,,9"),
+           "11,1,0,"),
+      kMergePlan);
   EXPECT_EQ(Table(kTasks),
             "3|Weld|2.00|1||9|\"First\r\nsecond\n5|Cut|1.00|4|3,4FF|1|-\n6|Grind|1.00|2||9|\n");
   EXPECT_EQ(Table("ActivityPID, ResourcePID, Qty from ProjectResReqts"), "3|1|2\n3|7|1\n6|1|0.5\n");
