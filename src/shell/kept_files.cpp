@@ -26,8 +26,7 @@ std::string GiveBackupName(const std::string& file, const std::string& path) {
       RemoveFile(PathOf(file));
       return name;
     }
-    if (error == std::errc::file_exists) continue;
-    // The disk knows no second names.
+    // The name is taken, or the disk knows no second names.
     if (!MakeNewFile(name)) continue;
     const std::error_code failure = MoveInPlace(PathOf(file), PathOf(name));
     if (!failure) return name;

@@ -42,6 +42,20 @@ TEST_F(KeptFilesTest, PutsBackOnlyWhatTheRunItselfHasChanged) {
   EXPECT_EQ(RawDatabase(databasePath).Ask("select PROJ_ID from MSP_PROJECTS"), "9");
 }
 
+TEST_F(KeptFilesTest, AnOutputThatTookItsPlaceGivesItBackWhereTheNextOneFindsNone) {
+  const std::string first = folder.Write("a.txt", "old");
+  const std::string second = folder.Path("b.txt");
+  KeptFiles kept;
+  for (const std::string& output : {first, second}) {
+    kept.NewOutput(program->files, output);
+    Print(output, "new");
+  }
+  fs::create_directories(second + "/folder");
+  EXPECT_EQ(ErrorOf([&] { kept.Finish(); }), kPermissionDenied);
+  kept.PutBack();
+  EXPECT_EQ(ReadFile(first), "old");
+}
+
 #ifndef _WIN32
 TEST_F(KeptFilesTest, AnOutputThatIsRefusedGoesToNoPlaceOfAnEarlierRun) {
   const std::string text = folder.Path("model.txt");

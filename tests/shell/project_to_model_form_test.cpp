@@ -49,22 +49,26 @@ class ProjectToModelForm : public DatabaseFixture {
   frmProjectToIDEF3& form = main.projectToModel;
 };
 
-constexpr const char* kNoProject = "Database has no Project or no task_outline_num value.";
-
 TEST_F(ProjectToModelForm, AListOfProjectsNeedsNamesAndAnOutlinedFirstTask) {
+  constexpr const char* kNoProject = "Database has no Project or no task_outline_num value.";
   BrowseDatabase();
+  Answer([](frmDBMerge& merge) { merge.CmdCancel(); });
+  BrowseInterim(databasePath);
   AddProject();
   BrowseDatabase();
-  EXPECT_EQ(desktop.MessageTexts(), (std::vector<std::string>{kNoProject, kNoProject}));
-  EXPECT_EQ(form.txtDatabase.text, "");
+  EXPECT_EQ(
+      desktop.MessageTexts(),
+      (std::vector<std::string>{
+          kNoProject, kNoProject,
+          "The selected database cannot be merged.  Choose overwrite and retry.", kNoProject}));
+  EXPECT_EQ(form.txtDatabase.text + form.txtInterimDB.text, "");
   EXPECT_FALSE(state.gProjectConn);
 
   AddOutlinedTask();
   BrowseDatabase();
   EXPECT_EQ(form.txtDatabase.text, databasePath);
   EXPECT_TRUE(form.comboProject.enabled);
-  ASSERT_EQ(form.comboProject.entries.size(), 1U);
-  EXPECT_EQ(form.comboProject.entries[0].itemData, 4);
+  EXPECT_TRUE(form.comboProject.Select(4));
 
   AddProject("5, null");
   AddProject("6, 'Never reached'");
@@ -97,13 +101,12 @@ TEST_F(ProjectToModelForm, ANewInterimNameSkipsTheQuestionAndNeedsATemplate) {
   EXPECT_TRUE(state.gInterimConn && state.gInterimConn->IsOpen());
   desktop.templatePath = folder.Path("none.mdb");
   BrowseInterim(folder.Path("another.mdb"));
-  ASSERT_EQ(desktop.boxes.size(), 2U);
-  EXPECT_EQ(desktop.boxes[1].title, "Error");
-  EXPECT_EQ(desktop.boxes[1].icon, MessageIcon::kExclamation);
+  EXPECT_EQ(desktop.boxes.size(), 2U);
+  EXPECT_EQ(desktop.boxes.back().icon, MessageIcon::kExclamation);
   EXPECT_EQ(desktop.beeps, 1);
 }
 
-TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLeavesNoBackup) {
+TEST_F(ProjectToModelForm, AMergeLeavesABackupUnlessAnotherProgramWritesToTheDatabase) {
   AddProject();
   AddOutlinedTask();
   Answer([](frmDBMerge& merge) { merge.MergeWith(4); });
@@ -118,25 +121,25 @@ TEST_F(ProjectToModelForm, AMergeOfADatabaseThatAnotherProgramWritesIsToldAndLea
   form.txtMPX.text = folder.Path("none.mpx");
   Output("model.txt");
   const std::string before = ReadFile(databasePath);
-  Program otherProgram(desktop);
-  Connection writer(otherProgram.workspace);
-  writer.Open(ConnectionText(databasePath));
-  writer.BeginWrite();
-  form.cmdOK();
+  {
+    RawDatabase other(databasePath);
+    other.Run("begin immediate");
+    form.cmdOK();
+  }
   EXPECT_FALSE(form.GenerateResult.has_value());
   EXPECT_EQ(desktop.MessageTexts().back(),
             "Permission denied: the database '" + databasePath + "' is in use by another program.");
-  EXPECT_EQ(ReadFile(databasePath), before);
-}
-
-TEST_F(ProjectToModelForm, MergeOfAnEmptyDatabaseIsRefusedAndTheBoxEmptied) {
-  Answer([](frmDBMerge& merge) { merge.CmdCancel(); });
+  EXPECT_EQ(form.BackupName, "");
+  form.cmdOK();
+  EXPECT_EQ(form.GenerateResult, false);  // there is no such plan
+  EXPECT_EQ(form.BackupName, databasePath + ".bak");
+  EXPECT_EQ(ReadFile(form.BackupName), before);
+  form.Show();
+  Answer([](frmDBMerge& merge) { merge.Overwrite(); });
   BrowseInterim(databasePath);
-  EXPECT_EQ(
-      desktop.MessageTexts(),
-      (std::vector<std::string>{
-          kNoProject, "The selected database cannot be merged.  Choose overwrite and retry."}));
-  EXPECT_EQ(form.txtInterimDB.text, "");
+  EXPECT_EQ(form.BackupName, databasePath + ".bak2");
+  form.Undo({databasePath, form.BackupName});
+  EXPECT_EQ(form.BackupName + form.txtInterimDB.text, "");
 }
 
 TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {
