@@ -9,24 +9,33 @@
 #include <QMimeData>
 #include <QSettings>
 #include <QTabWidget>
+#include <QTextBrowser>
+#include <QTreeWidget>
 #include <QUrl>
 #include <deque>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "changed_text.h"
 #include "database_fixture.h"
 #include "desktop/main_window.h"
+#include "picture_view.h"
 #include "user.h"
 
 namespace merivane::test {
 
 using namespace desktop;
 
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::ContainsRegex;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 // A path as the system writes it.
@@ -53,10 +62,9 @@ class TestDesktop : public QtDesktop {
  public:
   using QtDesktop::QtDesktop;
 
-  std::string templatePath = TemplateDatabase();
   std::map<std::string, std::string> registry;
   std::vector<std::string> started;
-  std::vector<Qt::CursorShape> pointersAtStart;  // while a handler runs
+  Qt::CursorShape pointerAtStart = Qt::ArrowCursor;
   std::vector<int> helpContexts;
   int webPageResult = 2;  // a failure
   std::vector<std::string> opened;
@@ -68,7 +76,7 @@ class TestDesktop : public QtDesktop {
     QtDesktop::ShowProgress(progress);
     if (onProgress) onProgress(progress);
   }
-  std::string TemplatePath() const override { return templatePath; }
+  std::string TemplatePath() const override { return TemplateDatabase(); }
   std::optional<std::string> RegistryDefault(const std::string& key) const override {
     const auto entry = registry.find(key);
     if (entry == registry.end()) return std::nullopt;
@@ -76,9 +84,7 @@ class TestDesktop : public QtDesktop {
   }
   bool StartProgram(const std::string& commandLine) override {
     started.push_back(commandLine);
-    if (const QCursor* cursor = QApplication::overrideCursor()) {
-      pointersAtStart.push_back(cursor->shape());
-    }
+    if (const auto* pointer = QApplication::overrideCursor()) pointerAtStart = pointer->shape();
     return true;
   }
   int OpenWebPage(const std::string& url) override {
@@ -104,7 +110,10 @@ class DesktopTest : public ::testing::Test {
   ~DesktopTest() override {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     EXPECT_TRUE(user.steps.empty());
+    EXPECT_THAT(user.boxes, IsEmpty());  // that no test expects
   }
+  // What was told since the last look.
+  std::vector<std::string> Boxes() { return std::exchange(user.boxes, {}); }
 
   QWidget& Open(const char* menuItem, const char* form) {
     Trigger(window, menuItem);
@@ -112,22 +121,40 @@ class DesktopTest : public ::testing::Test {
   }
   QWidget& OpenToProject() { return Open("mnuIDEF3ToProject", "frmIDEF3ToProject"); }
   QWidget& OpenToModel() { return Open("mnuProjectToIDEF3", "frmProjectToIDEF3"); }
-  void Browse(QWidget& form, const char* button, const std::string& name) {
+  // With the answer to the dialog that asks about the file.
+  void Browse(QWidget& form, const char* button, const std::string& name,
+              const std::function<void(QDialog&)>& answer = {}) {
     names.names.push_back(name);
+    if (answer) user.steps.push_back(answer);
     User::Click(form, button);
   }
-  static void SelectTab(QWidget& form, const char* tabs, int index) {
-    User::Get<QTabWidget>(form, tabs).setCurrentIndex(index);
+  using Files = std::initializer_list<std::pair<const char*, std::string>>;
+  // Browses by each button, and translates.
+  void Translate(QWidget& form, Files files) {
+    for (const auto& [button, name] : files) Browse(form, button, name);
+    User::Click(form, "cmdOK");
   }
+  static void SelectTab(QWidget& form, int index) {
+    form.findChild<QTabWidget*>()->setCurrentIndex(index);
+  }
+  // Of a box or a label.
   static std::string TextOf(QWidget& form, const char* name) {
-    return User::Get<QLineEdit>(form, name).text().toStdString();
+    return User::Find(form, name).property("text").toString().toStdString();
   }
-  // Onto a control of the form. False where it is refused.
-  static bool StartDrop(QWidget& form, const char* control, const char* file) {
-    QWidget& place = User::Find(form, control);
-    return DropAt(form, place.mapTo(&form, place.rect().center()), {file});
+  // The texts of each row of a table that is shown, with bars between them.
+  static std::vector<std::string> RowsOf(QWidget& in, const char* table,
+                                         const std::vector<int>& columns) {
+    const QAbstractItemModel& model = *User::Get<QAbstractItemView>(in, table).model();
+    std::vector<std::string> rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+      QStringList texts;
+      for (const int column : columns) texts += model.index(row, column).data().toString();
+      rows.push_back(texts.join('|').toStdString());
+    }
+    return rows;
   }
-  static bool DropAt(QWidget& target, QPoint at, const QStringList& files) {
+  // False where it is refused.
+  static bool StartDrop(QWidget& target, QPoint at, const QStringList& files) {
     QList<QUrl> urls;
     for (const QString& file : files) urls += QUrl::fromLocalFile(file);
     QMimeData data;
@@ -138,40 +165,82 @@ class DesktopTest : public ::testing::Test {
     QApplication::sendEvent(&target, &drop);
     return enter.isAccepted();
   }
-  static bool Drop(QWidget& form, const char* control, const char* file) {
-    const bool taken = StartDrop(form, control, file);
+  static void DropAt(QWidget& target, QPoint at, const QStringList& files) {
+    EXPECT_TRUE(StartDrop(target, at, files));
     QTest::qWait(10);
-    return taken;
+  }
+  static void Drop(QWidget& form, const char* control, const std::string& file) {
+    QWidget& place = User::Find(form, control);
+    DropAt(form, place.mapTo(&form, place.rect().center()), {QString::fromStdString(file)});
   }
   // A database with the plan of the sample, and the same plan as an MPX file.
   void MakePlan() {
     QWidget& form = OpenToProject();
-    SelectTab(form, "SSTabGenerateOpt", 1);
-    Browse(form, "cmdBrowseText", MERIVANE_SAMPLES "/onboarding.txt");
-    Browse(form, "BrowsedbBt_mpx", plan);
-    Browse(form, "cmdBrowseMPX", mpx);
-    User::Click(form, "cmdOK");
+    SelectTab(form, 1);
+    Translate(form, {{"cmdBrowseText", model}, {"BrowsedbBt_mpx", plan}, {"cmdBrowseMPX", mpx}});
+  }
+  // That plan, with another name of its second task.
+  std::string ChangedMpx() {
+    return folder.Write("changed.mpx", With(ReadFile(mpx), {{"Set up", "Build"}}));
   }
   std::string Result() { return window.Result().toStdString(); }
   // To the widget in hand.
-  void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+  template <typename... Keys>
+  void Press(Keys... keys) {
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    QTest::keyClick(window.windowHandle(), key, with);
+    for (const QKeyCombination key : {QKeyCombination(keys)...}) {
+      QTest::keyClick(window.windowHandle(), key.key(), key.keyboardModifiers());
+    }
   }
-  // The window that Ctrl+O opens for the file, or that came up last; null where none is open.
-  QMainWindow* OpenFile(const std::string& file) {
+  void OpenFile(const std::string& file) {
     names.names.push_back(file);
-    Key(Qt::Key_O, Qt::ControlModifier);
+    Press(Qt::CTRL | Qt::Key_O);
     QTest::qWait(10);
-    return LastWorkbench();
   }
+  QMainWindow& Opened(const std::string& file) {
+    OpenFile(file);
+    if (LastWorkbench() == nullptr) throw std::runtime_error("no window for " + file);
+    return *LastWorkbench();
+  }
+  // Null where none is open.
   QMainWindow* LastWorkbench() {
     const auto open = window.findChildren<QMainWindow*>("workbench");
     return open.isEmpty() ? nullptr : open.last();
   }
+  static void Search(QMainWindow& opened, const char* text) {
+    QTest::keyClicks(&User::Find(opened, "outlineSearch"), text);
+  }
+  static QTreeWidget& Outline(QMainWindow& opened) {
+    return User::Get<QTreeWidget>(opened, "outline");
+  }
+  static std::string Chosen(QMainWindow& opened) {
+    const QTreeWidgetItem* item = Outline(opened).currentItem();
+    return item == nullptr ? "" : item->text(0).toStdString();
+  }
+  // The element that is chosen, and what is marked in both pictures.
+  static std::vector<std::string> Shown(QMainWindow& opened) {
+    return {Chosen(opened), Marked(opened, "diagram"), Marked(opened, "chart")};
+  }
+  static std::string Marked(QMainWindow& opened, const char* view) {
+    const QString marked = User::Get<PictureView>(opened, view).Marked();
+    return marked.section(" (", 0, 0).toStdString();
+  }
+  static std::string Page(QMainWindow& opened) {
+    return User::Get<QTextBrowser>(opened, "properties").toPlainText().toStdString();
+  }
   static void Trigger(QWidget& in, const char* action) {
     in.findChild<QAction*>(action)->trigger();
+  }
+  // An item that asks for a file.
+  void TriggerFor(QWidget& in, const char* action, const std::string& file) {
+    names.names.push_back(file);
+    Trigger(in, action);
+  }
+  void Close(QMainWindow& opened) {
+    opened.parentWidget()->close();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return LastWorkbench() == nullptr; }));
+    QCoreApplication::processEvents();  // what is behind it comes up
   }
   // What a run does at its look at the clock, in each stage or in one of them.
   void WhileRunning(const std::function<void()>& action, const std::string& stage = "") {
@@ -194,6 +263,8 @@ class DesktopTest : public ::testing::Test {
   MainWindow window{desktop, main};
   User user;
   int ends = 0;
+  const std::string model = MERIVANE_SAMPLES "/onboarding.txt";
+  const std::string festival = MERIVANE_SAMPLES "/festival.txt";
   const std::string plan = folder.Path("plan.mdb");
   const std::string mpx = folder.Path("plan.mpx");
   const std::string text = folder.Path("model.txt");

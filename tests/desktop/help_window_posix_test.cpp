@@ -47,8 +47,6 @@ class HelpWindowTest : public ::testing::Test {
 TEST_F(HelpWindowTest, ShowsContentsIndexAndTheTopicOfANumber) {
   ASSERT_TRUE(window.Open(QString::fromStdString(file)));
   EXPECT_EQ(window.windowTitle(), "Small help");
-  window.ShowContents();
-  EXPECT_EQ(Text(), "First on");
   auto& contents = User::Get<QTreeWidget>(window, "helpContents");
   ASSERT_EQ(contents.topLevelItemCount(), 1);
   EXPECT_EQ(contents.topLevelItem(0)->text(0), "Start & go");
@@ -85,11 +83,8 @@ TEST_F(HelpWindowTest, DamagedFilesAreRefusedOrShownWithGaps) {
     other.ShowContext(2000);
   }
   // Without one of the two lists that a number is looked up in.
-  for (const std::string& list : {std::string("#IVB"), std::string("#STRINGS")}) {
-    std::string lacking = whole;
-    const std::size_t at = lacking.find("/" + list);
-    ASSERT_NE(at, std::string::npos);
-    lacking[at + list.size()] = '~';
+  for (const auto& [list, name] : {std::pair{"/#IVB", "/#IV~"}, {"/#STRINGS", "/#STRING~"}}) {
+    const std::string lacking = With(whole, {{list, name}});
     HelpWindow other;
     ASSERT_TRUE(other.Open(QString::fromStdString(folder.Write("lacking.chm", lacking))));
     other.ShowContext(2000);

@@ -1,9 +1,7 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
-#include <QMenuBar>
 #include <QScreen>
 #include <set>
 
@@ -16,42 +14,31 @@ namespace {
 
 using MainWindowTest = DesktopTest;
 
-TEST_F(MainWindowTest, F1OpensTheTopicOfTheNearestNumber) {
+TEST_F(MainWindowTest, F1OpensTheTopicOfTheNearestNumberAndOfTheMenuItemUnderTheKeyboard) {
   QTest::keyClick(&window, Qt::Key_F1);
   QWidget& form = OpenToProject();
-  User::Find(form, "txtDatabase").setFocus();
-  QTest::keyClick(&User::Find(form, "txtDatabase"), Qt::Key_F1);
-  User::Find(form, "cmdHelp2").setFocus();
-  QTest::keyClick(&User::Find(form, "cmdHelp2"), Qt::Key_F1);
+  for (const char* name : {"txtDatabase", "cmdHelp2"}) {
+    User::Find(form, name).setFocus();
+    QTest::keyClick(&User::Find(form, name), Qt::Key_F1);
+  }
   User::Click(form, "cmdHelp2");
   User::Click(Open("mnuAboutMerivane", "frmAbout"), "cmdTech");
   User::Click(Open("mnuPath", "frmOptions"), "cmdHelp4");
-  EXPECT_THAT(desktop.helpContexts, ElementsAre(1000, 2000, 2001, 2001, 382, 4001));
-}
-
-TEST_F(MainWindowTest, F1OpensTheTopicOfTheMenuItemUnderTheKeyboard) {
   QMenu* file = window.findChild<QAction*>("mnuFile")->menu();
   file->popup({10, 10});
   file->setActiveAction(window.findChild<QAction*>("mnuExit"));
   QTest::keyClick(file, Qt::Key_F1);
-  EXPECT_THAT(desktop.helpContexts, ElementsAre(1004));
   EXPECT_FALSE(file->isVisible());
+  EXPECT_THAT(desktop.helpContexts, ElementsAre(1000, 2000, 2001, 2001, 382, 4001, 1004));
 }
 
-TEST_F(MainWindowTest, PathsAreListedUnderTheirHeadings) {
-  desktop.registry[kCelvarKey] = std::string("/opt/celvar\0", 12);
-  desktop.registry[kProject98Key] = "\"C:\\Old P\\p.exe\" \"%1\"";
-  QWidget& paths = Open("mnuPath", "frmOptions");
-  auto& list = User::Get<QListWidget>(paths, "listPaths");
-  std::string lines;
-  for (int row = 0; row < list.count(); ++row) lines += list.item(row)->text().toStdString() + "\n";
-  EXPECT_EQ(lines, "Vorn Celvar7 Path: \n" + std::string(18, ' ') + "/opt/celvar\n" +
-                       "MS Project 2000 Path: \n" + std::string(17, ' ') + "not installed.\n" +
-                       "MS Project 98 Path: \n" + std::string(17, ' ') + "\"C:\\Old P\\p.exe\" \n");
-  User::Click(paths, "cmdOK");
-  desktop.registry.clear();
-  Open("mnuPath", "frmOptions");
-  EXPECT_EQ(list.item(1)->text(), QString(18, ' ') + "not installed.");
+TEST_F(MainWindowTest, PathsAreLookedUpEachTime) {
+  for (const char* path : {"not installed.", "/opt/celvar"}) {
+    QWidget& paths = Open("mnuPath", "frmOptions");
+    EXPECT_EQ(RowsOf(paths, "listPaths", {0}).at(1), std::string(18, ' ') + path);
+    User::Click(paths, "cmdOK");
+    desktop.registry[kCelvarKey] = std::string("/opt/celvar\0", 12);
+  }
 }
 
 std::string NameOf(const QWidget* widget) {
@@ -81,24 +68,59 @@ TEST_F(MainWindowTest, TheKeyboardGoesThroughTheControlsOfEachTabInOrder) {
   QWidget& out = OpenToProject();
   QWidget& back = OpenToModel();
   Browse(back, "cmdBrowseDatabase", plan);
-  const struct {
-    QWidget& form;
-    const char* tabs;
-    int tab;
-    const char* order;  // between the model's text and the boxes that every tab has
-  } rows[] = {
-      {out, "SSTabGenerateOpt", 0, "txtDatabase BrowsedbBt CkLaunchMsprojApp "},
-      {out, "SSTabGenerateOpt", 1,
-       "txtDatabase_mpx BrowsedbBt_mpx txtMpx cmdBrowseMPX CkLaunchMsprojApp "},
-      {back, "SSTabInput", 0, "txtDatabase cmdBrowseDatabase comboProject optLaunchCelvar "},
-      {back, "SSTabInput", 1, "cmdBrowseMPX txtInterimDB cmdInterimDB optLaunchCelvar "}};
-  for (const auto& row : rows) {
-    SelectTab(row.form, row.tabs, row.tab);
-    EXPECT_EQ(TabOrder(row.form),
-              std::string("txtCelvarFilename cmdBrowseText ") +
-                  (&row.form == &out ? "cmdCheck SSTabGenerateOpt " : "SSTabInput ") + row.order +
-                  (&row.form == &out ? "cmdOK cmdCancel cmdHelp2 " : "cmdOK cmdCancel cmdHelp3 "));
+  const auto look = [](QWidget& form, int tab, const std::string& order) {
+    SelectTab(form, tab);
+    EXPECT_EQ(TabOrder(form), "txtCelvarFilename cmdBrowseText " + order);
+  };
+  const std::string last = "CkLaunchMsprojApp cmdOK cmdCancel cmdHelp2 ";
+  look(out, 0, "cmdCheck SSTabGenerateOpt txtDatabase BrowsedbBt " + last);
+  look(out, 1,
+       "cmdCheck SSTabGenerateOpt txtDatabase_mpx BrowsedbBt_mpx txtMpx cmdBrowseMPX " + last);
+  const std::string lastBack = "optLaunchCelvar cmdOK cmdCancel cmdHelp3 ";
+  look(back, 0, "SSTabInput txtDatabase cmdBrowseDatabase comboProject " + lastBack);
+  look(back, 1, "SSTabInput cmdBrowseMPX txtInterimDB cmdInterimDB " + lastBack);
+}
+
+TEST_F(MainWindowTest, OkTellsWhatIsMissingInEachTab) {
+  MakePlan();
+  QWidget& out = OpenToProject();
+  QWidget& back = OpenToModel();
+  EXPECT_FALSE(User::Find(back, "comboProject").isEnabled());
+  const auto press = [this](QWidget& form, int tab, const std::string& told) {
+    SelectTab(form, tab);
+    QTest::keyClick(&User::Find(form, "txtCelvarFilename"), Qt::Key_Return);
+    EXPECT_THAT(Boxes(), ElementsAre(told));
+  };
+  press(out, 0, "Please Select Source Celvar Text Filename");
+  Browse(out, "cmdBrowseText", "/a.txt");
+  press(out, 0, "Please Select MS Project 2000 Database name");
+  press(out, 1, "Please Select Mpx Output Filename.");
+  press(out, 2, "Please Select Xml Output Filename.");
+  Browse(out, "cmdBrowseXML", "/a.xml");
+  press(out, 2, "Please Give an interim Database Name.");
+  Browse(out, "cmdBrowseMPX", "/a.mpx");
+  press(out, 1, "Please Give an interim Database Name.");
+  press(back, 1, "Please Select a MPX txt file");
+  press(back, 2, "Please Select a XML file");
+  Browse(back, "cmdBrowseMPX", mpx);
+  Browse(back, "cmdBrowseXML", "/a.xml");
+  for (const auto& [tab, box] : {std::pair{1, "txtInterimDB"}, {2, "txtInterimDB_xml"}}) {
+    press(back, tab, "Please Give an Interim Access Database Filename");
+    QTest::keyClicks(&User::Find(back, box), "typed.mdb");
+    press(back, tab, "Please Select Target Celvar Text Filename.");
   }
+  press(back, 0, "Please Select MS Project 2000 Database");
+  Browse(back, "cmdBrowseDatabase", plan);
+  press(back, 0, "Please Select Project Name");
+  User::Choose(back, "comboProject", 0);
+  press(back, 0, "Please Select Target Celvar Text Filename");
+  QTest::keyClicks(&User::Find(back, "txtCelvarFilename"), "typed.txt");
+  press(back, 1, "Object variable or With block variable not set");
+  EXPECT_THAT(user.advice.back(), HasSubstr("a name that is only typed is not opened"));
+  std::string kinds;  // of the dialogs, MakePlan's first
+  for (const FileDialog& dialog : names.asked) kinds += dialog.newName ? "new " : "old ";
+  EXPECT_EQ(kinds, "old new new old new new old old old ");
+  EXPECT_TRUE(out.isVisible());
 }
 
 TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
@@ -118,15 +140,20 @@ TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
 }
 
 TEST_F(MainWindowTest, ExitAndTheFrameEndTheProgramOnce) {
-  window.findChild<QAction*>("mnuExit")->trigger();
+  Trigger(window, "mnuExit");
   EXPECT_EQ(ends, 1);
   window.close();
   EXPECT_EQ(ends, 1);
 }
 
-TEST_F(MainWindowTest, ClosingTheFrameDuringTheSplashEndsTheStart) {
-  QTimer::singleShot(20, &window, [this] {
-    EXPECT_TRUE(User::Find(window, "frmSplash").isVisible());
+TEST_F(MainWindowTest, ClosingTheFrameDuringTheSplashInTheMiddleEndsTheStart) {
+  const QRect screen = window.screen()->availableGeometry();
+  EXPECT_TRUE(screen.size().expandedTo(window.frameGeometry().size()) == screen.size());
+  window.move(200, 100);
+  QTimer::singleShot(20, &window, [&] {
+    const QWidget& splash = User::Find(window, "frmSplash");
+    EXPECT_TRUE(splash.isVisible());
+    EXPECT_EQ(splash.geometry().center(), screen.center());
     window.close();
   });
   desktop.Run([this] { main.Start(); });
@@ -135,17 +162,14 @@ TEST_F(MainWindowTest, ClosingTheFrameDuringTheSplashEndsTheStart) {
 }
 
 TEST_F(MainWindowTest, AModelTextDroppedOnItOpensAndAnythingElseIsToldWhereItGoes) {
-  EXPECT_TRUE(DropAt(window, {5, 200}, {"/plans/a.mpx"}));
-  QTest::qWait(10);
-  EXPECT_TRUE(DropAt(window, {5, 200}, {"/models/a.txt", "/models/b.txt"}));
-  QTest::qWait(10);
+  DropAt(window, {5, 200}, {"/plans/a.mpx"});
+  DropAt(window, {5, 200}, {"/models/a.txt", "/models/b.txt"});
   EXPECT_FALSE(main.modelToProject.IsLoaded());
-  EXPECT_TRUE(DropAt(window, {5, 200}, {"/models/a.TXT"}));
-  QTest::qWait(10);
+  DropAt(window, {5, 200}, {"/models/a.TXT"});
   EXPECT_TRUE(main.modelToProject.IsVisible());
   EXPECT_EQ(main.modelToProject.txtCelvarFilename.text, Native("/models/a.TXT"));
-  EXPECT_THAT(user.boxes, ElementsAre(HasSubstr("can be dropped on a dialog of the menu File"),
-                                      "Please drop one file at a time."));
+  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("can be dropped on a dialog of the menu File"),
+                                   "Please drop one file at a time."));
 }
 
 TEST_F(MainWindowTest, ALongMessageIsShownWhole) {
@@ -156,16 +180,13 @@ TEST_F(MainWindowTest, ALongMessageIsShownWhole) {
   });
   desktop.Run([&] { desktop.ShowMessage({text}); });
   EXPECT_EQ(whole.remove(QChar(0x200B)).toStdString(), text);
-  EXPECT_LT(user.boxes.front().size(), 1700U);
+  EXPECT_LT(Boxes().front().size(), 1700U);
 }
 
 TEST_F(MainWindowTest, AnUnguardedFailureIsShownAndTheProgramGoesOn) {
   desktop.Run([] { throw RunTimeError(kTypeMismatch); });
   desktop.Run([] { throw std::runtime_error("out of\nsorts"); });
-  window.findChild<QAction*>("mnuAboutVorn")->trigger();
-  EXPECT_THAT(user.boxes, ElementsAre("Type mismatch", "out of\nsorts",
-                                      std::string("Cannot launch the default browser or site ") +
-                                          frmMain::HomePage() + " not found."));
+  EXPECT_THAT(Boxes(), ElementsAre("Type mismatch", "out of\nsorts"));
   EXPECT_EQ(ends, 0);
 }
 
@@ -179,7 +200,6 @@ TEST_F(MainWindowTest, AMenuItemBringsItsDialogForwardAsItWas) {
   EXPECT_TRUE(form.isVisible() && form.isAncestorOf(QApplication::focusWidget()));
   const QSize size = frame.size();
   for (const bool maximised : {true, false}) {
-    SCOPED_TRACE(maximised);
     maximised ? frame.showMaximized() : frame.showNormal();
     QTest::keyClick(&form, Qt::Key_Escape);
     OpenToProject();
@@ -189,84 +209,55 @@ TEST_F(MainWindowTest, AMenuItemBringsItsDialogForwardAsItWas) {
   EXPECT_EQ(frame.size(), size);
 }
 
-TEST_F(MainWindowTest, FitsTheScreenWithTheSplashInItsMiddle) {
-  const QRect screen = window.screen()->availableGeometry();
-  EXPECT_TRUE(screen.size().expandedTo(window.frameGeometry().size()) == screen.size());
-  window.move(200, 100);
-  main.splash.Show();
-  EXPECT_EQ(User::Find(window, "frmSplash").geometry().center(), screen.center());
-  main.splash.Unload();
-}
-
 TEST_F(MainWindowTest, AWindowComesBackWhereItStoodAndWithinTheScreen) {
   const QSize screen = window.screen()->availableSize();
+  const auto make = [](const QSize& usual) {
+    auto made = std::make_unique<QWidget>();
+    made->setObjectName("shown");
+    new WindowPlace(*made, usual);
+    return made;
+  };
+  EXPECT_EQ(make(screen * 2)->size(), screen * 9 / 10);
   for (const QSize& size : {QSize(300, 200), screen * 2}) {
-    QWidget shown;
-    shown.setObjectName("shown");
-    new WindowPlace(shown, {500, 400});
-    shown.show();
-    shown.resize(size);
-    shown.move(40, 50);
-    shown.hide();
-    QWidget again;
-    again.setObjectName("shown");
-    new WindowPlace(again, {500, 400});
-    EXPECT_EQ(again.size(), size.boundedTo(screen * 9 / 10));
+    const auto shown = make({500, 400});
+    shown->show();
+    shown->resize(size);
+    shown->move(40, 50);
+    shown->hide();
+    EXPECT_EQ(make({500, 400})->size(), size.boundedTo(screen * 9 / 10));
   }
-  QWidget first;
-  new WindowPlace(first, screen * 2);
-  EXPECT_EQ(first.size(), screen * 9 / 10);
 }
 
-TEST_F(MainWindowTest, ABrowseButtonTellsItsNameAndWhetherTheFileMayBeNew) {
-  struct Button {
-    int tab;
-    const char* name;
-    const char* box;
-    bool newName;
-  };
-  const auto look = [this](QWidget& form, const char* tabs, const std::vector<Button>& buttons) {
-    for (const Button& button : buttons) {
-      SelectTab(form, tabs, button.tab);
-      User::Get<QLineEdit>(form, button.box).setText(button.name);
-      User::Click(form, button.name);
-      EXPECT_EQ(names.asked.back().newName, button.newName) << button.name;
-      EXPECT_EQ(names.asked.back().current, button.name);
-    }
-  };
-  look(OpenToProject(), "SSTabGenerateOpt",
-       {{0, "cmdBrowseText", "txtCelvarFilename", false},
-        {0, "BrowsedbBt", "txtDatabase", true},
-        {1, "BrowsedbBt_mpx", "txtDatabase_mpx", true},
-        {1, "cmdBrowseMPX", "txtMpx", true}});
-  look(OpenToModel(), "SSTabInput",
-       {{0, "cmdBrowseText", "txtCelvarFilename", true},
-        {0, "cmdBrowseDatabase", "txtDatabase", false},
-        {1, "cmdBrowseMPX", "txtMPX", false},
-        {1, "cmdInterimDB", "txtInterimDB", true}});
-}
-
-TEST_F(MainWindowTest, TheFileDialogTakesNewNamesWithoutAQuestionInTheFolderOfTheLastName) {
-  DialogFileNames real;
-  folder.Write("old.txt", "stands");
-  const auto ask = [&](const FileDialog& dialog, const char* name) {
+TEST_F(MainWindowTest, TheFileDialogTakesNewNamesWithoutAQuestionInTheLastFolderOfTheirKind) {
+  const std::string models = folder.Path("models");
+  const std::string plans = folder.Path("plans");
+  for (const std::string& place : {models, plans}) std::filesystem::create_directory(place);
+  folder.Write("models/old.txt", "stands");
+  DialogFileNames first;
+  DialogFileNames second;
+  const auto ask = [&](DialogFileNames& from, const FileDialog& dialog, const std::string& start,
+                       const char* name) {
     user.steps.emplace_back([&](QDialog& shown) {
       auto& picker = dynamic_cast<QFileDialog&>(shown);
       EXPECT_EQ(picker.windowTitle(), "Pick");
       EXPECT_EQ(picker.acceptMode() == QFileDialog::AcceptSave, dialog.newName);
-      EXPECT_EQ(picker.directory(), QDir(QString::fromStdString(folder.Path(""))));
+      EXPECT_EQ(picker.directory(), QDir(QString::fromStdString(start)));
       User::Get<QLineEdit>(picker, "fileNameEdit").setText(name);
       QTest::keyClick(&User::Find(picker, "fileNameEdit"), Qt::Key_Return);
     });
-    return real.Ask(dialog, &window).toStdString();
+    EXPECT_EQ(from.Ask(dialog, &window).toStdString(),
+              Native(start + "/" + name + dialog.filter.substr(dialog.filter.size() - 4)));
   };
-  const std::string typed = folder.Path("typed.mdb");
-  real.Remember(QString::fromStdString(typed));
-  EXPECT_EQ(ask({"Text (*.txt)|*.txt", "Pick"}, "new"), folder.Path("new.txt"));
-  EXPECT_EQ(ask({"Text (*.txt)|*.txt", "Pick", true}, "old.txt"), folder.Path("old.txt"));
-  real.Remember("/typed.mdb");
-  EXPECT_EQ(ask({"Text (*.txt)|*.txt", "Pick", true, typed}, "a"), folder.Path("a.txt"));
-  EXPECT_TRUE(user.boxes.empty());
+  const char* texts = "Text (*.txt)|*.txt";
+  first.Remember(QString::fromStdString(models + "/typed.txt"));
+  first.Remember("/none/typed.txt");
+  ask(first, {texts, "Pick", true}, models, "old");
+  first.Remember(QString::fromStdString(plans + "/typed.MDB"));
+  ask(second, {texts, "Pick"}, models, "new");
+  ask(second, {"Plans (*.mdb)|*.mdb", "Pick"}, plans, "later");
+  ask(second, {texts, "Pick", true, plans + "/a.mdb"}, plans, "last");
+  std::filesystem::remove(plans);
+  EXPECT_EQ(LastFolder("mdb"), "");
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "start_page.h"
 
 #include <QListWidget>
-#include <QMainWindow>
 #include <QScrollArea>
 #include <QTreeWidget>
 #include <filesystem>
@@ -17,39 +16,17 @@ namespace {
 class StartPageTest : public DesktopTest {
  protected:
   QTreeWidget& List() { return User::Get<QTreeWidget>(window, "recentList"); }
-  // File and kind of each row, and "missing" where it is grey.
-  std::vector<std::string> Rows() {
-    std::vector<std::string> rows;
-    const QColor grey = List().palette().color(QPalette::Disabled, QPalette::Text);
-    for (int i = 0; i < List().topLevelItemCount(); ++i) {
-      const QTreeWidgetItem& item = *List().topLevelItem(i);
-      const bool missing = item.foreground(0).color() == grey && item.text(3).contains("not there");
-      rows.push_back(
-          (item.text(0) + '|' + item.text(1) + (missing ? "|missing" : "")).toStdString());
-    }
-    return rows;
-  }
-  void Choose(int row) { List().setCurrentItem(List().topLevelItem(row)); }
+  // File and kind.
+  std::vector<std::string> Rows() { return RowsOf(window, "recentList", {0, 1}); }
   // Tab until the control has the focus.
   void TabTo(const char* name) {
     constexpr int kMost = 20;
-    for (int i = 0; i < kMost && window.focusWidget()->objectName() != name; ++i) Key(Qt::Key_Tab);
+    for (int i = 0; i < kMost && window.focusWidget()->objectName() != name; ++i)
+      Press(Qt::Key_Tab);
     ASSERT_EQ(window.focusWidget()->objectName(), name);
   }
-  // The title of the workbench that came up, which is closed; empty without one.
-  std::string Picture() {
-    QMainWindow* opened = LastWorkbench();
-    if (opened == nullptr) return {};
-    std::string title = opened->windowTitle().toStdString();
-    opened->parentWidget()->close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(window, "startPage").isVisible(); }));
-    return title;
-  }
-  bool DropOnPage(const QStringList& files) {
-    const bool taken =
-        DropAt(*User::Get<QScrollArea>(window, "startPage").viewport(), {9, 9}, files);
-    QTest::qWait(10);
-    return taken;
+  void DropOnPage(const QStringList& files) {
+    DropAt(*User::Get<QScrollArea>(window, "startPage").viewport(), {9, 9}, files);
   }
 };
 
@@ -58,57 +35,46 @@ TEST_F(StartPageTest, StandsInTheFrameWhileNoDialogIsLoaded) {
   EXPECT_TRUE(page.isVisible());
   EXPECT_EQ(window.focusWidget(), &page);  // a stray key presses nothing
   TabTo("startToPlan");
-  Key(Qt::Key_Space);
+  Press(Qt::Key_Space);
   QWidget& form = User::Find(window, "frmIDEF3ToProject");
   EXPECT_TRUE(form.isVisible());
   EXPECT_FALSE(page.isVisible());
-  const std::string database = folder.Write("old.mdb", "none");
-  user.steps.emplace_back([&](QDialog& dialog) {
+  Browse(form, "BrowsedbBt", folder.Write("old.mdb", "none"), [&](QDialog& dialog) {
     EXPECT_FALSE(form.isVisible() || page.isVisible());
     User::Click(dialog, "CmdAppend");
   });
-  Browse(form, "BrowsedbBt", database);
-  Key(Qt::Key_Escape);
+  Press(Qt::Key_Escape);
   EXPECT_TRUE(page.isVisible());
   TabTo("startToModel");
-  Key(Qt::Key_Space);
+  Press(Qt::Key_Space);
   EXPECT_TRUE(User::Find(window, "frmProjectToIDEF3").isVisible());
-  EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(StartPageTest, OpensEachKindOfFileAndKeepsItForTheNextSession) {
   MakePlan();
   EXPECT_THAT(Rows(), ElementsAre("plan.mpx|MPX plan", "onboarding.txt|model"));
-  const std::string model = MERIVANE_SAMPLES "/festival.txt";
-  const std::string other = folder.Path("plan.backup");
-  std::filesystem::copy(plan, other);
-  OpenFile(model);
-  EXPECT_NE(Picture(), "");
-  OpenFile(other);
-  EXPECT_NE(Picture(), "");
-  EXPECT_TRUE(DropOnPage({QString::fromStdString(mpx)}));
-  EXPECT_EQ(Picture(), "plan.mpx (MPX plan)");
+  for (const std::string& file : {festival, folder.Write("plan.backup", ReadFile(plan))}) {
+    Close(Opened(file));
+  }
+  DropOnPage({QString::fromStdString(mpx)});
+  EXPECT_EQ(LastWorkbench()->windowTitle(), "plan.mpx (MPX plan)");
   frmMain later(program);
   MainWindow next(desktop, later);
-  auto& list = User::Get<QTreeWidget>(next, "recentList");
-  ASSERT_EQ(list.topLevelItemCount(), 4);
-  for (const auto& [row, name] :
-       {std::pair{0, "plan.mpx"}, {1, "plan.backup"}, {2, "festival.txt"}}) {
-    EXPECT_EQ(list.topLevelItem(row)->text(0), name);
-  }
+  EXPECT_THAT(RowsOf(next, "recentList", {0}),
+              ElementsAre("plan.mpx", "plan.backup", "festival.txt", "onboarding.txt"));
   desktop.SetWindow(&window);
 }
 
 TEST_F(StartPageTest, WhatCantBeOpenedIsToldAndStaysOutOfTheList) {
   OpenFile(folder.Write("wrong.txt", "none"));
   OpenFile(folder.Write("plan.mpp", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 and more"));
-  EXPECT_TRUE(DropOnPage({"/a.txt", "/b.txt"}));
+  DropOnPage({"/a.txt", "/b.txt"});
   OpenFile(folder.Path("none.txt"));
   OpenFile("");
-  EXPECT_EQ(Picture(), "");
+  EXPECT_EQ(LastWorkbench(), nullptr);
   EXPECT_THAT(Rows(), IsEmpty());
   EXPECT_THAT(
-      user.boxes,
+      Boxes(),
       ElementsAre(HasSubstr("holds nothing that can be shown"), HasSubstr("is not a database"),
                   "Please drop one file at a time.", EndsWith("none.txt is not there any more.")));
   EXPECT_THAT(user.advice[1], HasSubstr("XML"));
@@ -116,28 +82,27 @@ TEST_F(StartPageTest, WhatCantBeOpenedIsToldAndStaysOutOfTheList) {
 
 TEST_F(StartPageTest, TheLastTenAreOpenedRemovedAndForgottenByKeys) {
   for (int i = 0; i < 11; ++i) {
-    const std::string copy = folder.Path(std::to_string(i) + ".txt");
-    std::filesystem::copy(MERIVANE_SAMPLES "/onboarding.txt", copy);
-    OpenFile(copy);
-    EXPECT_NE(Picture(), "");
+    Close(Opened(folder.Write(std::to_string(i) + ".txt", ReadFile(model))));
   }
   std::filesystem::remove(folder.Path("9.txt"));
   window.hide();
   window.show();
-  ASSERT_EQ(Rows().size(), 10U);
-  EXPECT_EQ(Rows()[0], "10.txt|model");
-  EXPECT_EQ(Rows()[1], "9.txt|model|missing");
+  EXPECT_EQ(Rows().size(), 10U);
+  EXPECT_EQ(Rows().at(0), "10.txt|model");
+  EXPECT_EQ(RowsOf(window, "recentList", {0, 3}).at(1), "9.txt|not there any more");
+  EXPECT_EQ(List().topLevelItem(1)->foreground(0),
+            List().palette().brush(QPalette::Disabled, QPalette::Text));
   TabTo("recentList");
-  Choose(1);
-  Key(Qt::Key_Return);
-  EXPECT_THAT(user.boxes, ElementsAre(EndsWith("9.txt is not there any more.")));
-  Key(Qt::Key_Delete);
+  List().setCurrentItem(List().topLevelItem(1));
+  Press(Qt::Key_Return);
+  EXPECT_THAT(Boxes(), ElementsAre(EndsWith("9.txt is not there any more.")));
+  Press(Qt::Key_Delete);
   EXPECT_EQ(Rows()[1], "8.txt|model");
-  Key(Qt::Key_Return);
-  EXPECT_NE(Picture(), "");
+  Press(Qt::Key_Return);
+  Close(*LastWorkbench());
   EXPECT_EQ(Rows()[0], "8.txt|model");
   TabTo("recentForgetAll");
-  Key(Qt::Key_Space);
+  Press(Qt::Key_Space);
   EXPECT_THAT(Rows(), IsEmpty());
   EXPECT_FALSE(User::Find(window, "recentRemove").isEnabled());
 }
@@ -147,9 +112,8 @@ TEST_F(StartPageTest, OffersTheSamplesBesideTheProgram) {
   ASSERT_EQ(samples.count(), 4);
   TabTo("samples");
   samples.setCurrentRow(3);
-  EXPECT_EQ(samples.currentItem()->text(), "onboarding.txt");
-  Key(Qt::Key_Return);
-  EXPECT_NE(Picture(), "");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(LastWorkbench()->windowTitle(), "onboarding.txt (model)");
   EXPECT_EQ(Rows()[0], "onboarding.txt|model");
 }
 

@@ -29,7 +29,6 @@ class User : public QObject {
   std::deque<std::function<void(QDialog&)>> steps;
   std::vector<std::string> boxes;
   std::vector<std::string> advice;  // the second sentence of each box
-  std::vector<QMessageBox::Icon> icons;
   std::vector<QWidget*> parents;
 
   static QWidget& Find(QWidget& window, const char* name) {
@@ -95,7 +94,6 @@ class User : public QObject {
   void Answer(QMessageBox& box) {
     boxes.push_back(box.text().remove(QChar(0x200B)).toStdString());
     advice.push_back(box.informativeText().toStdString());
-    icons.push_back(box.icon());
     parents.push_back(box.parentWidget());
     QFont bold = box.font();  // as frames draw their titles
     bold.setBold(true);

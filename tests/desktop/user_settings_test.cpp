@@ -1,9 +1,6 @@
 #include "user_settings.h"
 
-#include <QFileDialog>
 #include <QMenu>
-#include <QToolButton>
-#include <filesystem>
 
 #include "desktop_fixture.h"
 
@@ -38,7 +35,7 @@ TEST_F(RecentFilesTest, ABrowseButtonOffersTheLastFiveFilesThatItsBoxTook) {
   }
   Browse(form, "cmdBrowseText", folder.Path("refused.doc"));
   Browse(form, "cmdBrowseText", "");
-  Drop(form, "txtCelvarFilename", paths[2].c_str());
+  Drop(form, "txtCelvarFilename", paths[2]);
   QTest::keyClick(&User::Find(form, "txtCelvarFilename"), Qt::Key_Escape);
 
   QWidget& again = OpenToProject();
@@ -54,69 +51,24 @@ TEST_F(RecentFilesTest, ABrowseButtonOffersTheLastFiveFilesThatItsBoxTook) {
   EXPECT_EQ(OpenByKey(again, "cmdBrowseText", "cmdBrowseText_recent").front(), paths[5]);
   QTest::keyClick(&menu, Qt::Key_Escape);
   EXPECT_TRUE(again.isVisible());
-  EXPECT_EQ(user.boxes.size(), 1U);
+  EXPECT_EQ(Boxes().size(), 1U);
 }
 
 TEST_F(RecentFilesTest, APickThereAsksWhatABrowseAsks) {
   MakePlan();
   QWidget& form = OpenToProject();
-  SelectTab(form, "SSTabGenerateOpt", 1);
-  user.steps.emplace_back(User::Clicks("CmdAppend"));
+  SelectTab(form, 1);
+  user.steps.emplace_back([&](QDialog& dialog) {
+    EXPECT_EQ(TextOf(dialog, "fileName"), plan);
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_TRUE(dialog.isVisible() && !form.isVisible());
+    User::Click(dialog, "CmdAppend");
+  });
   User::Click(form, "BrowsedbBt_mpx_recent");
   QTest::keyClick(&MenuOf(form, "BrowsedbBt_mpx_recent"), Qt::Key_Return);
-  EXPECT_TRUE(user.steps.empty());
+  EXPECT_TRUE(form.isVisible() && form.isAncestorOf(window.focusWidget()));
   EXPECT_EQ(TextOf(form, "txtDatabase_mpx"), plan);
   EXPECT_EQ(program.modelToProject.gMspProjId, 2);
-
-  QWidget& model = OpenToModel();
-  Browse(model, "cmdBrowseDatabase", plan);
-  QTest::keyClick(&model, Qt::Key_Escape);
-  std::filesystem::rename(plan, folder.Path("moved.mdb"));
-  OpenToModel();
-  OpenByKey(model, "cmdBrowseDatabase", "cmdBrowseDatabase_recent");
-  QTest::keyClick(&MenuOf(model, "cmdBrowseDatabase_recent"), Qt::Key_1);
-  EXPECT_EQ(user.boxes.size(), 1U);
-}
-
-TEST_F(RecentFilesTest, EachKindOfFileHasALastFolderThatOutlivesTheProgram) {
-  const auto folderOf = [&](DialogFileNames& names, const char* filter, const std::string& pick) {
-    std::string start;
-    user.steps.emplace_back([&](QDialog& dialog) {
-      start = dynamic_cast<QFileDialog&>(dialog).directory().absolutePath().toStdString();
-      if (pick.empty()) {
-        dialog.reject();
-      } else {
-        User::Get<QLineEdit>(dialog, "fileNameEdit").setText(QString::fromStdString(pick));
-        QTest::keyClick(&User::Find(dialog, "fileNameEdit"), Qt::Key_Return);
-      }
-    });
-    names.Ask({filter, "Pick"}, &window);
-    return start;
-  };
-  const char* text = "Text (*.txt)|*.txt";
-  const char* plan = "Plans (*.mdb)|*.mdb";
-  const std::string models = folder.Path("models");
-  const std::string plans = folder.Path("plans");
-  std::filesystem::create_directory(models);
-  std::filesystem::create_directory(plans);
-  DialogFileNames first;
-  folderOf(first, text, models + "/a.txt");
-  first.Remember(QString::fromStdString(plans + "/typed.MDB"));
-  DialogFileNames second;
-  EXPECT_EQ(Native(folderOf(second, text, "")), models);
-  EXPECT_EQ(Native(folderOf(second, plan, "")), plans);
-  std::filesystem::remove(plans);
-  EXPECT_EQ(LastFolder("mdb"), "");
-}
-
-TEST_F(RecentFilesTest, ANameStandsOnceAndCanBeForgotten) {
-  RecentFiles files("a list", 3);
-  for (const char* name : {"a", "b", "a", "c", "d"}) files.Add(name);
-  EXPECT_EQ(RecentFiles("a list", 3).Names(), QStringList({"d", "c", "a"}));
-  files.Forget("c");
-  EXPECT_EQ(files.Names(), QStringList({"d", "a"}));
-  files.ForgetAll();
-  EXPECT_EQ(files.Names(), QStringList());
 }
 
 }  // namespace

@@ -1,16 +1,10 @@
 #include <QClipboard>
-#include <QComboBox>
-#include <QLabel>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTabBar>
 #include <QTableView>
-#include <QTextBrowser>
-#include <QTreeWidget>
-#include <filesystem>
 
-#include "changed_text.h"
 #include "desktop_fixture.h"
 #include "picture_view.h"
 
@@ -18,32 +12,12 @@ namespace merivane::test {
 
 namespace {
 
-using ::testing::Not;
-
 class WorkbenchWindowTest : public DesktopTest {
  protected:
-  static QTreeWidget& Outline(QMainWindow& opened) {
-    return User::Get<QTreeWidget>(opened, "outline");
-  }
-  static std::string Chosen(QMainWindow& opened) {
-    const QTreeWidgetItem* item = Outline(opened).currentItem();
-    return item == nullptr ? "" : item->text(0).toStdString();
-  }
-  static std::string Marked(QMainWindow& opened, const char* view) {
-    const QString marked = User::Get<PictureView>(opened, view).Marked();
-    return marked.section(" (", 0, 0).toStdString();
-  }
-  static std::string Page(QMainWindow& opened) {
-    return User::Get<QTextBrowser>(opened, "properties").toPlainText().toStdString();
-  }
-  // The rows of the list below that are chosen, by their sentence.
-  static std::vector<std::string> Notes(QMainWindow& opened) {
-    std::vector<std::string> texts;
-    for (const QModelIndex& row :
-         User::Get<QTableView>(opened, "notes").selectionModel()->selectedRows(3)) {
-      texts.push_back(row.data().toString().toStdString());
-    }
-    return texts;
+  // The sentence of the row that is chosen in the list below; empty without one.
+  static std::string Note(QMainWindow& opened) {
+    const auto rows = User::Get<QTableView>(opened, "notes").selectionModel()->selectedRows(3);
+    return rows.size() == 1 ? rows[0].data().toString().toStdString() : "";
   }
   // Where the first figure whose title begins so stands in the view, which moves there.
   static QPoint PlaceOf(PictureView& view, const std::string& title) {
@@ -61,115 +35,97 @@ class WorkbenchWindowTest : public DesktopTest {
     auto& view = User::Get<PictureView>(opened, name);
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, PlaceOf(view, title));
   }
-  const std::string festival = MERIVANE_SAMPLES "/festival.txt";
+  // On the smallest screen.
+  static void ExpectRoom(const QDialog& dialog) {
+    const QSize least = dialog.minimumSizeHint();
+    EXPECT_LE(least.width(), 1024 * 9 / 10) << qPrintable(dialog.objectName());
+    EXPECT_LE(least.height(), 600 * 9 / 10) << qPrintable(dialog.objectName());
+  }
+  static bool IsWithin(const QWidget& part, const QWidget& whole) {
+    return whole.rect().contains(QRect(part.mapTo(&whole, QPoint(0, 0)), part.size()));
+  }
+  // Once it is told that the file has changed.
+  static void ReadAgain(QMainWindow& opened) {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return User::Find(opened, "fileChanged").isVisible(); }));
+    User::Click(opened, "readAgain");
+  }
 };
 
 TEST_F(WorkbenchWindowTest, OneElementIsChosenInOutlineDiagramChartPropertiesAndFindings) {
-  QMainWindow* opened = OpenFile(festival);
-  ASSERT_NE(opened, nullptr);
-  EXPECT_TRUE(opened->isVisible());
+  QMainWindow& opened = Opened(festival);
   EXPECT_FALSE(User::Find(window, "startPage").isVisible());
-  EXPECT_EQ(Chosen(*opened), "Harbour Lights Festival");
-  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "roof from own");
-  EXPECT_EQ(Chosen(*opened), "16  Build a roof from own timber");
-  EXPECT_EQ(Marked(*opened, "diagram"), "Build a roof from own timber");
-  EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Build a roof from own timber"));
-  EXPECT_THAT(Page(*opened), HasSubstr("3FS Fetch the stage parts"));
-  ClickFigure(*opened, "chart", "Fetch the stage parts");
-  EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
-  EXPECT_EQ(Marked(*opened, "diagram"), "Fetch the stage parts");
-  ClickFigure(*opened, "diagram", "Rent a roof");
-  EXPECT_EQ(Chosen(*opened), "15  Rent a roof");
-  EXPECT_TRUE(Outline(*opened).currentItem()->font(0).italic());  // out of the plan
-  EXPECT_EQ(Marked(*opened, "chart"), "");
-  EXPECT_THAT(Notes(*opened), ElementsAre(HasSubstr("keeps link L52 to 'Build a roof")));
-  auto& notes = User::Get<QTableView>(*opened, "notes");
+  EXPECT_EQ(Chosen(opened), "Harbour Lights Festival");
+  Search(opened, "roof from own");
+  const std::string roof = "Build a roof from own timber";
+  EXPECT_THAT(Shown(opened), ElementsAre("16  " + roof, roof, HasSubstr(roof)));
+  EXPECT_THAT(Page(opened), HasSubstr("3FS Fetch the stage parts"));
+  ClickFigure(opened, "chart", "Fetch the stage parts");
+  EXPECT_EQ(Marked(opened, "diagram"), "Fetch the stage parts");
+  ClickFigure(opened, "diagram", "Rent a roof");
+  EXPECT_THAT(Shown(opened), ElementsAre("15  Rent a roof", "Rent a roof", ""));
+  EXPECT_TRUE(Outline(opened).currentItem()->font(0).italic());  // out of the plan
+  EXPECT_THAT(Note(opened), HasSubstr("keeps link L52 to 'Build a roof"));
+  auto& notes = User::Get<QTableView>(opened, "notes");
   notes.setFocus();
   notes.scrollToTop();
   const QModelIndex third = notes.model()->index(2, 3);
   QTest::mouseClick(notes.viewport(), Qt::LeftButton, {}, notes.visualRect(third).center());
-  EXPECT_EQ(Chosen(*opened), "4  Hold the festival evening");
-  EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Hold the festival evening"));
-  Key(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  const auto evening = HasSubstr("Hold the festival evening");
+  EXPECT_THAT(Shown(opened), ElementsAre(evening, evening, evening));
+  Press(Qt::CTRL | Qt::SHIFT | Qt::Key_F);
   QTest::keyClicks(QApplication::focusWidget(), "left out");
-  Key(Qt::Key_Return);
+  Press(Qt::Key_Return);
   EXPECT_TRUE(notes.hasFocus());
   const int left = notes.model()->rowCount();
-  EXPECT_THAT(User::Get<QLabel>(*opened, "count").text().toStdString(),
+  EXPECT_THAT(TextOf(opened, "count"),
               AllOf(StartsWith(std::to_string(left) + " of "), EndsWith(" rows")));
-  Key(Qt::Key_A, Qt::ControlModifier);
-  Key(Qt::Key_C, Qt::ControlModifier);
-  const QStringList copied = QApplication::clipboard()->text().split('\n');
-  EXPECT_EQ(copied.size(), left);
-  for (const QString& row : copied) EXPECT_TRUE(row.startsWith("left out\t")) << qPrintable(row);
-  const std::string list = folder.Path("list.csv");
-  names.names.push_back(list);
-  Key(Qt::Key_S, Qt::ControlModifier);
-  EXPECT_EQ(QString::fromStdString(ReadFile(list)).count("\nleft out,"), left);
-  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "!");  // nothing there
-  User::Get<QLineEdit>(*opened, "filter").clear();
+  Press(Qt::CTRL | Qt::Key_A, Qt::CTRL | Qt::Key_C);
+  EXPECT_EQ(QApplication::clipboard()->text().count("left out\t"), left);
+  names.names.push_back(folder.Path("list.csv"));
+  Press(Qt::CTRL | Qt::Key_S);
+  EXPECT_EQ(QString::fromStdString(ReadFile(folder.Path("list.csv"))).count("\nleft out,"), left);
+  Search(opened, "!");  // nothing there
+  User::Get<QLineEdit>(opened, "filter").clear();
   EXPECT_GT(notes.model()->rowCount(), left);
-  EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(WorkbenchWindowTest, KeysGoIntoDecompositionsOutOfThemBackAndForward) {
-  QMainWindow* opened = OpenFile(festival);
-  ASSERT_NE(opened, nullptr);
-  Outline(*opened).setFocus();
-  Key(Qt::Key_Down);
-  Key(Qt::Key_Down);
-  EXPECT_EQ(Chosen(*opened), "2  Bring the stage to the quay");
-  Key(Qt::Key_Return);
-  EXPECT_EQ(Chosen(*opened), "Stage building");
-  EXPECT_EQ(User::Find(*opened, "diagram").accessibleName(), "Stage building");
-  Key(Qt::Key_Backspace);
-  auto& diagram = User::Get<PictureView>(*opened, "diagram");
+  QMainWindow& opened = Opened(festival);
+  Outline(opened).setFocus();
+  Press(Qt::Key_Down, Qt::Key_Down);
+  EXPECT_EQ(Chosen(opened), "2  Bring the stage to the quay");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Chosen(opened), "Stage building");
+  EXPECT_EQ(User::Find(opened, "diagram").accessibleName(), "Stage building");
+  Press(Qt::Key_Backspace);
+  auto& diagram = User::Get<PictureView>(opened, "diagram");
   const QPoint place = PlaceOf(diagram, "Bring the stage");
   QTest::mouseClick(diagram.viewport(), Qt::LeftButton, {}, place);
   QTest::mouseDClick(diagram.viewport(), Qt::LeftButton, {}, place);
-  EXPECT_EQ(Chosen(*opened), "Stage building");  // whatever lies below the pointer then
-  Outline(*opened).setFocus();
-  Key(Qt::Key_Down);
-  Key(Qt::Key_Return);  // leads nowhere
-  EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
-  Key(Qt::Key_Backspace);
-  Key(Qt::Key_Backspace);
-  EXPECT_EQ(Chosen(*opened), "2  Bring the stage to the quay");
+  EXPECT_EQ(Chosen(opened), "Stage building");  // whatever lies below the pointer then
+  Outline(opened).setFocus();
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Return);  // leads nowhere
+  EXPECT_EQ(Chosen(opened), "14  Fetch the stage parts");
+  Press(Qt::Key_Backspace, Qt::Key_Backspace);
+  EXPECT_EQ(Chosen(opened), "2  Bring the stage to the quay");
   for (const char* before : {"Stage building", "14  Fetch the stage parts", "Stage building"}) {
-    Key(Qt::Key_Left, Qt::AltModifier);
-    EXPECT_EQ(Chosen(*opened), before);
+    Press(Qt::ALT | Qt::Key_Left);
+    EXPECT_EQ(Chosen(opened), before);
   }
-  Key(Qt::Key_Right, Qt::AltModifier);
-  EXPECT_EQ(Chosen(*opened), "14  Fetch the stage parts");
-  Key(Qt::Key_F, Qt::ControlModifier);
+  Press(Qt::ALT | Qt::Key_Right);
+  EXPECT_EQ(Chosen(opened), "14  Fetch the stage parts");
+  Press(Qt::CTRL | Qt::Key_F);
   EXPECT_EQ(window.focusWidget()->objectName(), "outlineSearch");
-  Key(Qt::Key_F1);
+  Press(Qt::Key_F1);
   EXPECT_THAT(desktop.helpContexts, ElementsAre(7030));
-}
-
-TEST_F(WorkbenchWindowTest, AnotherChoiceRedrawsThePlan) {
-  QMainWindow* opened = OpenFile(MERIVANE_SAMPLES "/bakery.txt");
-  ASSERT_NE(opened, nullptr);
-  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Bake the cakes");
-  EXPECT_EQ(Marked(*opened, "chart"), "");
-  EXPECT_THAT(Page(*opened), HasSubstr("Not in the plan"));
-  User::Choose(*opened, "choice1", 1);
-  QTest::qWait(20);
-  EXPECT_EQ(Chosen(*opened), "6  Bake the cakes");  // it stays
-  EXPECT_THAT(Marked(*opened, "chart"), HasSubstr("Bake the cakes"));
-  EXPECT_THAT(Page(*opened), Not(HasSubstr("Not in the plan")));
-  EXPECT_EQ(User::Get<QComboBox>(*opened, "choice1").currentText(), "Saturday cakes");
-  Trigger(*opened, "toPlan");
-  EXPECT_EQ(TextOf(User::Find(window, "frmIDEF3ToProject"), "txtCelvarFilename"),
-            MERIVANE_SAMPLES "/bakery.txt");
 }
 
 TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnown) {
   MakePlan();
-  QMainWindow* opened = OpenFile(plan);
-  ASSERT_NE(opened, nullptr);
+  OpenFile(plan);
   names.names = {mpx};
-  Key(Qt::Key_B, Qt::ControlModifier);
+  Press(Qt::CTRL | Qt::Key_B);
   QWidget& form = User::Find(window, "frmProjectToIDEF3");
   EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
@@ -177,31 +133,22 @@ TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnow
   EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "");
   EXPECT_TRUE(User::Find(form, "cmdPreview").isEnabled());  // of a merge with one project
   User::Click(form, "cmdCancel");
-  QMainWindow* file = OpenFile(mpx);
-  ASSERT_NE(file, opened);
-  Trigger(*file, "bringBack");
+  Trigger(Opened(mpx), "bringBack");
   EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
   EXPECT_EQ(TextOf(form, "txtInterimDB"), "");
-  user.steps.emplace_back(User::Clicks("CmdCancel"));  // asked as ever
-  Browse(form, "cmdInterimDB", plan);
+  Browse(form, "cmdInterimDB", plan, User::Clicks("CmdCancel"));  // asked as ever
   User::Click(form, "cmdCancel");
-  const QMainWindow* foreign = OpenFile(folder.Write("foreign.txt", ReadFile(festival)));
-  EXPECT_EQ(foreign->findChild<QAction*>("bringBack"), nullptr);
-  EXPECT_THAT(user.boxes, IsEmpty());
+  EXPECT_EQ(Opened(festival).findChild<QAction*>("bringBack"), nullptr);
 }
 
 TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   MakePlan();
-  const std::string changed =
-      folder.Write("changed.mpx", With(ReadFile(mpx), {{"Set up the desk", "Build the desk"}}));
-  const std::string before = ReadFile(plan);
   OpenFile(plan);
-  names.names = {changed};
-  Key(Qt::Key_B, Qt::ControlModifier);
+  names.names = {ChangedMpx()};
+  Press(Qt::CTRL | Qt::Key_B);
   QWidget& form = User::Find(window, "frmProjectToIDEF3");
   user.steps.emplace_back([](QDialog& preview) {
-    EXPECT_LE(preview.minimumSizeHint().width(), 1024 * 9 / 10);
-    EXPECT_LE(preview.minimumSizeHint().height(), 600 * 9 / 10);
+    ExpectRoom(preview);
     User::Click(preview, "cmdShow");
   });
   User::Click(form, "cmdPreview");
@@ -210,39 +157,29 @@ TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   EXPECT_EQ(window.findChild<QDialog*>("previewWindow"), nullptr);
   QMainWindow& merge = *shown().last();
   EXPECT_EQ(merge.windowTitle().toStdString(), "changed.mpx (preview of the merge)");
-  EXPECT_THAT(User::Get<QLabel>(merge, "fileLines").text().toStdString(),
+  EXPECT_THAT(TextOf(merge, "fileLines"),
               HasSubstr("The merge would make 1 change. Nothing was changed yet."));
-  auto& notes = User::Get<QTableView>(merge, "notes");
-  EXPECT_EQ(notes.model()->index(0, 1).data().toString(), "2");  // row of the plan
-  notes.setFocus();
-  Key(Qt::Key_Down);
-  const std::string both = "Build the desk (was Set up the desk)";
-  EXPECT_THAT(Chosen(merge), HasSubstr("~ " + both));
-  EXPECT_THAT(Marked(merge, "diagram"), HasSubstr("Build the desk"));
-  EXPECT_THAT(Marked(merge, "chart"), HasSubstr("Build the desk"));
+  EXPECT_THAT(RowsOf(merge, "notes", {1}), ElementsAre("2"));  // row of the plan
+  User::Find(merge, "notes").setFocus();
+  Press(Qt::Key_Down);
+  const auto desk = HasSubstr("Build the desk");
+  EXPECT_THAT(Shown(merge),
+              ElementsAre(HasSubstr("~ Build the desk (was Set up the desk)"), desk, desk));
   ClickFigure(merge, "diagram", "Work on the first task");
-  EXPECT_THAT(Notes(merge), IsEmpty());
+  EXPECT_EQ(Note(merge), "");
   ClickFigure(merge, "diagram", "Build the desk");
-  EXPECT_THAT(Notes(merge), ElementsAre("It was called 'Set up the desk'."));
+  EXPECT_EQ(Note(merge), "It was called 'Set up the desk'.");
 
   folder.Write("changed.mpx", "no plan");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return User::Find(merge, "fileChanged").isVisible(); }));
-  User::Click(merge, "readAgain");
-  EXPECT_EQ(notes.model()->index(0, 0).data().toString(), "stop");
+  ReadAgain(merge);
+  EXPECT_THAT(RowsOf(merge, "notes", {0}), Contains("stop"));
   EXPECT_FALSE(Marked(merge, "diagram").empty());  // the model as it is
-  EXPECT_EQ(ReadFile(plan), before);
-  Trigger(merge, "bringBack");
-  EXPECT_TRUE(form.isVisible());
-  EXPECT_EQ(TextOf(form, "txtMPX"), changed);
-  EXPECT_EQ(TextOf(form, "txtInterimDB"), plan);
-  EXPECT_THAT(user.boxes, IsEmpty());
 }
 
 TEST_F(WorkbenchWindowTest, WindowsAreTabsWhereTheUserPrefersThat) {
   Trigger(window, "mnuTabs");
-  QMainWindow* opened = OpenFile(festival);
-  QMainWindow* other = OpenFile(MERIVANE_SAMPLES "/bakery.txt");
-  ASSERT_TRUE(opened != nullptr && other != nullptr);
+  QMainWindow& opened = Opened(festival);
+  QMainWindow& other = Opened(MERIVANE_SAMPLES "/bakery.txt");
   auto& area = User::Get<QMdiArea>(window, "formArea");
   auto& tabs = *area.findChild<QTabBar*>();
   const auto titles = [&] {
@@ -257,18 +194,17 @@ TEST_F(WorkbenchWindowTest, WindowsAreTabsWhereTheUserPrefersThat) {
   QWidget& form = OpenToProject();
   EXPECT_THAT(titles(),
               ElementsAre("Celvar to MS Project", "festival.txt (model)", "bakery.txt (model)"));
-  EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(area.activeSubWindow(), form.parentWidget());
   User::Click(form, "cmdCancel");
   EXPECT_EQ(titles().size(), 2U);
-  EXPECT_EQ(area.activeSubWindow(), other->parentWidget());
-  other->parentWidget()->close();
+  EXPECT_EQ(area.activeSubWindow(), other.parentWidget());
+  other.parentWidget()->close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return titles().size() == 1; }));
-  EXPECT_EQ(area.activeSubWindow(), opened->parentWidget());
+  EXPECT_EQ(area.activeSubWindow(), opened.parentWidget());
   EXPECT_TRUE(MainWindow(desktop, main).findChild<QAction*>("mnuTabs")->isChecked());
   OpenToProject();
   Trigger(window, "mnuTabs");
-  EXPECT_TRUE(opened->isVisible());
+  EXPECT_TRUE(opened.isVisible());
   EXPECT_FALSE(form.parentWidget()->isMaximized());  // a dialog, beside the workbench
   EXPECT_FALSE(QSettings().value("area/tabs").toBool());
 }
@@ -279,102 +215,75 @@ TEST_F(WorkbenchWindowTest, ASmallScreenCutsNothingOffAlsoFromRightToLeft) {
     SCOPED_TRACE(direction);
     QApplication::setLayoutDirection(direction);
     window.resize(1024, 600);
-    QMainWindow* planned = OpenFile(plan);
-    QMainWindow* opened = OpenFile(festival);
+    QMainWindow& planned = Opened(plan);
+    QMainWindow& opened = Opened(festival);
     QCoreApplication::processEvents();
     EXPECT_EQ(window.size(), QSize(1024, 600));
     for (const QWidget* more : window.findChildren<QWidget*>("qt_toolbar_ext_button")) {
       EXPECT_FALSE(more->isVisible());  // all tools have room
     }
     for (const char* name : {"outline", "diagram", "chart", "properties", "notes"}) {
-      const QWidget& part = User::Find(*opened, name);
-      const QRect place(part.mapTo(opened, QPoint(0, 0)), part.size());
-      EXPECT_TRUE(opened->rect().contains(place)) << name;
+      const QWidget& part = User::Find(opened, name);
+      EXPECT_TRUE(IsWithin(part, opened)) << name;
       EXPECT_GE(part.height(), part.fontMetrics().height() * 4) << name;
     }
-    ClickFigure(*opened, "diagram", "Sell the tickets");
-    EXPECT_EQ(Chosen(*opened), "3  Sell the tickets");
+    ClickFigure(opened, "diagram", "Sell the tickets");
+    EXPECT_EQ(Chosen(opened), "3  Sell the tickets");
     for (QWidget* form : {&OpenToProject(), &OpenToModel()}) {
       for (const QWidget* button : form->findChildren<QAbstractButton*>()) {
-        if (!button->isVisible()) continue;
-        const QRect place(button->mapTo(&window, QPoint(0, 0)), button->size());
-        EXPECT_TRUE(window.rect().contains(place)) << button->objectName().toStdString();
+        EXPECT_TRUE(!button->isVisible() || IsWithin(*button, window))
+            << qPrintable(button->objectName());
       }
       User::Click(*form, "cmdCancel");
     }
     Trigger(window, "mnuMessageLog");
-    for (const QDialog* dialog : window.findChildren<QDialog*>()) {
-      const QSize least = dialog->minimumSizeHint();
-      EXPECT_LE(least.width(), 1024 * 9 / 10) << dialog->objectName().toStdString();
-      EXPECT_LE(least.height(), 600 * 9 / 10) << dialog->objectName().toStdString();
-    }
+    for (const QDialog* dialog : window.findChildren<QDialog*>()) ExpectRoom(*dialog);
     window.findChild<QDialog*>("logWindow")->close();
-    for (QMainWindow* workbench : {planned, opened}) workbench->parentWidget()->close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return LastWorkbench() == nullptr; }));
+    planned.parentWidget()->close();
+    Close(opened);
   }
   QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(WorkbenchWindowTest, PicturesFollowTheColoursOfTheSystem) {
-  const QMainWindow* opened = OpenFile(festival);
-  ASSERT_NE(opened, nullptr);
+  auto& view = User::Get<PictureView>(Opened(festival), "chart");
   const QPalette before = QApplication::palette();
-  for (const char* name : {"diagram", "chart"}) {
-    auto* view = opened->findChild<PictureView*>(name);
-    const auto sheet = [view] {
-      QCoreApplication::processEvents();
-      view->ZoomTo(1);
-      view->centerOn(0, 0);
-      return view->viewport()->grab().toImage().pixelColor(4, 4).lightness();
-    };
-    EXPECT_GT(sheet(), 250) << name;
-    QApplication::setPalette(QPalette(QColor(45, 47, 50)));
-    EXPECT_LT(sheet(), 60) << name;
-    QApplication::setPalette(before);
-    EXPECT_GT(sheet(), 250) << name;
-  }
+  const auto sheet = [&](const QPalette& palette) {
+    QApplication::setPalette(palette);
+    QCoreApplication::processEvents();
+    view.ZoomTo(1);
+    view.centerOn(0, 0);
+    return view.viewport()->grab().toImage().pixelColor(4, 4).lightness();
+  };
+  EXPECT_LT(sheet(QPalette(QColor(45, 47, 50))), 60);
+  EXPECT_GT(sheet(before), 250);
 }
 
 TEST_F(WorkbenchWindowTest, AFileThatChangesOnTheDiskIsReadAgainWithTheSameSelection) {
-  const std::string file = folder.Write("m.txt", ReadFile(festival));
-  QMainWindow* opened = OpenFile(file);
-  ASSERT_NE(opened, nullptr);
-  QTest::keyClicks(&User::Find(*opened, "outlineSearch"), "Rent a roof");
-  EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
   const std::string whole = ReadFile(festival);
+  QMainWindow& opened = Opened(folder.Write("m.txt", whole));
+  Search(opened, "Rent a roof");
+  EXPECT_FALSE(User::Find(opened, "fileChanged").isVisible());
   folder.Write("m.txt", whole.substr(0, whole.size() / 2));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(*opened, "fileChanged").isVisible(); }));
-  User::Click(*opened, "readAgain");
-  EXPECT_FALSE(User::Find(*opened, "fileChanged").isVisible());
-  EXPECT_THAT(User::Get<QLabel>(*opened, "fileLines").text().toStdString(),
-              HasSubstr("Read in part"));
-  EXPECT_THAT(User::Get<QLabel>(*opened, "noChart").text().toStdString(), HasSubstr("no plan"));
-  EXPECT_EQ(Chosen(*opened), "Harbour Lights Festival");  // the unit is gone
+  ReadAgain(opened);
+  EXPECT_FALSE(User::Find(opened, "fileChanged").isVisible());
+  EXPECT_THAT(TextOf(opened, "fileLines"), HasSubstr("Read in part"));
+  EXPECT_THAT(TextOf(opened, "noChart"), HasSubstr("no plan"));
+  EXPECT_EQ(Chosen(opened), "Harbour Lights Festival");  // the unit is gone
   folder.Write("m.txt", "");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return User::Find(*opened, "fileChanged").isVisible(); }));
-  User::Click(*opened, "readAgain");
-  EXPECT_EQ(user.boxes.size(), 1U);
-  EXPECT_EQ(Chosen(*opened), "Harbour Lights Festival");  // what was read stays
+  ReadAgain(opened);
+  EXPECT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Chosen(opened), "Harbour Lights Festival");  // what was read stays
 }
 
 TEST_F(WorkbenchWindowTest, OpeningShowsABarAndItsCancelLeavesNoWindow) {
-  bool cancels = false;
-  bool wasShown = false;
-  WhileRunning([&] {
-    if (!ShowsProgress()) return;
-    wasShown = true;
-    if (cancels) User::Click(window, "progressCancel");
-  });
-  QMainWindow* opened = OpenFile(festival);
-  ASSERT_NE(opened, nullptr);
-  EXPECT_TRUE(wasShown);
-  EXPECT_EQ(OpenFile(festival), opened);  // once
-  opened->parentWidget()->close();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return User::Find(window, "startPage").isVisible(); }));
-  cancels = true;
-  EXPECT_EQ(OpenFile(festival), nullptr);
+  WhileRunning([&] { User::Click(window, "progressCancel"); });
+  OpenFile(festival);
+  EXPECT_EQ(LastWorkbench(), nullptr);
   EXPECT_FALSE(ShowsProgress());
-  EXPECT_THAT(user.boxes, IsEmpty());
+  desktop.onProgress = {};
+  QMainWindow& opened = Opened(festival);
+  EXPECT_EQ(&Opened(festival), &opened);  // once
 }
 
 }  // namespace
