@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <unordered_map>
 #include <utility>
 
 #include "runtime/code_page.h"
+#include "runtime/run_time_error.h"
 #include "runtime/text.h"
 #include "xml_file.h"
 #include "xml_values.h"
@@ -130,6 +132,19 @@ std::vector<RowHead> RowsInOrder(const pugi::xml_node& tasks) {
   return rows;
 }
 
+// Whether the rows stand so already, by their IDs.
+bool StandInOrder(const std::vector<RowHead>& rows) {
+  std::optional<std::int64_t> last;
+  for (const RowHead& row : rows) {
+    const bool isBlank = !row.isWhole && !row.isTask && !row.id;
+    if (isBlank) continue;
+    const auto key = row.isWhole ? std::nullopt : row.id;
+    if ((row.isTask && !key) || key < last) return false;
+    last = key;
+  }
+  return true;
+}
+
 // Levels above the tasks, where the whole plan takes the first one.
 std::int64_t LevelsOfWhole(const std::vector<RowHead>& rows) {
   bool hasWhole = false;
@@ -145,7 +160,10 @@ class Reader {
  public:
   explicit Reader(const Output& file) : file_(file), values_(file_) {}
 
-  FilePlan Read();
+  FilePlan ReadWhole();
+  // With one row in memory. Fails where the file has a fault, isn't plain (XmlFile), or has its
+  // parts or rows in another order.
+  FilePlan ReadRows();
 
  private:
   // A link as the file has it, before all tasks are known.
@@ -155,18 +173,24 @@ class Reader {
     bool elsewhere = false;  // it comes from another project
   };
 
+  using NextRow = std::function<pugi::xml_node()>;  // a null node behind the last of a list
+
   void CheckRoot() const;
-  void ReadHead();
+  bool ReadHead(const pugi::xml_node& node);  // false for any other element of the root
   void ReadTasks(const pugi::xml_node& tasks);
+  void ReadTaskRows(const NextRow& next);
   void ReadTask(const pugi::xml_node& node, TakenNumbers& taken);
   void NoteUntaken(const pugi::xml_node& node, const FileTask& task);
+  void SettleTasks();
   void DropInactive();
   void ReadLink(const pugi::xml_node& node);
   void ReadCustomField(const pugi::xml_node& node, FileTask& task);
   void CheckLevel(const FileTask& task) const;
   void ResolveLinks();
-  void ReadResources(const pugi::xml_node& resources);
+  void ReadResources(const NextRow& next);
+  void ReadAssignments(const NextRow& next);
   void ReadAssignment(const pugi::xml_node& node);
+  FilePlan Plan();
 
   XmlFile file_;
   XmlValues values_;
@@ -193,33 +217,70 @@ void Reader::CheckRoot() const {
   }
 }
 
-void Reader::ReadHead() {
-  for (const pugi::xml_node& node : file_.Root().children()) {
-    const std::string_view name = LocalName(node);
-    if (name == "Name") plan_.name = values_.Text(node);
-    if (name == "StartDate") plan_.start = XmlDate(TextOf(node));
-    if (name == "MinutesPerDay") {
-      constexpr std::int64_t kMinutesOfDay = 1440;
-      plan_.minutesPerDay = static_cast<double>(values_.Integer(node, 1, kMinutesOfDay));
-    }
+bool Reader::ReadHead(const pugi::xml_node& node) {
+  const std::string_view name = LocalName(node);
+  if (name == "Name") {
+    plan_.name = values_.Text(node);
+  } else if (name == "StartDate") {
+    plan_.start = XmlDate(TextOf(node));
+  } else if (name == "MinutesPerDay") {
+    constexpr std::int64_t kMinutesOfDay = 1440;
+    plan_.minutesPerDay = static_cast<double>(values_.Integer(node, 1, kMinutesOfDay));
+  } else {
+    return false;
   }
+  return true;
 }
 
-FilePlan Reader::Read() {
+FilePlan Reader::ReadWhole() {
+  file_.ReadWhole();
   CheckRoot();
-  ReadHead();
-  for (const pugi::xml_node& node : file_.Root().children()) {
+  const auto parts = file_.Root().children();
+  const auto rowsOf = [](const pugi::xml_node& list) {
+    return [row = list.first_child()]() mutable { return std::exchange(row, row.next_sibling()); };
+  };
+  for (const pugi::xml_node& node : parts) ReadHead(node);
+  for (const pugi::xml_node& node : parts) {
     if (LocalName(node) == "Tasks") ReadTasks(node);
-    if (LocalName(node) == "Resources") ReadResources(node);
+    if (LocalName(node) == "Resources") ReadResources(rowsOf(node));
   }
-  DropInactive();
-  ResolveLinks();
-  for (const pugi::xml_node& list : file_.Root().children()) {
-    if (LocalName(list) != "Assignments") continue;
-    for (const pugi::xml_node& node : list.children()) {
-      if (LocalName(node) == "Assignment") ReadAssignment(node);
+  SettleTasks();
+  for (const pugi::xml_node& node : parts) {
+    if (LocalName(node) == "Assignments") ReadAssignments(rowsOf(node));
+  }
+  return Plan();
+}
+
+FilePlan Reader::ReadRows() {
+  constexpr std::string_view kLists[] = {"Tasks", "Resources", "Assignments"};
+  const auto* const assignments = std::end(kLists) - 1;
+  const NextRow next = [this] {
+    return file_.NextName().empty() ? pugi::xml_node() : file_.ReadElement();
+  };
+  file_.EnterRoot();
+  CheckRoot();
+  const auto* expected = std::begin(kLists);  // the first list that may come
+  for (std::string_view name; !(name = file_.NextName()).empty();) {  // until it reads on
+    const auto* const list = std::ranges::find(kLists, name);
+    if (list == std::end(kLists)) {
+      if (ReadHead(file_.ReadElement()) && expected != std::begin(kLists)) file_.RefuseAsNotPlain();
+      continue;
     }
+    if (list < expected) file_.RefuseAsNotPlain();
+    expected = list + 1;
+    file_.Enter();
+    if (*list == "Tasks") ReadTaskRows(next);
+    if (*list == "Resources") ReadResources(next);
+    if (list != assignments) continue;
+    SettleTasks();
+    ReadAssignments(next);
   }
+  if (expected <= assignments) SettleTasks();
+  file_.ReadEnd();
+  return Plan();
+}
+
+FilePlan Reader::Plan() {
   plan_.lostCharacters = values_.LostCharacters();
   return std::move(plan_);
 }
@@ -229,6 +290,17 @@ void Reader::ReadTasks(const pugi::xml_node& tasks) {
   const std::vector<RowHead> rows = RowsInOrder(tasks);
   levelsOfWhole_ = LevelsOfWhole(rows);
   for (const RowHead& row : rows) ReadTask(row.node, taken);
+}
+
+void Reader::ReadTaskRows(const NextRow& next) {
+  TakenNumbers taken(file_, "task");
+  std::vector<RowHead> rows;
+  while (const pugi::xml_node node = next()) {
+    if (LocalName(node) != "Task") continue;
+    rows.push_back(HeadOf(node));
+    ReadTask(node, taken);
+  }
+  if (!StandInOrder(rows) || LevelsOfWhole(rows) != levelsOfWhole_) file_.RefuseAsNotPlain();
 }
 
 void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
@@ -311,6 +383,12 @@ void Reader::NoteUntaken(const pugi::xml_node& node, const FileTask& task) {
   }
 }
 
+// Once all of them are known.
+void Reader::SettleTasks() {
+  DropInactive();
+  ResolveLinks();
+}
+
 // An inactive task goes, unless a task that stays lies below it.
 void Reader::DropInactive() {
   std::vector<bool> stays(plan_.tasks.size());
@@ -390,10 +468,10 @@ void Reader::ResolveLinks() {
   }
 }
 
-void Reader::ReadResources(const pugi::xml_node& resources) {
+void Reader::ReadResources(const NextRow& next) {
   TakenNumbers taken(file_, "resource");
   std::int64_t place = 0;
-  for (const pugi::xml_node& node : resources.children()) {
+  while (const pugi::xml_node node = next()) {
     if (LocalName(node) != "Resource") continue;
     FileResource resource;
     resource.line = file_.LineOf(node);
@@ -436,6 +514,12 @@ void Reader::ReadResources(const pugi::xml_node& resources) {
   }
 }
 
+void Reader::ReadAssignments(const NextRow& next) {
+  while (const pugi::xml_node node = next()) {
+    if (LocalName(node) == "Assignment") ReadAssignment(node);
+  }
+}
+
 void Reader::ReadAssignment(const pugi::xml_node& node) {
   FileAssignment assignment;
   for (const pugi::xml_node& field : node.children()) {
@@ -455,6 +539,12 @@ void Reader::ReadAssignment(const pugi::xml_node& node) {
 
 }  // namespace
 
-FilePlan ReadPlanFile(const Output& file) { return Reader(file).Read(); }
+FilePlan ReadPlanFile(const Output& file) {
+  try {
+    return Reader(file).ReadRows();
+  } catch (const RunTimeError&) {
+    return Reader(file).ReadWhole();  // which tells each fault in its order
+  }
+}
 
 }  // namespace merivane::mspdi

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
+#include <utility>
 
 #include "runtime/code_page.h"
 #include "runtime/file_names.h"
@@ -17,6 +17,8 @@ using namespace runtime;
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::size_t kBlock = 1 << 16;  // of a file
 
 constexpr unsigned kParts = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
                             pugi::parse_declaration | pugi::parse_embed_pcdata;
@@ -47,38 +49,137 @@ Section NextSection(std::string_view text, std::size_t from) {
 
 }  // namespace
 
-XmlFile::XmlFile(const Output& file) {
-  name_ = FromUtf8(file.name.substr(file.name.find_last_of("/\\") + 1));
-  Load(file.path);
+XmlFile::XmlFile(const Output& file)
+    : name_(FromUtf8(file.name.substr(file.name.find_last_of("/\\") + 1))) {
+  const fs::path place = PathOf(file.path);
+  std::error_code error;
+  if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);
+  RefuseDevice(file.path);
+  file_.open(place, std::ios::binary);
+  if (!file_.is_open() || fs::is_directory(place, error)) throw RunTimeError(kPermissionDenied);
+  constexpr std::uintmax_t kMost = 1 << 30;
+  const auto size = fs::file_size(place, error);
+  if (!error) size_ = size;
+  if (size_ > kMost) {
+    throw RunTimeError(kPathFileAccessError, "'" + name_ + "' has more than 1 GB.");
+  }
+}
+
+void XmlFile::ReadWhole() {
+  text_.reserve(size_ + kBlock);
+  while (ReadBlock()) {
+  }
   FindLines();
   RefuseOtherEncodings();
-  RefuseDefinitionsAndEntities();
-  Parse();
+  RefuseDefinitionsAndEntities(text_);
+  Parse(text_.data(), text_.size());
   RefuseDeclaredEncoding();
   RefuseDeepNesting();
 }
 
-void XmlFile::Load(const std::string& path) {
-  const fs::path place = PathOf(path);
-  std::error_code error;
-  if (!fs::exists(place, error)) throw RunTimeError(kFileNotFound);
-  RefuseDevice(path);
-  std::ifstream file(place, std::ios::binary);
-  if (!file.is_open() || fs::is_directory(place, error)) throw RunTimeError(kPermissionDenied);
-  constexpr std::size_t kBlock = 1 << 20;
-  constexpr std::uintmax_t kMost = 1 << 30;
-  const auto size = fs::file_size(place, error);
-  if (!error && size > kMost) {
-    throw RunTimeError(kPathFileAccessError, "'" + name_ + "' has more than 1 GB.");
+// What comes before the next piece leaves memory.
+bool XmlFile::ReadBlock() {
+  text_.erase(0, at_);
+  at_ = 0;
+  const std::size_t read = text_.size();
+  text_.resize(read + kBlock);
+  file_.read(text_.data() + read, kBlock);
+  text_.resize(read + static_cast<std::size_t>(file_.gcount()));
+  if (file_.bad()) throw RunTimeError(kDeviceIoError);
+  return file_.gcount() > 0;
+}
+
+// Of the piece that ends with the first mark behind its first `from` characters.
+std::size_t XmlFile::SizeTo(std::string_view mark, std::size_t from) {
+  for (;;) {
+    const std::size_t found = text_.find(mark, at_ + from);
+    if (found != std::string::npos) return found + mark.size() - at_;
+    const std::size_t left = text_.size() - at_;
+    from = std::max(from, left - std::min(left, mark.size() - 1));
+    if (!ReadBlock()) RefuseAsNotPlain();
   }
-  if (!error) text_.reserve(size + kBlock);
-  while (file) {
-    const std::size_t read = text_.size();
-    text_.resize(read + kBlock);
-    file.read(text_.data() + read, kBlock);
-    text_.resize(read + static_cast<std::size_t>(file.gcount()));
+}
+
+void XmlFile::Pass(std::size_t size) {
+  line_ = nextLine_;
+  const std::string_view passed = std::string_view(text_).substr(at_, size);
+  for (std::size_t end = passed.find('\n'); end != std::string_view::npos;
+       end = passed.find('\n', end + 1)) {
+    ++nextLine_;
   }
-  if (file.bad()) throw RunTimeError(kDeviceIoError);
+  at_ += size;
+}
+
+void XmlFile::SkipSpace() {
+  do {
+    Pass(std::min(text_.find_first_not_of(" \t\r\n", at_), text_.size()) - at_);
+  } while (at_ == text_.size() && ReadBlock());
+}
+
+std::string_view XmlFile::NextTag() {
+  SkipSpace();
+  if (at_ == text_.size() || text_[at_] != '<') RefuseAsNotPlain();
+  const std::size_t size = SizeTo(">", 0);
+  return std::string_view(text_).substr(at_, size);
+}
+
+void XmlFile::EnterRoot() {
+  if (ReadBlock() && text_.starts_with("\xEF\xBB\xBF")) at_ = 3;
+  std::string head(NextTag());
+  if (head.starts_with("<?xml")) {
+    Pass(head.size());
+    head += NextTag();
+  }
+  NextName();
+  Pass(NextTag().size());
+  head += "</" + next_ + ">";
+  open_.push_back(next_);
+  ParsePiece(head.data(), head.size());
+  RefuseDeclaredEncoding();
+}
+
+std::string_view XmlFile::NextName() {
+  if (std::exchange(isEmpty_, false)) {
+    open_.pop_back();
+    return {};
+  }
+  const std::string_view tag = NextTag();
+  if (tag.starts_with("</")) {
+    if (open_.empty() || tag.substr(2, tag.size() - 3) != open_.back()) RefuseAsNotPlain();
+    Pass(tag.size());
+    open_.pop_back();
+    return {};
+  }
+  next_ = tag.substr(1, tag.find_first_of(" \t\r\n/>") - 1);
+  const std::string_view name = LocalName(next_);
+  if (name.empty()) RefuseAsNotPlain();
+  return name;
+}
+
+void XmlFile::Enter() {
+  const std::string_view tag = NextTag();
+  isEmpty_ = tag.ends_with("/>");
+  if (isEmpty_) {
+    ReadElement();
+  } else if (tag.size() == next_.size() + 2) {
+    Pass(tag.size());
+  } else {
+    RefuseAsNotPlain();  // an attribute
+  }
+  open_.push_back(next_);
+}
+
+pugi::xml_node XmlFile::ReadElement() {
+  std::size_t size = NextTag().size();
+  if (text_[at_ + size - 2] != '/') size = SizeTo("/" + next_ + ">", size);
+  Pass(size);
+  ParsePiece(text_.data() + at_ - size, size);
+  return Root();
+}
+
+void XmlFile::ReadEnd() {
+  SkipSpace();
+  if (at_ < text_.size()) RefuseAsNotPlain();
 }
 
 void XmlFile::FindLines() {
@@ -91,7 +192,7 @@ void XmlFile::FindLines() {
 
 std::size_t XmlFile::LineAt(std::size_t offset) const {
   return static_cast<std::size_t>(std::ranges::lower_bound(lineEnds_, offset) - lineEnds_.begin()) +
-         1;
+         line_;
 }
 
 std::size_t XmlFile::LineOf(const pugi::xml_node& node) const {
@@ -114,8 +215,7 @@ void XmlFile::RefuseOtherEncodings() const {
 }
 
 // An "&" inside a comment or a CDATA section is a character like others.
-void XmlFile::RefuseDefinitionsAndEntities() const {
-  const std::string_view text = text_;
+void XmlFile::RefuseDefinitionsAndEntities(std::string_view text) const {
   Section section = NextSection(text, 0);
   for (std::size_t at = text.find('&');;) {
     if (section.begin < std::min(at, text.size())) {
@@ -136,13 +236,24 @@ void XmlFile::RefuseDefinitionsAndEntities() const {
   }
 }
 
-void XmlFile::Parse() {
+// Parsed alone, it is what it is in its file: one element that is closed.
+void XmlFile::ParsePiece(char* text, std::size_t size) {
+  const std::string_view piece(text, size);
+  if (NextSection(piece, 0).begin < size || piece.find('\0') != std::string_view::npos)
+    RefuseAsNotPlain();
+  RefuseDefinitionsAndEntities(piece);
+  Parse(text, size);
+  if (Root() != document_.last_child()) RefuseAsNotPlain();
+  RefuseDeepNesting();
+}
+
+void XmlFile::Parse(char* text, std::size_t size) {
   const pugi::xml_parse_result result =
-      document_.load_buffer_inplace(text_.data(), text_.size(), kParts, pugi::encoding_utf8);
+      document_.load_buffer_inplace(text, size, kParts, pugi::encoding_utf8);
   if (result) return;
   const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0));
   if (result.status == pugi::status_no_document_element) Refuse(1, "found no XML.");
-  Refuse(LineAt(std::min(offset, text_.size())),
+  Refuse(LineAt(std::min(offset, size)),
          "the XML ends or breaks here (" + std::string(result.description()) + ").");
 }
 
@@ -155,12 +266,13 @@ void XmlFile::RefuseDeclaredEncoding() const {
 }
 
 void XmlFile::RefuseDeepNesting() const {
-  constexpr int kDeepest = 100;  // a plan has nine levels
-  int depth = 0;
+  constexpr std::ptrdiff_t kDeepest = 100;  // a plan has nine levels
+  std::ptrdiff_t depth = 0;
   for (pugi::xml_node node = Root(); depth >= 0;) {
     if (const pugi::xml_node child = node.first_child()) {
       node = child;
-      if (++depth > kDeepest) Refuse(node, "elements lie deeper than 100 levels in each other.");
+      if (++depth > kDeepest - std::ssize(open_))
+        Refuse(node, "elements lie deeper than 100 levels in each other.");
       continue;
     }
     while (depth >= 0 && !node.next_sibling()) {
@@ -171,8 +283,7 @@ void XmlFile::RefuseDeepNesting() const {
   }
 }
 
-std::string_view LocalName(const pugi::xml_node& node) {
-  const std::string_view name = node.name();
+std::string_view LocalName(std::string_view name) {
   const std::size_t colon = name.find(':');
   return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }

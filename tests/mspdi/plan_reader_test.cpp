@@ -264,10 +264,11 @@ TEST(Rows, StandInTheOrderOfTheOutlineBelowTheWholePlan) {
   };
   const std::string whole = Task("<UID>0</UID><ID>0</ID><OutlineLevel>1</OutlineLevel>");
   const std::string blank = Task("<UID>7</UID><IsNull>1</IsNull>");
-  for (const std::string& rows :
-       {row("C", "10", "", "2") + row("B", "9", "", "3") + blank + row("A", "2", "", "2") + whole,
-        row("C", "", "10", "2") + row("B", "", "9.1", "3") + whole + row("A", "", "9", "2"),
-        row("A", "", "", "2") + blank + row("B", "5", "", "3") + row("C", "", "", "2") + whole}) {
+  const std::string files[] = {
+      row("C", "10", "", "2") + row("B", "9", "", "3") + blank + row("A", "2", "", "2") + whole,
+      row("C", "", "10", "2") + row("B", "", "9.1", "3") + whole + row("A", "", "9", "2"),
+      row("A", "", "", "2") + blank + row("B", "5", "", "3") + row("C", "", "", "2") + whole};
+  for (const std::string& rows : files) {
     SCOPED_TRACE(rows);
     std::string found;
     for (const FileTask& task : Read(Tasks(rows)).tasks) {
@@ -291,6 +292,49 @@ TEST(Text, ComesFromAllKindsOfContent) {
   EXPECT_EQ(plan.tasks[0].text1, "41");
   EXPECT_EQ(plan.tasks[0].notes, "a\r\nb\r\nc\r\nd");
   EXPECT_EQ(plan.lostCharacters, 0U);
+}
+
+// A row is read alone where the file is plain; the plan and its faults are the same where it isn't.
+TEST(LongFile, HasTheSamePlanInEveryForm) {
+  constexpr int kRows = 1500;
+  constexpr int kLong = 700;  // a row that is longer than what is read at once
+  const auto file = [](const std::string& tag, const std::string& inner, const std::string& fault) {
+    std::string rows = "<Tasks" + tag + ">";
+    for (int row = 1; row <= kRows; ++row) {
+      const std::string note = row == kLong ? std::string(200000, 'n') + "\r\nend" : "a\r\nb";
+      rows += "\r\n" + Numbered(row, Link(row == 1 ? 20 : row * 10 - 10, "") + "\n<Notes>" + note +
+                                         "</Notes>" + (row == kRows ? fault : inner));
+    }
+    return Project(rows + "\n</Tasks><Resources />\n<Assignments/>");
+  };
+  const std::string plain = file("", "", "");
+  const std::string forms[] = {plain,
+                               "\xEF\xBB\xBF" + plain,
+                               file(" a='>'", "", ""),
+                               file("", "<!-- </Task>&b; -->", ""),
+                               file("", "<Extra><![CDATA[</Task><Task>]]></Extra>", ""),
+                               file("", "<Task><UID>1</UID></Task>", ""),
+                               file("", "<Task/><Empty a='b/'/>", ""),
+                               file("", "</Task><!---->text<Task><IsNull>1</IsNull>", "")};
+  for (const std::string& form : forms) {
+    SCOPED_TRACE(form.substr(0, 300));
+    const FilePlan plan = Read(form);
+    ASSERT_EQ(plan.tasks.size(), kRows);
+    const FileTask& last = plan.tasks.back();
+    EXPECT_EQ(last.line, 3U * kRows + 1);
+    EXPECT_EQ(last.notes, "a\r\nb");
+    ASSERT_EQ(last.predecessors.size(), 1U);
+    EXPECT_EQ(last.predecessors[0].predecessor, kRows - 1);
+    EXPECT_EQ(plan.tasks.front().predecessors[0].predecessor, 2);
+    EXPECT_EQ(plan.tasks[kLong - 1].notes->size(), 200005U);
+  }
+  std::string told;
+  EXPECT_EQ(ErrorOf([&] { Read(file("", "", "<Type>\n<Active>2</Active>")); }, &told),
+            kInvalidFileFormat);
+  EXPECT_THAT(told, HasSubstr("line 4504: the XML ends or breaks"));
+  EXPECT_EQ(ErrorOf([&] { Read(file("", "", "\n<Active>2</Active>")); }, &told),
+            kInvalidFileFormat);
+  EXPECT_THAT(told, HasSubstr("line 4504: found '2' as Active"));
 }
 
 TEST(ResourceKinds, StandInTheFirstLineOfAGlossary) {
