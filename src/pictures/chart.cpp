@@ -32,7 +32,7 @@ constexpr double kMostResources = 260;
 constexpr double kBelowBar = 9;  // from the middle of a bar to the one of the plan as it was
 constexpr int kDeepestIndent = 10;
 constexpr std::size_t kColumns = 4;
-constexpr std::size_t kFew = 16;  // figures beside those of tasks and links
+constexpr std::size_t kFew = 16;  // figures beside those of tasks, links and resources
 
 using Cells = std::array<std::string, kColumns>;
 
@@ -97,7 +97,8 @@ class ChartDrawer {
     const double rows = static_cast<double>(plan_.tasks.size() + before_.gone.size());
     const double behindTasks = picture_.height + kRow * rows;
     picture_.height = behindTasks + kRow * static_cast<double>(OverloadedResources()) + 4;
-    picture_.figures.reserve(plan_.tasks.size() + plan_.links.size() + before_.gone.size() + kFew);
+    picture_.figures.reserve(plan_.tasks.size() + plan_.links.size() + before_.gone.size() +
+                             OverloadedResources() + kFew);
     picture_.figures.push_back(axis_.Draw(top, picture_.height));
     picture_.frozen = {axis_.Left(), top + TimeAxis::Height()};
     AddHeads(top + TimeAxis::Height() - 5);
