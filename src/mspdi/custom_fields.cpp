@@ -1,6 +1,7 @@
 #include "custom_fields.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <set>
 
@@ -31,6 +32,11 @@ std::string GuidOf(std::int64_t field) {
   std::snprintf(text, sizeof text, "00000000-0000-0000-0000-%012llX",
                 static_cast<unsigned long long>(field));
   return text;
+}
+
+// Both are of 32 bits.
+std::int64_t KeyOf(std::int64_t category, std::int64_t uid) {
+  return (category << 32) + static_cast<std::uint32_t>(uid);
 }
 
 std::int64_t NumberOf(const Value& value) { return IsNumeric(value) ? ToInt32(value) : 0; }
@@ -72,16 +78,16 @@ void CustomFields::ReadValues(Connection& connection, std::int32_t project, cons
   enum Column { kCategory, kOwner, kField, kValue, kFormat };
   ProjectRows rows(connection, {.name = table.name}, project, table.columns);
   for (; !rows.AtEnd(); rows.Next()) {
-    FieldValue value{.field = rows.IntegerAt(kField, 0),
-                     .kind = table.kind,
-                     .value = rows.At(kValue),
-                     .format = {}};
+    FieldValue value{
+        .field = rows.IntegerAt(kField, 0), .kind = table.kind, .value = rows.At(kValue)};
     if (value.value.IsNull() || value.field == 0) continue;
-    if (table.columns.size() > kFormat) value.format = rows.At(kFormat);
+    if (table.columns.size() > kFormat && LiesWithin(rows.At(kFormat), 3, 12)) {
+      value.format = static_cast<std::int8_t>(std::lround(ToDouble(rows.At(kFormat))));
+    }
     const bool known = CustomFieldOf(value.field).has_value();
     if (known) declarations_.try_emplace(value.field);
     if (!known && std::ranges::find(kBuiltIn, value.field) == std::end(kBuiltIn)) ++unknown_;
-    const OwnerKey owner{rows.IntegerAt(kCategory, 0), rows.IntegerAt(kOwner, 0)};
+    const std::int64_t owner = KeyOf(rows.IntegerAt(kCategory, 0), rows.IntegerAt(kOwner, 0));
     values_[owner].push_back(std::move(value));
   }
 }
@@ -187,29 +193,29 @@ void CustomFields::WriteDeclarations(Element& project) const {
   }
 }
 
+std::span<const CustomFields::FieldValue> CustomFields::ValuesOf(Owner owner,
+                                                                 std::int64_t uid) const {
+  const auto found = values_.find(KeyOf(static_cast<std::int64_t>(owner), uid));
+  return found == values_.end() ? std::span<const FieldValue>() : std::span(found->second);
+}
+
 void CustomFields::WriteValues(Owner owner, std::int64_t uid, Element& element, const char* name,
                                std::int64_t leftOut) const {
-  const auto values = values_.find({static_cast<std::int64_t>(owner), uid});
-  if (values == values_.end()) return;
   std::set<std::int64_t> written = {leftOut};
-  for (const FieldValue& value : values->second) {
+  for (const FieldValue& value : ValuesOf(owner, uid)) {
     const auto field = CustomFieldOf(value.field);
     if (!field || field->owner != owner || value.kind == Kind::kInteger) continue;
     if (!written.insert(value.field).second) continue;
     Element attribute = element.Child(name);
     attribute.Integer("FieldID", value.field);
     attribute.Stored("Value", value.kind, value.value);
-    if (value.kind == Kind::kDuration && LiesWithin(value.format, 3, 12)) {
-      attribute.Stored("DurationFormat", Kind::kInteger, value.format);
-    }
+    if (value.format != 0) attribute.Integer("DurationFormat", value.format);
   }
 }
 
 void CustomFields::WriteCodes(Owner owner, std::int64_t uid, Element& element,
                               const char* name) const {
-  const auto values = values_.find({static_cast<std::int64_t>(owner), uid});
-  if (values == values_.end()) return;
-  for (const FieldValue& value : values->second) {
+  for (const FieldValue& value : ValuesOf(owner, uid)) {
     const auto field = CustomFieldOf(value.field);
     if (value.kind != Kind::kInteger || !field || field->owner != owner) continue;
     Element code = element.Child(name);
@@ -219,10 +225,9 @@ void CustomFields::WriteCodes(Owner owner, std::int64_t uid, Element& element,
 }
 
 std::string CustomFields::TextOf(Owner owner, std::int64_t uid, std::int64_t field) const {
-  const auto values = values_.find({static_cast<std::int64_t>(owner), uid});
-  if (values == values_.end()) return {};
-  const auto value = std::ranges::find(values->second, field, &FieldValue::field);
-  return value == values->second.end() ? std::string() : Joined(value->value);
+  const std::span<const FieldValue> values = ValuesOf(owner, uid);
+  const auto value = std::ranges::find(values, field, &FieldValue::field);
+  return value == values.end() ? std::string() : Joined(value->value);
 }
 
 }  // namespace merivane::mspdi

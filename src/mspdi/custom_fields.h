@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -55,8 +56,8 @@ class CustomFields {
   struct FieldValue {
     std::int64_t field = 0;
     Kind kind = Kind::kText;
+    std::int8_t format = 0;  // of a duration, where it is one
     Value value;
-    Value format;  // of a duration
   };
   struct Code {
     std::int64_t uid = 0;
@@ -68,7 +69,6 @@ class CustomFields {
     std::string alias;
     std::string formula;
   };
-  using OwnerKey = std::pair<std::int64_t, std::int64_t>;  // category, UID
 
   struct Table;
   void ReadValues(Connection& connection, std::int32_t project, const Table& table);
@@ -77,9 +77,11 @@ class CustomFields {
   std::map<std::int64_t, std::vector<std::string>> ReadStrings(Connection& connection,
                                                                std::int32_t project) const;
 
-  std::map<OwnerKey, std::vector<FieldValue>> values_;
-  std::map<std::int64_t, std::vector<Code>> codes_;   // by field
-  std::map<std::int64_t, Declaration> declarations_;  // by field
+  std::span<const FieldValue> ValuesOf(Owner owner, std::int64_t uid) const;
+
+  std::unordered_map<std::int64_t, std::vector<FieldValue>> values_;  // by category and UID
+  std::map<std::int64_t, std::vector<Code>> codes_;                   // by field
+  std::map<std::int64_t, Declaration> declarations_;                  // by field
   std::size_t unknown_ = 0;
 };
 

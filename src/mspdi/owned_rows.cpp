@@ -8,16 +8,18 @@
 namespace merivane::mspdi {
 
 OwnedRows::OwnedRows(Connection& connection, std::int32_t project, const char* table,
-                     const std::vector<const char*>& columns) {
+                     const std::vector<const char*>& columns, std::optional<std::size_t> only) {
   if (TableExists(&connection, table) == 0) return;
   schedule::ProjectRows rows(connection, {.name = table}, project, columns);
   for (; !rows.AtEnd(); rows.Next()) {
     const Value owner = rows.At(0);
     if (!IsNumeric(owner)) continue;
+    const std::int32_t uid = ToInt32(owner);
+    if (only && !AnyNumber(rows, *only, 1)) continue;
     Row row;
     row.reserve(columns.size());
     for (std::size_t column = 0; column < columns.size(); ++column) row.push_back(rows.At(column));
-    rows_[ToInt32(owner)].push_back(std::move(row));
+    rows_[uid].push_back(std::move(row));
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -26,9 +27,10 @@ struct RowField {
 
 class OwnedRows {
  public:
-  // The owner's UID is the first column. None in a database without the table or the column.
+  // The owner's UID is the first column. None in a database without the table or the column. Where
+  // `only` is given, the rows that have a number other than 0 there.
   OwnedRows(Connection& connection, std::int32_t project, const char* table,
-            const std::vector<const char*>& columns);
+            const std::vector<const char*>& columns, std::optional<std::size_t> only = {});
 
   std::span<const Row> Of(std::int64_t owner) const;
 

@@ -114,7 +114,8 @@ class TaskWriter {
         baselines_(paper.connection, paper.project, Owner::kTask),
         outerLinks_(paper.connection, paper.project, "MSP_LINKS",
                     {"LINK_SUCC_UID", "LINK_UID", "LINK_PRED_UID", "LINK_TYPE", "LINK_LAG",
-                     "LINK_LAG_FMT", "LINK_IS_CROSS_PROJ"}),
+                     "LINK_LAG_FMT", "LINK_IS_CROSS_PROJ"},
+                    kCross),
         work_(paper.plan.broughtBack ? BroughtWork(paper) : ReadWork(paper)),
         notes_(ReadTaskNotes(paper.connection, paper.project, paper.plan, losses.notes)) {
     OpenRows();
@@ -125,6 +126,7 @@ class TaskWriter {
  private:
   static const Field<TaskWriter> kFields[];
   static const Field<TaskWriter> kBaselineFields[];
+  enum LinkColumn { kSuccessor, kLink, kPredecessor, kType, kLag, kFormat, kCross };
 
   void OpenRows();
   ProjectRows* RowOf(std::int64_t uid);
@@ -192,7 +194,7 @@ class TaskWriter {
   const PlanOnPaper& paper_;
   const LinksBySuccessor links_;
   const Baselines baselines_;
-  const OwnedRows outerLinks_;  // into each task, those inside the project too
+  const OwnedRows outerLinks_;  // into each task, from other projects
   const WorkOfTasks work_;
   const Notes notes_;
   OutlineNumbers numbers_;
@@ -380,14 +382,13 @@ void TaskWriter::Links(Element& e, const char* name) {
 
 // Those that come from another project.
 void TaskWriter::OuterLinks(Element& e, const char* name) {
-  enum Column { kSuccessor, kLink, kPredecessor, kType, kLag, kFormat, kCross };
   static constexpr RowField kEnds[] = {{"PredecessorUID", kPredecessor, Kind::kInteger},
                                        {"Type", kType, Kind::kInteger, 0, 3},
                                        {"CrossProject", kCross, Kind::kFlag}};
   static constexpr RowField kLags[] = {{"LinkLag", kLag, Kind::kInteger},
                                        {"LagFormat", kFormat, Kind::kInteger, 3, 12}};
   for (const Row& row : outerLinks_.Of(task_.uid)) {
-    if (!IsNumeric(row[kCross]) || ToDouble(row[kCross]) == 0 || !IsNumeric(row[kLink])) continue;
+    if (!IsNumeric(row[kLink])) continue;
     Element child = e.Child(name);
     WriteRow(kEnds, row, child);
     child.Text("CrossProjectName",

@@ -241,6 +241,7 @@ void ReadPlanTables(Connection& connection, std::int32_t project, Plan& plan) {
   Relations relations;
   const TaskIndices indices = ReadTasks(connection, project, plan, relations);
   ReadLinks(connection, project, indices, relations, plan);
+  plan.links.shrink_to_fit();
 }
 
 std::vector<StoredDates> ReadStoredDates(Connection& connection, std::int32_t project,
