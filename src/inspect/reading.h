@@ -44,7 +44,7 @@ class Reading : public ReaderListener {
   void OnMessage(const Message& message);
   // Once the reader has returned.
   void Finish();
-  // What the reader would have written. REQUIRES: called once.
+  // What the reader would have written, as far as a translation asks for it. REQUIRES: called once.
   void StoreRowsIn(ModelToProject& state) { rows_.StoreIn(state); }
 
   const Model& GetModel() const { return model_; }
@@ -62,6 +62,8 @@ class Reading : public ReaderListener {
     std::uint32_t to;  // the line of the keyword
   };
   using Cells = std::span<const Cell>;
+  // Whether a translation asks for the column: of lists, it takes those of objects and units alone.
+  static bool IsTranslated(std::string_view table, std::string_view column);
   struct EndColumns {
     const char* what;
     std::string_view number;
@@ -111,7 +113,7 @@ class Reading : public ReaderListener {
   void ReportControlCharacter(std::size_t number);
 
   Model model_;
-  HeldRows rows_;
+  HeldRows rows_{IsTranslated};
   std::vector<Finding> findings_;
   bool stopped_ = false;
   bool foreign_ = false;  // the text does not begin as a model does
@@ -158,7 +160,8 @@ class ReadModelText {
 
   const Reading& Result() const { return reading_; }
 
-  // The program as it stands once the reader has written all rows, into a database in memory.
+  // The program as it stands once the reader has written the rows, into a database in memory, as
+  // far as a translation asks for them.
   // REQUIRES: called once.
   ModelToProject& WithRows();
   QuietDesktop& Desktop() { return desktop_; }

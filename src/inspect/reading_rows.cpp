@@ -66,6 +66,11 @@ bool IsEmpty(const Value& value) {
 
 }  // namespace
 
+bool Reading::IsTranslated(std::string_view table, std::string_view column) {
+  const bool isList = column.ends_with("_List") || column == "Constraint_list";
+  return !isList || table == "Object_Pool" || table == "Activity_In_Scenario";
+}
+
 bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
   rows_.Take(change, table, cells);
   if (change == RowChange::kChanged) {

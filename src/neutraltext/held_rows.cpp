@@ -21,6 +21,7 @@ void Append(std::string& packed, const Part& part) {
 
 template <typename Row>
 void AppendRow(std::string& packed, const Row& row) {
+  packed.reserve(packed.size() + sizeof(std::uint32_t) + row.size());
   Append(packed, static_cast<std::uint32_t>(row.size()));
   packed.append(reinterpret_cast<const char*>(row.data()), row.size());
 }
@@ -98,14 +99,20 @@ std::vector<HeldRows::Field> HeldRows::Unpacked(std::string_view packed) const {
   return fields;
 }
 
+// A long row is handed over as it is; a short one leaves its room to the next.
+std::string HeldRows::Packed() {
+  constexpr std::size_t kLong = 1 << 16;
+  return packed_.size() < kLong ? packed_ : std::exchange(packed_, {});
+}
+
 void HeldRows::Take(RowChange change, std::string_view table, std::span<const Cell> cells) {
   packed_.clear();
   if (change == RowChange::kAdded) {
     last_[table] = rows_.size();
     for (const Cell& cell : cells) {
-      if (!IsBlank(cell.value)) Add(cell.column, cell.value);
+      if (!IsBlank(cell.value) && isWanted_(table, cell.column)) Add(cell.column, cell.value);
     }
-    rows_.push_back({table, packed_});
+    rows_.push_back({table, Packed()});
     return;
   }
   const auto last = last_.find(table);
@@ -113,6 +120,7 @@ void HeldRows::Take(RowChange change, std::string_view table, std::span<const Ce
   std::string& row = rows_[last->second].fields;
   std::vector<Field> fields = Unpacked(row);
   for (const Cell& cell : cells) {
+    if (!isWanted_(table, cell.column)) continue;
     const auto known = std::find_if(fields.begin(), fields.end(), [&](const Field& field) {
       return field.column == cell.column;
     });
@@ -123,7 +131,7 @@ void HeldRows::Take(RowChange change, std::string_view table, std::span<const Ce
     }
   }
   for (const Field& field : fields) Add(field.column, field.value);
-  row = packed_;
+  row = Packed();
 }
 
 void HeldRows::StoreIn(ModelToProject& state) {

@@ -7,7 +7,7 @@ namespace {
 
 class Holder : public ReaderListener {
  public:
-  HeldRows rows;
+  HeldRows rows{[](std::string_view, std::string_view) { return true; }};
   void OnLine(const std::string&) override {}
   void OnSearch(std::string_view) override {}
   void OnRecord(ElementKind, std::string_view) override {}

@@ -17,6 +17,10 @@ namespace merivane::neutraltext {
 
 class HeldRows {
  public:
+  // Tells whether a column of a table is held.
+  using IsWanted = bool (*)(std::string_view table, std::string_view column);
+  explicit HeldRows(IsWanted isWanted) : isWanted_(isWanted) {}
+
   // For ReaderListener::OnRow.
   void Take(RowChange change, std::string_view table, std::span<const Cell> cells);
 
@@ -36,8 +40,10 @@ class HeldRows {
   };
 
   void Add(std::string_view column, const Value& value);
+  std::string Packed();
   std::vector<Field> Unpacked(std::string_view packed) const;
 
+  IsWanted isWanted_;
   std::deque<Row> rows_;
   std::vector<std::string_view> columns_;
   std::unordered_map<const char*, std::uint16_t> numbers_;  // by where the names stand
