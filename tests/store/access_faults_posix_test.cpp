@@ -10,7 +10,7 @@
 
 #include "access_copy.h"
 #include "access_file_builder.h"
-#include "runtime/run_time_error.h"
+#include "error_of.h"
 #include "temporary_folder.h"
 
 namespace {
@@ -54,14 +54,11 @@ TEST(AccessFaults, OneFailingReadEndsTheLoad) {
   int failed = 0;
   for (long at = 1; at < 1000; ++at) {
     readsUntilFault = at;
-    try {
-      LoadAccessFile(path, target, nobody);
-      break;
-    } catch (const runtime::RunTimeError& error) {
-      ++failed;
-      EXPECT_NE(error.Description().find("plan.mdb"), std::string::npos) << error.Description();
-      EXPECT_FALSE(std::filesystem::exists(target)) << "read " << at;
-    }
+    std::string told;
+    if (ErrorOf([&] { LoadAccessFile(path, target, nobody); }, &told) == 0) break;
+    ++failed;
+    EXPECT_NE(told.find("plan.mdb"), std::string::npos) << told;
+    EXPECT_FALSE(std::filesystem::exists(target)) << "read " << at;
   }
   readsUntilFault = 0;
   EXPECT_GT(failed, 5) << "each page is read once at least";

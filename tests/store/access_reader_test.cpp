@@ -1,27 +1,17 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
-#include <string>
-#include <vector>
 
 #include "access_copy.h"
 #include "access_file_builder.h"
-#include "runtime/run_time_error.h"
-#include "store/connection.h"
-#include "store/recordset.h"
-#include "temporary_folder.h"
+#include "store_fixture.h"
 
 namespace merivane::test {
-
-using namespace store;
 
 namespace {
 
 // The rows of a statement, one after the other.
 std::vector<Value> Ask(const std::string& path, const std::string& sql) {
   Workspace workspace;
-  Connection connection(workspace);
-  connection.Open(ConnectionText(path));
+  Opened connection(workspace, path);
   Recordset set;
   std::vector<Value> values;
   for (set.OpenStatic(sql, &connection); !set.Eof(); set.MoveNext())
@@ -103,15 +93,13 @@ TEST(AccessReader, ADamagedFileLoadsOrEndsInAMessage) {
   const std::string target = folder.Path("copy.sqlite");
   int refused = 0;
   const auto load = [&](const std::string& bytes) {
-    try {
-      Work nobody;
-      LoadAccessFile(folder.Write("damaged.mdb", bytes), target, nobody);
-    } catch (const RunTimeError& error) {
-      ++refused;
-      EXPECT_NE(error.Description().find("damaged.mdb"), std::string::npos) << error.Description();
-      EXPECT_FALSE(std::filesystem::exists(target));
-    }
-    std::filesystem::remove(target);
+    Work nobody;
+    const std::string path = folder.Write("damaged.mdb", bytes);
+    std::string told;
+    const bool failed = ErrorOf([&] { LoadAccessFile(path, target, nobody); }, &told) != 0;
+    refused += failed ? 1 : 0;
+    EXPECT_EQ(told.find("damaged.mdb") != std::string::npos, failed) << told;
+    EXPECT_EQ(std::filesystem::remove(target), !failed);
   };
   load(whole);
   EXPECT_EQ(refused, 0);

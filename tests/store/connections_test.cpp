@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
+#include <functional>
 #include <thread>
 
 #include "open_database.h"
@@ -16,27 +16,28 @@ using ::testing::HasSubstr;
 
 class Connections : public StoreFixture {
  protected:
-  int OpenError(const std::string& file, std::string* description = nullptr) {
-    Connection other(workspace);
-    return ErrorOf([&] { other.Open(ConnectionText(file)); }, description);
-  }
   bool HasJournal() { return std::filesystem::exists(path + "-journal"); }
-  void Change(Connection& on, const std::string& name) {
-    Recordset set = Dynamic("select * from T", on);
-    set.SetField("Name", name);
-    set.Update();
-  }
   std::string FirstName(Connection& on) {
-    Recordset set = Static("select * from T", on);
-    return Joined(set.Field("Name"));
+    return Joined(Static("select * from T", on).Field("Name"));
+  }
+  // Opens the file while another program holds it, and lets go when it has done something more.
+  int OpenWhileHeld(OpenMode mode, const std::function<void()>& more) {
+    workspace.patience = std::chrono::minutes(1);
+    RawDatabase other(path);
+    other.Run("begin exclusive");
+    std::thread ends([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      more();
+      other.Run("commit");
+    });
+    const int error = ErrorOf([&] { Opened(workspace, path, mode); });
+    ends.join();
+    return error;
   }
 };
 
 TEST_F(Connections, OpenOnlyDatabasesThatAreThereAndSayWhichFileIsNone) {
-  const struct {
-    std::string file;
-    int number;
-  } cases[] = {
+  const std::pair<std::string, int> cases[] = {
       {folder.Path("missing.mdb"), kFileNotFound},
       {folder.Write("empty.mdb", ""), kDatabaseError},
       {folder.Write("text.mdb", "just a text\r\n"), kDatabaseError},
@@ -44,22 +45,20 @@ TEST_F(Connections, OpenOnlyDatabasesThatAreThereAndSayWhichFileIsNone) {
       {folder.Write("head.mdb", ReadFile(path).substr(0, 60)), kDatabaseError},
       {folder.Path("."), kDatabaseError},
   };
-  for (const auto& item : cases) {
+  for (const auto& [file, number] : cases) {
     std::string description;
-    EXPECT_EQ(OpenError(item.file, &description), item.number) << item.file;
-    EXPECT_THAT(description, HasSubstr(item.file));
+    EXPECT_EQ(ErrorOf([&, &at = file] { Opened(workspace, at); }, &description), number) << file;
+    EXPECT_THAT(description, HasSubstr(file));
   }
   EXPECT_FALSE(std::filesystem::exists(folder.Path("missing.mdb")));
 }
 
 TEST_F(Connections, DamagedFilesEndInAnErrorWhereverTheDamageIs) {
   connection.Close();
-  {
-    RawDatabase raw(path);
-    for (int i = 0; i < 200; ++i)
-      raw.Run("insert into T (Num, Note) values (7, hex(randomblob(200)))");
-    raw.Run("create index NumIndex on T (Num)");
-  }
+  RawDatabase(path).Run(
+      "with recursive n(i) as (select 1 union all select i + 1 from n where i < 200)"
+      " insert into T (Num, Note) select 7, hex(randomblob(200)) from n;"
+      "create index NumIndex on T (Num)");
   const std::string whole = ReadFile(path);
   for (std::size_t size = 16; size < whole.size(); size += whole.size() / 23) {
     std::string bytes = whole;
@@ -100,21 +99,21 @@ TEST_F(Connections, TakePathsInUtf8AndKeepTheirName) {
 TEST_F(Connections, KeepWhatIsWrittenUntilItIsCommitted) {
   RawDatabase other(path);
   const auto seen = [&] { return other.Ask("select Name from T where Num = 1"); };
-  Change(connection, "one");
+  Rename(connection, "one");
   EXPECT_EQ(seen(), "a");
   EXPECT_TRUE(HasJournal());
   connection.Commit();
   EXPECT_EQ(seen(), "one");
   EXPECT_FALSE(HasJournal());
-  Change(connection, "two");
+  Rename(connection, "two");
   workspace.CommitAll();
   EXPECT_EQ(seen(), "two");
-  Change(connection, "three");
+  Rename(connection, "three");
   connection.Close();
   EXPECT_EQ(seen(), "three");
   {
     Opened dropped(workspace, path);
-    Change(dropped, "four");
+    Rename(dropped, "four");
   }
   EXPECT_EQ(seen(), "four");
 }
@@ -143,17 +142,17 @@ TEST_F(Connections, AskForPermissionWhileAnotherProcessWrites) {
 }
 
 TEST_F(Connections, OfOneWorkspaceSeeEachOthersRowsAndNeverWaitForEachOther) {
-  Change(connection, "one");
+  Rename(connection, "one");
   const std::string link = folder.Path("link.mdb");
   Link(path, link);
   Opened other(workspace, link);
   EXPECT_EQ(FirstName(other), "one");
   Recordset reading = Dynamic("select * from T");
   EXPECT_EQ(reading.Field("Name"), Value("one"));
-  Change(other, "two");
+  Rename(other, "two");
   other.Commit();
-  Change(connection, "three");
-  Change(other, "four");
+  Rename(connection, "three");
+  Rename(other, "four");
   EXPECT_EQ(FirstName(connection), "three");
   other.Close();
   EXPECT_EQ(FirstName(connection), "four");
@@ -181,9 +180,7 @@ TEST_F(Connections, ReadingLeavesTheFileAsItIs) {
 TEST_F(Connections, WriteToACopyWithoutTouchingTheFile) {
   connection.Close();
   Opened copy(workspace, path, OpenMode::kCopy);
-  Recordset set = Dynamic("select * from T", copy);
-  set.SetField("Name", "x");
-  set.Update();
+  Rename(copy, "x");
   Opened reader(workspace, path, OpenMode::kReadOnly);
   EXPECT_EQ(FirstName(reader), "a");
   EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_OK) << "it isn't held";
@@ -194,38 +191,21 @@ TEST_F(Connections, WriteToACopyWithoutTouchingTheFile) {
 
 TEST_F(Connections, WaitForAnotherProgramFromTheFirstLook) {
   connection.Close();
-  workspace.patience = std::chrono::minutes(1);
   for (const OpenMode mode : {OpenMode::kReadWrite, OpenMode::kReadOnly, OpenMode::kAside}) {
-    RawDatabase other(path);
-    other.Run("begin exclusive");
-    std::thread commits([&other] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      other.Run("commit");
-    });
-    Connection waiting(workspace);
-    EXPECT_NO_THROW(waiting.Open(ConnectionText(path), mode)) << static_cast<int>(mode);
-    commits.join();
+    EXPECT_EQ(OpenWhileHeld(mode, [] {}), 0) << static_cast<int>(mode);
   }
 }
 
 #ifndef _WIN32  // where a file that is open can't be replaced
 TEST_F(Connections, DoNotWaitForAFileThatAnotherHasReplaced) {
   connection.Close();
-  workspace.patience = std::chrono::minutes(1);
-  const std::string journal = path + "-journal";
-  RawDatabase other(path);
-  other.Run("begin exclusive");
-  std::thread replaces([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  const auto replace = [&] {
     std::filesystem::copy_file(path, path + ".new");
     std::filesystem::rename(path + ".new", path);
-    std::ofstream(journal) << "of the transaction in the new file";
-    other.Run("commit");
-  });
-  Connection waiting(workspace);
-  EXPECT_EQ(ErrorOf([&] { waiting.Open(ConnectionText(path)); }), kPermissionDenied);
-  replaces.join();
-  EXPECT_TRUE(std::filesystem::exists(journal));
+    folder.Write("small.mdb-journal", "of the transaction in the new file");
+  };
+  EXPECT_EQ(OpenWhileHeld(OpenMode::kReadWrite, replace), kPermissionDenied);
+  EXPECT_TRUE(HasJournal());
 }
 #endif
 
@@ -240,9 +220,8 @@ TEST_F(Connections, HoldACopyOfWhichOnlyChangesAreInMemory) {
       Connection first(aside);
       aside.HoldCopy(first, path);
       Opened second(aside, path);
+      Rename(second, "x");
       Recordset set = Dynamic("select * from T", second);
-      set.SetField("Name", "x");
-      set.Update();
       for (int row = 0; row < 2000; ++row) {
         set.AddNew({"Name", "Note"}, {std::to_string(row), std::string(100, 'n')});
       }
@@ -255,7 +234,7 @@ TEST_F(Connections, HoldACopyOfWhichOnlyChangesAreInMemory) {
       Opened reader(workspace, path, OpenMode::kReadOnly);
       EXPECT_EQ(FirstName(reader), "a");
       EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_BUSY);
-      EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
+      EXPECT_FALSE(HasJournal());
     }
     EXPECT_EQ(ReadFile(path), before) << pageSize;
     EXPECT_EQ(RawDatabase(path).Run("update T set Name = Name"), SQLITE_OK);
@@ -281,23 +260,38 @@ TEST_F(Connections, HoldACopyThatShrinks) {
 
 TEST_F(Connections, ReadAFileWhoseLastTransactionWasCutOffAsItWasBefore) {
   connection.Close();
-  const std::string crashed = folder.Path("crashed.mdb");
-  {
-    RawDatabase writer(path);
-    writer.Run("pragma page_size = 512; vacuum; pragma cache_size = 2");
-    writer.Run("begin; update T set Name = 'lost', Note = hex(randomblob(4000))");
-    std::filesystem::copy_file(path, crashed);
-    std::filesystem::copy_file(path + "-journal", crashed + "-journal");
-    writer.Run("rollback");
-  }
+  const std::string crashed = CutOff("crashed.mdb");
   const std::string before = ReadFile(crashed);
-  Opened reader(workspace, crashed, OpenMode::kReadOnly);
-  EXPECT_EQ(FirstName(reader), "a");
+  const auto noted = [&](OpenMode mode) {
+    Opened opened(workspace, crashed, mode);
+    return Static("select * from T where Note is not null", opened).RecordCount();
+  };
+  EXPECT_EQ(noted(OpenMode::kReadOnly), 0);
   EXPECT_EQ(ReadFile(crashed), before);
   EXPECT_TRUE(std::filesystem::exists(crashed + "-journal"));
-  Opened writer(workspace, crashed);
-  EXPECT_EQ(FirstName(writer), "a");
+  EXPECT_EQ(noted(OpenMode::kReadWrite), 0);
   EXPECT_FALSE(std::filesystem::exists(crashed + "-journal"));
+}
+
+TEST_F(Connections, HaveTheSettingsThatKeepThemSafeAndSmall) {
+  connection.Close();
+  Work nobody;
+  const std::pair<OpenMode, const char*> cases[] = {{OpenMode::kReadWrite, "1 2 -16384 delete 0 "},
+                                                    {OpenMode::kReadOnly, "1 2 -16384 delete 0 "},
+                                                    {OpenMode::kCopy, "1 1 -65536 delete 0 "}};
+  for (const auto& [mode, settings] : cases) {
+    const auto engine = OpenDatabase(path, mode, {}, nobody, {});
+    std::string told;
+    for (const std::string name :
+         {"synchronous", "temp_store", "cache_size", "journal_mode", "trusted_schema"}) {
+      const StatementHandle answer = PrepareStatement(engine->Database(), "pragma " + name, path);
+      ASSERT_EQ(sqlite3_step(answer.get()), SQLITE_ROW);
+      told += ColumnText(answer.get(), 0) + " ";
+    }
+    EXPECT_EQ(told, settings) << static_cast<int>(mode);
+    EXPECT_GT(sqlite3_memory_used(), 0);  // by which the limit counts
+  }
+  EXPECT_EQ(sqlite3_hard_heap_limit64(-1), 512 << 20);
 }
 
 TEST_F(Connections, ListTheirTables) {

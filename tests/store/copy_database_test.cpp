@@ -64,20 +64,8 @@ TEST_F(CopyDatabase, OverADatabaseInUseKeepsItsConnectionFromSpoilingTheNewFile)
 
 TEST_F(CopyDatabase, TakesNoStaleJournalIntoTheNewFile) {
   connection.Close();
-  {
-    RawDatabase(path).Run("pragma page_size = 512; vacuum");
-    workspace.CopyDatabase(path, target);
-    RawDatabase writer(target);
-    writer.Run("pragma cache_size = 2; begin; update T set Note = hex(randomblob(4000))");
-    std::filesystem::copy_file(target, folder.Path("crashed.mdb"));
-    std::filesystem::copy_file(target + "-journal", folder.Path("crashed.mdb-journal"));
-    writer.Run("rollback");
-  }
-  const std::string crashed = folder.Path("crashed.mdb");
-  workspace.CopyDatabase(crashed, folder.Path("recovered.mdb"));
-  EXPECT_EQ(
-      RawDatabase(folder.Path("recovered.mdb")).Ask("select count(*) from T where Note is null"),
-      "5");
+  workspace.CopyDatabase(CutOff("crashed.mdb"), target);
+  EXPECT_EQ(RawDatabase(target).Ask("select count(*) from T where Note is null"), "5");
   folder.Write("target.mdb-journal", "stale");
   folder.Write("target.mdb-wal", "stale");
   workspace.CopyDatabase(path, target);
@@ -151,47 +139,35 @@ TEST_F(CopyDatabase, WhatIsHeldIsSeenByLaterConnectionsAndUndoneAsOne) {
   for (const bool keep : {true, false}) {
     connection.BeginWrite();
     ASSERT_TRUE(workspace.Hold(path));
-    Recordset rows = Dynamic("select * from T");
-    rows.AddNew();
-    rows.SetField("Name", "held");
-    rows.Update();
-    rows.Close();
+    Dynamic("select * from T").AddNew({"Name"}, {"held"});
     connection.Close();
     Opened later(workspace, path, OpenMode::kReadOnly);
-    Recordset seen = Static("select * from T where Name = 'held'", later);
-    EXPECT_EQ(seen.RecordCount(), 1);
+    EXPECT_EQ(Static("select * from T where Name = 'held'", later).RecordCount(), 1);
     later.Close();
-    EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Name = 'held'"), "0");
+    RawDatabase outside(path);
+    EXPECT_EQ(outside.Ask("select count(*) from T where Name = 'held'"), "0");
     workspace.FlushHeld();
     keep ? workspace.KeepHeld() : workspace.DropHeld();
-    EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Name = 'held'"),
-              keep ? "1" : "0");
-    RawDatabase(path).Run("delete from T where Name = 'held'");
+    EXPECT_EQ(outside.Ask("select count(*) from T where Name = 'held'"), keep ? "1" : "0");
+    outside.Run("delete from T where Name = 'held'");
     connection.Open(ConnectionText(path));
   }
 }
 
 #ifndef _WIN32
-// As long as it lives, a file of this process ends at so many bytes, as on a full disk.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit full{bytes, before_.rlim_max};
-    handler_ = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &full);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  rlimit before_{};
-  void (*handler_)(int) = SIG_DFL;
-};
+// The error of an action while a file of this process ends at so many bytes, as on a full disk.
+int ErrorOnFullDisk(rlim_t bytes, const std::function<void()>& action,
+                    std::string* description = nullptr) {
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit full{bytes, before.rlim_max};
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &full);
+  const int error = ErrorOf(action, description);
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  return error;
+}
 
 TEST_F(CopyDatabase, OnAFullDiskLeavesWhatStoodThereAndNothingNew) {
   RawDatabase(path).Run("insert into T (Note) values (hex(zeroblob(200000)))");
@@ -201,10 +177,9 @@ TEST_F(CopyDatabase, OnAFullDiskLeavesWhatStoodThereAndNothingNew) {
     if (!inUse) connection.Close();
     for (const std::string& to : {target, folder.Path("new.mdb")}) {
       std::string description;
-      {
-        const FullDisk disk(65536);
-        EXPECT_NE(ErrorOf([&] { workspace.CopyDatabase(path, to); }, &description), 0) << inUse;
-      }
+      EXPECT_NE(ErrorOnFullDisk(
+                    65536, [&] { workspace.CopyDatabase(path, to); }, &description),
+                0);
       EXPECT_NE(description.find(to), std::string::npos) << description;
       EXPECT_EQ(ReadFile(target), before) << inUse;
       EXPECT_EQ(FilesInFolder(), 2U) << inUse;
@@ -219,16 +194,12 @@ TEST_F(CopyDatabase, OnAFullDiskDropsTheRowThatWaitsAsWell) {
   Recordset added = Dynamic("select * from T", fresh);
   Add(added, 7, "new");
   Recordset big = Dynamic("select * from Big", fresh);
-  {
-    const FullDisk disk(65536);
-    EXPECT_NE(ErrorOf([&] {
-                for (int i = 0; i < 100; ++i) big.AddNew({"Note"}, {std::string(200000, 'x')});
-              }),
-              0);
-  }
+  const auto fill = [&] {
+    for (int i = 0; i < 100; ++i) big.AddNew({"Note"}, {std::string(200000, 'x')});
+  };
+  EXPECT_NE(ErrorOnFullDisk(65536, fill), 0);
   EXPECT_EQ(fresh.Undone(), 1U);
-  Recordset next = Dynamic("select * from Empty", fresh);
-  next.AddNew({"Num"}, {1});
+  Dynamic("select * from Empty", fresh).AddNew({"Num"}, {1});
   fresh.Close();
   EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where Num = 7"), "0");
   EXPECT_EQ(RawDatabase(path).Ask("select count(*) from Empty"), "1");
@@ -237,26 +208,17 @@ TEST_F(CopyDatabase, OnAFullDiskDropsTheRowThatWaitsAsWell) {
 TEST_F(CopyDatabase, PutsBackWhatARunCouldNeitherFinishNorUndo) {
   RawDatabase(path).Run("insert into T (Note) values (hex(zeroblob(200000)))");
   connection.Close();
-  const std::string before = ReadFile(path);
+  const std::string before = ReadFile(path), made = folder.Write("made.mdb", before);
+  const std::string kept = folder.Path("kept.mdb");
   for (const bool full : {true, false}) {
-    const std::string kept = folder.Write("kept.mdb", before),
-                      made = folder.Write("made.mdb", before);
-    {  // as a transaction leaves it that was cut off behind its first pages
-      RawDatabase cut(path);
-      cut.Run("pragma cache_size = 1; begin; update T set Note = hex(zeroblob(200001))");
-      folder.Write("target.mdb", ReadFile(path));
-      folder.Write("target.mdb-journal", ReadFile(path + "-journal"));
-    }
-    ASSERT_NE(ReadFile(target), before);
-    {
-      const FullDisk disk(full ? 4096 : 1U << 30U);
-      EXPECT_TRUE(workspace.PutBack(kept, target, made)) << full;
-    }
+    folder.Write("kept.mdb", before);
+    ASSERT_NE(ReadFile(CutOff("target.mdb")), before);
+    const auto putBack = [&] { EXPECT_TRUE(workspace.PutBack(kept, target, made)) << full; };
+    EXPECT_EQ(ErrorOnFullDisk(full ? 4096 : 1U << 30U, putBack), 0);
     EXPECT_EQ(ReadFile(target), before) << full;
     EXPECT_FALSE(std::filesystem::exists(target + "-journal"));
   }
-  const std::string kept = folder.Write("kept.mdb", before),
-                    made = folder.Write("made.mdb", before);
+  folder.Write("kept.mdb", before);
   RawDatabase(target).Run("update T set Note = 'of another program'");
   EXPECT_FALSE(workspace.PutBack(kept, target, made));
   // Two runs begin with the same file.

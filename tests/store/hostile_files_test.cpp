@@ -21,8 +21,7 @@ class HostileFiles : public StoreFixture {
     std::string description = "none";
     ErrorOf(
         [&] {
-          Connection reader(workspace);
-          reader.Open(ConnectionText(path), mode);
+          Opened reader(workspace, path, mode);
           Recordset set = Static(sql, reader);
           set.RecordCount();
           for (int field = 0; field < set.FieldCount(); ++field) set.Field(field);
@@ -43,36 +42,22 @@ class HostileFiles : public StoreFixture {
 };
 
 TEST_F(HostileFiles, OnlyTablesWithoutTricksAreRead) {
-  const struct {
-    const char* name;
-    const char* make;
-    const char* told;
-  } cases[] = {
-      {"endless view",
-       "create view MSP_TASKS as with recursive n(x) as (select 1 union all select x + 1 from n)"
+  const std::pair<const char*, const char*> cases[] = {
+      {"create view MSP_TASKS as with recursive n(x) as (select 1 union all select x + 1 from n)"
        " select x as TASK_UID from n",
        "'MSP_TASKS' in the database"},
-      {"virtual table", "create virtual table MSP_TASKS using fts4(TASK_UID)",
-       "'MSP_TASKS' in the database"},
-      {"computed column", "create table MSP_TASKS (TASK_UID, N text as (hex(zeroblob(8000000))))",
+      {"create virtual table MSP_TASKS using fts4(TASK_UID)", "'MSP_TASKS' in the database"},
+      {"create table MSP_TASKS (TASK_UID, N text as (hex(zeroblob(8000000))))",
        "The column 'N' of the table 'MSP_TASKS'"},
-      {"long text",
-       "create table MSP_TASKS (TASK_UID, TASK_NAME text);"
+      {"create table MSP_TASKS (TASK_UID, TASK_NAME text);"
        "insert into MSP_TASKS values (1, hex(zeroblob(9000000)))",
        "in the column 'TASK_NAME' of the table 'MSP_TASKS'"},
   };
-  for (const auto& item : cases) {
+  for (const auto& [make, told] : cases) {
     std::filesystem::remove(path);
-    RawDatabase(path).Run(item.make);
-    EXPECT_THAT(Failure("select * from MSP_TASKS"), HasSubstr(item.told)) << item.name;
+    RawDatabase(path).Run(make);
+    EXPECT_THAT(Failure("select * from MSP_TASKS"), HasSubstr(told)) << make;
   }
-}
-
-TEST_F(HostileFiles, ALongTextIsNotWrittenAsNull) {
-  connection.Open(ConnectionText(path));
-  Recordset set = Dynamic("select * from T");
-  set.SetField("Note", std::string(17 << 20, 'x'));
-  EXPECT_EQ(ErrorOf([&] { set.Update(); }), kDatabaseError);
 }
 
 TEST_F(HostileFiles, TriggersDoNotRun) {
@@ -80,16 +65,14 @@ TEST_F(HostileFiles, TriggersDoNotRun) {
       "create trigger Spread after update on T begin update Empty set Num = 1; "
       "delete from T where Num > 1; end");
   connection.Open(ConnectionText(path));
-  Recordset set = Dynamic("select * from T");
-  set.SetField("Name", "x");
-  set.Update();
-  EXPECT_EQ(Rest(set), "x b c d e ");
+  Rename(connection, "x");
+  EXPECT_EQ(All("select * from T"), "x b c d e ");
 }
 
 // Every child of the table's root is one and the same page, and so on for some levels: more rows
 // than anybody can count, in a file of a few pages.
 TEST_F(HostileFiles, ATableWhosePagesLeadToEachOtherWithoutEndIsDamaged) {
-  constexpr std::size_t kPage = 4096;
+  constexpr std::size_t kPage = 4096, kCells = 400, kHeader = 12;
   std::filesystem::remove(path);
   {
     RawDatabase raw(path);
@@ -101,8 +84,6 @@ TEST_F(HostileFiles, ATableWhosePagesLeadToEachOtherWithoutEndIsDamaged) {
   std::string bytes = ReadFile(path);
   const std::string leaf = bytes.substr(kPage, kPage);
   std::string inner(kPage, '\0');
-  constexpr std::size_t kCells = 400;
-  constexpr std::size_t kHeader = 12;
   inner[0] = 5;
   Patch(inner, 3, kCells);
   const std::size_t content = kPage - kCells * 5;

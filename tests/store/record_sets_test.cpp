@@ -29,7 +29,7 @@ class ModelSet {
 
   void Step(std::mt19937& random, int& nextId) {
     const int number = static_cast<int>(random() % 3);
-    switch (random() % 14) {
+    switch (random() % 13) {
       case 0:
         set_.Close();
         return Open();
@@ -49,7 +49,6 @@ class ModelSet {
       case 8:
         return KeepPlace();
       case 9:
-      case 10:
         return Walk(-1, kStart, [&] { set_.MovePrevious(); });
       default:
         return Walk(1, kEnd, [&] { set_.MoveNext(); });
@@ -79,13 +78,10 @@ class ModelSet {
   static constexpr int kNone = -3;
 
   void Open() {
-    const std::string sql = "select * from M where Odd = " + std::to_string(group_);
-    if (kind_ == SetKind::kStatic) {
-      set_.OpenStatic(sql, &connection_);
-    } else {
-      set_.OpenDynamic(sql + (kind_ == SetKind::kOrdered ? " order by Size desc" : ""),
-                       &connection_);
-    }
+    std::string sql = "select * from M where Odd = " + std::to_string(group_);
+    if (kind_ == SetKind::kOrdered) sql += " order by Size desc";
+    kind_ == SetKind::kStatic ? set_.OpenStatic(sql, &connection_)
+                              : set_.OpenDynamic(sql, &connection_);
     asked_ = false;
     rows_.clear();
     added_.clear();
@@ -139,15 +135,10 @@ class ModelSet {
     if (at_ == kNone) at_ = end;
   }
 
-  bool IsOnRow() {
-    Asked();
-    return at_ >= 0 && Shown(at_) != nullptr;
-  }
-
   void KeepPlace() {
     if (kind_ == SetKind::kStatic) {
       EXPECT_EQ(set_.RecordCount(), static_cast<long>(Asked().size()));
-    } else if (IsOnRow()) {
+    } else if (Refusal() == 0) {
       const std::size_t bookmark = set_.Bookmark();
       ErrorOf([&] { set_.MoveLast(); });
       set_.MoveTo(bookmark);
@@ -156,17 +147,17 @@ class ModelSet {
 
   // The error of a write that can be done on a row.
   int Refusal() {
-    return kind_ == SetKind::kStatic ? kNotUpdatable : IsOnRow() ? 0 : kNoCurrentRecord;
+    if (kind_ == SetKind::kStatic) return kNotUpdatable;
+    Asked();
+    return at_ >= 0 && Shown(at_) != nullptr ? 0 : kNoCurrentRecord;
   }
 
   void Add(int id, int group) {
     const Row row{id, group, id * 7 % 5, 0};
-    const bool refused = kind_ == SetKind::kStatic;
-    EXPECT_EQ(ErrorOf([&] {
-                set_.AddNew({"Num", "Odd", "Size", "Mark"}, {id, group, row.size, 0});
-              }),
-              refused ? kNotUpdatable : 0);
-    if (refused) return;
+    const int refusal = kind_ == SetKind::kStatic ? kNotUpdatable : 0;
+    const auto add = [&] { set_.AddNew({"Num", "Odd", "Size", "Mark"}, {id, group, row.size, 0}); };
+    EXPECT_EQ(ErrorOf(add), refusal);
+    if (refusal != 0) return;
     table_.push_back(row);
     (asked_ ? rows_ : added_).push_back(row);
   }
@@ -209,13 +200,12 @@ TEST_F(RecordSets, SeveralOnOneTableAgreeWithAPlainModel) {
     std::mt19937 random(seed);
     std::vector<Row> table;
     int nextId = 1;
-    ModelSet a(connection, table, 0, SetKind::kPlain);
-    ModelSet b(connection, table, 1, SetKind::kPlain);
-    ModelSet c(connection, table, 0, SetKind::kOrdered);
-    ModelSet d(connection, table, 0, SetKind::kStatic);
-    ModelSet* sets[] = {&a, &b, &c, &d};
+    ModelSet sets[] = {{connection, table, 0, SetKind::kPlain},
+                       {connection, table, 1, SetKind::kPlain},
+                       {connection, table, 0, SetKind::kOrdered},
+                       {connection, table, 0, SetKind::kStatic}};
     for (int step = 0; step < 300 && !HasFailure(); ++step) {
-      sets[random() % 4]->Step(random, nextId);
+      sets[random() % 4].Step(random, nextId);
       if (random() % 20 == 0) connection.Commit();
       if (random() % 20 == 0 && !table.empty()) {
         connection.Commit();
@@ -225,7 +215,7 @@ TEST_F(RecordSets, SeveralOnOneTableAgreeWithAPlainModel) {
         beside.Update();
         other.Commit();
       }
-      for (ModelSet* set : sets) set->Check();
+      for (ModelSet& set : sets) set.Check();
     }
     other.Close();
     if (HasFailure()) return;
@@ -233,16 +223,11 @@ TEST_F(RecordSets, SeveralOnOneTableAgreeWithAPlainModel) {
 }
 
 TEST_F(RecordSets, NeverGiveTheNumberOfADeletedRowToAnother) {
-  Recordset set = Dynamic("select * from T");
-  set.MoveLast();
-  Recordset watcher = Dynamic("select * from T");
-  watcher.MoveLast();
+  Recordset set = Dynamic("select * from T"), watcher = Dynamic("select * from T");
+  for (Recordset* each : {&set, &watcher}) each->MoveLast();
   set.Delete();
-  Recordset adder = Dynamic("select * from T");
-  Add(adder, 50, "new");
+  Add(set, 50, "new");
   EXPECT_EQ(ErrorOf([&] { watcher.Field("Name"); }), kNoCurrentRecord);
-  watcher.MoveFirst();
-  EXPECT_EQ(Rest(watcher), "a b c d ");
 }
 
 TEST_F(RecordSets, ChangesWaitForUpdateOrForTheNextMove) {
@@ -279,31 +264,28 @@ TEST_F(RecordSets, NewRowsLeaveTheOtherColumnsToTheirDefaults) {
 
 // The row that was added last waits for what is set in it next; nobody may see that it does.
 TEST_F(RecordSets, FindTheRowThatWasAddedLastAndSetMoreInIt) {
-  const struct {
-    const char* condition;
-    const char* name;
-  } cases[] = {{"", "new"},
-               {" where Num = 7", "new"},
-               {" where Num = 7 and Odd = 1", "new"},
-               {" where Name = 'NEW'", "new"},
-               {" where Odd = 0", "d"},
-               {" where Num = 7 and Odd = 0", nullptr},
-               {" where Num = 8", nullptr},
-               {" where Size = 7", nullptr},
-               {" where Odd = 1 order by Name desc", "a"}};
-  for (const auto& item : cases) {
+  const std::pair<std::string, const char*> cases[] = {{"", "new"},
+                                                       {" where Num = 7", "new"},
+                                                       {" where Num = 7 and Odd = 1", "new"},
+                                                       {" where Name = 'NEW'", "new"},
+                                                       {" where Odd = 0", "d"},
+                                                       {" where Num = 7 and Odd = 0", nullptr},
+                                                       {" where Num = 8", nullptr},
+                                                       {" where Size = 7", nullptr},
+                                                       {" where Odd = 1 order by Name desc", "a"}};
+  for (const auto& [condition, name] : cases) {
     Recordset added = Dynamic("select * from T");
     Add(added, 7, "new");
-    Recordset last = Dynamic(std::string("select * from T") + item.condition);
-    ASSERT_EQ(last.FindLast(), item.name != nullptr) << item.condition;
-    if (item.name == nullptr) continue;
+    Recordset last = Dynamic("select * from T" + condition);
+    ASSERT_EQ(last.FindLast(), name != nullptr) << condition;
+    if (name == nullptr) continue;
     last.SetField("Note", "noted");
     last.SetField("Name", Value());
     last.Update();
-    last.SetField("Name", item.name);
+    last.SetField("Name", name);
     last.Update();
     EXPECT_EQ(last.Field("Note"), Value("noted"));
-    EXPECT_EQ(last.Field("Name"), Value(item.name));
+    EXPECT_EQ(last.Field("Name"), Value(name));
     added.MoveLast();
     added.Delete();
   }
@@ -321,20 +303,20 @@ TEST_F(RecordSets, FindTheRowThatWasAddedLastAndSetMoreInIt) {
 TEST_F(RecordSets, RefuseALongValueWhereItIsSet) {
   Recordset set = Dynamic("select * from T");
   Add(set, 7, "new");
-  Recordset last = Dynamic("select * from T where Num = 7");
-  ASSERT_TRUE(last.FindLast());
-  last.SetField("Note", std::string(17 << 20, 'x'));
-  EXPECT_EQ(ErrorOf([&] { last.Update(); }), kDatabaseError);
-  Recordset after = Dynamic("select * from T");
-  Add(after, 8, "next");
+  for (const std::string condition : {"Num = 7", "Num = 1"}) {  // the first waits still
+    Recordset last = Dynamic("select * from T where " + condition);
+    ASSERT_TRUE(last.FindLast());
+    last.SetField("Note", std::string(17 << 20, 'x'));
+    EXPECT_EQ(ErrorOf([&] { last.Update(); }), kDatabaseError);
+  }
+  Add(set, 8, "next");
   EXPECT_EQ(All("select * from T where Num > 5"), "new next ");
 }
 
 TEST_F(RecordSets, ConvertToTheColumnsType) {
   const struct {
-    const char* column;
-    Value value;
-    Value stored;
+    std::string column;
+    Value value, stored;
     int error;
   } cases[] = {
       {"Num", "12", 12, 0},
@@ -359,16 +341,14 @@ TEST_F(RecordSets, ConvertToTheColumnsType) {
       {"Data", "ab", Bytes{'a', 'b'}, 0},
   };
   for (const auto& item : cases) {
-    SCOPED_TRACE(std::string(item.column) + " " + Shown(item.value));
+    SCOPED_TRACE(item.column + (item.value.IsBytes() ? " bytes" : " " + Joined(item.value)));
     Recordset set = Dynamic("select * from T where Odd = 0");
-    EXPECT_EQ(ErrorOf([&] {
-                set.SetField(item.column, item.value);
-                set.Update();
-              }),
-              item.error);
-    if (item.error == 0) {
+    const auto give = [&] {
+      set.SetField(item.column, item.value);
+      set.Update();
       EXPECT_EQ(set.Field(item.column), item.stored);
-    }
+    };
+    EXPECT_EQ(ErrorOf(give), item.error);
     set.SetField("Odd", 0);
     set.Update();
   }
@@ -432,8 +412,7 @@ TEST_F(RecordSets, NameFieldsAsDeclaredAndFindThemInAnyCase) {
   EXPECT_EQ(set.Field(0), Value(3));
   EXPECT_EQ(set.FindField("sIzE"), 3);
   EXPECT_EQ(ErrorOf([&] { set.Field("Nmu"); }), kItemNotFound);
-  EXPECT_EQ(ErrorOf([&] { set.Field(7); }), kItemNotFound);
-  EXPECT_EQ(ErrorOf([&] { set.Field(-1); }), kItemNotFound);
+  for (int none : {7, -1}) EXPECT_EQ(ErrorOf([&] { set.Field(none); }), kItemNotFound);
   EXPECT_EQ(ErrorOf([&] { set.SetField("Nmu", 1); }), kItemNotFound);
   Recordset list = Dynamic("select odd, NAME from T where Num = 3");
   EXPECT_EQ(list.FieldName(1), "Name");
@@ -452,25 +431,9 @@ TEST_F(RecordSets, NeedAnOpenSetOnAnOpenConnection) {
   set.OpenDynamic("select * from T", &connection);
   EXPECT_EQ(set.RecordCount(), -1);
   EXPECT_EQ(ErrorOf([&] { set.OpenDynamic("select * from T", &connection); }), kObjectOpen);
-  EXPECT_EQ(ErrorOf([&] { set.Source("select * from T"); }), kObjectOpen);
   connection.Close();
   EXPECT_FALSE(set.IsOpen());
   EXPECT_EQ(ErrorOf([&] { set.OpenStatic("select * from T", &connection); }), kConnectionInvalid);
-}
-
-TEST_F(RecordSets, ReopenedKeepTheirKindAndStartAnew) {
-  Recordset set = Static("select * from T");
-  set.MoveLast();
-  set.Close();
-  Recordset fresh;
-  for (Recordset* reopened : {&set, &fresh}) {
-    reopened->Source("select * from T where Odd = 0");
-    reopened->ActiveConnection(&connection);
-    reopened->Open();
-    EXPECT_EQ(reopened->Field("Name"), Value("b"));
-  }
-  EXPECT_EQ(set.RecordCount(), 2);
-  EXPECT_EQ(fresh.RecordCount(), -1);
 }
 
 }  // namespace

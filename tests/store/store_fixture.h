@@ -18,10 +18,6 @@ namespace merivane::test {
 
 using namespace store;
 
-inline std::string Shown(const Value& value) {
-  return value.IsNull() ? "Null" : value.IsBytes() ? "bytes" : ToText(value);
-}
-
 // A connection on a file, open as long as it lives.
 struct Opened : Connection {
   Opened(Workspace& workspace, const std::string& path, OpenMode mode = OpenMode::kReadWrite)
@@ -69,11 +65,21 @@ class StoreFixture : public ::testing::Test {
   }
 
   void Add(Recordset& set, int num, const std::string& name, int odd = 1) {
-    set.AddNew();
-    set.SetField("Num", num);
+    set.AddNew({"Num", "Name", "Odd"}, {num, name, odd});
+  }
+  // Of the first row.
+  void Rename(Connection& on, const std::string& name) {
+    Recordset set = Dynamic("select * from T", on);
     set.SetField("Name", name);
-    set.SetField("Odd", odd);
     set.Update();
+  }
+
+  // A copy of the file as a transaction leaves it that was cut off behind its first pages.
+  std::string CutOff(const std::string& name) {
+    RawDatabase writer(path);
+    writer.Run("pragma cache_size = 1; begin; update T set Note = hex(zeroblob(200001))");
+    folder.Write(name + "-journal", ReadFile(path + "-journal"));
+    return folder.Write(name, ReadFile(path));
   }
 
   TemporaryFolder folder;
