@@ -34,13 +34,10 @@ class Merge : public MpxFixture {
          {2, 1, 9, 1, 11, "Other", "1", 1}});
   }
 
-  // Links of the first project: scenario, number, origin, its type, destination.
+  // Links of the first project.
   void AddLinks(const std::vector<Row>& rows) {
-    for (Row row : rows) {
-      row.emplace_back(1);
-      Add("Links_in_Scenario Scenario_Num Num Origin_Num Origin_Type Destination_Num Msp_ProjID",
-          {row});
-    }
+    Add("Links_in_Scenario Scenario_Num Num Origin_Num Origin_Type Destination_Num", rows);
+    Sql("update Links_in_Scenario set Msp_ProjID = 1");
   }
 };
 
@@ -140,11 +137,7 @@ TEST_F(Merge, JunctionsWithOneWayInAndOutCollapseAndDanglingOnesGoWithARebuiltMo
 
 TEST_F(Merge, AssignmentsBecomeObjectsAndOnlyARebuiltModelDropsThoseOfTasksWithoutParts) {
   const auto objectsBehind = [&](std::int16_t mode, int occurrence) {
-    for (const char* table : {"MSP_RESOURCES", "Object_in_Activity_in_Scenario"}) {
-      Recordset rows;
-      rows.OpenDynamic("select * from " + std::string(table), tables.get());
-      for (; !rows.Eof(); rows.MoveNext()) rows.Delete();
-    }
+    Sql("delete from MSP_RESOURCES; delete from Object_in_Activity_in_Scenario");
     AddModel();
     Add("MSP_RESOURCES Proj_ID RES_UID RES_Name KV7_OBJ_HEX",
         {{1, 1, "Welder", 41}, {1, 2, "Crane", 42}});

@@ -56,12 +56,10 @@ class MpxFixture : public RoundFixture {
 
   // Runs the driver over the file on project 1; `tables` is a fresh connection behind it.
   bool Translate(const std::string& mpx, std::int16_t mergeFlag) {
-    const std::string plan = folder.Write("plan.mpx", mpx);
-    return Run([&] { return TranslateMpx(State(), plan, "", mergeFlag); });
+    return Run([&] { return TranslateMpx(State(), folder.Write("plan.mpx", mpx), "", mergeFlag); });
   }
   bool TranslateXmlText(const std::string& xml, std::int16_t mergeFlag) {
-    const std::string plan = folder.Write("plan.xml", xml);
-    return Run([&] { return TranslateXml(State(), plan, mergeFlag); });
+    return Run([&] { return TranslateXml(State(), folder.Write("plan.xml", xml), mergeFlag); });
   }
 
   template <typename Driver>
