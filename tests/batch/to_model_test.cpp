@@ -1,4 +1,6 @@
 // A plan comes back into its model, or becomes one.
+#include <tuple>
+
 #include "batch_fixture.h"
 
 namespace merivane::test {
@@ -52,27 +54,23 @@ TEST_F(BatchWithPlan, ADryRunEndsAsItsMergeDoes) {
   Copy("plan.mpx", "stops.mpx");
   Replace("stops.mpx", "\"2,3\"", "\"2SS\"");
   const std::string sound = Read("plan.mdb");
-  const struct {
-    const char* database;
-    const char* mpx;
-    const char* sql;
-    int status;
-  } rows[] = {{"p.mdb", "plan.mpx", "", kDone},
-              {"p.mdb", "stops.mpx", "", kFailed},
-              {"p.mdb", "none.mpx", "", kFailed},
-              {"p.dat", "plan.mpx", "", kRefused},
-              {"p.mdb", "plan.mpx", "update MSP_PROJECTS set PROJ_NAME = Null", kRefused},
-              {"p.mdb", "plan.mpx", "update MSP_TASKS set TASK_OUTLINE_NUM = Null", kRefused},
-              {"p.mdb", "plan.mpx", "drop table MSP_TASKS", kRefused},
-              {"p.mdb", "plan.mpx", "drop table ProjectAct", kFailed},
-              {"p.mdb", "plan.mpx", "delete from Scenario", kDoneWithMessages}};
-  for (const auto& row : rows) {
-    folder.Write(row.database, sound);
-    Sql(row.sql, row.database);
+  const std::tuple<const char*, const char*, const char*, int> rows[] = {
+      {"p.mdb", "plan.mpx", "", kDone},
+      {"p.mdb", "stops.mpx", "", kFailed},
+      {"p.mdb", "none.mpx", "", kFailed},
+      {"p.dat", "plan.mpx", "", kRefused},
+      {"p.mdb", "plan.mpx", "update MSP_PROJECTS set PROJ_NAME = Null", kRefused},
+      {"p.mdb", "plan.mpx", "update MSP_TASKS set TASK_OUTLINE_NUM = Null", kRefused},
+      {"p.mdb", "plan.mpx", "drop table MSP_TASKS", kRefused},
+      {"p.mdb", "plan.mpx", "drop table ProjectAct", kFailed},
+      {"p.mdb", "plan.mpx", "delete from Scenario", kDoneWithMessages}};
+  for (const auto& [database, mpx, sql, status] : rows) {
+    folder.Write(database, sound);
+    Sql(sql, database);
     const std::string merge =
-        std::string("to-model --merge 1 --mpx @") + row.mpx + " --interim @" + row.database;
-    EXPECT_EQ(Run(merge + " --dry-run"), row.status) << row.mpx << row.sql << err.str();
-    EXPECT_EQ(Run(merge + " --output @model.txt --force"), row.status) << row.mpx << row.sql;
+        std::string("to-model --merge 1 --mpx @") + mpx + " --interim @" + database;
+    EXPECT_EQ(Run(merge + " --dry-run"), status) << mpx << sql << err.str();
+    EXPECT_EQ(Run(merge + " --output @model.txt --force"), status) << mpx << sql;
   }
 }
 

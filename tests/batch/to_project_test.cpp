@@ -16,7 +16,6 @@ TEST_F(Batch, HelpAndVersionSucceedAndWrongUsageIsRefused) {
   folder.Write("model.doc", "");
   ExpectFailures(
       {{"", kRefused, "subcommand"},
-       {"unknown", kRefused, "subcommand"},
        {"to-project", kRefused, "--database"},
        {"to-project a.txt --database @a.mdb --overwrite --append", kRefused, "--overwrite"},
        {"to-project a.txt --database @a.mdb --today someday", kRefused, "someday"},
