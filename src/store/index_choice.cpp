@@ -146,6 +146,26 @@ void AddMissingKeyIndexes(sqlite3* database, const std::string& path, Work& work
   }
 }
 
+void DropProjectIndexes(sqlite3* database, const std::string& path) {
+  std::string drops;
+  {
+    const StatementHandle indexes = PrepareStatement(
+        database,
+        "select printf('drop index \"%w\";', name) from sqlite_master where type = 'index' and "
+        "sql like 'create index %' and (select group_concat(name) from "
+        "pragma_index_info(sqlite_master.name)) collate nocase in (?1, ?2)",
+        path);
+    static_assert(kProjectColumns.size() == 2);
+    for (int place = 1; place <= 2; ++place) {
+      Bind(indexes.get(), place, Value(std::string(kProjectColumns[place - 1])));
+    }
+    while (sqlite3_step(indexes.get()) == SQLITE_ROW) {
+      drops += reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 0));
+    }
+  }
+  Execute(database, drops.c_str(), path);
+}
+
 bool LacksKeyIndexes(sqlite3* database, const std::string& path) {
   return !MissingIndexes(database, path).empty();
 }

@@ -19,4 +19,7 @@ std::string IndexHint(const StatementParts& statement);
 void AddMissingKeyIndexes(sqlite3* database, const std::string& path, Work& work);
 bool LacksKeyIndexes(sqlite3* database, const std::string& path);
 
+// Takes out the indexes that tell rows by their project alone; without them a table is walked.
+void DropProjectIndexes(sqlite3* database, const std::string& path);
+
 }  // namespace merivane::store

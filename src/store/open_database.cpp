@@ -179,8 +179,10 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, boo
   auto engine = OpenForReading(path, name, kind, work, patience);
   if (mode == OpenMode::kReadOnly) return engine;
   const bool isFileItself = kind == FileKind::kSqlite && engine->HoldsFile();
-  return mode == OpenMode::kAside && isFileItself ? OpenAside(path, name, patience)
-                                                  : CopyAside(*engine, false, work);
+  if (mode == OpenMode::kAside && isFileItself) return OpenAside(path, name, patience);
+  auto copy = CopyAside(*engine, false, work);
+  if (mode == OpenMode::kCopy) DropProjectIndexes(copy->Database(), path);
+  return copy;
 }
 
 }  // namespace merivane::store

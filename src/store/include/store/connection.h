@@ -24,6 +24,7 @@ enum class OpenMode {
   kReadWrite,
   kReadOnly,  // the file is never changed, and no journal is made beside it
   kCopy,      // likewise; what is written goes to a copy in memory, which ends with the connection
+              // and serves the rows of one project: no index tells them from others
   kAside,     // likewise, and nothing is copied before it is written: until the connection ends the
               // file is held for reading
 };
