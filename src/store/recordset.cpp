@@ -30,7 +30,10 @@ struct Recordset::Impl final : private OpenSet {
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
 
+  std::string source;
+  Connection* connection = nullptr;
   bool isStatic = false;
+
   Engine* engine = nullptr;  // null while closed
   std::variant<std::monostate, DynamicSet, SnapshotSet> rows;
   Position at = Position::kFresh;
@@ -138,31 +141,49 @@ Recordset::Recordset(Recordset&&) noexcept = default;
 Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 
 void Recordset::OpenDynamic(std::string_view sql, Connection* connection) {
-  Open(sql, connection, false);
+  impl_->CheckNotOpen();
+  impl_->source = sql;
+  impl_->connection = connection;
+  impl_->isStatic = false;
+  Open();
 }
 
 void Recordset::OpenStatic(std::string_view sql, Connection* connection) {
-  Open(sql, connection, true);
+  impl_->CheckNotOpen();
+  impl_->source = sql;
+  impl_->connection = connection;
+  impl_->isStatic = true;
+  Open();
 }
 
 void Recordset::OpenList(std::string fieldName, std::vector<std::string> texts,
                          Connection* connection) {
   impl_->CheckNotOpen();
+  impl_->connection = connection;
   impl_->isStatic = true;
   impl_->rows.emplace<SnapshotSet>(std::move(fieldName), std::move(texts));
   impl_->Opened(*connection->engine_);
 }
 
-void Recordset::Open(std::string_view sql, Connection* connection, bool isStatic) {
+void Recordset::Source(std::string_view sql) {
   impl_->CheckNotOpen();
-  if (connection == nullptr) throw RunTimeError(kObjectNotSet);
-  if (!connection->engine_) throw RunTimeError(kConnectionInvalid);
-  connection->workspace_.work->Beat();
-  Engine& engine = *connection->engine_;
+  impl_->source = sql;
+}
+
+void Recordset::ActiveConnection(Connection* connection) {
+  impl_->CheckNotOpen();
+  impl_->connection = connection;
+}
+
+void Recordset::Open() {
+  impl_->CheckNotOpen();
+  if (impl_->connection == nullptr) throw RunTimeError(kObjectNotSet);
+  if (!impl_->connection->engine_) throw RunTimeError(kConnectionInvalid);
+  impl_->connection->workspace_.work->Beat();
+  Engine& engine = *impl_->connection->engine_;
   std::vector<Literal> literals;
-  SelectShape& shape = engine.FindSelect(sql, literals);
-  impl_->isStatic = isStatic;
-  if (isStatic || !shape.HasKeys()) {
+  SelectShape& shape = engine.FindSelect(impl_->source, literals);
+  if (impl_->isStatic || !shape.HasKeys()) {
     impl_->rows.emplace<SnapshotSet>(engine, shape, std::move(literals));
   } else {
     impl_->rows.emplace<DynamicSet>(engine, shape, std::move(literals));

@@ -431,9 +431,23 @@ TEST_F(RecordSets, NeedAnOpenSetOnAnOpenConnection) {
   set.OpenDynamic("select * from T", &connection);
   EXPECT_EQ(set.RecordCount(), -1);
   EXPECT_EQ(ErrorOf([&] { set.OpenDynamic("select * from T", &connection); }), kObjectOpen);
+  EXPECT_EQ(ErrorOf([&] { set.Source("select * from T"); }), kObjectOpen);
   connection.Close();
   EXPECT_FALSE(set.IsOpen());
   EXPECT_EQ(ErrorOf([&] { set.OpenStatic("select * from T", &connection); }), kConnectionInvalid);
+}
+
+TEST_F(RecordSets, ReopenedKeepTheirKindAndStartAnew) {
+  Recordset set = Static("select * from T"), fresh;
+  set.Close();
+  for (Recordset* reopened : {&set, &fresh}) {
+    reopened->Source("select * from T where Odd = 0");
+    reopened->ActiveConnection(&connection);
+    reopened->Open();
+    EXPECT_EQ(reopened->Field("Name"), Value("b"));
+  }
+  EXPECT_EQ(set.RecordCount(), 2);
+  EXPECT_EQ(fresh.RecordCount(), -1);
 }
 
 }  // namespace

@@ -41,6 +41,11 @@ class Recordset {
   void OpenDynamic(std::string_view sql, Connection* connection);
   void OpenStatic(std::string_view sql, Connection* connection);
 
+  // Reopening with the earlier cursor kind (dynamic for a set that was never open).
+  void Source(std::string_view sql);
+  void ActiveConnection(Connection* connection);
+  void Open();
+
   void Close();
   bool IsOpen() const;
 
@@ -76,7 +81,6 @@ class Recordset {
 
  private:
   friend class Connection;
-  void Open(std::string_view sql, Connection* connection, bool isStatic);
   // A static set of texts that no table holds.
   void OpenList(std::string fieldName, std::vector<std::string> texts, Connection* connection);
 
