@@ -99,7 +99,7 @@ TableData& Engine::FindTable(std::string_view name) {
     throw RunTimeError(kUnknownTable, "No table '" + std::string(name) + "' in the database '" +
                                           FromUtf8(path_) + "'.");
   }
-  tables_.push_back(std::make_unique<TableData>(Database(), path_, std::move(*schema)));
+  tables_.push_back(std::make_unique<TableData>(Database(), path_, std::move(*schema), failure_));
   return *tables_.back();
 }
 
@@ -207,6 +207,8 @@ void Engine::Commit() {
 
 void Engine::Flush() {
   WriteHeld();
+  const bool isLost = inTransaction_ && sqlite3_get_autocommit(Database()) != 0;
+  if (isLost) throw failure_.value_or(FileError(kDeviceIoError, path_));
   const int result = sqlite3_db_cacheflush(Database());
   if (result != SQLITE_OK && result != SQLITE_BUSY) throw DatabaseError(Database(), path_, result);
 }

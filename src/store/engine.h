@@ -84,7 +84,9 @@ class Engine {
   void WriteHeld();  // of all tables
   // Grows where what a transaction wrote is undone, also by SQLite itself behind an error.
   std::uint64_t Undone() const { return undone_; }
-  void Flush();  // what was written goes to the disk, the transaction stays open
+  // What was written goes to the disk, the transaction stays open. Fails as well where it was lost
+  // before, by a write whose error somebody passed over.
+  void Flush();
   void RollBack() noexcept;
   void CloseSets() noexcept;
 
@@ -118,6 +120,7 @@ class Engine {
   std::uint64_t undone_ = 0;
   std::int64_t changesBefore_ = 0;  // of the transaction
   bool inTransaction_ = false;
+  std::optional<RunTimeError> failure_;  // of the last write that failed
   bool waiting_ = false;
   Work* work_ = nullptr;
   std::exception_ptr waitEnd_;

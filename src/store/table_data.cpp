@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace merivane::store {
 
@@ -53,7 +54,7 @@ const std::string& TableData::NameOf(const FieldChange& change) const {
   return schema_.Columns()[static_cast<std::size_t>(change.column)].quotedName;
 }
 
-std::string TableData::InsertSql(std::span<const FieldChange> changes) const {
+std::string TableData::InsertSql(std::span<const FieldChange> changes, std::size_t rows) const {
   if (schema_.RowIdIsColumn() && changes.empty()) {
     return "insert into " + schema_.QuotedName() + " default values";
   }
@@ -67,7 +68,11 @@ std::string TableData::InsertSql(std::span<const FieldChange> changes) const {
     names += NameOf(change);
     marks += "?";
   }
-  return "insert into " + schema_.QuotedName() + " (" + names + ") values (" + marks + ")";
+  // Several need no journal of their own: a failed one costs the transaction.
+  std::string sql = rows == 1 ? "insert into " : "insert or fail into ";
+  sql += schema_.QuotedName() + " (" + names + ") values (" + marks + ")";
+  for (std::size_t row = 1; row < rows; ++row) sql += ", (" + marks + ")";
+  return sql;
 }
 
 std::string TableData::UpdateSql(std::span<const FieldChange> changes) const {
@@ -79,56 +84,105 @@ std::string TableData::UpdateSql(std::span<const FieldChange> changes) const {
   return sql + " where " + schema_.RowId() + " = ?";
 }
 
-sqlite3_stmt* TableData::Find(Write write, std::span<const FieldChange> changes) {
-  Statements& cache = write == Write::kInsert ? inserts_ : updates_;
+void TableData::TakeKey(std::span<const FieldChange> changes) {
   key_.clear();
   for (const FieldChange& change : changes) {
     key_ += static_cast<char>(change.column & 0xFF);
     key_ += static_cast<char>(change.column >> 8);
   }
-  const auto found = cache.find(key_);
-  if (found != cache.end()) return found->second.get();
-  if (cache.size() >= kMostStatements) cache.clear();
-  const std::string sql = write == Write::kInsert ? InsertSql(changes) : UpdateSql(changes);
-  return cache.emplace(key_, PrepareStatement(database_, sql, path_)).first->second.get();
+}
+
+TableData::InsertStatements& TableData::FindInsert(std::span<const FieldChange> changes) {
+  TakeKey(changes);
+  const auto found = inserts_.find(key_);
+  if (found != inserts_.end()) return found->second;
+  if (inserts_.size() >= kMostStatements) inserts_.clear();
+  InsertStatements made;
+  made.one = PrepareStatement(database_, InsertSql(changes, 1), path_);
+  return inserts_.emplace(key_, std::move(made)).first->second;
+}
+
+sqlite3_stmt* TableData::FindUpdate(std::span<const FieldChange> changes) {
+  TakeKey(changes);
+  const auto found = updates_.find(key_);
+  if (found != updates_.end()) return found->second.get();
+  if (updates_.size() >= kMostStatements) updates_.clear();
+  StatementHandle made = PrepareStatement(database_, UpdateSql(changes), path_);
+  return updates_.emplace(key_, std::move(made)).first->second.get();
 }
 
 void TableData::Run(sqlite3_stmt* statement) {
   sqlite3_step(statement);
   const int result = sqlite3_reset(statement);
   if (result != SQLITE_OK) {
-    RunTimeError error = DatabaseError(database_, path_);
+    failure_ = DatabaseError(database_, path_);
     sqlite3_clear_bindings(statement);
-    throw error;
+    throw RunTimeError(*failure_);
   }
   sqlite3_clear_bindings(statement);
 }
 
 std::int64_t TableData::Insert(std::int64_t rowId, std::vector<FieldChange>& changes) {
-  WriteHeld();
+  if (!HasRoomToHold()) WriteHeld();
   ++writes_;
-  heldBytes_ = BytesIn(changes);
-  if (schema_.TakesAnyRow() && heldBytes_ <= kMostHeld) {
-    held_.rowId = rowId;
-    held_.changes.swap(changes);
-    isHeld_ = true;
+  const std::size_t bytes = BytesIn(changes);
+  if (schema_.TakesAnyRow() && bytes <= kMostHeld) {
+    heldBytes_ = bytes + (heldRows_ > 0 ? heldBytes_ : 0);
+    HeldRow& row = held_[heldRows_++];
+    row.rowId = rowId;
+    row.changes.swap(changes);
     return rowId;
   }
+  WriteHeld();
   InsertNow(rowId, changes);
   return schema_.RowIdIsColumn() ? sqlite3_last_insert_rowid(database_) : rowId;
 }
 
-void TableData::InsertNow(std::int64_t rowId, std::span<const FieldChange> changes) {
-  sqlite3_stmt* insert = Find(Write::kInsert, changes);
-  int parameter = 0;
-  if (!schema_.RowIdIsColumn()) sqlite3_bind_int64(insert, ++parameter, rowId);
-  for (const FieldChange& change : changes) Bind(insert, ++parameter, change.value);
-  Run(insert);
+// Of one set of columns, where those between the first and the last are.
+bool TableData::AreAlike(std::span<const HeldRow> rows) {
+  const auto columnOf = [](const FieldChange& change) { return change.column; };
+  return std::ranges::equal(rows.front().changes, rows.back().changes, {}, columnOf, columnOf);
 }
 
-void TableData::WriteHeldRow() {
-  isHeld_ = false;
-  InsertNow(held_.rowId, held_.changes);
+bool TableData::HasRoomToHold() const {
+  return heldRows_ == 0 || (heldRows_ < kTogether && heldBytes_ <= kMostHeld &&
+                            AreAlike(std::span(held_).first(heldRows_)));
+}
+
+int TableData::BindRow(sqlite3_stmt* insert, int parameter, std::int64_t rowId,
+                       std::span<const FieldChange> changes) const {
+  if (!schema_.RowIdIsColumn()) sqlite3_bind_int64(insert, ++parameter, rowId);
+  for (const FieldChange& change : changes) Bind(insert, ++parameter, change.value);
+  return parameter;
+}
+
+void TableData::InsertNow(std::int64_t rowId, std::span<const FieldChange> changes) {
+  InsertStatements& inserts = FindInsert(changes);
+  ++inserts.written;
+  BindRow(inserts.one.get(), 0, rowId, changes);
+  Run(inserts.one.get());
+}
+
+void TableData::WriteHeldRows() {
+  constexpr std::size_t kFew = 64;  // a statement for several pays where many follow
+  const std::span<const HeldRow> rows = std::span(held_).first(std::exchange(heldRows_, 0));
+  if (rows.size() == kTogether && AreAlike(rows)) {
+    InsertStatements& inserts = FindInsert(rows.front().changes);
+    if (inserts.written >= kFew) return InsertTogether(inserts, rows);
+  }
+  for (const HeldRow& row : rows) InsertNow(row.rowId, row.changes);
+}
+
+void TableData::InsertTogether(InsertStatements& inserts, std::span<const HeldRow> rows) {
+  if (!inserts.several) {
+    const std::string sql = InsertSql(rows.front().changes, rows.size());
+    inserts.several = PrepareStatement(database_, sql, path_);
+  }
+  int parameter = 0;
+  for (const HeldRow& row : rows) {
+    parameter = BindRow(inserts.several.get(), parameter, row.rowId, row.changes);
+  }
+  Run(inserts.several.get());
 }
 
 Value* TableData::HeldRow::Find(int column) {
@@ -141,17 +195,18 @@ Value* TableData::HeldRow::Find(int column) {
 void TableData::Update(std::int64_t rowId, std::span<const FieldChange> changes) {
   ++writes_;
   if (IsHeld(rowId) && (heldBytes_ += BytesIn(changes)) <= kMostHeld) {
+    HeldRow& row = *Held();
     for (const FieldChange& change : changes) {
-      if (Value* held = held_.Find(change.column)) {
+      if (Value* held = row.Find(change.column)) {
         *held = change.value;
       } else {
-        held_.changes.push_back(change);
+        row.changes.push_back(change);
       }
     }
     return;
   }
   WriteHeld();
-  sqlite3_stmt* update = Find(Write::kUpdate, changes);
+  sqlite3_stmt* update = FindUpdate(changes);
   int parameter = 0;
   for (const FieldChange& change : changes) Bind(update, ++parameter, change.value);
   sqlite3_bind_int64(update, ++parameter, rowId);

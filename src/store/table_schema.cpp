@@ -134,7 +134,6 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
   while ((step = sqlite3_step(info.get())) == SQLITE_ROW) {
     const std::string utf8 = RawText(info.get(), 1);
     const bool isComputed = sqlite3_column_int(info.get(), kHidden) != 0;
-    if (isComputed) takesAnyRow_ = false;
     if (isComputed && (++computed > kMostComputed ||
                        IsMadeByFunction(database, path, quotedName_, Quoted(utf8)))) {
       throw RunTimeError(kDatabaseError, "The column '" + FromUtf8(utf8) + "' of the table '" +

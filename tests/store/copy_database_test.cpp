@@ -205,6 +205,19 @@ TEST_F(CopyDatabase, OnAFullDiskDropsTheRowThatWaitsAsWell) {
   EXPECT_EQ(RawDatabase(path).Ask("select count(*) from Empty"), "1");
 }
 
+// A row that waits is written where somebody counts; what he makes of the error saves nothing.
+TEST_F(CopyDatabase, OnAFullDiskTellsOfRowsThatWereLostWhenTheyAreKept) {
+  RawDatabase(path).Run("create table Big (Note longtext)");
+  connection.BeginWrite();
+  ASSERT_TRUE(workspace.Hold(path));
+  Recordset big = Dynamic("select * from Big");
+  big.AddNew({"Note"}, {"lost"});
+  const int error = ErrorOnFullDisk(4096, [&] { Static("select * from Big").RecordCount(); });
+  EXPECT_NE(error, 0);
+  EXPECT_EQ(ErrorOf([&] { workspace.FlushHeld(); }), error);
+  workspace.DropHeld();
+}
+
 TEST_F(CopyDatabase, PutsBackWhatARunCouldNeitherFinishNorUndo) {
   RawDatabase(path).Run("insert into T (Note) values (hex(zeroblob(200000)))");
   connection.Close();

@@ -300,6 +300,28 @@ TEST_F(RecordSets, FindTheRowThatWasAddedLastAndSetMoreInIt) {
   EXPECT_EQ(RawDatabase(path).Ask("select Name || Note from T where Note = 'late'"), "newlate");
 }
 
+// Several are written by one statement, and nobody may see that they waited for it.
+TEST_F(RecordSets, GiveTheRowsThatWereAddedOneBehindTheOther) {
+  Recordset set = Dynamic("select * from T"), other = Dynamic("select * from T where Num = 250");
+  std::string expected = "a b c d e ";
+  for (int num = 100; num < 400; ++num) {
+    const std::string name = "r" + std::to_string(num);
+    expected += (num == 250 ? "changed" : name) + " ";
+    if (num % 50 < 10) {
+      set.AddNew({"Num", "Name", "Note"}, {num, name, std::string(200000, 'x')});
+    } else {
+      Add(set, num, name);
+    }
+    if (num != 255) continue;
+    other.SetField("Name", "changed");
+    other.Update();
+    EXPECT_EQ(All("select * from T where Num > 253"), "r254 r255 ");
+  }
+  EXPECT_EQ(All("select * from T"), expected);
+  connection.Commit();
+  EXPECT_EQ(RawDatabase(path).Ask("select count(*) from T where length(Note) = 200000"), "60");
+}
+
 TEST_F(RecordSets, RefuseALongValueWhereItIsSet) {
   Recordset set = Dynamic("select * from T");
   Add(set, 7, "new");
