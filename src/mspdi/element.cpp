@@ -80,14 +80,15 @@ WrittenXml::~WrittenXml() {
 }
 
 void WrittenXml::Flush() {
-  file_.write(text_.data(), std::ssize(text_));
+  if (file_ && !file_.write(text_.data(), std::ssize(text_)).flush()) failure_ = errno;
   text_.clear();
 }
 
 void WrittenXml::Close() {
   Flush();
   file_.close();
-  if (file_.fail()) throw FileError(kDiskFull, output_.name);
+  if (failure_ == 0 && file_.fail()) failure_ = errno;
+  if (file_.fail()) throw FileError(ErrorOfSystem(failure_, kDeviceIoError), output_.name);
 }
 
 void WrittenXml::Indent(std::size_t depth) { text_.append(depth, ' '); }

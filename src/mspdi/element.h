@@ -52,7 +52,7 @@ class WrittenXml {
   WrittenXml(const WrittenXml&) = delete;
   WrittenXml& operator=(const WrittenXml&) = delete;
 
-  // Error 61 where not all of it reached the disk.
+  // Error of the system, or 57, where not all of it was written.
   void Close();
 
   Losses losses;
@@ -65,6 +65,7 @@ class WrittenXml {
   const Output output_;
   std::ofstream file_;
   std::string text_;  // that isn't in the file yet
+  int failure_ = 0;   // the system's number of the first write that failed
 };
 
 // Open as long as it lives: a child is gone before the next one begins.

@@ -1,6 +1,7 @@
 #include "pictures/picture_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <utility>
 
@@ -65,11 +66,12 @@ void WriteFile(const Output& output, std::string_view bytes) {
 }
 
 void WriteFile(const Output& output, const std::function<void(std::ostream& file)>& write) {
+  errno = 0;
   std::ofstream file(PathOf(output.path), std::ios::binary);
-  if (!file) throw FileError(kPermissionDenied, output.name);
+  if (!file) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
   write(file);
   file.close();
-  if (!file) throw FileError(kDiskFull, output.name);
+  if (!file) throw FileError(ErrorOfSystem(errno, kDeviceIoError), output.name);
 }
 
 }  // namespace merivane::pictures

@@ -1,5 +1,7 @@
 #include "runtime/new_file.h"
 
+#include <system_error>
+
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 
@@ -63,7 +65,10 @@ void NewFile::KeepOld() {
 void NewFile::TakePlace() {
   const fs::path made = PathOf(target_.path);
   if (place_.empty() || !IsThere(made)) return;
-  if (MoveInPlace(made, place_)) throw FileError(kPermissionDenied, Name());
+  if (const std::error_code failure = MoveInPlace(made, place_)) {
+    throw FileError(ErrorOfSystem(failure.default_error_condition().value(), kPermissionDenied),
+                    Name());
+  }
   moved_ = true;
 }
 

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "error_of.h"
 #include "mspdi/plan_reader.h"
 #include "plan_writer_fixture.h"
 #include "runtime/rtf_notes.h"
@@ -317,6 +318,26 @@ TEST_F(Writer, FailureLeavesTheFileThatStood) {
   xml = folder.Path("none/plan.xml");
   EXPECT_THROW(Write(), RunTimeError);
 }
+
+#ifndef _WIN32
+TEST_F(Writer, FailureIsToldAsWhatItIs) {
+  for (const bool isLong : {false, true}) {
+    // Nothing of this process lies where its memory begins.
+    for (const auto& [place, told] : {std::pair(folder.Path("none/plan.xml"), kPathNotFound),
+                                      {"/dev/full", kDiskFull},
+                                      {"/proc/self/mem", kDeviceIoError}}) {
+      xml = place;
+      std::string description;
+      EXPECT_EQ(ErrorOf([&] { Write(); }, &description), told) << isLong;
+      EXPECT_EQ(description, ErrorText(told) + ": '" + place + "'");
+    }
+    for (int task = 1; task < 200; ++task) {
+      Add("MSP_TASKS", {"PROJ_ID", "TASK_UID", "TASK_ID", "TASK_NAME"},
+          {{1, task, task, std::string(250, 'x')}});
+    }
+  }
+}
+#endif
 
 TEST_F(Writer, DatabaseAndXmlOfProjectHoldTheSamePlan) {
   const std::string plans = MERIVANE_PLANS;

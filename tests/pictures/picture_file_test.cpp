@@ -101,6 +101,25 @@ TEST(PictureFileTest, APlaceThatRefusesIsTold) {
 }
 
 #ifndef _WIN32
+TEST(PictureFileTest, AFailureIsToldAsWhatItIs) {
+  const TemporaryFolder folder;
+  struct Row {
+    std::string place;
+    std::string told;
+  };
+  for (const Row& row : {Row{folder.Path("none/a.svg"), "Path not found"},
+                         {"/dev/full", "Disk full"},
+                         // Nothing of this process lies where its memory begins.
+                         {"/proc/self/mem", "Device I/O error"}}) {
+    std::string told;
+    EXPECT_NE(ErrorOf([&] { WritePictures({Drawing(10)}, {"a.svg", row.place}); }, &told), 0);
+    EXPECT_EQ(told, row.told + ": 'a.svg'");
+    const std::string bytes(100'000, 'x');
+    EXPECT_NE(ErrorOf([&] { WriteFile({"a.csv", row.place}, bytes); }, &told), 0);
+    EXPECT_EQ(told, row.told + ": 'a.csv'");
+  }
+}
+
 TEST(PictureFileTest, WhatCannotBeRenderedIsToldAndTheFileStays) {
   const TemporaryFolder folder;
   const EnvironmentVariable fonts("FONTCONFIG_FILE");

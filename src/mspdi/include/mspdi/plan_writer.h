@@ -28,7 +28,7 @@ struct WrittenCounts {
 //
 // Failures: links in a circle (error 5), a plan beyond the year 9999 (6) and what the store refuses
 // come before the file is touched; then a path that is refused (70), is a folder (75), isn't there
-// (76) or has no room (61), which leaves nothing beside the place of a NewFile.
+// (76), has no room (61) or can't be written (57), which leaves nothing beside a NewFile's place.
 WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
                         const Output& output);
 

@@ -27,8 +27,8 @@ bool IsPictureName(const std::string& path);
 // picture that can't be drawn, and those of WriteFile.
 double WritePictures(std::vector<Picture> pictures, const Output& output);
 
-// Empties or makes the file and writes the bytes, or what `write` gives. Errors: 61, 70; the
-// description names the file.
+// Empties or makes the file and writes the bytes, or what `write` gives. Errors of the
+// system, or 70 and 57; the description names the file.
 void WriteFile(const Output& output, std::string_view bytes);
 void WriteFile(const Output& output, const std::function<void(std::ostream& file)>& write);
 

@@ -61,7 +61,7 @@ class NewFile {
   // Gives what stands there a second name, by which PutBack finds it; where the disk knows no
   // second names, it is lost behind TakePlace.
   void KeepOld();
-  // Error 70, and what stood there stands as it was. REQUIRES: prepared.
+  // Error of the system, or 70, and what stood there stands as it was. REQUIRES: prepared.
   void TakePlace();
   // What was written stays.
   void Settle() noexcept;
