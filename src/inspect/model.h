@@ -1,5 +1,7 @@
-// A model text as the reader took it, element by element, each with its place in the text. Texts
-// are Windows-1252.
+// A model text as the reader took it, element by element, each with its place in the text: what a
+// check looks through. Of a project's tables ModelSnapshot is what a merge changes, ModelContent
+// what two models are compared by, and pictures::ProcessModel what is drawn. Texts are
+// Windows-1252.
 #pragma once
 
 #include <cstddef>

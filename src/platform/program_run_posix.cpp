@@ -72,8 +72,9 @@ std::vector<char*> ArgumentsOf(std::vector<std::string>& words) {
   return arguments;
 }
 
-// The child between leads a new session and ends at once: what it runs belongs to the system's
-// first process then, which collects it. Gives the end of the pipe that `run` has the other end of;
+// Not by a ForkedChild, which ends with this program: what is started here outlives it. The child
+// between leads a new session and ends at once: what it runs belongs to the system's first process
+// then, which collects it. Gives the end of the pipe that `run` has the other end of;
 // -1 where nothing can be started.
 template <typename Run>
 int RunDetached(const Run& run) {

@@ -1,6 +1,6 @@
 // The model of one project in an interim database, as far as a merge changes it: what is compared
-// before and after. A model text with its lines is inspect's own Model (reading), and what is
-// drawn, with all texts of the elements, is pictures::ProcessModel.
+// before and after. Two whole models are compared by ModelContent. A model text with its lines is
+// inspect's Model, and what is drawn is pictures::ProcessModel.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // A process model as its interim tables hold it, for drawing: all scenarios with the texts that a
-// reader of the page wants. What a merge compares is inspect::ModelSnapshot, what a check reads
-// with its lines is inspect's Model.
+// reader of the page wants. Of inspect, Model is a text with its lines, ModelSnapshot what a merge
+// changes, and ModelContent what two models are compared by.
 #pragma once
 
 #include <cstdint>
