@@ -26,7 +26,7 @@ QString Caption(const Element& element) {
   return QString::number(element.number) + "  " + name;
 }
 
-QString Told(const Element& element) {
+QString ToolTipOf(const Element& element) {
   const char* kind = element.kind == Element::Kind::kScenario ? "Scenario "
                      : element.kind == Element::Kind::kUnit   ? "Unit "
                                                               : "Task ";
@@ -68,8 +68,8 @@ void OutlineTree::Show(const std::vector<Element>& elements) {
     above.resize(std::min(above.size(), element.level));
     auto* item = new QTreeWidgetItem({Caption(element)});
     item->setData(0, kElementRole, QVariant::fromValue<qulonglong>(items_.size()));
-    item->setData(0, Qt::AccessibleTextRole, Told(element));
-    item->setToolTip(0, Told(element));
+    item->setData(0, Qt::AccessibleTextRole, ToolTipOf(element));
+    item->setToolTip(0, ToolTipOf(element));
     if (element.mark != Mark::kNone) {
       item->setForeground(0, QColor(StyleOf(InkOf(element.mark), GroundOf(palette())).stroke));
     } else if (!element.whyOut.empty()) {

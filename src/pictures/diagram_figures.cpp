@@ -42,7 +42,7 @@ std::vector<std::string> ObjectLines(const Unit& unit, double width) {
   return lines;
 }
 
-UnitForm FormOf(const Unit& unit, bool objects) {
+UnitForm BoxOf(const Unit& unit) {
   UnitForm form;
   form.name = Wrapped(unit.name, kNameWidth, kNameLines, Ink::kUnitName);
   double widest = WidthOf(std::to_string(unit.number), Ink::kUnitNumber) + 2 * kPadding +
@@ -53,6 +53,11 @@ UnitForm FormOf(const Unit& unit, bool objects) {
   form.width = std::ceil(std::max(kLeastWidth, widest + 2 * kPadding));
   const double lines = std::max<double>(2, static_cast<double>(form.name.size()));
   form.height = lines * kLine + kPadding + kStrip;
+  return form;
+}
+
+UnitForm FormOf(const Unit& unit, bool objects) {
+  UnitForm form = BoxOf(unit);
   if (objects) form.objects = ObjectLines(unit, form.width);
   return form;
 }
@@ -126,7 +131,7 @@ GraphNode SizeOf(const Unit& unit, bool objects) {
   return {form.width, form.height + 2 * ObjectsHeight(form)};
 }
 
-double BoxHeightOf(const Unit& unit) { return SizeOf(unit, false).height; }
+double BoxHeightOf(const Unit& unit) { return BoxOf(unit).height; }
 
 GraphNode SizeOfJunction() { return {kJunctionSize, kJunctionSize}; }
 

@@ -18,14 +18,12 @@ std::string Attribute(const char* name, const std::string& value) {
   return std::string(" ") + name + "=\"" + value + '"';
 }
 
-enum class Place { kFile, kInPage };
+enum class SvgKind { kFile, kElement };
 
 class SvgWriter {
  public:
-  using Take = std::function<void(std::string_view piece)>;
-
-  SvgWriter(const Picture& picture, Place place)
-      : picture_(picture), inPage_(place == Place::kInPage) {}
+  SvgWriter(const Picture& picture, SvgKind kind)
+      : picture_(picture), inPage_(kind == SvgKind::kElement) {}
 
   std::string Write() {
     std::string whole;
@@ -33,7 +31,7 @@ class SvgWriter {
     return whole;
   }
 
-  void Write(const Take& take) {
+  void Write(const std::function<void(std::string_view piece)>& take) {
     constexpr std::size_t kPiece = 1 << 16;
     const std::string width = Number(picture_.width);
     const std::string height = Number(picture_.height);
@@ -155,16 +153,16 @@ std::string SheetOf(const Picture& picture, const Area& area) {
 }  // namespace
 
 std::string ToSvgFile(const Picture& picture) {
-  return kDeclaration + SvgWriter(picture, Place::kFile).Write();
+  return kDeclaration + SvgWriter(picture, SvgKind::kFile).Write();
 }
 
 void ToSvgFile(const Picture& picture, const std::function<void(std::string_view piece)>& take) {
   take(kDeclaration);
-  SvgWriter(picture, Place::kFile).Write(take);
+  SvgWriter(picture, SvgKind::kFile).Write(take);
 }
 
 std::string ToSvgElement(const Picture& picture) {
-  return SvgWriter(picture, Place::kInPage).Write();
+  return SvgWriter(picture, SvgKind::kElement).Write();
 }
 
 std::string ToSvgSheets(const Picture& picture, double width, double height) {

@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kLongest = 255;
 
-bool SameName(std::string_view a, std::string_view b) {
+bool IsSameIniName(std::string_view a, std::string_view b) {
   return EqualNoCase(FromUtf8(Stripped(a)), FromUtf8(Stripped(b)));
 }
 
@@ -58,9 +58,9 @@ std::optional<std::string> FindValue(const std::vector<std::string>& lines,
     const std::size_t close = line.rfind(']');
     const std::size_t equals = line.find('=');
     if (line.starts_with('[') && close != std::string_view::npos) {
-      inSection = SameName(line.substr(1, close - 1), section);
+      inSection = IsSameIniName(line.substr(1, close - 1), section);
     } else if (inSection && !line.starts_with(';') && equals != std::string_view::npos &&
-               SameName(line.substr(0, equals), key)) {
+               IsSameIniName(line.substr(0, equals), key)) {
       return std::string(WithoutQuotes(Stripped(line.substr(equals + 1))));
     }
   }

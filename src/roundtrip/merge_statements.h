@@ -35,15 +35,15 @@ std::string_view EndType(ProjectToModel& state, std::int16_t number);
 // A fresh question for EOF and BOF: false when either holds.
 bool HasRow(Recordset& rows);
 
-// Carries out the end behind the work, and also where that fails, unless what it had written is
+// Carries out the end behind the step, and also where that fails, unless what it had written is
 // undone: what a merge keeps beside the tables stands in them however it ends. The first failure
 // counts.
-template <class Work, class End>
-void WithEnd(const ProjectToModel& state, Work work, End end) {
+template <class Step, class End>
+void WithEnd(const ProjectToModel& state, Step step, End end) {
   const Connection& tables = *state.gInterimConn;
   const std::uint64_t undone = tables.Undone();
   try {
-    work();
+    step();
   } catch (...) {
     try {
       if (tables.Undone() == undone) end();

@@ -21,12 +21,12 @@ std::uintmax_t SizeOf(const std::string& path) {
 
 }  // namespace
 
-Engine::Engine(DatabaseHandle database, std::string path, bool readOnly,
+Engine::Engine(DatabaseHandle database, std::string path, Writing writing,
                std::chrono::milliseconds patience)
     : database_(std::move(database)),
       path_(std::move(path)),
       limit_(Database(), SizeOf(path_)),
-      readOnly_(readOnly),
+      writing_(writing),
       patience_(patience) {
   sqlite3_busy_handler(Database(), &Engine::Busy, this);
   sqlite3_rollback_hook(Database(), &Engine::RolledBack, this);
@@ -154,7 +154,7 @@ std::vector<std::string> Engine::TableNames() {
 }
 
 void Engine::CheckWritable() const {
-  if (!readOnly_) return;
+  if (writing_ == Writing::kAllowed) return;
   throw RunTimeError(kNotUpdatable,
                      "The database '" + FromUtf8(path_) + "' is open for reading only.");
 }

@@ -44,10 +44,12 @@ class OpenSet {
   ~OpenSet() = default;
 };
 
+enum class Writing { kAllowed, kRefused };  // with error 3251
+
 class Engine {
  public:
   // Waits for another process that holds the file for `patience`, each time.
-  Engine(DatabaseHandle database, std::string path, bool readOnly,
+  Engine(DatabaseHandle database, std::string path, Writing writing,
          std::chrono::milliseconds patience = {});
   ~Engine();  // closes the sets; what isn't committed is lost
   Engine(const Engine&) = delete;
@@ -111,7 +113,7 @@ class Engine {
   DatabaseHandle database_;
   std::string path_;
   StepLimit limit_;
-  bool readOnly_;
+  Writing writing_;
   std::chrono::milliseconds patience_;
   bool holdsFile_ = true;
   std::string ownFile_;

@@ -49,7 +49,8 @@ std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::strin
   const bool afterCrash = HasJournal(name);
   DatabaseHandle database = OpenHandle(name, SQLITE_OPEN_READWRITE);
   const bool readOnly = sqlite3_db_readonly(database.get(), "main") == 1;
-  auto engine = std::make_shared<Engine>(std::move(database), path, readOnly, patience);
+  const Writing writing = readOnly ? Writing::kRefused : Writing::kAllowed;
+  auto engine = std::make_shared<Engine>(std::move(database), path, writing, patience);
   SetUp(engine->Database(), path);  // which looks into the file, and waits for who writes it
   Prove(engine->Database(), path);
   if (afterCrash) RefuseSharedPages(engine->Database(), path);
@@ -68,7 +69,8 @@ DatabaseHandle OpenUnchanged(const std::string& name, FileKind kind) {
 
 // `copy` is this database's alone from now on, and goes with it.
 std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& copy, Work& work) {
-  auto engine = std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, true);
+  auto engine =
+      std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, Writing::kRefused);
   engine->IsCopy(copy);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path);
@@ -96,19 +98,20 @@ std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string
 }
 
 // Stays in memory as long as the cache holds it, and is a nameless file beyond.
-std::shared_ptr<Engine> CopyAside(Engine& source, bool readOnly, Work& work) {
+std::shared_ptr<Engine> CopyAside(Engine& source, Writing writing, Work& work) {
   DatabaseHandle aside = OpenHandle("", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   CopyPages(source.Database(), aside.get(), source.Path(), work);
   SetUp(aside.get(), source.Path());
   Execute(aside.get(), "pragma temp_store = file; pragma cache_size = -65536", source.Path());
-  auto copy = std::make_shared<Engine>(std::move(aside), source.Path(), readOnly);
+  auto copy = std::make_shared<Engine>(std::move(aside), source.Path(), writing);
   copy->IsCopy();
   return copy;
 }
 
 std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& name,
                                   std::chrono::milliseconds patience) {
-  auto engine = std::make_shared<Engine>(OpenOverlay(name, path), path, false, patience);
+  auto engine =
+      std::make_shared<Engine>(OpenOverlay(name, path), path, Writing::kAllowed, patience);
   engine->IsCopy();
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path);
@@ -119,12 +122,13 @@ std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& na
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
                                        FileKind kind, Work& work,
                                        std::chrono::milliseconds patience) {
-  auto engine = std::make_shared<Engine>(OpenUnchanged(name, kind), path, true, patience);
+  auto engine =
+      std::make_shared<Engine>(OpenUnchanged(name, kind), path, Writing::kRefused, patience);
   if (WasCutOff(engine->Database())) return OpenRecovered(path, name, work);
   SetUp(engine->Database(), path);
   Prove(engine->Database(), path);
   if (!LacksKeyIndexes(engine->Database(), path)) return engine;
-  auto copy = CopyAside(*engine, true, work);
+  auto copy = CopyAside(*engine, Writing::kRefused, work);
   AddMissingKeyIndexes(copy->Database(), path, work);
   return copy;
 }
@@ -180,7 +184,7 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, boo
   if (mode == OpenMode::kReadOnly) return engine;
   const bool isFileItself = kind == FileKind::kSqlite && engine->HoldsFile();
   if (mode == OpenMode::kAside && isFileItself) return OpenAside(path, name, patience);
-  auto copy = CopyAside(*engine, false, work);
+  auto copy = CopyAside(*engine, Writing::kAllowed, work);
   if (mode == OpenMode::kCopy) DropProjectIndexes(copy->Database(), path);
   return copy;
 }

@@ -88,18 +88,19 @@ int SelectShape::SlotOfColumn(int column) {
 }
 
 Value SelectShape::ValueIn(sqlite3_stmt* row, int field) {
-  return ColumnValue(row, SlotOf(field), IsText(field));
+  return ColumnValue(row, SlotOf(field), FormOf(field));
 }
 
-bool SelectShape::IsText(int field) const {
-  return HasKeys() && table_.Schema().KindOf(ColumnOf(field)) == ColumnKind::kText;
+ReadAs SelectShape::FormOf(int field) const {
+  const bool isText = HasKeys() && table_.Schema().KindOf(ColumnOf(field)) == ColumnKind::kText;
+  return isText ? ReadAs::kText : ReadAs::kStored;
 }
 
 int SelectShape::TakeUpAll() {
   int last = 0;
   all_.clear();
   for (int field = 0; field < FieldCount(); ++field) {
-    all_.emplace_back(SlotOf(field), IsText(field));
+    all_.emplace_back(SlotOf(field), FormOf(field));
     last = std::max(last, all_.back().first);
   }
   return last;
@@ -108,11 +109,11 @@ int SelectShape::TakeUpAll() {
 void SelectShape::ReadAll(sqlite3_stmt* row, std::vector<Value>& fields) const {
   fields.resize(all_.size());
   auto field = fields.begin();
-  for (const auto& [slot, isText] : all_) {
+  for (const auto& [slot, form] : all_) {
     // Of a task most are, in one row and the next.
     sqlite3_value* value = sqlite3_column_value(row, slot);
     const bool isNull = sqlite3_value_type(value) == SQLITE_NULL;
-    if (!isNull || !field->IsNull()) *field = ColumnValue(row, slot, value, isText);
+    if (!isNull || !field->IsNull()) *field = ColumnValue(row, slot, value, form);
     ++field;
   }
 }

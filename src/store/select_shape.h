@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "sqlite_handle.h"
 #include "statement.h"
 #include "table_data.h"
 
@@ -73,7 +74,7 @@ class SelectShape {
   friend struct StatementReturner;
 
   void AddSlot(int column);
-  bool IsText(int field) const;
+  ReadAs FormOf(int field) const;
   std::string Sql(ReadKind kind) const;
   std::string Columns() const;
   std::string Where(std::string_view more) const;
@@ -88,7 +89,7 @@ class SelectShape {
   std::vector<std::string> computed_;  // the fields' names where they are no columns
   std::vector<std::int16_t> slots_;    // by column; -1 for one that nobody asked for
   std::vector<int> slotColumns_;
-  std::vector<std::pair<int, bool>> all_;  // by field: its slot, and whether it is a text
+  std::vector<std::pair<int, ReadAs>> all_;  // by field: its slot, and how it is read
   std::array<std::vector<StatementHandle>, 5> free_;
 };
 

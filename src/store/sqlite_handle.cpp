@@ -167,21 +167,21 @@ std::string ColumnText(sqlite3_stmt* statement, int column) {
   return FromColumn(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
 }
 
-Value ColumnValue(sqlite3_stmt* statement, int column, bool asText) {
-  return ColumnValue(statement, column, sqlite3_column_value(statement, column), asText);
+Value ColumnValue(sqlite3_stmt* statement, int column, ReadAs as) {
+  return ColumnValue(statement, column, sqlite3_column_value(statement, column), as);
 }
 
-Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, bool asText) {
+Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, ReadAs as) {
   switch (sqlite3_value_type(value)) {
     case SQLITE_NULL:
       return {};
     case SQLITE_INTEGER: {
       const auto number = static_cast<std::int64_t>(sqlite3_value_int64(value));
-      return asText ? Value(ToText(number)) : Value(number);
+      return as == ReadAs::kText ? Value(ToText(number)) : Value(number);
     }
     case SQLITE_FLOAT: {
       const double number = sqlite3_column_double(statement, column);
-      return asText ? Value(TextOfReal(number)) : Value(number);
+      return as == ReadAs::kText ? Value(TextOfReal(number)) : Value(number);
     }
     case SQLITE_BLOB: {
       const auto* bytes = static_cast<const std::uint8_t*>(sqlite3_column_blob(statement, column));
@@ -204,7 +204,7 @@ bool ColumnHolds(sqlite3_stmt* statement, int column, const Value& value) {
     case SQLITE_TEXT:
       return value.IsText() && value.Text() == ColumnText(statement, column);
     default:
-      return value == ColumnValue(statement, column, false);
+      return value == ColumnValue(statement, column, ReadAs::kStored);
   }
 }
 

@@ -45,9 +45,11 @@ void Execute(sqlite3* database, const char* sql, const std::string& path);
 void Bind(sqlite3_stmt* statement, int parameter, const Literal& literal);
 void Bind(sqlite3_stmt* statement, int parameter, const Value& value);
 
-// The value of a column of the row that the statement stands on. `asText` turns numbers to text.
-Value ColumnValue(sqlite3_stmt* statement, int column, bool asText);
-Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, bool asText);  // its
+enum class ReadAs { kStored, kText };  // kText: numbers become text
+
+// The value of a column of the row that the statement stands on.
+Value ColumnValue(sqlite3_stmt* statement, int column, ReadAs as);
+Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, ReadAs as);  // its
 // Whether that column holds exactly `value`.
 bool ColumnHolds(sqlite3_stmt* statement, int column, const Value& value);
 std::string ColumnText(sqlite3_stmt* statement, int column);  // in Windows-1252
