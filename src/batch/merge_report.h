@@ -20,7 +20,7 @@ nlohmann::ordered_json ChangesJson(const std::vector<inspect::MergeChange>& chan
 // A line for each change, and a last one with their counts.
 std::string ChangesText(const std::vector<inspect::MergeChange>& changes);
 
-// Of a merge that wasn't complete: its proof says of each difference that a complete one keeps it.
+// Of a merge that wasn't complete: its proof says which differences a complete one leaves out.
 inspect::MergeProof WithComplete(inspect::MergeProof proof);
 
 // A line for each difference and a last one with their count, or the one that there is none; why

@@ -3,7 +3,9 @@
 
 #include "inspect/merge_preview.h"
 #include "memory_model.h"
+#include "reconcile/model_limits.h"
 #include "reconcile/plan_content.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::inspect {
 
@@ -11,10 +13,22 @@ using namespace reconcile;
 
 namespace {
 
+// What no merge brings into a model, as the advice about it. Null: a model can hold it.
+using Limit = const char*;
+
 class PlanComparison {
  public:
   PlanComparison(const PlanContent& wanted, const PlanContent& given)
-      : wanted_(wanted), given_(given) {}
+      : wanted_(wanted), given_(given) {
+    for (const auto& [number, task] : wanted.tasks) {
+      const auto [first, isFirst] = notes_.try_emplace(task.name, task.note);
+      if (!isFirst && first->second != task.note) first->second.reset();
+    }
+    for (const auto& [number, task] : given.tasks) {
+      const auto [first, isFirst] = scenarioBelow_.try_emplace(task.parent, task.scenario);
+      if (!isFirst && first->second != task.scenario) first->second = kSeveral;
+    }
+  }
 
   std::vector<MergeChange> Run() {
     CompareTasks();
@@ -27,16 +41,87 @@ class PlanComparison {
 
  private:
   void Add(std::optional<std::int32_t> row, ElementName element, std::string sentence,
-           std::string advice, bool completeKeeps = true) {
+           std::string advice, Limit limit = nullptr) {
+    if (limit != nullptr) advice = limit;
     differences_.push_back({ChangeKind::kDiffers, std::move(element), std::move(sentence),
-                            std::move(advice), row, completeKeeps});
+                            std::move(advice), row, limit == nullptr});
+  }
+
+  Limit LimitOfPlace(std::int32_t number) const {
+    std::size_t level = 0;
+    for (auto task = wanted_.tasks.find(number); task != wanted_.tasks.end(); ++level) {
+      task = wanted_.tasks.find(task->second.parent);
+    }
+    return level > kMostLevels ? "A translation gives ten levels: move it further up in the plan."
+                               : nullptr;
   }
 
   // An object of the unit carries its cycle time.
-  bool HasResource(std::int32_t number) const {
-    const auto isOfTask = [&](const auto& assignment) { return assignment.first.first == number; };
-    return std::ranges::any_of(wanted_.assignments, isOfTask) ||
-           std::ranges::any_of(given_.assignments, isOfTask);
+  Limit LimitOfDuration(std::int32_t number, const PlanContent::Task& given) const {
+    for (auto assigned = wanted_.assignments.lower_bound({number, ""});
+         assigned != wanted_.assignments.end() && assigned->first.first == number; ++assigned) {
+      if (LimitOfAlias(assigned->first.second) == nullptr) return LimitOfPlace(number);
+    }
+    return IsSameNumber(given.duration, "1", 1)
+               ? "A unit without objects takes 1 day: assign a resource to it."
+               : "Set the cycle time of its objects in the model.";
+  }
+
+  Limit LimitOfAlias(const std::string& resource) const {
+    return wanted_.resources.at(resource).lacksAlias
+               ? "It is assigned to nothing without an alias: give it one in the model."
+               : nullptr;
+  }
+
+  Limit LimitOfOrder(std::int32_t number) const {
+    const auto below = scenarioBelow_.find(given_.tasks.at(number).parent);
+    return below->second == kSeveral ? "Its unit is no neighbour of theirs: move it in the model."
+                                     : LimitOfPlace(number);
+  }
+
+  Limit LimitOfNote(const PlanContent::Task& task) const {
+    if (!notes_.at(task.name)) {
+      return "A model holds one note for all tasks of its name: give it a name of its own, or all "
+             "of them the same note.";
+    }
+    if (task.note.size() + 2 > kLongestGlossary) return "It is too long for a plan: shorten it.";
+    return LimitOfLines(task.note);
+  }
+  static Limit LimitOfLines(const std::string& note) {
+    return HoldsLines(note) ? nullptr : "A line of it would end it in a text: change that line.";
+  }
+
+  Limit LimitOfRelation(const PlanContent::Relation& relation) const {
+    const auto& [from, to, kind] = relation;
+    if (kind.starts_with("SF")) {
+      return "A model holds no start-to-finish relations: use one of another kind.";
+    }
+    const auto fromTask = wanted_.tasks.find(from);
+    const auto toTask = wanted_.tasks.find(to);
+    if (fromTask != wanted_.tasks.end() && toTask != wanted_.tasks.end() &&
+        fromTask->second.parent != toTask->second.parent) {
+      return "A link stays below its summary task: link the summary tasks instead.";
+    }
+    return kind.size() > 2 ? kNoLags : LimitOfPlace(to);
+  }
+  // Where the plan has the same one with a lag.
+  Limit LimitOfRelationGiven(const PlanContent::Relation& relation) const {
+    const auto wanted = wanted_.relations.upper_bound(relation);
+    if (wanted == wanted_.relations.end()) return nullptr;
+    const auto& [from, to, kind] = relation;
+    const auto& [wantedFrom, wantedTo, lagged] = *wanted;
+    return from == wantedFrom && to == wantedTo && lagged.starts_with(kind) ? kNoLags : nullptr;
+  }
+
+  Limit LimitOfAssignment(std::int32_t number, const std::string& resource,
+                          const std::string& units) const {
+    const auto task = wanted_.tasks.find(number);
+    if (task != wanted_.tasks.end() && task->second.isSummary) {
+      return "A model gives resources to the tasks below only: assign it there.";
+    }
+    if (const Limit alias = LimitOfAlias(resource)) return alias;
+    if (!HoldsUnits(units)) return "A model holds whole units up to 9: change them in the plan.";
+    return LimitOfPlace(number);
   }
 
   const PlanContent::Task* TaskOf(std::int32_t number) const {
@@ -63,7 +148,7 @@ class PlanComparison {
       const auto given = given_.tasks.find(number);
       if (given == given_.tasks.end()) {
         Add(task.row, Named(number), "The merged model gives no task for it.",
-            "Draw its unit in the model.");
+            "Draw its unit in the model.", LimitOfPlace(number));
         continue;
       }
       CompareTask(number, task, given->second);
@@ -85,18 +170,18 @@ class PlanComparison {
       Add(task.row, Named(number),
           "It lies " + Place(task.parent) + " in the plan, and " + Place(given.parent) +
               " in what the merged model gives.",
-          "Move its unit in the model.");
+          "Move its unit in the model.", LimitOfPlace(number));
     }
     // That of a summary task follows from those below it.
     if (!task.isSummary && !IsSameNumber(given.duration, task.duration, 1)) {
       Add(task.row, Named(number),
           "It takes " + task.duration + " days in the plan, and " +
               (given.duration.empty() ? "1" : given.duration) + " by the merged model.",
-          "Set the cycle time of its objects in the model.", HasResource(number));
+          "Set the cycle time of its objects in the model.", LimitOfDuration(number, given));
     }
     if (given.note != task.note) {
       Add(task.row, Named(number), "The merged model has another note.",
-          "Write it into the glossary of its process.");
+          "Write it into the glossary of its process.", LimitOfNote(task));
     }
   }
 
@@ -109,7 +194,7 @@ class PlanComparison {
       Add(RowOf(moved.task), Named(moved.task),
           "It stands " + place(moved.behind) + " in the plan, and " + place(moved.otherBehind) +
               " in what the merged model gives.",
-          "Number its unit by its place: a plan follows the numbers.");
+          "Number its unit by its place: a plan follows the numbers.", LimitOfOrder(moved.task));
     }
   }
 
@@ -117,11 +202,10 @@ class PlanComparison {
     for (const PlanContent::Relation& relation : wanted_.relations) {
       const auto& [from, to, kind] = relation;
       if (given_.relations.contains(relation)) continue;
-      const bool isLagged = kind.size() > 2;
       Add(RowOf(to), Named(to),
           "The merged model doesn't give its predecessor " + Described(Named(from)) + " (" + kind +
               ").",
-          isLagged ? "A model holds no lags." : "Draw the link in the model.", !isLagged);
+          "Draw the link in the model.", LimitOfRelation(relation));
     }
     for (const PlanContent::Relation& relation : given_.relations) {
       const auto& [from, to, kind] = relation;
@@ -129,7 +213,7 @@ class PlanComparison {
       Add(RowOf(to), Named(to),
           "The merged model gives it the predecessor " + Described(Named(from)) + " (" + kind +
               "), which the plan doesn't have.",
-          "Delete the link in the model.");
+          "Delete the link in the model.", LimitOfRelationGiven(relation));
     }
   }
 
@@ -150,7 +234,7 @@ class PlanComparison {
       }
       if (given->second.note != resource.note) {
         Add(resource.row, element, "The merged model has another note.",
-            "Write it into its glossary.");
+            "Write it into its glossary.", LimitOfLines(resource.note));
       }
     }
     for (const auto& [name, resource] : given_.resources) {
@@ -162,16 +246,18 @@ class PlanComparison {
   }
 
   void CompareAssignments() {
-    const auto add = [this](const auto& key, const std::string& sentence) {
+    const auto add = [this](const auto& key, const std::string& sentence, Limit limit = nullptr) {
       Add(RowOf(key.first), Named(key.first), "Of resource '" + key.second + "': " + sentence,
-          "Set the labor rule of its unit.");
+          "Set the labor rule of its unit.", limit);
     };
     for (const auto& [key, units] : wanted_.assignments) {
       const auto given = given_.assignments.find(key);
       if (given == given_.assignments.end()) {
-        add(key, units + " in the plan, and none by the merged model.");
+        add(key, units + " in the plan, and none by the merged model.",
+            LimitOfAssignment(key.first, key.second, units));
       } else if (!IsSameNumber(given->second, units, 1)) {
-        add(key, units + " in the plan, and " + given->second + " by the merged model.");
+        add(key, units + " in the plan, and " + given->second + " by the merged model.",
+            LimitOfAssignment(key.first, key.second, units));
       }
     }
     for (const auto& [key, units] : given_.assignments) {
@@ -181,8 +267,15 @@ class PlanComparison {
     }
   }
 
+  static constexpr std::int32_t kSeveral = -1;
+  static constexpr Limit kNoLags = "A model holds no lags.";
+
   const PlanContent& wanted_;
   const PlanContent& given_;
+  // That of all tasks of a name, which have one process; nothing where they have several.
+  std::map<std::string, std::optional<std::string>> notes_;
+  // By the summary task, whose tasks come from several where a path above them stays out.
+  std::map<std::int32_t, std::int32_t> scenarioBelow_;
   std::vector<MergeChange> differences_;
 };
 

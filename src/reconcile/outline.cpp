@@ -4,11 +4,11 @@
 #include <utility>
 #include <vector>
 
+#include "reconcile/model_limits.h"
+
 namespace merivane::reconcile {
 
 namespace {
-
-constexpr std::size_t kMostLevels = 10;
 
 // The units around a scenario, from above; with a unit's own number they sort as the plan does.
 class Surroundings {

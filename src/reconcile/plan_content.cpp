@@ -60,13 +60,22 @@ class PlanReader {
   PlanContent CameIn() {
     ForEach("ProjectAct where Msp_ProjID = ", [this](Recordset& row) { TakeTask(row); });
     ForEach("ProjectAct where Msp_ProjID = ", [this](Recordset& row) { TakePredecessors(row); });
-    std::map<std::string, std::string> notes;
+    std::set<std::int32_t> withoutAlias;
+    ForEach("Object_Pool where Msp_ProjID = ", [&](Recordset& row) {
+      const auto number = NumberIn(row.Field("Num"));
+      if (number && Joined(row.Field("Alias")).empty()) withoutAlias.insert(*number);
+    });
+    std::map<std::string, PlanContent::Resource> known;
     ForEach("MSP_RESOURCES where RES_UID > 0 and PROJ_ID = ", [&](Recordset& row) {
-      notes[Joined(row.Field("RES_NAME"))] = NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY")));
+      const auto object = NumberIn(row.Field("KV7_OBJ_HEX"));
+      known[Joined(row.Field("RES_NAME"))] = {
+          .note = NoteText(Joined(row.Field("KV7_OBJ_GLOSSARY"))),
+          .lacksAlias = object && withoutAlias.contains(*object)};
     });
     ForEach("ProjectRes where Msp_ProjID = ", [&](Recordset& row) {
       const std::string name = Joined(row.Field("Name"));
-      AddResource(row.Field("PID"), name, Joined(row.Field("Qty")), notes[name]);
+      AddResource(row.Field("PID"), name, Joined(row.Field("Qty")), known[name].note);
+      plan_.resources[name].lacksAlias = known[name].lacksAlias;
     });
     ForEach("ProjectResReqts where Msp_ProjID = ", [this](Recordset& row) {
       AddAssignment(row.Field("ActivityPID"), row.Field("ResourcePID"), Joined(row.Field("Qty")));
@@ -86,7 +95,8 @@ class PlanReader {
               {.row = {},
                .name = Joined(row.Field("TASK_NAME")),
                .duration = Joined(row.Field("KV7_PROCOCC_DURATION")),
-               .note = process ? notes[*process] : ""});
+               .note = process ? notes[*process] : "",
+               .scenario = NumberIn(row.Field("KV7_SCENARIO_HEX")).value_or(0)});
     });
     ForEach("MSP_LINKS where PROJ_ID = ", [this](Recordset& row) { TakeLink(row); });
     ForEach("MSP_RESOURCES where RES_UID > 0 and PROJ_ID = ", [this](Recordset& row) {
@@ -160,7 +170,7 @@ class PlanReader {
                    const std::string& note) {
     const auto number = NumberIn(row);
     if (number) resources_[*number] = name;
-    plan_.resources[name] = {number, quantity, note};
+    plan_.resources[name] = {.row = number, .quantity = quantity, .note = note};
   }
 
   void AddAssignment(const Value& task, const Value& resource, const std::string& units) {

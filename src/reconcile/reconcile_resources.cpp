@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "reconcile/model_limits.h"
 #include "reconcile/plan_content.h"
 #include "reconciliation.h"
 #include "runtime/text.h"
@@ -67,12 +68,6 @@ std::map<Place, std::string> PlacesOfOthers(const PlanContent& plan, const PlanC
   return places;
 }
 
-bool IsDigit(const std::string& units) {
-  if (!IsNumericText(units)) return units.empty();
-  const double number = ToDouble(units);
-  return number >= 0 && number <= 9 && number == static_cast<int>(number);
-}
-
 }  // namespace
 
 void Reconciliation::TellResource(const std::string& name, std::string sentence,
@@ -137,8 +132,7 @@ void Reconciliation::TakeResources() {
     }
     const std::string note = isNew ? "" : given->second.note;
     if (resource.note == note) continue;
-    if (resource.note.starts_with("  End  ") ||
-        resource.note.find("\n  End  ") != std::string::npos) {
+    if (!HoldsLines(resource.note)) {
       TellResource(name, "Its note has a line that would end it in a text.", "Change that line.");
     } else {
       edit_.SetObject(object, "Glossary",
@@ -231,7 +225,7 @@ void Reconciliation::SettleRule(std::int32_t unit,
   std::vector<Term> terms;
   for (const auto& [object, amount] : units) {
     const ModelRows::Object& row = edit_.Model().objects.at(object);
-    if (!IsDigit(amount)) {
+    if (!HoldsUnits(amount)) {
       Tell(unit,
            "It has " + amount + " units of resource '" + row.name +
                "'; a model holds whole "

@@ -43,12 +43,14 @@ struct PlanContent {
     std::string duration;  // days
     std::string note;      // as NoteText
     std::int32_t parent = 0;
+    std::int32_t scenario = 0;  // of a translated plan
     bool isSummary = false;
   };
   struct Resource {
-    std::optional<std::int32_t> row;
-    std::string quantity;
-    std::string note;
+    std::optional<std::int32_t> row = {};
+    std::string quantity = {};
+    std::string note = {};
+    bool lacksAlias = false;  // its object in the model that the plan came into
   };
   // Of a predecessor, its successor: "FS", "SS", "FF" or "SF", with the lag behind it. Two that
   // start or finish together stand in the order of their numbers.
