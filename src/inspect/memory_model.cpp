@@ -1,5 +1,7 @@
 #include "memory_model.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "inspect/finding.h"
@@ -39,14 +41,18 @@ MemoryModel::MemoryModel(const std::string& templatePath, Desktop* shown)
 
 template <typename Step>
 bool MemoryModel::Succeeds(Step step) {
+  bool isEnded = false;
   try {
     step();
   } catch (const ProgramEnd&) {
-    // Its box has told why.
+    isEnded = true;  // its box has told why
   }
   desktop_.ThrowMachineFault();
-  if (!desktop_.boxes.empty()) failure_ = OneLine(desktop_.boxes.front().text);
-  return desktop_.boxes.empty();
+  const auto& boxes = desktop_.boxes;
+  auto box = std::ranges::find_if(boxes, [](const Message& each) { return each.error != 0; });
+  if (box == boxes.end() && isEnded && !boxes.empty()) box = std::prev(boxes.end());
+  if (box != boxes.end()) failure_ = OneLine(box->text);
+  return box == boxes.end();
 }
 
 bool MemoryModel::Read(const std::string& textPath) {

@@ -22,7 +22,7 @@ class MemoryModel {
   // machine refuses.
   MemoryModel(const std::string& templatePath, Desktop* shown);
 
-  // False, with a Failure, where the reader shows a box.
+  // False, with a Failure, where the reader shows a box that tells an error.
   bool Read(const std::string& textPath);
   // The model of a project of another database; errors of that database come up.
   void Take(const StoredModel& model);
@@ -34,7 +34,7 @@ class MemoryModel {
   // where it didn't.
   const std::string& Question() const { return question_; }
 
-  // The first box, on one line, Windows-1252.
+  // The first box that told an error, on one line, Windows-1252.
   const std::string& Failure() const { return failure_; }
   Connection& Database() { return *program_.modelToProject.gMspConn; }
   static constexpr std::int16_t kProject = 1;

@@ -67,6 +67,7 @@ class CompleteMergeTest : public RoundFixture {
     constexpr Meaning kMeanings[] = {
         {"no start-to-finish relation", "doesn't give its predecessor"},
         {"lies under another summary task", "doesn't give its predecessor"},
+        {"deeper than the ten levels", "It lies"},
         {"no lag", "its predecessor"},
         {"no lag", "gives it the predecessor"},
         {"can't hold its relation", "doesn't give its predecessor"},
@@ -256,6 +257,12 @@ void PrintTo(const Sentence& row, std::ostream* out) { *out << row.name; }
 class CompleteMergeRemark : public CompleteMergeTest,
                             public testing::WithParamInterface<Sentence> {};
 
+// Below the last task of the sample, whose resources would be told.
+void AddBelow(PlanSketch& plan, int level) {
+  std::erase_if(plan.assignments, [](const auto& row) { return row.first.first == 5; });
+  plan.tasks.push_back({level + 7, "", "Level " + std::to_string(level), "1", level, "", {}});
+}
+
 // Tasks of the sample: 1 and then 2 and 3 beside each other, 4, 5.
 INSTANTIATE_TEST_SUITE_P(
     Plans, CompleteMergeRemark,
@@ -277,12 +284,15 @@ INSTANTIATE_TEST_SUITE_P(
                  "a unit without objects has no cycle time"},
         Sentence{"APredecessorBelowAnotherTask",
                  [](PlanSketch& plan) {
-                   plan.tasks.push_back({9, "", "Clear up", "1", 2, "", {{4, "FS"}}});
-                   std::erase_if(plan.assignments, [](const auto& assignment) {
-                     return assignment.first.first == 5;
-                   });
+                   AddBelow(plan, 2);
+                   plan.tasks.back().predecessors = {{4, "FS"}};
                  },
                  "lies under another summary task"},
+        Sentence{"ElevenLevels",
+                 [](PlanSketch& plan) {
+                   for (int level = 2; level <= 11; ++level) AddBelow(plan, level);
+                 },
+                 "deeper than the ten levels"},
         Sentence{"TwoNotesOfOneName",
                  [](PlanSketch& plan) {
                    plan.tasks.push_back({9, "", plan.tasks[4].name, "1", 1, "Again", {{5, "FS"}}});
