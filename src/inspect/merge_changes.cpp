@@ -203,6 +203,10 @@ class Comparison {
         Add(ChangeKind::kAdded, Resource(number), "It comes new from the plan.", resource.planRow);
         continue;
       }
+      if (resource.name != old->second.name) {
+        Add(ChangeKind::kChanged, Resource(number), NameSentence(old->second.name),
+            resource.planRow);
+      }
       if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
         Add(ChangeKind::kChanged, Resource(number),
             CountSentence(old->second.quantity, resource.quantity), resource.planRow);
