@@ -129,11 +129,23 @@ class Comparison {
     if (unit.name != old.name) {
       Add(ChangeKind::kChanged, Unit(number), NameSentence(old.name), unit.planRow);
     }
+    if (unit.process != old.process && old.process != 0) {
+      Add(ChangeKind::kChanged, Unit(number), ProcessSentence(number, old, unit), unit.planRow);
+    }
     if (!IsSameNumber(old.duration, unit.duration, 1)) {
       Add(ChangeKind::kChanged, Unit(number), DaysSentence(old.duration, unit.duration),
           unit.planRow);
     }
     CompareNotes(Unit(number), old.note, unit.note, unit.planRow);
+  }
+
+  std::string ProcessSentence(std::int32_t number, const ModelSnapshot::Unit& old,
+                              const ModelSnapshot::Unit& unit) const {
+    const bool isShared = std::ranges::any_of(after_.units, [&](const auto& other) {
+      return other.first != number && other.second.process == unit.process;
+    });
+    return (isShared ? "It is of process " : "It has a process of its own now, ") +
+           std::to_string(unit.process) + " instead of " + std::to_string(old.process) + ".";
   }
 
   void CompareNotes(const ElementName& element, const std::string& old, const std::string& note,

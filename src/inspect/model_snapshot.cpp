@@ -78,6 +78,7 @@ class Reader {
                                  IsSet(row.Field("KV7_PROCOCC_BROUGHT_BACK")),
                                  NumberIn(row.Field("TASK_OUTLINE_LEVEL")).has_value(),
                                  NumberIn(row.Field("KV7_SCENARIO_HEX")).value_or(0),
+                                 process.value_or(0),
                                  RowIn(rowOfUnit_, *unit)};
           unitOfTask_[NumberIn(row.Field("TASK_UID")).value_or(kNoRow)] = *unit;
         });

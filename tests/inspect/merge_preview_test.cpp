@@ -55,10 +55,10 @@ std::string Shown(const inspect::MergeChange& change) {
 class MergePreviewTest : public DatabaseFixture, public ::testing::WithParamInterface<Row> {
  protected:
   // The sample model in the database, its plan in the file.
-  std::string MakePlan() {
+  std::string MakePlan(const std::string& sample = "onboarding") {
     const std::string mpx = folder.Path("plan.mpx");
     OpenForModel();
-    ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/onboarding.txt");
+    ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/" + sample + ".txt");
     TranslateToProject(program->modelToProject, mpx);
     program = std::make_unique<Program>(desktop);
     return mpx;
@@ -98,6 +98,24 @@ TEST_F(MergePreviewTest, CallsAUnitThatWasLeftOutAUnit) {
   ASSERT_EQ(preview.changes.size(), 1U);
   EXPECT_EQ(Shown(preview.changes[0]),
             "removed: 5: link: It leads from unit 77 'Wait' to " + kWork + ".");
+}
+
+TEST_F(MergePreviewTest, ACompleteMergeTellsWhatIsRenamedAndWhichProcessesPart) {
+  const std::string mpx = MakePlan("clinic");
+  Change(mpx, {{"Plan the rooms,", "Plan the wards,"}, {",Builder,Builder,", ",Team,Team,"}});
+  std::vector<std::string> changes;
+  for (const auto& change :
+       inspect::PreviewCompleteMerge(mpx, databasePath, 1, TemplateDatabase(), Proof::kNone)
+           .changes) {
+    changes.push_back(Shown(change));
+  }
+  EXPECT_THAT(changes,
+              ElementsAreArray({
+                  "changed: 1: unit 4 'Plan the wards': It was called 'Plan the rooms'.",
+                  "changed: 1: unit 4 'Plan the wards': It has a process of its own now, 10 "
+                  "instead of 1.",
+                  "changed: 1: resource 2 'Team': It was called 'Builder'.",
+              }));
 }
 
 // The first stop alone has a box: behind it the merge shows nothing any more.

@@ -29,6 +29,7 @@ struct ModelSnapshot {
     bool cameBack = false;
     bool isWritten = false;  // it stands in its scenario of the model's text
     std::int32_t scenario = 0;
+    std::int32_t process = 0;                  // 0: not known
     std::optional<std::int32_t> planRow = {};  // of the plan that came in last
   };
   struct Resource {
