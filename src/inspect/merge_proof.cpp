@@ -91,16 +91,21 @@ class PlanComparison {
     return HoldsLines(note) ? nullptr : "A line of it would end it in a text: change that line.";
   }
 
+  static bool AreApart(const PlanContent& plan, std::int32_t PlanContent::Task::*place,
+                       std::int32_t a, std::int32_t b) {
+    const auto first = plan.tasks.find(a);
+    const auto second = plan.tasks.find(b);
+    return first != plan.tasks.end() && second != plan.tasks.end() &&
+           first->second.*place != second->second.*place;
+  }
   Limit LimitOfRelation(const PlanContent::Relation& relation) const {
     const auto& [from, to, kind] = relation;
     if (kind.starts_with("SF")) {
       return "A model holds no start-to-finish relations: use one of another kind.";
     }
-    const auto fromTask = wanted_.tasks.find(from);
-    const auto toTask = wanted_.tasks.find(to);
-    if (fromTask != wanted_.tasks.end() && toTask != wanted_.tasks.end() &&
-        fromTask->second.parent != toTask->second.parent) {
-      return "A link stays below its summary task: link the summary tasks instead.";
+    if (AreApart(wanted_, &PlanContent::Task::parent, from, to) ||
+        AreApart(given_, &PlanContent::Task::scenario, from, to)) {
+      return "A link stays within its scenario: link the summary tasks instead.";
     }
     return kind.size() > 2 ? kNoLags : LimitOfPlace(to);
   }
