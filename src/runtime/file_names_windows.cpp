@@ -162,7 +162,7 @@ bool MakeNewFile(const std::string& path) {
       _wsopen_s(&file, PathOf(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_NOINHERIT,
                 _SH_DENYNO, _S_IREAD | _S_IWRITE);
   if (failure == EEXIST) return false;
-  if (failure != 0) throw FileError(failure == ENOENT ? kPathNotFound : kPermissionDenied, path);
+  if (failure != 0) throw FileError(ErrorOfSystem(failure, kPermissionDenied), path);
   _close(file);
   return true;
 }
@@ -210,12 +210,12 @@ std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesy
 
 void SyncFile(const std::string& path) {
   int file = -1;
-  if (_wsopen_s(&file, PathOf(path).c_str(), _O_RDWR | _O_NOINHERIT, _SH_DENYNO, 0) != 0) {
-    throw FileError(kPermissionDenied, path);
-  }
-  const int result = _commit(file);
+  const errno_t refusal =
+      _wsopen_s(&file, PathOf(path).c_str(), _O_RDWR | _O_NOINHERIT, _SH_DENYNO, 0);
+  if (refusal != 0) throw FileError(ErrorOfSystem(refusal, kPermissionDenied), path);
+  const int failure = _commit(file) == 0 ? 0 : errno;
   _close(file);
-  if (result != 0) throw FileError(kDeviceIoError, path);
+  if (failure != 0) throw FileError(ErrorOfSystem(failure, kDeviceIoError), path);
 }
 
 // The system keeps its folders by itself.

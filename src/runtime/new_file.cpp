@@ -66,8 +66,7 @@ void NewFile::TakePlace() {
   const fs::path made = PathOf(target_.path);
   if (place_.empty() || !IsThere(made)) return;
   if (const std::error_code failure = MoveInPlace(made, place_)) {
-    throw FileError(ErrorOfSystem(failure.default_error_condition().value(), kPermissionDenied),
-                    Name());
+    throw FileError(ErrorOfSystem(failure, kPermissionDenied), Name());
   }
   moved_ = true;
 }

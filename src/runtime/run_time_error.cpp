@@ -91,6 +91,10 @@ int ErrorOfSystem(int failure, int otherwise) {
   }
 }
 
+int ErrorOfSystem(const std::error_code& failure, int otherwise) {
+  return ErrorOfSystem(failure.default_error_condition().value(), otherwise);
+}
+
 RunTimeError FileError(int number, const std::string& path) {
   return {number, ErrorText(number) + ": '" + FromUtf8(path) + "'"};
 }

@@ -31,8 +31,7 @@ std::string GiveBackupName(const std::string& file, const std::string& path) {
     const std::error_code failure = MoveInPlace(PathOf(file), PathOf(name));
     if (!failure) return name;
     RemoveFile(PathOf(name));
-    throw FileError(ErrorOfSystem(failure.default_error_condition().value(), kPermissionDenied),
-                    name);
+    throw FileError(ErrorOfSystem(failure, kPermissionDenied), name);
   }
 }
 

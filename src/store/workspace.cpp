@@ -84,8 +84,7 @@ std::string MoveOver(const std::string& made, const std::string& target,
     failure = MoveInPlace(PathOf(near.Path()), PathOf(target));
   }
   if (failure) {
-    throw FileError(ErrorOfSystem(failure.default_error_condition().value(), kPermissionDenied),
-                    target);
+    throw FileError(ErrorOfSystem(failure, kPermissionDenied), target);
   }
   SyncFolderOf(target);
   return identity;

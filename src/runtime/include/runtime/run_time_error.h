@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <string>
+#include <system_error>
 
 namespace merivane::runtime {
 
@@ -61,6 +62,7 @@ std::string ErrorText(int number);
 
 // The number for a failure of the system (errno); `otherwise` where none stands for it.
 int ErrorOfSystem(int failure, int otherwise);
+int ErrorOfSystem(const std::error_code& failure, int otherwise);
 
 // An error with its usual description and the name of the file (UTF-8) that it is about.
 RunTimeError FileError(int number, const std::string& path);
