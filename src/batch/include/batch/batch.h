@@ -1,4 +1,15 @@
 // The batch program as a function: arguments in, text on two streams, files, an exit status.
+//
+//   std::ostringstream out;
+//   std::ostringstream err;
+//   const std::vector<std::string> line = {"to-project", "model.txt", "--database", "plan.mdb"};
+//   const int status = RunBatch(line, programFolder, out, err);
+//   if (status != kDone) std::cerr << err.str();
+//
+// Arguments and both streams are UTF-8. What a command was asked for goes to `out`, every word
+// about the run to `err`. Nothing is thrown: a failure is a word and a status, and the files that
+// stood before stand again, save under --keep-partial. No call keeps anything for the next one; the
+// streams are the caller's.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,15 @@
 // The program's MPX dialect: fixed lines and record forms as they are written, and the fields of
-// one line as the reader takes them. Text only: no state, no database. A Null value gives an empty
-// field.
+// one line as the reader takes them. Text only: no state, no database.
+//
+//   std::vector<std::string> lines = MpxHead(kDefaultOemCodePage);
+//   lines.emplace_back(kMpxTaskFields);
+//   lines.push_back(MpxTaskRecord({4, "Dig, fill", "0.40d", 2, "3,5", 17}, kDefaultOemCodePage));
+//   RecordNumber(lines.back());                        // 70
+//   std::get<std::string>(GetField(lines.back(), 2));  // "4"
+//
+// Lines are Windows-1252, without their ends. A Null value gives an empty field. Nothing fails but
+// a number beyond 16 bits (error 6); what a line doesn't hold comes empty, and a name that can't
+// stand in the model as a NameRefusal. Results own their text.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,14 @@
-// Planning XML out of the tables of a plan.
+// Planning XML out of the tables of a plan; plan_reader.h is the way back.
+//
+//   Connection connection(workspace);
+//   connection.Open(ConnectionText("plan.mdb"), OpenMode::kReadOnly);
+//   const WrittenCounts counts = WritePlan(connection, 1, today, Output("plan.xml"));
+//   for (const std::string& warning : counts.warnings) Tell(warning);
+//   const FilePlan again = ReadPlanFile(Output("plan.xml"));
+//
+// The tables have durations in tenths and work in thousandths of a minute, the file has both as
+// hours, minutes and seconds ("PT8H0M0S"). The file is UTF-8, with all letters of the database. The
+// connection is the caller's and stays open; no row changes.
 #pragma once
 
 #include <cstdint>

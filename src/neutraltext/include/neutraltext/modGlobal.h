@@ -1,4 +1,16 @@
-// The reader's entry points, the helpers of its rules, and who listens to it.
+// The reader's entry points, the helpers of its rules, and who listens to it. A Neutral Text file
+// goes in, rows of the interim tables come out; modProjectToIDEF3.h is the way back.
+//
+//   Program program(desktop);
+//   ModelToProject& state = program.modelToProject;
+//   state.gMspProjId = 1;
+//   OpenInterimDb(program.workspace, state.gMspConn, true, "plan.mdb");
+//   ReadNeutralText(state, "model.txt");
+//
+// Texts are Windows-1252, paths UTF-8. Numbers of elements have 16 bits, durations stay the text
+// that the file has. The state owns the connection and the file; a listener is its maker's and
+// outlives the reading. What fails is told in a box by the reader itself, and an end of the program
+// comes as ProgramEnd; the rows that came before stay.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,17 @@
 // From an MPX or XML file back into the model: the driver of both modes.
+//
+//   ProjectToModel& state = program.projectToModel;
+//   state.gInterimConn = std::make_unique<Connection>(program.workspace);
+//   state.gInterimConn->Open(ConnectionText("plan.mdb"));
+//   state.gInterimProjId = 1;
+//   state.gOutFile = program.files.FreeFile();
+//   program.files.OpenForOutput(state.gOutFile, "merged.txt");
+//   const bool merged = TranslateXml(state, "plan.xml", -1);
+//
+// A plan's file goes in; the rows of the model change, and a Neutral Text comes out. Durations
+// become the model's days. Texts are Windows-1252, paths UTF-8. The state owns connection and
+// files; a listener is its maker's and outlives the call. A failure is told in a box and the result
+// is False; what the merge had changed by then is its caller's to undo.
 #pragma once
 
 #include <cstddef>

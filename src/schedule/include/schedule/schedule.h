@@ -1,4 +1,15 @@
-// Early and late dates of a plan on its calendars.
+// Early and late dates of a plan on its calendars. A plan goes in, as ReadPlan gives it or put
+// together by hand; no database is touched.
+//
+//   const Plan plan = ReadPlan(connection, 1, today);
+//   const Schedule schedule = MakeSchedule(plan);
+//   for (std::size_t task = 0; task < plan.tasks.size(); ++task) {
+//     if (schedule.tasks[task].critical) starts.push_back(schedule.StartOf(task));
+//   }
+//
+// Times are tenths of a minute: counted in the project's working time (TaskDates), or as moments
+// that run day and night (TaskMoments, see ClockOf). A schedule owns what it tells and stays when
+// its plan is gone. The same plan has the same dates on every machine.
 #pragma once
 
 #include <vector>

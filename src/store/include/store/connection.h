@@ -1,4 +1,17 @@
 // A connection to one database file, and the workspace that knows all connections of a program.
+// Statements go in as the program writes them, rows come out through record sets (recordset.h, ask.h).
+//
+//   Workspace workspace;
+//   Connection connection(workspace);
+//   connection.Open(ConnectionText("plan.mdb"));
+//   Recordset tasks = Ask(&connection, "select TASK_NAME from MSP_TASKS where PROJ_ID = 1");
+//   for (; !tasks.Eof(); tasks.MoveNext()) names.push_back(Joined(tasks.Field("TASK_NAME")));
+//
+// Paths are UTF-8, texts of rows Windows-1252 (save under Utf8Texts). Numbers stand in the units of
+// their tables; a field without a value is Null. Every failure is a RunTimeError, and what it left
+// unwritten stays unwritten: a transaction is committed whole or not at all. The caller owns the
+// workspace, its connections and their record sets; a set that outlives its connection is closed.
+// One thread uses a workspace.
 #pragma once
 
 #include <chrono>

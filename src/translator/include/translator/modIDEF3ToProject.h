@@ -1,5 +1,16 @@
 // The pass from the interim tables to tasks, resources, links and assignments, and what it begins
 // with where the model stands in a database already.
+//
+//   ModelToProject& state = program.modelToProject;
+//   state.gMspProjId = 1;
+//   OpenInterimDb(program.workspace, state.gMspConn, true, "next.mdb");
+//   TakeStoredModel(state, {"plan.mdb", 1});  // or ReadNeutralText(state, "model.txt")
+//   TranslateToProject(state, "next.mpx");
+//
+// Rows of gMspProjId go in and come out in one database. A task's duration is tenths of a minute in
+// its table, of eight hours a day, and days in the MPX file. The state owns the connection and the
+// files; a listener is its maker's and outlives the translation. A failure shows its box and comes
+// as ProgramEnd; rows that were written by then stay until the connection's owner undoes them.
 #pragma once
 
 #include <cstddef>
