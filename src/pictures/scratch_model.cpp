@@ -63,7 +63,7 @@ ScratchModel::ScratchModel(Program& program)
     state_.takesOwnText = true;
     state_.gOverwriteDb = true;
     state_.gMspProjId = kProject;
-    OpenInterimDb(program.workspace, state_.gMspConn, true, path_);
+    OpenInterimDb(program.workspace, state_.gMspConn, state_.gOverwriteDb, path_);
   } catch (const RunTimeError&) {
     RemoveFile(PathOf(path_));
     throw;

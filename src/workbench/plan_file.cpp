@@ -49,8 +49,9 @@ class NewModel {
 
   void TakeIn(const std::string& path) {
     constexpr std::int16_t kAnew = 0;
+    constexpr bool kOverwrite = true;
     const Progress::Run run(program_.progress);
-    OpenInterimDb(program_.workspace, state_.gInterimConn, true, database_.Path());
+    OpenInterimDb(program_.workspace, state_.gInterimConn, kOverwrite, database_.Path());
     state_.gInterimProjId = kProject;
     state_.gOutFile = state_.files.FreeFile();
     state_.files.OpenForOutput(state_.gOutFile, text_.Path());

@@ -5,7 +5,7 @@
 //   Program program(desktop);
 //   ModelToProject& state = program.modelToProject;
 //   state.gMspProjId = 1;
-//   OpenInterimDb(program.workspace, state.gMspConn, true, "plan.mdb");
+//   OpenInterimDb(program.workspace, state.gMspConn, state.gOverwriteDb, "plan.mdb");
 //   ReadNeutralText(state, "model.txt");   // into the interim tables of gMspConn
 //   TranslateToProject(state, "plan.mpx"); // into its MSP_ tables, and into the file
 //
