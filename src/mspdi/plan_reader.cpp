@@ -158,7 +158,7 @@ std::int64_t LevelsOfWhole(const std::vector<RowHead>& rows) {
 
 class Reader {
  public:
-  explicit Reader(const Output& file) : file_(file), values_(file_) {}
+  Reader(const Output& file, TakenTasks taken) : file_(file), values_(file_), taken_(taken) {}
 
   FilePlan ReadWhole();
   // With one row in memory. Fails where the file has a fault, isn't plain (XmlFile), or has its
@@ -194,6 +194,7 @@ class Reader {
 
   XmlFile file_;
   XmlValues values_;
+  TakenTasks taken_;
   FilePlan plan_;
   std::int64_t place_ = 0;  // in the list, of the last task
   std::int64_t levelsOfWhole_ = 0;
@@ -344,12 +345,16 @@ void Reader::ReadTask(const pugi::xml_node& node, TakenNumbers& taken) {
   if (uid) taken.TakeUid(*uid, task.line);
   const bool whole = IsWhole(uid, task.level);
   if (!whole) ++place_;
+  task.uid = uid.value_or(0);
+  task.id = id.value_or(place_);
+  if (!whole && !blank && task.name.empty()) {
+    plan_.untaken.Add(Untaken::kNamelessTasks, task.id);
+    if (taken_ == TakenTasks::kAll) task.name = "Task " + std::to_string(task.id);
+  }
   if (whole || blank || task.name.empty()) {
     links_.pop_back();
     return;
   }
-  task.uid = uid.value_or(0);
-  task.id = id.value_or(place_);
   taken.TakeId(task.id, task.line);
   task.level -= levelsOfWhole_;
   CheckLevel(task);
@@ -377,6 +382,8 @@ void Reader::NoteUntaken(const pugi::xml_node& node, const FileTask& task) {
     if (name == "IsSubproject") note(Untaken::kSubprojects, field.text().as_bool());
     if (name == "ConstraintType") note(Untaken::kConstraints, number(field) != 0);
     if (name == "PercentComplete") note(Untaken::kProgress, number(field) > 0);
+    if (name == "CalendarUID") note(Untaken::kTaskCalendars, number(field) > 0);
+    if (name == "FixedCost") note(Untaken::kFixedCosts, field.text().as_double(0) != 0);
     if (name == "DurationFormat") {
       note(Untaken::kElapsedDurations, schedule::Lag{0, number(field)}.IsElapsed());
     }
@@ -394,13 +401,16 @@ void Reader::DropInactive() {
   std::vector<bool> stays(plan_.tasks.size());
   std::int64_t below = 0;  // the level of the next one that stays
   for (std::size_t task = plan_.tasks.size(); task-- > 0;) {
-    stays[task] = !plan_.tasks[task].inactive || below > plan_.tasks[task].level;
+    const bool isTaken = taken_ == TakenTasks::kAll || !plan_.tasks[task].inactive;
+    stays[task] = isTaken || below > plan_.tasks[task].level;
     if (stays[task]) below = plan_.tasks[task].level;
   }
   std::size_t kept = 0;
   for (std::size_t task = 0; task < stays.size(); ++task) {
-    if (!stays[task]) {
+    if (plan_.tasks[task].inactive && (taken_ == TakenTasks::kAll || !stays[task])) {
       plan_.untaken.Add(Untaken::kInactiveTasks, plan_.tasks[task].id);
+    }
+    if (!stays[task]) {
       taskIds_.erase(plan_.tasks[task].uid);
       continue;
     }
@@ -477,6 +487,7 @@ void Reader::ReadResources(const NextRow& next) {
     resource.line = file_.LineOf(node);
     std::optional<std::int64_t> uid;
     std::optional<std::int64_t> id;
+    bool costsByUse = false;
     for (const pugi::xml_node& field : node.children()) {
       const std::string_view name = LocalName(field);
       if (name == "UID") {
@@ -495,6 +506,8 @@ void Reader::ReadResources(const NextRow& next) {
         resource.kind = ResourceKind::kCost;
       } else if (name == "MaterialLabel") {
         resource.unit = values_.Text(field);
+      } else if (name == "CostPerUse") {
+        costsByUse = field.text().as_double(0) != 0;
       }
     }
     if (uid) taken.TakeUid(*uid, resource.line);
@@ -510,6 +523,7 @@ void Reader::ReadResources(const NextRow& next) {
     if (resource.kind == ResourceKind::kCost) {
       plan_.untaken.Add(Untaken::kCostResources, resource.id);
     }
+    if (costsByUse) plan_.untaken.Add(Untaken::kUseCosts, resource.id);
     plan_.resources.push_back(std::move(resource));
   }
 }
@@ -539,11 +553,17 @@ void Reader::ReadAssignment(const pugi::xml_node& node) {
 
 }  // namespace
 
-FilePlan ReadPlanFile(const Output& file) {
+std::string LostCharactersText(const FilePlan& plan) {
+  return std::to_string(plan.lostCharacters) +
+         (plan.lostCharacters == 1 ? " character of the plan is" : " characters of the plan are") +
+         " not in the model's character set (Windows-1252) and became '?'.";
+}
+
+FilePlan ReadPlanFile(const Output& file, TakenTasks taken) {
   try {
-    return Reader(file).ReadRows();
+    return Reader(file, taken).ReadRows();
   } catch (const RunTimeError&) {
-    return Reader(file).ReadWhole();  // which tells each fault in its order
+    return Reader(file, taken).ReadWhole();  // which tells each fault in its order
   }
 }
 

@@ -40,7 +40,9 @@ class LenientReading : public MergeListener {
   void OnLine(std::size_t /*number*/, std::string& /*line*/) override {}
   bool OnTask(MergeStep /*step*/, std::int32_t /*planId*/) override { return true; }
   void OnStop(const MergeStop& stop) override {
+    // What a name of a task can't be is told where it is mended.
     std::string sentence = desktop_.boxes.empty() ? "" : desktop_.boxes.back().text;
+    if (stop.kind == "task" && sentence.find("names do not have") != std::string::npos) return;
     if (stop.line > 0) sentence += " (line " + std::to_string(stop.line) + ")";
     for (char& letter : sentence) {
       if (letter == '\r' || letter == '\n') letter = ' ';
@@ -109,6 +111,7 @@ class CompleteMerge {
 
   MergeResult Run() {
     if (!ahead_) ahead_ = ReadAhead(planPath_);
+    if (ahead_) TakeAllTasks();
     ChooseAsBefore(desktop_, *state_.gInterimConn, project_);
     std::unique_ptr<Scratch> model = TranslatedModel({});
     const PlanContent given = TranslatedPlan(model->Database(), kProject);
@@ -134,6 +137,37 @@ class CompleteMerge {
   }
 
  private:
+  // What the plan holds and a model has no place for is told by its rows, in front of what the
+  // reconciliation finds; it tells of links itself.
+  void TakeAllTasks() {
+    using mspdi::Untaken;
+    const auto leavesOut = [this](Untaken kind) { return !ahead_->untaken.Of(kind).empty(); };
+    if (leavesOut(Untaken::kInactiveTasks) || leavesOut(Untaken::kNamelessTasks)) {
+      ahead_ = mspdi::ReadPlanFile(planPath_, mspdi::TakenTasks::kAll);
+    }
+    for (std::size_t each = 0; each < mspdi::kUntakenKinds; ++each)
+      TellUntaken(static_cast<Untaken>(each));
+    if (ahead_->lostCharacters == 0) return;
+    result_.remarks.push_back({{}, "plan", ahead_->name, mspdi::LostCharactersText(*ahead_), ""});
+  }
+
+  void TellUntaken(mspdi::Untaken kind) {
+    const std::string sentence = mspdi::SentenceOf(kind);
+    if (sentence.empty()) return;
+    const auto tell = [&](const char* what, const auto& rows) {
+      std::map<std::int64_t, std::string> names;
+      for (const auto& row : rows) names[row.id] = row.name;
+      for (const std::int64_t id : ahead_->untaken.Of(kind)) {
+        result_.remarks.push_back({static_cast<std::int32_t>(id), what, names[id], sentence, ""});
+      }
+    };
+    if (kind == mspdi::Untaken::kUseCosts) {
+      tell("resource", ahead_->resources);
+    } else {
+      tell("task", ahead_->tasks);
+    }
+  }
+
   std::unique_ptr<Scratch> TranslatedModel(const std::vector<RowChange>& changes) {
     auto model = std::make_unique<Scratch>(desktop_, StoredModel{database_, project_});
     ApplyChanges(model->Database(), kProject, changes);
@@ -150,7 +184,7 @@ class CompleteMerge {
     Replace({model, kProject}, {*reader.gInterimConn, kProject}, "MSP_RESOURCES", "PROJ_ID");
     LenientReading listener(desktop_);
     OrItsBox(desktop_, [&] { TakePlan(reader, planPath_, std::move(ahead_), &listener); });
-    result_.remarks = std::move(listener.remarks);
+    result_.remarks.insert(result_.remarks.end(), listener.remarks.begin(), listener.remarks.end());
   }
 
   // As the merged model numbers them.

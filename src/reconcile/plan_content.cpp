@@ -170,6 +170,8 @@ class PlanReader {
                    const std::string& note) {
     const auto number = NumberIn(row);
     if (number) resources_[*number] = name;
+    const auto known = plan_.resources.find(name);
+    if (known != plan_.resources.end()) plan_.namesakes[name] = known->second.row;
     plan_.resources[name] = {.row = number, .quantity = quantity, .note = note};
   }
 

@@ -80,6 +80,12 @@ void Reconciliation::TellResource(const std::string& name, std::string sentence,
 
 // By name, and where the plan has a new one in the place of one that is gone, by the place.
 void Reconciliation::MatchResources() {
+  for (const auto& [name, row] : wanted_.namesakes) {
+    if (given_.namesakes.contains(name)) continue;
+    remarks_.push_back({row, "resource", name,
+                        "Another one has its name; a model holds one of a name.",
+                        "Give it a name of its own."});
+  }
   const std::map<Place, std::string> gone = PlacesOfOthers(given_, wanted_);
   std::map<std::string, std::string> renamed;  // by the name in the plan
   for (const auto& [place, name] : PlacesOfOthers(wanted_, given_)) {

@@ -17,8 +17,10 @@ namespace {
 constexpr std::size_t kLongestName = 250;
 constexpr int kMostMoves = 2;  // of a unit that finds no place
 
+// Straight quotes end a name in the statements that look for it; in Windows-1252 there are others.
 std::string WithoutQuotes(std::string name) {
-  std::replace(name.begin(), name.end(), '"', '\'');
+  std::replace(name.begin(), name.end(), '"', '\x94');
+  std::replace(name.begin(), name.end(), '\'', '\x92');
   for (char& letter : name) {
     if (letter == '\r' || letter == '\n') letter = ' ';
   }
@@ -87,7 +89,7 @@ void Reconciliation::MendNames() {
     if (name.empty()) name = "Task " + std::to_string(unit);
     if (name == task.name) continue;
     Tell(unit, "A model can't hold its name; it is called '" + name + "' there.",
-         "Give it a name of up to 250 characters, without double quotes.");
+         "Give it a name of up to 250 characters, without straight quotes.");
     task.name = std::move(name);
   }
 }

@@ -112,13 +112,9 @@ void XmlSource::CheckOccurrences() {
 
 void XmlSource::TellLostCharacters() const {
   if (plan_.lostCharacters == 0) return;
-  const bool one = plan_.lostCharacters == 1;
-  state_.desktop.ShowMessage(
-      {.text = std::to_string(plan_.lostCharacters) +
-               (one ? " character of the plan is" : " characters of the plan are") +
-               " not in the model's character set (Windows-1252) and became '?'.",
-       .icon = MessageIcon::kExclamation,
-       .title = kTitle});
+  state_.desktop.ShowMessage({.text = mspdi::LostCharactersText(plan_),
+                              .icon = MessageIcon::kExclamation,
+                              .title = kTitle});
 }
 
 void XmlSource::TellUntaken() const {

@@ -56,7 +56,7 @@ class EndSignal : public Batch {
 std::string LongModel() {
   Parts parts;
   std::string units;
-  for (int number = 1; number <= 3000; ++number) {
+  for (int number = 1; number <= 10000; ++number) {
     units += UnitOf(std::to_string(number), number % 2 == 1 ? "Cut" : "Sand", "");
   }
   parts.scenarios = Scenario("1", "Shop", "", units);

@@ -162,21 +162,24 @@ TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
       "<Tasks>" + Numbered(1, "<Manual>1</Manual><ManualDuration>PT16H0M0S</ManualDuration>") +
       Numbered(2,
                "<Duration>PT8H0M0S</Duration><DurationFormat>8</DurationFormat>"
-               "<ConstraintType>4</ConstraintType><PercentComplete>1</PercentComplete>") +
+               "<ConstraintType>4</ConstraintType><PercentComplete>1</PercentComplete>"
+               "<CalendarUID>2</CalendarUID><FixedCost>1.5</FixedCost>") +
       Numbered(3,
-               "<IsSubproject>1</IsSubproject><ConstraintType>0</ConstraintType>"
+               "<CalendarUID>-1</CalendarUID><FixedCost>0</FixedCost><IsSubproject>1</"
+               "IsSubproject><ConstraintType>0</ConstraintType>"
                "<PercentComplete>0</PercentComplete><DurationFormat>7</DurationFormat>" +
                    Link(10, "<LinkLag>4800</LinkLag>") + Link(20, "<Type>2</Type>") +
                    Link(77, "<LinkLag>1</LinkLag><Type>2</Type>") +
                    Link(10, "<CrossProject>1</CrossProject><LinkLag>9</LinkLag>")) +
       Numbered(4, "<Active>0</Active><Manual>1</Manual>" + Link(10, "<LinkLag>5</LinkLag>")) +
+      Task("<UID>50</UID><ID>5</ID>") +
       "</Tasks><Resources>"
       "<Resource><UID>1</UID><ID>1</ID><Name>Cement</Name><MaterialLabel>t</MaterialLabel>"
       "<Type>0</Type></Resource>"
       "<Resource><UID>2</UID><ID>2</ID><Name>Fee</Name><IsCostResource>1</IsCostResource>"
       "<Type>0</Type></Resource>"
       "<Resource><UID>3</UID><ID>3</ID><Name>Crew</Name><IsCostResource>0</IsCostResource>"
-      "<Type>1</Type></Resource></Resources>"));
+      "<CostPerUse>2</CostPerUse><Type>1</Type></Resource></Resources>"));
   const std::vector<std::pair<Untaken, std::vector<std::int64_t>>> kinds = {
       {Untaken::kInactiveTasks, {4}},
       {Untaken::kManualTasks, {1}},
@@ -188,7 +191,11 @@ TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
       {Untaken::kSubprojects, {3}},
       {Untaken::kOuterLinks, {3}},
       {Untaken::kConstraints, {2}},
-      {Untaken::kProgress, {2}}};
+      {Untaken::kProgress, {2}},
+      {Untaken::kNamelessTasks, {5}},
+      {Untaken::kTaskCalendars, {2}},
+      {Untaken::kFixedCosts, {2}},
+      {Untaken::kUseCosts, {3}}};
   EXPECT_EQ(kinds.size(), kUntakenKinds);
   for (const auto& [kind, rows] : kinds) EXPECT_EQ(plan.untaken.Of(kind), rows) << KeyOf(kind);
   EXPECT_THAT(plan.untaken.Text(),

@@ -85,6 +85,7 @@ class CompleteMergeTest : public RoundFixture {
         {"so it stays out", "Of resource", false},
         {"hold its quantity", "There are"},
         {"no number of its unit", "It stands"},
+        {"can't hold its name", "calls it"},
     };
     // The other task or the resource that both sentences name in quotes.
     const auto quoted = [](const std::string& sentence) {
@@ -355,7 +356,12 @@ INSTANTIATE_TEST_SUITE_P(
                  [](PlanSketch& plan) {
                    plan.assignments[{5, 3}] = "0.5";
                  },
-                 "a model holds whole ones up to 9"}),
+                 "a model holds whole ones up to 9"},
+        Sentence{"ResourcesOfOneName",
+                 [](PlanSketch& plan) { plan.resources[9] = plan.resources[3]; },
+                 "a model holds one of a name"},
+        Sentence{"Quotes", [](PlanSketch& plan) { plan.tasks[4].name = "It's done"; },
+                 "it is called 'It\x92s done' there"}),
     [](const auto& row) { return row.param.name; });
 
 TEST_P(CompleteMergeRemark, TellsWhatAModelCannotHold) {
@@ -369,6 +375,33 @@ TEST_P(CompleteMergeRemark, TellsWhatAModelCannotHold) {
   EXPECT_TRUE(result.remarks[0].row);
   EXPECT_FALSE(result.remarks[0].advice.empty());
   EXPECT_THAT(Unexplained(result), IsEmpty());
+}
+
+TEST_F(CompleteMergeTest, WhatAModelHasNoPlaceForIsToldByItsRowAndItsTaskStays) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  const std::string plan = PlanSketch(databasePath).Xml();
+  const auto units = RawDatabase(databasePath).Rows("select Name from Activity_in_Scenario");
+  const std::pair<std::string, const char*> cases[] = {
+      {"<ConstraintType>4</ConstraintType>", "Its constraint is left out."},
+      {"<PercentComplete>50</PercentComplete>", "Its progress is left out."},
+      {"<Manual>1</Manual>", "It is scheduled by hand; its duration is taken, its dates aren't."},
+      {"<CalendarUID>3</CalendarUID>", "Its calendar is left out."},
+      {"<FixedCost>5.5</FixedCost>", "Its fixed cost is left out."},
+      {"<Active>0</Active>",
+       "It is inactive; a model knows no such task, so that it is taken as any other."},
+      {"<Name></Name>", "It has no name; it is called by its number."}};
+  for (const auto& [field, told] : cases) {
+    std::string xml = plan;
+    xml.insert(xml.find("<OutlineLevel>", xml.find("<ID>2</ID>")), field);
+    const MergeResult result = Merge(folder.Write("plan.xml", xml));
+    ASSERT_TRUE(result.merged) << field;
+    ASSERT_EQ(result.remarks.size(), 1U) << field;
+    EXPECT_EQ(result.remarks[0].row, 2) << field;
+    EXPECT_EQ(result.remarks[0].sentence, told);
+    EXPECT_THAT(Unexplained(result), IsEmpty()) << field;
+    if (field == "<Name></Name>") break;
+    EXPECT_EQ(RawDatabase(databasePath).Rows("select Name from Activity_in_Scenario"), units);
+  }
 }
 
 TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {

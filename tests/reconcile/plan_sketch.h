@@ -81,9 +81,9 @@ class PlanSketch {
     const auto ofResource = [&] {
       return std::next(resources.begin(), static_cast<std::ptrdiff_t>(upTo(resources.size() - 1)));
     };
-    switch (upTo(14)) {
+    switch (upTo(18)) {
       case 0:
-        task.name += " again";
+        task.name += upTo(5) == 0 ? "'s" : " again";
         return;
       case 1:
         task.days = std::to_string(1 + upTo(8)) + ".50";
@@ -126,6 +126,13 @@ class PlanSketch {
       case 12:
       case 13:
         Reorder(at, random() % 2 == 0);
+        return;
+      case 14:
+        task.note.clear();
+        return;
+      case 15:
+      case 16:
+        if (!resources.empty() && IsLeaf(at)) Assign(task.key, ofResource()->first, upTo(3));
         return;
       default:
         Move(at, upTo(tasks.size() - 1));
@@ -251,6 +258,12 @@ class PlanSketch {
     if (below) Unassign(tasks[at].key);
     const std::size_t place = below ? at + 1 : EndOf(at);
     tasks.insert(tasks.begin() + static_cast<std::ptrdiff_t>(place), task);
+  }
+
+  // No units take an assignment away.
+  void Assign(int task, int resource, std::size_t units) {
+    assignments[{task, resource}] = std::to_string(units);
+    if (units == 0) assignments.erase({task, resource});
   }
 
   void Unassign(int key) {

@@ -84,18 +84,27 @@ struct FilePlan {
   std::size_t lostCharacters = 0;  // of these texts, which have no byte and became "?"
 };
 
+enum class TakenTasks {
+  kNamedAndActive,
+  kAll  // one without a name is called "Task" and its ID
+};
+
 // Reads a whole file (UTF-8, any edition, with or without a prefix of the namespace, elements in
 // any order). Tasks come in the order of their IDs, or of their outline numbers where not all have
 // one, and their levels count from 1 below a row of the whole plan. What it doesn't know is
-// skipped, and so are inactive tasks, rows of UID 0, level 0, IsNull or without a name, links to
-// them, to unknown tasks and other projects, assignments without a task or resource of the plan.
+// skipped, and so are rows of UID 0, level 0 or IsNull, by `taken` inactive tasks and those without
+// a name, links to them, to unknown tasks and other projects, assignments without a task or
+// resource of the plan.
 //
 // Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
 // tells the file by its `name`, the line and what was found: another encoding, a document type
 // definition, an entity beyond the five of XML, no XML, other XML, elements nested beyond reason, a
 // number, duration or lag that can't be, a UID or ID that stands twice, an ID beyond 32,767, a task
 // that is linked to itself, an outline that skips a level.
-FilePlan ReadPlanFile(const Output& file);
+FilePlan ReadPlanFile(const Output& file, TakenTasks taken = TakenTasks::kNamedAndActive);
+
+// A sentence on the characters that became "?". REQUIRES: some did.
+std::string LostCharactersText(const FilePlan& plan);
 
 // The tasks and links of a file as a plan to schedule, in the order of the file. It begins at the
 // file's own start, otherwise at `today`; calendars, constraints and progress stay behind.

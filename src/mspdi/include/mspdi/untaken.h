@@ -19,9 +19,13 @@ enum class Untaken {
   kSubprojects,
   kOuterLinks,
   kConstraints,
-  kProgress
+  kProgress,
+  kNamelessTasks,
+  kTaskCalendars,
+  kFixedCosts,
+  kUseCosts  // of resources
 };
-inline constexpr std::size_t kUntakenKinds = static_cast<std::size_t>(Untaken::kProgress) + 1;
+inline constexpr std::size_t kUntakenKinds = static_cast<std::size_t>(Untaken::kUseCosts) + 1;
 
 // The IDs of the tasks or resources by kind; one ID for each link of a task.
 class UntakenRows {
@@ -31,7 +35,8 @@ class UntakenRows {
     return rows_[static_cast<std::size_t>(kind)];
   }
 
-  // One line for each kind that there is, counted; empty where the model takes everything.
+  // One line for each kind up to kProgress that there is, counted; empty where the model takes
+  // everything.
   std::string Text() const;
 
  private:
@@ -40,5 +45,9 @@ class UntakenRows {
 
 // A word for machines: "inactiveTasks".
 const char* KeyOf(Untaken kind);
+
+// What becomes of one row where all tasks are taken: "Its constraint is left out."; empty of lags,
+// of start-to-finish links, and of kinds of resources, which a glossary keeps.
+const char* SentenceOf(Untaken kind);
 
 }  // namespace merivane::mspdi

@@ -58,7 +58,8 @@ struct PlanContent {
 
   std::map<std::int32_t, Task> tasks;
   std::set<Relation> relations;
-  std::map<std::string, Resource> resources;                                // by name
+  std::map<std::string, Resource> resources;                     // by name
+  std::map<std::string, std::optional<std::int32_t>> namesakes;  // rows of others of these names
   std::map<std::pair<std::int32_t, std::string>, std::string> assignments;  // task, resource: units
 };
 
