@@ -120,7 +120,7 @@ class CompleteMerge {
     ReadPlan(reader.projectToModel, model->Database());
     Connection& plan = *reader.projectToModel.gInterimConn;
     result_.byName = NumberTasks(plan, kProject, rows, given);
-    Reconciliation reconciliation(std::move(rows), given, PlanThatCameIn(plan, kProject));
+    Reconciliation reconciliation(std::move(rows), given, WithUids(PlanThatCameIn(plan, kProject)));
     reconciliation.Run();
     if (!reconciliation.Changes().empty()) {
       model.reset();  // before there is another one
@@ -147,6 +147,7 @@ class CompleteMerge {
     }
     for (std::size_t each = 0; each < mspdi::kUntakenKinds; ++each)
       TellUntaken(static_cast<Untaken>(each));
+    for (const auto& each : ahead_->resources) resourceUids_[each.id] = each.uid;
     if (ahead_->lostCharacters == 0) return;
     result_.remarks.push_back({{}, "plan", ahead_->name, mspdi::LostCharactersText(*ahead_), ""});
   }
@@ -166,6 +167,14 @@ class CompleteMerge {
     } else {
       tell("task", ahead_->tasks);
     }
+  }
+
+  PlanContent WithUids(PlanContent plan) const {
+    for (auto& [name, resource] : plan.resources) {
+      const auto uid = resourceUids_.find(resource.row.value_or(0));
+      if (uid != resourceUids_.end()) resource.uid = uid->second;
+    }
+    return plan;
   }
 
   std::unique_ptr<Scratch> TranslatedModel(const std::vector<RowChange>& changes) {
@@ -340,6 +349,7 @@ class CompleteMerge {
   ProjectToModel& state_;
   std::string planPath_;
   std::optional<mspdi::FilePlan> ahead_;
+  std::map<std::int64_t, std::int64_t> resourceUids_;  // by the number of the row
   std::string database_;
   std::int32_t project_;
   QuietDesktop desktop_;

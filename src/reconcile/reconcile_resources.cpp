@@ -78,7 +78,41 @@ void Reconciliation::TellResource(const std::string& name, std::string sentence,
                       std::move(sentence), std::move(advice)});
 }
 
-// By name, and where the plan has a new one in the place of one that is gone, by the place.
+// A program keeps the UIDs of the file that it opened, or counts anew.
+bool Reconciliation::KnowsUids() const {
+  bool isAnyKnown = false;
+  for (const auto& [name, resource] : wanted_.resources) {
+    const auto given = given_.resources.find(name);
+    if (given == given_.resources.end()) continue;
+    if (!resource.uid || resource.uid != given->second.row) return false;
+    isAnyKnown = true;
+  }
+  return isAnyKnown;
+}
+
+// The earlier names of those with a new one: by the UID, or where the UIDs are others, of the one
+// that is gone from the place.
+std::map<std::string, std::string> Reconciliation::RenamedResources() const {
+  std::map<std::string, std::string> renamed;
+  const std::map<Place, std::string> gone = PlacesOfOthers(given_, wanted_);
+  if (!KnowsUids()) {
+    for (const auto& [place, name] : PlacesOfOthers(wanted_, given_)) {
+      const auto before = gone.find(place);
+      if (before != gone.end()) renamed[name] = before->second;
+    }
+    return renamed;
+  }
+  std::map<std::int64_t, std::string> goneByUid;
+  for (const auto& [place, name] : gone) goneByUid[*given_.resources.at(name).row] = name;
+  for (const auto& [name, resource] : wanted_.resources) {
+    const auto before = goneByUid.find(resource.uid.value_or(0));
+    if (before != goneByUid.end() && !given_.resources.contains(name)) {
+      renamed[name] = before->second;
+    }
+  }
+  return renamed;
+}
+
 void Reconciliation::MatchResources() {
   for (const auto& [name, row] : wanted_.namesakes) {
     if (given_.namesakes.contains(name)) continue;
@@ -86,12 +120,7 @@ void Reconciliation::MatchResources() {
                         "Another one has its name; a model holds one of a name.",
                         "Give it a name of its own."});
   }
-  const std::map<Place, std::string> gone = PlacesOfOthers(given_, wanted_);
-  std::map<std::string, std::string> renamed;  // by the name in the plan
-  for (const auto& [place, name] : PlacesOfOthers(wanted_, given_)) {
-    const auto before = gone.find(place);
-    if (before != gone.end()) renamed[name] = before->second;
-  }
+  const std::map<std::string, std::string> renamed = RenamedResources();
   std::map<std::string, std::int32_t>& objects = objectBefore_;
   for (const auto& [number, object] : edit_.Model().objects) {
     if (object.sent) objects.emplace(object.name, number);
@@ -110,7 +139,7 @@ void Reconciliation::MatchResources() {
     }
     const auto earlier = renamed.find(name);
     if (earlier != renamed.end() && objects.contains(earlier->second)) {
-      objectOf_[name] = objects[earlier->second];
+      objectOf_[name] = objects.at(earlier->second);
       edit_.NameObject(objectOf_[name], name);
     } else {
       objectOf_[name] = edit_.AddObject(name);

@@ -66,6 +66,8 @@ class Reconciliation {
 
   void TakeResources();
   void MatchResources();
+  bool KnowsUids() const;
+  std::map<std::string, std::string> RenamedResources() const;
   void TakeAssignments();
   std::map<std::int32_t, std::string> AmountsOf(const PlanContent& plan,
                                                 const std::map<std::string, std::int32_t>& objects,

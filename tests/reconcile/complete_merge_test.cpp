@@ -404,6 +404,26 @@ TEST_F(CompleteMergeTest, WhatAModelHasNoPlaceForIsToldByItsRowAndItsTaskStays) 
   }
 }
 
+// Sorted by their names, as a program that keeps the UIDs does it.
+TEST_F(CompleteMergeTest, ARenamedResourceIsFoundByItsUid) {
+  Translate(MERIVANE_SAMPLES "/onboarding.txt");
+  std::string xml = PlanSketch(databasePath).Xml();
+  const auto inResources = [&](const std::string& from, const std::string& to) {
+    xml.replace(xml.find(from, xml.find("<Resources>")), from.size(), to);
+  };
+  inResources("<ID>1</ID>", "<ID>2</ID>");
+  inResources("<ID>2</ID><Name>S", "<ID>3</ID><Name>S");
+  inResources("<ID>3</ID><Name>Mentor", "<ID>1</ID><Name>Adviser");
+  const auto objects = [this] {
+    return RawDatabase(databasePath).Rows("select Num from Object_Pool order by Num");
+  };
+  const auto before = objects();
+  ASSERT_TRUE(Merge(folder.Write("plan.xml", xml)).merged);
+  EXPECT_EQ(objects(), before);
+  EXPECT_EQ(RawDatabase(databasePath).Ask("select count(*) from Object_Pool where Name ='Adviser'"),
+            "1");
+}
+
 TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {
   Translate(MERIVANE_SAMPLES "/onboarding.txt");
   PlanSketch plan(databasePath);

@@ -47,10 +47,11 @@ struct PlanContent {
     bool isSummary = false;
   };
   struct Resource {
-    std::optional<std::int32_t> row = {};
+    std::optional<std::int32_t> row = {};  // of a translated plan the UID
     std::string quantity = {};
     std::string note = {};
-    bool lacksAlias = false;  // its object in the model that the plan came into
+    bool lacksAlias = false;               // its object in the model that the plan came into
+    std::optional<std::int64_t> uid = {};  // in the file, where that has any
   };
   // Of a predecessor, its successor: "FS", "SS", "FF" or "SF", with the lag behind it. Two that
   // start or finish together stand in the order of their numbers.
