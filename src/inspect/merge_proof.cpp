@@ -73,6 +73,13 @@ class PlanComparison {
                : nullptr;
   }
 
+  static Limit LimitOfName(const PlanContent::Task& task) {
+    return HoldableName(task.name) == task.name ? nullptr
+                                                : "A model holds names of up to 250 characters of "
+                                                  "one line, without straight quotes: "
+                                                  "rename it in the plan.";
+  }
+
   Limit LimitOfOrder(std::int32_t number) const {
     const auto below = scenarioBelow_.find(given_.tasks.at(number).parent);
     return below->second == kSeveral ? "Its unit is no neighbour of theirs: move it in the model."
@@ -169,7 +176,7 @@ class PlanComparison {
                    const PlanContent::Task& given) {
     if (given.name != task.name) {
       Add(task.row, Named(number), "The merged model calls it '" + given.name + "'.",
-          "Rename its process in the model.");
+          "Rename its process in the model.", LimitOfName(task));
     }
     if (given.parent != task.parent) {
       Add(task.row, Named(number),

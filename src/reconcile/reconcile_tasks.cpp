@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "outline.h"
+#include "reconcile/model_limits.h"
 #include "reconcile/plan_content.h"
 #include "reconciliation.h"
 #include "runtime/text.h"
@@ -14,19 +15,7 @@ using namespace translator;
 
 namespace {
 
-constexpr std::size_t kLongestName = 250;
 constexpr int kMostMoves = 2;  // of a unit that finds no place
-
-// Straight quotes end a name in the statements that look for it; in Windows-1252 there are others.
-std::string WithoutQuotes(std::string name) {
-  std::replace(name.begin(), name.end(), '"', '\x94');
-  std::replace(name.begin(), name.end(), '\'', '\x92');
-  for (char& letter : name) {
-    if (letter == '\r' || letter == '\n') letter = ' ';
-  }
-  if (name.size() > kLongestName) name.resize(kLongestName);
-  return name;
-}
 
 // Days without zeros behind the point.
 std::string Shortest(std::string days) {
@@ -85,7 +74,7 @@ void Reconciliation::Tell(std::int32_t unit, std::string sentence, std::string a
 
 void Reconciliation::MendNames() {
   for (auto& [unit, task] : wanted_.tasks) {
-    std::string name = WithoutQuotes(task.name);
+    std::string name = HoldableName(task.name);
     if (name.empty()) name = "Task " + std::to_string(unit);
     if (name == task.name) continue;
     Tell(unit, "A model can't hold its name; it is called '" + name + "' there.",

@@ -6,6 +6,10 @@
 
 namespace merivane::reconcile {
 
+// The name of a task, or what stands in its place: up to 250 characters of one line, with curved
+// quotes, since straight ones end a name in the statements that look for it.
+std::string HoldableName(std::string name);
+
 // That a translation gives.
 inline constexpr std::size_t kMostLevels = 10;
 
