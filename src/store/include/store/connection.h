@@ -1,5 +1,6 @@
 // A connection to one database file, and the workspace that knows all connections of a program.
-// Statements go in as the program writes them, rows come out through record sets (recordset.h, ask.h).
+// Statements go in as the program writes them, rows come out through record sets (recordset.h,
+// ask.h).
 //
 //   Workspace workspace;
 //   Connection connection(workspace);
