@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <functional>
 #include <unordered_map>
 #include <utility>
@@ -190,6 +191,7 @@ class Reader {
   void ReadResources(const NextRow& next);
   void ReadAssignments(const NextRow& next);
   void ReadAssignment(const pugi::xml_node& node);
+  void NoteWork(const FileAssignment& assignment, double minutes);
   FilePlan Plan();
 
   XmlFile file_;
@@ -487,7 +489,7 @@ void Reader::ReadResources(const NextRow& next) {
     resource.line = file_.LineOf(node);
     std::optional<std::int64_t> uid;
     std::optional<std::int64_t> id;
-    bool costsByUse = false;
+    bool costs = false;
     for (const pugi::xml_node& field : node.children()) {
       const std::string_view name = LocalName(field);
       if (name == "UID") {
@@ -506,8 +508,8 @@ void Reader::ReadResources(const NextRow& next) {
         resource.kind = ResourceKind::kCost;
       } else if (name == "MaterialLabel") {
         resource.unit = values_.Text(field);
-      } else if (name == "CostPerUse") {
-        costsByUse = field.text().as_double(0) != 0;
+      } else if (name == "CostPerUse" || name == "StandardRate" || name == "OvertimeRate") {
+        costs = costs || field.text().as_double(0) != 0;
       }
     }
     if (uid) taken.TakeUid(*uid, resource.line);
@@ -523,7 +525,7 @@ void Reader::ReadResources(const NextRow& next) {
     if (resource.kind == ResourceKind::kCost) {
       plan_.untaken.Add(Untaken::kCostResources, resource.id);
     }
-    if (costsByUse) plan_.untaken.Add(Untaken::kUseCosts, resource.id);
+    if (costs) plan_.untaken.Add(Untaken::kResourceCosts, resource.id);
     plan_.resources.push_back(std::move(resource));
   }
 }
@@ -536,6 +538,7 @@ void Reader::ReadAssignments(const NextRow& next) {
 
 void Reader::ReadAssignment(const pugi::xml_node& node) {
   FileAssignment assignment;
+  std::optional<double> work;
   for (const pugi::xml_node& field : node.children()) {
     const std::string_view name = LocalName(field);
     if (name == "TaskUID") {
@@ -546,9 +549,26 @@ void Reader::ReadAssignment(const pugi::xml_node& node) {
       if (resource != resourceIds_.end()) assignment.resource = resource->second;
     } else if (name == "Units") {
       assignment.units = values_.Units(field);
+    } else if (name == "Work") {
+      work = XmlValues::MinutesIn(field);
     }
   }
-  if (assignment.task > 0 && assignment.resource > 0) plan_.assignments.push_back(assignment);
+  if (assignment.task <= 0 || assignment.resource <= 0) return;
+  plan_.assignments.push_back(assignment);
+  if (work) NoteWork(assignment, *work);
+}
+
+// Project rounds work to minutes, and units to hundredths. Of a material it is a quantity.
+void Reader::NoteWork(const FileAssignment& assignment, double minutes) {
+  const auto task = std::ranges::lower_bound(plan_.tasks, assignment.task, {}, &FileTask::id);
+  if (task == plan_.tasks.end() || task->id != assignment.task) return;
+  const auto& materials = plan_.untaken.Of(Untaken::kMaterialResources);
+  if (std::ranges::find(materials, assignment.resource) != materials.end()) return;
+  const double duration = task->days.value_or(0) * plan_.minutesPerDay;
+  if (duration == 0) return;
+  if (std::abs(duration * assignment.units - minutes) > 1 + duration / 100) {
+    plan_.untaken.Add(Untaken::kWork, assignment.task);
+  }
 }
 
 }  // namespace

@@ -37,7 +37,10 @@ constexpr Words kWords[kUntakenKinds] = {
     {"namelessTasks", "", "", "", "It has no name; it is called by its number."},
     {"taskCalendars", "", "", "", "Its calendar is left out."},
     {"fixedCosts", "", "", "", "Its fixed cost is left out."},
-    {"useCosts", "", "", "", "Its cost per use is left out."}};
+    {"work", "", "", "",
+     "The work of an assignment isn't its duration times the units; a model holds the units "
+     "alone."},
+    {"resourceCosts", "", "", "", "Its rates and its cost per use are left out."}};
 constexpr std::size_t kCounted = static_cast<std::size_t>(Untaken::kProgress) + 1;
 
 }  // namespace

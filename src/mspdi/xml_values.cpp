@@ -95,20 +95,25 @@ double XmlValues::Units(const pugi::xml_node& node) const {
   Refuse(node, "a number of units, 0 or more");
 }
 
-double XmlValues::Minutes(const pugi::xml_node& node) const {
+std::optional<double> XmlValues::MinutesIn(const pugi::xml_node& node) {
   const std::string text = Stripped(node);
-  const auto refuse = [&] { Refuse(node, "a duration of 0 or more like PT16H0M0S"); };
   std::string_view rest = text;
-  if (!rest.starts_with("PT")) refuse();
+  if (!rest.starts_with("PT")) return std::nullopt;
   rest.remove_prefix(2);
   const bool empty = rest.empty();
   const double hours = TakePart(rest, 'H').value_or(0);
   const double minutes = TakePart(rest, 'M').value_or(0);
   const double seconds = TakePart(rest, 'S').value_or(0);
   const double whole = hours * 60 + minutes + seconds / 60;
-  if (empty || !rest.empty() || hours < 0 || minutes < 0 || seconds < 0) refuse();
-  if (!(whole <= kMostMinutes)) Refuse(node, "no longer than 3,579,139 hours");
+  if (empty || !rest.empty() || hours < 0 || minutes < 0 || seconds < 0) return std::nullopt;
   return whole;
+}
+
+double XmlValues::Minutes(const pugi::xml_node& node) const {
+  const std::optional<double> minutes = MinutesIn(node);
+  if (!minutes) Refuse(node, "a duration of 0 or more like PT16H0M0S");
+  if (!(*minutes <= kMostMinutes)) Refuse(node, "no longer than 3,579,139 hours");
+  return *minutes;
 }
 
 std::optional<DateTime> XmlDate(const std::string& text) {

@@ -26,6 +26,8 @@ class XmlValues {
   bool Flag(const pugi::xml_node& node) const;
   double Units(const pugi::xml_node& node) const;    // 0 or more
   double Minutes(const pugi::xml_node& node) const;  // of a duration "PT16H0M0S"
+  // The same of a field that no model takes: nothing where it is no duration.
+  static std::optional<double> MinutesIn(const pugi::xml_node& node);
 
   std::size_t LostCharacters() const { return lost_; }
 

@@ -162,7 +162,7 @@ class CompleteMerge {
         result_.remarks.push_back({static_cast<std::int32_t>(id), what, names[id], sentence, ""});
       }
     };
-    if (kind == mspdi::Untaken::kUseCosts) {
+    if (kind == mspdi::Untaken::kResourceCosts) {
       tell("resource", ahead_->resources);
     } else {
       tell("task", ahead_->tasks);

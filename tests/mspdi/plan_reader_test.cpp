@@ -157,6 +157,12 @@ std::string Link(int predecessor, const std::string& fields) {
          fields + "</PredecessorLink>";
 }
 
+std::string Assigned(int task, int resource, const std::string& work) {
+  return "<Assignment><TaskUID>" + std::to_string(task) + "</TaskUID><ResourceUID>" +
+         std::to_string(resource) + "</ResourceUID><Units>1</Units><Work>" + work +
+         "</Work></Assignment>";
+}
+
 TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
   const FilePlan plan = Read(Project(
       "<Tasks>" + Numbered(1, "<Manual>1</Manual><ManualDuration>PT16H0M0S</ManualDuration>") +
@@ -179,7 +185,12 @@ TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
       "<Resource><UID>2</UID><ID>2</ID><Name>Fee</Name><IsCostResource>1</IsCostResource>"
       "<Type>0</Type></Resource>"
       "<Resource><UID>3</UID><ID>3</ID><Name>Crew</Name><IsCostResource>0</IsCostResource>"
-      "<CostPerUse>2</CostPerUse><Type>1</Type></Resource></Resources>"));
+      "<CostPerUse>2</CostPerUse><Type>1</Type></Resource>"
+      "<Resource><UID>4</UID><ID>4</ID><Name>Cook</Name><StandardRate>0.5</StandardRate>"
+      "</Resource><Resource><UID>5</UID><ID>5</ID><Name>Boy</Name><CostPerUse>0</CostPerUse>"
+      "<StandardRate>0</StandardRate></Resource></Resources><Assignments>" +
+      Assigned(20, 3, "PT4H0M0S") + Assigned(20, 4, "PT8H1M0S") + Assigned(20, 5, "eight") +
+      Assigned(20, 1, "PT1H0M0S") + Assigned(30, 3, "PT1H0M0S") + "</Assignments>"));
   const std::vector<std::pair<Untaken, std::vector<std::int64_t>>> kinds = {
       {Untaken::kInactiveTasks, {4}},
       {Untaken::kManualTasks, {1}},
@@ -195,7 +206,8 @@ TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
       {Untaken::kNamelessTasks, {5}},
       {Untaken::kTaskCalendars, {2}},
       {Untaken::kFixedCosts, {2}},
-      {Untaken::kUseCosts, {3}}};
+      {Untaken::kWork, {2}},
+      {Untaken::kResourceCosts, {3, 4}}};
   EXPECT_EQ(kinds.size(), kUntakenKinds);
   for (const auto& [kind, rows] : kinds) EXPECT_EQ(plan.untaken.Of(kind), rows) << KeyOf(kind);
   EXPECT_THAT(plan.untaken.Text(),

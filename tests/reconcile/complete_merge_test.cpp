@@ -244,7 +244,7 @@ TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHolds) {
   ForSeeds(ModelsOfAGroup(4), [&](const std::string& model) {
     std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
     Translate(model);
-    ExpectRoundsKeepAll(random, 2, 10, false);
+    ExpectRoundsKeepAll(random, 2, 20, false);
   });
 }
 

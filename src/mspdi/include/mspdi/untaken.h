@@ -23,9 +23,10 @@ enum class Untaken {
   kNamelessTasks,
   kTaskCalendars,
   kFixedCosts,
-  kUseCosts  // of resources
+  kWork,          // of an assignment, by its task
+  kResourceCosts  // of resources
 };
-inline constexpr std::size_t kUntakenKinds = static_cast<std::size_t>(Untaken::kUseCosts) + 1;
+inline constexpr std::size_t kUntakenKinds = static_cast<std::size_t>(Untaken::kResourceCosts) + 1;
 
 // The IDs of the tasks or resources by kind; one ID for each link of a task.
 class UntakenRows {
