@@ -224,7 +224,8 @@ void Studio::TakeToModel() {
     box.accept();
   });
   Click(form, "cmdOK");
-  Click(form, "cmdCancel");
+  Browse(form, "cmdBrowseText", Scratch("bakery-again.txt"));
+  TakeList(form, "cmdOK", "proofWindow", "proof");
 }
 
 // Opens the file by that item of the menu; null where no window comes up.

@@ -125,16 +125,16 @@ std::string_view XmlFile::NextTag() {
 
 void XmlFile::EnterRoot() {
   if (ReadBlock() && text_.starts_with("\xEF\xBB\xBF")) at_ = 3;
-  std::string head(NextTag());
-  if (head.starts_with("<?xml")) {
-    Pass(head.size());
-    head += NextTag();
+  head_ = NextTag();
+  if (head_.starts_with("<?xml")) {
+    Pass(head_.size());
+    head_ += NextTag();
   }
   NextName();
   Pass(NextTag().size());
-  head += "</" + next_ + ">";
+  head_ += "</" + next_ + ">";
   open_.push_back(next_);
-  ParsePiece(head.data(), head.size());
+  ParsePiece(head_.data(), head_.size());
   RefuseDeclaredEncoding();
 }
 

@@ -57,6 +57,7 @@ class XmlFile {
   std::string name_;  // Windows-1252, without its folder
   std::ifstream file_;
   std::size_t size_ = 0;  // as far as it is known
+  std::string head_;      // the declaration and the root, which the parser works in, too
   std::string text_;      // the parser works in it: the nodes refer to its characters
   std::size_t at_ = 0;    // where the next piece begins in it
   std::vector<std::uint32_t> lineEnds_;  // a text has 1 GB at most; none of a piece
