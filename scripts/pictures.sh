@@ -22,7 +22,7 @@ if command -v chromium > /dev/null; then
   chromium --headless=new --no-sandbox --disable-gpu --hide-scrollbars --user-data-dir="$HOME/chromium" \
     --window-size=1100,1000 --screenshot="$2/report.png" "file://$HOME/festival.html" 2> "$HOME/chromium.log"
 fi
-for name in log check preview merge-pictures diagram chart view-diagram workbench main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
+for name in log check preview proof merge-pictures diagram chart view-diagram workbench main model-to-project model-to-mpx project-to-model mpx-to-model append merge choose \
   message paths about splash help; do
   [ -s "$2/$name.png" ] || { echo "$2/$name.png is missing" >&2; exit 1; }
 done
