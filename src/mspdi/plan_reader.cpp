@@ -198,6 +198,8 @@ class Reader {
   XmlValues values_;
   TakenTasks taken_;
   FilePlan plan_;
+  double standardRate_ = 0;  // of a resource that has none of its own
+  double overtimeRate_ = 0;
   std::int64_t place_ = 0;  // in the list, of the last task
   std::int64_t levelsOfWhole_ = 0;
   std::vector<std::vector<RawLink>> links_;  // of each task
@@ -229,6 +231,10 @@ bool Reader::ReadHead(const pugi::xml_node& node) {
   } else if (name == "MinutesPerDay") {
     constexpr std::int64_t kMinutesOfDay = 1440;
     plan_.minutesPerDay = static_cast<double>(values_.Integer(node, 1, kMinutesOfDay));
+  } else if (name == "DefaultStandardRate") {
+    standardRate_ = node.text().as_double(0);
+  } else if (name == "DefaultOvertimeRate") {
+    overtimeRate_ = node.text().as_double(0);
   } else {
     return false;
   }
@@ -508,8 +514,12 @@ void Reader::ReadResources(const NextRow& next) {
         resource.kind = ResourceKind::kCost;
       } else if (name == "MaterialLabel") {
         resource.unit = values_.Text(field);
-      } else if (name == "CostPerUse" || name == "StandardRate" || name == "OvertimeRate") {
+      } else if (name == "CostPerUse") {
         costs = costs || field.text().as_double(0) != 0;
+      } else if (name == "StandardRate") {
+        costs = costs || field.text().as_double(0) != standardRate_;
+      } else if (name == "OvertimeRate") {
+        costs = costs || field.text().as_double(0) != overtimeRate_;
       }
     }
     if (uid) taken.TakeUid(*uid, resource.line);

@@ -165,7 +165,8 @@ std::string Assigned(int task, int resource, const std::string& work) {
 
 TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
   const FilePlan plan = Read(Project(
-      "<Tasks>" + Numbered(1, "<Manual>1</Manual><ManualDuration>PT16H0M0S</ManualDuration>") +
+      "<DefaultOvertimeRate>15</DefaultOvertimeRate><Tasks>" +
+      Numbered(1, "<Manual>1</Manual><ManualDuration>PT16H0M0S</ManualDuration>") +
       Numbered(2,
                "<Duration>PT8H0M0S</Duration><DurationFormat>8</DurationFormat>"
                "<ConstraintType>4</ConstraintType><PercentComplete>1</PercentComplete>"
@@ -188,7 +189,8 @@ TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
       "<CostPerUse>2</CostPerUse><Type>1</Type></Resource>"
       "<Resource><UID>4</UID><ID>4</ID><Name>Cook</Name><StandardRate>0.5</StandardRate>"
       "</Resource><Resource><UID>5</UID><ID>5</ID><Name>Boy</Name><CostPerUse>0</CostPerUse>"
-      "<StandardRate>0</StandardRate></Resource></Resources><Assignments>" +
+      "<StandardRate>0</StandardRate><OvertimeRate>15</OvertimeRate></Resource></"
+      "Resources><Assignments>" +
       Assigned(20, 3, "PT4H0M0S") + Assigned(20, 4, "PT8H1M0S") + Assigned(20, 5, "eight") +
       Assigned(20, 1, "PT1H0M0S") + Assigned(30, 3, "PT1H0M0S") + "</Assignments>"));
   const std::vector<std::pair<Untaken, std::vector<std::int64_t>>> kinds = {
