@@ -156,8 +156,9 @@ void DropProjectIndexes(sqlite3* database, const std::string& path) {
         "pragma_index_info(sqlite_master.name)) collate nocase in (?1, ?2)",
         path);
     static_assert(kProjectColumns.size() == 2);
-    for (int place = 1; place <= 2; ++place) {
-      Bind(indexes.get(), place, Value(std::string(kProjectColumns[place - 1])));
+    int place = 0;
+    for (const auto& column : kProjectColumns) {
+      Bind(indexes.get(), ++place, Value(std::string(column)));
     }
     while (sqlite3_step(indexes.get()) == SQLITE_ROW) {
       drops += reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 0));
