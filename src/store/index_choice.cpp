@@ -160,9 +160,11 @@ void DropProjectIndexes(sqlite3* database, const std::string& path) {
     for (const auto& column : kProjectColumns) {
       Bind(indexes.get(), ++place, Value(std::string(column)));
     }
-    while (sqlite3_step(indexes.get()) == SQLITE_ROW) {
-      drops += reinterpret_cast<const char*>(sqlite3_column_text(indexes.get(), 0));
+    int step = SQLITE_ROW;
+    while ((step = sqlite3_step(indexes.get())) == SQLITE_ROW) {
+      drops += Utf8ColumnText(indexes.get(), 0);
     }
+    if (step != SQLITE_DONE) throw DatabaseError(database, path, step);
   }
   Execute(database, drops.c_str(), path);
 }

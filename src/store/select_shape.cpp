@@ -41,7 +41,9 @@ SelectShape::SelectShape(sqlite3* database, const std::string& path, StatementPa
   const StatementHandle proof = PrepareStatement(
       database_, "select " + statement_.list + " from " + table_.Schema().QuotedName(), path_);
   for (int field = 0; field < sqlite3_column_count(proof.get()); ++field) {
-    computed_.push_back(FromUtf8(sqlite3_column_name(proof.get(), field)));
+    const char* name = sqlite3_column_name(proof.get(), field);
+    if (name == nullptr) throw std::bad_alloc();
+    computed_.push_back(FromUtf8(name));
   }
 }
 

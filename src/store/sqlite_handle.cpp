@@ -167,6 +167,11 @@ std::string ColumnText(sqlite3_stmt* statement, int column) {
   return FromColumn(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
 }
 
+std::string Utf8ColumnText(sqlite3_stmt* statement, int column) {
+  const Utf8Texts unchanged;
+  return ColumnText(statement, column);
+}
+
 Value ColumnValue(sqlite3_stmt* statement, int column, ReadAs as) {
   return ColumnValue(statement, column, sqlite3_column_value(statement, column), as);
 }

@@ -53,6 +53,7 @@ Value ColumnValue(sqlite3_stmt* statement, int column, sqlite3_value* value, Rea
 // Whether that column holds exactly `value`.
 bool ColumnHolds(sqlite3_stmt* statement, int column, const Value& value);
 std::string ColumnText(sqlite3_stmt* statement, int column);  // in Windows-1252
+std::string Utf8ColumnText(sqlite3_stmt* statement, int column);
 
 // A name as SQL takes it whatever characters it has; in and out UTF-8.
 std::string Quoted(const std::string& name);

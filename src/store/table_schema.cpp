@@ -63,10 +63,12 @@ bool IsMadeByFunction(sqlite3* database, const std::string& path, const std::str
   constexpr int kOpcode = 1;  // column of the answer
   const StatementHandle program =
       PrepareStatement(database, "explain select " + quotedColumn + " from " + quotedTable, path);
-  while (sqlite3_step(program.get()) == SQLITE_ROW) {
+  int step = SQLITE_ROW;
+  while ((step = sqlite3_step(program.get())) == SQLITE_ROW) {
     const std::string opcode = ColumnText(program.get(), kOpcode);
     if (opcode == "Function" || opcode == "PureFunc" || opcode == "Concat") return true;
   }
+  if (step != SQLITE_DONE) throw DatabaseError(database, path, step);
   return false;
 }
 
@@ -76,11 +78,6 @@ bool DeclaresConstraint(std::string_view sql) {
       {"check", "null", "unique", "primary", "strict", "default (", "default("});
   return std::any_of(kWords.begin(), kWords.end(),
                      [&](std::string_view word) { return HoldsNoCase(sql, word); });
-}
-
-const char* RawText(sqlite3_stmt* statement, int column) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  return text == nullptr ? "" : text;
 }
 
 }  // namespace
@@ -100,7 +97,7 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
   if (found == SQLITE_DONE) return std::nullopt;
   if (found != SQLITE_ROW) throw DatabaseError(database, path);
   TableSchema schema;
-  const std::string utf8 = RawText(find.get(), 0);
+  const std::string utf8 = Utf8ColumnText(find.get(), 0);
   schema.name_ = FromUtf8(utf8);
   schema.quotedName_ = Quoted(utf8);
   if (sqlite3_column_int(find.get(), 1) == 0) {
@@ -110,11 +107,11 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
   // What the statements of a table say is read once, whichever database they stand in.
   constexpr std::size_t kMostRead = 200;
   static thread_local std::unordered_map<std::string, TableSchema> read;
-  const std::string declared = utf8 + ';' + RawText(find.get(), 2) + ';' + RawText(find.get(), 3);
+  const std::string declared = utf8 + ';' + Utf8ColumnText(find.get(), 2) + ';' + Utf8ColumnText(find.get(), 3);
   if (const auto known = read.find(declared); known != read.end()) return known->second;
   schema.ReadColumns(database, path);
   schema.FindRowId(database);
-  if (schema.rowId_.empty() || DeclaresConstraint(RawText(find.get(), 2))) {
+  if (schema.rowId_.empty() || DeclaresConstraint(Utf8ColumnText(find.get(), 2))) {
     schema.takesAnyRow_ = false;
   }
   schema.ReadIndexes(database, path);
@@ -132,7 +129,7 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
   int keyColumns = 0;
   int step = SQLITE_ROW;
   while ((step = sqlite3_step(info.get())) == SQLITE_ROW) {
-    const std::string utf8 = RawText(info.get(), 1);
+    const std::string utf8 = Utf8ColumnText(info.get(), 1);
     const bool isComputed = sqlite3_column_int(info.get(), kHidden) != 0;
     if (isComputed && (++computed > kMostComputed ||
                        IsMadeByFunction(database, path, quotedName_, Quoted(utf8)))) {
@@ -140,7 +137,7 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
                                              name_ + "' in the database '" + FromUtf8(path) +
                                              "' is computed in a way that is not read.");
     }
-    const std::string type = RawText(info.get(), 2);
+    const std::string type = Utf8ColumnText(info.get(), 2);
     if (sqlite3_column_int(info.get(), 5) > 0) {
       ++keyColumns;
       rowIdIsColumn_ = SameName(type, "INTEGER");
@@ -186,7 +183,7 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
   std::string current;
   int step = SQLITE_ROW;
   while ((step = sqlite3_step(list.get())) == SQLITE_ROW) {
-    const std::string name = RawText(list.get(), 0);
+    const std::string name = Utf8ColumnText(list.get(), 0);
     if (indexes_.empty() || name != current) {
       current = name;
       usable = sqlite3_column_int(list.get(), 3) == 0;
@@ -198,7 +195,7 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
     // Texts are compared without case, which only an index of that order serves.
     usable = usable && ordinal >= 0 && ordinal < static_cast<int>(columns_.size()) &&
              (columns_[static_cast<std::size_t>(ordinal)].kind != ColumnKind::kText ||
-              SameName(RawText(list.get(), 2), "NOCASE"));
+              SameName(Utf8ColumnText(list.get(), 2), "NOCASE"));
     if (usable) indexes_.back().columns.push_back(ordinal);
   }
   if (step != SQLITE_DONE) throw DatabaseError(database, path, step);
