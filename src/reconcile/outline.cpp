@@ -13,8 +13,14 @@ namespace {
 // The units around a scenario, from above; with a unit's own number they sort as the plan does.
 class Surroundings {
  public:
-  Surroundings(const ModelRows& model, const std::function<bool(std::int32_t)>& isGone)
-      : model_(model), isGone_(isGone) {}
+  Surroundings(const ModelRows& model, const std::function<bool(std::int32_t)>& isGone,
+               const std::map<std::int32_t, std::int32_t>& numbers)
+      : model_(model), isGone_(isGone), numbers_(numbers) {}
+
+  std::int32_t NumberOf(std::int32_t unit) const {
+    const auto number = numbers_.find(unit);
+    return number == numbers_.end() ? unit : number->second;
+  }
 
   // Nothing where a unit in it has no place.
   const std::optional<std::vector<std::int32_t>>& Of(std::int32_t scenario) {
@@ -31,7 +37,7 @@ class Surroundings {
     if (unit == model_.units.end() || isGone_(parent)) return known->second;
     std::optional<std::vector<std::int32_t>> around = Of(unit->second.scenario);
     if (around && around->size() + 1 < kMostLevels) {
-      around->push_back(parent);
+      around->push_back(NumberOf(parent));
       known->second = std::move(around);
     }
     return known->second;
@@ -40,14 +46,16 @@ class Surroundings {
  private:
   const ModelRows& model_;
   const std::function<bool(std::int32_t)>& isGone_;
+  const std::map<std::int32_t, std::int32_t>& numbers_;
   std::map<std::int32_t, std::optional<std::vector<std::int32_t>>> known_;
 };
 
 }  // namespace
 
-std::map<std::int32_t, OutlinePlace> OutlineOf(const ModelRows& model,
-                                               const std::function<bool(std::int32_t)>& isGone) {
-  Surroundings surroundings(model, isGone);
+std::map<std::int32_t, OutlinePlace> OutlineOf(
+    const ModelRows& model, const std::function<bool(std::int32_t)>& isGone,
+    const std::map<std::int32_t, std::int32_t>& numbers) {
+  Surroundings surroundings(model, isGone, numbers);
   std::map<std::int32_t, OutlinePlace> outline;
   std::map<std::vector<std::int32_t>, std::int32_t> inOrder;
   for (const auto& [number, unit] : model.units) {
@@ -56,7 +64,7 @@ std::map<std::int32_t, OutlinePlace> OutlineOf(const ModelRows& model,
     const auto& around = surroundings.Of(unit.scenario);
     if (!around) continue;
     std::vector<std::int32_t> order = *around;
-    order.push_back(number);
+    order.push_back(surroundings.NumberOf(number));
     inOrder.emplace(std::move(order), number);
   }
   std::vector<std::pair<std::size_t, std::int32_t>> above;  // level and number

@@ -25,8 +25,10 @@ struct OutlinePlace {
 // By the rules of the translator, of each unit that goes to the plan. A unit whose scenario stands
 // below one that doesn't go there falls under the task in front of it. kNoPlace: a unit around it
 // is gone, or they go round in a circle, or there are more of them than a translation has levels.
+// `numbers`: of units that get another one, by which they are put in order then.
 std::map<std::int32_t, OutlinePlace> OutlineOf(const ModelRows& model,
-                                               const std::function<bool(std::int32_t)>& isGone);
+                                               const std::function<bool(std::int32_t)>& isGone,
+                                               const std::map<std::int32_t, std::int32_t>& numbers);
 
 // A translation orders the units below one unit by their numbers. `places`: where each unit that
 // goes to the plan stands there. The numbers of those that get another one: as few as can be, and

@@ -173,14 +173,14 @@ void Reconciliation::PlaceTasks() {
   std::map<std::int32_t, int> moves;
   for (bool isMoved = true; isMoved;) {
     isMoved = false;
-    for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone)) {
+    for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone, NumbersOfPlan())) {
       const Task& wanted = wanted_.tasks.at(unit);
       if (place.parent == wanted.parent || moves[unit] == kMostMoves) continue;
       MoveTask(unit, ++moves[unit] == 1 ? ScenarioAmong(wanted) : ScenarioBelow(wanted.parent));
       isMoved = true;
     }
   }
-  for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone)) {
+  for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone, NumbersOfPlan())) {
     if (place.parent == wanted_.tasks.at(unit).parent) continue;
     Tell(unit, "It lies deeper than the ten levels that a translation gives.",
          "Move it further up.");
@@ -247,19 +247,23 @@ std::int32_t Reconciliation::NumberOf(std::int32_t unit) const {
   return number == numbers_.end() ? unit : number->second;
 }
 
-// Behind all other changes, which go by the numbers that the plan knows.
-void Reconciliation::OrderTasks() {
+std::map<std::int32_t, std::int32_t> Reconciliation::NumbersOfPlan() const {
   std::map<std::int32_t, std::size_t> places;
   for (const auto& [unit, task] : wanted_.tasks) places[unit] = task.place;
   std::set<std::int32_t> known;
   for (const auto& [unit, task] : given_.tasks) known.insert(unit);
-  numbers_ = NumbersInOrder(edit_.Model(), places, known);
+  return NumbersInOrder(edit_.Model(), places, known);
+}
+
+// Behind all other changes, which go by the numbers that the plan knows.
+void Reconciliation::OrderTasks() {
+  numbers_ = NumbersOfPlan();
   edit_.NumberUnits(numbers_);
   TellOrder();
 }
 
 void Reconciliation::TellOrder() {
-  const auto outline = OutlineOf(edit_.Model(), [](std::int32_t) { return false; });
+  const auto outline = OutlineOf(edit_.Model(), [](std::int32_t) { return false; }, {});
   PlanContent reached;
   for (const auto& [unit, task] : wanted_.tasks) {
     const auto place = outline.find(NumberOf(unit));

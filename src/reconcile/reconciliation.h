@@ -53,6 +53,7 @@ class Reconciliation {
   std::int32_t ScenarioBelow(std::int32_t parent);
   void RemoveTasks();
   void RemoveEmptyScenarios();
+  std::map<std::int32_t, std::int32_t> NumbersOfPlan() const;
   void OrderTasks();
   std::int32_t NumberOf(std::int32_t unit) const;  // that it gets for its order
   void TellOrder();
