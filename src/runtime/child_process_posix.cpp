@@ -25,15 +25,28 @@ namespace {
                      std::string("a process can't be started: ") + std::strerror(errno));
 }
 
+void Limit(decltype(RLIMIT_CPU) what, std::uint64_t most) {
+  rlimit limit{};
+  getrlimit(what, &limit);
+  limit.rlim_cur = std::min<rlim_t>(most, limit.rlim_max);
+  setrlimit(what, &limit);
+}
+
 // Leaves by _exit, so that nothing of the parent is flushed or closed twice.
-[[noreturn]] void RunChild(const std::function<void(int pipe)>& work, pid_t parent, int inherited) {
+[[noreturn]] void RunChild(const std::function<void(int pipe)>& work, const ChildLimits& limits,
+                           pid_t parent, int inherited) {
   DieWithParent(parent);
   const int pipe = KeepAlone(inherited);
   const int nowhere = open("/dev/null", O_RDWR);
-  if (nowhere >= 0) dup2(nowhere, STDERR_FILENO);
-  const rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
-  setrlimit(RLIMIT_CORE, &noCore);
-  for (const int number : {SIGSEGV, SIGABRT, SIGTRAP, SIGPIPE}) std::signal(number, SIG_DFL);
+  if (nowhere >= 0) {
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
+  }
+  Limit(RLIMIT_CPU, limits.cpuSeconds);
+  Limit(RLIMIT_FSIZE, limits.fileBytes);
+  Limit(RLIMIT_CORE, 0);
+  for (const int number : {SIGSEGV, SIGABRT, SIGTRAP, SIGPIPE, SIGXCPU, SIGXFSZ}) {
+    std::signal(number, SIG_DFL);
+  }
   try {
     work(pipe);
   } catch (...) {
@@ -67,12 +80,12 @@ void SendOrExit(int pipe, const void* data, std::size_t size) {
   }
 }
 
-ForkedChild::ForkedChild(const std::function<void(int pipe)>& work) {
+ForkedChild::ForkedChild(const std::function<void(int pipe)>& work, const ChildLimits& limits) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) CanNotStart();
   const pid_t parent = getpid();
   id_ = fork();
-  if (id_ == 0) RunChild(work, parent, ends[1]);
+  if (id_ == 0) RunChild(work, limits, parent, ends[1]);
   const int failure = errno;
   close(ends[1]);
   pipe_ = ends[0];
@@ -84,30 +97,72 @@ ForkedChild::ForkedChild(const std::function<void(int pipe)>& work) {
 
 ForkedChild::~ForkedChild() {
   close(pipe_);
+  if (id_ < 0) return;
   kill(id_, SIGKILL);
-  while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+  WaitForEnd();
+}
+
+int ForkedChild::WaitForEnd() {
+  int status = 0;
+  while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {
+  }
+  id_ = -1;
+  return status;
+}
+
+bool ForkedChild::HasUsedUpItsTime() {
+  const int status = WaitForEnd();
+  return WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU;
+}
+
+// `size`: how many there is room for; how many came.
+ForkedChild::Pipe ForkedChild::Read(void* data, std::size_t& size, Clock::time_point deadline,
+                                    const std::function<void()>& beat) const {
+  constexpr std::int64_t kBetweenBeats = 20;  // milliseconds
+  for (;;) {
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+    if (left.count() <= 0) return Pipe::kIsLate;
+    pollfd ready{.fd = pipe_, .events = POLLIN, .revents = 0};
+    beat();
+    const auto wait = std::min<std::int64_t>(left.count(), kBetweenBeats);
+    if (poll(&ready, 1, static_cast<int>(wait)) <= 0) continue;
+    const ssize_t got = read(pipe_, data, size);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return Pipe::kHasEnded;
+    size = static_cast<std::size_t>(got);
+    return Pipe::kHasBytes;
   }
 }
 
 bool ForkedChild::Receive(void* data, std::size_t size, Clock::time_point deadline,
                           const std::function<void()>& beat) const {
-  constexpr std::int64_t kBetweenBeats = 20;  // milliseconds
   auto* at = static_cast<char*>(data);
   while (size > 0) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-    if (left.count() <= 0) return false;
-    pollfd ready{.fd = pipe_, .events = POLLIN, .revents = 0};
-    beat();
-    const auto wait = std::min<std::int64_t>(left.count(), kBetweenBeats);
-    if (poll(&ready, 1, static_cast<int>(wait)) <= 0) continue;
-    const ssize_t got = read(pipe_, at, size);
-    if (got == 0 || (got < 0 && errno != EINTR)) return false;
-    if (got < 0) continue;
+    std::size_t got = size;
+    if (Read(at, got, deadline, beat) != Pipe::kHasBytes) return false;
     at += got;
-    size -= static_cast<std::size_t>(got);
+    size -= got;
   }
   return true;
+}
+
+std::optional<std::string> ForkedChild::ReceiveAll(Clock::time_point deadline,
+                                                   const std::function<void()>& beat) const {
+  std::string all;
+  char buffer[512];
+  for (;;) {
+    std::size_t got = sizeof buffer;
+    switch (Read(buffer, got, deadline, beat)) {
+      case Pipe::kHasBytes:
+        all.append(buffer, got);
+        break;
+      case Pipe::kHasEnded:
+        return all;
+      case Pipe::kIsLate:
+        return std::nullopt;
+    }
+  }
 }
 
 }  // namespace merivane::runtime

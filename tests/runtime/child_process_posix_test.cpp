@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -83,6 +84,37 @@ TEST(ChildProcess, GivesWhatItWorkedOutOrTellsThatItCameToNothing) {
   const ForkedChild slow([](int) { pause(); });
   EXPECT_FALSE(
       slow.Receive(got.data(), 1, ForkedChild::Clock::now() + std::chrono::milliseconds(50), beat));
+}
+
+TEST(ChildProcess, IsHeldToItsLimitsAndTellsWhatItSentUntilThen) {
+  const auto deadline = ForkedChild::Clock::now() + std::chrono::minutes(1);
+  const auto send = [](int pipe) { SendOrExit(pipe, "begun", 5); };
+  ForkedChild greedy(
+      [&](int pipe) {
+        send(pipe);
+        const int file = open("/tmp", O_TMPFILE | O_WRONLY, 0600);
+        (void)!write(file, "four", 4);
+        (void)!write(file, "too much", 8);
+        send(pipe);
+      },
+      {.fileBytes = 4});
+  EXPECT_EQ(greedy.ReceiveAll(deadline, [] {}), "begun");
+  EXPECT_FALSE(greedy.HasUsedUpItsTime());
+  ForkedChild endless([](int) { std::raise(SIGXCPU); });
+  EXPECT_EQ(endless.ReceiveAll(deadline, [] {}), "");
+  EXPECT_TRUE(endless.HasUsedUpItsTime());
+  const ForkedChild limited(
+      [](int pipe) {
+        rlimit limit{};
+        getrlimit(RLIMIT_CPU, &limit);
+        SendOrExit(pipe, &limit.rlim_cur, sizeof limit.rlim_cur);
+      },
+      {.cpuSeconds = 7});
+  rlim_t seconds = 0;
+  EXPECT_TRUE(limited.Receive(&seconds, sizeof seconds, deadline, [] {}));
+  EXPECT_EQ(seconds, 7U);
+  const ForkedChild slow([](int) { pause(); });
+  EXPECT_FALSE(slow.ReceiveAll(ForkedChild::Clock::now() + std::chrono::milliseconds(50), [] {}));
 }
 
 }  // namespace

@@ -1,17 +1,21 @@
-// What a child of this program does before its own work, on systems that fork.
+// Children of this program, on systems that fork.
 //
-//   if (fork() == 0) {
-//     DieWithParent(parent);
-//     const int report = KeepAlone(pipe);
-//     ...
-//   }
+//   const ForkedChild child([](int pipe) {
+//     const double area = AreaOf(file);  // may break there
+//     SendOrExit(pipe, &area, sizeof area);
+//   });
+//   if (!child.Receive(&area, sizeof area, deadline, beat)) ...  // it broke, or takes too long
 #pragma once
 
 #include <sys/types.h>
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <limits>
+#include <optional>
+#include <string>
 
 namespace merivane::runtime {
 
@@ -27,15 +31,21 @@ void DieWithParent(pid_t parent);
 // Sends all of it, or ends this process where nobody takes it.
 void SendOrExit(int pipe, const void* data, std::size_t size);
 
+// The system ends a child that uses more.
+struct ChildLimits {
+  std::uint64_t cpuSeconds = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t fileBytes = std::numeric_limits<std::uint64_t>::max();  // of each file it writes
+};
+
 // A copy of this process that works something out and sends it through a pipe, so that a library
 // which breaks there, or ends its program, breaks nothing here. It ends with the object.
 class ForkedChild {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // `work` gets the end of the pipe to send to; what it writes to standard error goes nowhere.
-  // Error 57: no process can be started.
-  explicit ForkedChild(const std::function<void(int pipe)>& work);
+  // `work` gets the end of the pipe to send to; what it writes to standard output and error goes
+  // nowhere. Error 57: no process can be started.
+  explicit ForkedChild(const std::function<void(int pipe)>& work, const ChildLimits& limits = {});
   ~ForkedChild();
   ForkedChild(const ForkedChild&) = delete;
   ForkedChild& operator=(const ForkedChild&) = delete;
@@ -45,7 +55,21 @@ class ForkedChild {
   bool Receive(void* data, std::size_t size, Clock::time_point deadline,
                const std::function<void()>& beat) const;
 
+  // What it sends until it ends, in the same way; nothing where it is still at work at the
+  // deadline.
+  std::optional<std::string> ReceiveAll(Clock::time_point deadline,
+                                        const std::function<void()>& beat) const;
+
+  // Waits for its end.
+  bool HasUsedUpItsTime();
+
  private:
+  enum class Pipe { kHasBytes, kHasEnded, kIsLate };
+
+  Pipe Read(void* data, std::size_t& size, Clock::time_point deadline,
+            const std::function<void()>& beat) const;
+  int WaitForEnd();
+
   int pipe_ = -1;
   pid_t id_ = -1;
 };
