@@ -30,12 +30,12 @@ ProcessModel ReadDatabase(Session& session, std::int32_t project, const std::str
 }
 
 // The scenario that the command line names, or all of them.
-bool Choose(Session& session, const std::string& name, std::vector<Scenario>& scenarios) {
+bool Choose(Session& session, const std::string& name, std::vector<ModelScenario>& scenarios) {
   if (name.empty()) return true;
   const std::string wanted = FromUtf8(name);
   std::string names;
-  for (const Scenario& scenario : scenarios) names += "\n  " + ToUtf8(scenario.name);
-  std::erase_if(scenarios, [&](const Scenario& scenario) { return scenario.name != wanted; });
+  for (const ModelScenario& scenario : scenarios) names += "\n  " + ToUtf8(scenario.name);
+  std::erase_if(scenarios, [&](const ModelScenario& scenario) { return scenario.name != wanted; });
   if (!scenarios.empty()) return true;
   session.Say("no scenario '" + name + "' in the model. Its scenarios:" + names);
   return false;

@@ -67,7 +67,7 @@ class FigureItem : public QGraphicsItem {
   bool marked_ = false;
 };
 
-PictureView::PictureView(pictures::Picture picture, Work& work) {
+PictureView::PictureView(pictures::Picture picture, WorkListener& work) {
   setObjectName("picture");
   setLayoutDirection(Qt::LeftToRight);  // time runs so in a picture
   setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
@@ -77,7 +77,7 @@ PictureView::PictureView(pictures::Picture picture, Work& work) {
   Draw(std::move(picture), work);
 }
 
-void PictureView::Draw(pictures::Picture picture, Work& work) {
+void PictureView::Draw(pictures::Picture picture, WorkListener& work) {
   scene_.clear();
   items_.clear();
   marked_ = nullptr;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "pictures/picture.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::desktop {
 
@@ -20,7 +20,7 @@ class FigureItem;
 class PictureView : public QGraphicsView {
  public:
   // `work` is told that it goes on.
-  explicit PictureView(pictures::Picture picture, Work& work);
+  explicit PictureView(pictures::Picture picture, WorkListener& work);
 
   void ZoomBy(double factor);
   void ZoomTo(double scale);
@@ -32,7 +32,7 @@ class PictureView : public QGraphicsView {
   bool Choose(const std::string& id);
 
   // Another picture in the place of this one, fitted.
-  void Draw(pictures::Picture picture, Work& work);
+  void Draw(pictures::Picture picture, WorkListener& work);
   const pictures::Picture& Drawn() const { return picture_; }
 
   // Title of the marked figure; empty without one.

@@ -35,7 +35,7 @@ namespace {
 constexpr const char* kLayoutKey = "workbench/layout";
 constexpr const char* kPicturesKey = "workbench/pictures";
 
-PictureView* MakeView(const char* name, Work& work) {
+PictureView* MakeView(const char* name, WorkListener& work) {
   auto* view = new PictureView({}, work);
   view->setObjectName(name);
   view->setMinimumHeight(view->fontMetrics().height() * 4);

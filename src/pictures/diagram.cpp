@@ -25,17 +25,17 @@ constexpr double kBelow = 16;  // room for the name of a junction in the lowest 
 // A scenario as a graph. Units that no link joins are left to the grid below it.
 struct ScenarioGraph {
   Graph graph;
-  std::vector<const Unit*> units;          // of the first nodes
-  std::vector<const Junction*> junctions;  // of the nodes behind
-  std::vector<const Link*> links;          // of the edges
-  std::vector<const Unit*> loose;
+  std::vector<const ModelUnit*> units;          // of the first nodes
+  std::vector<const ModelJunction*> junctions;  // of the nodes behind
+  std::vector<const ModelLink*> links;          // of the edges
+  std::vector<const ModelUnit*> loose;
   std::vector<bool> sent;  // of each node
 };
 
-std::set<std::int32_t> NumbersOf(const Scenario& scenario) {
+std::set<std::int32_t> NumbersOf(const ModelScenario& scenario) {
   std::set<std::int32_t> numbers;
-  for (const Unit& unit : scenario.units) numbers.insert(unit.number);
-  for (const Junction& junction : scenario.junctions) numbers.insert(junction.number);
+  for (const ModelUnit& unit : scenario.units) numbers.insert(unit.number);
+  for (const ModelJunction& junction : scenario.junctions) numbers.insert(junction.number);
   return numbers;
 }
 
@@ -62,17 +62,17 @@ void SpreadGrey(ScenarioGraph& scenario) {
   }
 }
 
-ScenarioGraph GraphOf(const Scenario& scenario, bool objects) {
+ScenarioGraph GraphOf(const ModelScenario& scenario, bool objects) {
   ScenarioGraph result;
   const std::set<std::int32_t> numbers = NumbersOf(scenario);
   std::set<std::int32_t> joined;
-  for (const Link& link : scenario.links) {
+  for (const ModelLink& link : scenario.links) {
     if (!numbers.contains(link.origin) || !numbers.contains(link.destination)) continue;
     result.links.push_back(&link);
     joined.insert({link.origin, link.destination});
   }
   std::map<std::int32_t, std::size_t> nodes;  // the first with each number
-  for (const Unit& unit : scenario.units) {
+  for (const ModelUnit& unit : scenario.units) {
     if (!joined.contains(unit.number) || nodes.contains(unit.number)) {
       result.loose.push_back(&unit);
       continue;
@@ -82,13 +82,13 @@ ScenarioGraph GraphOf(const Scenario& scenario, bool objects) {
     result.units.push_back(&unit);
     result.sent.push_back(unit.sent);
   }
-  for (const Junction& junction : scenario.junctions) {
+  for (const ModelJunction& junction : scenario.junctions) {
     if (!nodes.emplace(junction.number, result.graph.nodes.size()).second) continue;
     result.graph.nodes.push_back(SizeOfJunction());
     result.junctions.push_back(&junction);
     result.sent.push_back(true);
   }
-  for (const Link* link : result.links) {
+  for (const ModelLink* link : result.links) {
     result.graph.edges.push_back({nodes.at(link->origin), nodes.at(link->destination)});
   }
   SpreadGrey(result);
@@ -105,7 +105,7 @@ void MoveBy(Route& route, double x, double y) {
   move(route.continuation->begin);
 }
 
-std::string DescriptionOf(const Scenario& scenario) {
+std::string DescriptionOf(const ModelScenario& scenario) {
   std::string text = "Process diagram of " + scenario.name + ": " +
                      std::to_string(scenario.units.size()) + " units, " +
                      std::to_string(scenario.junctions.size()) + " junctions, " +
@@ -115,7 +115,7 @@ std::string DescriptionOf(const Scenario& scenario) {
 
 class DiagramDrawer {
  public:
-  DiagramDrawer(const Scenario& scenario, const DiagramOptions& options)
+  DiagramDrawer(const ModelScenario& scenario, const DiagramOptions& options)
       : scenario_(scenario), options_(options) {
     picture_.id = DiagramId(scenario.number);
     picture_.title = scenario.name;
@@ -149,24 +149,24 @@ class DiagramDrawer {
     };
     const auto& junctions = scenario_.junctions;
     const auto isOf = [](JunctionKind kind) {
-      return [kind](const Junction& junction) { return junction.kind == kind; };
+      return [kind](const ModelJunction& junction) { return junction.kind == kind; };
     };
     const auto drawnAs = [](FlowKind kind) {
-      return [kind](const Link& link) { return link.kind == kind; };
+      return [kind](const ModelLink& link) { return link.kind == kind; };
     };
     const std::pair<bool, const char*> signs[] = {
         {any(junctions, isOf(JunctionKind::kAnd)), "&: all paths"},
         {any(junctions, isOf(JunctionKind::kOr)), "O: one path or more"},
         {any(junctions, isOf(JunctionKind::kXor)), "X: exactly one path"},
-        {any(junctions, [](const Junction& junction) { return !junction.synchronous; }),
+        {any(junctions, [](const ModelJunction& junction) { return !junction.synchronous; }),
          "one bar: each at its own time"},
-        {any(junctions, [](const Junction& junction) { return junction.synchronous; }),
+        {any(junctions, [](const ModelJunction& junction) { return junction.synchronous; }),
          "two bars: at the same time"},
         {any(scenario_.links, drawnAs(FlowKind::kRelation)), "dashed: a relation"},
         {any(scenario_.links, drawnAs(FlowKind::kObjectFlow)), "double head: an object flows"},
-        {any(scenario_.units, [](const Unit& unit) { return !unit.decompositions.empty(); }),
+        {any(scenario_.units, [](const ModelUnit& unit) { return !unit.decompositions.empty(); }),
          "sheet behind: decomposed"},
-        {any(scenario_.units, [](const Unit& unit) { return !unit.sent; }),
+        {any(scenario_.units, [](const ModelUnit& unit) { return !unit.sent; }),
          "grey: not in the plan"},
         {IsMarked(Mark::kAdded), "+: new"},
         {IsMarked(Mark::kChanged), "~: changed"},
@@ -211,7 +211,7 @@ class DiagramDrawer {
         1, static_cast<std::size_t>(std::ceil(std::sqrt(count * kColumn / kRow))));
     const double top = picture_.height;
     for (std::size_t at = 0; at < scenario_.units.size(); ++at) {
-      const Unit& unit = scenario_.units[at];
+      const ModelUnit& unit = scenario_.units[at];
       const std::size_t column = at / rows;
       const double left = kMargin + static_cast<double>(column) * kColumn;
       const double base = top + static_cast<double>(at % rows + 1) * kRow - 5;
@@ -307,17 +307,17 @@ class DiagramDrawer {
   }
 
   // Units without links, in rows as wide as the rest.
-  void AddLoose(const std::vector<const Unit*>& units) {
+  void AddLoose(const std::vector<const ModelUnit*>& units) {
     if (units.empty()) return;
     double area = 0;
-    for (const Unit* unit : units) {
+    for (const ModelUnit* unit : units) {
       const GraphNode size = SizeOf(*unit, options_.objects);
       area += (size.width + kGap) * (size.height + kGap);
     }
     const double right = std::max(picture_.width, kMargin + std::sqrt(area) * 1.4);
     double left = kMargin;
     double top = picture_.height;
-    for (const Unit* unit : units) {
+    for (const ModelUnit* unit : units) {
       const GraphNode size = SizeOf(*unit, options_.objects);
       if (left > kMargin && left + size.width > right) {
         left = kMargin;
@@ -331,7 +331,7 @@ class DiagramDrawer {
     picture_.height += kGap;
   }
 
-  const Scenario& scenario_;
+  const ModelScenario& scenario_;
   const DiagramOptions& options_;
   Picture picture_;
 };
@@ -342,18 +342,18 @@ std::string DiagramId(std::int32_t scenario) { return "scenario-" + std::to_stri
 
 std::string UnitId(std::int32_t unit) { return "unit-" + std::to_string(unit); }
 
-std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
+std::vector<Diagram> DrawDiagrams(const std::vector<ModelScenario>& scenarios,
                                   const DiagramOptions& options) {
-  Work nobody;
+  WorkListener nobody;
   return DrawDiagrams(scenarios, options, nobody);
 }
 
-std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
-                                  const DiagramOptions& options, Work& work) {
+std::vector<Diagram> DrawDiagrams(const std::vector<ModelScenario>& scenarios,
+                                  const DiagramOptions& options, WorkListener& work) {
   work.Begin("Laying out the diagrams", 0);
   std::vector<ScenarioGraph> drafts;
   std::vector<Graph> graphs;
-  for (const Scenario& scenario : scenarios) {
+  for (const ModelScenario& scenario : scenarios) {
     work.Beat();
     drafts.push_back(GraphOf(scenario, options.objects));
     graphs.push_back(drafts.back().graph);

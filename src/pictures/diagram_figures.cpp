@@ -30,7 +30,7 @@ struct UnitForm {
   double height = 0;  // of the box
 };
 
-std::vector<std::string> ObjectLines(const Unit& unit, double width) {
+std::vector<std::string> ObjectLines(const ModelUnit& unit, double width) {
   std::vector<std::string> lines;
   for (const std::string& object : unit.objects) {
     if (lines.size() + 1 == kMostObjects && unit.objects.size() > kMostObjects) {
@@ -42,7 +42,7 @@ std::vector<std::string> ObjectLines(const Unit& unit, double width) {
   return lines;
 }
 
-UnitForm BoxOf(const Unit& unit) {
+UnitForm BoxOf(const ModelUnit& unit) {
   UnitForm form;
   form.name = Wrapped(unit.name, kNameWidth, kNameLines, Ink::kUnitName);
   double widest = WidthOf(std::to_string(unit.number), Ink::kUnitNumber) + 2 * kPadding +
@@ -56,7 +56,7 @@ UnitForm BoxOf(const Unit& unit) {
   return form;
 }
 
-UnitForm FormOf(const Unit& unit, bool objects) {
+UnitForm FormOf(const ModelUnit& unit, bool objects) {
   UnitForm form = BoxOf(unit);
   if (objects) form.objects = ObjectLines(unit, form.width);
   return form;
@@ -77,7 +77,7 @@ void AddName(const UnitForm& form, const Area& box, Figure& figure) {
   }
 }
 
-void AddStrip(const Unit& unit, const Area& box, Figure& figure) {
+void AddStrip(const ModelUnit& unit, const Area& box, Figure& figure) {
   const double top = box.Bottom() - kStrip;
   const std::string number = std::to_string(unit.number);
   const double split = std::max(box.left + box.width / 2 - 1,
@@ -126,16 +126,16 @@ Path ArrowHead(Point base, Point tip) {
 
 }  // namespace
 
-GraphNode SizeOf(const Unit& unit, bool objects) {
+GraphNode SizeOf(const ModelUnit& unit, bool objects) {
   const UnitForm form = FormOf(unit, objects);
   return {form.width, form.height + 2 * ObjectsHeight(form)};
 }
 
-double BoxHeightOf(const Unit& unit) { return BoxOf(unit).height; }
+double BoxHeightOf(const ModelUnit& unit) { return BoxOf(unit).height; }
 
 GraphNode SizeOfJunction() { return {kJunctionSize, kJunctionSize}; }
 
-std::string DescriptionOf(const Unit& unit) {
+std::string DescriptionOf(const ModelUnit& unit) {
   std::string text = unit.name + " (unit " + std::to_string(unit.number);
   if (!unit.reference.empty()) text += ", " + unit.reference;
   text += ")";
@@ -154,14 +154,14 @@ std::string DescriptionOf(const Unit& unit) {
   return text;
 }
 
-std::string DescriptionOf(const Junction& junction) {
+std::string DescriptionOf(const ModelJunction& junction) {
   std::string text = "Junction " + junction.id + ": " + junction.type +
                      (junction.fanIn ? ", fan-in" : ", fan-out");
   AddTold(text, "Facts: ", junction.facts);
   return text;
 }
 
-Figure DrawUnit(const Unit& unit, Point centre, bool objects) {
+Figure DrawUnit(const ModelUnit& unit, Point centre, bool objects) {
   const UnitForm form = FormOf(unit, objects);
   Figure figure;
   figure.id = UnitId(unit.number);
@@ -188,7 +188,7 @@ Figure DrawUnit(const Unit& unit, Point centre, bool objects) {
   return figure;
 }
 
-Figure DrawJunction(const Junction& junction, Point centre, bool sent) {
+Figure DrawJunction(const ModelJunction& junction, Point centre, bool sent) {
   constexpr double kBarInset = 5.5;
   Figure figure;
   figure.id = "junction-" + std::to_string(junction.number);
@@ -215,7 +215,7 @@ Figure DrawJunction(const Junction& junction, Point centre, bool sent) {
   return figure;
 }
 
-Figure DrawLink(const Link& link, const Route& route, bool sent) {
+Figure DrawLink(const ModelLink& link, const Route& route, bool sent) {
   Figure figure;
   figure.faint = !sent;
   if (route.curve.empty()) return figure;

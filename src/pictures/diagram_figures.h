@@ -8,16 +8,16 @@
 namespace merivane::pictures {
 
 // The room that a figure needs, its middle being where links meet it.
-GraphNode SizeOf(const Unit& unit, bool objects);
-double BoxHeightOf(const Unit& unit);  // without the objects below it
+GraphNode SizeOf(const ModelUnit& unit, bool objects);
+double BoxHeightOf(const ModelUnit& unit);  // without the objects below it
 GraphNode SizeOfJunction();
 
-Figure DrawUnit(const Unit& unit, Point centre, bool objects);
-Figure DrawJunction(const Junction& junction, Point centre, bool sent);
-Figure DrawLink(const Link& link, const Route& route, bool sent);
+Figure DrawUnit(const ModelUnit& unit, Point centre, bool objects);
+Figure DrawJunction(const ModelJunction& junction, Point centre, bool sent);
+Figure DrawLink(const ModelLink& link, const Route& route, bool sent);
 
 // What a tool tip tells of a unit, and what a reader without the picture gets.
-std::string DescriptionOf(const Unit& unit);
-std::string DescriptionOf(const Junction& junction);
+std::string DescriptionOf(const ModelUnit& unit);
+std::string DescriptionOf(const ModelJunction& junction);
 
 }  // namespace merivane::pictures

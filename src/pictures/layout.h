@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "pictures/picture.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::pictures {
 
@@ -67,7 +67,8 @@ std::optional<Layout> LayOut(const Graph& graph);
 // The same for several graphs, the small ones first, where a graph that is too large or breaks the
 // library does no harm: in a process of its own, which ends after `limit`. None for each graph that
 // was not ready by then. `work` is told meanwhile that it goes on; what it throws ends the process.
-Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work);
+Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
+                    WorkListener& work);
 
 // The order in which they are laid out.
 std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
@@ -76,7 +77,8 @@ std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
 // is tangled goes to the layout library, or into columns where it is too much for it. What is wide
 // stands in rows. None for a graph of which the library had not laid out a part within `limit`.
 // `work` is told meanwhile that it goes on.
-Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work);
+Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
+                    WorkListener& work);
 
 // In columns by the longest way to each node, with few crossings, in about linear time; the layout
 // library draws a small graph better. REQUIRES: the graph has no circle.

@@ -71,7 +71,7 @@ void SendLayouts(int pipe, const std::vector<Graph>& graphs,
 
 // How many of `order` the child got through.
 std::size_t RunAside(const std::vector<Graph>& graphs, const std::vector<std::size_t>& order,
-                     Clock::time_point deadline, Work& work, Layouts& layouts) {
+                     Clock::time_point deadline, WorkListener& work, Layouts& layouts) {
   const ForkedChild child([&](int pipe) { SendLayouts(pipe, graphs, order); });
   const auto take = [&](auto& row) {
     const auto beat = [&work] { work.Beat(); };
@@ -96,7 +96,8 @@ std::size_t RunAside(const std::vector<Graph>& graphs, const std::vector<std::si
 
 }  // namespace
 
-Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work) {
+Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
+                    WorkListener& work) {
   const Clock::time_point deadline = Clock::now() + limit;
   Layouts layouts;
   layouts.each.resize(graphs.size());

@@ -9,7 +9,8 @@ constexpr std::size_t kMostElements = 6000;
 
 }  // namespace
 
-Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work) {
+Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
+                    WorkListener& work) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
   Layouts layouts;
   layouts.each.resize(graphs.size());

@@ -13,19 +13,20 @@ namespace {
 // One scenario of which a part was sent.
 class PartlySent {
  public:
-  explicit PartlySent(const Scenario& scenario) {
-    for (const Junction& junction : scenario.junctions) junctions_[junction.number] = &junction;
-    for (const Unit& unit : scenario.units) {
+  explicit PartlySent(const ModelScenario& scenario) {
+    for (const ModelJunction& junction : scenario.junctions)
+      junctions_[junction.number] = &junction;
+    for (const ModelUnit& unit : scenario.units) {
       if (unit.sent) sent_.insert(unit.number);
     }
-    for (const Link& link : scenario.links) {
+    for (const ModelLink& link : scenario.links) {
       if (link.kind == FlowKind::kPrecedence) origins_[link.destination].push_back(link.origin);
     }
   }
 
   // The nearest junction in front of the unit that parts alternative paths, over elements that were
   // left out themselves; null without one.
-  const Junction* DecidedBy(std::int32_t unit) const {
+  const ModelJunction* DecidedBy(std::int32_t unit) const {
     std::deque<std::int32_t> open{unit};
     std::set<std::int32_t> seen{unit};
     for (; !open.empty(); open.pop_front()) {
@@ -44,12 +45,12 @@ class PartlySent {
   }
 
  private:
-  std::map<std::int32_t, const Junction*> junctions_;
+  std::map<std::int32_t, const ModelJunction*> junctions_;
   std::map<std::int32_t, std::vector<std::int32_t>> origins_;  // of the links into an element
   std::set<std::int32_t> sent_;
 };
 
-std::string Why(const Junction* junction) {
+std::string Why(const ModelJunction* junction) {
   if (junction == nullptr) return "the paths that were taken don't come to it";
   return "junction " + junction->id + " (" + junction->type + ") takes another path";
 }
@@ -58,18 +59,18 @@ std::string Why(const Junction* junction) {
 
 void TellWhyLeft(ProcessModel& model) {
   std::map<std::int32_t, bool> sent;  // of units, by number
-  for (const Scenario& scenario : model.scenarios) {
-    for (const Unit& unit : scenario.units) sent[unit.number] = unit.sent;
+  for (const ModelScenario& scenario : model.scenarios) {
+    for (const ModelUnit& unit : scenario.units) sent[unit.number] = unit.sent;
   }
-  for (Scenario& scenario : model.scenarios) {
-    const auto isSent = [](const Unit& unit) { return unit.sent; };
+  for (ModelScenario& scenario : model.scenarios) {
+    const auto isSent = [](const ModelUnit& unit) { return unit.sent; };
     const bool whole = std::none_of(scenario.units.begin(), scenario.units.end(), isSent);
     const auto parent = sent.find(scenario.parent);
     const PartlySent paths(scenario);
-    for (Unit& unit : scenario.units) {
+    for (ModelUnit& unit : scenario.units) {
       if (unit.sent) continue;
       if (!whole) {
-        const Junction* junction = paths.DecidedBy(unit.number);
+        const ModelJunction* junction = paths.DecidedBy(unit.number);
         unit.whyLeft = Why(junction);
         if (junction != nullptr) unit.decidedBy = junction->number;
       } else if (parent != sent.end() && !parent->second) {

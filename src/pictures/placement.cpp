@@ -315,7 +315,8 @@ std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs) {
   return order;
 }
 
-Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit, Work& work) {
+Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
+                    WorkListener& work) {
   std::vector<std::vector<PartPlan>> plans(graphs.size());
   std::vector<Graph> forLibrary;
   for (std::size_t at = 0; at < graphs.size(); ++at) {

@@ -110,7 +110,7 @@ class ModelReader {
     ProjectRows rows = Rows("Scenario");
     rows.ForEach([&] {
       places_.emplace(rows.Number("Num"), model_.scenarios.size());
-      Scenario scenario;
+      ModelScenario scenario;
       scenario.number = rows.Number("Num");
       scenario.name = rows.Text("Name");
       scenario.parent = rows.Number("Parent_Num");
@@ -141,7 +141,7 @@ class ModelReader {
     rows.ForEach([&] {
       const auto place = places_.find(rows.Number("Scenario_Num"));
       if (place == places_.end()) return;
-      Unit unit;
+      ModelUnit unit;
       unit.number = rows.Number("Use_Num");
       unit.name = rows.Text("Name");
       unit.reference = rows.Text("Ref");
@@ -162,7 +162,7 @@ class ModelReader {
     rows.ForEach([&] {
       const auto place = places_.find(rows.Number("Scenario_Num"));
       if (place == places_.end()) return;
-      Junction junction;
+      ModelJunction junction;
       junction.number = rows.Number("Num");
       junction.id = rows.Text("ID");
       junction.type = rows.Text("Type");
@@ -196,7 +196,7 @@ class ModelReader {
 
   // Each scenario behind the one that it belongs to; those in a circle keep the table's order.
   void Order() {
-    std::vector<Scenario> ordered;
+    std::vector<ModelScenario> ordered;
     std::set<std::size_t> taken;
     for (std::size_t first = 0; first < 2 * model_.scenarios.size(); ++first) {
       const bool rest = first >= model_.scenarios.size();

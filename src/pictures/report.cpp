@@ -43,13 +43,13 @@ class PageWriter {
  public:
   explicit PageWriter(const Report& report)
       : report_(report), model_(report.model), found_(FoundOf(report.findings)) {
-    for (const Scenario& scenario : model_.scenarios) {
-      for (const Unit& unit : scenario.units) {
+    for (const ModelScenario& scenario : model_.scenarios) {
+      for (const ModelUnit& unit : scenario.units) {
         for (const std::string& object : unit.objects) users_[object].push_back(&unit);
         places_.emplace("unit-" + std::to_string(unit.number),
                         DiagramId(scenario.number) + '-' + UnitId(unit.number));
       }
-      for (const Junction& junction : scenario.junctions) {
+      for (const ModelJunction& junction : scenario.junctions) {
         const std::string id = "junction-" + std::to_string(junction.number);
         places_.emplace(id, DiagramId(scenario.number) + '-' + id);
       }
@@ -90,7 +90,7 @@ class PageWriter {
         name + "</title>\n<style>" + ReportStyle() + "</style>\n</head>\n<body>\n<header>\n<h1>" +
         name + "</h1>\n";
     std::size_t units = 0;
-    for (const Scenario& scenario : model_.scenarios) units += scenario.units.size();
+    for (const ModelScenario& scenario : model_.scenarios) units += scenario.units.size();
     out_ += "<p class=\"quiet\">" +
             (model_.author.empty() ? std::string() : Escaped(model_.author) + " &middot; ") +
             Counted(model_.scenarios.size(), "scenario") + " &middot; " + Counted(units, "unit") +
@@ -119,10 +119,10 @@ class PageWriter {
   void AddContents() {
     out_ += "<nav aria-label=\"Contents\">\n<ul>\n<li>" + LinkTo("the-plan", "Plan") + "</li>\n";
     std::set<std::int32_t> listed;
-    for (const Scenario& scenario : model_.scenarios) {
+    for (const ModelScenario& scenario : model_.scenarios) {
       if (scenario.parent == 0) AddContentsOf(scenario, listed);
     }
-    for (const Scenario& scenario : model_.scenarios) AddContentsOf(scenario, listed);
+    for (const ModelScenario& scenario : model_.scenarios) AddContentsOf(scenario, listed);
     constexpr std::pair<const char*, const char*> kTables[] = {
         {"left-out", "Left out"}, {"resources", "Resources"},     {"objects", "Objects"},
         {"facts", "Facts"},       {"constraints", "Constraints"}, {"findings", "Findings"}};
@@ -134,9 +134,9 @@ class PageWriter {
   }
 
   // The scenario, with those that decompose its units in lists below it. Ends in a circle.
-  void AddContentsOf(const Scenario& top, std::set<std::int32_t>& listed) {
+  void AddContentsOf(const ModelScenario& top, std::set<std::int32_t>& listed) {
     struct Open {
-      const Scenario* scenario;
+      const ModelScenario* scenario;
       bool close;
     };
     std::vector<Open> open{{&top, false}};
@@ -149,7 +149,7 @@ class PageWriter {
       }
       if (!listed.insert(next.scenario->number).second) continue;
       out_ += "<li>" + LinkTo(DiagramId(next.scenario->number), Escaped(next.scenario->name));
-      const std::vector<const Scenario*> below = Below(*next.scenario);
+      const std::vector<const ModelScenario*> below = Below(*next.scenario);
       if (below.empty()) {
         out_ += "</li>\n";
         continue;
@@ -160,13 +160,13 @@ class PageWriter {
     }
   }
 
-  std::vector<const Scenario*> Below(const Scenario& scenario) const {
+  std::vector<const ModelScenario*> Below(const ModelScenario& scenario) const {
     std::set<std::int32_t> numbers;
-    for (const Unit& unit : scenario.units) {
+    for (const ModelUnit& unit : scenario.units) {
       numbers.insert(unit.decompositions.begin(), unit.decompositions.end());
     }
-    std::vector<const Scenario*> below;
-    for (const Scenario& other : model_.scenarios) {
+    std::vector<const ModelScenario*> below;
+    for (const ModelScenario& other : model_.scenarios) {
       if (numbers.contains(other.number)) below.push_back(&other);
     }
     return below;
@@ -188,7 +188,7 @@ class PageWriter {
     out_ += "</section>\n";
   }
 
-  void AddScenario(const Scenario& scenario, const Diagram& diagram) {
+  void AddScenario(const ModelScenario& scenario, const Diagram& diagram) {
     BeginSection(DiagramId(scenario.number), Escaped(scenario.name));
     if (scenario.parent != 0) {
       out_ += "<p class=\"quiet\">Decomposes unit " + std::to_string(scenario.parent) + ", " +
@@ -202,14 +202,14 @@ class PageWriter {
     out_ += "</section>\n";
   }
 
-  void AddUnits(const Scenario& scenario) {
+  void AddUnits(const ModelScenario& scenario) {
     std::map<std::int32_t, std::string> names;
-    for (const Unit& unit : scenario.units) names.emplace(unit.number, unit.name);
-    for (const Junction& junction : scenario.junctions) {
+    for (const ModelUnit& unit : scenario.units) names.emplace(unit.number, unit.name);
+    for (const ModelJunction& junction : scenario.junctions) {
       names.emplace(junction.number, "junction " + junction.id + " (" + junction.type + ")");
     }
     std::map<std::int32_t, std::string> ways;
-    for (const Link& link : scenario.links) {
+    for (const ModelLink& link : scenario.links) {
       const auto name = names.find(link.destination);
       if (name == names.end()) continue;
       std::string& way = ways[link.origin];
@@ -222,7 +222,7 @@ class PageWriter {
                  {"Labor rule"},
                  {"Objects"},
                  {"Leads to"}});
-    for (const Unit& unit : scenario.units) {
+    for (const ModelUnit& unit : scenario.units) {
       std::string objects;
       for (const std::string& object : unit.objects) {
         objects += (objects.empty() ? "" : "\n") + object;
@@ -231,7 +231,7 @@ class PageWriter {
                  Escaped(unit.duration), Escaped(unit.laborRule), Lines(objects),
                  Lines(ways[unit.number])});
     }
-    for (const Junction& junction : scenario.junctions) {
+    for (const ModelJunction& junction : scenario.junctions) {
       table.Row({std::to_string(junction.number), Escaped(names[junction.number]), "", "", "", "",
                  Lines(ways[junction.number])});
     }
@@ -239,7 +239,7 @@ class PageWriter {
   }
 
   // A decomposed unit leads to its scenarios; what stays out of the plan is told.
-  static std::string NameOf(const Unit& unit) {
+  static std::string NameOf(const ModelUnit& unit) {
     std::string name = Escaped(unit.name);
     if (!unit.decompositions.empty()) name = LinkTo(DiagramId(unit.decompositions.front()), name);
     if (!unit.sent)
@@ -254,8 +254,8 @@ class PageWriter {
     Table table(
         {{"No.", "narrow"}, {"Unit", "wide"}, {"Scenario"}, {"Why it stays out of the plan"}});
     bool empty = true;
-    for (const Scenario& scenario : model_.scenarios) {
-      for (const Unit& unit : scenario.units) {
+    for (const ModelScenario& scenario : model_.scenarios) {
+      for (const ModelUnit& unit : scenario.units) {
         if (unit.sent) continue;
         table.Row({std::to_string(unit.number), Escaped(unit.name),
                    LinkTo(DiagramId(scenario.number), Escaped(scenario.name)),
@@ -272,7 +272,7 @@ class PageWriter {
         {{"No.", "narrow"}, {"Object", "wide"}, {"Kind"}, {"Quantity"}, {"Alias"}, {"Used by"}});
     for (const ModelObject& object : model_.objects) {
       std::string users;
-      for (const Unit* unit : users_[object.name]) {
+      for (const ModelUnit* unit : users_[object.name]) {
         users += (users.empty() ? "" : ", ") + Escaped(unit->name);
       }
       std::string name = Escaped(object.name);
@@ -304,9 +304,9 @@ class PageWriter {
       empty = false;
     };
     add("Model", model_.constraintPool);
-    for (const Scenario& scenario : model_.scenarios) {
+    for (const ModelScenario& scenario : model_.scenarios) {
       add("Scenario " + scenario.name, scenario.constraints);
-      for (const Unit& unit : scenario.units) add("Unit " + unit.name, unit.constraints);
+      for (const ModelUnit& unit : scenario.units) add("Unit " + unit.name, unit.constraints);
     }
     for (const ModelObject& object : model_.objects)
       add("Object " + object.name, object.constraints);
@@ -353,7 +353,7 @@ class PageWriter {
   const Report& report_;
   const ProcessModel& model_;
   FoundOfElements found_;
-  std::map<std::string, std::vector<const Unit*>> users_;
+  std::map<std::string, std::vector<const ModelUnit*>> users_;
   std::map<std::string, std::string> places_;  // on the page, of elements by kind and number
   std::string out_;
 };

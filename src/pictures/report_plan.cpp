@@ -40,18 +40,18 @@ struct Choice {
   }
 };
 
-bool IsSent(const Scenario& scenario) {
+bool IsSent(const ModelScenario& scenario) {
   return std::any_of(scenario.units.begin(), scenario.units.end(),
-                     [](const Unit& unit) { return unit.sent; });
+                     [](const ModelUnit& unit) { return unit.sent; });
 }
 
-void TellBranches(const Scenario& scenario, std::vector<std::string>& decisions) {
-  std::map<std::int32_t, const Unit*> units;
-  for (const Unit& unit : scenario.units) units.emplace(unit.number, &unit);
-  for (const Junction& junction : scenario.junctions) {
+void TellBranches(const ModelScenario& scenario, std::vector<std::string>& decisions) {
+  std::map<std::int32_t, const ModelUnit*> units;
+  for (const ModelUnit& unit : scenario.units) units.emplace(unit.number, &unit);
+  for (const ModelJunction& junction : scenario.junctions) {
     if (junction.fanIn || junction.kind == JunctionKind::kAnd) continue;
     Choice choice;
-    for (const Link& link : scenario.links) {
+    for (const ModelLink& link : scenario.links) {
       const auto unit = units.find(link.destination);
       if (link.origin != junction.number || unit == units.end()) continue;
       choice.Add(unit->second->sent, unit->second->name);
@@ -112,16 +112,16 @@ std::vector<std::string> DecisionsOf(const ProcessModel& model) {
   std::map<std::int32_t, Choice> ofUnits;
   std::map<std::int32_t, std::string> units;
   Choice atTop;
-  for (const Scenario& scenario : model.scenarios) {
+  for (const ModelScenario& scenario : model.scenarios) {
     Choice& choice = scenario.parent == 0 ? atTop : ofUnits[scenario.parent];
     choice.Add(IsSent(scenario), scenario.name);
-    for (const Unit& unit : scenario.units) units.emplace(unit.number, unit.name);
+    for (const ModelUnit& unit : scenario.units) units.emplace(unit.number, unit.name);
   }
   atTop.TellIn(decisions, "scenario");
   for (const auto& [unit, choice] : ofUnits) {
     choice.TellIn(decisions, "unit " + std::to_string(unit) + ' ' + Quoted(units[unit]));
   }
-  for (const Scenario& scenario : model.scenarios) {
+  for (const ModelScenario& scenario : model.scenarios) {
     if (IsSent(scenario)) TellBranches(scenario, decisions);
   }
   return decisions;

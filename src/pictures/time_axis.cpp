@@ -50,7 +50,7 @@ std::string DayText(chr::day day) { return std::to_string(static_cast<unsigned>(
 
 // A unit counts minutes, days, weeks, months or years; its labels stand below those of a coarser
 // one.
-struct TimeAxis::Unit {
+struct TimeAxis::TimeUnit {
   enum class Of { kMinute, kDay, kWeek, kMonth, kYear } of;
   int count;
   double leastWidth;
@@ -62,16 +62,16 @@ struct TimeAxis::Unit {
   std::string CoarseLabel(double begin) const;
 };
 
-const TimeAxis::Unit TimeAxis::kUnits[] = {
-    {Unit::Of::kMinute, 15, 34, 4},  {Unit::Of::kMinute, 60, 34, 3},
-    {Unit::Of::kMinute, 180, 34, 2}, {Unit::Of::kMinute, 360, 34, 1},
-    {Unit::Of::kDay, 1, 20, 2},      {Unit::Of::kWeek, 1, 24, 1},
-    {Unit::Of::kMonth, 1, 30, 2},    {Unit::Of::kMonth, 3, 30, 1},
-    {Unit::Of::kYear, 1, 38, 0},     {Unit::Of::kYear, 5, 38, 0},
-    {Unit::Of::kYear, 25, 38, 0},    {Unit::Of::kYear, 100, 38, 0},
-    {Unit::Of::kYear, 500, 38, 0}};
+const TimeAxis::TimeUnit TimeAxis::kUnits[] = {
+    {TimeUnit::Of::kMinute, 15, 34, 4},  {TimeUnit::Of::kMinute, 60, 34, 3},
+    {TimeUnit::Of::kMinute, 180, 34, 2}, {TimeUnit::Of::kMinute, 360, 34, 1},
+    {TimeUnit::Of::kDay, 1, 20, 2},      {TimeUnit::Of::kWeek, 1, 24, 1},
+    {TimeUnit::Of::kMonth, 1, 30, 2},    {TimeUnit::Of::kMonth, 3, 30, 1},
+    {TimeUnit::Of::kYear, 1, 38, 0},     {TimeUnit::Of::kYear, 5, 38, 0},
+    {TimeUnit::Of::kYear, 25, 38, 0},    {TimeUnit::Of::kYear, 100, 38, 0},
+    {TimeUnit::Of::kYear, 500, 38, 0}};
 
-double TimeAxis::Unit::Begin(double minutes) const {
+double TimeAxis::TimeUnit::Begin(double minutes) const {
   const chr::sys_days day = DayOf(minutes);
   const chr::year_month_day date(day);
   const auto year = static_cast<int>(date.year());
@@ -92,7 +92,7 @@ double TimeAxis::Unit::Begin(double minutes) const {
   return MinutesOf(FirstOfMonth(chr::year(year / count * count) / chr::January));
 }
 
-double TimeAxis::Unit::Next(double begin) const {
+double TimeAxis::TimeUnit::Next(double begin) const {
   const chr::year_month_day date(DayOf(begin));
   switch (of) {
     case Of::kMinute:
@@ -109,7 +109,7 @@ double TimeAxis::Unit::Next(double begin) const {
   return MinutesOf(FirstOfMonth(date.year() / chr::January + chr::years(count)));
 }
 
-std::string TimeAxis::Unit::Label(double begin) const {
+std::string TimeAxis::TimeUnit::Label(double begin) const {
   const chr::year_month_day date(DayOf(begin));
   switch (of) {
     case Of::kMinute:
@@ -126,7 +126,7 @@ std::string TimeAxis::Unit::Label(double begin) const {
   return YearText(date.year());
 }
 
-std::string TimeAxis::Unit::CoarseLabel(double begin) const {
+std::string TimeAxis::TimeUnit::CoarseLabel(double begin) const {
   const chr::year_month_day date(DayOf(begin));
   if (of == Of::kDay) {
     return std::string(kWeekdays[chr::weekday(DayOf(begin)).c_encoding()]) + ", " +
@@ -137,7 +137,7 @@ std::string TimeAxis::Unit::CoarseLabel(double begin) const {
 }
 
 TimeAxis::TimeAxis(const DateTime& start, const DateTime& finish, double left) : left_(left) {
-  for (const Unit& unit : kUnits) {
+  for (const TimeUnit& unit : kUnits) {
     unit_ = &unit;
     from_ = unit.Begin(MinutesOf(start));
     const double last = std::max(MinutesOf(finish), from_ + 1);
@@ -162,7 +162,7 @@ double TimeAxis::X(const DateTime& date) const { return At(MinutesOf(date)); }
 
 double TimeAxis::Height() { return 2 * kRow; }
 
-std::vector<TimeAxis::Tick> TimeAxis::Ticks(const Unit& unit, Labels labels) const {
+std::vector<TimeAxis::Tick> TimeAxis::Ticks(const TimeUnit& unit, Labels labels) const {
   std::vector<Tick> ticks;
   for (double at = unit.Begin(from_); at < to_; at = unit.Next(at)) {
     ticks.push_back(
@@ -210,7 +210,7 @@ Figure TimeAxis::Draw(double top, double bottom) const {
   if (unit_->coarse > 0)
     AddRow(Ticks(unit_[unit_->coarse], Labels::kCoarse), top, bottom, Anchor::kStart, figure);
   AddRow(Ticks(*unit_, Labels::kFine), top + kRow, bottom,
-         unit_->of == Unit::Of::kMinute ? Anchor::kStart : Anchor::kMiddle, figure);
+         unit_->of == TimeUnit::Of::kMinute ? Anchor::kStart : Anchor::kMiddle, figure);
   if (unit_->coarse > 0) {
     figure.shapes.push_back(Path{.ink = Ink::kGrid, .points = {{left_, top}, {Right(), top}}});
   }

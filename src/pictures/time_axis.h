@@ -27,14 +27,14 @@ class TimeAxis {
   Figure Draw(double top, double bottom) const;
 
  private:
-  struct Unit;
+  struct TimeUnit;
   enum class Labels { kFine, kCoarse };
   struct Tick {
     double minutes;
     std::string label;
   };
-  static const Unit kUnits[];
-  std::vector<Tick> Ticks(const Unit& unit, Labels labels) const;
+  static const TimeUnit kUnits[];
+  std::vector<Tick> Ticks(const TimeUnit& unit, Labels labels) const;
   void AddRow(const std::vector<Tick>& ticks, double top, double bottom, Anchor anchor,
               Figure& figure) const;
   void AddWeekends(double top, double bottom, Figure& figure) const;
@@ -44,7 +44,7 @@ class TimeAxis {
   double width_ = 0;
   double from_ = 0;  // minutes
   double to_ = 0;
-  const Unit* unit_ = nullptr;
+  const TimeUnit* unit_ = nullptr;
 };
 
 }  // namespace merivane::pictures

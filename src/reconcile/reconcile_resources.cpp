@@ -47,16 +47,17 @@ std::string RuleOf(const std::vector<Term>& terms, bool withOnes) {
 
 // Behind which resource that both plans have, and as which one there; the numbers of the rows may
 // be others in each program.
-using Place = std::pair<std::string, int>;
+using PlaceInList = std::pair<std::string, int>;
 
 // Of the resources that the other plan doesn't have.
-std::map<Place, std::string> PlacesOfOthers(const PlanContent& plan, const PlanContent& other) {
+std::map<PlaceInList, std::string> PlacesOfOthers(const PlanContent& plan,
+                                                  const PlanContent& other) {
   std::map<std::int32_t, std::string> inOrder;
   for (const auto& [name, resource] : plan.resources) {
     if (resource.row) inOrder[*resource.row] = name;
   }
-  std::map<Place, std::string> places;
-  Place place;
+  std::map<PlaceInList, std::string> places;
+  PlaceInList place;
   for (const auto& [row, name] : inOrder) {
     if (other.resources.contains(name)) {
       place = {name, 0};
@@ -94,7 +95,7 @@ bool Reconciliation::KnowsUids() const {
 // that is gone from the place.
 std::map<std::string, std::string> Reconciliation::RenamedResources() const {
   std::map<std::string, std::string> renamed;
-  const std::map<Place, std::string> gone = PlacesOfOthers(given_, wanted_);
+  const std::map<PlaceInList, std::string> gone = PlacesOfOthers(given_, wanted_);
   if (!KnowsUids()) {
     for (const auto& [place, name] : PlacesOfOthers(wanted_, given_)) {
       const auto before = gone.find(place);

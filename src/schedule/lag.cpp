@@ -17,7 +17,7 @@ std::int64_t WithoutEstimate(std::int64_t format) { return format & ~kEstimated;
 
 bool IsEven(std::int64_t number) { return number % 2 == 0; }
 
-struct Unit {
+struct TimeUnit {
   std::string_view text;
   std::int64_t format;  // of working time
   double minutes;       // 0: days and a count of them
@@ -26,21 +26,21 @@ struct Unit {
 };
 
 // "mo" stands in front of "m", so that it is found first.
-constexpr Unit kUnits[] = {
+constexpr TimeUnit kUnits[] = {
     {"mo", 11, 0, 20, 30}, {"m", 3, 1, 0, 0}, {"h", 5, 60, 0, 0},
     {"d", 7, 0, 1, 1},     {"w", 9, 0, 5, 7}, {"%", kPercent, 0, 0, 0},
 };
 
-double TenthsOf(const Unit& unit, bool elapsed, double minutesPerDay) {
+double TenthsOf(const TimeUnit& unit, bool elapsed, double minutesPerDay) {
   if (unit.format == kPercent) return 1;
   constexpr auto kTenths = static_cast<double>(kTenthsOfMinute);
   if (unit.minutes > 0) return unit.minutes * kTenths;
   return kTenths * (elapsed ? unit.elapsedDays * kElapsedMinutesOfDay : unit.days * minutesPerDay);
 }
 
-const Unit& UnitOf(std::int64_t format) {
+const TimeUnit& UnitOf(std::int64_t format) {
   const std::int64_t working = WithoutEstimate(format) - (IsEven(format) ? 1 : 0);
-  for (const Unit& unit : kUnits) {
+  for (const TimeUnit& unit : kUnits) {
     if (unit.format == working) return unit;
   }
   return UnitOf(kFormatDays);
@@ -54,7 +54,7 @@ bool Lag::IsPercentage() const { return UnitOf(format).format == kPercent; }
 
 std::string LagText(const Lag& lag, double minutesPerDay) {
   if (lag.amount == 0) return {};
-  const Unit& unit = UnitOf(lag.format);
+  const TimeUnit& unit = UnitOf(lag.format);
   const double count =
       static_cast<double>(lag.amount) / TenthsOf(unit, lag.IsElapsed(), minutesPerDay);
   return (lag.amount > 0 ? "+" : "") + TextOfReal(count) + (lag.IsElapsed() ? "e" : "") +
@@ -70,7 +70,7 @@ Lag ParseLag(std::string_view text) {
   std::string_view rest = text.substr(end);
   const bool elapsed = rest.starts_with('e');
   if (elapsed) rest.remove_prefix(1);
-  for (const Unit& unit : kUnits) {
+  for (const TimeUnit& unit : kUnits) {
     if (!rest.starts_with(unit.text)) continue;
     const double amount = std::round(count * TenthsOf(unit, elapsed, kMinutesOfDay));
     constexpr double kMost = 2147483647;

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "runtime/file_names.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::store {
 
@@ -16,12 +16,12 @@ namespace merivane::store {
 // it failed, in UTF-8; empty when it did not.
 // What `work` throws ends the copying.
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
-                                  Work& work);
+                                  WorkListener& work);
 
 // Both paths are UTF-8. Throws std::exception with the reason, in UTF-8. A damaged file can crash
 // or hang the library that reads it, so this is called in a process that can be spared.
 // `work` hears of each row.
-void CopyAccessTables(const std::string& path, const std::string& sqlitePath, Work& work);
+void CopyAccessTables(const std::string& path, const std::string& sqlitePath, WorkListener& work);
 
 // From here on this process may read `source` and the system's own files, and write in the folder
 // of `copy`; it starts no program and no process, opens no connection and looks into no other
@@ -64,6 +64,6 @@ bool IsAccessFile(const std::string& path);
 // holds no table ends in a RunTimeError (kDatabaseError) with a description that names the file,
 // and nothing is left at `sqlitePath`.
 // `work` hears of the wait for that process, which ends with what `work` throws.
-void LoadAccessFile(const std::string& path, const std::string& sqlitePath, Work& work);
+void LoadAccessFile(const std::string& path, const std::string& sqlitePath, WorkListener& work);
 
 }  // namespace merivane::store

@@ -22,7 +22,7 @@ void CopyAndReport(const std::string& path, const std::string& sqlitePath, int p
   unsetenv("MDBICONV");  // would change the character set of texts
   try {
     Confine(path, sqlitePath);
-    Work nobody;
+    WorkListener nobody;
     CopyAccessTables(path, sqlitePath, nobody);
     report(kDone);
   } catch (const std::exception& error) {
@@ -33,7 +33,7 @@ void CopyAndReport(const std::string& path, const std::string& sqlitePath, int p
 }  // namespace
 
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
-                                  Work& work) {
+                                  WorkListener& work) {
   const AccessLimits limits = LimitsFor(path);
   std::optional<ForkedChild> child;
   try {

@@ -32,7 +32,7 @@ std::uintmax_t SizeOf(const fs::path& path) {
 
 // Why the child failed; empty when it did not.
 std::string Supervise(const HelperProcess& child, const AccessLimits& limits, const fs::path& copy,
-                      Work& work) {
+                      WorkListener& work) {
   constexpr std::chrono::milliseconds kWait(20);
   const auto deadline = Clock::now() + limits.wall;
   do {
@@ -49,7 +49,7 @@ std::string Supervise(const HelperProcess& child, const AccessLimits& limits, co
 }  // namespace
 
 std::string CopyAccessTablesAside(const std::string& path, const std::string& sqlitePath,
-                                  Work& work) {
+                                  WorkListener& work) {
   std::error_code ignored;
   const fs::path source = fs::absolute(PathOf(path), ignored);
   const fs::path copy = fs::absolute(PathOf(sqlitePath), ignored);

@@ -23,7 +23,7 @@ bool IsAccessFile(const std::string& path) {
   return text.starts_with(kMark) && (text.ends_with("Jet DB") || text.ends_with("ACE DB"));
 }
 
-void LoadAccessFile(const std::string& path, const std::string& sqlitePath, Work& work) {
+void LoadAccessFile(const std::string& path, const std::string& sqlitePath, WorkListener& work) {
   work.Begin("Reading the Access database", 0);
   const std::string failure = CopyAccessTablesAside(path, sqlitePath, work);
   if (failure.empty()) return;

@@ -60,7 +60,7 @@ std::string InsertSql(const std::string& name, std::size_t columns) {
 
 // The library's own bindings can't tell Null from empty text, so each fetched row is cracked anew.
 void CopyRows(sqlite3* database, const Table& table, const std::vector<MdbColumn*>& columns,
-              AccessFields& values, Work& work) {
+              AccessFields& values, WorkListener& work) {
   const StatementHandle insert =
       PrepareStatement(database, InsertSql(table->name, columns.size()), table->name);
   std::vector<MdbField> fields(columns.size());
@@ -81,7 +81,8 @@ void CopyRows(sqlite3* database, const Table& table, const std::vector<MdbColumn
   if (rows < table->num_rows) throw DamagedValue("rows are lost");
 }
 
-bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values, Work& work) {
+bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values,
+               WorkListener& work) {
   const Table table(mdb_read_table(entry), mdb_free_tabledef);
   if (!table) return false;
   const std::vector<MdbColumn*> columns = ColumnsOf(table);
@@ -96,7 +97,7 @@ bool CopyTable(sqlite3* database, MdbCatalogEntry* entry, AccessFields& values, 
 }
 
 // The number of tables that came over.
-int CopyTables(MdbHandle* mdb, sqlite3* database, const std::string& path, Work& work) {
+int CopyTables(MdbHandle* mdb, sqlite3* database, const std::string& path, WorkListener& work) {
   const GPtrArray* catalog = mdb_read_catalog(mdb, MDB_TABLE);
   if (catalog == nullptr) throw std::runtime_error("its list of tables is damaged");
   AccessFields values(mdb, std::filesystem::file_size(PathOf(path)));
@@ -116,7 +117,7 @@ void RefuseUnreadPages(const MdbHandle& mdb) {
 
 }  // namespace
 
-void CopyAccessTables(const std::string& path, const std::string& sqlitePath, Work& work) {
+void CopyAccessTables(const std::string& path, const std::string& sqlitePath, WorkListener& work) {
   const Mdb mdb(mdb_open(path.c_str(), MDB_NOFLAGS), mdb_close);
   if (!mdb) throw std::runtime_error("it can't be opened, is encrypted or is damaged");
   const DatabaseHandle database = OpenTarget(sqlitePath);

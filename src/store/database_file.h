@@ -8,7 +8,7 @@
 
 #include "runtime/file_names.h"
 #include "runtime/new_file.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::store {
 
@@ -35,7 +35,7 @@ inline constexpr const char* kCopying = "Copying the database";
 // 57, 61 no room, 70 refused, 76 no such folder. A copy that failed may be left in part. `work`
 // hears of each block.
 void CopyBytes(const std::string& from, const std::string& to, const std::string& shown,
-               Work& work);
+               WorkListener& work);
 // Errors as above where one can't be read.
 bool HaveSameBytes(const std::string& a, const std::string& b);
 // The same for the open database in the file `path`, which is not opened once more.
@@ -43,10 +43,10 @@ bool HasBytesOf(sqlite3* database, const std::string& path, const std::string& o
 
 // Of an open database. REQUIRES: nobody writes to it meanwhile, and no log stands beside it.
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,
-                           const std::string& shown, Work& work);
+                           const std::string& shown, WorkListener& work);
 // Of an open database, which waits for its writers as its busy handler has it; `from` names it in
 // the errors that its file is to blame for.
 void CopyDatabasePages(sqlite3* database, const std::string& from, const std::string& to,
-                       const std::string& shown, Work& work);
+                       const std::string& shown, WorkListener& work);
 
 }  // namespace merivane::store

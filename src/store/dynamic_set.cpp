@@ -88,36 +88,36 @@ void DynamicSet::EndWalk() {
 
 // ---------------------------------------------------------------- places
 
-bool DynamicSet::Has(Place place) {
+bool DynamicSet::Has(RowPlace place) {
   while (place >= keys_.size() && !complete_) Step();
   return place < keys_.size();
 }
 
-Place DynamicSet::NextThere(Place place) {
+RowPlace DynamicSet::NextThere(RowPlace place) {
   for (; Has(place); ++place) {
     if (IsThere(place)) return place;
   }
-  return kNoPlace;
+  return kNoRow;
 }
 
-Place DynamicSet::PreviousThere(Place end) {
+RowPlace DynamicSet::PreviousThere(RowPlace end) {
   while (end > 0) {
     if (IsThere(--end)) return end;
   }
-  return kNoPlace;
+  return kNoRow;
 }
 
-Place DynamicSet::Last() {
+RowPlace DynamicSet::Last() {
   if (!complete_ && added_.empty()) {
-    const Place tail = FindTail();
-    if (tail != kNoPlace) return tail;
+    const RowPlace tail = FindTail();
+    if (tail != kNoRow) return tail;
   }
   ReadRest();
   return PreviousThere(keys_.size());
 }
 
-Place DynamicSet::FindTail() {
-  if (tail_) return IsThere(kTail) ? kTail : kNoPlace;
+RowPlace DynamicSet::FindTail() {
+  if (tail_) return IsThere(kTail) ? kTail : kNoRow;
   if (!asked_ && !IsOrdered() && shape_.FindsHeld(literals_)) {
     tail_ = limit_ = table_.Held()->rowId;
     Ask();
@@ -132,7 +132,7 @@ Place DynamicSet::FindTail() {
   const std::int64_t key = sqlite3_column_int64(last.get(), 0);
   if (step == SQLITE_DONE || (!keys_.empty() && keys_.back() == key)) {
     EndList();  // no row is unread
-    return kNoPlace;
+    return kNoRow;
   }
   tail_ = key;
   if (!IsOrdered()) limit_ = *tail_;
@@ -142,16 +142,16 @@ Place DynamicSet::FindTail() {
   return kTail;
 }
 
-Place DynamicSet::After(Place place) {
+RowPlace DynamicSet::After(RowPlace place) {
   if (place == kTail) {
-    if (!complete_ && added_.empty()) return kNoPlace;
+    if (!complete_ && added_.empty()) return kNoRow;
     ReadRest();
     place = tailPlace_;
   }
   return NextThere(place + 1);
 }
 
-Place DynamicSet::Before(Place place) {
+RowPlace DynamicSet::Before(RowPlace place) {
   if (place == kTail) {
     ReadRest();
     place = tailPlace_;
@@ -159,12 +159,12 @@ Place DynamicSet::Before(Place place) {
   return PreviousThere(place);
 }
 
-std::int64_t& DynamicSet::KeyAt(Place place) {
+std::int64_t& DynamicSet::KeyAt(RowPlace place) {
   if (place != kTail) return keys_[place];
   return complete_ ? keys_[tailPlace_] : *tail_;
 }
 
-bool DynamicSet::IsThere(Place place) {
+bool DynamicSet::IsThere(RowPlace place) {
   const std::int64_t key = KeyAt(place);
   if (key == kDeleted) return false;
   if (deletesSeen_ == table_.Deletes()) return true;
@@ -175,16 +175,16 @@ bool DynamicSet::IsThere(Place place) {
 
 // ---------------------------------------------------------------- values
 
-Value DynamicSet::Read(Place place, int field) {
+Value DynamicSet::Read(RowPlace place, int field) {
   return shape_.ValueIn(RowWith(place, shape_.SlotOf(field)), field);
 }
 
-void DynamicSet::ReadRow(Place place, std::vector<Value>& fields) {
+void DynamicSet::ReadRow(RowPlace place, std::vector<Value>& fields) {
   if (lastSlot_ == 0) lastSlot_ = shape_.TakeUpAll();
   shape_.ReadAll(RowWith(place, lastSlot_), fields);
 }
 
-sqlite3_stmt* DynamicSet::RowWith(Place place, int slot) {
+sqlite3_stmt* DynamicSet::RowWith(RowPlace place, int slot) {
   const std::int64_t key = KeyAt(place);
   if (walkStands_ && keys_.back() == key && SelectShape::IsIn(walk_.get(), slot)) {
     return walk_.get();
@@ -234,7 +234,7 @@ void DynamicSet::Insert(std::vector<FieldChange>& changes) {
   (complete_ ? keys_ : added_).push_back(table_.Insert(rowId, changes));
 }
 
-void DynamicSet::Update(Place place, std::vector<FieldChange>& changes) {
+void DynamicSet::Update(RowPlace place, std::vector<FieldChange>& changes) {
   const std::int64_t key = KeyAt(place);
   if (!table_.IsHeld(key)) {
     std::erase_if(changes, [&](const FieldChange& change) {
@@ -248,7 +248,7 @@ void DynamicSet::Update(Place place, std::vector<FieldChange>& changes) {
   table_.Update(key, changes);
 }
 
-void DynamicSet::Delete(Place place) {
+void DynamicSet::Delete(RowPlace place) {
   if (KeyAt(place) == kDeleted) throw RunTimeError(kNoCurrentRecord);
   BeginWrite();
   engine_.BeforeDelete(table_);

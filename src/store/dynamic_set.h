@@ -38,32 +38,32 @@ class DynamicSet final : private RowWatcher {
   DynamicSet(const DynamicSet&) = delete;
   DynamicSet& operator=(const DynamicSet&) = delete;
 
-  // Places hold from one call to the next, whatever is written. These give kNoPlace where there is
+  // Places hold from one call to the next, whatever is written. These give kNoRow where there is
   // no row, pass over rows deleted since, and read no more than they need.
-  Place First() { return NextThere(0); }
-  Place Last();
-  Place After(Place place);
-  Place Before(Place place);
-  bool IsThere(Place place);  // not deleted since
+  RowPlace First() { return NextThere(0); }
+  RowPlace Last();
+  RowPlace After(RowPlace place);
+  RowPlace Before(RowPlace place);
+  bool IsThere(RowPlace place);  // not deleted since
 
   int FieldCount() const { return shape_.FieldCount(); }
   std::string FieldName(int field) const { return shape_.FieldName(field); }
   int FindField(std::string_view name) const { return shape_.FindField(name); }
   int ColumnOf(int field) const { return shape_.ColumnOf(field); }
   ColumnKind KindOf(int column) const { return table_.Schema().KindOf(column); }
-  Value Read(Place place, int field);                     // error 3021 for a row deleted since
-  void ReadRow(Place place, std::vector<Value>& fields);  // likewise
+  Value Read(RowPlace place, int field);                     // error 3021 for a row deleted since
+  void ReadRow(RowPlace place, std::vector<Value>& fields);  // likewise
 
   void CheckWritable() const { engine_.CheckWritable(); }
   // The new row's place is the last. The changes may be taken.
   void Insert(std::vector<FieldChange>& changes);
   // Writes the changes that differ from what the row holds; the others are taken out.
-  void Update(Place place, std::vector<FieldChange>& changes);
-  void Delete(Place place);
+  void Update(RowPlace place, std::vector<FieldChange>& changes);
+  void Delete(RowPlace place);
 
  private:
   // The last row, found from the end while the places before it are not known.
-  static constexpr Place kTail = kNoPlace - 1;
+  static constexpr RowPlace kTail = kNoRow - 1;
   static constexpr std::int64_t kDeleted = std::numeric_limits<std::int64_t>::min();
 
   void BeforeInsert(const TableData& table, std::int64_t rowId) override;
@@ -76,7 +76,7 @@ class DynamicSet final : private RowWatcher {
   bool IsPending(const TableData& table) const { return &table == &table_ && !complete_; }
   bool Uses(std::span<const FieldChange> changes) const;
   void Ask();
-  bool Has(Place place);
+  bool Has(RowPlace place);
   void Step();
   void ReadRest();
   void ReadKeys();
@@ -84,12 +84,12 @@ class DynamicSet final : private RowWatcher {
   void EndList();
   void EndWalk();
   void BeginWrite();
-  Place NextThere(Place place);
-  Place PreviousThere(Place end);
-  Place FindTail();
-  std::int64_t& KeyAt(Place place);
+  RowPlace NextThere(RowPlace place);
+  RowPlace PreviousThere(RowPlace end);
+  RowPlace FindTail();
+  std::int64_t& KeyAt(RowPlace place);
   bool StandOn(std::int64_t key, int slot);
-  sqlite3_stmt* RowWith(Place place, int slot);
+  sqlite3_stmt* RowWith(RowPlace place, int slot);
 
   Engine& engine_;
   SelectShape& shape_;
@@ -103,7 +103,7 @@ class DynamicSet final : private RowWatcher {
   std::int64_t lastRead_ = kDeleted;                               // number of the row read last
   std::int64_t limit_ = std::numeric_limits<std::int64_t>::max();  // greatest number of the list
   std::optional<std::int64_t> tail_;
-  Place tailPlace_ = kNoPlace;       // where the tail stands in the complete list
+  RowPlace tailPlace_ = kNoRow;      // where the tail stands in the complete list
   std::vector<std::int64_t> added_;  // through this set, until the list is complete
 
   LentStatement walk_;  // stands on the last key where `walkStands_`

@@ -16,7 +16,7 @@
 #include "hardening.h"
 #include "select_shape.h"
 #include "statement.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 #include "table_data.h"
 
 namespace merivane::store {
@@ -62,7 +62,7 @@ class Engine {
   void OnBusy(std::function<void()> callback);
   // Told while another process keeps this one waiting. What it throws ends the wait; BeginWrite
   // passes it on, every other call ends in error 70.
-  void OnWait(Work& work) { work_ = &work; }
+  void OnWait(WorkListener& work) { work_ = &work; }
   bool IsWaiting() const { return waiting_; }  // that call runs: nothing may be done here
   // The rows come from a copy: `path` names where they came from, and the file there is not held.
   void IsCopy(std::string ownFile = "") {  // deleted at the end
@@ -124,7 +124,7 @@ class Engine {
   bool inTransaction_ = false;
   std::optional<RunTimeError> failure_;  // of the last write that failed
   bool waiting_ = false;
-  Work* work_ = nullptr;
+  WorkListener* work_ = nullptr;
   std::exception_ptr waitEnd_;
   SplitStatement split_;
   std::vector<std::unique_ptr<TableData>> tables_;

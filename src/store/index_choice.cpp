@@ -139,7 +139,7 @@ std::string IndexHint(const StatementParts& statement) {
   return best == nullptr ? std::string(kNotIndexed) : " indexed by " + best->quotedName;
 }
 
-void AddMissingKeyIndexes(sqlite3* database, const std::string& path, Work& work) {
+void AddMissingKeyIndexes(sqlite3* database, const std::string& path, WorkListener& work) {
   for (const std::string& sql : MissingIndexes(database, path)) {
     work.Beat();
     Execute(database, sql.c_str(), path);

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "statement.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::store {
 
@@ -16,7 +16,7 @@ inline constexpr std::string_view kNotIndexed = " not indexed";
 std::string IndexHint(const StatementParts& statement);
 
 // Adds an index for each key that the tables in the database have and no index leads to.
-void AddMissingKeyIndexes(sqlite3* database, const std::string& path, Work& work);
+void AddMissingKeyIndexes(sqlite3* database, const std::string& path, WorkListener& work);
 bool LacksKeyIndexes(sqlite3* database, const std::string& path);
 
 // Takes out the indexes that tell rows by their project alone; without them a table is walked.

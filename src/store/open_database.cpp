@@ -68,7 +68,8 @@ DatabaseHandle OpenUnchanged(const std::string& name, FileKind kind) {
 }
 
 // `copy` is this database's alone from now on, and goes with it.
-std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& copy, Work& work) {
+std::shared_ptr<Engine> OpenCopy(const std::string& path, const std::string& copy,
+                                 WorkListener& work) {
   auto engine =
       std::make_shared<Engine>(OpenHandle(copy, SQLITE_OPEN_READWRITE), path, Writing::kRefused);
   engine->IsCopy(copy);
@@ -87,7 +88,7 @@ bool WasCutOff(sqlite3* database) {
 
 // A transaction that a crash has cut off is undone by writing, so it is undone in a copy.
 std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string& name,
-                                      Work& work) {
+                                      WorkListener& work) {
   TemporaryFile copy(TemporaryName());
   const TemporaryFile journal(copy.Path() + "-journal");
   CopyBytes(name, copy.Path(), copy.Path(), work);
@@ -98,7 +99,7 @@ std::shared_ptr<Engine> OpenRecovered(const std::string& path, const std::string
 }
 
 // Stays in memory as long as the cache holds it, and is a nameless file beyond.
-std::shared_ptr<Engine> CopyAside(Engine& source, Writing writing, Work& work) {
+std::shared_ptr<Engine> CopyAside(Engine& source, Writing writing, WorkListener& work) {
   DatabaseHandle aside = OpenHandle("", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   CopyPages(source.Database(), aside.get(), source.Path(), work);
   SetUp(aside.get(), source.Path());
@@ -120,7 +121,7 @@ std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& na
 }
 
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
-                                       FileKind kind, Work& work,
+                                       FileKind kind, WorkListener& work,
                                        std::chrono::milliseconds patience) {
   auto engine =
       std::make_shared<Engine>(OpenUnchanged(name, kind), path, Writing::kRefused, patience);
@@ -133,7 +134,7 @@ std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::strin
   return copy;
 }
 
-std::shared_ptr<Engine> OpenAccess(const std::string& path, Work& work) {
+std::shared_ptr<Engine> OpenAccess(const std::string& path, WorkListener& work) {
   TemporaryFile loaded(TemporaryName());
   const TemporaryFile journal(loaded.Path() + "-journal");
   LoadAccessFile(path, loaded.Path(), work);
@@ -154,7 +155,7 @@ DatabaseHandle OpenHandle(const std::string& path, int flags) {
   return database;
 }
 
-void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, Work& work) {
+void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, WorkListener& work) {
   constexpr int kPages = 64;  // between two steps
   std::unique_ptr<sqlite3_backup, decltype(&sqlite3_backup_finish)> copy(
       sqlite3_backup_init(to, "main", from, "main"), &sqlite3_backup_finish);
@@ -171,8 +172,8 @@ void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, Work& work) 
   if (result != SQLITE_DONE) throw DatabaseError(to, path);
 }
 
-std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse, Work& work,
-                                     std::chrono::milliseconds patience) {
+std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse,
+                                     WorkListener& work, std::chrono::milliseconds patience) {
   const FileKind kind = inUse ? FileKind::kSqlite : KindOfFile(path);
   if (kind == FileKind::kOther) {
     if (IsAccessFile(path)) return OpenAccess(path, work);

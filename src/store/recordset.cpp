@@ -37,7 +37,7 @@ struct Recordset::Impl final : private OpenSet {
   Engine* engine = nullptr;  // null while closed
   std::variant<std::monostate, DynamicSet, SnapshotSet> rows;
   Position at = Position::kFresh;
-  Place place = kNoPlace;
+  RowPlace place = kNoRow;
   bool adding = false;
   std::vector<FieldChange> changes;
   int greatest = -1;  // column among them
@@ -84,9 +84,9 @@ struct Recordset::Impl final : private OpenSet {
     MoveTo(With([](auto& set) { return set.First(); }), Position::kEmpty);
   }
 
-  void MoveTo(Place target, Position otherwise) {
+  void MoveTo(RowPlace target, Position otherwise) {
     place = target;
-    at = target == kNoPlace ? otherwise : Position::kRow;
+    at = target == kNoRow ? otherwise : Position::kRow;
   }
 
   bool IsAt(Position end) {
@@ -222,7 +222,7 @@ void Recordset::MoveNext() {
   impl_->SaveChanges();
   if (impl_->IsAt(Position::kEof)) throw RunTimeError(kNoCurrentRecord);
   const bool before = impl_->at == Position::kBof;
-  const Place place = impl_->place;
+  const RowPlace place = impl_->place;
   const auto move = [&](auto& set) { return before ? set.First() : set.After(place); };
   impl_->MoveTo(impl_->With(move), Position::kEof);
 }
@@ -231,7 +231,7 @@ void Recordset::MovePrevious() {
   impl_->SaveChanges();
   if (impl_->IsAt(Position::kBof)) throw RunTimeError(kNoCurrentRecord);
   const bool behind = impl_->at == Position::kEof;
-  const Place place = impl_->place;
+  const RowPlace place = impl_->place;
   const auto move = [&](auto& set) { return behind ? set.Last() : set.Before(place); };
   impl_->MoveTo(impl_->With(move), Position::kBof);
 }

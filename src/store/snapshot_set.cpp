@@ -35,7 +35,7 @@ bool SnapshotSet::Step(LentStatement& statement) {
   throw error;
 }
 
-bool SnapshotSet::Has(Place place) {
+bool SnapshotSet::Has(RowPlace place) {
   Ask();
   if (!count_ && !walk_) Begin();
   if (count_) return place < *count_;
@@ -64,24 +64,24 @@ int SnapshotSet::FindField(std::string_view name) const {
 }
 
 // A walk that has gone by the row begins again at the first one; for any other the rows are kept.
-void SnapshotSet::StandOn(Place place, int slot) {
+void SnapshotSet::StandOn(RowPlace place, int slot) {
   if (kept_) return;
   if (walk_ && place < at_ && place > 0) return Keep();
   if (!walk_ || place < at_) Begin();
   for (; at_ < place; ++at_) Step(walk_);
   if (SelectShape::IsIn(walk_.get(), slot)) return;
   LentStatement wider = shape_->Lend(ReadKind::kWalk, literals_);
-  for (Place passed = 0; passed <= place; ++passed) Step(wider);
+  for (RowPlace passed = 0; passed <= place; ++passed) Step(wider);
   walk_ = std::move(wider);
 }
 
-Value SnapshotSet::Read(Place place, int field) {
+Value SnapshotSet::Read(RowPlace place, int field) {
   StandOn(place, kept_ ? 0 : shape_->SlotOf(field));
   return kept_ ? rows_[place][static_cast<std::size_t>(field)]
                : shape_->ValueIn(walk_.get(), field);
 }
 
-void SnapshotSet::ReadRow(Place place, std::vector<Value>& fields) {
+void SnapshotSet::ReadRow(RowPlace place, std::vector<Value>& fields) {
   if (lastSlot_ == 0 && !kept_) lastSlot_ = shape_->TakeUpAll();
   StandOn(place, lastSlot_);
   if (kept_) {

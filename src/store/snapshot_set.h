@@ -9,8 +9,8 @@
 
 namespace merivane::store {
 
-using Place = std::size_t;  // of a row in its set
-inline constexpr Place kNoPlace = std::numeric_limits<Place>::max();
+using RowPlace = std::size_t;  // of a row in its set
+inline constexpr RowPlace kNoRow = std::numeric_limits<RowPlace>::max();
 
 // The rows as they were when they were first asked for. They are read one by one while nothing
 // could change them; before a write to their table, before the file is let go, and for going back
@@ -24,21 +24,21 @@ class SnapshotSet final : private RowWatcher {
   SnapshotSet(const SnapshotSet&) = delete;
   SnapshotSet& operator=(const SnapshotSet&) = delete;
 
-  // kNoPlace where there is no such row.
-  Place First() { return Has(0) ? 0 : kNoPlace; }
-  Place Last() { return Count() == 0 ? kNoPlace : Count() - 1; }
-  Place After(Place place) { return Has(place + 1) ? place + 1 : kNoPlace; }
-  static Place Before(Place place) { return place == 0 ? kNoPlace : place - 1; }
+  // kNoRow where there is no such row.
+  RowPlace First() { return Has(0) ? 0 : kNoRow; }
+  RowPlace Last() { return Count() == 0 ? kNoRow : Count() - 1; }
+  RowPlace After(RowPlace place) { return Has(place + 1) ? place + 1 : kNoRow; }
+  static RowPlace Before(RowPlace place) { return place == 0 ? kNoRow : place - 1; }
   std::size_t Count();
-  static bool IsThere(Place /*place*/) { return true; }
+  static bool IsThere(RowPlace /*place*/) { return true; }
 
   int FieldCount() const { return shape_ == nullptr ? 1 : shape_->FieldCount(); }
   std::string FieldName(int field) const {
     return shape_ == nullptr ? fieldName_ : shape_->FieldName(field);
   }
   int FindField(std::string_view name) const;
-  Value Read(Place place, int field);
-  void ReadRow(Place place, std::vector<Value>& fields);
+  Value Read(RowPlace place, int field);
+  void ReadRow(RowPlace place, std::vector<Value>& fields);
 
  private:
   void BeforeInsert(const TableData& table, std::int64_t /*rowId*/) override { Written(table); }
@@ -54,9 +54,9 @@ class SnapshotSet final : private RowWatcher {
 
   void Ask();
   void Begin();
-  bool Has(Place place);
+  bool Has(RowPlace place);
   bool Step(LentStatement& statement);
-  void StandOn(Place place, int slot);
+  void StandOn(RowPlace place, int slot);
   void Keep();
 
   Engine* engine_ = nullptr;
@@ -66,7 +66,7 @@ class SnapshotSet final : private RowWatcher {
   bool asked_ = false;
   std::optional<std::size_t> count_;
   LentStatement walk_;  // stands on the row at `at_`
-  Place at_ = 0;
+  RowPlace at_ = 0;
   int lastSlot_ = 0;  // of the fields, once whole rows are read
   bool kept_ = false;
   std::vector<std::vector<Value>> rows_;

@@ -107,7 +107,8 @@ std::optional<TableSchema> TableSchema::Read(sqlite3* database, const std::strin
   // What the statements of a table say is read once, whichever database they stand in.
   constexpr std::size_t kMostRead = 200;
   static thread_local std::unordered_map<std::string, TableSchema> read;
-  const std::string declared = utf8 + ';' + Utf8ColumnText(find.get(), 2) + ';' + Utf8ColumnText(find.get(), 3);
+  const std::string declared =
+      utf8 + ';' + Utf8ColumnText(find.get(), 2) + ';' + Utf8ColumnText(find.get(), 3);
   if (const auto known = read.find(declared); known != read.end()) return known->second;
   schema.ReadColumns(database, path);
   schema.FindRowId(database);

@@ -82,7 +82,7 @@ void Sync(const std::string& path, const std::string& shown) try {
   throw FileError(error.Number(), shown);
 }
 
-bool AreSame(Blocks& left, Blocks& right, Work& work) {
+bool AreSame(Blocks& left, Blocks& right, WorkListener& work) {
   for (;;) {
     work.Step();
     const std::string_view block = left.Next();
@@ -92,7 +92,8 @@ bool AreSame(Blocks& left, Blocks& right, Work& work) {
 }
 
 // A great file goes to the disk little by little, since nothing else is done while it does.
-void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown, Work& work) {
+void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown,
+                 WorkListener& work) {
   constexpr int kBlocksBetweenSyncs = 32;
   constexpr int kTimes = 2;  // written, then compared
   work.Begin(kCopying, kTimes * source.Size() / std::int64_t{kBlock});
@@ -109,7 +110,7 @@ void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown
   Sync(to, shown);
 }
 
-void Compare(Blocks& source, const std::string& to, const std::string& shown, Work& work) {
+void Compare(Blocks& source, const std::string& to, const std::string& shown, WorkListener& work) {
   FileBlocks copy(to);
   if (!AreSame(source, copy, work)) throw FileError(kDeviceIoError, shown);
 }
@@ -117,7 +118,7 @@ void Compare(Blocks& source, const std::string& to, const std::string& shown, Wo
 }  // namespace
 
 void CopyBytes(const std::string& from, const std::string& to, const std::string& shown,
-               Work& work) {
+               WorkListener& work) {
   FileBlocks source(from);
   WriteBlocks(source, to, shown, work);
   FileBlocks again(from);
@@ -127,19 +128,19 @@ void CopyBytes(const std::string& from, const std::string& to, const std::string
 bool HaveSameBytes(const std::string& a, const std::string& b) {
   FileBlocks left(a);
   FileBlocks right(b);
-  Work nobody;
+  WorkListener nobody;
   return AreSame(left, right, nobody);
 }
 
 bool HasBytesOf(sqlite3* database, const std::string& path, const std::string& other) {
   OpenDatabaseBlocks left(database, path);
   FileBlocks right(other);
-  Work nobody;
+  WorkListener nobody;
   return AreSame(left, right, nobody);
 }
 
 void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std::string& to,
-                           const std::string& shown, Work& work) {
+                           const std::string& shown, WorkListener& work) {
   OpenDatabaseBlocks source(database, from);
   WriteBlocks(source, to, shown, work);
   OpenDatabaseBlocks again(database, from);
@@ -147,7 +148,7 @@ void CopyOpenDatabaseBytes(sqlite3* database, const std::string& from, const std
 }
 
 void CopyDatabasePages(sqlite3* database, const std::string& from, const std::string& to,
-                       const std::string& shown, Work& work) {
+                       const std::string& shown, WorkListener& work) {
   std::int64_t size = 0;
   try {
     const DatabaseHandle target = OpenHandle(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);

@@ -48,14 +48,14 @@ bool IsChanged(sqlite3* lock, const std::string& path, const std::string& made) 
 
 // Of a file that a lock keeps others from, if it is a database. REQUIRES: the file is opened by no
 // other way meanwhile, since closing it would end the lock.
-void CopyLocked(sqlite3* lock, const std::string& from, const std::string& to, Work& work) {
+void CopyLocked(sqlite3* lock, const std::string& from, const std::string& to, WorkListener& work) {
   if (lock == nullptr) return CopyBytes(from, to, to, work);
   if (HasLog(from)) return CopyDatabasePages(lock, from, to, to, work);
   CopyOpenDatabaseBytes(lock, from, to, to, work);
 }
 
 void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const std::string& shown,
-            Work& work, std::chrono::milliseconds patience) {
+            WorkListener& work, std::chrono::milliseconds patience) {
   if (inUse != nullptr) inUse->WriteHeld();
   if (inUse != nullptr && inUse->IsTaken() && !HasLog(from)) {
     return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown, work);
@@ -72,7 +72,7 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const
 // From another disk too. The lock on what stood there ends behind it. Gives the identity of the
 // file that took the place.
 std::string MoveOver(const std::string& made, const std::string& target,
-                     const DatabaseHandle& /*lock*/, Work& work) {
+                     const DatabaseHandle& /*lock*/, WorkListener& work) {
   RemoveJournals(target);
   std::string identity = FileIdentity(made);
   std::error_code failure = MoveInPlace(PathOf(made), PathOf(target));

@@ -18,7 +18,7 @@ std::optional<std::size_t> Find(const FileView& view, Fits fits) {
 std::optional<std::size_t> ScenarioOfJunction(const FileView& view, std::string_view figure) {
   const std::string_view number = figure.substr(kJunctionFigure.size());
   for (std::size_t at = 0; at < view.model.scenarios.size(); ++at) {
-    for (const Junction& junction : view.model.scenarios[at].junctions) {
+    for (const ModelJunction& junction : view.model.scenarios[at].junctions) {
       if (std::to_string(junction.number) == number) return at;
     }
   }
@@ -28,7 +28,7 @@ std::optional<std::size_t> ScenarioOfJunction(const FileView& view, std::string_
 }  // namespace
 
 std::vector<Diagram> DrawScenarios(const FileView& view, std::optional<std::size_t> scenario,
-                                   Work& work) {
+                                   WorkListener& work) {
   DiagramOptions options;
   options.note = view.lines.empty() ? "" : view.lines.front();
   if (!scenario) return DrawDiagrams(view.model.scenarios, options, work);

@@ -17,9 +17,9 @@ namespace {
 
 using Ends = std::pair<std::int32_t, std::int32_t>;
 
-std::set<Ends> EndsOf(const Scenario& scenario) {
+std::set<Ends> EndsOf(const ModelScenario& scenario) {
   std::set<Ends> ends;
-  for (const Link& link : scenario.links) ends.emplace(link.origin, link.destination);
+  for (const ModelLink& link : scenario.links) ends.emplace(link.origin, link.destination);
   return ends;
 }
 
@@ -34,9 +34,9 @@ class Joining {
 
   ProcessModel Run() {
     NoteNumbers();
-    for (Scenario& scenario : model_.scenarios) AddNew(scenario);
-    for (const Scenario& old : before_.scenarios) {
-      Scenario* scenario = Find(old.number);
+    for (ModelScenario& scenario : model_.scenarios) AddNew(scenario);
+    for (const ModelScenario& old : before_.scenarios) {
+      ModelScenario* scenario = Find(old.number);
       if (scenario == nullptr) {
         model_.scenarios.push_back(old);
       } else {
@@ -48,23 +48,23 @@ class Joining {
 
  private:
   void NoteNumbers() {
-    for (Scenario& scenario : model_.scenarios) {
-      for (Unit& unit : scenario.units) {
+    for (ModelScenario& scenario : model_.scenarios) {
+      for (ModelUnit& unit : scenario.units) {
         units_.insert(unit.number);
         Rename(unit);
       }
-      for (const Junction& junction : scenario.junctions) junctions_.insert(junction.number);
+      for (const ModelJunction& junction : scenario.junctions) junctions_.insert(junction.number);
     }
   }
 
-  Scenario* Find(std::int32_t number) {
-    for (Scenario& scenario : model_.scenarios) {
+  ModelScenario* Find(std::int32_t number) {
+    for (ModelScenario& scenario : model_.scenarios) {
       if (scenario.number == number) return &scenario;
     }
     return nullptr;
   }
 
-  void Rename(Unit& unit) const {
+  void Rename(ModelUnit& unit) const {
     const auto now = snapshotAfter_.units.find(unit.number);
     if (now == snapshotAfter_.units.end()) return;
     unit.duration = now->second.duration;
@@ -74,11 +74,11 @@ class Joining {
                     : NameAndBefore(now->second.name, old->second.name);
   }
 
-  void AddNew(Scenario& scenario) {
+  void AddNew(ModelScenario& scenario) {
     for (const auto& [number, made] : snapshotAfter_.units) {
       if (made.scenario != scenario.number || snapshotBefore_.units.contains(number)) continue;
       if (!units_.insert(number).second) continue;
-      Unit unit;
+      ModelUnit unit;
       unit.number = number;
       unit.name = made.name;
       unit.duration = made.duration;
@@ -86,21 +86,21 @@ class Joining {
     }
   }
 
-  void AddGone(const Scenario& old, Scenario& scenario) const {
+  void AddGone(const ModelScenario& old, ModelScenario& scenario) const {
     const std::set<Ends> were = EndsOf(old);
     const std::set<Ends> are = EndsOf(scenario);
-    for (Link& link : scenario.links) {
+    for (ModelLink& link : scenario.links) {
       if (!were.contains({link.origin, link.destination})) link.mark = Mark::kAdded;
     }
-    for (const Link& link : old.links) {
+    for (const ModelLink& link : old.links) {
       if (are.contains({link.origin, link.destination})) continue;
       scenario.links.push_back(link);
       scenario.links.back().mark = Mark::kRemoved;
     }
-    for (const Unit& unit : old.units) {
+    for (const ModelUnit& unit : old.units) {
       if (!units_.contains(unit.number)) scenario.units.push_back(unit);
     }
-    for (const Junction& junction : old.junctions) {
+    for (const ModelJunction& junction : old.junctions) {
       if (!junctions_.contains(junction.number)) scenario.junctions.push_back(junction);
     }
   }
@@ -145,10 +145,10 @@ class Pictures : public MergeWitness {
       const auto now = numbers.find(static_cast<std::int32_t>(number));
       if (now != numbers.end()) number = now->second;
     };
-    for (Scenario& scenario : before_.scenarios) {
+    for (ModelScenario& scenario : before_.scenarios) {
       give(scenario.parent);
-      for (Unit& unit : scenario.units) give(unit.number);
-      for (Link& link : scenario.links) {
+      for (ModelUnit& unit : scenario.units) give(unit.number);
+      for (ModelLink& link : scenario.links) {
         give(link.origin);
         give(link.destination);
       }

@@ -29,7 +29,7 @@ std::map<Key, std::size_t> ElementsOf(const FileView& view) {
     places.emplace(Key{isScenario ? "scenario" : "unit", element.number}, at);
   }
   for (std::size_t at = 0; at < scenarios.size(); ++at) {
-    for (const Junction& junction : view.model.scenarios[at].junctions) {
+    for (const ModelJunction& junction : view.model.scenarios[at].junctions) {
       places.emplace(Key{"junction", junction.number}, scenarios[at]);
     }
   }
@@ -93,9 +93,9 @@ class Marks {
 };
 
 void MarkView(FileView& view, const Marks& marks) {
-  for (Scenario& scenario : view.model.scenarios) {
-    for (Unit& unit : scenario.units) unit.mark = marks.Of("unit", unit.number);
-    for (Junction& junction : scenario.junctions) {
+  for (ModelScenario& scenario : view.model.scenarios) {
+    for (ModelUnit& unit : scenario.units) unit.mark = marks.Of("unit", unit.number);
+    for (ModelJunction& junction : scenario.junctions) {
       junction.mark = marks.Of("junction", junction.number);
     }
   }
@@ -116,11 +116,11 @@ void MarkView(FileView& view, const Marks& marks) {
   }
 }
 
-std::string NameOf(const Scenario& scenario, std::int32_t number) {
-  for (const Unit& unit : scenario.units) {
+std::string NameOf(const ModelScenario& scenario, std::int32_t number) {
+  for (const ModelUnit& unit : scenario.units) {
     if (unit.number == number) return "'" + unit.name + "'";
   }
-  for (const Junction& junction : scenario.junctions) {
+  for (const ModelJunction& junction : scenario.junctions) {
     if (junction.number == number) return "junction " + junction.id;
   }
   return std::to_string(number);
@@ -128,15 +128,16 @@ std::string NameOf(const Scenario& scenario, std::int32_t number) {
 
 // "Junction J1 (XOR) takes another path: its fact '2 (PathAt roof)' keeps link L52 to 'Roof', up to
 // junction J10."
-std::string Sentence(const Scenario& scenario, const Unit& unit, const TakenPaths& paths) {
+std::string Sentence(const ModelScenario& scenario, const ModelUnit& unit,
+                     const TakenPaths& paths) {
   std::string sentence = "Not in the plan: " + unit.whyLeft;
   const TakenPaths::Path* path = paths.Of(unit.decidedBy);
   if (path == nullptr) return sentence + '.';
-  for (const Junction& junction : scenario.junctions) {
+  for (const ModelJunction& junction : scenario.junctions) {
     if (junction.number != unit.decidedBy) continue;
     sentence += ": its fact '" + OneLine(junction.facts) + "' keeps link L" + path->link;
   }
-  for (const Link& link : scenario.links) {
+  for (const ModelLink& link : scenario.links) {
     if (link.id != path->link || link.origin != unit.decidedBy) continue;
     sentence += " to " + NameOf(scenario, link.destination);
   }
@@ -220,8 +221,8 @@ void AddLines(const QuietDesktop& desktop, std::vector<std::string>& lines) {
 
 void AddLeftOut(FileView& view, const TakenPaths& paths) {
   std::map<Key, std::size_t> places = ElementsOf(view);
-  for (const Scenario& scenario : view.model.scenarios) {
-    for (const Unit& unit : scenario.units) {
+  for (const ModelScenario& scenario : view.model.scenarios) {
+    for (const ModelUnit& unit : scenario.units) {
       if (unit.sent) continue;
       const auto place = places.find({"unit", unit.number});
       Note note{.kind = Note::Kind::kLeftOut,

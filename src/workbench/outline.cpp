@@ -38,7 +38,7 @@ class Outline {
     std::size_t decomposition = 0;  // the next one of the unit before it
   };
 
-  const std::vector<Scenario>& Scenarios() const { return view_.model.scenarios; }
+  const std::vector<ModelScenario>& Scenarios() const { return view_.model.scenarios; }
 
   void AddFrom(std::size_t top) {
     Begin(top, 0);
@@ -54,7 +54,7 @@ class Outline {
 
   void Step() {
     Open& at = open_.back();
-    const std::vector<Unit>& units = Scenarios()[at.scenario].units;
+    const std::vector<ModelUnit>& units = Scenarios()[at.scenario].units;
     if (at.unit > 0 && at.decomposition < units[at.unit - 1].decompositions.size()) {
       const std::int32_t number = units[at.unit - 1].decompositions[at.decomposition++];
       const auto place = places_.find(number);
@@ -68,7 +68,7 @@ class Outline {
   }
 
   void AddScenario(std::size_t place, std::size_t level) {
-    const Scenario& scenario = Scenarios()[place];
+    const ModelScenario& scenario = Scenarios()[place];
     Element element{.kind = Element::Kind::kScenario,
                     .number = scenario.number,
                     .name = scenario.name,
@@ -86,7 +86,7 @@ class Outline {
     view_.elements.push_back(std::move(element));
   }
 
-  void AddUnit(const Unit& unit, const Open& at) {
+  void AddUnit(const ModelUnit& unit, const Open& at) {
     Element element{.kind = Element::Kind::kUnit,
                     .number = unit.number,
                     .name = unit.name,

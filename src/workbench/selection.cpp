@@ -61,7 +61,7 @@ bool Selection::Out() {
   const auto chosen = Chosen();
   if (!chosen || !view_->elements[*chosen].scenario) return false;
   const Element& element = view_->elements[*chosen];
-  const Scenario& scenario = view_->model.scenarios[*element.scenario];
+  const ModelScenario& scenario = view_->model.scenarios[*element.scenario];
   const auto above = element.kind == Element::Kind::kScenario
                          ? Find({Element::Kind::kUnit, scenario.parent})
                          : Find({Element::Kind::kScenario, scenario.number});

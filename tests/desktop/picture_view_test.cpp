@@ -68,7 +68,7 @@ TEST_F(PictureViewTest, ZoomFitsAndEachPictureGetsItsPages) {
   const Area area{3900, 0, 50, 30};
   const Figure end{"end", "End", "", false, area, {Box{Ink::kUnit, area}}};
   const Picture wide{"", "", "", 4000, 30, {end}};
-  Work nobody;
+  WorkListener nobody;
   PictureView view(wide, nobody);
   view.resize(400, 300);
   view.show();
@@ -94,7 +94,7 @@ TEST_F(PictureViewTest, BlanksShowAsInTheFile) {
       base += 25;
       figure.shapes.push_back(Text{Ink::kUnitName, {150, base}, name, anchor});
     }
-    Work nobody;
+    WorkListener nobody;
     PictureView view(picture, nobody);
     view.resize(400, 200);
     view.show();

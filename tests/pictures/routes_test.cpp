@@ -17,17 +17,17 @@ namespace {
 
 constexpr double kTouch = 3;  // from the tip of an arrow to the box that it reaches
 
-pictures::Link Between(std::int32_t origin, std::int32_t destination) {
+pictures::ModelLink Between(std::int32_t origin, std::int32_t destination) {
   return {.origin = origin, .destination = destination};
 }
 
 // Units 1 to `units`, junctions from 101; links lead forward, a few of them back.
-pictures::Scenario RandomScenario(std::mt19937& random, int units, int junctions, int links) {
-  pictures::Scenario scenario;
+pictures::ModelScenario RandomScenario(std::mt19937& random, int units, int junctions, int links) {
+  pictures::ModelScenario scenario;
   scenario.number = 1;
   scenario.name = "Yard";
   for (int number = 1; number <= units; ++number) {
-    pictures::Unit unit;
+    pictures::ModelUnit unit;
     unit.number = number;
     unit.name = std::string(1 + random() % 60, 'n');
     if (random() % 4 == 0) unit.objects = {"Crane", "Rope"};
@@ -92,7 +92,7 @@ TEST(RoutesTest, EachLinkLeavesItsOriginAndReachesItsTargetInAnyScenario) {
   for (int round = 0; round < 60; ++round) {
     SCOPED_TRACE(round);
     const int units = 2 + static_cast<int>(random() % 14);
-    const pictures::Scenario scenario =
+    const pictures::ModelScenario scenario =
         RandomScenario(random, units, static_cast<int>(random() % 5), units + round % 7);
     const Diagram diagram = DrawDiagrams({scenario}, {.objects = round % 2 == 0}).front();
     ASSERT_EQ(diagram.whyListed, "");
@@ -100,7 +100,7 @@ TEST(RoutesTest, EachLinkLeavesItsOriginAndReachesItsTargetInAnyScenario) {
     EXPECT_EQ(drawn.boxes.size(), scenario.units.size() + scenario.junctions.size());
     ASSERT_EQ(drawn.links.size(), scenario.links.size());
     for (std::size_t at = 0; at < drawn.links.size(); ++at) {
-      const pictures::Link& link = scenario.links[at];
+      const pictures::ModelLink& link = scenario.links[at];
       const auto& way = std::get<Path>(drawn.links[at].shapes.front());
       EXPECT_EQ(way.points.size() % 3, 1U);
       const std::string name = IdOf(link.origin) + " to " + IdOf(link.destination);
@@ -121,7 +121,7 @@ TEST(RoutesTest, EachLinkLeavesItsOriginAndReachesItsTargetInAnyScenario) {
 }
 
 TEST(RoutesTest, WhatFlowsAndWhatOnlyRelatesLooksUnlikeAPrecedence) {
-  pictures::Scenario scenario;
+  pictures::ModelScenario scenario;
   for (const int number : {1, 2}) {
     scenario.units.emplace_back();
     scenario.units.back().number = number;

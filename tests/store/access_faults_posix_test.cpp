@@ -49,7 +49,7 @@ TEST(AccessFaults, OneFailingReadEndsTheLoad) {
   const std::string path = folder.Write("plan.mdb", builder.Build());
   const std::string target = folder.Path("copy.sqlite");
   const std::string whole = folder.Path("whole.sqlite");
-  Work nobody;
+  WorkListener nobody;
   LoadAccessFile(path, whole, nobody);
   int failed = 0;
   for (long at = 1; at < 1000; ++at) {

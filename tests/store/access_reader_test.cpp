@@ -93,7 +93,7 @@ TEST(AccessReader, ADamagedFileLoadsOrEndsInAMessage) {
   const std::string target = folder.Path("copy.sqlite");
   int refused = 0;
   const auto load = [&](const std::string& bytes) {
-    Work nobody;
+    WorkListener nobody;
     const std::string path = folder.Write("damaged.mdb", bytes);
     std::string told;
     const bool failed = ErrorOf([&] { LoadAccessFile(path, target, nobody); }, &told) != 0;

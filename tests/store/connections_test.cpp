@@ -275,7 +275,7 @@ TEST_F(Connections, ReadAFileWhoseLastTransactionWasCutOffAsItWasBefore) {
 
 TEST_F(Connections, HaveTheSettingsThatKeepThemSafeAndSmall) {
   connection.Close();
-  Work nobody;
+  WorkListener nobody;
   const std::pair<OpenMode, const char*> cases[] = {{OpenMode::kReadWrite, "1 2 -16384 delete 0 "},
                                                     {OpenMode::kReadOnly, "1 2 -16384 delete 0 "},
                                                     {OpenMode::kCopy, "1 1 -65536 delete 0 "}};

@@ -79,7 +79,7 @@ TEST_F(IndexChoice, AddsTheKeysThatAForeignFileLacks) {
   const char* questions[] = {"select * from MSP_LINKS where LINK_PRED_UID = 2AND PROJ_ID = 1",
                              "select * from MSP_RESOURCES where RES_Name = 'anna'"};
   for (const char* sql : questions) EXPECT_EQ(Static(sql, reader).RecordCount(), 2) << sql;
-  Work nobody;
+  WorkListener nobody;
   AddMissingKeyIndexes(database.get(), path, nobody);
   EXPECT_FALSE(LacksKeyIndexes(database.get(), path));
   for (const char* sql : questions) {

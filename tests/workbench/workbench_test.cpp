@@ -83,14 +83,14 @@ TEST_F(WorkbenchTest, AUnitItsTaskItsLineAndItsNotesAreOneElement) {
   EXPECT_THAT(lines.at(built.line - 1), HasSubstr("#16"));
   EXPECT_EQ(ElementOfFigure(view, *built.scenario, built.figure), place);
   EXPECT_EQ(ElementOfFigure(view, std::nullopt, built.figure), place);
-  const Junction& junction = view.model.scenarios.at(*built.scenario).junctions.at(0);
+  const ModelJunction& junction = view.model.scenarios.at(*built.scenario).junctions.at(0);
   const auto scenario =
       ElementOfFigure(view, std::nullopt, "junction-" + std::to_string(junction.number));
   EXPECT_EQ(view.elements.at(scenario.value()).scenario, built.scenario);
   EXPECT_EQ(ElementOfFigure(view, std::nullopt, "junction-999"), std::nullopt);
   EXPECT_EQ(ElementOfBar(view, built.bar), place);
   EXPECT_EQ(ElementOfBar(view, ""), std::nullopt);
-  Work nobody;
+  WorkListener nobody;
   const Picture drawn = DrawScenarios(view, *Unit(view, 2).decomposed, nobody).front().picture;
   const auto isBuilt = [&](const Figure& figure) { return figure.id == built.figure; };
   EXPECT_EQ(std::count_if(drawn.figures.begin(), drawn.figures.end(), isBuilt), 1);
@@ -157,7 +157,7 @@ TEST_F(WorkbenchTest, AScenarioWithoutUnitsCanBeChosenAndLeft) {
   EXPECT_FALSE(empty.chart);
   EXPECT_NE(empty.whyNoChart, "");
   EXPECT_THAT(InPlan(empty), IsEmpty());
-  Work nobody;
+  WorkListener nobody;
   EXPECT_EQ(DrawScenarios(empty, std::nullopt, nobody).size(), 2U);
   live.Choose(first.choices[0].question, 7);  // there are no more names: the last one
   EXPECT_EQ(live.View().choices.at(0).chosen, 1U);
@@ -311,10 +311,10 @@ TEST_F(WorkbenchTest, AMergeMarksWhatItChangesInBothPicturesAndTouchesNothing) {
     }
     EXPECT_GE(links, 4U);  // between junctions, too
     std::size_t marked = 2 + links;
-    for (const Junction& junction : view.model.scenarios.at(0).junctions) {
+    for (const ModelJunction& junction : view.model.scenarios.at(0).junctions) {
       if (junction.mark != Mark::kNone) ++marked;
     }
-    Work nobody;
+    WorkListener nobody;
     EXPECT_EQ(SignsIn(DrawScenarios(view, 0, nobody).front().picture), marked);
     ASSERT_TRUE(view.chart) << view.whyNoChart;
     EXPECT_EQ(SignsIn(*view.chart), 2U);

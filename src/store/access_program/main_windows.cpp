@@ -10,7 +10,7 @@
 
 #include "access_copy.h"
 #include "runtime/file_names.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ int wmain(int count, wchar_t** words) {
     _putenv(variable);
   }
   try {
-    merivane::store::Work nobody;
+    merivane::store::WorkListener nobody;
     merivane::store::CopyAccessTables(merivane::runtime::Utf8Of(words[1]),
                                       merivane::runtime::Utf8Of(words[2]), nobody);
     return 0;

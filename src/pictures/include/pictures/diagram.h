@@ -7,7 +7,7 @@
 
 #include "pictures/picture.h"
 #include "pictures/process_model.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::pictures {
 
@@ -28,10 +28,10 @@ struct Diagram {
 // outline; what `work` throws ends the drawing. The id of a picture is "scenario-" and the number,
 // of a unit's figure "unit-" and the number, and a decomposed unit leads to the picture of its
 // first decomposition. `work` is told that it goes on.
-std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
+std::vector<Diagram> DrawDiagrams(const std::vector<ModelScenario>& scenarios,
                                   const DiagramOptions& options);
-std::vector<Diagram> DrawDiagrams(const std::vector<Scenario>& scenarios,
-                                  const DiagramOptions& options, Work& work);
+std::vector<Diagram> DrawDiagrams(const std::vector<ModelScenario>& scenarios,
+                                  const DiagramOptions& options, WorkListener& work);
 
 std::string DiagramId(std::int32_t scenario);
 std::string UnitId(std::int32_t unit);

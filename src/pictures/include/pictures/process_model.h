@@ -31,7 +31,7 @@ struct ModelFact {
   std::string glossary;
 };
 
-struct Unit {
+struct ModelUnit {
   std::int32_t number = 0;
   std::string name;
   std::string reference;
@@ -50,7 +50,7 @@ struct Unit {
 
 enum class JunctionKind { kAnd, kOr, kXor };
 
-struct Junction {
+struct ModelJunction {
   std::int32_t number = 0;
   std::string id;    // "J1"
   std::string type;  // as the model has it
@@ -63,7 +63,7 @@ struct Junction {
 
 enum class FlowKind { kPrecedence, kRelation, kObjectFlow };
 
-struct Link {
+struct ModelLink {
   std::int32_t origin = 0;  // number of a unit or a junction
   std::int32_t destination = 0;
   FlowKind kind = FlowKind::kPrecedence;
@@ -71,16 +71,16 @@ struct Link {
   Mark mark = Mark::kNone;
 };
 
-struct Scenario {
+struct ModelScenario {
   std::int32_t number = 0;
   std::string name;
   std::int32_t parent = 0;  // number of the unit that it decomposes; 0: none
   std::string parentName;
   std::string description;
   std::string constraints;
-  std::vector<Unit> units;
-  std::vector<Junction> junctions;
-  std::vector<Link> links;
+  std::vector<ModelUnit> units;
+  std::vector<ModelJunction> junctions;
+  std::vector<ModelLink> links;
 };
 
 struct ProcessModel {
@@ -88,7 +88,7 @@ struct ProcessModel {
   std::string author;
   std::string description;
   std::string constraintPool;
-  std::vector<Scenario> scenarios;  // the top ones first, then what decomposes them
+  std::vector<ModelScenario> scenarios;  // the top ones first, then what decomposes them
   std::vector<ModelObject> objects;
   std::vector<ModelFact> facts;
 };

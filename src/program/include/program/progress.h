@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/desktop.h"
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::program {
 
@@ -19,7 +19,7 @@ struct RunCancelled {};
 
 // Counting is cheap: the clock is looked at only once in many steps, more often where they are
 // slow. Outside of a run nothing is told.
-class Progress final : public Work {
+class Progress final : public WorkListener {
  public:
   // The desktop outlives it.
   explicit Progress(Desktop& desktop) : desktop_(desktop) {}

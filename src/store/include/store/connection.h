@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-#include "store/work.h"
+#include "store/work_listener.h"
 
 namespace merivane::store {
 
@@ -58,7 +58,7 @@ class Workspace {
 
   // Told while statements run or wait for another process, files are copied and Access files are
   // loaded. Set before the first connection is opened.
-  Work* work = &nobody_;
+  WorkListener* work = &nobody_;
 
   // How long to wait for another process that holds a file, each time. Set as above.
   std::chrono::milliseconds patience{3000};
@@ -101,7 +101,7 @@ class Workspace {
  private:
   friend class Connection;
   struct State;
-  Work nobody_;
+  WorkListener nobody_;
   std::unique_ptr<State> state_;
 };
 

@@ -83,7 +83,7 @@ struct FileView {
 // The diagram of one scenario, or of all where none is named, which are drawn when they are looked
 // at. `work` is told that it goes on.
 std::vector<Diagram> DrawScenarios(const FileView& view, std::optional<std::size_t> scenario,
-                                   Work& work);
+                                   WorkListener& work);
 
 // The element that a figure of these diagrams stands for (a junction: its scenario), or a bar of
 // the chart; nothing where there is none.

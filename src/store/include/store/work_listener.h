@@ -7,9 +7,9 @@
 namespace merivane::store {
 
 // Nobody listens to this one. What a listener throws leaves the work.
-class Work {
+class WorkListener {
  public:
-  virtual ~Work() = default;
+  virtual ~WorkListener() = default;
   // A part begins, of `total` steps; 0 where that isn't known.
   virtual void Begin(const std::string& /*stage*/, std::int64_t /*total*/) {}
   virtual void Step() {}
