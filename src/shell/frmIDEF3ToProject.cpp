@@ -26,14 +26,13 @@ const FileDialog kDatabaseDialog{.filter = "Database (*.mdb)|*.mdb",
 }  // namespace
 
 void frmIDEF3ToProject::Load() {
-  txtCelvarFilename = txtDatabase = txtDatabase_mpx = txtMpx = TextBox{};
-  txtDatabase_xml = txtXml = TextBox{};
+  TranslationForm::Load();
+  for (TextBox* box : {&txtDatabase, &txtDatabase_mpx, &txtMpx, &txtDatabase_xml, &txtXml}) {
+    *box = TextBox{};
+  }
   SSTabGenerateOpt = kDatabaseTab;
   CkLaunchMsprojApp = {};
   Stored.reset();
-  GenerateResult.reset();
-  Result = {};
-  BackupName.clear();
 }
 
 void frmIDEF3ToProject::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
@@ -73,29 +72,10 @@ void frmIDEF3ToProject::BrowseDatabase(TextBox& box) {
   } catch (const RunTimeError& error) {
     // No box tells that a file can't be replaced or opened.
     PickFailure = error;
-    pick_.Failed(error);
     if (!IsVisible()) Show();
   }
   Changed();
-  if (OnPick) OnPick(pick_.Note(OpenDatabase()));
-}
-
-std::string frmIDEF3ToProject::OpenDatabase() const {
-  return state_.gMspConn && state_.gMspConn->IsOpen() ? state_.gMspConn->DatabaseName() : "";
-}
-
-std::string frmIDEF3ToProject::WhyNotOpen() const {
-  return OpenDatabase().empty() ? pick_.Refusal() : "";
-}
-
-void frmIDEF3ToProject::Undo(const EmptiedDatabase& emptied) {
-  if (OpenDatabase() == emptied.path) state_.gMspConn.reset();
-  for (TextBox* box : {&txtDatabase, &txtDatabase_mpx, &txtDatabase_xml}) {
-    if (box->text == emptied.path) box->text.clear();
-  }
-  if (BackupName == emptied.backup) BackupName.clear();
-  Changed();
-  PutBackEmptied(state_.workspace, emptied);
+  TellPick(OpenName());
 }
 
 bool frmIDEF3ToProject::SettleDatabase(const std::string& path) {
@@ -167,8 +147,7 @@ bool frmIDEF3ToProject::ValidateFileTab(const TextBox& file, const char* noFile,
   const char* missing = file.text.empty()       ? noFile
                         : database.text.empty() ? "Please Give an interim Database Name."
                                                 : nullptr;
-  if (missing != nullptr) desktop_.ShowMessage({missing});
-  return missing == nullptr;
+  return missing == nullptr || Refuse(missing);
 }
 
 bool frmIDEF3ToProject::TakeDatabase() try {
@@ -185,15 +164,11 @@ bool frmIDEF3ToProject::TakeDatabase() try {
 }
 
 bool frmIDEF3ToProject::Validate() {
-  const auto refuse = [this](const char* text) {
-    desktop_.ShowMessage({text});
-    return false;
-  };
   if (!Stored && txtCelvarFilename.text.empty()) {
-    return refuse("Please Select Source Celvar Text Filename");
+    return Refuse("Please Select Source Celvar Text Filename");
   }
   if (DatabaseTabActive()) {
-    return !txtDatabase.text.empty() || refuse("Please Select MS Project 2000 Database name");
+    return !txtDatabase.text.empty() || Refuse("Please Select MS Project 2000 Database name");
   }
   return XmlTabActive()
              ? ValidateFileTab(txtXml, "Please Select Xml Output Filename.", txtDatabase_xml)

@@ -33,15 +33,13 @@ const FileDialog kInterimDialog{.filter = "Database (*.mdb)|*.mdb",
 }  // namespace
 
 void frmProjectToIDEF3::Load() {
-  txtCelvarFilename = txtInterimDB = txtInterimDB_xml = TextBox{};
+  TranslationForm::Load();
+  txtInterimDB = txtInterimDB_xml = TextBox{};
   txtDatabase = txtMPX = txtXML = TextBox{"", false};
   comboProject = {.enabled = false};
   SSTabInput = kDatabaseTab;
   optLaunchCelvar = {};
-  GenerateResult.reset();
-  Result = {};
   outputName_.clear();
-  BackupName.clear();
   state_.gProjectConn.reset();
   state_.gInterimConn.reset();
 }
@@ -85,11 +83,6 @@ void frmProjectToIDEF3::cmdBrowseDatabase() {
   }
   Changed();
   TellPick("");
-}
-
-void frmProjectToIDEF3::TellPick(const std::string& open) {
-  if (PickFailure) pick_.Failed(*PickFailure);
-  if (OnPick) OnPick(pick_.Note(open));
 }
 
 void frmProjectToIDEF3::ListProjects(const std::string& path) {
@@ -147,26 +140,7 @@ void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
     if (!IsVisible()) Show();
   }
   Changed();
-  TellPick(OpenInterimName());
-}
-
-std::string frmProjectToIDEF3::OpenInterimName() const {
-  const auto& interim = state_.gInterimConn;
-  return interim && interim->IsOpen() ? interim->DatabaseName() : "";
-}
-
-std::string frmProjectToIDEF3::WhyNotOpen() const {
-  return OpenInterimName().empty() ? pick_.Refusal() : "";
-}
-
-void frmProjectToIDEF3::Undo(const EmptiedDatabase& emptied) {
-  if (OpenInterimName() == emptied.path) state_.gInterimConn.reset();
-  for (TextBox* box : {&txtInterimDB, &txtInterimDB_xml}) {
-    if (box->text == emptied.path) box->text.clear();
-  }
-  if (BackupName == emptied.backup) BackupName.clear();
-  Changed();
-  PutBackEmptied(state_.workspace, emptied);
+  TellPick(OpenName());
 }
 
 bool frmProjectToIDEF3::MakeInterimDb(TextBox& box) {
@@ -257,11 +231,6 @@ bool frmProjectToIDEF3::PickProject(std::int32_t id) {
   return true;
 }
 
-bool frmProjectToIDEF3::Refuse(const char* text) {
-  desktop_.ShowMessage({text});
-  return false;
-}
-
 bool frmProjectToIDEF3::ValidateDatabaseTab() {
   if (SSTabInput != kDatabaseTab) return Refuse("Please Select Source Type");
   if (!state_.gProjectConn || !txtDatabase.enabled) {
@@ -319,7 +288,7 @@ void frmProjectToIDEF3::cmdOK() {
 }
 
 bool frmProjectToIDEF3::TakeInterimDb() try {
-  if (OpenInterimName().empty()) return true;
+  if (OpenName().empty()) return true;
   state_.gInterimConn->BeginWrite();
   if (OnDatabaseTaken) OnDatabaseTaken();
   return true;

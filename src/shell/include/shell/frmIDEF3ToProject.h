@@ -5,21 +5,13 @@
 #include <optional>
 #include <string>
 
-#include "program/program.h"
-#include "runtime/run_time_error.h"
-#include "shell/database_pick.h"
-#include "shell/form.h"
-#include "shell/kept_files.h"
-#include "shell/modOptions.h"
-#include "shell/run_result.h"
+#include "shell/translation_form.h"
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::shell {
 
-using namespace program;
-
 // Caption "Celvar to MS Project". Which tab is active is told by the tab strip's caption alone.
-class frmIDEF3ToProject : public Form {
+class frmIDEF3ToProject : public TranslationForm {
  public:
   static constexpr int kHelpContextId = 2000;
   static constexpr int kHelpButtonContextId = 2001;
@@ -28,9 +20,10 @@ class frmIDEF3ToProject : public Form {
   static constexpr const char* kXmlTab = "Generate XML";
 
   frmIDEF3ToProject(ModelToProject& state, ApplicationPaths& paths)
-      : state_(state), desktop_(state.desktop), paths_(paths) {}
+      : TranslationForm(state.workspace, state.desktop, paths,
+                        {state.gMspConn, {&txtDatabase, &txtDatabase_mpx, &txtDatabase_xml}}),
+        state_(state) {}
 
-  TextBox txtCelvarFilename;
   TextBox txtDatabase;
   TextBox txtDatabase_mpx;
   TextBox txtMpx;
@@ -61,29 +54,6 @@ class frmIDEF3ToProject : public Form {
   bool PickXml();
   bool PickDatabase();
 
-  std::optional<RunTimeError> PickFailure;  // of the database picked last
-  // Told after each pick of a database.
-  std::function<void(const PickNote&)> OnPick;
-  // Why no database is open, UTF-8; empty where one is, or where none was picked.
-  std::string WhyNotOpen() const;
-  // Puts the old database back; the boxes that name it become empty. Errors of PutBackEmptied.
-  void Undo(const EmptiedDatabase& emptied);
-
-  // A database that is overwritten is kept beside it (".bak", ".bak2", ...), unless this is
-  // switched off. BackupName is the copy of the last one picked, empty without one.
-  bool KeepBackup = true;
-  std::string BackupName;
-  // What is kept of a database that is overwritten. Told behind that: the name of its copy, empty
-  // where none stood there.
-  Copy CopyOfReplaced = Copy::kBackup;
-  std::function<void(const std::string& copy)> OnDatabaseReplaced;
-  // Called before a run changes anything, when nobody else can write to the database any more.
-  std::function<void()> OnDatabaseTaken;
-
-  // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
-  std::optional<bool> GenerateResult;
-  RunResult Result;  // of that run
-
   // Opens "MSProject2kDB.mdb" beside the program and proves it as CheckTemplateDb does.
   bool OpenProj2kTemplate();
 
@@ -102,7 +72,6 @@ class frmIDEF3ToProject : public Form {
   // Keeps other processes from writing until the run is over, and takes the project's number anew
   // where one has written since the database was picked. False when it is told that it can't.
   bool TakeDatabase();
-  std::string OpenDatabase() const;  // its name; empty: none
   bool Validate();
   void Generate();
   void DropRun();
@@ -115,11 +84,7 @@ class frmIDEF3ToProject : public Form {
   void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
 
   ModelToProject& state_;
-  DatabasePick pick_;
   std::int64_t pickedVersion_ = 0;
-  bool refused_ = false;  // the database, when OK was pressed
-  Desktop& desktop_;
-  ApplicationPaths& paths_;
 };
 
 // Reads the text, translates, writes the planning XML, closes gMspConn. True when all of it ran; a

@@ -5,21 +5,13 @@
 #include <optional>
 
 #include "mspdi/plan_reader.h"
-#include "program/program.h"
 #include "reconcile/complete_merge.h"
-#include "runtime/run_time_error.h"
-#include "shell/database_pick.h"
-#include "shell/form.h"
-#include "shell/kept_files.h"
-#include "shell/modOptions.h"
-#include "shell/run_result.h"
+#include "shell/translation_form.h"
 
 namespace merivane::shell {
 
-using namespace program;
-
 // Caption "MS Project to Celvar".
-class frmProjectToIDEF3 : public Form {
+class frmProjectToIDEF3 : public TranslationForm {
  public:
   static constexpr int kHelpContextId = 3000;
   static constexpr int kHelpButtonContextId = 3001;
@@ -28,9 +20,10 @@ class frmProjectToIDEF3 : public Form {
   static constexpr const char* kXmlTab = "From XML";
 
   frmProjectToIDEF3(ProjectToModel& state, ApplicationPaths& paths)
-      : state_(state), desktop_(state.desktop), paths_(paths) {}
+      : TranslationForm(state.workspace, state.desktop, paths,
+                        {state.gInterimConn, {&txtInterimDB, &txtInterimDB_xml}}),
+        state_(state) {}
 
-  TextBox txtCelvarFilename;
   TextBox txtDatabase{"", false};
   TextBox txtMPX{"", false};
   TextBox txtInterimDB;
@@ -62,14 +55,6 @@ class frmProjectToIDEF3 : public Form {
   const std::vector<ComboBox::Entry>& Projects() const { return comboProject.entries; }
   bool PickProject(std::int32_t id);
 
-  std::optional<RunTimeError> PickFailure;  // of the database picked last
-  // Told after each pick of a database.
-  std::function<void(const PickNote&)> OnPick;
-  // Why no interim database is open, UTF-8; empty where one is, or where none was picked.
-  std::string WhyNotOpen() const;
-  // Puts the old database back; the boxes that name it become empty. Errors of PutBackEmptied.
-  void Undo(const EmptiedDatabase& emptied);
-
   // A merge keeps everything that the plan holds: as it was answered last, while the program runs.
   bool Complete = false;
   std::optional<mspdi::FilePlan> XmlAhead;  // what txtXML's file holds, where it was just read
@@ -84,21 +69,6 @@ class frmProjectToIDEF3 : public Form {
 
   // Takes a free number into gOutFile and opens the name for output; False on any error.
   bool OpenOutputFile();
-
-  // An interim database that is overwritten, or that a merge changes, is kept beside it (".bak",
-  // ".bak2", ...), unless this is switched off. BackupName is the last copy, empty without one.
-  bool KeepBackup = true;
-  std::string BackupName;
-  // What is kept of a database that is overwritten. Told behind that: the name of its copy, empty
-  // where none stood there.
-  Copy CopyOfReplaced = Copy::kBackup;
-  std::function<void(const std::string& copy)> OnDatabaseReplaced;
-  // Called before a merge changes anything, when nobody else can write to the database any more.
-  std::function<void()> OnDatabaseTaken;
-
-  // Result of the last driver run of cmdOK; nothing where a check stopped it or none ran.
-  std::optional<bool> GenerateResult;
-  RunResult Result;  // of that run
 
  protected:
   void Load() override;
@@ -121,21 +91,14 @@ class frmProjectToIDEF3 : public Form {
   // For a merge: keeps other processes from writing until it is over, and tells whoever keeps a
   // copy. False when it is told that it can't.
   bool TakeInterimDb();
-  std::string OpenInterimName() const;  // empty: none
-  void TellPick(const std::string& open);
   void GenerateFromDatabase();
   void GenerateFromFile();
   void DropRun();
   RunResult ResultOf(const std::string& counts, const std::string& database) const;
   void LaunchCelvar();
-  bool Refuse(const char* text);
 
   std::string outputName_;  // the file that gOutFile is open on; the box may say another one
   ProjectToModel& state_;
-  DatabasePick pick_;
-  bool refused_ = false;  // the database, when OK was pressed
-  Desktop& desktop_;
-  ApplicationPaths& paths_;
 };
 
 }  // namespace merivane::shell
