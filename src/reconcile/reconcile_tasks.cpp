@@ -2,7 +2,6 @@
 #include <functional>
 #include <utility>
 
-#include "outline.h"
 #include "reconcile/model_limits.h"
 #include "reconcile/plan_content.h"
 #include "reconciliation.h"
@@ -171,20 +170,28 @@ void Reconciliation::PlaceTasks() {
     if (!given_.tasks.contains(unit)) AddTask(unit, task);
   }
   std::map<std::int32_t, int> moves;
-  for (bool isMoved = true; isMoved;) {
-    isMoved = false;
-    for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone, NumbersOfPlan())) {
-      const Task& wanted = wanted_.tasks.at(unit);
-      if (place.parent == wanted.parent || moves[unit] == kMostMoves) continue;
-      MoveTask(unit, ++moves[unit] == 1 ? ScenarioAmong(wanted) : ScenarioBelow(wanted.parent));
-      isMoved = true;
-    }
+  while (MoveMisplaced(OutlineOf(edit_.Model(), isGone, {}), moves)) {
+  }
+  // The order of tasks may still put one that lies below a scenario left out beneath another.
+  while (MoveMisplaced(OutlineOf(edit_.Model(), isGone, NumbersOfPlan()), moves)) {
   }
   for (const auto& [unit, place] : OutlineOf(edit_.Model(), isGone, NumbersOfPlan())) {
     if (place.parent == wanted_.tasks.at(unit).parent) continue;
     Tell(unit, "It lies deeper than the ten levels that a translation gives.",
          "Move it further up.");
   }
+}
+
+bool Reconciliation::MoveMisplaced(const std::map<std::int32_t, OutlinePlace>& outline,
+                                   std::map<std::int32_t, int>& moves) {
+  bool isMoved = false;
+  for (const auto& [unit, place] : outline) {
+    const Task& wanted = wanted_.tasks.at(unit);
+    if (place.parent == wanted.parent || moves[unit] == kMostMoves) continue;
+    MoveTask(unit, ++moves[unit] == 1 ? ScenarioAmong(wanted) : ScenarioBelow(wanted.parent));
+    isMoved = true;
+  }
+  return isMoved;
 }
 
 void Reconciliation::AddTask(std::int32_t unit, const Task& task) {

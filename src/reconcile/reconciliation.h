@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "model_edit.h"
+#include "outline.h"
 #include "reconcile/complete_merge.h"
 #include "reconcile/plan_content.h"
 #include "rewiring.h"
@@ -47,6 +48,9 @@ class Reconciliation {
                      const std::string& kind);
 
   void PlaceTasks();
+  // False where each lies where it is wanted, or has been moved as often as helps.
+  bool MoveMisplaced(const std::map<std::int32_t, OutlinePlace>& outline,
+                     std::map<std::int32_t, int>& moves);
   void AddTask(std::int32_t unit, const Task& task);
   void MoveTask(std::int32_t unit, std::int32_t scenario);
   std::int32_t ScenarioAmong(const Task& task);
