@@ -62,8 +62,9 @@ class Reading : public ReaderListener {
     std::uint32_t to;  // the line of the keyword
   };
   using Cells = std::span<const Cell>;
-  // Whether a translation asks for the column: of lists, it takes those of objects and units alone.
-  static bool IsTranslated(std::string_view table, std::string_view column);
+  // Lists go into a plan, but what a translation does is the same whatever they say.
+  static bool DecidesATranslation(std::string_view table, std::string_view column);
+  void RefuseLongRow(Cells cells);
   struct EndColumns {
     const char* what;
     std::string_view number;
@@ -113,10 +114,11 @@ class Reading : public ReaderListener {
   void ReportControlCharacter(std::size_t number);
 
   Model model_;
-  HeldRows rows_{IsTranslated};
+  HeldRows rows_{DecidesATranslation};
   std::vector<Finding> findings_;
   bool stopped_ = false;
-  bool foreign_ = false;  // the text does not begin as a model does
+  bool isTooLong_ = false;  // a row, which ends a translation, so that it is told once
+  bool foreign_ = false;    // the text does not begin as a model does
   std::optional<Finding> untranslatable_;
   std::unordered_set<std::size_t> badLines_;  // whose number of another element is none
   std::optional<std::int16_t> standIn_;       // for the number of the element in hand

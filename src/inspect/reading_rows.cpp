@@ -66,12 +66,28 @@ bool IsEmpty(const Value& value) {
 
 }  // namespace
 
-bool Reading::IsTranslated(std::string_view table, std::string_view column) {
-  const bool isList = column.ends_with("_List") || column == "Constraint_list";
-  return !isList || table == "Object_Pool" || table == "Activity_In_Scenario";
+bool Reading::DecidesATranslation(std::string_view /*table*/, std::string_view column) {
+  return !column.ends_with("_List") && column != "Constraint_list";
+}
+
+void Reading::RefuseLongRow(Cells cells) {
+  constexpr std::size_t kLongest = 16 << 20;  // bytes, in a database
+  std::size_t size = 0;
+  for (const Cell& cell : cells) {
+    if (cell.value.IsText()) size += cell.value.Text().size();
+  }
+  if (size <= kLongest || isTooLong_) return;
+  isTooLong_ = true;
+  Add(Severity::kError,
+      "Its texts are longer than the 16 MB that a row of a database holds, so that a translation "
+      "ends here.",
+      "Shorten its lists.");
+  if (elementLine_ != 0) findings_.back().line = elementLine_;
+  if (!untranslatable_) untranslatable_ = findings_.back();
 }
 
 bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
+  RefuseLongRow(cells);
   rows_.Take(change, table, cells);
   if (change == RowChange::kChanged) {
     if (table == "Activity_In_Scenario") {

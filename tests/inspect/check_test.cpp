@@ -96,6 +96,30 @@ TEST_F(CheckTest, APlanWithTooManyLinksIsToldBeforeItIsMade) {
               Not(Contains(tooMany)));
 }
 
+// The list goes over to the elements behind it, which aren't to blame.
+TEST_F(CheckTest, ARowThatNoDatabaseHoldsIsToldOnceAtItsElement) {
+  const auto withList = [](std::size_t size) {
+    const std::string kBegin = "    Fact List|";
+    std::string lines;
+    while (lines.size() < size) lines += std::string(999, 'x') + "|";
+    std::string model = ModelOf({});
+    return model.insert(model.find(kBegin, model.find("Process  2")) + kBegin.size(), lines);
+  };
+  const auto blamed = [this](const std::string& model) {
+    std::string elements;
+    for (const auto& finding : inspect::CheckModel(Write(model), TemplateDatabase())) {
+      if (finding.sentence.find("16 MB") != std::string::npos) {
+        elements += Described(finding.element);
+      }
+    }
+    return elements;
+  };
+  constexpr std::size_t kLongest = 16 << 20;
+  EXPECT_EQ(blamed(withList(kLongest / 2)), "");
+  EXPECT_EQ(blamed(withList(kLongest)), "process 2 'Sand'");
+  EXPECT_TRUE(TranslationStumbles(withList(kLongest)));
+}
+
 // Only the paths of it are tried.
 TEST_F(CheckTest, ALargeModelIsAskedForItsPathsAndScenarios) {
   std::string units = Unit("1", "Cut");
