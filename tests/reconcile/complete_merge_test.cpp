@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <set>
@@ -219,11 +218,6 @@ class CompleteMergeTest : public RoundFixture {
 
 using CompleteMergeOfRandomModels = OfRandomModels<CompleteMergeTest>;
 INSTANTIATE_TEST_SUITE_P(Seeds, CompleteMergeOfRandomModels, testing::Range(0u, 6u));
-
-std::uint32_t ModelsOfAGroup(std::uint32_t inTheSuite) {
-  const char* models = std::getenv("MERIVANE_MODELS");
-  return models == nullptr ? inTheSuite : static_cast<std::uint32_t>(std::atoi(models));
-}
 
 TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
   ForSeeds(2, [this](const std::string& model) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -104,6 +105,12 @@ class RoundFixture : public DatabaseFixture {
  private:
   int file_ = 0;
 };
+
+// Of the environment variable MERIVANE_MODELS, where it is set.
+inline std::uint32_t ModelsOfAGroup(std::uint32_t inTheSuite) {
+  const char* models = std::getenv("MERIVANE_MODELS");
+  return models == nullptr ? inTheSuite : static_cast<std::uint32_t>(std::atoi(models));
+}
 
 // Groups of seeds, which run beside each other.
 template <typename Fixture>
