@@ -61,9 +61,7 @@ bool ProveFile(Session& session, const ToModelOptions& options) {
   if (options.mpx.empty()) {
     std::optional<mspdi::FilePlan> plan = ProveXml(state, options.xml);
     const bool isProved = plan.has_value();
-    if (options.complete && !options.dryRun) {
-      session.main.projectToModel.XmlAhead = std::move(plan);
-    }
+    if (!options.dryRun) session.main.projectToModel.XmlAhead = std::move(plan);
     return isProved;
   }
   if (ProveMpx(state, options.mpx)) return true;

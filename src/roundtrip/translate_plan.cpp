@@ -186,8 +186,9 @@ bool TranslateMpx(ProjectToModel& state, const std::string& mpxFileName,
 }
 
 bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
-                  MergeListener* listener) {
-  XmlSource source(state, xmlFileName, listener);
+                  MergeListener* listener, std::optional<mspdi::FilePlan> ahead) {
+  XmlSource source = ahead ? XmlSource(state, *std::move(ahead), listener)
+                           : XmlSource(state, xmlFileName, listener);
   return TranslatePlan(state, source, mergeFlag, listener);
 }
 

@@ -259,7 +259,9 @@ bool frmProjectToIDEF3::TranslateFile() {
     return CompleteMergeResult.merged;
   }
   const auto mergeFlag = static_cast<std::int16_t>(state_.gRoundTripMerge ? -1 : 0);
-  if (SSTabInput == kXmlTab) return TranslateXml(state_, txtXML.text, mergeFlag);
+  if (SSTabInput == kXmlTab) {
+    return TranslateXml(state_, txtXML.text, mergeFlag, nullptr, std::exchange(XmlAhead, {}));
+  }
   return TranslateMpx(state_, txtMPX.text, txtInterimDB.text, mergeFlag);
 }
 

@@ -81,9 +81,10 @@ void ProveMpxFile(ProjectToModel& state, const std::string& mpxFileName);
 // The same from planning XML. Nothing in the database has changed where the file can't be read, a
 // name can't stand in the model, or a merge has nothing to hold on to (no task bears the number of
 // an occurrence, or two bear the same one): each is told in a box with the row, and the result is
-// False. Characters that the model can't hold are counted in a box.
+// False. Characters that the model can't hold are counted in a box. `ahead`: what the file holds,
+// where it was read already.
 bool TranslateXml(ProjectToModel& state, const std::string& xmlFileName, std::int16_t mergeFlag,
-                  MergeListener* listener = nullptr);
+                  MergeListener* listener = nullptr, std::optional<mspdi::FilePlan> ahead = {});
 
 // What planning XML holds; none of an MPX file, which is read line by line. While it is read it
 // takes three times the file, which is better spent before databases lie in memory.
