@@ -28,7 +28,7 @@ namespace {
 void Limit(decltype(RLIMIT_CPU) what, std::uint64_t most) {
   rlimit limit{};
   getrlimit(what, &limit);
-  limit.rlim_cur = std::min<rlim_t>(most, limit.rlim_max);
+  limit.rlim_cur = std::min<rlim_t>(most, limit.rlim_cur);
   setrlimit(what, &limit);
 }
 
