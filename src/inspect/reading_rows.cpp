@@ -3,6 +3,7 @@
 #include <array>
 
 #include "reading.h"
+#include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
@@ -71,12 +72,19 @@ bool Reading::DecidesATranslation(std::string_view /*table*/, std::string_view c
 }
 
 void Reading::RefuseLongRow(Cells cells) {
-  constexpr std::size_t kLongest = 16 << 20;  // bytes, in a database
-  std::size_t size = 0;
-  for (const Cell& cell : cells) {
-    if (cell.value.IsText()) size += cell.value.Text().size();
+  constexpr std::size_t kLongest = 16 << 20;  // bytes, in a database, of UTF-8
+  constexpr std::size_t kWidest = 3;          // bytes of a letter there
+  const auto sizeOf = [&](const auto& measure) {
+    std::size_t size = 0;
+    for (const Cell& cell : cells) {
+      if (cell.value.IsText()) size += measure(cell.value.Text());
+    }
+    return size;
+  };
+  if (isTooLong_ || sizeOf([](const auto& text) { return text.size(); }) * kWidest <= kLongest ||
+      sizeOf([](const auto& text) { return ToUtf8(text).size(); }) <= kLongest) {
+    return;
   }
-  if (size <= kLongest || isTooLong_) return;
   isTooLong_ = true;
   Add(Severity::kError,
       "Its texts are longer than the 16 MB that a row of a database holds, so that a translation "

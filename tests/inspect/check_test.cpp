@@ -98,10 +98,10 @@ TEST_F(CheckTest, APlanWithTooManyLinksIsToldBeforeItIsMade) {
 
 // The list goes over to the elements behind it, which aren't to blame.
 TEST_F(CheckTest, ARowThatNoDatabaseHoldsIsToldOnceAtItsElement) {
-  const auto withList = [](std::size_t size) {
+  const auto withList = [](std::size_t size, char letter = 'x') {
     const std::string kBegin = "    Fact List|";
     std::string lines;
-    while (lines.size() < size) lines += std::string(999, 'x') + "|";
+    while (lines.size() < size) lines += std::string(999, letter) + "|";
     std::string model = ModelOf({});
     return model.insert(model.find(kBegin, model.find("Process  2")) + kBegin.size(), lines);
   };
@@ -116,6 +116,7 @@ TEST_F(CheckTest, ARowThatNoDatabaseHoldsIsToldOnceAtItsElement) {
   };
   constexpr std::size_t kLongest = 16 << 20;
   EXPECT_EQ(blamed(withList(kLongest / 2)), "");
+  EXPECT_EQ(blamed(withList(kLongest / 2, '\xE4')), "process 2 'Sand'");  // two bytes there
   EXPECT_EQ(blamed(withList(kLongest)), "process 2 'Sand'");
   EXPECT_TRUE(TranslationStumbles(withList(kLongest)));
 }
