@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the Windows programs with the cross compiler: build-windows.sh [--test|--all]
-#   (nothing)  merivane-batch.exe and merivane-access.exe, in build/windows/bin
+#   (nothing)  merivane-batch.exe and the programs that work for it, in build/windows/bin
 #   --test     and runs the tests that need no window, under Wine
 #   --all      and merivane.exe with Qt, its picture, the zip and the setup program
 # The libraries are made once, in a folder outside the tree: MERIVANE_WINDOWS, or

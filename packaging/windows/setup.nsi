@@ -142,6 +142,7 @@ Section Uninstall
   ClearErrors
   !insertmacro RequireUnused merivane-batch.exe
   !insertmacro RequireUnused merivane-access.exe
+  !insertmacro RequireUnused merivane-layout.exe
   !insertmacro RequireUnused merivane.chm
   Delete "$INSTDIR\merivane.exe"
   IfErrors in_use

@@ -16,7 +16,7 @@ name=merivane-$version
 folder=$scratch/$name
 mkdir -p "$folder/samples" "$folder/licences"
 
-programs=(merivane-batch.exe merivane-access.exe)
+programs=(merivane-batch.exe merivane-access.exe merivane-layout.exe)
 desktop='/^\[desktop\]/d'
 if [ -e "$build/bin/merivane.exe" ]; then
   programs+=(merivane.exe)

@@ -70,9 +70,6 @@ std::optional<Layout> LayOut(const Graph& graph);
 Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
                     WorkListener& work);
 
-// The order in which they are laid out.
-std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs);
-
 // Chains and branches are placed by their own structure, in time that grows with the elements; what
 // is tangled goes to the layout library, or into columns where it is too much for it. What is wide
 // stands in rows. None for a graph of which the library had not laid out a part within `limit`.

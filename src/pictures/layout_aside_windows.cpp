@@ -1,27 +1,32 @@
-#include "layout.h"
+#include <cstring>
+
+#include "layout_aside.h"
+#include "runtime/helper_process.h"
 
 namespace merivane::pictures {
 
-namespace {
+using namespace runtime;
 
-// There is no fork here: this process lays out what surely is ready in time.
-constexpr std::size_t kMostElements = 6000;
-
-}  // namespace
-
-Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
-                    WorkListener& work) {
-  const auto deadline = std::chrono::steady_clock::now() + limit;
-  Layouts layouts;
-  layouts.each.resize(graphs.size());
-  for (const std::size_t which : SmallFirst(graphs)) {
-    work.Beat();
-    const Graph& graph = graphs[which];
-    if (graph.nodes.size() + graph.edges.size() > kMostElements) break;
-    if (std::chrono::steady_clock::now() >= deadline) break;
-    layouts.each[which] = LayOut(graph);
+DoneAside RunAside(const std::vector<Graph>& graphs, std::chrono::steady_clock::time_point deadline,
+                   WorkListener& work) {
+  constexpr std::chrono::milliseconds kWait(20);
+  constexpr std::size_t kMemory = std::size_t{2} << 30U;
+  HelperProcess child("merivane-layout.exe", {}, {.memory = kMemory, .apart = true},
+                      Packed(graphs));
+  if (!child.HasStarted()) {
+    return {.why =
+                "start Merivane again, or install it again: merivane-layout.exe can't be started"};
   }
-  return layouts;
+  while (!child.HasEnded(kWait) && std::chrono::steady_clock::now() < deadline) work.Beat();
+  child.Stop();
+  const std::string sent = child.Output();
+  std::string_view left = sent;
+  return ReceiveLayouts(graphs.size(), [&left](void* data, std::size_t size) {
+    if (size > left.size()) return false;
+    std::memcpy(data, left.data(), size);
+    left.remove_prefix(size);
+    return true;
+  });
 }
 
 }  // namespace merivane::pictures

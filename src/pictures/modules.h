@@ -1,13 +1,12 @@
 // What lies in modules beside the program, so that a run which draws nothing loads no library of
 // pictures: a child process alone opens them, for what it has to do. For systems that fork; on
-// Windows the layout is part of the program, and merivane.exe renders.
+// Windows programs do it, merivane-layout.exe and merivane.exe.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "layout.h"
+#include "layout_aside.h"
 
 namespace merivane::pictures {
 
@@ -19,7 +18,7 @@ struct Module {
 inline constexpr const char* kLayoutModule = "merivane-layout.so";
 
 struct LayoutModule : Module {
-  std::optional<Layout> (*layOut)(const Graph& graph);
+  LayOutOne layOut;
 };
 
 inline constexpr const char* kRenderingModule = "merivane-rendering.so";

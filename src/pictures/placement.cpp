@@ -305,16 +305,6 @@ Layout Assemble(const Graph& graph, std::vector<PartPlan>& plans,
 
 }  // namespace
 
-std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs) {
-  std::vector<std::size_t> order(graphs.size());
-  std::iota(order.begin(), order.end(), 0U);
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return graphs[a].nodes.size() + graphs[a].edges.size() <
-           graphs[b].nodes.size() + graphs[b].edges.size();
-  });
-  return order;
-}
-
 Layouts PlaceGraphs(const std::vector<Graph>& graphs, std::chrono::milliseconds limit,
                     WorkListener& work) {
   std::vector<std::vector<PartPlan>> plans(graphs.size());

@@ -138,7 +138,9 @@ struct HelperProcess::System {
            ResumeThread(thread.Get()) != static_cast<DWORD>(-1);
   }
 
-  ~System() {
+  ~System() { Stop(); }
+
+  void Stop() const {
     if (!process) return;
     TerminateProcess(process.Get(), 1);
     WaitForSingleObject(process.Get(), INFINITE);
@@ -181,6 +183,8 @@ bool HelperProcess::HasEnded(std::chrono::milliseconds wait) const {
   return WaitForSingleObject(system_->process.Get(), longest) == WAIT_OBJECT_0;
 }
 
+void HelperProcess::Stop() { system_->Stop(); }
+
 bool HelperProcess::HasSucceeded() const { return system_->Status() == 0; }
 
 bool HelperProcess::HasUsedUpItsTime() const { return system_->Status() == ERROR_NOT_ENOUGH_QUOTA; }
@@ -200,6 +204,21 @@ std::string HelperProcess::Output() const {
   }
   bytes.resize(at);
   return bytes;
+}
+
+void GiveUpRights() {
+  SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+  PROCESS_MITIGATION_EXTENSION_POINT_DISABLE_POLICY extensions{};
+  extensions.DisableExtensionPoints = 1;
+  SetProcessMitigationPolicy(ProcessExtensionPointDisablePolicy, &extensions, sizeof extensions);
+  PROCESS_MITIGATION_DYNAMIC_CODE_POLICY code{};
+  code.ProhibitDynamicCode = 1;
+  SetProcessMitigationPolicy(ProcessDynamicCodePolicy, &code, sizeof code);
+  PROCESS_MITIGATION_IMAGE_LOAD_POLICY images{};
+  images.NoRemoteImages = 1;
+  images.NoLowMandatoryLabelImages = 1;
+  images.PreferSystem32Images = 1;
+  SetProcessMitigationPolicy(ProcessImageLoadPolicy, &images, sizeof images);
 }
 
 }  // namespace merivane::runtime

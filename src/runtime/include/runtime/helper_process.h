@@ -36,6 +36,8 @@ class HelperProcess {
   // REQUIRES: it has started.
   bool HasEnded(std::chrono::milliseconds wait) const;
 
+  void Stop();
+
   // REQUIRES: it has ended.
   bool HasSucceeded() const;
   bool HasUsedUpItsTime() const;
@@ -45,5 +47,8 @@ class HelperProcess {
   struct System;
   std::unique_ptr<System> system_;
 };
+
+// Called by such a program first: it will load no library of others and make no code.
+void GiveUpRights();
 
 }  // namespace merivane::runtime
