@@ -63,7 +63,7 @@ class Reading : public ReaderListener {
   };
   using Cells = std::span<const Cell>;
   // Lists go into a plan, but what a translation does is the same whatever they say.
-  static bool DecidesATranslation(std::string_view table, std::string_view column);
+  static bool DecidesATranslation(std::string_view column);
   void RefuseLongRow(Cells cells);
   struct EndColumns {
     const char* what;

@@ -67,7 +67,7 @@ bool IsEmpty(const Value& value) {
 
 }  // namespace
 
-bool Reading::DecidesATranslation(std::string_view /*table*/, std::string_view column) {
+bool Reading::DecidesATranslation(std::string_view column) {
   return !column.ends_with("_List") && column != "Constraint_list";
 }
 

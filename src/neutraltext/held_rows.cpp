@@ -110,7 +110,7 @@ void HeldRows::Take(RowChange change, std::string_view table, std::span<const Ce
   if (change == RowChange::kAdded) {
     last_[table] = rows_.size();
     for (const Cell& cell : cells) {
-      if (!IsBlank(cell.value) && isWanted_(table, cell.column)) Add(cell.column, cell.value);
+      if (!IsBlank(cell.value) && isWanted_(cell.column)) Add(cell.column, cell.value);
     }
     rows_.push_back({table, Packed()});
     return;
@@ -120,7 +120,7 @@ void HeldRows::Take(RowChange change, std::string_view table, std::span<const Ce
   std::string& row = rows_[last->second].fields;
   std::vector<Field> fields = Unpacked(row);
   for (const Cell& cell : cells) {
-    if (!isWanted_(table, cell.column)) continue;
+    if (!isWanted_(cell.column)) continue;
     const auto known = std::find_if(fields.begin(), fields.end(), [&](const Field& field) {
       return field.column == cell.column;
     });

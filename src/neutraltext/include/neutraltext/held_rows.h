@@ -17,8 +17,8 @@ namespace merivane::neutraltext {
 
 class HeldRows {
  public:
-  // Tells whether a column of a table is held.
-  using IsWanted = bool (*)(std::string_view table, std::string_view column);
+  // Tells whether a column is held.
+  using IsWanted = bool (*)(std::string_view column);
   explicit HeldRows(IsWanted isWanted) : isWanted_(isWanted) {}
 
   // For ReaderListener::OnRow.
