@@ -6,7 +6,6 @@
 
 #include "neutraltext/modGlobal.h"
 #include "runtime/file_names.h"
-#include "runtime/new_file.h"
 #include "store/interim_db.h"
 #include "translator/modIDEF3ToProject.h"
 
@@ -57,24 +56,18 @@ class ReaderPosition : public ReaderListener {
 }  // namespace
 
 ScratchModel::ScratchModel(Program& program)
-    : state_(program.modelToProject), path_(TemporaryName()) {
-  program.workspace.CopyDatabase(program.desktop.TemplatePath(), path_);
-  try {
-    state_.takesOwnText = true;
-    state_.gOverwriteDb = true;
-    state_.gMspProjId = kProject;
-    OpenInterimDb(program.workspace, state_.gMspConn, state_.gOverwriteDb, path_);
-  } catch (const RunTimeError&) {
-    RemoveFile(PathOf(path_));
-    throw;
-  }
+    : state_(program.modelToProject), database_(TemporaryName()) {
+  program.workspace.CopyDatabase(program.desktop.TemplatePath(), database_.Path());
+  state_.takesOwnText = true;
+  state_.gOverwriteDb = true;
+  state_.gMspProjId = kProject;
+  OpenInterimDb(program.workspace, state_.gMspConn, state_.gOverwriteDb, database_.Path());
 }
 
 ScratchModel::~ScratchModel() {
   ReleaseNeutralTextFile(state_);
   state_.takesOwnText = false;
   state_.gMspConn.reset();
-  RemoveFile(PathOf(path_));
 }
 
 void ScratchModel::Read(const std::string& textFile) {

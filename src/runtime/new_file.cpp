@@ -23,8 +23,10 @@ void RemoveFile(const fs::path& path) noexcept {
   fs::remove(path, ignored);
 }
 
+TemporaryFile::TemporaryFile(std::string path) : path_(std::move(path)), place_(PathOf(path_)) {}
+
 TemporaryFile::~TemporaryFile() {
-  if (!path_.empty()) RemoveFile(PathOf(path_));
+  if (!place_.empty()) RemoveFile(place_);
 }
 
 NewFile::NewFile(const std::string& name) : target_(name) {

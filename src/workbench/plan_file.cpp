@@ -19,19 +19,6 @@ using namespace roundtrip;
 
 namespace {
 
-// A file of that name, gone with the object.
-class ScratchFile {
- public:
-  ScratchFile() : path_(TemporaryName()) {}
-  ~ScratchFile() { RemoveFile(PathOf(path_)); }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
 // A program that takes a plan in as the dialog does that makes a new model of it.
 class NewModel {
  public:
@@ -88,8 +75,8 @@ class NewModel {
     return why.empty() ? view.whyNoChart : why;
   }
 
-  ScratchFile database_;
-  ScratchFile text_;
+  const TemporaryFile database_{TemporaryName()};
+  const TemporaryFile text_{TemporaryName()};
   QuietDesktop desktop_;
   Program program_{desktop_};
   ProjectToModel& state_ = program_.projectToModel;

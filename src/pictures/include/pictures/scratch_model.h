@@ -4,6 +4,7 @@
 #include <string>
 
 #include "neutraltext/modGlobal.h"
+#include "runtime/new_file.h"
 
 namespace merivane::pictures {
 
@@ -31,7 +32,7 @@ class ScratchModel {
 
  private:
   ModelToProject& state_;
-  std::string path_;
+  TemporaryFile database_;
   std::string breaksOff_;
 };
 

@@ -30,15 +30,16 @@ void RemoveFile(const std::filesystem::path& path) noexcept;
 // A file that goes with this object unless it is let go of.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(std::string path) : path_(std::move(path)) {}
+  explicit TemporaryFile(std::string path);
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   const std::string& Path() const { return path_; }
-  void LetGo() { path_.clear(); }
+  void LetGo() { place_.clear(); }
 
  private:
   std::string path_;
+  std::filesystem::path place_;  // the same; at the end there may be no memory to make it
 };
 
 // One output. Several of a run are prepared before the first of them takes its place, so that all
