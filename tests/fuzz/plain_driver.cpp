@@ -1,6 +1,6 @@
-// Runs a target on the release build's own flags, without a sanitizer and without coverage: each
-// input as it is, and then, until the time is up, changed by a fixed rule. What ends the program is
-// left in the file "abort".
+// Runs a target without the fuzzing runtime of clang, on the release build's own flags or under the
+// sanitizers: each input as it is, and then, until the time is up, changed by a fixed rule. What
+// ends the program is left in the file "abort".
 //   fuzz_TARGET SECONDS LONGEST FILE_OR_FOLDER...
 #include <unistd.h>
 
@@ -12,10 +12,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
+
+#include "memory_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -38,16 +39,14 @@ void Try(std::string input) {
 
 std::vector<std::string> ReadAll(int count, char** names) {
   std::vector<std::string> inputs;
-  const auto add = [&](const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    inputs.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-  };
   for (int i = 0; i < count; ++i) {
     if (!fs::is_directory(names[i])) {
-      add(names[i]);
+      inputs.push_back(merivane::fuzz::Content(names[i]));
       continue;
     }
-    for (const auto& entry : fs::directory_iterator(names[i])) add(entry.path());
+    for (const auto& entry : fs::directory_iterator(names[i])) {
+      inputs.push_back(merivane::fuzz::Content(entry.path()));
+    }
   }
   return inputs;
 }
