@@ -3,12 +3,12 @@
 #include <optional>
 #include <utility>
 
+#include "inspect/differences.h"
 #include "mspdi/plan_reader.h"
 #include "pictures/picture_file.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
-#include "runtime/text.h"
 #include "session.h"
 
 namespace merivane::batch {
@@ -19,15 +19,14 @@ namespace {
 
 DatedPlan ReadDatabase(Workspace& workspace, const std::string& path, std::int32_t project,
                        const DateTime& today) {
-  Connection connection(workspace);
-  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  Connection connection(workspace, path, OpenMode::kReadOnly);
   return ReadDatedPlan(connection, project, today);
 }
 
 // The plan as it was, from an XML file or from another database.
 DatedPlan ReadBefore(const Session& session, const std::string& path, std::int32_t project) {
   const DateTime today = session.desktop.Today();
-  if (UpperCase(path).ends_with(".XML")) {
+  if (inspect::KindOfFile(path) == inspect::FileKind::kXml) {
     const mspdi::FilePlan file = mspdi::ReadPlanFile(path);
     return DatedPlanOf(mspdi::PlanOfFile(file, today), mspdi::StoredDatesOf(file), today);
   }

@@ -9,6 +9,7 @@
 #include "printable.h"
 #include "project_lookup.h"
 #include "runtime/code_page.h"
+#include "runtime/text.h"
 #include "session.h"
 #include "shell/named_files.h"
 #include "store/connection.h"
@@ -39,10 +40,6 @@ std::size_t CountOf(const std::vector<Finding>& findings, Severity severity) {
   return static_cast<std::size_t>(
       std::count_if(findings.begin(), findings.end(),
                     [&](const Finding& finding) { return finding.severity == severity; }));
-}
-
-std::string Counted(std::size_t count, const std::string& word) {
-  return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
 std::string PlaceOf(const Finding& finding) {
@@ -108,7 +105,7 @@ void PrintJson(std::ostream& out, const CheckOptions& options,
                        {"errors", CountOf(findings, Severity::kError)},
                        {"warnings", CountOf(findings, Severity::kWarning)},
                        {"notes", CountOf(findings, Severity::kNote)}};
-  out << PrintableJson(report.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
+  out << PrintableJson(report) << '\n';
 }
 
 bool IsPlan(const std::string& path) {
@@ -129,8 +126,7 @@ std::optional<int> RefusalOfPlan(Session& session, const CheckOptions& options,
 }
 
 std::vector<Finding> CheckDatabase(Session& session, const std::string& path) {
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  Connection connection(session.program.workspace, path, OpenMode::kReadOnly);
   std::vector<Finding> findings;
   for (const std::string& damage : connection.FindDamage()) {
     findings.push_back({Severity::kError,

@@ -66,7 +66,7 @@ void Print(Session& session, const DiffOptions& options, const Differences& told
                        {"compared", told.ofModels ? "models" : "plans"},
                        {"same", told.changes.empty()},
                        {"differences", ChangesJson(told.changes)}};
-  session.out << PrintableJson(report.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
+  session.out << PrintableJson(report) << '\n';
 }
 
 // The projects of the databases among the two, in the order of the command line. False, behind a

@@ -7,6 +7,7 @@
 #include "project_lookup.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
+#include "runtime/text.h"
 #include "session.h"
 
 namespace merivane::batch {
@@ -24,8 +25,7 @@ ProcessModel ReadText(Session& session, const std::string& path, std::string& no
 }
 
 ProcessModel ReadDatabase(Session& session, std::int32_t project, const std::string& path) {
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(path), OpenMode::kReadOnly);
+  Connection connection(session.program.workspace, path, OpenMode::kReadOnly);
   return ReadProcessModel(connection, project);
 }
 
@@ -51,8 +51,7 @@ void SayHowDrawn(Session& session, const std::vector<Diagram>& diagrams, const s
                 ToUtf8(diagram.whyListed) + ": its units stand in a list.");
   }
   SayIfSmall(session, output, factor);
-  const std::size_t drawn = diagrams.size() - outlines;
-  session.Report(std::to_string(drawn) + (drawn == 1 ? " diagram" : " diagrams") +
+  session.Report(Counted(diagrams.size() - outlines, "diagram") +
                  (outlines == 0 ? "" : ", " + std::to_string(outlines) + " as a list") +
                  "; written: " + output + session.Notes());
 }

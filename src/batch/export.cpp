@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -8,10 +7,10 @@
 #include "plan_table.h"
 #include "project_lookup.h"
 #include "roundtrip/plan_as_mpx.h"
-#include "runtime/code_page.h"
 #include "runtime/file_names.h"
 #include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
+#include "runtime/text.h"
 #include "session.h"
 #include "shell/named_files.h"
 
@@ -63,13 +62,13 @@ std::string WriteMpx(Session& session, const ExportOptions& options, const FileP
   }
   if (!untaken.Text().empty()) warnings.push_back(untaken.Text());
   const auto counted = [&warnings](std::size_t count, const char* one, const char* several) {
-    if (count > 0) warnings.push_back(std::to_string(count) + (count == 1 ? one : several));
+    if (count > 0) warnings.push_back(Counted(count, one, several));
   };
-  counted(plan.lostCharacters, " character that Windows-1252 lacks became '?'.",
-          " characters that Windows-1252 lacks became '?'.");
-  counted(mpx.changedTexts, " text held quotes or line ends that MPX can't hold.",
-          " texts held quotes or line ends that MPX can't hold.");
-  pictures::WriteFile(session.kept.NewOutput(options.mpx), mpx.text);
+  counted(plan.lostCharacters, "character that Windows-1252 lacks became '?'.",
+          "characters that Windows-1252 lacks became '?'.");
+  counted(mpx.changedTexts, "text held quotes or line ends that MPX can't hold.",
+          "texts held quotes or line ends that MPX can't hold.");
+  WriteOutput(session.kept.NewOutput(options.mpx), mpx.text);
   TellLeftOut(session, "MPX file", JoinedLines(warnings));
   return std::to_string(plan.tasks.size()) + " tasks, " + std::to_string(plan.resources.size()) +
          " resources, " + std::to_string(plan.assignments.size()) +
@@ -101,7 +100,7 @@ std::string ExportCsv(Session& session, const ExportOptions& options, Connection
                           : options.table == "assignments" ? PlanTable::kAssignments
                                                            : PlanTable::kTasks;
   const TableText text = PlanAsTable(connection, project, session.desktop.Today(), table);
-  pictures::WriteFile(session.kept.NewOutput(options.csv), text.text);
+  WriteOutput(session.kept.NewOutput(options.csv), text.text);
   return std::to_string(text.rows) + " " + options.table + "; written: " + options.csv;
 }
 
@@ -110,8 +109,7 @@ int Export(Session& session, const ExportOptions& options) {
   const auto project = FindProject(ListProjects(session.program.workspace, options.database),
                                    options.project, reason);
   if (!project) return session.Refuse(reason);
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(options.database), OpenMode::kReadOnly);
+  Connection connection(session.program.workspace, options.database, OpenMode::kReadOnly);
   std::string report;
   const auto add = [&](const std::string& path, auto write) {
     if (path.empty()) return;

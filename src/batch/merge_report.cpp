@@ -121,7 +121,7 @@ void PrintPreviewJson(std::ostream& out, const inspect::MergePreview& preview,
                        {"messages", boxes},
                        {"notTaken", left},
                        {"proof", preview.proof ? JsonOf(*preview.proof) : Json(nullptr)}};
-  out << PrintableJson(report.dump(2)) << '\n';
+  out << PrintableJson(report) << '\n';
 }
 
 }  // namespace merivane::batch

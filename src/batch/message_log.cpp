@@ -1,5 +1,6 @@
 #include "message_log.h"
 
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "printable.h"
@@ -50,11 +51,29 @@ std::string Readable(std::string text) {
   return PrintableText(ToUtf8(text));
 }
 
+// Whether the file could be written.
+bool Survives(const std::function<void()>& write) {
+  try {
+    write();
+    return true;
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 bool MessageLog::OpenFile(const std::string& path) {
-  file_.open(path, std::ios::binary | std::ios::trunc);
-  return file_.is_open();
+  isWhole_ = Survives([&] { file_.emplace(path); });
+  return isWhole_;
+}
+
+void MessageLog::AddLine(const std::string& line) {
+  const bool isWritten = Survives([&] {
+    file_->Write(line + '\n');
+    file_->Flush();
+  });
+  isWhole_ = isWhole_ && isWritten;
 }
 
 void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
@@ -71,26 +90,26 @@ void MessageLog::AddMessage(const Message& message, MessageAnswer answer) {
     if (!advice.empty()) *readable_ << "  " << advice << '\n';
     *readable_ << std::flush;
   }
-  if (!file_.is_open()) return;
+  if (!file_) return;
   const Json line = {{"text", ToUtf8(message.text)},
                      {"title", TitleOf(message)},
                      {"icon", NameOf(message.icon)},
                      {"buttons", message.buttons == MessageButtons::kYesNo ? "yesno" : "ok"},
                      {"answer", NameOf(answer)}};
-  file_ << line.dump() << '\n' << std::flush;
+  AddLine(line.dump());
 }
 
 void MessageLog::AddChooser(const std::string& label1, const std::string& label2,
                             const std::vector<std::string>& items,
                             const std::optional<std::string>& answer) {
-  if (!file_.is_open()) return;
+  if (!file_) return;
   Json names = Json::array();
   for (const std::string& item : items) names.push_back(ToUtf8(item));
   const Json chooser = {{"label1", ToUtf8(label1)},
                         {"label2", ToUtf8(label2)},
                         {"items", names},
                         {"answer", answer ? Json(ToUtf8(*answer)) : Json(nullptr)}};
-  file_ << Json{{"chooser", chooser}}.dump() << '\n' << std::flush;
+  AddLine(Json{{"chooser", chooser}}.dump());
 }
 
 }  // namespace merivane::batch

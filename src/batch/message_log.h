@@ -1,13 +1,13 @@
 // What the user would have seen: each box and each chooser, on a stream and as lines of JSON.
 #pragma once
 
-#include <fstream>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "platform/desktop.h"
+#include "runtime/new_file.h"
 
 namespace merivane::batch {
 
@@ -30,11 +30,14 @@ class MessageLog {
   // A box told a fault of the machine: what was written is not whole, whatever came of the run.
   bool ToldMachineFault() const { return machineFault_; }
   // False where a line could not be written to the file.
-  bool IsWhole() const { return file_.good(); }
+  bool IsWhole() const { return isWhole_; }
 
  private:
+  void AddLine(const std::string& line);  // to the file
+
   std::ostream* readable_;
-  std::ofstream file_;
+  std::optional<runtime::OutputFile> file_;
+  bool isWhole_ = true;
   int messages_ = 0;
   bool machineFault_ = false;
 };

@@ -1,6 +1,7 @@
 #include "printable.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace merivane::batch {
 
@@ -36,6 +37,15 @@ std::string Replaced(const std::string& utf8, ForControl forControl) {
   return shown;
 }
 
+std::string Dumped(const nlohmann::ordered_json& json, int indent) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  const auto replace = nlohmann::ordered_json::error_handler_t::replace;
+  return Replaced(json.dump(indent, ' ', false, replace), [](unsigned char code) {
+    if (code == '\n') return std::string("\n");
+    return std::string("\\u00") + kDigits[code >> 4U] + kDigits[code & 0xFU];
+  });
+}
+
 }  // namespace
 
 std::string PrintableText(const std::string& utf8) {
@@ -46,12 +56,14 @@ std::string PrintableLine(const std::string& utf8) {
   return Replaced(utf8, [](unsigned char) { return '?'; });
 }
 
-std::string PrintableJson(const std::string& json) {
-  constexpr const char* kDigits = "0123456789abcdef";
-  return Replaced(json, [](unsigned char code) {
-    if (code == '\n') return std::string("\n");
-    return std::string("\\u00") + kDigits[code >> 4U] + kDigits[code & 0xFU];
-  });
+std::string PrintableJson(const nlohmann::ordered_json& json) {
+  constexpr int kIndent = 2;
+  return Dumped(json, kIndent);
+}
+
+std::string PrintableJsonLine(const nlohmann::ordered_json& json) {
+  constexpr int kNoIndent = -1;
+  return Dumped(json, kNoIndent);
 }
 
 }  // namespace merivane::batch

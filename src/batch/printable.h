@@ -1,6 +1,7 @@
 // Text of files and databases on its way to a terminal.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace merivane::batch {
@@ -10,7 +11,8 @@ namespace merivane::batch {
 std::string PrintableText(const std::string& utf8);
 std::string PrintableLine(const std::string& utf8);
 
-// The JSON text with control characters as escapes, but for the line feeds between its lines.
-std::string PrintableJson(const std::string& json);
+// On several lines or on one, with control characters as escapes and "\uFFFD" for what is no UTF-8.
+std::string PrintableJson(const nlohmann::ordered_json& json);
+std::string PrintableJsonLine(const nlohmann::ordered_json& json);
 
 }  // namespace merivane::batch

@@ -1,4 +1,4 @@
-// The projects of a database, and the one that a command line names.
+// The projects of a database, the one that a command line names, and the door of a merge with it.
 #pragma once
 
 #include <cstdint>

@@ -17,7 +17,7 @@ void PrintJson(std::ostream& out, const std::vector<ProjectRow>& projects) {
                     {"name", ToUtf8(project.name)},
                     {"tasks", project.tasks}});
   }
-  out << PrintableJson(list.dump()) << '\n';
+  out << PrintableJsonLine(list) << '\n';
 }
 
 }  // namespace

@@ -81,12 +81,10 @@ int RunReport(Session& session, const ReportOptions& options) {
   report.foot = FootOf(session, options.model);
   report.diagrams = DrawDiagrams(
       report.model.scenarios, {.objects = options.objects, .headline = false, .note = report.note});
-  WriteFile(session.kept.NewOutput(options.output), ReportPage(report));
+  WriteOutput(session.kept.NewOutput(options.output), ReportPage(report));
   if (!report.plan) session.Say(ToUtf8(report.whyNoPlan));
-  const std::size_t count = report.diagrams.size();
-  session.Report(std::to_string(count) + (count == 1 ? " diagram" : " diagrams") +
-                 (report.plan ? " and the plan" : "") + "; written: " + options.output +
-                 session.Notes());
+  session.Report(Counted(report.diagrams.size(), "diagram") + (report.plan ? " and the plan" : "") +
+                 "; written: " + options.output + session.Notes());
   const bool asAsked = report.plan && std::none_of(report.diagrams.begin(), report.diagrams.end(),
                                                    [](const Diagram& diagram) {
                                                      return !diagram.whyListed.empty();

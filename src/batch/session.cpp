@@ -6,6 +6,7 @@
 #include "platform/program_run.h"
 #include "printable.h"
 #include "runtime/code_page.h"
+#include "runtime/text.h"
 #include "shell/run_result.h"
 
 namespace merivane::batch {
@@ -157,7 +158,7 @@ std::string Session::Notes() const {
   }
   const int count = log.MessageCount();
   if (count == 0) return notes;
-  return notes + "; " + std::to_string(count) + (count == 1 ? " message was" : " messages were") +
+  return notes + "; " + Counted(static_cast<std::size_t>(count), "message was", "messages were") +
          " shown";
 }
 

@@ -69,10 +69,10 @@ class Session {
   // Tells what failed a command on `file`. An error that names a file is told as it is.
   int TellFailure(const std::string& file, const RunTimeError& error) const;
 
-  // Tells a fault that the program keeps to itself where the user picks `file`: the run's failure,
-  // or a refusal where it is a file of another kind.
   // The error's description, and what to do where the file is one of another kind of plan.
   static std::string ReasonOf(const std::string& file, const RunTimeError& error);
+  // Tells a fault that the program keeps to itself where the user picks `file`: the run's failure,
+  // or a refusal where it is a file of another kind.
   int Fail(const std::string& file, const RunTimeError& error) const;
   // The exit status behind the OK button, told in the closing line with `report` and `proof` in
   // front, or in a word where it gave no file. A proof that can't be made leaves the status.

@@ -6,8 +6,6 @@
 #include "merge_report.h"
 #include "mspdi/plan_reader.h"
 #include "project_lookup.h"
-#include "runtime/code_page.h"
-#include "runtime/conversions.h"
 #include "session.h"
 #include "shell/named_files.h"
 
@@ -134,8 +132,7 @@ class MergeReport {
   std::string Text() const {
     if (!project_) return "";
     if (failure_) throw *failure_;
-    Connection connection(session_.program.workspace);
-    connection.Open(ConnectionText(options_.interim), OpenMode::kReadOnly);
+    Connection connection(session_.program.workspace, options_.interim, OpenMode::kReadOnly);
     const inspect::ModelSnapshot after = inspect::ReadSnapshot(connection, *project_);
     if (options_.complete) {
       const auto& merge = session_.main.projectToModel.CompleteMergeResult;
@@ -159,8 +156,7 @@ class MergeReport {
 // Of a merge that was run: the text, held against the plan.
 std::string ProofOf(Session& session, const ToModelOptions& options, std::int32_t project,
                     const std::string& text) {
-  Connection connection(session.program.workspace);
-  connection.Open(ConnectionText(options.interim), OpenMode::kReadOnly);
+  Connection connection(session.program.workspace, options.interim, OpenMode::kReadOnly);
   inspect::MergeProof proof = inspect::ProveMerge(connection, project, text,
                                                   session.desktop.TemplatePath(), &session.desktop);
   return ProofText(options.complete ? proof : WithComplete(std::move(proof)));

@@ -2,7 +2,6 @@
 
 #include "neutraltext/modGlobal.h"
 #include "project_lookup.h"
-#include "runtime/code_page.h"
 #include "scenario_chooser.h"
 #include "session.h"
 #include "shell/named_files.h"

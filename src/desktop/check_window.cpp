@@ -51,9 +51,9 @@ CheckWindow::CheckWindow(const std::string& modelPath, std::vector<Finding> find
     : ResultTable("checkWindow", ModelOf(findings), SummaryOf(findings), desktop, parent),
       modelPath_(modelPath),
       findings_(std::move(findings)) {
-  constexpr int kHelpContext = 7010;
+  constexpr int kHelpPage = 7010;
   setWindowTitle("Check: " + QFileInfo(PathToQt(modelPath)).fileName());
-  SetHelpContext(this, kHelpContext);
+  SetHelpContext(this, kHelpPage);
   QPushButton* open = AddButton("cmdOpen", "Open");
   open->setEnabled(!findings_.empty());
   open->setDefault(true);

@@ -191,7 +191,7 @@ void FormWindow::AddPath(QFormLayout* rows, const PathRow& row) {
   connect(field->Button(), &QPushButton::clicked, this, [this, browse] { Run(browse); });
   const PathTarget& target = targets_.emplace_back(PathTarget{field, row.extension, browse});
   field->Recent()->OnPick = [this, target](const QString& name) {
-    Take(target, name.toStdString());
+    TakeFile(target, name.toStdString());
   };
   draws_.emplace_back([field, &box] { field->Draw(box); });
 }
@@ -307,7 +307,7 @@ void FormWindow::TakeDropped(const QStringList& files, QPoint place) {
     return;
   }
   if (const PathTarget* target = TargetOf(files.front(), place)) {
-    Take(*target, files.front().toStdString());
+    TakeFile(*target, files.front().toStdString());
     return;
   }
   std::set<std::string> endings;
@@ -340,7 +340,7 @@ const FormWindow::PathTarget* FormWindow::TargetOf(const QString& file, QPoint p
   return hidden != nullptr ? hidden : dropped;
 }
 
-void FormWindow::Take(const PathTarget& target, const std::string& file) {
+void FormWindow::TakeFile(const PathTarget& target, const std::string& file) {
   if (!form_.IsVisible()) return;
   ShowTabOf(*target.field);
   desktop_.RunWithFileName(form_, file, target.browse);

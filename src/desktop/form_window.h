@@ -120,7 +120,7 @@ class FormWindow : public QWidget {
     std::function<void()> browse;
   };
   const PathTarget* TargetOf(const QString& file, QPoint place) const;
-  void Take(const PathTarget& target, const std::string& file);
+  void TakeFile(const PathTarget& target, const std::string& file);
   void ShowTabOf(const QWidget& field);
   void AddRow(QFormLayout* rows, const char* label, const char* caption, QWidget* field,
               QWidget* buddy);

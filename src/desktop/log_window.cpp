@@ -46,9 +46,9 @@ LogWindow::LogWindow(SessionLog& log, ResultModel* model, QtDesktop& desktop, QW
     : ResultTable("logWindow", model, "What was told since the program started, the latest last.",
                   desktop, parent),
       log_(log) {
-  constexpr int kHelpContext = 7012;
+  constexpr int kHelpPage = 7012;
   setWindowTitle("Messages of this session");
-  SetHelpContext(this, kHelpContext);
+  SetHelpContext(this, kHelpPage);
   log_.OnAdd = [this, model](const SessionLog::Entry& entry) {
     model->Append(RowOf(entry));
     table_->scrollToBottom();

@@ -201,8 +201,9 @@ WorkbenchWindow* MainWindow::Open(std::unique_ptr<WorkbenchFile> file) {
 }
 
 void MainWindow::ShowWorkbench(WorkbenchWindow* workbench) {
-  workbench->OnToPlan = [this](const std::string& path, const std::vector<Choice>& choices) {
-    for (const Choice& choice : choices) {
+  workbench->OnToPlan = [this](const std::string& path,
+                               const std::vector<ScenarioChoice>& choices) {
+    for (const ScenarioChoice& choice : choices) {
       desktop_.SetReadyChoice(choice.question, choice.names[choice.chosen]);
     }
     Press(&frmMain::mnuIDEF3ToProject);

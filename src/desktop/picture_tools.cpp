@@ -83,8 +83,8 @@ void PictureTools::Export() {
   for (const std::string& ending : pictures::PictureEndings()) {
     patterns += (patterns.empty() ? "*" : " *") + ending;
   }
-  const std::string path =
-      desktop_.AskFileName({"Pictures (" + patterns + ")|*.svg", "Export picture"});
+  const std::string path = desktop_.AskFileName(
+      {.filter = "Pictures (" + patterns + ")|*.svg", .title = "Export picture", .newName = true});
   if (path.empty()) return;
   const std::string shown = FromUtf8(path);
   if (!pictures::IsPictureName(path)) {

@@ -328,13 +328,14 @@ bool QtDesktop::WriteAnew(const std::string& path,
                          {},
                          MessageButtons::kYesNo};
   if (FileIsThere(path) && ShowMessage(question) != MessageAnswer::kYes) return false;
+  KeptFiles kept;
   try {
-    KeptFiles kept;
     write(kept.NewOutput(path));
     kept.Finish();
     return true;
   } catch (const RunTimeError& error) {
-    throw FileError(error.Number(), path);  // what can't be drawn names no file
+    if (kept.NamesOutput(ToUtf8(error.Description()))) throw;
+    throw RunTimeError(error.Number(), FromUtf8(path) + ": " + error.Description());
   }
 }
 

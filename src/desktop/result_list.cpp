@@ -128,7 +128,7 @@ void ResultList::Save() {
                             MessageIcon::kExclamation});
     } else {
       desktop_.WriteAnew(path, [&](const Output& output) {
-        pictures::WriteFile(output, ListAs(*shown_, PathToQt(path)).toStdString());
+        WriteOutput(output, ListAs(*shown_, PathToQt(path)).toStdString());
       });
     }
   });

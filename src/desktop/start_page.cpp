@@ -3,6 +3,7 @@
 #include <QCommandLinkButton>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,6 +15,8 @@
 #include "form_window.h"
 #include "recent_list.h"
 #include "runtime/file_names.h"
+#include "runtime/run_time_error.h"
+#include "shell/kept_files.h"
 
 namespace merivane::desktop {
 
@@ -153,9 +156,16 @@ QString StartPage::OwnSample(const QString& name) const {
   if (MayBeReplaced(name.toStdString())) return name;
   QString copy = QDir(documents_).filePath(QFileInfo(name).fileName());
   if (QFile::exists(copy)) return copy;
-  if (!QDir().mkpath(documents_) || !QFile::copy(name, copy)) return name;
-  QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
-  return copy;
+  QFile sample(name);
+  if (!QDir().mkpath(documents_) || !sample.open(QIODevice::ReadOnly)) return name;
+  try {
+    KeptFiles kept;
+    WriteOutput(kept.NewOutput(copy.toStdString()), sample.readAll().toStdString());
+    kept.Finish();
+    return copy;
+  } catch (const RunTimeError&) {
+    return name;
+  }
 }
 
 void StartPage::dragEnterEvent(QDragEnterEvent* event) {

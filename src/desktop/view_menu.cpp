@@ -4,7 +4,6 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <utility>
 
 #include "form_area.h"
 #include "help_context.h"

@@ -248,7 +248,7 @@ void WorkbenchWindow::ShowChoices() {
   choices_->clear();
   choices_->setVisible(!view_.choices.empty());
   int count = 0;
-  for (const Choice& choice : view_.choices) {
+  for (const ScenarioChoice& choice : view_.choices) {
     auto* box = new QComboBox;
     box->setObjectName(QString("choice%1").arg(++count));
     box->setAccessibleName(ToQt(choice.question));

@@ -45,7 +45,7 @@ class WorkbenchWindow : public QMainWindow {
   const WorkbenchFile& File() const { return *file_; }
   void ReadAgain();
   // The model goes to the dialog that translates it, with the choices made here.
-  std::function<void(const std::string& path, const std::vector<Choice>& choices)> OnToPlan;
+  std::function<void(const std::string& path, const std::vector<ScenarioChoice>& choices)> OnToPlan;
   // A changed plan goes back into its model: the plan, and the database and the project that hold
   // the model, where that is known.
   std::function<void(const std::string& plan, const std::string& database,

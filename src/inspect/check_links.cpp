@@ -10,6 +10,7 @@
 #include "inspect/finding.h"
 #include "model_checks.h"
 #include "program/model_words.h"
+#include "runtime/text.h"
 
 namespace merivane::inspect {
 
@@ -101,7 +102,7 @@ class Net {
   };
 
   static std::string Count(std::size_t count, const std::string& word) {
-    return (count == 0 ? "no" : std::to_string(count)) + " " + word + (count == 1 ? "" : "s");
+    return count == 0 ? "no " + word + "s" : Counted(count, word);
   }
 
   void Warn(const Node& node, std::string sentence, std::string advice) {

@@ -9,9 +9,10 @@ namespace merivane::inspect {
 namespace {
 
 // Elements that are asked for by number alone must differ in it.
-class Numbers {
+class UsedNumbers {
  public:
-  Numbers(const Model& model, std::vector<Finding>& findings, Severity severity = Severity::kError)
+  UsedNumbers(const Model& model, std::vector<Finding>& findings,
+              Severity severity = Severity::kError)
       : model_(model), findings_(findings), severity_(severity) {}
 
   void Take(std::size_t place) {
@@ -32,9 +33,9 @@ class Numbers {
 };
 
 // Elements of a pool are looked up by name as well.
-class Names {
+class UsedNames {
  public:
-  Names(const Model& model, std::vector<Finding>& findings, const char* what)
+  UsedNames(const Model& model, std::vector<Finding>& findings, const char* what)
       : model_(model), findings_(findings), what_(what) {}
 
   void Take(std::size_t place) {
@@ -71,7 +72,7 @@ void CheckJunctionIds(const Model& model, std::vector<Finding>& findings) {
 // Links are looked up by their ends; a number that comes twice in a scenario is a slip all the
 // same.
 void CheckLinkNumbers(const Model& model, std::vector<Finding>& findings) {
-  std::map<decltype(LinkEntry::scenario), Numbers> scenarios;
+  std::map<decltype(LinkEntry::scenario), UsedNumbers> scenarios;
   for (const LinkEntry& link : model.links) {
     scenarios.try_emplace(link.scenario, model, findings, Severity::kWarning)
         .first->second.Take(link.place);
@@ -81,23 +82,23 @@ void CheckLinkNumbers(const Model& model, std::vector<Finding>& findings) {
 }  // namespace
 
 void CheckNumbers(const Model& model, std::vector<Finding>& findings) {
-  Numbers processes(model, findings);
-  Names processNames(model, findings, "the tasks of both get the note of the first");
+  UsedNumbers processes(model, findings);
+  UsedNames processNames(model, findings, "the tasks of both get the note of the first");
   for (const ProcessEntry& process : model.processes) {
     processes.Take(process.place);
     processNames.Take(process.place);
   }
-  Numbers objects(model, findings);
-  Names objectNames(model, findings, "both are used as the last one is");
+  UsedNumbers objects(model, findings);
+  UsedNames objectNames(model, findings, "both are used as the last one is");
   for (const ObjectEntry& object : model.objects) {
     objects.Take(object.place);
     objectNames.Take(object.place);
   }
-  Numbers facts(model, findings);
+  UsedNumbers facts(model, findings);
   for (const std::size_t fact : model.facts) facts.Take(fact);
-  Numbers scenarios(model, findings);
+  UsedNumbers scenarios(model, findings);
   for (const ScenarioEntry& scenario : model.scenarios) scenarios.Take(scenario.place);
-  Numbers ends(model, findings);
+  UsedNumbers ends(model, findings);
   for (const UnitEntry& unit : model.units) ends.Take(unit.place);
   for (const JunctionEntry& junction : model.junctions) ends.Take(junction.place);
   CheckJunctionIds(model, findings);

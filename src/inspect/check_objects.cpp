@@ -8,6 +8,7 @@
 #include "inspect/finding.h"
 #include "model_checks.h"
 #include "program/model_words.h"
+#include "reconcile/model_limits.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 
@@ -37,7 +38,6 @@ std::vector<Term> TermsOf(const std::string& rule) {
   return terms;
 }
 
-constexpr std::size_t kLongestRule = 25;
 constexpr std::array kResourceTypes = {kSharedResource, kDedicatedResource, kTransport};
 
 class Objects {
@@ -95,7 +95,8 @@ class Objects {
     for (const UnitEntry& unit : model_.units) {
       if (unit.laborRule == kNoRule || unit.laborRule.empty()) continue;
       std::vector<Term> terms = TermsOf(unit.laborRule);
-      if (unit.laborRule.size() >= kLongestRule) terms.pop_back();  // told where it was cut
+      const bool isCut = unit.laborRule.size() >= reconcile::kLongestRule;  // told there
+      if (isCut) terms.pop_back();
       for (const Term& term : terms) CheckTerm(model_.At(unit.place), term);
     }
   }

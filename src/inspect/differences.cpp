@@ -27,9 +27,9 @@ class Anything : public MergeListener {
   void OnStop(const MergeStop& /*stop*/) override {}
 };
 
-class Side {
+class ComparedContent {
  public:
-  Side(const ComparedFile& file, const std::string& templatePath, Desktop* shown)
+  ComparedContent(const ComparedFile& file, const std::string& templatePath, Desktop* shown)
       : file_(file),
         kind_(KindOfFile(file.path).value_or(FileKind::kText)),
         templatePath_(templatePath),
@@ -98,8 +98,7 @@ class Side {
 
   PlanContent PlanOfDatabase() const {
     Workspace workspace;
-    Connection connection(workspace);
-    connection.Open(ConnectionText(file_.path), OpenMode::kReadOnly);
+    Connection connection(workspace, file_.path, OpenMode::kReadOnly);
     return PlanOfTables(connection, file_.project.value_or(0));
   }
 
@@ -119,8 +118,8 @@ class Side {
     Program program(desktop);
     const program::Progress::Run run(program.progress);
     ProjectToModel& state = program.projectToModel;
-    state.gInterimConn = std::make_unique<Connection>(program.workspace);
-    state.gInterimConn->Open(ConnectionText(templatePath_), OpenMode::kCopy);
+    state.gInterimConn =
+        std::make_unique<Connection>(program.workspace, templatePath_, OpenMode::kCopy);
     state.gInterimProjId = kProject;
     Anything anything;
     bool isRead = false;
@@ -156,8 +155,8 @@ std::optional<FileKind> KindOfFile(const std::string& path) {
 
 Differences CompareFiles(const ComparedFile& before, const ComparedFile& after,
                          const std::string& templatePath, Desktop* shown) {
-  const Side first(before, templatePath, shown);
-  const Side second(after, templatePath, shown);
+  const ComparedContent first(before, templatePath, shown);
+  const ComparedContent second(after, templatePath, shown);
   if ((first.IsText() || second.IsText()) && first.HoldsModel() && second.HoldsModel()) {
     return {true, DifferencesBetween(first.Model(), second.Model())};
   }

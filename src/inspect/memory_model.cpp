@@ -33,8 +33,7 @@ MemoryModel::MemoryModel(const std::string& templatePath, Desktop* shown)
     if (chooser != nullptr && question_.empty()) question_ = QuestionOf(*chooser);
   };
   ModelToProject& state = program_.modelToProject;
-  state.gMspConn = std::make_unique<Connection>(program_.workspace);
-  state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
+  state.gMspConn = std::make_unique<Connection>(program_.workspace, templatePath, OpenMode::kCopy);
   state.gMspProjId = kProject;
   state.takesOwnText = true;
 }

@@ -12,9 +12,9 @@ using namespace runtime;
 
 namespace {
 
-class Comparison {
+class SnapshotComparison {
  public:
-  Comparison(const ModelSnapshot& before, const ModelSnapshot& after)
+  SnapshotComparison(const ModelSnapshot& before, const ModelSnapshot& after)
       : before_(before),
         after_(after),
         wasMerged_(std::any_of(before.units.begin(), before.units.end(),
@@ -132,7 +132,7 @@ class Comparison {
     if (unit.process != old.process && old.process != 0) {
       Add(ChangeKind::kChanged, Unit(number), ProcessSentence(number, old, unit), unit.planRow);
     }
-    if (!IsSameNumber(old.duration, unit.duration, 1)) {
+    if (!IsSameNumber(old.duration, unit.duration)) {
       Add(ChangeKind::kChanged, Unit(number), DaysSentence(old.duration, unit.duration),
           unit.planRow);
     }
@@ -219,7 +219,7 @@ class Comparison {
         Add(ChangeKind::kChanged, Resource(number), NameSentence(old->second.name),
             resource.planRow);
       }
-      if (!IsSameNumber(old->second.quantity, resource.quantity, 1)) {
+      if (!IsSameNumber(old->second.quantity, resource.quantity)) {
         Add(ChangeKind::kChanged, Resource(number),
             CountSentence(old->second.quantity, resource.quantity), resource.planRow);
       }
@@ -248,8 +248,7 @@ class Comparison {
                       "Of " + what + ": " + assignment.quantity + ".");
       } else if (!assignment.cameBack && was) {
         AddAssignment(ChangeKind::kRemoved, key.first, "Of " + what + ".");
-      } else if (assignment.cameBack &&
-                 !IsSameNumber(old->second.quantity, assignment.quantity, 1)) {
+      } else if (assignment.cameBack && !IsSameNumber(old->second.quantity, assignment.quantity)) {
         AddAssignment(ChangeKind::kChanged, key.first,
                       "Of " + what + ": " + assignment.quantity + " instead of " +
                           old->second.quantity + ".");
@@ -266,11 +265,11 @@ class Comparison {
 }  // namespace
 
 std::vector<MergeChange> ChangesBetween(const ModelSnapshot& before, const ModelSnapshot& after) {
-  return Comparison(before, after).Run();
+  return SnapshotComparison(before, after).Run();
 }
 
 std::vector<MergeChange> TakenOutBetween(const ModelSnapshot& before, const ModelSnapshot& after) {
-  return Comparison(before, after).TakenOut();
+  return SnapshotComparison(before, after).TakenOut();
 }
 
 }  // namespace merivane::inspect

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "inspect/check.h"
+#include "inspect/differences.h"
 #include "inspect/finding.h"
 #include "merge_stops.h"
 #include "plan_predecessors.h"
@@ -137,7 +138,7 @@ class TrialMerge : public MergeListener {
   bool Merge() {
     constexpr std::int16_t kMerge = -1;
     try {
-      if (HoldsNoCase(Right(planPath_, 4), ".xml")) {
+      if (KindOfFile(planPath_) == FileKind::kXml) {
         return TranslateXml(*state_, planPath_, kMerge, this);
       }
       return TranslateMpx(*state_, planPath_, "", kMerge, this);
@@ -216,20 +217,16 @@ MergePreview PreviewMerge(const std::string& planPath, const std::string& interi
 }
 
 std::string SummaryOf(const MergePreview& preview) {
-  const auto counted = [](std::ptrdiff_t count, const char* what) {
-    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-  };
   if (!preview.merged) {
     const auto stops =
         std::count_if(preview.changes.begin(), preview.changes.end(),
                       [](const MergeChange& change) { return change.kind == ChangeKind::kStop; });
-    return "The merge would stop at " + counted(stops, "place") +
+    return "The merge would stop at " + Counted(static_cast<std::size_t>(stops), "place") +
            "; what it would change without them stands below. Nothing was changed.";
   }
   std::string summary = "The merge would change nothing.";
   if (!preview.changes.empty()) {
-    summary = "The merge would make " +
-              counted(static_cast<std::ptrdiff_t>(preview.changes.size()), "change") +
+    summary = "The merge would make " + Counted(preview.changes.size(), "change") +
               ". Nothing was changed yet.";
   }
   for (const Message& box : preview.boxes) summary += " Message: " + OneLine(box.text);

@@ -1,10 +1,10 @@
-#include <algorithm>
 #include <utility>
 
 #include "inspect/merge_preview.h"
 #include "memory_model.h"
 #include "reconcile/model_limits.h"
 #include "reconcile/plan_content.h"
+#include "runtime/text.h"
 #include "translator/modIDEF3ToProject.h"
 
 namespace merivane::inspect {
@@ -62,7 +62,7 @@ class PlanComparison {
          assigned != wanted_.assignments.end() && assigned->first.first == number; ++assigned) {
       if (LimitOfAlias(assigned->first.second) == nullptr) return LimitOfPlace(number);
     }
-    return IsSameNumber(given.duration, "1", 1)
+    return IsSameNumber(given.duration, "1")
                ? "A unit without objects takes 1 day: assign a resource to it."
                : "Set the cycle time of its objects in the model.";
   }
@@ -185,7 +185,7 @@ class PlanComparison {
           "Move its unit in the model.", LimitOfPlace(number));
     }
     // That of a summary task follows from those below it.
-    if (!task.isSummary && !IsSameNumber(given.duration, task.duration, 1)) {
+    if (!task.isSummary && !IsSameNumber(given.duration, task.duration)) {
       Add(task.row, Named(number),
           "It takes " + task.duration + " days in the plan, and " +
               (given.duration.empty() ? "1" : given.duration) + " by the merged model.",
@@ -238,7 +238,7 @@ class PlanComparison {
             "Put it into the model's objects.");
         continue;
       }
-      if (!IsSameNumber(given->second.quantity, resource.quantity, 1)) {
+      if (!IsSameNumber(given->second.quantity, resource.quantity)) {
         Add(resource.row, element,
             "There are " + resource.quantity + " of it in the plan, and " + given->second.quantity +
                 " by the merged model.",
@@ -267,7 +267,7 @@ class PlanComparison {
       if (given == given_.assignments.end()) {
         add(key, units + " in the plan, and none by the merged model.",
             LimitOfAssignment(key.first, key.second, units));
-      } else if (!IsSameNumber(given->second, units, 1)) {
+      } else if (!IsSameNumber(given->second, units)) {
         add(key, units + " in the plan, and " + given->second + " by the merged model.",
             LimitOfAssignment(key.first, key.second, units));
       }
@@ -321,7 +321,7 @@ std::string SummaryOf(const MergeProof& proof) {
   if (!proof.failure.empty()) return proof.failure;
   const std::size_t count = proof.differences.size();
   if (count == 0) return "The merged model gives the plan that came in.";
-  return std::to_string(count) + (count == 1 ? " difference" : " differences") +
+  return Counted(count, "difference") +
          " between the plan that came in and what the merged model gives";
 }
 

@@ -43,18 +43,18 @@ Explanation ExplainTask(const Message& box) {
           std::string("Mend the task in the plan") + kOverwrite};
 }
 
-const char* KindOf(Relation relation) {
-  return relation == Relation::kStartToStart ? "start-to-start" : "finish-to-finish";
+const char* KindOf(RelationKind relation) {
+  return relation == RelationKind::kStartToStart ? "start-to-start" : "finish-to-finish";
 }
 
 bool IsSynchronised(std::string_view entry) {
-  const Relation relation = RelationOf(entry);
-  return relation == Relation::kStartToStart || relation == Relation::kFinishToFinish;
+  const RelationKind relation = RelationKindOf(entry);
+  return relation == RelationKind::kStartToStart || relation == RelationKind::kFinishToFinish;
 }
 
 Explanation ExplainLonePredecessor(const std::string& entry, const Message& box) {
   if (IsSynchronised(entry)) {
-    return {"Its only predecessor '" + entry + "' is of the kind " + KindOf(RelationOf(entry)) +
+    return {"Its only predecessor '" + entry + "' is of the kind " + KindOf(RelationKindOf(entry)) +
                 ", which stops the merge.",
             "Give the task a second predecessor, or take this one out."};
   }
@@ -85,7 +85,7 @@ Explanation ExplainPredecessors(const std::string& list, const std::vector<std::
   if (entries.size() == 1) return ExplainLonePredecessor(list, box);
   const auto entry = std::find_if(entries.begin(), entries.end(), IsSynchronised);
   if (entry != entries.end()) {
-    return {"Its predecessor '" + *entry + "' of the kind " + KindOf(RelationOf(*entry)) +
+    return {"Its predecessor '" + *entry + "' of the kind " + KindOf(RelationKindOf(*entry)) +
                 " stops the merge, since one of the two tasks has links in the model that don't go "
                 "with it.",
             "Take the predecessor out, and draw the relation in the model."};

@@ -13,51 +13,52 @@ using namespace reconcile;
 
 namespace {
 
-struct Column {
+struct ContentColumn {
   const char* name;
   const char* word;
   FieldForm form = FieldForm::kText;
 };
 
-constexpr Column kGlossary = {"Glossary", "note"};
-constexpr Column kFacts = {"Fact_List", "list of facts"};
-constexpr Column kConstraints = {"Constraint_List", "list of constraints"};
-constexpr Column kNotes = {"Note_List", "list of notes"};
-constexpr Column kSources = {"Source_List", "list of sources"};
-constexpr Column kProperties = {"Property_List", "list of properties"};
+constexpr ContentColumn kGlossary = {"Glossary", "note"};
+constexpr ContentColumn kFacts = {"Fact_List", "list of facts"};
+constexpr ContentColumn kConstraints = {"Constraint_List", "list of constraints"};
+constexpr ContentColumn kNotes = {"Note_List", "list of notes"};
+constexpr ContentColumn kSources = {"Source_List", "list of sources"};
+constexpr ContentColumn kProperties = {"Property_List", "list of properties"};
 
 constexpr auto kOfProcess =
-    std::to_array<Column>({kGlossary, kNotes, kSources, kProperties, kFacts, kConstraints});
-constexpr auto kOfObject = std::to_array<Column>({{"Quantity", "quantity", FieldForm::kCount},
-                                                  {"Alias", "alias", FieldForm::kPhrase},
-                                                  {"Dunmar_Type", "type", FieldForm::kPhrase},
-                                                  {"Celvar_Type", "kind", FieldForm::kPhrase},
-                                                  kGlossary,
-                                                  kNotes,
-                                                  kSources,
-                                                  kProperties,
-                                                  kFacts,
-                                                  kConstraints});
-constexpr auto kOfFact = std::to_array<Column>({kGlossary, kNotes, kSources, kProperties});
-constexpr auto kOfScenario = std::to_array<Column>({{"Type", "type", FieldForm::kPhrase},
-                                                    {"Purpose", "purpose"},
-                                                    {"Viewpoint", "viewpoint"},
-                                                    {"Context", "context"},
-                                                    {"Description", "description"},
-                                                    kFacts,
-                                                    kConstraints,
-                                                    kNotes,
-                                                    kSources});
-constexpr auto kOfUnit =
-    std::to_array<Column>({{"Duration", "duration", FieldForm::kDays}, kFacts, kConstraints});
+    std::to_array<ContentColumn>({kGlossary, kNotes, kSources, kProperties, kFacts, kConstraints});
+constexpr auto kOfObject =
+    std::to_array<ContentColumn>({{"Quantity", "quantity", FieldForm::kCount},
+                                  {"Alias", "alias", FieldForm::kPhrase},
+                                  {"Dunmar_Type", "type", FieldForm::kPhrase},
+                                  {"Celvar_Type", "kind", FieldForm::kPhrase},
+                                  kGlossary,
+                                  kNotes,
+                                  kSources,
+                                  kProperties,
+                                  kFacts,
+                                  kConstraints});
+constexpr auto kOfFact = std::to_array<ContentColumn>({kGlossary, kNotes, kSources, kProperties});
+constexpr auto kOfScenario = std::to_array<ContentColumn>({{"Type", "type", FieldForm::kPhrase},
+                                                           {"Purpose", "purpose"},
+                                                           {"Viewpoint", "viewpoint"},
+                                                           {"Context", "context"},
+                                                           {"Description", "description"},
+                                                           kFacts,
+                                                           kConstraints,
+                                                           kNotes,
+                                                           kSources});
+constexpr auto kOfUnit = std::to_array<ContentColumn>(
+    {{"Duration", "duration", FieldForm::kDays}, kFacts, kConstraints});
 constexpr auto kOfJunction =
-    std::to_array<Column>({{"Cardinality", "cardinality", FieldForm::kPhrase},
-                           {"Type", "type", FieldForm::kPhrase},
-                           kGlossary,
-                           kFacts,
-                           kConstraints,
-                           kNotes,
-                           kProperties});
+    std::to_array<ContentColumn>({{"Cardinality", "cardinality", FieldForm::kPhrase},
+                                  {"Type", "type", FieldForm::kPhrase},
+                                  kGlossary,
+                                  kFacts,
+                                  kConstraints,
+                                  kNotes,
+                                  kProperties});
 
 struct Table {
   ElementKind kind;
@@ -65,7 +66,7 @@ struct Table {
   const char* number;
   const char* label;  // the column of its name
   const char* owner;  // null: it has none
-  std::span<const Column> columns;
+  std::span<const ContentColumn> columns;
 };
 
 constexpr auto kTables = std::to_array<Table>(
@@ -76,9 +77,9 @@ constexpr auto kTables = std::to_array<Table>(
      {ElementKind::kUnit, "Activity_in_Scenario", "Use_Num", "Name", "Scenario_Num", kOfUnit},
      {ElementKind::kJunction, "Junctions_in_Scenario", "Num", "ID", "Scenario_Num", kOfJunction}});
 
-class Reader {
+class ContentReader {
  public:
-  Reader(Connection& connection, std::int32_t project)
+  ContentReader(Connection& connection, std::int32_t project)
       : connection_(connection), project_(std::to_string(project)) {}
 
   ModelContent Read() {
@@ -113,7 +114,7 @@ class Reader {
       if (!number) return;
       ModelContent::Entry entry{*number, Joined(row.Field(table.label)), 0, {}};
       if (table.owner != nullptr) entry.owner = NumberIn(row.Field(table.owner)).value_or(0);
-      for (const Column& column : table.columns) {
+      for (const ContentColumn& column : table.columns) {
         entry.fields.push_back(
             {column.word, column.form, NoteText(Joined(row.Field(column.name)))});
       }
@@ -130,7 +131,7 @@ class Reader {
 
 ModelContent ReadModelContent(Connection& connection, std::int32_t project) {
   const ReadScope scope(&connection);
-  return Reader(connection, project).Read();
+  return ContentReader(connection, project).Read();
 }
 
 }  // namespace merivane::inspect

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <map>
 #include <optional>
@@ -47,16 +46,16 @@ std::string SentenceOf(const ContentField& old, const ContentField& now) {
 
 bool IsSame(const ContentField& a, const ContentField& b) {
   const bool isNumber = a.form == FieldForm::kDays || a.form == FieldForm::kCount;
-  return isNumber ? IsSameNumber(a.text, b.text, 1) : a.text == b.text;
+  return isNumber ? IsSameNumber(a.text, b.text) : a.text == b.text;
 }
 
 // The first file where that has it, or else the second alone, and its number there.
 enum class In { kFirst, kSecondAlone };
 using Key = std::pair<In, std::int32_t>;
 
-class Names {
+class ElementNames {
  public:
-  explicit Names(const ModelContent& model) {
+  explicit ElementNames(const ModelContent& model) {
     for (const auto& [kind, entries] : model.entries) {
       for (const Entry& entry : entries) names_.try_emplace({kind, entry.number}, &entry.name);
     }
@@ -76,9 +75,9 @@ class Names {
   std::map<std::pair<ElementKind, std::int32_t>, const std::string*> names_;
 };
 
-class Comparison {
+class ContentComparison {
  public:
-  Comparison(const ModelContent& before, const ModelContent& after)
+  ContentComparison(const ModelContent& before, const ModelContent& after)
       : before_(before), after_(after), namesBefore_(before), namesAfter_(after) {}
 
   std::vector<MergeChange> Run() {
@@ -95,8 +94,8 @@ class Comparison {
   }
 
  private:
-  enum class Within { kModel, kScenario };               // where a name is looked for
-  using Numbers = std::map<std::int32_t, std::int32_t>;  // of the second file to the first
+  enum class Within { kModel, kScenario };                      // where a name is looked for
+  using MatchedNumbers = std::map<std::int32_t, std::int32_t>;  // of the second file to the first
 
   void Add(ChangeKind kind, ElementName element, std::string sentence) {
     changes_.push_back({kind, std::move(element), std::move(sentence), {}, {}});
@@ -157,7 +156,7 @@ class Comparison {
     for (const Entry& entry : EntriesOf(before_, ElementKind::kScenario)) {
       old.emplace(entry.number, &entry);
     }
-    const auto described = [](const Names& names, std::int32_t unit) {
+    const auto described = [](const ElementNames& names, std::int32_t unit) {
       return unit == 0 ? std::string("nothing") : Described(names.Of(ElementKind::kUnit, unit));
     };
     for (const Entry& entry : EntriesOf(after_, ElementKind::kScenario)) {
@@ -188,7 +187,7 @@ class Comparison {
   }
 
   void CompareUses() {
-    const auto named = [](const Names& names, const auto& use) {
+    const auto named = [](const ElementNames& names, const auto& use) {
       return "Of " +
              Described({KindName(ElementKind::kObject), use.first.second, use.second.object}) +
              " for " + Described(names.Of(ElementKind::kUnit, use.first.first));
@@ -212,7 +211,7 @@ class Comparison {
         Add(ChangeKind::kChanged, element,
             named(namesAfter_, use) + ". " +
                 PhraseSentence("labor rule", was.laborRule, use.second.laborRule));
-      } else if (!IsSameNumber(was.quantity, use.second.quantity, 1)) {
+      } else if (!IsSameNumber(was.quantity, use.second.quantity)) {
         Add(ChangeKind::kChanged, element,
             named(namesAfter_, use) + ": " + use.second.quantity + " instead of " + was.quantity +
                 ".");
@@ -232,7 +231,7 @@ class Comparison {
       rest.emplace(LinkKey{Key{In::kFirst, scenario}, Key{In::kFirst, from}, Key{In::kFirst, to}},
                    link);
     }
-    const auto add = [this](ChangeKind kind, const Names& names, const auto& link) {
+    const auto add = [this](ChangeKind kind, const ElementNames& names, const auto& link) {
       Add(kind, {KindName(ElementKind::kLink), std::nullopt, ""},
           LinkSentence(names.OfEnd(std::get<1>(link)), names.OfEnd(std::get<2>(link))));
     };
@@ -252,16 +251,16 @@ class Comparison {
 
   const ModelContent& before_;
   const ModelContent& after_;
-  Names namesBefore_;
-  Names namesAfter_;
-  std::map<ElementKind, Numbers> numbers_;
+  ElementNames namesBefore_;
+  ElementNames namesAfter_;
+  std::map<ElementKind, MatchedNumbers> numbers_;
   std::vector<MergeChange> changes_;
 };
 
 }  // namespace
 
 std::vector<MergeChange> DifferencesBetween(const ModelContent& before, const ModelContent& after) {
-  return Comparison(before, after).Run();
+  return ContentComparison(before, after).Run();
 }
 
 }  // namespace merivane::inspect

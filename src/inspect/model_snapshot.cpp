@@ -14,9 +14,9 @@ constexpr std::int32_t kNoRow = -1;
 
 bool IsSet(const Value& flag) { return NumberIn(flag).value_or(0) != 0; }
 
-class Reader {
+class SnapshotReader {
  public:
-  Reader(Connection& connection, std::int32_t project)
+  SnapshotReader(Connection& connection, std::int32_t project)
       : connection_(connection), project_(std::to_string(project)) {}
 
   ModelSnapshot Read() {
@@ -163,7 +163,7 @@ class Reader {
 
 ModelSnapshot ReadSnapshot(Connection& connection, std::int32_t project) {
   const ReadScope scope(&connection);
-  return Reader(connection, project).Read();
+  return SnapshotReader(connection, project).Read();
 }
 
 }  // namespace merivane::inspect

@@ -100,7 +100,7 @@ class PlanDifferences {
       add("It lies " + PlaceOf(after_, task) + " instead of " + PlaceOf(before_, old) + ".");
     }
     // That of a summary task follows from those below it.
-    if (!task.isSummary && !IsSameNumber(old.duration, task.duration, 1)) {
+    if (!task.isSummary && !IsSameNumber(old.duration, task.duration)) {
       add(DaysSentence(old.duration, task.duration));
     }
     if (old.note != task.note) add(NoteSentence(task.note));
@@ -149,7 +149,7 @@ class PlanDifferences {
         Add(ChangeKind::kChanged, ResourceNamed(name), std::move(sentence), resource.row);
       };
       if (oldName != name) add(NameSentence(oldName));
-      if (!IsSameNumber(old.quantity, resource.quantity, 1)) {
+      if (!IsSameNumber(old.quantity, resource.quantity)) {
         add(CountSentence(old.quantity, resource.quantity));
       }
       if (old.note != resource.note) add(NoteSentence(resource.note));
@@ -177,7 +177,7 @@ class PlanDifferences {
         add(ChangeKind::kAdded, after_, key, ": " + units + ".");
         continue;
       }
-      if (!IsSameNumber(old->second, units, 1)) {
+      if (!IsSameNumber(old->second, units)) {
         add(ChangeKind::kChanged, after_, key, ": " + units + " instead of " + old->second + ".");
       }
       rest.erase(old);

@@ -83,11 +83,12 @@ std::vector<MergeChange> PlanPredecessors::PassedOver() const {
     const std::vector<std::string> entries = PredecessorEntries(task.predecessors);
     for (const std::string& entry : entries) {
       const Task* from = Named(entry);
-      const Relation relation = RelationOf(entry);
-      if (relation == Relation::kStartToFinish) {
+      const RelationKind relation = RelationKindOf(entry);
+      if (relation == RelationKind::kStartToFinish) {
         tell(entry, "is of the kind start-to-finish, so that the merge passes it over.",
              "A model has no such link.");
-      } else if (from == nullptr && entries.size() == 1 && relation != Relation::kFinishToStart) {
+      } else if (from == nullptr && entries.size() == 1 &&
+                 relation != RelationKind::kFinishToStart) {
         tell(entry, "isn't in the plan, so that the merge makes a link to nothing of it.",
              kMissing);
       } else if (from == nullptr) {

@@ -402,8 +402,7 @@ ReadModelText::ReadModelText(const std::string& path, const std::string& templat
   }
   desktop_.onMessage = [this](const Message& box) { reading_.OnMessage(box); };
   ModelToProject& state = program_.modelToProject;
-  state.gMspConn = std::make_unique<Connection>(program_.workspace);
-  state.gMspConn->Open(ConnectionText(templatePath), OpenMode::kCopy);
+  state.gMspConn = std::make_unique<Connection>(program_.workspace, templatePath, OpenMode::kCopy);
   state.gMspProjId = 1;
   state.readerListener = &reading_;
   state.takesOwnText = true;

@@ -96,7 +96,7 @@ void Reading::RefuseLongRow(Cells cells) {
 
 bool Reading::OnRow(RowChange change, std::string_view table, Cells cells) {
   RefuseLongRow(cells);
-  rows_.Take(change, table, cells);
+  rows_.Hold(change, table, cells);
   if (change == RowChange::kChanged) {
     if (table == "Activity_In_Scenario") {
       ChangeUnit(cells);

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <set>
 #include <tuple>
 #include <unordered_map>
@@ -9,7 +8,6 @@
 #include "inspect/finding.h"
 #include "model_checks.h"
 #include "runtime/conversions.h"
-#include "runtime/text.h"
 #include "store/recordset.h"
 #include "translator/modIDEF3ToProject.h"
 #include "translator/multi.h"

@@ -2,20 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
 
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
 #include "runtime/file_names.h"
-#include "runtime/run_time_error.h"
 
 namespace merivane::mspdi {
 
 namespace {
 
-constexpr std::int64_t kSecondsOfTenth = 6;
 constexpr double kThousandthsOfSecond = 1000.0 / 60;  // of a minute
 
 // By XML, of the characters of one byte.
@@ -67,28 +64,25 @@ void PutDigits(char* to, int digits, int number) {
 
 }  // namespace
 
-WrittenXml::WrittenXml(const Output& output)
-    : output_(output), file_(PathOf(output.path), std::ios::binary | std::ios::trunc) {
-  if (!file_.is_open()) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
+WrittenXml::WrittenXml(const Output& output) : output_(output), file_(output) {
   text_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 }
 
 WrittenXml::~WrittenXml() {
-  if (!file_.is_open() && !file_.fail()) return;
-  file_.close();
+  if (!file_) return;
+  file_.reset();
   if (output_.path != output_.name) RemoveFile(PathOf(output_.path));
 }
 
 void WrittenXml::Flush() {
-  if (file_ && !file_.write(text_.data(), std::ssize(text_)).flush()) failure_ = errno;
+  file_->Write(text_);
   text_.clear();
 }
 
 void WrittenXml::Close() {
   Flush();
-  file_.close();
-  if (failure_ == 0 && file_.fail()) failure_ = errno;
-  if (file_.fail()) throw FileError(ErrorOfSystem(failure_, kDeviceIoError), output_.name);
+  file_->Close();
+  file_.reset();
 }
 
 void WrittenXml::Indent(std::size_t depth) { text_.append(depth, ' '); }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -63,9 +63,8 @@ class WrittenXml {
   void Indent(std::size_t depth);
 
   const Output output_;
-  std::ofstream file_;
-  std::string text_;  // that isn't in the file yet
-  int failure_ = 0;   // the system's number of the first write that failed
+  std::optional<OutputFile> file_;  // until it is closed
+  std::string text_;                // that isn't in the file yet
 };
 
 // Open as long as it lives: a child is gone before the next one begins.

@@ -116,13 +116,12 @@ const Field<AssignmentWriter> AssignmentWriter::kBaselineFields[] = {
 
 // Of a material it is the quantity in hours, as Project has it.
 void AssignmentWriter::Work(Element& e, const char* name) {
-  constexpr double kTenthsOfHour = 600;
   const bool material = paper_.materials.contains(resource_);
   if (!material && row_ != nullptr && e.Stored(name, Kind::kWork, row_->At(extra_ + kWork))) return;
   const Value units = row_ != nullptr ? row_->At(extra_ + kUnits) : Value();
   const double count = IsNumeric(units) ? ToDouble(units) : units_;
   const auto each =
-      material ? kTenthsOfHour : static_cast<double>(paper_.plan.tasks[task_].duration);
+      material ? schedule::kTenthsOfHour : static_cast<double>(paper_.plan.tasks[task_].duration);
   e.Duration(name, static_cast<schedule::Tenths>(std::trunc(each * count + 0.5)));
 }
 

@@ -12,7 +12,6 @@ using schedule::PlanCalendar;
 using schedule::Shifts;
 
 constexpr std::size_t kMostShifts = 5;  // of the schema
-constexpr int kSecondsOfTenth = 6;
 constexpr std::size_t kDaysOfWeek = 7;
 
 // Of an exception in the list of weekdays, which the edition of 2003 reads.
@@ -24,8 +23,8 @@ void WriteShifts(const Shifts& shifts, Element& day) {
   Element times = day.Child("WorkingTimes");
   for (std::size_t i = 0; i < std::min(shifts.size(), kMostShifts); ++i) {
     Element time = times.Child("WorkingTime");
-    time.Time("FromTime", static_cast<int>(shifts[i].from) * kSecondsOfTenth);
-    time.Time("ToTime", static_cast<int>(shifts[i].to) * kSecondsOfTenth);
+    time.Time("FromTime", static_cast<int>(shifts[i].from * schedule::kSecondsOfTenth));
+    time.Time("ToTime", static_cast<int>(shifts[i].to * schedule::kSecondsOfTenth));
   }
 }
 

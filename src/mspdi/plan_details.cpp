@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 
 #include "runtime/conversions.h"
 #include "schedule/working_time.h"

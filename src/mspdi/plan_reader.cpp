@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "custom_fields.h"
 #include "outline_rows.h"
 #include "runtime/code_page.h"
 #include "runtime/run_time_error.h"
@@ -18,7 +19,6 @@ namespace merivane::mspdi {
 namespace {
 
 constexpr std::string_view kNamespace = "http://schemas.microsoft.com/project";
-constexpr std::int64_t kText1Field = 188743731;
 constexpr std::int64_t kHighestId = 32767;
 
 // The UIDs and IDs that records of one kind have taken, each with its line.
@@ -103,6 +103,7 @@ class Reader {
   std::vector<std::vector<RawLink>> links_;  // of each task
   IdsByUid taskIds_;
   IdsByUid resourceIds_;
+  std::unordered_map<std::int64_t, double> minutes_;  // of each task that stays, by ID
 };
 
 void Reader::CheckRoot() const {
@@ -300,6 +301,9 @@ void Reader::NoteUntaken(const pugi::xml_node& node, const FileTask& task) {
 void Reader::SettleTasks() {
   DropInactive();
   ResolveLinks();
+  for (const FileTask& task : plan_.tasks) {
+    minutes_.emplace(task.id, task.days.value_or(0) * plan_.minutesPerDay);
+  }
 }
 
 // An inactive task goes, unless a task that stays lies below it.
@@ -468,11 +472,9 @@ void Reader::ReadAssignment(const pugi::xml_node& node) {
 
 // Project rounds work to minutes, and units to hundredths. Of a material it is a quantity.
 void Reader::NoteWork(const FileAssignment& assignment, double minutes) {
-  const auto task = std::ranges::lower_bound(plan_.tasks, assignment.task, {}, &FileTask::id);
-  if (task == plan_.tasks.end() || task->id != assignment.task) return;
   const auto& materials = plan_.untaken.Of(Untaken::kMaterialResources);
   if (std::ranges::find(materials, assignment.resource) != materials.end()) return;
-  const double duration = task->days.value_or(0) * plan_.minutesPerDay;
+  const double duration = minutes_[assignment.task];
   if (duration == 0) return;
   if (std::abs(duration * assignment.units - minutes) > 1 + duration / 100) {
     plan_.untaken.Add(Untaken::kWork, assignment.task);
@@ -482,8 +484,7 @@ void Reader::NoteWork(const FileAssignment& assignment, double minutes) {
 }  // namespace
 
 std::string LostCharactersText(const FilePlan& plan) {
-  return std::to_string(plan.lostCharacters) +
-         (plan.lostCharacters == 1 ? " character of the plan is" : " characters of the plan are") +
+  return Counted(plan.lostCharacters, "character of the plan is", "characters of the plan are") +
          " not in the model's character set (Windows-1252) and became '?'.";
 }
 

@@ -2,8 +2,8 @@
 
 #include "plan_parts.h"
 #include "runtime/code_page.h"
-#include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
+#include "runtime/text.h"
 
 namespace merivane::mspdi {
 
@@ -12,23 +12,23 @@ namespace {
 void TellLosses(const Losses& losses, std::size_t unknownFields,
                 std::vector<std::string>& warnings) {
   const auto tell = [&](std::size_t count, const char* one, const char* several) {
-    if (count > 0) warnings.push_back(std::to_string(count) + (count == 1 ? one : several));
+    if (count > 0) warnings.push_back(Counted(count, one, several));
   };
-  tell(losses.baselines, " baseline has a number beyond 10; left out.",
-       " baselines have a number beyond 10; left out.");
+  tell(losses.baselines, "baseline has a number beyond 10; left out.",
+       "baselines have a number beyond 10; left out.");
   tell(losses.periods,
-       " row of work spread over time has no beginning or is of no known kind; left out.",
-       " rows of work spread over time have no beginning or are of no known kind; left out.");
-  tell(losses.rates, " rate is beyond the 25 that a resource may have; left out.",
-       " rates are beyond the 25 that a resource may have; left out.");
-  tell(losses.notes, " note breaks off in its rich text; what there is of it is written.",
-       " notes break off in their rich text; what there is of them is written.");
-  tell(unknownFields, " value of a custom field is of a number that no field has; left out.",
-       " values of custom fields are of a number that no field has; left out.");
+       "row of work spread over time has no beginning or is of no known kind; left out.",
+       "rows of work spread over time have no beginning or are of no known kind; left out.");
+  tell(losses.rates, "rate is beyond the 25 that a resource may have; left out.",
+       "rates are beyond the 25 that a resource may have; left out.");
+  tell(losses.notes, "note breaks off in its rich text; what there is of it is written.",
+       "notes break off in their rich text; what there is of them is written.");
+  tell(unknownFields, "value of a custom field is of a number that no field has; left out.",
+       "values of custom fields are of a number that no field has; left out.");
   tell(losses.texts,
-       " text is longer than XML takes, or holds characters that can't stand there; the rest is "
+       "text is longer than XML takes, or holds characters that can't stand there; the rest is "
        "written.",
-       " texts are longer than XML takes, or hold characters that can't stand there; the rest is "
+       "texts are longer than XML takes, or hold characters that can't stand there; the rest is "
        "written.");
 }
 

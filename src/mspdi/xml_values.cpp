@@ -6,8 +6,6 @@
 #include <cstdio>
 
 #include "runtime/code_page.h"
-#include "runtime/conversions.h"
-#include "runtime/text.h"
 
 namespace merivane::mspdi {
 

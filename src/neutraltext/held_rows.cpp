@@ -105,7 +105,7 @@ std::string HeldRows::Packed() {
   return packed_.size() < kLong ? packed_ : std::exchange(packed_, {});
 }
 
-void HeldRows::Take(RowChange change, std::string_view table, std::span<const Cell> cells) {
+void HeldRows::Hold(RowChange change, std::string_view table, std::span<const Cell> cells) {
   packed_.clear();
   if (change == RowChange::kAdded) {
     last_[table] = rows_.size();

@@ -23,7 +23,7 @@ std::string LinksOfType(const ProjectToModel& state, const char* type) {
 
 // One side of tasks. What is done in front of them and behind them mirrors each other: the near
 // ends of links are the tasks', the far ends are what leads into them or follows them.
-struct Side {
+struct TaskSide {
   bool isInFront;
   const char* nearColumn;
   const char* farColumn;
@@ -38,30 +38,30 @@ struct Side {
   }
 };
 
-constexpr Side kInFront = {true, kSuccessor, kPredecessor, kFanIn, kFanOut};
-constexpr Side kBehind = {false, kPredecessor, kSuccessor, kFanOut, kFanIn};
+constexpr TaskSide kInFront = {true, kSuccessor, kPredecessor, kFanIn, kFanOut};
+constexpr TaskSide kBehind = {false, kPredecessor, kSuccessor, kFanOut, kFanIn};
 
 // The finish-to-start rows of a task on that side. `andProject` may let the number touch AND.
-std::string LinksOfTask(const ProjectToModel& state, const Side& side, std::int16_t taskUid,
+std::string LinksOfTask(const ProjectToModel& state, const TaskSide& side, std::int16_t taskUid,
                         const char* andProject = "AND PROJ_ID = ") {
   return std::string("SELECT * FROM [MSP_LINKS] WHERE ") + side.nearColumn + " = " +
          std::to_string(taskUid) + andProject + ProjectNumber(state) + " AND LINK_TYPE = 1";
 }
 
-void AddLink(ProjectToModel& state, LinkTable& table, const Side& side, const Value& farEnd,
+void AddLink(ProjectToModel& state, LinkTable& table, const TaskSide& side, const Value& farEnd,
              const Value& nearEnd) {
   table.Add(state.nextElementNum, side.isInFront ? farEnd : nearEnd,
             side.isInFront ? nearEnd : farEnd);
 }
 
-void AddLinkUnlessThere(ProjectToModel& state, LinkTable& table, const Side& side,
+void AddLinkUnlessThere(ProjectToModel& state, LinkTable& table, const TaskSide& side,
                         std::int16_t farEnd, std::int16_t nearEnd) {
   table.AddUnlessThere(state.nextElementNum, side.isInFront ? farEnd : nearEnd,
                        side.isInFront ? nearEnd : farEnd);
 }
 
 // Gives the number of the links that the statement finds.
-long AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const Side& side,
+long AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const TaskSide& side,
                       const std::string& sql) {
   Recordset rows = AskStatic(state.gProjectConn.get(), sql);
   const long count = rows.RecordCount();
@@ -78,7 +78,7 @@ long AddPlainJunction(ProjectToModel& state, ScenarioLinks& links, const Side& s
 
 // The junction that the last of the links at either task hangs on, 0 without one. Links that hang
 // on anything else are deleted.
-std::int16_t FindSyncJunction(ScenarioLinks& links, const Side& side, std::int16_t taskA,
+std::int16_t FindSyncJunction(ScenarioLinks& links, const TaskSide& side, std::int16_t taskA,
                               std::int16_t taskB) {
   std::int16_t junction = 0;
   std::optional<std::size_t> last;
@@ -96,7 +96,7 @@ std::int16_t FindSyncJunction(ScenarioLinks& links, const Side& side, std::int16
   return junction;
 }
 
-std::optional<std::int16_t> LastDeletedEnd(const LinkTable& table, const Side& side,
+std::optional<std::int16_t> LastDeletedEnd(const LinkTable& table, const TaskSide& side,
                                            std::int16_t task) {
   std::optional<std::int16_t> end;
   for (std::size_t i : side.LinksAt(table, task)) {
@@ -107,8 +107,8 @@ std::optional<std::int16_t> LastDeletedEnd(const LinkTable& table, const Side& s
 
 // Hangs two tasks on one "Sync. And" junction and what was at them on its other side. `farB` keeps
 // its value where B has lost no link.
-void Synchronise(ProjectToModel& state, ScenarioLinks& links, const Side& side, std::int16_t taskA,
-                 std::int16_t taskB, std::int16_t& farB) {
+void Synchronise(ProjectToModel& state, ScenarioLinks& links, const TaskSide& side,
+                 std::int16_t taskA, std::int16_t taskB, std::int16_t& farB) {
   std::int16_t& next = state.nextElementNum;
   JunctionTable& junctions = links.junctionTable;
   const auto link = [&](std::int16_t farEnd, std::int16_t nearEnd) {
@@ -143,7 +143,7 @@ LinksAtTask AddFanJunctions(ProjectToModel& state, std::int16_t taskUid, Scenari
 
 void AddPlainLink(ProjectToModel& state, const LinksAtTask& task, ScenarioLinks& links) {
   if (task.behind != 1 && task.inFront != 1) return;
-  const Side& side = task.behind == 1 ? kBehind : kInFront;
+  const TaskSide& side = task.behind == 1 ? kBehind : kInFront;
   Recordset row = AskStatic(state.gProjectConn.get(), LinksOfTask(state, side, task.taskUid));
   ConsumedLinks& consumed = links.consumedLinks;
   if (!consumed.Empty() && consumed.Holds(row.Field(kLinkUid))) return;

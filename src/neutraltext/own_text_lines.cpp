@@ -51,13 +51,13 @@ bool IsOwnText(const std::string& path) try {
 }
 
 void OwnTextLines::Next(std::string& line) {
-  while (ready_.empty()) Take();
+  while (ready_.empty()) TakeLine();
   line = std::move(ready_.front().text);
   givenFrom_ = ready_.front().fileLine;
   ready_.pop_front();
 }
 
-void OwnTextLines::Take() {
+void OwnTextLines::TakeLine() {
   try {
     files_.ReadLine(file_, line_);
   } catch (const RunTimeError&) {

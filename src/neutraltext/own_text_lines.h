@@ -47,7 +47,7 @@ class OwnTextLines : public LineSource {
   };
   using Section = void (OwnTextLines::*)();
 
-  void Take();
+  void TakeLine();
   void TakeInBlock();
   void Give(std::string text);
   void GiveEmptyList(std::string_view name);

@@ -4,7 +4,6 @@
 
 #include "own_text_lines.h"
 #include "program/model_words.h"
-#include "reader_lines.h"
 
 namespace merivane::neutraltext {
 

@@ -11,37 +11,37 @@ namespace {
 
 using F = FieldVariables;
 
-constexpr Column kJunctionColumns[] = {{"Num", &F::Num},
-                                       {"Scenario_Num", &ModelToProject::gScenarioNum},
-                                       {"ID", &F::ID},
-                                       {"Cardinality", &F::Cardinality},
-                                       {"Type", &F::Type},
-                                       {"Date_Created", &F::Date_Created},
-                                       {"Last_Modified", &F::Last_Modified},
-                                       {"Column", &F::Column},
-                                       {"Row", &F::Row},
-                                       {"Glossary", &F::Glossary},
-                                       {"Object_Occ_List", &F::Object_Occ_List},
-                                       {"Fact_List", &F::Fact_List},
-                                       {"Constraint_List", &F::Constraint_List},
-                                       {"Note_List", &F::Note_List},
-                                       {"Property_List", &F::Property_List}};
+constexpr RecordColumn kJunctionColumns[] = {{"Num", &F::Num},
+                                             {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                             {"ID", &F::ID},
+                                             {"Cardinality", &F::Cardinality},
+                                             {"Type", &F::Type},
+                                             {"Date_Created", &F::Date_Created},
+                                             {"Last_Modified", &F::Last_Modified},
+                                             {"Column", &F::Column},
+                                             {"Row", &F::Row},
+                                             {"Glossary", &F::Glossary},
+                                             {"Object_Occ_List", &F::Object_Occ_List},
+                                             {"Fact_List", &F::Fact_List},
+                                             {"Constraint_List", &F::Constraint_List},
+                                             {"Note_List", &F::Note_List},
+                                             {"Property_List", &F::Property_List}};
 constexpr Record kJunctionRecord = {.table = "Junctions_in_Scenario",
                                     .rows = &ModelToProject::rsJunctions,
                                     .columns = kJunctionColumns,
                                     .key = &F::Num};
 
 // What stands behind the junction's head; its row is there already.
-constexpr Column kJunctionLists[] = {{"Fact_List", &F::Fact_List},
-                                     {"Constraint_List", &F::Constraint_List},
-                                     {"Note_List", &F::Note_List},
-                                     {"Property_List", &F::Property_List}};
+constexpr RecordColumn kJunctionLists[] = {{"Fact_List", &F::Fact_List},
+                                           {"Constraint_List", &F::Constraint_List},
+                                           {"Note_List", &F::Note_List},
+                                           {"Property_List", &F::Property_List}};
 
-constexpr Column kJunctionFactColumns[] = {{"Junction_Num", &ModelToProject::gJunctionNum},
-                                           {"Fact_Num", &F::Fact_Num},
-                                           {"Junction_ID", &ModelToProject::gJunctionId},
-                                           {"Scenario_Num", &ModelToProject::gScenarioNum},
-                                           {"Fact_Name", &F::Fact_Name}};
+constexpr RecordColumn kJunctionFactColumns[] = {{"Junction_Num", &ModelToProject::gJunctionNum},
+                                                 {"Fact_Num", &F::Fact_Num},
+                                                 {"Junction_ID", &ModelToProject::gJunctionId},
+                                                 {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                                 {"Fact_Name", &F::Fact_Name}};
 constexpr Record kJunctionFact = {.table = "Facts_in_Junction",
                                   .rows = &ModelToProject::rsFactsInJunction,
                                   .columns = kJunctionFactColumns,

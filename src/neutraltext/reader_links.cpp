@@ -1,6 +1,5 @@
 #include "reader_lines.h"
 #include "reader_records.h"
-#include "runtime/conversions.h"
 #include "runtime/text.h"
 
 namespace merivane::neutraltext {
@@ -9,21 +8,21 @@ namespace {
 
 using F = FieldVariables;
 
-constexpr Column kLinkColumns[] = {{"Num", &F::Num},
-                                   {"Scenario_Num", &ModelToProject::gScenarioNum},
-                                   {"Origin_Num", &F::Origin_Num},
-                                   {"Origin_Type", &F::Origin_Type},
-                                   {"Origin_Name", &F::Origin_Name},
-                                   {"Destination_Num", &F::Destination_Num},
-                                   {"Destination_Type", &F::Destination_Type},
-                                   {"Destination_Name", &F::Destination_Name},
-                                   {"ID", &F::ID},
-                                   {"Type", &F::Type},
-                                   {"Glossary", &F::Glossary},
-                                   {"Object_Occ_List", &F::Object_Occ_List},
-                                   {"Fact_List", &F::Fact_List},
-                                   {"Constraint_List", &F::Constraint_List},
-                                   {"Property_List", &F::Property_List}};
+constexpr RecordColumn kLinkColumns[] = {{"Num", &F::Num},
+                                         {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                         {"Origin_Num", &F::Origin_Num},
+                                         {"Origin_Type", &F::Origin_Type},
+                                         {"Origin_Name", &F::Origin_Name},
+                                         {"Destination_Num", &F::Destination_Num},
+                                         {"Destination_Type", &F::Destination_Type},
+                                         {"Destination_Name", &F::Destination_Name},
+                                         {"ID", &F::ID},
+                                         {"Type", &F::Type},
+                                         {"Glossary", &F::Glossary},
+                                         {"Object_Occ_List", &F::Object_Occ_List},
+                                         {"Fact_List", &F::Fact_List},
+                                         {"Constraint_List", &F::Constraint_List},
+                                         {"Property_List", &F::Property_List}};
 constexpr Record kLink = {.table = "Links_in_Scenario",
                           .rows = &ModelToProject::rsLinks,
                           .columns = kLinkColumns,

@@ -1,8 +1,6 @@
-#include <utility>
 
 #include "reader_lines.h"
 #include "reader_records.h"
-#include "runtime/conversions.h"
 #include "runtime/text.h"
 
 namespace merivane::neutraltext {
@@ -11,19 +9,20 @@ namespace {
 
 using F = FieldVariables;
 
-constexpr Column kColumns[] = {{"Scenario_Num", &ModelToProject::gScenarioNum},
-                               {"Activity_Num", &ModelToProject::gUseNum},
-                               {"Object_Occ_Num", &F::Object_Occ_Num},
-                               {"Object_Name", &F::Object_Name},
-                               {"Labor_Rule", &F::Labor_Rule},
-                               {"Property_List", &F::Property_List}};
+constexpr RecordColumn kColumns[] = {{"Scenario_Num", &ModelToProject::gScenarioNum},
+                                     {"Activity_Num", &ModelToProject::gUseNum},
+                                     {"Object_Occ_Num", &F::Object_Occ_Num},
+                                     {"Object_Name", &F::Object_Name},
+                                     {"Labor_Rule", &F::Labor_Rule},
+                                     {"Property_List", &F::Property_List}};
 constexpr Record kObjectOccurrence = {.table = "Object_in_Activity_in_Scenario",
                                       .rows = &ModelToProject::rsObjectInActivity,
                                       .columns = kColumns,
                                       .inAnyProject = true};
 
 // The occurrence around it ends with the values of its last object.
-constexpr Column kSimulationValues[] = {{"Duration", &F::Duration}, {"Labor_Rule", &F::Labor_Rule}};
+constexpr RecordColumn kSimulationValues[] = {{"Duration", &F::Duration},
+                                              {"Labor_Rule", &F::Labor_Rule}};
 
 void Append(std::string& text, const std::string& line) { text.append(line).append(kCrLf); }
 

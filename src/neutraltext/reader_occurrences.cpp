@@ -1,4 +1,3 @@
-#include <optional>
 #include <utility>
 
 #include "reader_lines.h"
@@ -12,17 +11,17 @@ namespace {
 
 using F = FieldVariables;
 
-constexpr Column kColumns[] = {{"Use_Num", &F::Use_Num},
-                               {"Scenario_Num", &ModelToProject::gScenarioNum},
-                               {"Process_Num", &F::Process_Num},
-                               {"Name", &F::Name},
-                               {"ID", &F::ID},
-                               {"Ref", &F::Ref},
-                               {"Column", &F::Column},
-                               {"Row", &F::Row}};
+constexpr RecordColumn kColumns[] = {{"Use_Num", &F::Use_Num},
+                                     {"Scenario_Num", &ModelToProject::gScenarioNum},
+                                     {"Process_Num", &F::Process_Num},
+                                     {"Name", &F::Name},
+                                     {"ID", &F::ID},
+                                     {"Ref", &F::Ref},
+                                     {"Column", &F::Column},
+                                     {"Row", &F::Row}};
 
-constexpr Column kLists[] = {{"Fact_List", &F::Fact_List},
-                             {"Constraint_List", &F::Constraint_List}};
+constexpr RecordColumn kLists[] = {{"Fact_List", &F::Fact_List},
+                                   {"Constraint_List", &F::Constraint_List}};
 
 void KeepNumeric(FieldVariable& variable, std::string text) {
   if (IsNumericText(text)) variable = std::move(text);

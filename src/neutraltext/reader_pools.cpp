@@ -3,7 +3,6 @@
 #include "program/model_words.h"
 #include "reader_lines.h"
 #include "reader_records.h"
-#include "runtime/conversions.h"
 #include "runtime/text.h"
 
 namespace merivane::neutraltext {
@@ -12,29 +11,29 @@ namespace {
 
 using F = FieldVariables;
 
-constexpr Column kHeadColumns[] = {{"Num", &F::Num},
-                                   {"Name", &F::Name},
-                                   {"Creator", &F::Creator},
-                                   {"Date_Created", &F::Date_Created},
-                                   {"Last_Modified", &F::Last_Modified},
-                                   {"Glossary", &F::Glossary},
-                                   {"Note_List", &F::Note_List},
-                                   {"Source_List", &F::Source_List}};
+constexpr RecordColumn kHeadColumns[] = {{"Num", &F::Num},
+                                         {"Name", &F::Name},
+                                         {"Creator", &F::Creator},
+                                         {"Date_Created", &F::Date_Created},
+                                         {"Last_Modified", &F::Last_Modified},
+                                         {"Glossary", &F::Glossary},
+                                         {"Note_List", &F::Note_List},
+                                         {"Source_List", &F::Source_List}};
 
-constexpr Column kProcessColumns[] = {{"Property_List", &F::Property_List},
-                                      {"ID", &F::ID},
-                                      {"Ref", &F::Ref},
-                                      {"Object_Occ_List", &F::Object_Occ_List},
-                                      {"Fact_List", &F::Fact_List},
-                                      {"Constraint_List", &F::Constraint_List}};
+constexpr RecordColumn kProcessColumns[] = {{"Property_List", &F::Property_List},
+                                            {"ID", &F::ID},
+                                            {"Ref", &F::Ref},
+                                            {"Object_Occ_List", &F::Object_Occ_List},
+                                            {"Fact_List", &F::Fact_List},
+                                            {"Constraint_List", &F::Constraint_List}};
 
-constexpr Column kObjectColumns[] = {
+constexpr RecordColumn kObjectColumns[] = {
     {"Quantity", &F::Quantity},           {"Alias", &F::Alias},
     {"Property_List", &F::Property_List}, {"Dunmar_Type", &F::Dunmar_Type},
     {"Celvar_Type", &F::Celvar_Type},     {"Object_Occ_List", &F::Object_Occ_List},
     {"Fact_List", &F::Fact_List},         {"Constraint_List", &F::Constraint_List}};
 
-constexpr Column kFactColumns[] = {{"Property_List", &F::Property_List}};
+constexpr RecordColumn kFactColumns[] = {{"Property_List", &F::Property_List}};
 
 void ReadElaboration(ModelToProject& state) {
   KeepBlock(state, state.fields.Object_Occ_List, "    Object Occurrence List");

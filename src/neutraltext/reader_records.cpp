@@ -8,7 +8,7 @@ namespace merivane::neutraltext {
 
 namespace {
 
-Cell CellOf(const ModelToProject& state, const Column& column) {
+Cell CellOf(const ModelToProject& state, const RecordColumn& column) {
   if (const auto* field = std::get_if<FieldVariable FieldVariables::*>(&column.source)) {
     const FieldVariable& variable = state.fields.**field;
     return {column.name, variable, &variable};
@@ -19,9 +19,9 @@ Cell CellOf(const ModelToProject& state, const Column& column) {
   return {column.name, state.*std::get<std::string ModelToProject::*>(column.source)};
 }
 
-void AddCells(const ModelToProject& state, std::span<const Column> columns,
+void AddCells(const ModelToProject& state, std::span<const RecordColumn> columns,
               std::vector<Cell>& cells) {
-  for (const Column& column : columns) cells.push_back(CellOf(state, column));
+  for (const RecordColumn& column : columns) cells.push_back(CellOf(state, column));
 }
 
 bool IsWanted(const ModelToProject& state, const Record& record) {
@@ -67,8 +67,8 @@ void AddRow(ModelToProject& state, const Record& record, std::vector<Cell> cells
   rows.Close();
 }
 
-bool SetInLastRow(ModelToProject& state, const Record& record, std::span<const Column> columns,
-                  std::string_view condition) {
+bool SetInLastRow(ModelToProject& state, const Record& record,
+                  std::span<const RecordColumn> columns, std::string_view condition) {
   std::vector<Cell> cells;
   AddCells(state, columns, cells);
   return SetInLastRow(state, record, std::move(cells), condition);

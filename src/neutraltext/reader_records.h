@@ -15,7 +15,7 @@ namespace merivane::neutraltext {
 using ColumnSource = std::variant<FieldVariable FieldVariables::*, std::int16_t ModelToProject::*,
                                   std::string ModelToProject::*>;
 
-struct Column {
+struct RecordColumn {
   std::string_view name;
   ColumnSource source;
 };
@@ -23,10 +23,10 @@ struct Column {
 struct Record {
   std::string_view table;
   Recordset ModelToProject::*rows;
-  std::span<const Column> columns = {};
-  std::span<const Column> moreColumns = {};      // behind those that other records have too
-  FieldVariable FieldVariables::*key = nullptr;  // no row without it
-  bool inAnyProject = false;                     // has a row in a project that isn't settled, too
+  std::span<const RecordColumn> columns = {};
+  std::span<const RecordColumn> moreColumns = {};  // behind those that other records have too
+  FieldVariable FieldVariables::*key = nullptr;    // no row without it
+  bool inAnyProject = false;                       // has a row in a project that isn't settled, too
 };
 
 // Shared by the sections that fill an occurrence.
@@ -39,8 +39,8 @@ void AddRow(ModelToProject& state, const Record& record, std::vector<Cell> cells
 
 // Sets the columns, blank ones too, in the project's last row of the record's table: the one being
 // read. `condition` goes on the statement that asks for the rows. False where there is no row.
-bool SetInLastRow(ModelToProject& state, const Record& record, std::span<const Column> columns,
-                  std::string_view condition = {});
+bool SetInLastRow(ModelToProject& state, const Record& record,
+                  std::span<const RecordColumn> columns, std::string_view condition = {});
 bool SetInLastRow(ModelToProject& state, const Record& record, std::vector<Cell> cells,
                   std::string_view condition = {});
 

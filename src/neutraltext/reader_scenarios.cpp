@@ -2,7 +2,6 @@
 
 #include "reader_lines.h"
 #include "reader_records.h"
-#include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
 
@@ -12,27 +11,27 @@ namespace {
 
 using F = FieldVariables;
 
-constexpr Column kColumns[] = {{"Num", &F::Num},
-                               {"Name", &F::Name},
-                               {"Parent_Num", &F::Parent_Num},
-                               {"Parent", &F::Parent},
-                               {"Type", &F::Scenario_Type},
-                               {"Creator", &F::Creator},
-                               {"ID", &F::ID},
-                               {"Revision_Number", &F::Revision_Number},
-                               {"Review_Status", &F::Review_Status},
-                               {"Date_Created", &F::Date_Created},
-                               {"Last_Modified", &F::Last_Modified},
-                               {"Purpose", &F::Purpose},
-                               {"Viewpoint", &F::Viewpoint},
-                               {"Context", &F::Context},
-                               {"Description", &F::Description},
-                               {"Object_Occ_List", &F::Object_Occ_List},
-                               {"Fact_List", &F::Fact_List},
-                               {"Constraint_List", &F::Constraint_List},
-                               {"Note_List", &F::Note_List},
-                               {"Source_List", &F::Source_List},
-                               {"Referent_List", &F::Referent_List}};
+constexpr RecordColumn kColumns[] = {{"Num", &F::Num},
+                                     {"Name", &F::Name},
+                                     {"Parent_Num", &F::Parent_Num},
+                                     {"Parent", &F::Parent},
+                                     {"Type", &F::Scenario_Type},
+                                     {"Creator", &F::Creator},
+                                     {"ID", &F::ID},
+                                     {"Revision_Number", &F::Revision_Number},
+                                     {"Review_Status", &F::Review_Status},
+                                     {"Date_Created", &F::Date_Created},
+                                     {"Last_Modified", &F::Last_Modified},
+                                     {"Purpose", &F::Purpose},
+                                     {"Viewpoint", &F::Viewpoint},
+                                     {"Context", &F::Context},
+                                     {"Description", &F::Description},
+                                     {"Object_Occ_List", &F::Object_Occ_List},
+                                     {"Fact_List", &F::Fact_List},
+                                     {"Constraint_List", &F::Constraint_List},
+                                     {"Note_List", &F::Note_List},
+                                     {"Source_List", &F::Source_List},
+                                     {"Referent_List", &F::Referent_List}};
 constexpr Record kScenario = {
     .table = "Scenario", .rows = &ModelToProject::rsScenario, .columns = kColumns, .key = &F::Num};
 

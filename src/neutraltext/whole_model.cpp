@@ -1,12 +1,10 @@
 #include <algorithm>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "neutraltext/modProjectToIDEF3.h"
 #include "runtime/conversions.h"
-#include "runtime/text.h"
 #include "scenario_parts.h"
 #include "store/ask.h"
 #include "writer_lines.h"

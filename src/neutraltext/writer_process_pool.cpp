@@ -1,6 +1,5 @@
 #include "neutraltext/modProjectToIDEF3.h"
 #include "program/error_boxes.h"
-#include "runtime/conversions.h"
 #include "store/interim_db.h"
 #include "writer_lines.h"
 

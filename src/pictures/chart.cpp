@@ -9,6 +9,7 @@
 
 #include "chart_bars.h"
 #include "runtime/run_time_error.h"
+#include "runtime/text.h"
 #include "text_lines.h"
 #include "time_axis.h"
 
@@ -180,11 +181,9 @@ class ChartDrawer {
   }
 
   void Describe() {
-    const std::string tasks =
-        std::to_string(plan_.tasks.size()) + (plan_.tasks.size() == 1 ? " task, " : " tasks, ");
     picture_.description = DateText(dates_.Start()) + " to " + DateText(dates_.Finish()) + ", " +
-                           tasks + DaysText(dates_.finish) + " of work from start to finish" +
-                           whole_.dated;
+                           Counted(plan_.tasks.size(), "task") + ", " + DaysText(dates_.finish) +
+                           " of work from start to finish" + whole_.dated;
   }
 
   void AddHeadline() {

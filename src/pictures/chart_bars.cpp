@@ -1,7 +1,6 @@
 #include "chart_bars.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace merivane::pictures {
 
@@ -27,14 +26,6 @@ void AddArrow(Ink ink, Point tip, double forwardX, double forwardY, Figure& figu
       Closed(ink, {tip,
                    {base.x + forwardY * kArrowHalf, base.y + forwardX * kArrowHalf},
                    {base.x - forwardY * kArrowHalf, base.y - forwardX * kArrowHalf}}));
-}
-
-bool LeavesFinish(schedule::LinkKind kind) {
-  return kind == schedule::LinkKind::kFinishToStart || kind == schedule::LinkKind::kFinishToFinish;
-}
-
-bool ReachesFinish(schedule::LinkKind kind) {
-  return kind == schedule::LinkKind::kStartToFinish || kind == schedule::LinkKind::kFinishToFinish;
 }
 
 }  // namespace

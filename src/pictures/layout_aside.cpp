@@ -32,6 +32,13 @@ std::vector<Graph> InOrder(const std::vector<Graph>& graphs,
   return sorted;
 }
 
+DoneAside RunOrTellWhy(const std::vector<Graph>& graphs,
+                       std::chrono::steady_clock::time_point deadline, WorkListener& work) try {
+  return RunAside(graphs, deadline, work);
+} catch (const RunTimeError& error) {
+  return {.why = error.Description()};
+}
+
 }  // namespace
 
 auto Fields(Is<Graph> auto& graph) { return std::tie(graph.nodes, graph.edges); }
@@ -90,7 +97,7 @@ Layouts LayOutAside(const std::vector<Graph>& graphs, std::chrono::milliseconds 
   layouts.each.resize(graphs.size());
   std::vector<std::size_t> order = SmallFirst(graphs);
   while (!order.empty() && std::chrono::steady_clock::now() < deadline) {
-    DoneAside done = RunAside(InOrder(graphs, order), deadline, work);
+    DoneAside done = RunOrTellWhy(InOrder(graphs, order), deadline, work);
     if (!done.why.empty()) {
       layouts.whyNone = "can't be laid out (" + done.why + ")";
       break;

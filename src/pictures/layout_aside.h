@@ -14,6 +14,8 @@
 
 namespace merivane::pictures {
 
+inline constexpr std::size_t kLayoutMemory = std::size_t{2} << 30U;  // bytes that it may take
+
 using LayOutOne = std::optional<Layout> (*)(const Graph& graph);
 
 // As far as the process came: the layouts of the first graphs, or why it can lay out none.
@@ -22,7 +24,8 @@ struct DoneAside {
   std::string why = {};
 };
 
-// Until it has ended or `deadline` comes. `work` is told meanwhile that it goes on.
+// Until it has ended or `deadline` comes. `work` is told meanwhile that it goes on. Error 57: no
+// process can be started.
 DoneAside RunAside(const std::vector<Graph>& graphs, std::chrono::steady_clock::time_point deadline,
                    WorkListener& work);
 

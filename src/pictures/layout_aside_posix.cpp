@@ -16,10 +16,11 @@ LayOutOne OpenLibrary() {
 
 DoneAside RunAside(const std::vector<Graph>& graphs, std::chrono::steady_clock::time_point deadline,
                    WorkListener& work) {
-  const ForkedChild child([&](int pipe) {
+  const auto layOut = [&](int pipe) {
     SendLayouts(graphs, OpenLibrary,
                 [pipe](const void* data, std::size_t size) { SendOrExit(pipe, data, size); });
-  });
+  };
+  const ForkedChild child(layOut, {.memoryBytes = kLayoutMemory});
   return ReceiveLayouts(graphs.size(), [&](void* data, std::size_t size) {
     return child.Receive(data, size, deadline, [&work] { work.Beat(); });
   });

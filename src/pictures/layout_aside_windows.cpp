@@ -10,8 +10,7 @@ using namespace runtime;
 DoneAside RunAside(const std::vector<Graph>& graphs, std::chrono::steady_clock::time_point deadline,
                    WorkListener& work) {
   constexpr std::chrono::milliseconds kWait(20);
-  constexpr std::size_t kMemory = std::size_t{2} << 30U;
-  HelperProcess child("merivane-layout.exe", {}, {.memory = kMemory, .apart = true},
+  HelperProcess child("merivane-layout.exe", {}, {.memory = kLayoutMemory, .apart = true},
                       Packed(graphs));
   if (!child.HasStarted()) {
     return {.why =

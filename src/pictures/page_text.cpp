@@ -15,17 +15,13 @@ std::string Lines(const std::string& text) {
   return lines;
 }
 
-std::string Counted(std::size_t count, const std::string& what) {
-  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
 std::string LinkTo(const std::string& id, const std::string& text) {
   return "<a href=\"#" + id + "\">" + text + "</a>";
 }
 
-Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {
+Table::Table(std::vector<PageColumn> columns) : columns_(std::move(columns)) {
   html_ = "<table>\n<thead><tr>";
-  for (const Column& column : columns_) {
+  for (const PageColumn& column : columns_) {
     html_ += std::string("<th scope=\"col\">") + column.head + "</th>";
   }
   html_ += "</tr></thead>\n<tbody>\n";

@@ -1,13 +1,10 @@
 #include "pictures/picture_file.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <utility>
 
 #include "pictures/svg.h"
 #include "rendered_formats.h"
-#include "runtime/code_page.h"
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
 #include "runtime/text.h"
@@ -50,28 +47,14 @@ double WritePictures(std::vector<Picture> pictures, const Output& output) {
   for (const RenderedFormat& format : RenderedFormats()) {
     if (!EndsWith(output.path, format.ending)) continue;
     const Rendering rendering = format.render(pictures);
-    WriteFile(output, rendering.bytes);
+    WriteOutput(output, rendering.bytes);
     return rendering.factor;
   }
   const Picture whole = Stacked(std::move(pictures));
-  WriteFile(output, [&whole](std::ostream& file) {
-    ToSvgFile(whole,
-              [&file](std::string_view piece) { file.write(piece.data(), std::ssize(piece)); });
-  });
+  OutputFile file(output);
+  ToSvgFile(whole, [&file](std::string_view piece) { file.Write(piece); });
+  file.Close();
   return 1;
-}
-
-void WriteFile(const Output& output, std::string_view bytes) {
-  WriteFile(output, [bytes](std::ostream& file) { file.write(bytes.data(), std::ssize(bytes)); });
-}
-
-void WriteFile(const Output& output, const std::function<void(std::ostream& file)>& write) {
-  errno = 0;
-  std::ofstream file(PathOf(output.path), std::ios::binary);
-  if (!file) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output.name);
-  write(file);
-  file.close();
-  if (!file) throw FileError(ErrorOfSystem(errno, kDeviceIoError), output.name);
 }
 
 }  // namespace merivane::pictures

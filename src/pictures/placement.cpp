@@ -209,7 +209,7 @@ class PartPlan {
     const Point centre = tangleLayout_.centres[span.box];
     const double left = centre.x - tangle_.nodes[span.box].width / 2;
     for (const Strip& strip :
-         Place(reduction_, span.strand.block, {left, centre.y}, graph_, layout.centres)) {
+         PlaceBlock(reduction_, span.strand.block, {left, centre.y}, graph_, layout.centres)) {
       RouteOf(layout, strip.edge) = RouteIn(strip, span, layout);
     }
   }

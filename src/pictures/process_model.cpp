@@ -1,11 +1,12 @@
 #include "pictures/process_model.h"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <set>
 #include <utility>
+#include <vector>
 
-#include "left_out.h"
 #include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "store/recordset.h"
@@ -14,10 +15,10 @@ namespace merivane::pictures {
 
 namespace {
 
-class ProjectRows {
+class ModelTableRows {
  public:
-  ProjectRows(Connection& connection, const std::string& table, std::int32_t project,
-              const char* key = "Msp_ProjID") {
+  ModelTableRows(Connection& connection, const std::string& table, std::int32_t project,
+                 const char* key = "Msp_ProjID") {
     rows_.OpenStatic("select * from " + table + " where " + key + " = " + std::to_string(project),
                      &connection);
   }
@@ -73,21 +74,21 @@ class ModelReader {
   }
 
  private:
-  ProjectRows Rows(const char* table) const { return {connection_, table, project_}; }
+  ModelTableRows Rows(const char* table) const { return {connection_, table, project_}; }
 
   void ReadSummary() {
-    ProjectRows rows(connection_, "MSP_PROJECTS", project_, "PROJ_ID");
+    ModelTableRows rows(connection_, "MSP_PROJECTS", project_, "PROJ_ID");
     rows.ForEach([&] {
       model_.name = rows.Text("PROJ_NAME");
       model_.author = rows.Text("PROJ_PROP_AUTHOR");
       model_.description = rows.Text("PROJ_PROP_SUBJECT");
     });
-    ProjectRows misc = Rows("Misc");
+    ModelTableRows misc = Rows("Misc");
     misc.ForEach([&] { model_.constraintPool = misc.Block("Constraint_Pool"); });
   }
 
   void ReadPools() {
-    ProjectRows objects = Rows("Object_Pool");
+    ModelTableRows objects = Rows("Object_Pool");
     objects.ForEach([&] {
       const std::string kind = objects.Text("Celvar_Type");
       model_.objects.push_back({.number = objects.Number("Num"),
@@ -98,7 +99,7 @@ class ModelReader {
                                 .glossary = objects.Block("Glossary"),
                                 .constraints = objects.Block("Constraint_List")});
     });
-    ProjectRows facts = Rows("Fact_Pool");
+    ModelTableRows facts = Rows("Fact_Pool");
     facts.ForEach([&] {
       model_.facts.push_back({.number = facts.Number("Num"),
                               .name = facts.Text("Name"),
@@ -107,7 +108,7 @@ class ModelReader {
   }
 
   void ReadScenarios() {
-    ProjectRows rows = Rows("Scenario");
+    ModelTableRows rows = Rows("Scenario");
     rows.ForEach([&] {
       places_.emplace(rows.Number("Num"), model_.scenarios.size());
       ModelScenario scenario;
@@ -124,7 +125,7 @@ class ModelReader {
 
   ObjectsOfUnits ReadObjectsOfUnits() const {
     ObjectsOfUnits objects;
-    ProjectRows rows = Rows("Object_in_Activity_in_Scenario");
+    ModelTableRows rows = Rows("Object_in_Activity_in_Scenario");
     rows.ForEach([&] {
       objects[{rows.Number("Scenario_Num"), rows.Number("Activity_Num")}].push_back(
           rows.Text("Object_Name"));
@@ -134,10 +135,10 @@ class ModelReader {
 
   void ReadUnits() {
     std::map<std::int32_t, std::string> glossaries;
-    ProjectRows processes = Rows("Activity_Pool");
+    ModelTableRows processes = Rows("Activity_Pool");
     processes.ForEach([&] { glossaries[processes.Number("Num")] = processes.Block("Glossary"); });
     ObjectsOfUnits objects = ReadObjectsOfUnits();
-    ProjectRows rows = Rows("Activity_in_Scenario");
+    ModelTableRows rows = Rows("Activity_in_Scenario");
     rows.ForEach([&] {
       const auto place = places_.find(rows.Number("Scenario_Num"));
       if (place == places_.end()) return;
@@ -158,7 +159,7 @@ class ModelReader {
   }
 
   void ReadJunctions() {
-    ProjectRows rows = Rows("Junctions_in_Scenario");
+    ModelTableRows rows = Rows("Junctions_in_Scenario");
     rows.ForEach([&] {
       const auto place = places_.find(rows.Number("Scenario_Num"));
       if (place == places_.end()) return;
@@ -178,7 +179,7 @@ class ModelReader {
   }
 
   void ReadLinks() {
-    ProjectRows rows = Rows("Links_in_Scenario");
+    ModelTableRows rows = Rows("Links_in_Scenario");
     rows.ForEach([&] {
       const auto place = places_.find(rows.Number("Scenario_Num"));
       if (place == places_.end()) return;
@@ -227,6 +228,80 @@ class ModelReader {
   std::map<std::int32_t, std::size_t> places_;  // of scenarios by number, the first of each
   std::map<std::int32_t, std::vector<std::int32_t>> decompositions_;  // by unit
 };
+
+// One scenario of which a part was sent.
+class PartlySent {
+ public:
+  explicit PartlySent(const ModelScenario& scenario) {
+    for (const ModelJunction& junction : scenario.junctions)
+      junctions_[junction.number] = &junction;
+    for (const ModelUnit& unit : scenario.units) {
+      if (unit.sent) sent_.insert(unit.number);
+    }
+    for (const ModelLink& link : scenario.links) {
+      if (link.kind == FlowKind::kPrecedence) origins_[link.destination].push_back(link.origin);
+    }
+  }
+
+  // The nearest junction in front of the unit that parts alternative paths, over elements that were
+  // left out themselves; null without one.
+  const ModelJunction* DecidedBy(std::int32_t unit) const {
+    std::deque<std::int32_t> open{unit};
+    std::set<std::int32_t> seen{unit};
+    for (; !open.empty(); open.pop_front()) {
+      const auto junction = junctions_.find(open.front());
+      if (junction != junctions_.end() && !junction->second->fanIn &&
+          junction->second->kind != JunctionKind::kAnd) {
+        return junction->second;
+      }
+      const auto origins = origins_.find(open.front());
+      if (origins == origins_.end()) continue;
+      for (const std::int32_t origin : origins->second) {
+        if (!sent_.contains(origin) && seen.insert(origin).second) open.push_back(origin);
+      }
+    }
+    return nullptr;
+  }
+
+ private:
+  std::map<std::int32_t, const ModelJunction*> junctions_;
+  std::map<std::int32_t, std::vector<std::int32_t>> origins_;  // of the links into an element
+  std::set<std::int32_t> sent_;
+};
+
+std::string Why(const ModelJunction* junction) {
+  if (junction == nullptr) return "the paths that were taken don't come to it";
+  return "junction " + junction->id + " (" + junction->type + ") takes another path";
+}
+
+// Fills in whyLeft of each unit that isn't sent, from what was sent around it: the nearest junction
+// in front that takes another path, the unit above it, or the choice of another scenario.
+// REQUIRES: a scenario stands behind the one whose unit it decomposes.
+void TellWhyLeft(ProcessModel& model) {
+  std::map<std::int32_t, bool> sent;  // of units, by number
+  for (const ModelScenario& scenario : model.scenarios) {
+    for (const ModelUnit& unit : scenario.units) sent[unit.number] = unit.sent;
+  }
+  for (ModelScenario& scenario : model.scenarios) {
+    const auto isSent = [](const ModelUnit& unit) { return unit.sent; };
+    const bool whole = std::none_of(scenario.units.begin(), scenario.units.end(), isSent);
+    const auto parent = sent.find(scenario.parent);
+    const PartlySent paths(scenario);
+    for (ModelUnit& unit : scenario.units) {
+      if (unit.sent) continue;
+      if (!whole) {
+        const ModelJunction* junction = paths.DecidedBy(unit.number);
+        unit.whyLeft = Why(junction);
+        if (junction != nullptr) unit.decidedBy = junction->number;
+      } else if (parent != sent.end() && !parent->second) {
+        unit.whyLeft = "unit " + std::to_string(scenario.parent) + " '" + scenario.parentName +
+                       "', which its scenario decomposes, stays out";
+      } else {
+        unit.whyLeft = "another scenario was chosen in the place of '" + scenario.name + "'";
+      }
+    }
+  }
+}
 
 }  // namespace
 

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <chrono>
-#include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "modules.h"
 #include "pictures/svg.h"
@@ -50,18 +50,6 @@ Rendering ToPdf(const RenderingModule& module, const std::vector<Picture>& pictu
   return {.bytes = std::move(bytes), .factor = smallest / kPointsOfPixel};
 }
 
-// What comes through the pipe before the text.
-struct Answer {
-  std::uint64_t size = 0;
-  double factor = 0;  // 0: the text tells a failure
-};
-
-void Send(int pipe, const std::string& text, double factor) {
-  const Answer answer{.size = text.size(), .factor = factor};
-  SendOrExit(pipe, &answer, sizeof answer);
-  SendOrExit(pipe, text.data(), text.size());
-}
-
 const RenderingModule& OpenRendering() try {
   return static_cast<const RenderingModule&>(OpenModule(kRenderingModule));
 } catch (const RunTimeError& error) {
@@ -70,26 +58,29 @@ const RenderingModule& OpenRendering() try {
 
 // The libraries end their program where a thread can't be started or memory runs out.
 Rendering Aside(Render render, const std::vector<Picture>& pictures) {
-  constexpr std::chrono::minutes kLongest{5};
-  const ForkedChild child([&](int pipe) {
+  const auto draw = [&](int pipe) {
+    const auto send = [pipe](const std::string& bytes, double factor) {  // 0: a failure
+      SendOrExit(pipe, &factor, sizeof factor);
+      SendOrExit(pipe, bytes.data(), bytes.size());
+    };
     try {
       const Rendering done = render(OpenRendering(), pictures);
-      Send(pipe, done.bytes, done.factor);
+      send(done.bytes, done.factor);
     } catch (const RunTimeError& error) {
-      Send(pipe, error.Description(), 0);
+      send(error.Description(), 0);
     }
-  });
-  const auto deadline = ForkedChild::Clock::now() + kLongest;
-  const auto take = [&](void* data, std::size_t size) {
-    if (child.Receive(data, size, deadline, [] {})) return;
-    CanNotDraw(kGaveUp);
   };
-  Answer answer;
-  take(&answer, sizeof answer);
-  std::string text(answer.size, '\0');
-  take(text.data(), text.size());
-  if (answer.factor == 0) throw RunTimeError(kDeviceIoError, text);
-  return {.bytes = std::move(text), .factor = answer.factor};
+  const ForkedChild child(draw, {.memoryBytes = kRenderingMemory});
+  const auto deadline = ForkedChild::Clock::now() + kLongestRendering;
+  Rendering rendering;
+  if (!child.Receive(&rendering.factor, sizeof rendering.factor, deadline, [] {})) {
+    CanNotDraw(kGaveUp);
+  }
+  std::optional<std::string> bytes = child.ReceiveAll(deadline, [] {});
+  if (!bytes) CanNotDraw(kGaveUp);
+  if (rendering.factor == 0) throw RunTimeError(kDeviceIoError, *bytes);
+  rendering.bytes = *std::move(bytes);
+  return rendering;
 }
 
 Rendering PngAside(const std::vector<Picture>& pictures) { return Aside(ToPng, pictures); }

@@ -1,4 +1,3 @@
-#include <chrono>
 #include <string>
 
 #include "pictures/packed_pictures.h"
@@ -15,12 +14,10 @@ namespace {
 constexpr const char* kProgram = "merivane.exe";
 
 Rendering Aside(const char* ending, const std::vector<Picture>& pictures) {
-  constexpr std::chrono::minutes kLongest{5};
-  constexpr std::size_t kMemory = std::size_t{2} << 30U;
-  const HelperProcess renderer(kProgram, {kRenderWord, ending}, {.memory = kMemory},
+  const HelperProcess renderer(kProgram, {kRenderWord, ending}, {.memory = kRenderingMemory},
                                Packed(pictures));
   if (!renderer.HasStarted()) throw RunTimeError(kDeviceIoError, "a process can't be started");
-  if (!renderer.HasEnded(kLongest)) CanNotDraw(kGaveUp);
+  if (!renderer.HasEnded(kLongestRendering)) CanNotDraw(kGaveUp);
   const std::string answer = renderer.Output();
   if (!renderer.HasSucceeded()) {
     if (answer.empty()) CanNotDraw(kGaveUp);

@@ -6,6 +6,7 @@
 
 #include "page_text.h"
 #include "pictures/svg.h"
+#include "runtime/text.h"
 #include "text_lines.h"
 
 namespace merivane::pictures {
@@ -137,9 +138,9 @@ class PageWriter {
   void AddContentsOf(const ModelScenario& top, std::set<std::int32_t>& listed) {
     struct Open {
       const ModelScenario* scenario;
-      bool close;
+      bool close = false;
     };
-    std::vector<Open> open{{&top, false}};
+    std::vector<Open> open{{.scenario = &top}};
     while (!open.empty()) {
       const Open next = open.back();
       open.pop_back();
@@ -155,8 +156,8 @@ class PageWriter {
         continue;
       }
       out_ += "\n<ul>\n";
-      open.push_back({next.scenario, true});
-      for (auto at = below.rbegin(); at != below.rend(); ++at) open.push_back({*at, false});
+      open.push_back({.scenario = next.scenario, .close = true});
+      for (auto at = below.rbegin(); at != below.rend(); ++at) open.push_back({.scenario = *at});
     }
   }
 

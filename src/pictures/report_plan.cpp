@@ -3,10 +3,10 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
-#include <set>
 
 #include "page_text.h"
 #include "pictures/svg.h"
+#include "runtime/text.h"
 #include "text_lines.h"
 
 namespace merivane::pictures {
@@ -27,7 +27,7 @@ std::string Listed(const std::vector<std::string>& names) {
 }
 
 // Those that were taken and those that weren't; a decision has both.
-struct Choice {
+struct Decision {
   std::vector<std::string> taken;
   std::vector<std::string> left;
 
@@ -50,13 +50,13 @@ void TellBranches(const ModelScenario& scenario, std::vector<std::string>& decis
   for (const ModelUnit& unit : scenario.units) units.emplace(unit.number, &unit);
   for (const ModelJunction& junction : scenario.junctions) {
     if (junction.fanIn || junction.kind == JunctionKind::kAnd) continue;
-    Choice choice;
+    Decision decision;
     for (const ModelLink& link : scenario.links) {
       const auto unit = units.find(link.destination);
       if (link.origin != junction.number || unit == units.end()) continue;
-      choice.Add(unit->second->sent, unit->second->name);
+      decision.Add(unit->second->sent, unit->second->name);
     }
-    choice.TellIn(decisions, "junction " + junction.id + " (" + junction.type + ")");
+    decision.TellIn(decisions, "junction " + junction.id + " (" + junction.type + ")");
   }
 }
 
@@ -88,7 +88,6 @@ std::string FindingsText(const Report& report) {
 
 // "12.5": of eight hours.
 std::string DaysOf(double hours) {
-  constexpr double kTenthsOfHour = 600;
   const std::string text = DaysText(std::llround(hours * kTenthsOfHour));
   return text.substr(0, text.find(' '));
 }
@@ -109,17 +108,17 @@ void AddEntry(const char* term, const std::string& text, std::string& list) {
 
 std::vector<std::string> DecisionsOf(const ProcessModel& model) {
   std::vector<std::string> decisions;
-  std::map<std::int32_t, Choice> ofUnits;
+  std::map<std::int32_t, Decision> ofUnits;
   std::map<std::int32_t, std::string> units;
-  Choice atTop;
+  Decision atTop;
   for (const ModelScenario& scenario : model.scenarios) {
-    Choice& choice = scenario.parent == 0 ? atTop : ofUnits[scenario.parent];
-    choice.Add(IsSent(scenario), scenario.name);
+    Decision& decision = scenario.parent == 0 ? atTop : ofUnits[scenario.parent];
+    decision.Add(IsSent(scenario), scenario.name);
     for (const ModelUnit& unit : scenario.units) units.emplace(unit.number, unit.name);
   }
   atTop.TellIn(decisions, "scenario");
-  for (const auto& [unit, choice] : ofUnits) {
-    choice.TellIn(decisions, "unit " + std::to_string(unit) + ' ' + Quoted(units[unit]));
+  for (const auto& [unit, decision] : ofUnits) {
+    decision.TellIn(decisions, "unit " + std::to_string(unit) + ' ' + Quoted(units[unit]));
   }
   for (const ModelScenario& scenario : model.scenarios) {
     if (IsSent(scenario)) TellBranches(scenario, decisions);

@@ -58,10 +58,10 @@ class ReaderPosition : public ReaderListener {
 ScratchModel::ScratchModel(Program& program)
     : state_(program.modelToProject), database_(TemporaryName()) {
   program.workspace.CopyDatabase(program.desktop.TemplatePath(), database_.Path());
-  state_.takesOwnText = true;
   state_.gOverwriteDb = true;
   state_.gMspProjId = kProject;
   OpenInterimDb(program.workspace, state_.gMspConn, state_.gOverwriteDb, database_.Path());
+  state_.takesOwnText = true;
 }
 
 ScratchModel::~ScratchModel() {

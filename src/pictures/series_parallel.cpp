@@ -286,8 +286,8 @@ void Measure(Reduction& reduction, std::size_t block, const Graph& graph) {
   }
 }
 
-std::vector<Strip> Place(const Reduction& reduction, std::size_t block, Point corner,
-                         const Graph& graph, std::vector<Point>& centres) {
+std::vector<Strip> PlaceBlock(const Reduction& reduction, std::size_t block, Point corner,
+                              const Graph& graph, std::vector<Point>& centres) {
   std::vector<Strip> strips;
   std::vector<Spot> open{{block, corner, reduction.blocks[block].width}};
   while (!open.empty()) {

@@ -54,7 +54,7 @@ struct Strip {
 
 // Puts the nodes of a measured block, which begins at `corner.x` and whose axis is `corner.y`, at
 // their places, and gives each of its edges a strip.
-std::vector<Strip> Place(const Reduction& reduction, std::size_t block, Point corner,
-                         const Graph& graph, std::vector<Point>& centres);
+std::vector<Strip> PlaceBlock(const Reduction& reduction, std::size_t block, Point corner,
+                              const Graph& graph, std::vector<Point>& centres);
 
 }  // namespace merivane::pictures

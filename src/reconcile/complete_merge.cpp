@@ -74,8 +74,8 @@ void OrItsBox(QuietDesktop& desktop, const Step& step) {
 class Scratch {
  public:
   Scratch(QuietDesktop& desktop, const StoredModel& model) : desktop_(desktop), program_(desktop) {
-    State().gMspConn = std::make_unique<Connection>(program_.workspace);
-    State().gMspConn->Open(ConnectionText(desktop.TemplatePath()), OpenMode::kCopy);
+    State().gMspConn =
+        std::make_unique<Connection>(program_.workspace, desktop.TemplatePath(), OpenMode::kCopy);
     State().gMspProjId = kProject;
     TakeStoredModel(State(), model);
   }
@@ -177,7 +177,7 @@ class CompleteMerge {
     return plan;
   }
 
-  std::unique_ptr<Scratch> TranslatedModel(const std::vector<RowChange>& changes) {
+  std::unique_ptr<Scratch> TranslatedModel(const std::vector<TableChange>& changes) {
     auto model = std::make_unique<Scratch>(desktop_, StoredModel{database_, project_});
     ApplyChanges(model->Database(), kProject, changes);
     model->Translate();
@@ -187,8 +187,8 @@ class CompleteMerge {
   // Into the work tables of a copy of the template, beside the resources, whose notes stay where
   // the plan has none.
   void ReadPlan(ProjectToModel& reader, Connection& model) {
-    reader.gInterimConn = std::make_unique<Connection>(reader.workspace);
-    reader.gInterimConn->Open(ConnectionText(desktop_.TemplatePath()), OpenMode::kCopy);
+    reader.gInterimConn =
+        std::make_unique<Connection>(reader.workspace, desktop_.TemplatePath(), OpenMode::kCopy);
     reader.gInterimProjId = kProject;
     Replace({model, kProject}, {*reader.gInterimConn, kProject}, "MSP_RESOURCES", "PROJ_ID");
     LenientReading listener(desktop_);
@@ -235,7 +235,7 @@ class CompleteMerge {
       Replace({model, kProject}, stored, table, "Msp_ProjID");
     }
     Replace({model, kProject}, stored, "MSP_TASKS", "PROJ_ID",
-            Mark{"KV7_PROCOCC_BROUGHT_BACK", [](Recordset&) { return true; }});
+            ShownColumn{"KV7_PROCOCC_BROUGHT_BACK", [](Recordset&) { return true; }});
     for (const char* table : {"MSP_LINKS", "MSP_RESOURCES", "MSP_ASSIGNMENTS"}) {
       Replace({model, kProject}, stored, table, "PROJ_ID");
     }
@@ -256,12 +256,12 @@ class CompleteMerge {
   }
 
   // A column that is 1 in the rows that the plan of the model shows.
-  struct Mark {
+  struct ShownColumn {
     const char* column;
     std::function<bool(Recordset& row)> isShown;
   };
 
-  static Mark ShownUses(Connection& model) {
+  static ShownColumn ShownUses(Connection& model) {
     Connection* database = &model;
     const std::string project = std::to_string(kProject);
     const auto numbers = [&](const char* table, const char* from, const char* to) {
@@ -294,7 +294,7 @@ class CompleteMerge {
 
   // Row by row, so that what didn't change isn't written.
   void Replace(const Rows& source, const Rows& target, const char* table, const char* projectColumn,
-               const std::optional<Mark>& mark = {}) {
+               const std::optional<ShownColumn>& shown = {}) {
     const auto where = [&](std::int32_t project) {
       return std::string(" where ") + projectColumn + " = " + std::to_string(project);
     };
@@ -311,11 +311,11 @@ class CompleteMerge {
       columns.push_back(name);
     }
     std::vector<Value> row;
-    const int marked = mark ? from.FindField(mark->column) : -1;
-    if (mark && marked < 0) throw RunTimeError(kItemNotFound);  // a template of another kind
+    const int shownPlace = shown ? from.FindField(shown->column) : -1;
+    if (shown && shownPlace < 0) throw RunTimeError(kItemNotFound);  // a template of another kind
     const auto readRow = [&] {
       from.ReadRow(row);
-      if (mark && mark->isShown(from)) row[static_cast<std::size_t>(marked)] = Value(1);
+      if (shown && shown->isShown(from)) row[static_cast<std::size_t>(shownPlace)] = Value(1);
     };
     std::vector<Value> before;
     for (; !from.Eof() && !to.Eof(); from.MoveNext(), to.MoveNext(), state_.progress.Step()) {

@@ -13,7 +13,7 @@ using namespace program;
 
 namespace {
 
-using Kind = RowChange::Kind;
+using Kind = TableChange::Kind;
 
 constexpr const char* kUnits = "Activity_in_Scenario";
 constexpr const char* kProcesses = "Activity_Pool";
@@ -294,7 +294,7 @@ void ModelEdit::AddLink(std::int32_t origin, std::int32_t destination) {
   SetEnd(number, "Destination", destination);
 }
 
-RowChange::Key ModelEdit::KeyOf(std::int32_t link) const {
+TableChange::Key ModelEdit::KeyOf(std::int32_t link) const {
   const ModelRows::Link& row = model_.links.at(link);
   return {{"Num", row.number}, {"Scenario_Num", row.scenario}};
 }

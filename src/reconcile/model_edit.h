@@ -23,7 +23,7 @@ class ModelEdit {
   explicit ModelEdit(ModelRows model);
 
   const ModelRows& Model() const { return model_; }
-  const std::vector<RowChange>& Changes() const { return changes_; }
+  const std::vector<TableChange>& Changes() const { return changes_; }
 
   // Links at an element, by their numbers, in the order of their rows.
   const std::vector<std::int32_t>& LinksFrom(std::int32_t element) const;
@@ -77,8 +77,8 @@ class ModelEdit {
 
  private:
   std::int32_t NextNumber(std::int32_t most);
-  void Note(RowChange change) { changes_.push_back(std::move(change)); }
-  RowChange::Key KeyOf(std::int32_t link) const;
+  void Note(TableChange change) { changes_.push_back(std::move(change)); }
+  TableChange::Key KeyOf(std::int32_t link) const;
   void SetEnd(std::int32_t link, const char* end, std::int32_t element);
   std::int32_t ScenarioOf(std::int32_t element) const;
   void Hang(std::vector<std::int32_t>& links, std::int32_t link) const;
@@ -89,7 +89,7 @@ class ModelEdit {
   std::string FreeAlias(std::int32_t object) const;
 
   ModelRows model_;
-  std::vector<RowChange> changes_;
+  std::vector<TableChange> changes_;
   std::map<std::int32_t, std::vector<std::int32_t>> from_;
   std::map<std::int32_t, std::vector<std::int32_t>> to_;
   std::map<std::int32_t, std::size_t> place_;  // of a link's row

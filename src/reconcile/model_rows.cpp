@@ -16,7 +16,7 @@ std::int32_t NumberOf(Recordset& row, const char* column) {
 
 bool IsSet(Recordset& row, const char* column) { return NumberOf(row, column) != 0; }
 
-std::string WhereOf(const RowChange& change, std::int32_t project) {
+std::string WhereOf(const TableChange& change, std::int32_t project) {
   std::string where = " where Msp_ProjID = " + std::to_string(project);
   for (const auto& [column, number] : change.key) {
     where.append(" and ").append(column).append(" = ").append(std::to_string(number));
@@ -24,11 +24,11 @@ std::string WhereOf(const RowChange& change, std::int32_t project) {
   return where;
 }
 
-void SetFields(Recordset& row, const RowChange::Fields& fields) {
+void SetFields(Recordset& row, const TableChange::Fields& fields) {
   for (const auto& [column, value] : fields) row.SetField(column, value);
 }
 
-void AddRow(Connection& connection, std::int32_t project, const RowChange& change) {
+void AddRow(Connection& connection, std::int32_t project, const TableChange& change) {
   Recordset rows = Ask(&connection, "select * from ", change.table);
   rows.AddNew();
   rows.SetField("Msp_ProjID", project);
@@ -37,7 +37,7 @@ void AddRow(Connection& connection, std::int32_t project, const RowChange& chang
   rows.Update();
 }
 
-void CopyRow(Connection& connection, std::int32_t project, const RowChange& change) {
+void CopyRow(Connection& connection, std::int32_t project, const TableChange& change) {
   Recordset from = AskStatic(&connection, "select * from ", change.table, WhereOf(change, project));
   if (from.Eof()) return;
   Recordset rows = Ask(&connection, "select * from ", change.table);
@@ -96,19 +96,19 @@ ModelRows ReadModelRows(Connection& connection, std::int32_t project) {
 }
 
 void ApplyChanges(Connection& connection, std::int32_t project,
-                  const std::vector<RowChange>& changes) {
-  for (const RowChange& change : changes) {
-    if (change.kind == RowChange::Kind::kAdd) {
+                  const std::vector<TableChange>& changes) {
+  for (const TableChange& change : changes) {
+    if (change.kind == TableChange::Kind::kAdd) {
       AddRow(connection, project, change);
       continue;
     }
-    if (change.kind == RowChange::Kind::kCopy) {
+    if (change.kind == TableChange::Kind::kCopy) {
       CopyRow(connection, project, change);
       continue;
     }
     Recordset rows = Ask(&connection, "select * from ", change.table, WhereOf(change, project));
     for (; !rows.Eof(); rows.MoveNext()) {
-      if (change.kind == RowChange::Kind::kRemove) {
+      if (change.kind == TableChange::Kind::kRemove) {
         rows.Delete();
       } else {
         SetFields(rows, change.fields);

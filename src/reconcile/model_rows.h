@@ -71,7 +71,7 @@ constexpr std::int32_t kSecondLinks = 100000;
 ModelRows ReadModelRows(Connection& connection, std::int32_t project);
 
 // One change of the interim tables. `key`: the columns, with numbers, that tell the rows apart.
-struct RowChange {
+struct TableChange {
   enum class Kind { kAdd, kCopy, kSet, kRemove };
   using Key = std::vector<std::pair<const char*, std::int32_t>>;
   using Fields = std::vector<std::pair<const char*, Value>>;
@@ -84,6 +84,6 @@ struct RowChange {
 
 // The one place that writes. Errors of the database come up.
 void ApplyChanges(Connection& connection, std::int32_t project,
-                  const std::vector<RowChange>& changes);
+                  const std::vector<TableChange>& changes);
 
 }  // namespace merivane::reconcile

@@ -3,7 +3,6 @@
 #include <iterator>
 #include <map>
 #include <set>
-#include <utility>
 #include <vector>
 
 #include "reconcile/plan_content.h"

@@ -6,9 +6,12 @@
 
 #include "roundtrip/plan_as_mpx.h"
 #include "runtime/conversions.h"
+#include "schedule/plan.h"
 #include "store/recordset.h"
 
 namespace merivane::reconcile {
+
+using schedule::LinkKind;
 
 std::optional<std::int32_t> NumberIn(const Value& value) try {
   return value.IsNull() ? std::nullopt : std::optional(ToInt32(value));
@@ -26,9 +29,9 @@ std::string NoteText(std::string text) {
   return text;
 }
 
-bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank) {
+bool IsSameNumber(const std::string& a, const std::string& b) {
   const auto number = [&](const std::string& text) {
-    return IsNumericText(text) ? ToDouble(text) : whenBlank;
+    return IsNumericText(text) ? ToDouble(text) : 1;
   };
   return number(a) == number(b);
 }
@@ -156,8 +159,8 @@ class PlanReader {
   }
 
   void TakeLink(Recordset& row) {
-    constexpr std::int32_t kFinishToFinish = 0;
-    constexpr std::int32_t kStartToStart = 3;
+    constexpr auto kFinishToFinish = static_cast<std::int32_t>(LinkKind::kFinishToFinish);
+    constexpr auto kStartToStart = static_cast<std::int32_t>(LinkKind::kStartToStart);
     const auto from = units_.find(NumberIn(row.Field("LINK_PRED_UID")).value_or(0));
     const auto to = units_.find(NumberIn(row.Field("LINK_SUCC_UID")).value_or(0));
     if (from == units_.end() || to == units_.end()) return;

@@ -5,6 +5,7 @@
 #include "reconcile/plan_content.h"
 #include "reconciliation.h"
 #include "runtime/text.h"
+#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::reconcile {
 
@@ -12,16 +13,7 @@ namespace {
 
 // As the reader takes them from a text.
 constexpr std::size_t kLongestName = 248;
-constexpr std::size_t kLongestRule = 25;
 constexpr std::size_t kLongestQuantity = 10;
-
-// The translator's reading of a rule: the digit that stands one character behind the alias.
-std::string UnitsIn(const std::string& rule, const std::string& alias) {
-  const std::size_t place = rule.find(alias);
-  if (place == std::string::npos || place + alias.size() + 1 >= rule.size()) return "1";
-  const char digit = rule[place + alias.size() + 1];
-  return digit >= '0' && digit <= '9' ? std::string(1, digit) : "1";
-}
 
 struct Term {
   std::string alias;
@@ -30,14 +22,14 @@ struct Term {
 
 bool Says(const std::string& rule, const std::vector<Term>& terms) {
   return std::all_of(terms.begin(), terms.end(), [&](const Term& term) {
-    return IsSameNumber(UnitsIn(rule, term.alias), term.units, 1);
+    return IsSameNumber(translator::UnitsInRule(rule, term.alias), term.units);
   });
 }
 
 std::string RuleOf(const std::vector<Term>& terms, bool withOnes) {
   std::string rule;
   for (const Term& term : terms) {
-    const bool isOne = IsSameNumber(term.units, "1", 1);
+    const bool isOne = IsSameNumber(term.units, "1");
     if (isOne && !withOnes) continue;
     if (!rule.empty()) rule += " AND ";
     rule += term.alias + "#" + (isOne ? "1" : std::to_string(ToInt32(Value(term.units))));
@@ -159,7 +151,7 @@ void Reconciliation::TakeResources() {
     const auto given = earlier == before.end() ? given_.resources.end()
                                                : given_.resources.find(earlier->second.name);
     const bool isNew = given == given_.resources.end();
-    if (isNew || !IsSameNumber(resource.quantity, given->second.quantity, 1)) {
+    if (isNew || !IsSameNumber(resource.quantity, given->second.quantity)) {
       if (resource.quantity.size() <= kLongestQuantity && IsNumericText(resource.quantity)) {
         edit_.SetObject(object, "Quantity", Value(ToDouble(resource.quantity)));
       } else if (!resource.quantity.empty()) {
@@ -201,7 +193,7 @@ std::map<std::int32_t, std::string> Reconciliation::AmountsInModel(std::int32_t 
     if (user != unit) continue;
     const ModelRows::Object& row = model.objects.at(object);
     if (!row.sent || row.alias.empty()) continue;
-    amounts[object] = UnitsIn(model.units.at(unit).laborRule, row.alias);
+    amounts[object] = translator::UnitsInRule(model.units.at(unit).laborRule, row.alias);
   }
   return amounts;
 }
@@ -233,7 +225,7 @@ void Reconciliation::TakeAssignmentsOf(std::int32_t unit,
   const auto before = decomposedBefore_.contains(unit) ? AmountsInModel(unit)
                                                        : AmountsOf(given_, objectBefore_, unit);
   const auto isSame = [](const auto& a, const auto& b) {
-    return a.first == b.first && IsSameNumber(a.second, b.second, 1);
+    return a.first == b.first && IsSameNumber(a.second, b.second);
   };
   if (std::equal(before.begin(), before.end(), amounts.begin(), amounts.end(), isSame)) return;
   for (const auto& [object, amount] : before) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 #include "reconcile/model_limits.h"
@@ -369,8 +368,8 @@ void Reconciliation::TakeDurations() {
     const auto given = given_.tasks.find(unit);
     const bool isNew = given == given_.tasks.end();
     const bool hasObjects = edit_.HasObjects(unit);
-    const bool isOneDay = IsSameNumber(task.duration, "1", 1);
-    if (!isNew && hasObjects && IsSameNumber(task.duration, given->second.duration, 1)) continue;
+    const bool isOneDay = IsSameNumber(task.duration, "1");
+    if (!isNew && hasObjects && IsSameNumber(task.duration, given->second.duration)) continue;
     if (hasObjects) {
       edit_.SetDuration(unit, Shortest(task.duration));
     } else if (!isOneDay) {

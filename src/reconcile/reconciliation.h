@@ -29,7 +29,7 @@ class Reconciliation {
   // Throws CircleOfTasks.
   void Run();
 
-  const std::vector<RowChange>& Changes() const { return edit_.Changes(); }
+  const std::vector<TableChange>& Changes() const { return edit_.Changes(); }
   const std::vector<Remark>& Remarks() const { return remarks_; }
   // Of units that got another number, by the earlier one.
   const std::map<std::int32_t, std::int32_t>& Numbers() const { return numbers_; }

@@ -13,7 +13,8 @@ std::pair<std::int32_t, std::int32_t> Ordered(std::int32_t a, std::int32_t b) {
   return {std::min(a, b), std::max(a, b)};
 }
 
-void AddStar(const ModelEdit& model, const Side& side, std::int32_t junction, Pairs& pairs) {
+void AddStar(const ModelEdit& model, const JunctionSide& side, std::int32_t junction,
+             Pairs& pairs) {
   const std::int32_t main = MainBranch(model, side, junction);
   if (!model.IsSentUnit(main) || TyingJunction(model, side, main) != junction) return;
   for (const std::int32_t branch : BranchesOf(model, side, junction)) {
@@ -41,7 +42,7 @@ Relations RelationsOf(const ModelEdit& model) {
   }
   for (const auto& [number, junction] : model.Model().junctions) {
     if (!model.IsSyncAnd(number)) continue;
-    AddStar(model, Side{junction.isFanOut}, number,
+    AddStar(model, JunctionSide{junction.isFanOut}, number,
             junction.isFanOut ? relations.startToStart : relations.finishToFinish);
   }
   return relations;
@@ -55,7 +56,7 @@ void Rewire(ModelEdit& model, const Relations& wanted) {
   for (int round = 0; round < kMostRounds; ++round) {
     Relations now = RelationsOf(model);
     if (now == wanted) return;
-    for (const Side& side : {kFanOutSide, kFanInSide}) {
+    for (const JunctionSide& side : {kFanOutSide, kFanInSide}) {
       const auto pairs = side.isFanOut ? &Relations::startToStart : &Relations::finishToFinish;
       for (const auto& [a, b] : Without(now.*pairs, wanted.*pairs)) rewiring.Untie(side, a, b);
     }
@@ -66,7 +67,7 @@ void Rewire(ModelEdit& model, const Relations& wanted) {
     for (const auto& [from, to] : Without(wanted.finishToStart, now.finishToStart)) {
       rewiring.Draw(from, to);
     }
-    for (const Side& side : {kFanOutSide, kFanInSide}) {
+    for (const JunctionSide& side : {kFanOutSide, kFanInSide}) {
       const auto pairs = side.isFanOut ? &Relations::startToStart : &Relations::finishToFinish;
       for (const auto& [a, b] : Without(wanted.*pairs, now.*pairs)) rewiring.Tie(side, a, b);
     }

@@ -46,7 +46,7 @@ Reach Walk(const ModelEdit& model, Way way, std::int32_t element) {
 }
 
 bool HasType(const ModelEdit& model, std::int32_t element, std::string_view type,
-             const Side& side) {
+             const JunctionSide& side) {
   const auto junction = model.Model().junctions.find(element);
   return junction != model.Model().junctions.end() && junction->second.type == type &&
          junction->second.isFanOut == side.isFanOut;
@@ -54,7 +54,7 @@ bool HasType(const ModelEdit& model, std::int32_t element, std::string_view type
 
 }  // namespace
 
-std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const Side& side,
+std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const JunctionSide& side,
                                      std::int32_t junction) {
   const Way way = side.isFanOut ? Way::kOn : Way::kBack;
   std::vector<std::int32_t> branches;
@@ -65,7 +65,7 @@ std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const Side& side,
   return branches;
 }
 
-std::int32_t MainBranch(const ModelEdit& model, const Side& side, std::int32_t junction) {
+std::int32_t MainBranch(const ModelEdit& model, const JunctionSide& side, std::int32_t junction) {
   const Way way = side.isFanOut ? Way::kOn : Way::kBack;
   for (const std::int32_t branch : BranchesOf(model, side, junction)) {
     const auto& links = LinksAt(model, way, branch);
@@ -74,7 +74,7 @@ std::int32_t MainBranch(const ModelEdit& model, const Side& side, std::int32_t j
   return 0;
 }
 
-std::int32_t TyingJunction(const ModelEdit& model, const Side& side, std::int32_t unit) {
+std::int32_t TyingJunction(const ModelEdit& model, const JunctionSide& side, std::int32_t unit) {
   const Way toJunction = side.isFanOut ? Way::kBack : Way::kOn;
   std::set<std::int32_t> ties;
   for (const std::int32_t link : LinksAt(model, toJunction, unit)) {
@@ -201,7 +201,7 @@ std::int32_t Rewiring::PointBefore(std::int32_t unit) {
 }
 
 // The one that hangs on the other leaves the junction.
-void Rewiring::Untie(const Side& side, std::int32_t a, std::int32_t b) {
+void Rewiring::Untie(const JunctionSide& side, std::int32_t a, std::int32_t b) {
   const Way toJunction = side.isFanOut ? Way::kBack : Way::kOn;
   for (const auto& [unit, other] : {std::pair(a, b), std::pair(b, a)}) {
     for (const std::int32_t link : std::vector(LinksAt(model_, toJunction, unit))) {
@@ -213,7 +213,7 @@ void Rewiring::Untie(const Side& side, std::int32_t a, std::int32_t b) {
   }
 }
 
-void Rewiring::Tie(const Side& side, std::int32_t a, std::int32_t b) {
+void Rewiring::Tie(const JunctionSide& side, std::int32_t a, std::int32_t b) {
   if (TieTo(side, a, b) || TieTo(side, b, a)) return;
   const std::int32_t junction =
       model_.AddJunction(ScenarioOf(a), side.isFanOut ? kFanOut : kFanIn, kSyncAnd);
@@ -224,7 +224,7 @@ void Rewiring::Tie(const Side& side, std::int32_t a, std::int32_t b) {
       model_.LinksTo(side.isFanOut ? a : junction).back());  // and the junction with it
 }
 
-void Rewiring::AddBranch(const Side& side, std::int32_t junction, std::int32_t unit) {
+void Rewiring::AddBranch(const JunctionSide& side, std::int32_t junction, std::int32_t unit) {
   if (side.isFanOut) {
     model_.AddLink(junction, unit);
   } else {
@@ -234,7 +234,7 @@ void Rewiring::AddBranch(const Side& side, std::int32_t junction, std::int32_t u
 
 // A task has one such junction that counts. Where what lies beyond it isn't for the other task too,
 // it goes on as an asynchronous one, and a junction with nothing beyond ties its branches.
-bool Rewiring::TieTo(const Side& side, std::int32_t main, std::int32_t other) {
+bool Rewiring::TieTo(const JunctionSide& side, std::int32_t main, std::int32_t other) {
   const std::int32_t known = TyingJunction(model_, side, main);
   if (known == 0) return false;
   const std::set<std::int32_t> beyond =

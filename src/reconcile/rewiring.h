@@ -28,23 +28,23 @@ struct Relations {
 Relations RelationsOf(const ModelEdit& model);
 
 // One of the two mirror images of a junction: branches behind a fan-out, in front of a fan-in.
-struct Side {
+struct JunctionSide {
   bool isFanOut = false;
 };
-inline constexpr Side kFanOutSide{.isFanOut = true};
-inline constexpr Side kFanInSide{.isFanOut = false};
+inline constexpr JunctionSide kFanOutSide{.isFanOut = true};
+inline constexpr JunctionSide kFanInSide{.isFanOut = false};
 
 // Units at the direct branches, in the order of the links.
-std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const Side& side,
+std::vector<std::int32_t> BranchesOf(const ModelEdit& model, const JunctionSide& side,
                                      std::int32_t junction);
 
 // The branch that the others are tied to: the first one whose first link on its far side doesn't
 // lead to another "Sync. AND". 0: none.
-std::int32_t MainBranch(const ModelEdit& model, const Side& side, std::int32_t junction);
+std::int32_t MainBranch(const ModelEdit& model, const JunctionSide& side, std::int32_t junction);
 
 // The "Sync. AND" of this side by which the translator ties others to the unit: the last one whose
 // main branch it is. 0: none.
-std::int32_t TyingJunction(const ModelEdit& model, const Side& side, std::int32_t unit);
+std::int32_t TyingJunction(const ModelEdit& model, const JunctionSide& side, std::int32_t unit);
 
 // Through chains of junctions.
 std::set<std::int32_t> UnitsBefore(const ModelEdit& model, std::int32_t element);
@@ -59,12 +59,12 @@ class Rewiring {
   void Cut(std::int32_t from, std::int32_t to);
   void Draw(std::int32_t from, std::int32_t to);
   // Of those that start together behind a fan-out, or finish together in front of a fan-in.
-  void Untie(const Side& side, std::int32_t a, std::int32_t b);
-  void Tie(const Side& side, std::int32_t a, std::int32_t b);
+  void Untie(const JunctionSide& side, std::int32_t a, std::int32_t b);
+  void Tie(const JunctionSide& side, std::int32_t a, std::int32_t b);
 
  private:
-  bool TieTo(const Side& side, std::int32_t main, std::int32_t other);
-  void AddBranch(const Side& side, std::int32_t junction, std::int32_t unit);
+  bool TieTo(const JunctionSide& side, std::int32_t main, std::int32_t other);
+  void AddBranch(const JunctionSide& side, std::int32_t junction, std::int32_t unit);
   bool CutOneLink(std::int32_t from, std::int32_t to);
   bool MayGo(std::int32_t link) const;
   void Detach(std::int32_t from, std::int32_t to);

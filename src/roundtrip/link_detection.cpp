@@ -12,7 +12,7 @@ namespace merivane::roundtrip {
 namespace {
 
 // The kind of junctions that a walk follows, and its piece of the statement that asks for them.
-struct JunctionKind {
+struct FollowedJunctions {
   std::string_view word;
   std::string_view piece;
 };
@@ -26,7 +26,7 @@ bool ReachesJunctionFrom(ProjectToModel& state, std::int16_t origin, std::int16_
 }
 
 std::optional<std::int16_t> JunctionOfKind(ProjectToModel& state, const Value& number,
-                                           const JunctionKind& kind) {
+                                           const FollowedJunctions& kind) {
   Recordset junctions = Ask(state.gInterimConn.get(), JunctionsWhere(state, kind.piece, number));
   if (!HasRow(junctions) || !Holds(Joined(junctions.Field("Type")), kind.word)) {
     return std::nullopt;
@@ -35,7 +35,7 @@ std::optional<std::int16_t> JunctionOfKind(ProjectToModel& state, const Value& n
 }
 
 bool LinkedThrough(ProjectToModel& state, std::int16_t origin, std::int16_t destination,
-                   const JunctionKind& kind) {
+                   const FollowedJunctions& kind) {
   std::unordered_set<std::int16_t> passed;
   while (passed.insert(destination).second) {
     Recordset incoming =

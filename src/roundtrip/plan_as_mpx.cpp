@@ -100,9 +100,7 @@ std::string PredecessorList(const FileTask& task, double minutesPerDay) {
   std::string list;
   for (const FileLink& link : task.predecessors) {
     if (!list.empty()) list += ',';
-    const bool isPlain = link.kind == LinkKind::kFinishToStart && link.lag.amount == 0;
-    list += std::to_string(link.predecessor) + (isPlain ? "" : KindText(link.kind)) +
-            LagText(link.lag, minutesPerDay);
+    list += PredecessorText(link.predecessor, link.kind, link.lag, minutesPerDay);
   }
   return list;
 }
@@ -119,10 +117,10 @@ std::vector<std::string> PredecessorEntries(const std::string& list) {
   return entries;
 }
 
-Relation RelationOf(std::string_view entry) {
-  if (HoldsNoCase(entry, "SS")) return Relation::kStartToStart;
-  if (HoldsNoCase(entry, "FF")) return Relation::kFinishToFinish;
-  return HoldsNoCase(entry, "SF") ? Relation::kStartToFinish : Relation::kFinishToStart;
+RelationKind RelationKindOf(std::string_view entry) {
+  if (HoldsNoCase(entry, "SS")) return RelationKind::kStartToStart;
+  if (HoldsNoCase(entry, "FF")) return RelationKind::kFinishToFinish;
+  return HoldsNoCase(entry, "SF") ? RelationKind::kStartToFinish : RelationKind::kFinishToStart;
 }
 
 std::int16_t PlanIdOf(std::string_view entry) { return ToInt16(LeadingNumber(entry)); }

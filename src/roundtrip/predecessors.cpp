@@ -43,16 +43,16 @@ void ParsePredecessors(ProjectToModel& state, Recordset& task) {
   state.gFsPredecessors.clear();
   for (const std::string& entry : PredecessorEntries(list)) {
     const std::int16_t predecessor = PlanIdOf(entry);
-    switch (RelationOf(entry)) {
-      case Relation::kStartToStart:
+    switch (RelationKindOf(entry)) {
+      case RelationKind::kStartToStart:
         JoinStartsByTask(state, ToInt16(pid), predecessor);
         break;
-      case Relation::kFinishToFinish:
+      case RelationKind::kFinishToFinish:
         JoinFinishesByTask(state, ToInt16(pid), predecessor);
         break;
-      case Relation::kStartToFinish:
+      case RelationKind::kStartToFinish:
         break;
-      case Relation::kFinishToStart:
+      case RelationKind::kFinishToStart:
         state.gFsPredecessors.push_back(predecessor);
         break;
     }
@@ -129,16 +129,16 @@ void ApplySinglePredecessor(ProjectToModel& state, Recordset& task) {
   state.gDestinationUse = ToInt16(task.Field("Text1"));
   const std::string entry = Joined(task.Field("Predecessor"));
   state.gOriginUse = OccurrenceOfPlanTask(state, PlanIdOf(entry)).value_or(0);
-  switch (RelationOf(entry)) {
-    case Relation::kStartToStart:
+  switch (RelationKindOf(entry)) {
+    case RelationKind::kStartToStart:
       JoinStarts(state, state.gOriginUse, state.gDestinationUse);
       break;
-    case Relation::kFinishToFinish:
+    case RelationKind::kFinishToFinish:
       JoinFinishes(state, state.gOriginUse, state.gDestinationUse);
       break;
-    case Relation::kStartToFinish:
+    case RelationKind::kStartToFinish:
       break;
-    case Relation::kFinishToStart:
+    case RelationKind::kFinishToStart:
       ApplySinglePrecedence(state);
       break;
   }

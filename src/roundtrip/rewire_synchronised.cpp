@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 #include "merge_statements.h"

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <string_view>
 
 #include "merge_statements.h"
 #include "merge_steps.h"

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,15 @@ void Limit(decltype(RLIMIT_CPU) what, std::uint64_t most) {
   setrlimit(what, &limit);
 }
 
+// Without a limit where the system doesn't tell what is taken already.
+void LimitMemory(std::uint64_t most) {
+  std::uint64_t pages[6] = {};  // the last one: of data
+  std::ifstream taken("/proc/self/statm");
+  for (std::uint64_t& count : pages) taken >> count;
+  if (!taken || most == ChildLimits().memoryBytes) return;
+  Limit(RLIMIT_DATA, pages[5] * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)) + most);
+}
+
 // Leaves by _exit, so that nothing of the parent is flushed or closed twice.
 [[noreturn]] void RunChild(const std::function<void(int pipe)>& work, const ChildLimits& limits,
                            pid_t parent, int inherited) {
@@ -41,6 +51,7 @@ void Limit(decltype(RLIMIT_CPU) what, std::uint64_t most) {
   if (nowhere >= 0) {
     for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, stream);
   }
+  LimitMemory(limits.memoryBytes);
   Limit(RLIMIT_CPU, limits.cpuSeconds);
   Limit(RLIMIT_FSIZE, limits.fileBytes);
   Limit(RLIMIT_CORE, 0);
@@ -150,7 +161,7 @@ bool ForkedChild::Receive(void* data, std::size_t size, Clock::time_point deadli
 std::optional<std::string> ForkedChild::ReceiveAll(Clock::time_point deadline,
                                                    const std::function<void()>& beat) const {
   std::string all;
-  char buffer[512];
+  char buffer[1 << 16];
   for (;;) {
     std::size_t got = sizeof buffer;
     switch (Read(buffer, got, deadline, beat)) {

@@ -187,7 +187,7 @@ std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesy
   const DWORD failure = move(from, to);
   if (failure == 0) return {};
   const auto told = [](DWORD number) {
-    return std::error_code(static_cast<int>(number), std::system_category());
+    return std::error_code(ErrnoOf(number), std::generic_category());
   };
   if (failure != ERROR_ACCESS_DENIED && failure != ERROR_SHARING_VIOLATION) return told(failure);
   const DWORD attributes = GetFileAttributesW(to.c_str());

@@ -1,9 +1,12 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "runtime/file_names.h"
 #include "runtime/helper_process.h"
@@ -108,6 +111,33 @@ bool Fill(const Handle& stream, std::string_view bytes) {
   return SetFilePointer(stream.Get(), 0, nullptr, FILE_BEGIN) == 0;
 }
 
+// That a process inherits these handles alone, of all that may be inherited.
+class Inheritance {
+ public:
+  explicit Inheritance(std::span<HANDLE> handles) {
+    SIZE_T size = 0;
+    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    list_.resize(size);
+    isReady_ = InitializeProcThreadAttributeList(Get(), 1, 0, &size) != FALSE;
+    if (!isReady_) return;
+    UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles.data(),
+                              handles.size_bytes(), nullptr, nullptr);
+  }
+  ~Inheritance() {
+    if (isReady_) DeleteProcThreadAttributeList(Get());
+  }
+  Inheritance(const Inheritance&) = delete;
+  Inheritance& operator=(const Inheritance&) = delete;
+
+  LPPROC_THREAD_ATTRIBUTE_LIST Get() const {
+    return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(list_.data());
+  }
+
+ private:
+  mutable std::vector<std::byte> list_;
+  bool isReady_ = false;
+};
+
 std::wstring Quoted(const std::wstring& word) {  // no path holds a quotation mark
   return L"\"" + word + L"\"";
 }
@@ -118,19 +148,23 @@ struct HelperProcess::System {
   explicit System(const HelperLimits& limits) : job(NewJob(limits)), output(NewStream()) {}
 
   bool Start(const fs::path& program, std::wstring line, const Handle& input) {
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = input.Get();
-    startup.hStdOutput = output.Get();
+    HANDLE streams[] = {input.Get(), output.Get()};
+    const Inheritance inheritance(streams);
+    STARTUPINFOEXW startup{};
+    startup.StartupInfo.cb = sizeof startup;
+    startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    startup.StartupInfo.hStdInput = input.Get();
+    startup.StartupInfo.hStdOutput = output.Get();
+    startup.lpAttributeList = inheritance.Get();
     PROCESS_INFORMATION started{};
     const Handle token = TokenWithoutPrivileges();
-    constexpr DWORD kHow = CREATE_SUSPENDED | CREATE_NO_WINDOW;
+    constexpr DWORD kHow = CREATE_SUSPENDED | CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT;
     const bool isStarted =
         token ? CreateProcessAsUserW(token.Get(), program.c_str(), line.data(), nullptr, nullptr,
-                                     TRUE, kHow, nullptr, nullptr, &startup, &started) != FALSE
+                                     TRUE, kHow, nullptr, nullptr, &startup.StartupInfo,
+                                     &started) != FALSE
               : CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, kHow, nullptr,
-                               nullptr, &startup, &started) != FALSE;
+                               nullptr, &startup.StartupInfo, &started) != FALSE;
     if (!isStarted) return false;
     process = Handle(started.hProcess);
     const Handle thread(started.hThread);

@@ -1,6 +1,8 @@
 #include "runtime/new_file.h"
 
+#include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include "runtime/file_names.h"
 #include "runtime/run_time_error.h"
@@ -17,6 +19,46 @@ bool IsThere(const fs::path& path) noexcept {
 }
 
 }  // namespace
+
+OutputFile::OutputFile(Output output)
+    : output_(std::move(output)), stream_(OpenStream(output_.path, FileUse::kWrite)) {
+  if (stream_ == nullptr) throw FileError(ErrorOfSystem(errno, kPermissionDenied), output_.name);
+  constexpr std::size_t kBuffer = 1 << 16;
+  std::setvbuf(stream_, nullptr, _IOFBF, kBuffer);
+}
+
+OutputFile::~OutputFile() {
+  if (stream_ != nullptr) std::fclose(stream_);
+}
+
+void OutputFile::Write(std::string_view bytes) {
+  if (failure_ == 0) Note(std::fwrite(bytes.data(), 1, bytes.size(), stream_) == bytes.size());
+}
+
+void OutputFile::Flush() {
+  if (failure_ == 0) Note(std::fflush(stream_) == 0);
+  Check();
+}
+
+void OutputFile::Close() {
+  const bool done = std::fclose(std::exchange(stream_, nullptr)) == 0;
+  if (failure_ == 0) Note(done);
+  Check();
+}
+
+void OutputFile::Note(bool done) {
+  if (!done) failure_ = errno == 0 ? -1 : errno;
+}
+
+void OutputFile::Check() const {
+  if (failure_ != 0) throw FileError(ErrorOfSystem(failure_, kDeviceIoError), output_.name);
+}
+
+void WriteOutput(const Output& output, std::string_view bytes) {
+  OutputFile file(output);
+  file.Write(bytes);
+  file.Close();
+}
 
 void RemoveFile(const fs::path& path) noexcept {
   std::error_code ignored;

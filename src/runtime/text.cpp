@@ -95,4 +95,12 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameNoCase);
 }
 
+std::string Counted(std::size_t count, std::string_view one, std::string_view several) {
+  return std::to_string(count) + ' ' + std::string(count == 1 ? one : several);
+}
+
+std::string Counted(std::size_t count, std::string_view one) {
+  return Counted(count, one, std::string(one) + 's');
+}
+
 }  // namespace merivane::runtime

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <set>
 
-#include "runtime/conversions.h"
 #include "runtime/text.h"
 #include "schedule/project_rows.h"
 #include "store/interim_db.h"

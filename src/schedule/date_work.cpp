@@ -1,24 +1,77 @@
-#include "date_work.h"
-
 #include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "link_order.h"
+#include "schedule/schedule.h"
 
 namespace merivane::schedule {
 
 namespace {
 
-bool LeavesFinish(const PlanLink& link) {
-  return link.kind == LinkKind::kFinishToStart || link.kind == LinkKind::kFinishToFinish;
-}
-
-bool ReachesFinish(const PlanLink& link) {
-  return link.kind == LinkKind::kFinishToFinish || link.kind == LinkKind::kStartToFinish;
-}
-
 void Lower(Tenths& limit, Tenths to) { limit = std::min(limit, to); }
 
 bool HasOwnDates(const PlanTask& task) { return task.rules.fixedStart && task.rules.fixedFinish; }
 
-}  // namespace
+// The two passes over a plan: early moments from the front, late ones from the end.
+class DateWork {
+ public:
+  // Both must stay in place.
+  DateWork(const Plan& plan, const LinkOrder& order);
+
+  void Run();
+  Schedule Result() const;
+
+ private:
+  static constexpr Tenths kOpen = std::numeric_limits<Tenths>::max();  // no limit yet
+
+  struct Early {
+    Tenths begin = 0;  // of a summary: what holds its tasks back
+    Tenths start = 0;
+    Tenths finish = 0;
+    bool stretched = false;  // of a summary: a link holds its finish back beyond its tasks
+  };
+  struct Late {  // of a summary: `begin` is the latest start that holds up none of its tasks
+    Tenths begin = kOpen;
+    Tenths start = kOpen;
+    Tenths finish = kOpen;
+  };
+
+  const WorkingTime& TimeOf(const PlanTask& task) const { return plan_.times[task.calendar]; }
+  Tenths FinishFrom(Tenths start, const PlanTask& task) const;
+  Tenths StartFor(Tenths finish, const PlanTask& task) const;
+  Tenths LagOf(const PlanLink& link) const;
+  Tenths Behind(const PlanLink& link) const;
+  Tenths Before(Tenths limit, const PlanLink& link) const;
+
+  void Forward();
+  void Begin(std::size_t task);
+  void PlaceLeaf(std::size_t task, Tenths bound);
+  Tenths StartByRules(const PlanTask& task, Tenths bound) const;
+  Tenths PointAt(const PlanTask& task, Tenths bound) const;
+  void KeepReachedFinish(std::size_t index, Tenths reached);
+  void FirstStart(std::size_t task);
+  void End(std::size_t task);
+
+  void Backward();
+  void LimitLeaf(std::size_t task);
+  void LimitByRules(const PlanTask& task, Late& late) const;
+  void LimitBegin(std::size_t task, Tenths start, Tenths finish);
+  void LimitFirstStart(std::size_t task);
+  void LimitEnd(std::size_t task);
+  void LimitPredecessor(Tenths limit, const PlanLink& link);
+
+  bool WaitsAsLongAsPossible() const;
+
+  const Plan& plan_;
+  const LinkOrder& order_;
+  const WorkingTime& time_;  // the project's
+  Tenths start_;
+  Tenths finish_;
+  std::vector<Early> early_;
+  std::vector<Late> late_;
+  bool latePass_ = false;  // the late moments are known
+};
 
 DateWork::DateWork(const Plan& plan, const LinkOrder& order)
     : plan_(plan),
@@ -50,12 +103,12 @@ Tenths DateWork::LagOf(const PlanLink& link) const {
 // Where the predecessor and the lag bring a link's other end.
 Tenths DateWork::Behind(const PlanLink& link) const {
   const Early& dates = early_[link.predecessor];
-  const bool fromFinish = LeavesFinish(link);
+  const bool fromFinish = LeavesFinish(link.kind);
   const Tenths from = fromFinish ? dates.finish : dates.start;
   const Tenths lag = LagOf(link);
   if (lag == 0) return from;
   if (link.lag.IsElapsed()) return from + lag;
-  return fromFinish || ReachesFinish(link) ? time_.After(from, lag) : time_.Before(from, -lag);
+  return fromFinish || ReachesFinish(link.kind) ? time_.After(from, lag) : time_.Before(from, -lag);
 }
 
 Tenths DateWork::Before(Tenths limit, const PlanLink& link) const {
@@ -146,7 +199,7 @@ void DateWork::Begin(std::size_t task) {
   Tenths reached = start_;
   for (const Wait& wait : order_.WaitsOf({task, Part::kBegin})) {
     Tenths bound = wait.link == nullptr ? early_[wait.on.task].begin : Behind(*wait.link);
-    if (wait.link != nullptr && ReachesFinish(*wait.link)) {
+    if (wait.link != nullptr && ReachesFinish(wait.link->kind)) {
       reached = std::max(reached, bound);
       bound = StartFor(bound, planned);
     }
@@ -197,7 +250,7 @@ void DateWork::Forward() {
 
 void DateWork::LimitPredecessor(Tenths limit, const PlanLink& link) {
   Late& late = late_[link.predecessor];
-  Lower(LeavesFinish(link) ? late.finish : late.start, Before(limit, link));
+  Lower(LeavesFinish(link.kind) ? late.finish : late.start, Before(limit, link));
 }
 
 void DateWork::LimitBegin(std::size_t task, Tenths start, Tenths finish) {
@@ -206,7 +259,7 @@ void DateWork::LimitBegin(std::size_t task, Tenths start, Tenths finish) {
     if (wait.link == nullptr) {
       Lower(late_[wait.on.task].begin, start);
     } else {
-      LimitPredecessor(ReachesFinish(*wait.link) ? finish : start, *wait.link);
+      LimitPredecessor(ReachesFinish(wait.link->kind) ? finish : start, *wait.link);
     }
   }
 }
@@ -335,6 +388,8 @@ Schedule DateWork::Result() const {
   result.finish = worked(finish_);
   return result;
 }
+
+}  // namespace
 
 Schedule MakeSchedule(const Plan& plan) {
   const LinkOrder order(plan);

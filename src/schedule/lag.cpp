@@ -1,5 +1,4 @@
 #include <cmath>
-#include <iterator>
 
 #include "runtime/conversions.h"
 #include "schedule/plan.h"
@@ -10,7 +9,7 @@ namespace {
 
 constexpr std::int64_t kEstimated = 32;
 constexpr std::int64_t kPercent = 19;
-constexpr double kMinutesOfDay = 480;
+constexpr double kWorkedMinutesOfDay = 480;
 constexpr double kElapsedMinutesOfDay = 24 * 60;
 
 std::int64_t WithoutEstimate(std::int64_t format) { return format & ~kEstimated; }
@@ -72,7 +71,7 @@ Lag ParseLag(std::string_view text) {
   if (elapsed) rest.remove_prefix(1);
   for (const TimeUnit& unit : kUnits) {
     if (!rest.starts_with(unit.text)) continue;
-    const double amount = std::round(count * TenthsOf(unit, elapsed, kMinutesOfDay));
+    const double amount = std::round(count * TenthsOf(unit, elapsed, kWorkedMinutesOfDay));
     constexpr double kMost = 2147483647;
     if (std::abs(amount) > kMost) return {};
     return {static_cast<Tenths>(amount), unit.format + (elapsed ? 1 : 0)};

@@ -20,14 +20,6 @@ Piece PartOf(const Plan& plan, std::size_t task, Part part) {
   return {task, plan.tasks[task].summary ? part : Part::kBegin};
 }
 
-bool LeavesStart(const PlanLink& link) {
-  return link.kind == LinkKind::kStartToStart || link.kind == LinkKind::kStartToFinish;
-}
-
-bool ReachesFinish(const PlanLink& link) {
-  return link.kind == LinkKind::kFinishToFinish || link.kind == LinkKind::kStartToFinish;
-}
-
 std::string Names(const std::vector<std::string>& names) {
   constexpr std::size_t kShown = 10;
   std::string text;
@@ -57,8 +49,8 @@ void LinkOrder::ForEachWait(Take take) const {
   }
   for (const PlanLink& link : plan_.links) {
     if (plan_.tasks[link.predecessor].rules.inactive) continue;
-    const Part left = LeavesStart(link) ? Part::kFirstStart : Part::kEnd;
-    const Part reached = ReachesFinish(link) ? Part::kEnd : Part::kBegin;
+    const Part left = LeavesFinish(link.kind) ? Part::kEnd : Part::kFirstStart;
+    const Part reached = ReachesFinish(link.kind) ? Part::kEnd : Part::kBegin;
     take(PartOf(plan_, link.successor, reached),
          Wait{PartOf(plan_, link.predecessor, left), &link});
   }

@@ -1,9 +1,6 @@
 #include "schedule/plan.h"
 
-#include <algorithm>
-
 #include "plan_tables.h"
-#include "runtime/conversions.h"
 #include "store/interim_db.h"
 
 namespace merivane::schedule {
@@ -94,6 +91,13 @@ const char* KindText(LinkKind kind) {
       break;
   }
   return "FS";
+}
+
+std::string PredecessorText(std::int64_t predecessor, LinkKind kind, const Lag& lag,
+                            double minutesPerDay) {
+  const bool isPlain = kind == LinkKind::kFinishToStart && lag.amount == 0;
+  return std::to_string(predecessor) + (isPlain ? "" : KindText(kind)) +
+         LagText(lag, minutesPerDay);
 }
 
 Plan ReadPlan(Connection& connection, std::int32_t project, const DateTime& today) {

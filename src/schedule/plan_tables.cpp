@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "runtime/conversions.h"
+#include "runtime/text.h"
 
 namespace merivane::schedule {
 
@@ -207,8 +208,7 @@ TaskIndices ReadTasks(Connection& connection, std::int32_t project, Plan& plan,
     plan.tasks.push_back(std::move(task));
   }
   if (withoutPlace > 0) {
-    plan.warnings.push_back(std::to_string(withoutPlace) +
-                            (withoutPlace == 1 ? " task has" : " tasks have") +
+    plan.warnings.push_back(Counted(withoutPlace, "task has", "tasks have") +
                             " a place in the list that is none; left out.");
   }
   return indices;

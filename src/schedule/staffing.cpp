@@ -13,7 +13,6 @@ namespace merivane::schedule {
 namespace {
 
 constexpr double kWorkInHour = 60000;  // thousandths of a minute
-constexpr double kTenthsOfHour = 600;
 
 // The columns of a plan's tables, and of the work tables of what was brought back.
 struct ResourceTables {
@@ -184,10 +183,9 @@ std::vector<std::string> PredecessorTexts(const Plan& plan) {
   std::vector<std::string> texts(plan.tasks.size());
   for (const PlanLink& link : plan.links) {
     std::string& text = texts[link.successor];
-    const bool isPlain = link.kind == LinkKind::kFinishToStart && link.lag.amount == 0;
-    text += (text.empty() ? "" : ", ") + std::to_string(plan.tasks[link.predecessor].id) +
-            (isPlain ? "" : KindText(link.kind)) +
-            LagText(link.lag, static_cast<double>(plan.settings.minutesPerDay));
+    text += (text.empty() ? "" : ", ") +
+            PredecessorText(plan.tasks[link.predecessor].id, link.kind, link.lag,
+                            static_cast<double>(plan.settings.minutesPerDay));
   }
   return texts;
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "runtime/run_time_error.h"
+#include "runtime/text.h"
 
 namespace merivane::schedule {
 
@@ -15,8 +16,6 @@ using std::chrono::days;
 using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
-constexpr Tenths kSecondsOfTenth = 6;
-constexpr Tenths kTenthsOfHour = 600;
 constexpr Tenths kDaysOfWeek = 7;
 constexpr sys_days kFirstMonday{days{-3}};      // 29 December 1969
 constexpr Tenths kLastDay = 2932896 + 3;        // 31 December 9999
@@ -204,7 +203,7 @@ std::string WorkingTime::Text() const {
     text += ' ' + ShiftsText(week_[first]);
   }
   const std::size_t count = exceptions_.size();
-  if (count > 0) text += ", with " + std::to_string(count) + " exception" + (count == 1 ? "" : "s");
+  if (count > 0) text += ", with " + Counted(count, "exception");
   return text;
 }
 

@@ -30,6 +30,8 @@ void PutBack(const Direction& direction, KeptFiles& kept) {
 
 RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run) {
   KeptFiles kept;
+  bool isUndone =
+      run.undoesFailure || (run.targets.database.empty() && !run.targets.outputs.empty());
   try {
     const Progress::Run progress(direction.progress);
     bool done = !run.take || run.take();
@@ -39,6 +41,7 @@ RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run) 
     }
     direction.workspace.CommitAll();
     RunEnd end{done, kept.BackupName()};
+    isUndone = true;  // where an output can't take its place
     kept.Finish();
     return end;
   } catch (const RunCancelled&) {
@@ -46,7 +49,7 @@ RunEnd RunUntilCancelled(const Direction& direction, const CancellableRun& run) 
     PutBack(direction, kept);
     return {};
   } catch (...) {
-    if (run.targets.database.empty() && !run.targets.outputs.empty()) {
+    if (isUndone) {
       run.drop();
       PutBack(direction, kept);
     }

@@ -61,8 +61,7 @@ std::string DatabasePick::Refusal() const {
 void PutBackEmptied(Workspace& workspace, const EmptiedDatabase& emptied) {
   if (!FileIsThere(emptied.backup)) throw FileError(kFileNotFound, emptied.backup);
   if (FileIsThere(emptied.path)) {
-    Connection connection(workspace);
-    connection.Open(ConnectionText(emptied.path));
+    Connection connection(workspace, emptied.path, OpenMode::kReadWrite);
     connection.BeginWrite();
     if (CountRows(connection, "select PROJ_ID from MSP_PROJECTS") > 0) {
       throw RunTimeError(kPermissionDenied,

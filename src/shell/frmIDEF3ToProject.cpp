@@ -3,7 +3,6 @@
 #include "program/error_boxes.h"
 #include "runtime/code_page.h"
 #include "runtime/conversions.h"
-#include "runtime/text.h"
 #include "shell/cancellable_run.h"
 #include "shell/kept_files.h"
 #include "shell/modal_forms.h"
@@ -33,16 +32,6 @@ void frmIDEF3ToProject::Load() {
   SSTabGenerateOpt = kDatabaseTab;
   CkLaunchMsprojApp = {};
   Stored.reset();
-}
-
-void frmIDEF3ToProject::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
-  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
-  try {
-    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box.text = *name;
-  } catch (const RunTimeError& error) {
-    ReportError(desktop_, error);
-  }
-  Changed();
 }
 
 void frmIDEF3ToProject::cmdBrowseText() { BrowseFor(txtCelvarFilename, kTextDialog, "txt"); }
@@ -256,8 +245,7 @@ RunResult frmIDEF3ToProject::ResultOf(const std::string& database) try {
     return {"the plan was not finished: " + (Stored ? Stored->database : txtCelvarFilename.text),
             ""};
   }
-  Connection connection(state_.workspace);
-  connection.Open(ConnectionText(database), OpenMode::kReadOnly);
+  Connection connection(state_.workspace, database, OpenMode::kReadOnly);
   const std::string project = std::to_string(state_.gMspProjId);
   if (CountRows(connection, "select PROJ_ID from MSP_PROJECTS where PROJ_ID = " + project) == 0) {
     return {"nothing written: no project came into " + database, ""};
@@ -292,7 +280,7 @@ void frmIDEF3ToProject::LaunchProject() {
   }
   ExecuteApp(desktop_, blank ? paths_.gProjectPath : paths_.gProjectPath + " " + target);
   txtDatabase.enabled = txtMpx.enabled = txtXml.enabled = false;
-  CkLaunchMsprojApp = {false, false};
+  CkLaunchMsprojApp = {.checked = false, .enabled = false};
 }
 
 void frmIDEF3ToProject::CkLaunchMsprojApp_Click() {

@@ -35,7 +35,7 @@ const FileDialog kInterimDialog{.filter = "Database (*.mdb)|*.mdb",
 void frmProjectToIDEF3::Load() {
   TranslationForm::Load();
   txtInterimDB = txtInterimDB_xml = TextBox{};
-  txtDatabase = txtMPX = txtXML = TextBox{"", false};
+  txtDatabase = txtMPX = txtXML = TextBox{.enabled = false};
   comboProject = {.enabled = false};
   SSTabInput = kDatabaseTab;
   optLaunchCelvar = {};
@@ -108,16 +108,6 @@ bool frmProjectToIDEF3::OpenProjectDb(const std::string& path) {
 void frmProjectToIDEF3::cmdBrowseMPX() { BrowseFor(txtMPX, kMpxDialog, "mpx"); }
 
 void frmProjectToIDEF3::cmdBrowseXML() { BrowseFor(txtXML, kXmlDialog, "xml"); }
-
-void frmProjectToIDEF3::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
-  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
-  try {
-    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box = {.text = *name};
-  } catch (const RunTimeError& error) {
-    ReportError(desktop_, error);
-  }
-  Changed();
-}
 
 void frmProjectToIDEF3::BrowseInterimDb(TextBox& box) {
   const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
@@ -320,6 +310,7 @@ void frmProjectToIDEF3::GenerateFromFile() {
     if (state_.gRoundTripMerge) run.targets.copy = Copy::kBackup;
   }
   run.driver = [this] { return TranslateFile(); };
+  run.undoesFailure = state_.gRoundTripMerge && Complete;
   run.drop = [this] { DropRun(); };
   const RunEnd end = RunUntilCancelled(state_, run);
   if (refused_) return;
@@ -328,8 +319,7 @@ void frmProjectToIDEF3::GenerateFromFile() {
   try {
     std::string counts;
     if (GenerateResult.value_or(false)) {
-      Connection connection(state_.workspace);
-      connection.Open(ConnectionText(database), OpenMode::kReadOnly);
+      Connection connection(state_.workspace, database, OpenMode::kReadOnly);
       counts = CountsOfWork(connection, state_.gInterimProjId);
     }
     Result = ResultOf(counts, database);

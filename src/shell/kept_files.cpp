@@ -35,17 +35,21 @@ std::string GiveBackupName(const std::string& file, const std::string& path) {
   }
 }
 
-// Copies what stands at `path` by `make`, which is given a temporary name.
+// Copies what stands at `path` by `make`, which is given a temporary name and calls `copied` once
+// the copy is whole. The name that it has then.
 template <typename Make>
 std::string MakeCopy(const std::string& path, Copy copy, const Make& make) {
   std::string name = TemporaryNameBeside(copy == Copy::kBackup ? path : Followed(path));
+  const auto copied = [&] {
+    if (copy == Copy::kBackup) name = GiveBackupName(name, path);
+  };
   try {
-    make(name);
-    return copy == Copy::kBackup ? GiveBackupName(name, path) : name;
+    make(name, copied);
   } catch (...) {
     RemoveFile(PathOf(name));
     throw;
   }
+  return name;
 }
 
 // The name of a temporary file is given up for one that no later run clears away.
@@ -73,26 +77,22 @@ std::string ReplaceDatabase(Workspace& workspace, const std::string& from, const
     return {};
   }
   // The copy has its lasting name before the only other one goes.
-  std::string name = TemporaryNameBeside(copy == Copy::kBackup ? to : Followed(to));
-  try {
-    workspace.ReplaceDatabase(from, to, name, [&] {
-      if (copy == Copy::kBackup) name = GiveBackupName(name, to);
-    });
-  } catch (...) {
-    RemoveFile(PathOf(name));
-    throw;
-  }
-  return name;
+  return MakeCopy(to, copy, [&](const std::string& name, const auto& copied) {
+    workspace.ReplaceDatabase(from, to, name, copied);
+  });
 }
 
 KeptFiles::~KeptFiles() { PutBack(); }
 
 void KeptFiles::KeepDatabase(Workspace& workspace, const std::string& path, Copy copy) {
   workspace_ = &workspace;
-  databases_.push_back({path, "", copy, "", false});
+  databases_.push_back({.path = path, .kind = copy});
   Database& database = databases_.back();
   if (!FileIsThere(path)) return;
-  const auto copyTo = [&](const std::string& name) { workspace.CopyDatabase(path, name); };
+  const auto copyTo = [&](const std::string& name, const auto& copied) {
+    workspace.CopyDatabase(path, name);
+    copied();
+  };
   if (copy == Copy::kBackup) database.copy = MakeCopy(path, copy, copyTo);
   database.held = workspace.Hold(path);
   if (!database.held && database.copy.empty()) database.copy = MakeCopy(path, copy, copyTo);
@@ -101,7 +101,7 @@ void KeptFiles::KeepDatabase(Workspace& workspace, const std::string& path, Copy
 void KeptFiles::KeepReplaced(Workspace& workspace, const std::string& path, const std::string& made,
                              const std::string& backup, Copy copy) {
   workspace_ = &workspace;
-  databases_.push_back({path, backup, copy, made, false});
+  databases_.push_back({.path = path, .copy = backup, .kind = copy, .made = made});
 }
 
 bool KeptFiles::NamesOutput(const std::string& text) const {

@@ -14,16 +14,6 @@ namespace merivane::shell {
 using namespace mspdi;
 using namespace roundtrip;
 
-namespace {
-
-bool HasFolder(const std::string& path) {
-  const std::filesystem::path folder = PathOf(path).parent_path();
-  std::error_code error;
-  return folder.empty() || std::filesystem::is_directory(folder, error);
-}
-
-}  // namespace
-
 bool HasExtension(const std::string& name, const std::string& extension) {
   return EqualNoCase(Right(name, 3), extension);
 }
@@ -65,7 +55,7 @@ std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files) {
         return other->role + " and " + one->role + " are the same file: " + one->path;
       }
     }
-    if (isWritten(*one) && !HasFolder(one->path)) {
+    if (isWritten(*one) && !FolderExists(one->path)) {
       return one->role + " can't be written: there is no folder for " + one->path + ".";
     }
     if (!one->askedWord.empty() && FileIsThere(one->path)) {

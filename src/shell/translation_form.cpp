@@ -1,5 +1,8 @@
 #include "shell/translation_form.h"
 
+#include "program/error_boxes.h"
+#include "shell/named_files.h"
+
 namespace merivane::shell {
 
 void TranslationForm::Load() {
@@ -31,6 +34,16 @@ void TranslationForm::Undo(const EmptiedDatabase& emptied) {
   if (BackupName == emptied.backup) BackupName.clear();
   Changed();
   PutBackEmptied(workspace_, emptied);
+}
+
+void TranslationForm::BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension) {
+  const SavedMousePointer pointer(desktop_, kPointerArrowHourglass);
+  try {
+    if (auto name = BrowseForFile(desktop_, dialog, box.text, extension)) box = {.text = *name};
+  } catch (const RunTimeError& error) {
+    ReportError(desktop_, error);
+  }
+  Changed();
 }
 
 bool TranslationForm::Refuse(const char* text) {

@@ -32,12 +32,14 @@ void Confine(const std::string& source, const std::string& copy);
 inline constexpr const char* kNoProcess = "no process can be started";
 inline constexpr const char* kDamaged = "it is damaged";
 inline constexpr const char* kEndless = "reading it never ends";
+inline constexpr const char* kTooLarge = "reading it takes too much memory";
 
 // Far above what whole files need: a slow machine loads several megabytes a second.
 struct AccessLimits {
   std::chrono::seconds cpu;
   std::chrono::seconds wall;
   std::uintmax_t bytes;  // of the copy
+  std::size_t memory = std::size_t{1} << 30U;
 };
 
 inline AccessLimits LimitsFor(const std::string& path) {

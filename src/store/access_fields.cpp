@@ -7,7 +7,6 @@
 #include <cstring>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "runtime/dates.h"
 

@@ -1,6 +1,6 @@
-#include <chrono>
 #include <cstdlib>
 #include <exception>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -25,6 +25,8 @@ void CopyAndReport(const std::string& path, const std::string& sqlitePath, int p
     WorkListener nobody;
     CopyAccessTables(path, sqlitePath, nobody);
     report(kDone);
+  } catch (const std::bad_alloc&) {
+    report(kTooLarge);
   } catch (const std::exception& error) {
     report(error.what());
   }
@@ -38,7 +40,8 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   std::optional<ForkedChild> child;
   try {
     child.emplace([&](int pipe) { CopyAndReport(path, sqlitePath, pipe); },
-                  ChildLimits{.cpuSeconds = static_cast<std::uint64_t>(limits.cpu.count()),
+                  ChildLimits{.memoryBytes = limits.memory,
+                              .cpuSeconds = static_cast<std::uint64_t>(limits.cpu.count()),
                               .fileBytes = limits.bytes});
   } catch (const RunTimeError&) {
     return kNoProcess;

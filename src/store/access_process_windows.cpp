@@ -53,10 +53,9 @@ std::string CopyAccessTablesAside(const std::string& path, const std::string& sq
   std::error_code ignored;
   const fs::path source = fs::absolute(PathOf(path), ignored);
   const fs::path copy = fs::absolute(PathOf(sqlitePath), ignored);
-  constexpr std::size_t kMemory = std::size_t{1} << 30U;
   const AccessLimits limits = LimitsFor(path);
   const HelperProcess child("merivane-access.exe", {Utf8Of(source), Utf8Of(copy)},
-                            {.memory = kMemory, .cpu = limits.cpu, .apart = true});
+                            {.memory = limits.memory, .cpu = limits.cpu, .apart = true});
   return child.HasStarted() ? Supervise(child, limits, copy, work) : kNoProcess;
 }
 

@@ -1,9 +1,6 @@
 #include "store/connection.h"
 
-#include <filesystem>
-
 #include "open_database.h"
-#include "runtime/file_names.h"
 #include "store/recordset.h"
 #include "workspace_state.h"
 

@@ -1,7 +1,6 @@
 #include "database_file.h"
 
 #include <array>
-#include <cerrno>
 #include <fstream>
 #include <string_view>
 
@@ -18,7 +17,7 @@ namespace fs = std::filesystem;
 
 }  // namespace
 
-FileKind KindOfFile(const std::string& path) {
+DatabaseKind KindOfDatabase(const std::string& path) {
   constexpr std::string_view kMagic("SQLite format 3\0", 16);
   constexpr std::size_t kReadVersion = 19;
   constexpr char kLogVersion = 2;
@@ -34,9 +33,9 @@ FileKind KindOfFile(const std::string& path) {
   std::array<char, 20> bytes{};
   file.read(bytes.data(), bytes.size());
   const std::string_view first(bytes.data(), static_cast<std::size_t>(file.gcount()));
-  if (first.substr(0, kMagic.size()) != kMagic) return FileKind::kOther;
+  if (first.substr(0, kMagic.size()) != kMagic) return DatabaseKind::kOther;
   const bool log = first.size() > kReadVersion && first[kReadVersion] == kLogVersion;
-  return log ? FileKind::kSqliteWithLog : FileKind::kSqlite;
+  return log ? DatabaseKind::kSqliteWithLog : DatabaseKind::kSqlite;
 }
 
 bool HasJournal(const std::string& path) {

@@ -14,12 +14,12 @@ namespace merivane::store {
 
 using namespace runtime;
 
-enum class FileKind { kSqlite, kSqliteWithLog, kOther };
+enum class DatabaseKind { kSqlite, kSqliteWithLog, kOther };
 
 // By the first bytes. Errors: 53 no such file (the path in the description), 70 one that may not be
 // read, kDatabaseError for a folder. REQUIRES: no connection of ours holds the file, whose locks
 // would go when it is closed here.
-FileKind KindOfFile(const std::string& path);
+DatabaseKind KindOfDatabase(const std::string& path);
 
 // A journal of rollback lies beside the database; it holds pages to put back where a transaction
 // was cut off, and otherwise begins with zeros.

@@ -92,7 +92,7 @@ bool Engine::MayWait() try {
 
 TableData& Engine::FindTable(std::string_view name) {
   for (const auto& table : tables_) {
-    if (SameName(table->Schema().Name(), name)) return *table;
+    if (IsSameName(table->Schema().Name(), name)) return *table;
   }
   auto schema = TableSchema::Read(Database(), path_, name);
   if (!schema) {

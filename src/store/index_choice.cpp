@@ -1,14 +1,61 @@
 #include "index_choice.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
+#include <string_view>
 #include <tuple>
-
-#include "key_columns.h"
 
 namespace merivane::store {
 
 namespace {
+
+// An index on `columns` of `table`. Within a table the entries stand from the most selective to the
+// least; a statement that names several is served by the first.
+struct KeyColumns {
+  std::string_view table;
+  std::string_view columns;  // separated by ", "
+};
+
+// The columns that the program's statements look rows up by: the template has an index on each,
+// and a database that lacks some gets them in a copy.
+constexpr auto kKeyColumns = std::to_array<KeyColumns>({
+    {"Activity_Pool", "Num"},
+    {"Activity_Pool", "Name"},
+    {"Object_Pool", "Num"},
+    {"Fact_Pool", "Num"},
+    {"Scenario", "Num"},
+    {"Scenario", "Parent_Num"},
+    {"Scenario", "Project_Order"},
+    {"Activity_in_Scenario", "Use_Num"},
+    {"Activity_in_Scenario", "Scenario_Num"},
+    {"Object_in_Activity_in_Scenario", "Activity_Num"},
+    {"Object_in_Activity_in_Scenario", "Object_Name"},
+    {"Junctions_in_Scenario", "Num"},
+    {"Junctions_in_Scenario", "ID"},
+    {"Junctions_in_Scenario", "Scenario_Num"},
+    {"Facts_in_Junction", "Junction_Num"},
+    {"Links_in_Scenario", "Origin_Num"},
+    {"Links_in_Scenario", "Destination_Num"},
+    {"Links_in_Scenario", "Destination_Name"},
+    {"Links_in_Scenario", "Scenario_Num"},
+    {"ProjectAct", "PID"},
+    {"ProjectRes", "PID"},
+    {"ProjectResReqts", "ActivityPID"},
+    {"MSP_TASKS", "TASK_UID"},
+    {"MSP_TASKS", "KV7_PROCOCC_HEX"},
+    {"MSP_TASKS", "KV7_PROCOCC_P_ORDER"},
+    {"MSP_TASKS", "TASK_OUTLINE_LEVEL, TASK_OUTLINE_NUM"},
+    {"MSP_TASKS", "KV7_SCENARIO_HEX"},
+    {"MSP_RESOURCES", "KV7_OBJ_HEX"},
+    {"MSP_RESOURCES", "RES_NAME"},
+    {"MSP_LINKS", "LINK_PRED_UID"},
+    {"MSP_LINKS", "LINK_SUCC_UID"},
+    {"MSP_LINKS", "LINK_TYPE"},
+});
+
+// Columns that nearly every statement names and that tell few rows apart: no index on them.
+constexpr auto kProjectColumns = std::to_array<std::string_view>({"Msp_ProjID", "PROJ_ID"});
 
 bool Contains(const std::vector<int>& columns, int column) {
   return std::find(columns.begin(), columns.end(), column) != columns.end();
@@ -17,7 +64,7 @@ bool Contains(const std::vector<int>& columns, int column) {
 bool IsProjectColumn(const TableSchema& table, int column) {
   const std::string& name = table.Columns()[static_cast<std::size_t>(column)].name;
   return std::any_of(kProjectColumns.begin(), kProjectColumns.end(),
-                     [&](std::string_view project) { return SameName(project, name); });
+                     [&](std::string_view project) { return IsSameName(project, name); });
 }
 
 // The place of the key that begins with the column; those that are none come last.
@@ -26,7 +73,7 @@ int KeyRank(const TableSchema& table, int column) {
   int rank = 0;
   for (const KeyColumns& key : kKeyColumns) {
     const std::string_view first = key.columns.substr(0, key.columns.find(','));
-    if (SameName(key.table, table.Name()) && SameName(first, name)) return rank;
+    if (IsSameName(key.table, table.Name()) && IsSameName(first, name)) return rank;
     ++rank;
   }
   return rank;

@@ -59,10 +59,10 @@ std::shared_ptr<Engine> OpenForWriting(const std::string& path, const std::strin
 }
 
 // Without its log a database in that mode is a plain file; SQLite would make the log anew.
-DatabaseHandle OpenUnchanged(const std::string& name, FileKind kind) {
+DatabaseHandle OpenUnchanged(const std::string& name, DatabaseKind kind) {
   std::error_code error;
-  const bool plain =
-      kind == FileKind::kSqliteWithLog && !std::filesystem::exists(PathOf(name + "-wal"), error);
+  const bool plain = kind == DatabaseKind::kSqliteWithLog &&
+                     !std::filesystem::exists(PathOf(name + "-wal"), error);
   return plain ? OpenHandle(AsUri(name), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI)
                : OpenHandle(name, SQLITE_OPEN_READONLY);
 }
@@ -121,7 +121,7 @@ std::shared_ptr<Engine> OpenAside(const std::string& path, const std::string& na
 }
 
 std::shared_ptr<Engine> OpenForReading(const std::string& path, const std::string& name,
-                                       FileKind kind, WorkListener& work,
+                                       DatabaseKind kind, WorkListener& work,
                                        std::chrono::milliseconds patience) {
   auto engine =
       std::make_shared<Engine>(OpenUnchanged(name, kind), path, Writing::kRefused, patience);
@@ -174,8 +174,8 @@ void CopyPages(sqlite3* from, sqlite3* to, const std::string& path, WorkListener
 
 std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, bool inUse,
                                      WorkListener& work, std::chrono::milliseconds patience) {
-  const FileKind kind = inUse ? FileKind::kSqlite : KindOfFile(path);
-  if (kind == FileKind::kOther) {
+  const DatabaseKind kind = inUse ? DatabaseKind::kSqlite : KindOfDatabase(path);
+  if (kind == DatabaseKind::kOther) {
     if (IsAccessFile(path)) return OpenAccess(path, work);
     throw RunTimeError(kDatabaseError, "The file '" + FromUtf8(path) + "' is not a database.");
   }
@@ -183,7 +183,7 @@ std::shared_ptr<Engine> OpenDatabase(const std::string& path, OpenMode mode, boo
   if (mode == OpenMode::kReadWrite) return OpenForWriting(path, name, patience);
   auto engine = OpenForReading(path, name, kind, work, patience);
   if (mode == OpenMode::kReadOnly) return engine;
-  const bool isFileItself = kind == FileKind::kSqlite && engine->HoldsFile();
+  const bool isFileItself = kind == DatabaseKind::kSqlite && engine->HoldsFile();
   if (mode == OpenMode::kAside && isFileItself) return OpenAside(path, name, patience);
   auto copy = CopyAside(*engine, Writing::kAllowed, work);
   if (mode == OpenMode::kCopy) DropProjectIndexes(copy->Database(), path);

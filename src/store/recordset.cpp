@@ -1,7 +1,6 @@
 #include "store/recordset.h"
 
 #include <algorithm>
-#include <optional>
 #include <variant>
 
 #include "dynamic_set.h"

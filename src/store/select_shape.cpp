@@ -59,7 +59,7 @@ std::string SelectShape::FieldName(int field) const {
 int SelectShape::FindField(std::string_view name) const {
   if (!computed_.empty()) {
     const auto found = std::find_if(computed_.begin(), computed_.end(),
-                                    [&](const auto& field) { return SameName(field, name); });
+                                    [&](const auto& field) { return IsSameName(field, name); });
     return found == computed_.end() ? -1 : static_cast<int>(found - computed_.begin());
   }
   const int column = table_.Schema().Find(name);

@@ -60,7 +60,7 @@ std::size_t SnapshotSet::Count() {
 
 int SnapshotSet::FindField(std::string_view name) const {
   if (shape_ != nullptr) return shape_->FindField(name);
-  return SameName(fieldName_, name) ? 0 : -1;
+  return IsSameName(fieldName_, name) ? 0 : -1;
 }
 
 // A walk that has gone by the row begins again at the first one; for any other the rows are kept.

@@ -135,7 +135,7 @@ class Splitter {
     while (at != end && IsNamePart(*at)) ++at;
     const std::string_view word(start, static_cast<std::size_t>(at - start));
     at_ += word.size();
-    like_ = word.size() == 4 && SameName(word, "like");
+    like_ = word.size() == 4 && IsSameName(word, "like");
   }
 
   void Number() {

@@ -68,7 +68,7 @@ struct Token {
   std::string_view text;  // of a name without its brackets
 
   bool Is(std::string_view keyword) const {
-    return kind == TokenKind::kWord && SameName(text, keyword);
+    return kind == TokenKind::kWord && IsSameName(text, keyword);
   }
   bool IsSymbol(std::string_view symbol) const {
     return kind == TokenKind::kSymbol && text == symbol;

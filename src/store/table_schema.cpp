@@ -42,7 +42,7 @@ ColumnKind KindOfType(std::string_view declared) {
   declared = declared.substr(0, declared.find('('));
   while (!declared.empty() && declared.back() == ' ') declared.remove_suffix(1);
   const auto* type = std::find_if(kTypes.begin(), kTypes.end(), [&](const DeclaredType& known) {
-    return SameName(known.name, declared);
+    return IsSameName(known.name, declared);
   });
   return type == kTypes.end() ? ColumnKind::kAny : type->kind;
 }
@@ -50,7 +50,7 @@ ColumnKind KindOfType(std::string_view declared) {
 // Templates of earlier versions declare this column of quantities as whole numbers; a column of
 // that type keeps a real all the same.
 bool IsEarlierQuantity(std::string_view table, std::string_view column) {
-  return SameName(table, "Object_in_Activity_in_Scenario") && SameName(column, "Qty");
+  return IsSameName(table, "Object_in_Activity_in_Scenario") && IsSameName(column, "Qty");
 }
 
 char Lower(char character) {
@@ -141,7 +141,7 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
     const std::string type = Utf8ColumnText(info.get(), 2);
     if (sqlite3_column_int(info.get(), 5) > 0) {
       ++keyColumns;
-      rowIdIsColumn_ = SameName(type, "INTEGER");
+      rowIdIsColumn_ = IsSameName(type, "INTEGER");
     }
     const char* collation = nullptr;
     const int result =
@@ -150,7 +150,7 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
     if (result == SQLITE_NOMEM) throw DatabaseError(database, path, result);
     const ColumnKind kind = IsEarlierQuantity(table, utf8) ? ColumnKind::kReal : KindOfType(type);
     columns_.push_back({FromUtf8(utf8), Quoted(utf8), kind,
-                        collation != nullptr && SameName(collation, "NOCASE")});
+                        collation != nullptr && IsSameName(collation, "NOCASE")});
   }
   if (step != SQLITE_DONE) throw DatabaseError(database, path);
   if (keyColumns != 1) rowIdIsColumn_ = false;
@@ -159,7 +159,7 @@ void TableSchema::ReadColumns(sqlite3* database, const std::string& path) {
 void TableSchema::FindRowId(sqlite3* database) {
   for (const char* alias : {"rowid", "_rowid_", "oid"}) {
     const bool taken = std::any_of(columns_.begin(), columns_.end(), [&](const Column& column) {
-      return SameName(column.name, alias);
+      return IsSameName(column.name, alias);
     });
     if (taken) continue;
     sqlite3_stmt* probe = nullptr;
@@ -196,7 +196,7 @@ void TableSchema::ReadIndexes(sqlite3* database, const std::string& path) {
     // Texts are compared without case, which only an index of that order serves.
     usable = usable && ordinal >= 0 && ordinal < static_cast<int>(columns_.size()) &&
              (columns_[static_cast<std::size_t>(ordinal)].kind != ColumnKind::kText ||
-              SameName(Utf8ColumnText(list.get(), 2), "NOCASE"));
+              IsSameName(Utf8ColumnText(list.get(), 2), "NOCASE"));
     if (usable) indexes_.back().columns.push_back(ordinal);
   }
   if (step != SQLITE_DONE) throw DatabaseError(database, path, step);
@@ -211,14 +211,14 @@ int TableSchema::Find(std::string_view name) const {
     return known.column;
   }
   const auto found = std::find_if(columns_.begin(), columns_.end(), [&](const Column& column) {
-    return SameName(column.name, name);
+    return IsSameName(column.name, name);
   });
   if (found == columns_.end()) return -1;
   known = {std::string(name), static_cast<int>(found - columns_.begin())};
   return known.column;
 }
 
-bool SameName(std::string_view a, std::string_view b) {
+bool IsSameName(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [](char left, char right) { return Lower(left) == Lower(right); });
 }

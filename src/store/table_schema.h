@@ -74,7 +74,7 @@ class TableSchema {
 };
 
 // Letters of ASCII without case, as names of tables and columns compare.
-bool SameName(std::string_view a, std::string_view b);
+bool IsSameName(std::string_view a, std::string_view b);
 
 // Converts to the column's kind; see Recordset::SetField for the failures. Null stays Null.
 void ConvertTo(ColumnKind kind, Value& value);

@@ -1,12 +1,12 @@
 
 #include <algorithm>
-#include <cerrno>
 #include <fstream>
 #include <string_view>
 #include <vector>
 
 #include "database_file.h"
 #include "open_database.h"
+#include "runtime/new_file.h"
 #include "runtime/run_time_error.h"
 
 namespace merivane::store {
@@ -97,16 +97,16 @@ void WriteBlocks(Blocks& source, const std::string& to, const std::string& shown
   constexpr int kBlocksBetweenSyncs = 32;
   constexpr int kTimes = 2;  // written, then compared
   work.Begin(kCopying, kTimes * source.Size() / std::int64_t{kBlock});
-  errno = 0;
-  std::ofstream target(PathOf(to), std::ios::binary);
+  OutputFile target({shown, to});
   int blocks = 0;
-  for (std::string_view block = source.Next(); target && !block.empty(); block = source.Next()) {
-    target.write(block.data(), std::ssize(block));
+  for (std::string_view block = source.Next(); !block.empty(); block = source.Next()) {
+    target.Write(block);
     work.Step();
-    if (++blocks % kBlocksBetweenSyncs == 0 && target.flush()) Sync(to, shown);
+    if (++blocks % kBlocksBetweenSyncs != 0) continue;
+    target.Flush();
+    Sync(to, shown);
   }
-  target.close();
-  if (!target) throw FileError(ErrorOfSystem(errno, kPermissionDenied), shown);
+  target.Close();
   Sync(to, shown);
 }
 

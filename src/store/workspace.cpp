@@ -4,7 +4,6 @@
 
 #include "database_file.h"
 #include "open_database.h"
-#include "runtime/code_page.h"
 #include "workspace_state.h"
 
 namespace merivane::store {
@@ -28,7 +27,7 @@ DatabaseHandle LockForReplacement(const std::string& path) {
   const bool writable =
       fs::is_regular_file(status) && std::ofstream(PathOf(path), std::ios::app | std::ios::binary);
   if (!writable) throw FileError(kPermissionDenied, path);
-  if (KindOfFile(path) == FileKind::kOther) return nullptr;
+  if (KindOfDatabase(path) == DatabaseKind::kOther) return nullptr;
   DatabaseHandle database = OpenHandle(path, SQLITE_OPEN_READWRITE);
   const int result =
       sqlite3_exec(database.get(), "begin exclusive", nullptr, nullptr, nullptr) & 0xFF;
@@ -61,7 +60,7 @@ void CopyTo(const std::string& from, Engine* inUse, const std::string& to, const
     return CopyOpenDatabaseBytes(inUse->Database(), from, to, shown, work);
   }
   if (inUse != nullptr) return CopyDatabasePages(inUse->Database(), from, to, shown, work);
-  if (KindOfFile(from) == FileKind::kOther || !(HasLog(from) || HasJournal(from))) {
+  if (KindOfDatabase(from) == DatabaseKind::kOther || !(HasLog(from) || HasJournal(from))) {
     return CopyBytes(from, to, shown, work);
   }
   const DatabaseHandle source = OpenHandle(from, SQLITE_OPEN_READWRITE);

@@ -21,14 +21,6 @@ const std::string& AliasOf(Pass& pass, const Value& objectNum) {
   return known->second;
 }
 
-// The digit that stands one character behind the alias; "1" for anything else.
-std::string UnitsInRule(const std::string& rule, const std::string& alias) {
-  const std::size_t position = Find(rule, alias);
-  if (position == 0) return "1";
-  std::string units = Mid(rule, static_cast<std::ptrdiff_t>(position + alias.size() + 1), 1);
-  return IsNumericText(units) ? units : "1";
-}
-
 void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const std::string& units) {
   const std::string hours = FixedTwo(ToDouble(units) * pass.taskHours);
   pass.assignmentUID = AddInt16(pass.assignmentUID, 1);
@@ -47,6 +39,13 @@ void AddAssignment(Pass& pass, const Value& pid, const Value& projectId, const s
 }
 
 }  // namespace
+
+std::string UnitsInRule(const std::string& rule, const std::string& alias) {
+  const std::size_t position = Find(rule, alias);
+  if (position == 0) return "1";
+  std::string units = Mid(rule, static_cast<std::ptrdiff_t>(position + alias.size() + 1), 1);
+  return IsNumericText(units) ? units : "1";
+}
 
 void WriteAssignments(Pass& pass, Recordset& task) {
   ModelToProject& state = pass.state;

@@ -1,6 +1,5 @@
 #include "brought_back.h"
 
-#include <array>
 #include <set>
 #include <utility>
 
@@ -15,7 +14,7 @@ namespace {
 bool IsNumber(const Value& value) { return !value.IsNull() && ToDouble(value) > 0; }
 
 // Null stays as it is.
-void Take(Recordset& to, const char* column, const Value& value) {
+void SetUnlessNull(Recordset& to, const char* column, const Value& value) {
   if (!value.IsNull()) to.SetField(column, value);
 }
 
@@ -67,7 +66,7 @@ void BroughtBack::TakeUnit(Recordset& task) {
     unit.SetField("ID", task.Field("TASK_UID"));
   }
   unit.SetField("Name", task.Field("TASK_NAME"));
-  Take(unit, "Duration", task.Field("KV7_PROCOCC_DURATION"));
+  SetUnlessNull(unit, "Duration", task.Field("KV7_PROCOCC_DURATION"));
   unit.Update();
 }
 
@@ -108,8 +107,8 @@ void BroughtBack::TakeResources() {
       object.SetField("Celvar_Type", resources.Field("KV7_OBJ_Celvar_Type"));
       object.SetField("Dunmar_Type", resources.Field("KV7_OBJ_Dunmar_Type"));
     }
-    Take(object, "Quantity", resources.Field("KV7_OBJ_QUANTITY"));
-    Take(object, "Glossary", resources.Field("KV7_OBJ_GLOSSARY"));
+    SetUnlessNull(object, "Quantity", resources.Field("KV7_OBJ_QUANTITY"));
+    SetUnlessNull(object, "Glossary", resources.Field("KV7_OBJ_GLOSSARY"));
     object.Update();
   }
 }

@@ -26,7 +26,7 @@ void Warn(Desktop& desktop, const char* text) {
   desktop.ShowMessage({text, MessageIcon::kNone, "IDEF3 to Project 2000"});
 }
 
-void Place(Recordset& activity, const Value& outline, const std::string& order) {
+void SetPlace(Recordset& activity, const Value& outline, const std::string& order) {
   activity.SetField("outline", outline);
   activity.SetField("p_Order", order);
 }
@@ -62,9 +62,9 @@ void OutlineTopActivity(ModelToProject& state, Recordset& activity) {
   std::string useNum = Joined(activity.Field("Use_Num"));
   if (useNum.size() <= kUseNumDigits) {
     PadToFiveDigits(useNum);
-    Place(activity, 1, useNum);
+    SetPlace(activity, 1, useNum);
   } else {
-    Place(activity, 1, kUnplaced);
+    SetPlace(activity, 1, kUnplaced);
     Warn(state.desktop, kTooManyUses);
   }
 }
@@ -72,7 +72,7 @@ void OutlineTopActivity(ModelToProject& state, Recordset& activity) {
 void OutlineNestedActivity(ModelToProject& state, Recordset& activity, Recordset& parent) {
   std::string useNum = Joined(activity.Field("Use_Num"));
   if (useNum.empty() || useNum.size() > kUseNumDigits) {
-    Place(activity, 1, kUnplaced);
+    SetPlace(activity, 1, kUnplaced);
     Warn(state.desktop, kTooManyUses);
     return;
   }
@@ -80,12 +80,12 @@ void OutlineNestedActivity(ModelToProject& state, Recordset& activity, Recordset
   const std::string order = Joined(parent.Field("p_order")) + useNum;
   if (order.size() > static_cast<std::size_t>(kOrderCharacters)) {
     Warn(state.desktop, kTooDeep);
-    Place(activity, 1, Left(order, kOrderCharacters));
+    SetPlace(activity, 1, Left(order, kOrderCharacters));
     return;
   }
   Value level = parent.Field("outline");
   if (!level.IsNull()) level = ToInt32(level) + 1;
-  Place(activity, level, order);
+  SetPlace(activity, level, order);
 }
 
 void OutlineScenario(ModelToProject& state, Recordset& scenario) {
@@ -98,7 +98,7 @@ void OutlineScenario(ModelToProject& state, Recordset& scenario) {
     if (top) {
       OutlineTopActivity(state, activities);
     } else if (parent.Eof()) {
-      Place(activities, 1, kUnplaced);
+      SetPlace(activities, 1, kUnplaced);
     } else {
       OutlineNestedActivity(state, activities, parent);
     }

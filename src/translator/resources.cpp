@@ -1,4 +1,3 @@
-#include <array>
 #include <unordered_map>
 
 #include "mpx/mpx_format.h"

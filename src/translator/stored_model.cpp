@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -40,12 +39,6 @@ std::vector<ModelTable> ModelTables() {
           {"Facts_in_Junction", {}},
           {"Links_in_Scenario", {"Processed"}},
           {"OSTN_List", {}}};
-}
-
-std::unique_ptr<Connection> OpenSource(Workspace& workspace, const StoredModel& model) {
-  auto source = std::make_unique<Connection>(workspace);
-  source->Open(ConnectionText(model.database), OpenMode::kReadOnly);
-  return source;
 }
 
 Recordset ProjectOf(Connection& source, const StoredModel& model) {
@@ -117,26 +110,26 @@ void CopyProject(ModelToProject& state, Recordset& from) {
 }  // namespace
 
 bool HoldsModel(Workspace& workspace, const StoredModel& model) {
-  const auto source = OpenSource(workspace, model);
-  if (TableExists(source.get(), "Scenario") == 0) return false;
-  return !AskStatic(source.get(), "select Num from Scenario where ", kProjectColumn, " = ",
+  Connection source(workspace, model.database, OpenMode::kReadOnly);
+  if (TableExists(&source, "Scenario") == 0) return false;
+  return !AskStatic(&source, "select Num from Scenario where ", kProjectColumn, " = ",
                     std::to_string(model.project))
               .Eof();
 }
 
 void TakeStoredModel(ModelToProject& state, const StoredModel& model) {
-  const auto source = OpenSource(state.workspace, model);
-  const ReadScope reading(source.get());
+  Connection source(state.workspace, model.database, OpenMode::kReadOnly);
+  const ReadScope reading(&source);
   state.progress.Begin("Reading the model", 0);
-  Recordset project = ProjectOf(*source, model);
+  Recordset project = ProjectOf(source, model);
   CopyProject(state, project);
-  for (const ModelTable& table : ModelTables()) CopyRows(state, *source, model, table);
-  if (WasBroughtBack(project)) BroughtBack(state, *source, model.project).TakeOver();
+  for (const ModelTable& table : ModelTables()) CopyRows(state, source, model, table);
+  if (WasBroughtBack(project)) BroughtBack(state, source, model.project).TakeOver();
 }
 
 void TakeStartDate(ModelToProject& state, const StoredModel& model) {
-  const auto source = OpenSource(state.workspace, model);
-  Recordset from = ProjectOf(*source, model);
+  Connection source(state.workspace, model.database, OpenMode::kReadOnly);
+  Recordset from = ProjectOf(source, model);
   if (from.Eof() || from.Field("KV7_PROJ_START_DATE").IsNull()) return;
   Recordset to =
       Ask(state.gMspConn.get(), "select * from MSP_PROJECTS where PROJ_ID = ", state.gMspProjId);

@@ -5,7 +5,7 @@ namespace merivane::translator {
 namespace {
 
 // A fan-in and a fan-out are mirror images: where the branches stand, and which way leads on.
-struct Side {
+struct SyncSide {
   const char* cardinality;
   const char* suffix;
   const char* column;
@@ -13,19 +13,19 @@ struct Side {
   const char* branch;   // ... and the branch's
 };
 
-constexpr Side kFinish = {"cardinality = 'Fan In' and Type = 'Sync. AND'", "FF", "FFRels",
-                          "Destination_Num", "Origin_num"};
-constexpr Side kStart = {"cardinality = 'Fan Out' and Type = 'Sync. AND'", "SS", "SSRels",
-                         "Origin_num", "Destination_Num"};
+constexpr SyncSide kFinish = {"cardinality = 'Fan In' and Type = 'Sync. AND'", "FF", "FFRels",
+                              "Destination_Num", "Origin_num"};
+constexpr SyncSide kStart = {"cardinality = 'Fan Out' and Type = 'Sync. AND'", "SS", "SSRels",
+                             "Origin_num", "Destination_Num"};
 
-Recordset LinksAt(ModelToProject& state, const Side& side, const Value& element) {
+Recordset LinksAt(ModelToProject& state, const SyncSide& side, const Value& element) {
   return Ask(state.gMspConn.get(),
              "Select * from Links_in_Scenario where Msp_ProjID = ", state.gMspProjId, " and ",
              side.nearEnd, " = ", element);
 }
 
 // Judged by the branch's first link on its far side alone.
-bool BehindOtherSyncAnd(ModelToProject& state, const Side& side, const Value& branch) {
+bool BehindOtherSyncAnd(ModelToProject& state, const SyncSide& side, const Value& branch) {
   Recordset links = LinksAt(state, side, branch);
   if (links.Eof()) return false;
   Recordset junction =
@@ -36,7 +36,7 @@ bool BehindOtherSyncAnd(ModelToProject& state, const Side& side, const Value& br
 }
 
 // Use_Num of the UOB that carries the relations; 0 for none.
-std::int32_t MainBranch(ModelToProject& state, const Side& side, const Value& junctionNum) {
+std::int32_t MainBranch(ModelToProject& state, const SyncSide& side, const Value& junctionNum) {
   Recordset links = LinksAt(state, side, junctionNum);
   for (; !links.Eof(); links.MoveNext()) {
     const Value branch = links.Field(side.branch);
@@ -46,7 +46,7 @@ std::int32_t MainBranch(ModelToProject& state, const Side& side, const Value& ju
   return 0;
 }
 
-std::string RelationsToOthers(ModelToProject& state, const Side& side, const Value& junctionNum,
+std::string RelationsToOthers(ModelToProject& state, const SyncSide& side, const Value& junctionNum,
                               std::int32_t main) {
   std::string relations;
   Recordset links = LinksAt(state, side, junctionNum);
@@ -61,7 +61,7 @@ std::string RelationsToOthers(ModelToProject& state, const Side& side, const Val
   return relations;
 }
 
-void BuildRelations(ModelToProject& state, const Side& side) {
+void BuildRelations(ModelToProject& state, const SyncSide& side) {
   Recordset junctions =
       Ask(state.gMspConn.get(),
           "Select * from junctions_in_scenario where Msp_ProjID = ", state.gMspProjId, " and ",

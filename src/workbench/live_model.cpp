@@ -1,8 +1,6 @@
 #include "workbench/live_model.h"
 
 #include <algorithm>
-#include <optional>
-#include <utility>
 
 #include "notes.h"
 #include "outline.h"
@@ -18,7 +16,7 @@ struct LiveModel::Translation {
   QuietDesktop desktop;
   Program program{desktop};
   TakenPaths paths;
-  std::vector<Choice> choices;
+  std::vector<ScenarioChoice> choices;
   bool isDone = false;
 
   explicit Translation(Desktop& shown) { desktop.ShowProgressOn(shown); }
@@ -30,8 +28,7 @@ struct LiveModel::Translation {
       if (auto* chooser = dynamic_cast<multi*>(&form)) Answer(*chooser, answers);
     };
     ModelToProject& state = program.modelToProject;
-    state.gMspConn = std::make_unique<Connection>(program.workspace);
-    state.gMspConn->Open(ConnectionText(database), OpenMode::kCopy);
+    state.gMspConn = std::make_unique<Connection>(program.workspace, database, OpenMode::kCopy);
     state.gMspProjId = ScratchModel::kProject;
     state.translationListener = &paths;
     try {

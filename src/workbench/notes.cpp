@@ -131,7 +131,7 @@ std::string NameOf(const ModelScenario& scenario, std::int32_t number) {
 std::string Sentence(const ModelScenario& scenario, const ModelUnit& unit,
                      const TakenPaths& paths) {
   std::string sentence = "Not in the plan: " + unit.whyLeft;
-  const TakenPaths::Path* path = paths.Of(unit.decidedBy);
+  const TakenPaths::JunctionPath* path = paths.Of(unit.decidedBy);
   if (path == nullptr) return sentence + '.';
   for (const ModelJunction& junction : scenario.junctions) {
     if (junction.number != unit.decidedBy) continue;
@@ -146,7 +146,7 @@ std::string Sentence(const ModelScenario& scenario, const ModelUnit& unit,
 
 }  // namespace
 
-const TakenPaths::Path* TakenPaths::Of(std::int32_t junction) const {
+const TakenPaths::JunctionPath* TakenPaths::Of(std::int32_t junction) const {
   const auto path = paths_.find(junction);
   return path == paths_.end() ? nullptr : &path->second;
 }

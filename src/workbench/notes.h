@@ -19,12 +19,12 @@ using namespace translator;
 // Hears which way each junction takes, and changes nothing.
 class TakenPaths : public TranslationListener {
  public:
-  struct Path {
+  struct JunctionPath {
     std::string link;  // its ID, "12"
     std::string end;   // digits of the junction where the paths meet again
   };
   // Of a junction that had a path fact of its own; null otherwise.
-  const Path* Of(std::int32_t junction) const;
+  const JunctionPath* Of(std::int32_t junction) const;
 
  private:
   void OnFanOut(const Value& junctionNum) override;
@@ -34,7 +34,7 @@ class TakenPaths : public TranslationListener {
   bool OnTasksWritten() override { return true; }
 
   std::int32_t junction_ = 0;
-  std::map<std::int32_t, Path> paths_;
+  std::map<std::int32_t, JunctionPath> paths_;
 };
 
 // Lines of the elements, and a note for each finding. REQUIRES: the elements are there.

@@ -1,4 +1,3 @@
-#include <memory>
 #include <string>
 
 #include "notes.h"
@@ -57,8 +56,7 @@ class NewModel {
   }
 
   FileView View(const DateTime& today) {
-    Connection connection(program_.workspace);
-    connection.Open(ConnectionText(database_.Path()), OpenMode::kReadOnly);
+    Connection connection(program_.workspace, database_.Path(), OpenMode::kReadOnly);
     FileView view;
     AddPlan(view, connection, kProject, today);
     AddLines(desktop_, view.lines);

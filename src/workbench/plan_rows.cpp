@@ -24,7 +24,7 @@ class PlanRows {
 
   // Without dates where they can't be worked out.
   void Add(const std::optional<Schedule>& dates) {
-    Place();
+    FindElements();
     for (const PlanLink& link : plan_.links) links_[link.successor].push_back(&link);
     for (std::size_t task = 0; task < plan_.tasks.size(); ++task) {
       Element& element = view_.elements[elements_[task]];
@@ -37,7 +37,7 @@ class PlanRows {
 
  private:
   // Each task gets the unit that it stands for, or an element of its own.
-  void Place() {
+  void FindElements() {
     std::map<std::int64_t, std::size_t> units;
     for (std::size_t at = 0; at < view_.elements.size(); ++at) {
       const Element& element = view_.elements[at];

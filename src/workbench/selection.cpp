@@ -1,7 +1,5 @@
 #include "workbench/selection.h"
 
-#include <algorithm>
-
 namespace merivane::workbench {
 
 std::optional<std::size_t> Selection::Find(const Step& step) const {

@@ -8,7 +8,6 @@ namespace {
 TEST_F(Batch, CheckTellsWhatOfADatabaseIsDamaged) {
   Succeed("to-project %onboarding.txt --database @plan.mdb");
   Succeed("check @plan.mdb");
-  EXPECT_EQ(out.str(), "0 errors, 0 warnings\n");
   Sql("create table Lost (A); insert into Lost values (1)");
   folder.Write("plan.mdb", WithoutPageOf("Lost", folder.Path("plan.mdb")));
   EXPECT_EQ(Run("check @plan.mdb --json"), kFailed);

@@ -3,8 +3,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <functional>
-#include <thread>
 
 #include "batch_fixture.h"
 #include "model_parts.h"
@@ -15,26 +13,18 @@ namespace {
 // The program itself, ended by a signal while it is in the middle of its work.
 class EndSignal : public Batch {
  protected:
-  // What the program told, and how it ended, as waitpid() tells it.
-  struct End {
-    int status = 0;
-    std::string told;
-  };
-
-  // Sends the signal once `reached` says so.
-  End EndedBy(int number, const std::vector<std::string>& arguments,
-              const std::function<bool()>& reached) const {
+  // Sends the signal once the program writes. How it ended, as waitpid() tells it; what it told is
+  // in the file "told".
+  int EndedBy(int number, const std::vector<std::string>& arguments) const {
     const pid_t child = fork();
     if (child == 0) Start(arguments);
-    for (int i = 0; i < 3000 && !reached(); ++i) {
+    for (int i = 0; i < 3000 && !IsThere("plan.mdb-journal"); ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     kill(child, number);
-    End end;
-    waitpid(child, &end.status, 0);
-    end.told = ReadFile(temporary.Path("told"));
-    fs::remove(temporary.Path("told"));
-    return end;
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
   }
 
   TemporaryFolder temporary;
@@ -67,17 +57,15 @@ TEST_F(EndSignal, UndoesTheRunAndLeavesNothingTemporary) {
   const std::string longModel = folder.Write("long.txt", LongModel());
   Succeed("to-project %onboarding.txt --database @plan.mdb --mpx @plan.mpx");
   const auto before = Files();
-  const auto writes = [&] { return IsThere("plan.mdb-journal"); };
   for (const int number : {SIGTERM, SIGINT}) {
     for (const std::string how : {"--append", "--overwrite"}) {
       SCOPED_TRACE(how);
-      const End end = EndedBy(number,
-                              {"to-project", longModel, "--database", folder.Path("plan.mdb"), how,
-                               "--mpx", folder.Path("plan.mpx"), "--force"},
-                              writes);
-      ASSERT_TRUE(WIFSIGNALED(end.status)) << end.status;
-      EXPECT_EQ(WTERMSIG(end.status), number);
-      EXPECT_EQ(end.told, "merivane-batch: the run was ended by a signal.\n");
+      const int status =
+          EndedBy(number, {"to-project", longModel, "--database", folder.Path("plan.mdb"), how,
+                           "--mpx", folder.Path("plan.mpx"), "--force"});
+      ASSERT_TRUE(WIFSIGNALED(status)) << status;
+      EXPECT_EQ(WTERMSIG(status), number);
+      EXPECT_EQ(temporary.Awaited("told"), "merivane-batch: the run was ended by a signal.\n");
       EXPECT_EQ(Files(), before);
       EXPECT_TRUE(fs::is_empty(temporary.Path("")));
     }

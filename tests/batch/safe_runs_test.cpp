@@ -1,6 +1,4 @@
 // Whatever a run meets, the files that stood are whole afterwards, and what failed is told.
-#include <thread>
-
 #include "batch_fixture.h"
 
 namespace merivane::test {
@@ -22,8 +20,6 @@ TEST_F(SafeRuns, ARefusedNameTouchesNothingAndIsTold) {
   const std::string back = "to-model --mpx @plan.mpx --interim @plan.mdb --output @x.txt";
   ExpectFailures(
       {{toProject + "' @plan.mdb'", kRefused, ""},
-       {toProject + "'@plan.mdb '", kRefused, ""},
-       {toProject + "''", kRefused, ""},
        {toProject + "@new.mdb --mpx @plan.mpx", kRefused, "--force"},
        {toProject + "@new.mdb --xml @plan.xml", kRefused, "--force"},
        {toProject + "@new.mdb --mpx @hard.mpx --force", kRefused, "hard.mpx"},
@@ -64,7 +60,6 @@ TEST_F(SafeRuns, AFailedRunLeavesEveryFileAsItWas) {
        {back + "--mpx @stops.mpx --merge 1", kFailed, ""},
        {back + "--mpx @stops.mpx --merge 1 --no-backup", kFailed, ""},
        {back + "--xml @bad.xml --merge 1", kFailed, "line 1"},
-       {back + "--xml @bad.xml --overwrite", kFailed, "line 1"},
        {"to-model --mpx @number.mpx --interim @plan.mdb --merge 1 --dry-run", kFailed, ""}});
 }
 
@@ -142,7 +137,6 @@ TEST_F(SafeRuns, ASourceThatNeverEndsIsRefused) {
   const std::string back = "to-model --interim @plan.mdb --overwrite --output @other.txt ";
   ExpectFailures(
       {{"check @endless.txt", kRefused, "endless.txt"},
-       {"draw @endless.txt --output @model.svg", kFailed, "cannot open"},
        {"to-project @endless.txt --database @plan.mdb --overwrite", kFailed, "cannot open"},
        {back + "--mpx @endless.mpx", kFailed, "endless.mpx"},
        {back + "--xml @endless.xml", kFailed, "endless.xml"}});

@@ -13,7 +13,6 @@ TEST_F(Batch, HelpAndVersionSucceedAndWrongUsageIsRefused) {
   EXPECT_THAT(out.str(), HasSubstr("Examples:"));
   Succeed("--version");
   folder.Write("plan.mdb", "precious");
-  folder.Write("model.doc", "");
   ExpectFailures(
       {{"", kRefused, "subcommand"},
        {"to-project", kRefused, "--database"},
@@ -122,7 +121,6 @@ TEST_F(BatchWithPlan, AModelIsPlannedAgainAsItIsOrAsItWasMerged) {
   const std::string again = "to-project --from @plan.mdb --project 1 --database @again.mdb";
   Succeed(again + " --xml @again.xml");
   EXPECT_EQ(Read("again.xml"), Read("plan.xml"));
-  EXPECT_THAT(out.str(), StartsWith("5 tasks, 3 resources, "));
   Replace("plan.xml", "<Name>Set up the desk<", "<Name>Set up two desks<");
   Succeed("to-model --xml @plan.xml --interim @plan.mdb --merge 1 --output @model.txt");
   Succeed(again + " --overwrite --xml @merged.xml");

@@ -9,16 +9,9 @@ namespace {
 
 class WindowsFiles : public Batch {
  protected:
-  std::string WithBackslashes(const std::string& path) {
-    std::string text = path;
-    std::replace(text.begin(), text.end(), '/', '\\');
-    return text;
-  }
-  int ToProject(const std::string& model, const std::vector<std::string>& more = {}) {
-    std::vector<std::string> words = {"to-project", MERIVANE_SAMPLES "/" + model, "--database",
-                                      plan};
-    words.insert(words.end(), more.begin(), more.end());
-    return RunWords(words);
+  // A sample, and what more stands on the line.
+  int ToProject(const std::string& line) {
+    return Run("to-project --database '" + plan + "' %" + line);
   }
   // As programs name it that know paths of any length.
   std::string LongName(const std::string& path) {
@@ -26,7 +19,6 @@ class WindowsFiles : public Batch {
   }
 
   std::string plan = folder.Path("plan.mdb");
-  std::string mpx = folder.Path("plan.mpx");
 };
 
 // A file that another program has open for itself alone.
@@ -49,10 +41,10 @@ TEST_F(WindowsFiles, EveryKindOfPathLeadsThereAndBack) {
   fs::create_directories(PathOf(folder.Path(chinese)));
   fs::create_directories(PathOf(deep));
   for (const std::string& place :
-       {WithBackslashes(folder.Path("a")), folder.Path(chinese + "/a"), LongName(folder.Path("u")),
-        deep + "/a", LongName(deep) + R"(\l)"}) {
+       {Utf8Of(PathOf(folder.Path("a")).make_preferred()), folder.Path(chinese + "/a"),
+        LongName(folder.Path("u")), deep + "/a", LongName(deep) + R"(\l)"}) {
     plan = place + ".mdb";
-    EXPECT_EQ(ToProject("onboarding.txt", {"--mpx", place + ".mpx"}), kDone) << place << err.str();
+    EXPECT_EQ(ToProject("onboarding.txt --mpx '" + place + ".mpx'"), kDone) << place << err.str();
     EXPECT_NE(out.str().find(place), std::string::npos) << out.str();
     EXPECT_EQ(RunWords({"to-model", "--mpx", place + ".mpx", "--interim", plan, "--merge", "1",
                         "--output", place + ".txt", "--quiet"}),
@@ -75,20 +67,20 @@ TEST_F(WindowsFiles, ANameWhereNoFileCanBeIsToldSo) {
     EXPECT_THAT(err.str(), testing::HasSubstr(name));
   }
   plan = folder.Path("COM.mdb");
-  EXPECT_EQ(ToProject("onboarding.txt", {"--mpx", folder.Path("nul.mpx")}), kRefused);
+  EXPECT_EQ(ToProject("onboarding.txt --mpx @nul.mpx"), kRefused);
   EXPECT_TRUE(Files() == before);
-  EXPECT_EQ(ToProject("onboarding.txt", {"--mpx", folder.Path("COM10.mpx")}), kDone);
+  EXPECT_EQ(ToProject("onboarding.txt --mpx @COM10.mpx"), kDone);
 }
 
 TEST_F(WindowsFiles, AFileThatAnotherProgramHoldsIsLeftAsItIs) {
-  ASSERT_EQ(ToProject("onboarding.txt", {"--mpx", mpx}), kDone) << err.str();
+  ASSERT_EQ(ToProject("onboarding.txt --mpx @plan.mpx"), kDone) << err.str();
   const auto before = Files();
   for (const DWORD share :
        {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}}) {
-    for (const std::string& held : {plan, mpx}) {
+    for (const std::string& held : {plan, folder.Path("plan.mpx")}) {
       {
         const HeldFile file(held, share);
-        const int status = ToProject("bakery.txt", {"--overwrite", "--mpx", mpx, "--force"});
+        const int status = ToProject("bakery.txt --overwrite --mpx @plan.mpx --force");
         EXPECT_TRUE(status == kFailed || status == kRefused) << held << out.str() << err.str();
         EXPECT_FALSE(err.str().empty()) << held;
       }

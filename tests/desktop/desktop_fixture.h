@@ -12,10 +12,6 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <QUrl>
-#include <deque>
-#include <map>
-#include <string>
-#include <vector>
 
 #include "changed_text.h"
 #include "database_fixture.h"
@@ -202,6 +198,12 @@ class DesktopTest : public ::testing::Test {
     OpenFile(file);
     if (LastWorkbench() == nullptr) throw std::runtime_error("no window for " + file);
     return *LastWorkbench();
+  }
+  // Brings a changed plan back from the window in front; the dialog that opens.
+  QWidget& BringBack(const std::string& changed) {
+    names.names.push_back(changed);
+    Press(Qt::CTRL | Qt::Key_B);
+    return User::Find(window, "frmProjectToIDEF3");
   }
   // Null where none is open.
   QMainWindow* LastWorkbench() {

@@ -1,8 +1,5 @@
 #include <QListWidget>
 #include <QProcess>
-#include <QTabWidget>
-#include <QTextBrowser>
-#include <QTreeWidget>
 
 #include "desktop/help_window.h"
 #include "desktop_fixture.h"

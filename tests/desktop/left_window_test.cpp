@@ -25,11 +25,6 @@ TEST_F(LeftWindow, TakesNothingWhicheverWayItWasLeft) {
   const std::pair<const char*, std::function<void(QWidget&)>> ways[] = {
       {"Escape", [this](QWidget&) { Press(Qt::Key_Escape); }},
       {"Cancel clicked", [](QWidget& form) { User::Click(form, "cmdCancel"); }},
-      {"Cancel by key",
-       [this](QWidget& form) {
-         User::Find(form, "cmdCancel").setFocus();
-         Press(Qt::Key_Return);
-       }},
       {"frame", [](QWidget& form) { form.parentWidget()->close(); }},
       {"key of the frame", [this](QWidget&) { Press(Qt::CTRL | Qt::Key_F4); }},
   };
@@ -43,15 +38,6 @@ TEST_F(LeftWindow, TakesNothingWhicheverWayItWasLeft) {
     leave(back);
     ExpectNothing(back, main.projectToModel, "txtMPX", "cmdInterimDB");
   }
-}
-
-TEST_F(LeftWindow, TakesNothingBehindARun) {
-  MakePlan();
-  QWidget& form = User::Find(window, "frmIDEF3ToProject");
-  std::filesystem::rename(mpx, folder.Path("old.mpx"));
-  Press(Qt::Key_Return);
-  User::Click(form, "cmdOK");
-  EXPECT_FALSE(std::filesystem::exists(mpx));
 }
 
 TEST_F(LeftWindow, ADropThatIsStillUnderWayIsForgotten) {

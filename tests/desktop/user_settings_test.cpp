@@ -39,7 +39,6 @@ TEST_F(RecentFilesTest, ABrowseButtonOffersTheLastFiveFilesThatItsBoxTook) {
   QTest::keyClick(&User::Find(form, "txtCelvarFilename"), Qt::Key_Escape);
 
   QWidget& again = OpenToProject();
-  EXPECT_EQ(TextOf(again, "txtCelvarFilename"), "");
   EXPECT_FALSE(User::Find(again, "BrowsedbBt_recent").isEnabled());
   EXPECT_THAT(OpenByKey(again, "txtCelvarFilename", "cmdBrowseText_recent"),
               ElementsAre(paths[2], paths[5], paths[4], paths[3], paths[1]));

@@ -1,12 +1,10 @@
 #include <QClipboard>
-#include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTabBar>
 #include <QTableView>
 
 #include "desktop_fixture.h"
-#include "picture_view.h"
 
 namespace merivane::test {
 
@@ -104,8 +102,7 @@ TEST_F(WorkbenchWindowTest, KeysGoIntoDecompositionsOutOfThemBackAndForward) {
   QTest::mouseDClick(diagram.viewport(), Qt::LeftButton, {}, place);
   EXPECT_EQ(Chosen(opened), "Stage building");  // whatever lies below the pointer then
   Outline(opened).setFocus();
-  Press(Qt::Key_Down);
-  Press(Qt::Key_Return);  // leads nowhere
+  Press(Qt::Key_Down, Qt::Key_Return);  // which leads nowhere
   EXPECT_EQ(Chosen(opened), "14  Fetch the stage parts");
   Press(Qt::Key_Backspace, Qt::Key_Backspace);
   EXPECT_EQ(Chosen(opened), "2  Bring the stage to the quay");
@@ -124,10 +121,7 @@ TEST_F(WorkbenchWindowTest, KeysGoIntoDecompositionsOutOfThemBackAndForward) {
 TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnown) {
   MakePlan();
   OpenFile(plan);
-  names.names = {mpx};
-  Press(Qt::CTRL | Qt::Key_B);
-  QWidget& form = User::Find(window, "frmProjectToIDEF3");
-  EXPECT_TRUE(form.isVisible());
+  QWidget& form = BringBack(mpx);
   EXPECT_EQ(TextOf(form, "txtMPX"), mpx);
   EXPECT_EQ(TextOf(form, "txtInterimDB"), plan);
   EXPECT_EQ(TextOf(form, "txtCelvarFilename"), "");
@@ -143,19 +137,16 @@ TEST_F(WorkbenchWindowTest, AChangedPlanGoesBackWithItsDatabaseAndItsProjectKnow
 
 TEST_F(WorkbenchWindowTest, APreviewShowsItsPicturesAndLeadsToItsMerge) {
   MakePlan();
-  OpenFile(plan);
-  names.names = {ChangedMpx()};
-  Press(Qt::CTRL | Qt::Key_B);
-  QWidget& form = User::Find(window, "frmProjectToIDEF3");
+  const QMainWindow& planned = Opened(plan);
+  QWidget& form = BringBack(ChangedMpx());
   user.steps.emplace_back([](QDialog& preview) {
     ExpectRoom(preview);
     User::Click(preview, "cmdShow");
   });
   User::Click(form, "cmdPreview");
-  const auto shown = [this] { return window.findChildren<QMainWindow*>("workbench"); };
-  ASSERT_TRUE(QTest::qWaitFor([&] { return shown().size() == 2; }));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return LastWorkbench() != &planned; }));
   EXPECT_EQ(window.findChild<QDialog*>("previewWindow"), nullptr);
-  QMainWindow& merge = *shown().last();
+  QMainWindow& merge = *LastWorkbench();
   EXPECT_EQ(merge.windowTitle().toStdString(), "changed.mpx (preview of the merge)");
   EXPECT_THAT(TextOf(merge, "fileLines"),
               HasSubstr("The merge would make 1 change. Nothing was changed yet."));

@@ -13,11 +13,10 @@ using namespace roundtrip;
 // The interim database of a model that was sent out.
 inline std::unique_ptr<MemoryDatabase> SentModel() {
   auto database = TemplateInMemory();
-  QuietDesktop desktop;
-  AnswerWithTheFirst(desktop);
-  Program program(desktop);
-  SendOut(program, MERIVANE_SEEDS "/neutral_text/yard.txt", database->Path(), "/dev/null")
-      .gMspConn->Close();
+  InProgram([&](Program& program) {
+    SendOut(program, MERIVANE_SEEDS "/neutral_text/yard.txt", database->Path(), "/dev/null")
+        .gMspConn->Close();
+  });
   database->KeepAsImage();
   return database;
 }
@@ -30,16 +29,16 @@ void BringBack(const std::uint8_t* data, std::size_t size, Translate translate) 
   if (size == 0) return;
   database->Reset();
   plan.Fill(data + 1, size - 1);
-  QuietDesktop desktop;
   try {
-    Program program(desktop);
-    ProjectToModel& state = program.projectToModel;
-    state.gInterimProjId = 1;
-    state.gInterimConn = std::make_unique<Connection>(program.workspace);
-    state.gInterimConn->Open(ConnectionText(database->Path()));
-    state.gOutFile = program.files.FreeFile();
-    program.files.OpenForOutput(state.gOutFile, "/dev/null");
-    translate(state, plan.Path(), static_cast<std::int16_t>(*data % 2 == 0 ? -1 : 0));
+    InProgram([&](Program& program) {
+      ProjectToModel& state = program.projectToModel;
+      state.gInterimProjId = 1;
+      state.gInterimConn = std::make_unique<Connection>(program.workspace);
+      state.gInterimConn->Open(ConnectionText(database->Path()));
+      state.gOutFile = program.files.FreeFile();
+      program.files.OpenForOutput(state.gOutFile, "/dev/null");
+      translate(state, plan.Path(), static_cast<std::int16_t>(*data % 2 == 0 ? -1 : 0));
+    });
   } catch (const ProgramEnd&) {
   }
 }

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdlib>
+#include <deque>
 
 #include "memory_file.h"
 
@@ -14,13 +15,7 @@ namespace {
 
 // In front of each piece.
 struct alignas(std::max_align_t) Head {
-  Head* next;
   int size;  // of the piece
-};
-
-struct FreeList {
-  Head* first = nullptr;
-  Head* last = nullptr;
 };
 
 constexpr int kSmallest = 16;
@@ -32,29 +27,24 @@ int RoundUp(int size) {
                            : static_cast<int>(std::bit_ceil(static_cast<unsigned>(size)));
 }
 
-FreeList& ListOf(int size) {
-  static std::array<FreeList, 32> lists;
+// The free pieces of a size. SQLite gives back some at the very end.
+std::deque<Head*>& ListOf(int size) {
+  static auto& lists = *new std::array<std::deque<Head*>, 32>;
   return lists[static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(size)))];
 }
 
 Head* HeadOf(void* piece) { return static_cast<Head*>(piece) - 1; }
 
-Head* NewHead(int size) {
-  auto* head = static_cast<Head*>(std::malloc(sizeof(Head) + static_cast<std::size_t>(size)));
-  if (head != nullptr) head->size = size;
-  return head;
-}
-
 void* Take(int wanted) {
   const int size = RoundUp(wanted);
   Head* head = nullptr;
-  if (size > kGreatest || ListOf(size).first == nullptr) {
-    head = NewHead(size);
+  if (size > kGreatest || ListOf(size).empty()) {
+    head = static_cast<Head*>(std::malloc(sizeof(Head) + static_cast<std::size_t>(size)));
     if (head == nullptr) return nullptr;
+    head->size = size;
   } else {
-    FreeList& list = ListOf(size);
-    head = list.first;
-    list.first = head->next;
+    head = ListOf(size).front();
+    ListOf(size).pop_front();
   }
   ASAN_UNPOISON_MEMORY_REGION(head + 1, static_cast<std::size_t>(size));
   return head + 1;
@@ -64,10 +54,7 @@ void GiveBack(void* piece) {
   Head* head = HeadOf(piece);
   if (head->size > kGreatest) return std::free(head);
   ASAN_POISON_MEMORY_REGION(piece, static_cast<std::size_t>(head->size));
-  FreeList& list = ListOf(head->size);
-  head->next = nullptr;
-  (list.first == nullptr ? list.first : list.last->next) = head;
-  list.last = head;
+  ListOf(head->size).push_back(head);
 }
 
 int SizeOf(void* piece) { return piece == nullptr ? 0 : HeadOf(piece)->size; }

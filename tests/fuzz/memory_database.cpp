@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <vector>
 
 #include "engine.h"
 #include "memory_file.h"
@@ -80,11 +79,9 @@ void OpenKept(Connection* connection, const std::string& text, OpenMode mode) {
   KeptEngines().push_back({NameOf(*connection), mode, engine});
 }
 
-MemoryDatabase::MemoryDatabase(const std::string& path) : path_(path) {
+MemoryDatabase::MemoryDatabase(const std::string& path) : path_(path), image_(Content(path)) {
   Configure();
   KeptEngines();  // there from now on, and at the end still
-  std::ifstream file(path, std::ios::binary);
-  image_.assign(std::istreambuf_iterator<char>(file), {});
   sqlite3_vfs_register(sqlite3_vfs_find("memdb"), 1);
   Check(sqlite3_open(path_.c_str(), &keeper_));
   Check(sqlite3_file_control(keeper_, "main", SQLITE_FCNTL_FILE_POINTER, &file_));
@@ -122,17 +119,16 @@ void MemoryDatabase::Reset() {
 
 std::unique_ptr<MemoryDatabase> TemplateInMemory() {
   namespace fs = std::filesystem;
-  const fs::path folder = fs::temp_directory_path() / ("merivane-fuzz-" + std::to_string(getpid()));
+  static const fs::path folder =
+      fs::temp_directory_path() / ("merivane-fuzz-" + std::to_string(getpid()));
   fs::create_directories(folder);
   const fs::path path = folder / "plan.mdb";
   fs::copy_file(MERIVANE_BIN "/MerivaneTemplate.mdb", path, fs::copy_options::overwrite_existing);
-  auto database = std::make_unique<MemoryDatabase>(path.string());
   std::atexit([] {
     std::error_code ignored;
-    fs::remove_all(fs::temp_directory_path() / ("merivane-fuzz-" + std::to_string(getpid())),
-                   ignored);
+    fs::remove_all(folder, ignored);
   });
-  return database;
+  return std::make_unique<MemoryDatabase>(path.string());
 }
 
 }  // namespace merivane::fuzz

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace merivane::fuzz {
 
@@ -28,7 +27,7 @@ class MemoryDatabase {
 
  private:
   std::string path_;
-  std::vector<char> image_;
+  std::string image_;
   sqlite3* keeper_ = nullptr;
   sqlite3_file* file_ = nullptr;
   std::uint32_t cases_ = 0;

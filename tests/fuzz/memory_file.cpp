@@ -4,8 +4,15 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 namespace merivane::fuzz {
+
+std::string Content(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
 MemoryFile::MemoryFile() : file_(memfd_create("fuzz", MFD_CLOEXEC)) {}
 

@@ -1,12 +1,16 @@
-// A file in memory, for those who open files by name.
+// Files for the targets.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 namespace merivane::fuzz {
 
+std::string Content(const std::filesystem::path& path);
+
+// Lies in memory, for those who open files by name.
 class MemoryFile {
  public:
   MemoryFile();

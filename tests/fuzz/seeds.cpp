@@ -1,10 +1,10 @@
 // Writes the seeds that are made from others: fuzz_seeds FOLDER.
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "access_file_builder.h"
 #include "memory_database.h"
+#include "memory_file.h"
 #include "mspdi/plan_writer.h"
 #include "send_out.h"
 
@@ -13,11 +13,6 @@ namespace merivane::fuzz {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Content(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 void Write(const fs::path& path, const std::string& bytes) {
   fs::create_directories(path.parent_path());
@@ -30,13 +25,10 @@ void WritePlans(const fs::path& model, MemoryDatabase& database, const fs::path&
   database.Reset();
   const fs::path plan = folder / (name + ".mpx");
   const fs::path xml = folder / (name + ".xml");
-  {
-    QuietDesktop desktop;
-    AnswerWithTheFirst(desktop);
-    Program program(desktop);
+  InProgram([&](Program& program) {
     const auto& state = SendOut(program, model.string(), database.Path(), plan.string());
-    mspdi::WritePlan(*state.gMspConn, 1, desktop.Today(), xml.string());
-  }
+    mspdi::WritePlan(*state.gMspConn, 1, state.desktop.Today(), xml.string());
+  });
   for (const char* mode : {"0", "1"}) {
     Write(folder / "mpx" / (name + mode), mode + Content(plan));
     Write(folder / "xml" / (name + mode), mode + Content(xml));

@@ -13,12 +13,12 @@ using namespace neutraltext;
 using namespace program;
 using namespace translator;
 
-inline void AnswerWithTheFirst(QuietDesktop& desktop) {
-  desktop.onModalForm = [](ModalForm& form) {
-    auto& chooser = dynamic_cast<multi&>(form);
-    chooser.ListIndex = 0;
-    chooser.Command1();
-  };
+template <typename Action>
+void InProgram(Action action) {
+  QuietDesktop desktop;
+  desktop.onModalForm = [](ModalForm& form) { dynamic_cast<multi&>(form).Choose(0); };
+  Program program(desktop);
+  action(program);
 }
 
 // The database stays open as gMspConn.

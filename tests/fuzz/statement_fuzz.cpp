@@ -46,25 +46,18 @@ void Walk(Recordset& rows) {
   rows.MoveFirst();
 }
 
-template <typename Action>
-void Guarded(Action action) {
-  try {
-    action();
-  } catch (const RunTimeError&) {
-  }
-}
-
 void Run(const std::string& sql, const std::string& database) {
   Workspace workspace;
   Connection connection(workspace);
   connection.Open(ConnectionText(database));
-  Guarded([&] {
+  try {
     Recordset rows;
     rows.OpenStatic(sql, &connection);
     rows.RecordCount();
     Walk(rows);
-  });
-  Guarded([&] {
+  } catch (const RunTimeError&) {
+  }
+  try {
     Recordset rows;
     rows.OpenDynamic(sql, &connection);
     Walk(rows);
@@ -76,7 +69,8 @@ void Run(const std::string& sql, const std::string& database) {
     rows.MoveFirst();
     rows.Delete();
     Walk(rows);
-  });
+  } catch (const RunTimeError&) {
+  }
   connection.Close();
 }
 

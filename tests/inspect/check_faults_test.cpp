@@ -8,7 +8,6 @@
 #include <set>
 
 #include "check_fixture.h"
-#include "inspect/check.h"
 #include "runtime/conversions.h"
 
 namespace merivane::test {
@@ -51,46 +50,37 @@ std::string Sound() {
 
 class CheckFaultTest : public CheckFixture, public ::testing::WithParamInterface<Fault> {
  protected:
-  std::vector<inspect::Finding> Findings(const std::string& model) {
-    return inspect::CheckModel(Write(model), TemplateDatabase());
-  }
-
   // Whether the fault is among the findings, at its line and its element.
   bool IsTold(const std::string& model) {
     const std::vector<std::string> lines = LinesOf(model);
-    const auto findings = Findings(model);
-    const bool told = std::any_of(findings.begin(), findings.end(), [&](const auto& finding) {
-      return lines.at(finding.line - 1).starts_with(GetParam().line) &&
-             Described(finding.element) == GetParam().element &&
-             finding.sentence.find(GetParam().word) != std::string::npos;
-    });
-    if (told) return true;
-    for (const auto& finding : findings) {
-      ADD_FAILURE() << lines.at(finding.line - 1) << " / " << Described(finding.element) << " / "
-                    << finding.sentence;
+    std::string others;
+    for (const inspect::Finding& finding : Check(model)) {
+      const std::string& line = lines.at(finding.line - 1);
+      const std::string element = Described(finding.element);
+      if (line.starts_with(GetParam().line) && element == GetParam().element &&
+          Holds(finding.sentence, GetParam().word)) {
+        return true;
+      }
+      others += line + " / " + element + " / " + finding.sentence + "\n";
     }
+    ADD_FAILURE() << others;
     return false;
   }
 };
 
-bool HasError(const std::vector<inspect::Finding>& findings) {
-  return std::any_of(findings.begin(), findings.end(), [](const auto& finding) {
-    return finding.severity == inspect::Severity::kError;
-  });
-}
-
 TEST_F(CheckFaultTest, NothingIsFoundInASoundModel) {
-  const auto findings = Findings(Sound());
-  EXPECT_TRUE(std::all_of(findings.begin(), findings.end(), [](const auto& finding) {
-    return finding.severity == inspect::Severity::kNote;
-  })) << ::testing::PrintToString(findings.size());
+  for (const auto& finding : Check(Sound())) {
+    EXPECT_EQ(finding.severity, inspect::Severity::kNote) << finding.sentence;
+  }
   EXPECT_FALSE(TranslationStumbles(Sound()));
 }
 
 TEST_P(CheckFaultTest, IsToldAloneAndBesideNumbersThatAreNone) {
   const std::string model = With(Sound(), {{GetParam().passage, GetParam().other}});
   EXPECT_TRUE(IsTold(model));
-  EXPECT_TRUE(!TranslationStumbles(model) || HasError(Findings(model)));
+  const auto severity = &inspect::Finding::severity;
+  EXPECT_TRUE(!TranslationStumbles(model) ||
+              std::ranges::count(Check(model), inspect::Severity::kError, severity) > 0);
   EXPECT_TRUE(IsTold(With(model, {{"  Revision Number  1", "  Revision Number  one"}})));
   EXPECT_TRUE(IsTold(With(model, {{"End  Fact Pool|", Fact("x", "Rain") + "End  Fact Pool|"}})));
   EXPECT_TRUE(
@@ -181,26 +171,21 @@ TEST_P(ChainTest, WithoutFindingsTranslatesIntoWhatItSays) {
   for (std::size_t i = 1; i < order.size(); ++i) {
     links += Link(std::to_string(50 + i), std::to_string(order[i - 1]), std::to_string(order[i]));
   }
-  Parts parts;
-  parts.scenarios = Scenario("1", "Shop", "", units, "", links);
-  const std::string model = ModelOf(parts);
-  ASSERT_TRUE(inspect::CheckModel(Write(model), TemplateDatabase()).empty());
+  const std::string model = ModelOf({.scenarios = Scenario("1", "Shop", "", units, "", links)});
+  ASSERT_TRUE(Check(model).empty());
   ASSERT_FALSE(TranslationStumbles(model));
   Connection& plan = *program->modelToProject.gMspConn;
   std::map<int, int> unitOf;
-  Recordset rows;
-  rows.OpenStatic("select TASK_UID, KV7_PROCOCC_HEX from MSP_TASKS where TASK_UID > 0", &plan);
-  for (; !rows.Eof(); rows.MoveNext()) {
-    unitOf[ToInt32(rows.Field(0))] = ToInt32(rows.Field(1));
+  for (const auto& row :
+       Rows(plan, "select TASK_UID, KV7_PROCOCC_HEX from MSP_TASKS where TASK_UID > 0")) {
+    unitOf[ToInt32(row[0])] = ToInt32(row[1]);
   }
   std::set<std::pair<int, int>> wanted;
   for (std::size_t i = 1; i < order.size(); ++i) wanted.emplace(order[i - 1], order[i]);
   std::set<std::pair<int, int>> planned;
-  Recordset planLinks;
-  planLinks.OpenStatic("select LINK_PRED_UID, LINK_SUCC_UID from MSP_LINKS where LINK_UID > 0",
-                       &plan);
-  for (; !planLinks.Eof(); planLinks.MoveNext()) {
-    planned.emplace(unitOf[ToInt32(planLinks.Field(0))], unitOf[ToInt32(planLinks.Field(1))]);
+  for (const auto& link :
+       Rows(plan, "select LINK_PRED_UID, LINK_SUCC_UID from MSP_LINKS where LINK_UID > 0")) {
+    planned.emplace(unitOf[ToInt32(link[0])], unitOf[ToInt32(link[1])]);
   }
   EXPECT_EQ(unitOf.size(), order.size());
   EXPECT_EQ(planned, wanted);

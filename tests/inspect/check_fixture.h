@@ -1,10 +1,13 @@
-// Models to check, and what the real translation makes of them.
+// Models to check, plans to merge, and what the real translation makes of them.
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "database_fixture.h"
+#include "inspect/check.h"
+#include "inspect/model_snapshot.h"
 #include "model_parts.h"
 #include "neutraltext/modGlobal.h"
 #include "translator/modIDEF3ToProject.h"
@@ -23,10 +26,35 @@ inline std::vector<std::string> LinesOf(const std::string& model) {
   return lines;
 }
 
+inline std::string Shown(const inspect::MergeChange& change) {
+  constexpr const char* kWords[] = {
+      "added: ", "changed: ", "removed: ", "kept: ", "not taken: ", "stop: ", ""};
+  const std::string row = change.planRow ? std::to_string(*change.planRow) + ": " : "";
+  return kWords[static_cast<int>(change.kind)] + row + Described(change.element) + ": " +
+         change.sentence;
+}
+
+inline std::vector<std::string> Shown(const std::vector<inspect::MergeChange>& changes) {
+  std::vector<std::string> lines;
+  for (const inspect::MergeChange& change : changes) lines.push_back(Shown(change));
+  return lines;
+}
+
+// Passages of a file, each with what takes its place.
+using Edits = std::vector<std::pair<std::string, std::string>>;
+
+inline std::string Edited(std::string text, const Edits& edits) {
+  for (const auto& [passage, other] : edits) text = With(text, {{passage, other}});
+  return text;
+}
+
 class CheckFixture : public DatabaseFixture {
  protected:
   std::string Write(const std::string& model) {
     return folder.Write("model.txt", FileText(model + "|"));
+  }
+  std::vector<inspect::Finding> Check(const std::string& model) {
+    return inspect::CheckModel(Write(model), TemplateDatabase());
   }
 
   bool TranslationStumbles(const std::string& model) {
@@ -36,6 +64,16 @@ class CheckFixture : public DatabaseFixture {
              translator::TranslateToProject(program->modelToProject, "");
            }) ||
            !desktop.boxes.empty();
+  }
+
+  // A sample in the database of the fixture, and its plan beside it.
+  std::string MakePlan(const std::string& sample = "onboarding") {
+    std::string mpx = folder.Path("plan.mpx");
+    OpenForModel();
+    neutraltext::ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/" + sample + ".txt");
+    translator::TranslateToProject(program->modelToProject, mpx);
+    program = std::make_unique<Program>(desktop);
+    return mpx;
   }
 };
 

@@ -41,7 +41,7 @@ class CheckTest : public CheckFixture, public ::testing::WithParamInterface<Row>
   std::vector<std::string> Findings(const std::string& model) {
     std::vector<std::string> texts;
     const std::vector<std::string> lines = LinesOf(model);
-    for (const auto& finding : inspect::CheckModel(Write(model), TemplateDatabase())) {
+    for (const auto& finding : Check(model)) {
       EXPECT_FALSE(finding.advice.empty());
       const std::string element = Described(finding.element);
       texts.push_back(lines.at(finding.line - 1) + ": " + WordOf(finding.severity) + ": " +
@@ -76,8 +76,7 @@ TEST_F(CheckTest, AFileOfAnotherKindIsCalledByIt) {
 
 std::vector<std::string> SentencesOf(const std::vector<inspect::Finding>& findings) {
   std::vector<std::string> sentences(findings.size());
-  std::transform(findings.begin(), findings.end(), sentences.begin(),
-                 [](const auto& finding) { return finding.sentence; });
+  std::ranges::transform(findings, sentences.begin(), &inspect::Finding::sentence);
   return sentences;
 }
 
@@ -89,11 +88,9 @@ TEST_F(CheckTest, APlanWithTooManyLinksIsToldBeforeItIsMade) {
   parts.scenarios = Scenario("1", "Shop", "", Unit("1", "Cut") + Unit("2", "Sand"), "", links);
   const std::string tooMany =
       "The plan would have more than 32,767 links, which ends the translation.";
-  EXPECT_THAT(SentencesOf(inspect::CheckModel(Write(ModelOf(parts)), TemplateDatabase())),
-              Contains(tooMany));
+  EXPECT_THAT(SentencesOf(Check(ModelOf(parts))), Contains(tooMany));
   parts.scenarios.erase(parts.scenarios.find("  Link  5|"), Link("5", "1", "2").size());
-  EXPECT_THAT(SentencesOf(inspect::CheckModel(Write(ModelOf(parts)), TemplateDatabase())),
-              Not(Contains(tooMany)));
+  EXPECT_THAT(SentencesOf(Check(ModelOf(parts))), Not(Contains(tooMany)));
 }
 
 // The list goes over to the elements behind it, which aren't to blame.
@@ -107,10 +104,8 @@ TEST_F(CheckTest, ARowThatNoDatabaseHoldsIsToldOnceAtItsElement) {
   };
   const auto blamed = [this](const std::string& model) {
     std::string elements;
-    for (const auto& finding : inspect::CheckModel(Write(model), TemplateDatabase())) {
-      if (finding.sentence.find("16 MB") != std::string::npos) {
-        elements += Described(finding.element);
-      }
+    for (const auto& finding : Check(model)) {
+      if (Holds(finding.sentence, "16 MB")) elements += Described(finding.element);
     }
     return elements;
   };
@@ -134,7 +129,7 @@ TEST_F(CheckTest, ALargeModelIsAskedForItsPathsAndScenarios) {
       Scenario("1", "Shop", "", units, Junction("4999", "J1", "Fan Out", "XOR"), links) + "|" +
       Scenario("2", "Yard", "", Unit("4998", "Cut"));
   EXPECT_THAT(
-      SentencesOf(inspect::CheckModel(Write(ModelOf(parts)), TemplateDatabase())),
+      SentencesOf(Check(ModelOf(parts))),
       ElementsAre("One of the scenarios 'Shop', 'Yard' has to be chosen, and no fact chooses the "
                   "last one.",
                   "It dangles: it has no ways in and no ways out.",
@@ -146,13 +141,6 @@ TEST_P(CheckTest, TellsWhatAndWhere) {
   EXPECT_EQ(TranslationStumbles(GetParam().model), GetParam().endsTranslation);
 }
 
-Parts Holding(const std::string& scenarios, const std::string& facts = "") {
-  Parts parts;
-  parts.scenarios = scenarios;
-  parts.facts = facts;
-  return parts;
-}
-
 Row OfText(const char* name, const std::string& passage, const std::string& other,
            std::vector<std::string> findings, bool ends = false) {
   return {name, Blank(passage, other), std::move(findings), ends};
@@ -160,7 +148,7 @@ Row OfText(const char* name, const std::string& passage, const std::string& othe
 
 Row OfScenarios(const char* name, const std::string& scenarios, std::vector<std::string> findings,
                 bool ends = false) {
-  return {name, ModelOf(Holding(scenarios)), std::move(findings), ends};
+  return {name, ModelOf({.scenarios = scenarios}), std::move(findings), ends};
 }
 
 std::string NotChecked(int line) {
@@ -280,7 +268,7 @@ INSTANTIATE_TEST_SUITE_P(
              "  Link  5: error: link 5 'Cut to Sand': Its destination 2 is neither a unit nor a "
              "junction of the scenario."}},
         Row{"OneJunctionIdTwice",
-            With(ModelOf(Holding(Fork("Async. AND"))), {{"ID  J12", "ID  J11"}}),
+            With(ModelOf({.scenarios = Fork("Async. AND")}), {{"ID  J12", "ID  J11"}}),
             {"  Junction  12: error: junction 12 'J11': It has the ID of junction 11 'J11' (line "
              "222), so that the links of the two are mixed up in the plan."}},
         OfScenarios("CircleOfDecompositions",
@@ -290,8 +278,8 @@ INSTANTIATE_TEST_SUITE_P(
                     {"Scenario  2: error: scenario 2 'Left': It is part of a circle of "
                      "decompositions: scenario 2 'Left', scenario 3 'Right'."}),
         Row{"CircleOfJunctions",
-            ModelOf(Holding(Fork("Async. AND", "",
-                                 Link("27", "J11", "J12") + Link("28", "J12", "J11")))),
+            ModelOf({.scenarios = Fork("Async. AND", "",
+                                       Link("27", "J11", "J12") + Link("28", "J12", "J11"))}),
             {"    Process  1  #2: warning: unit 2 'Sand': It is part of a circle of links, so that "
              "its tasks wait for each other: junction 11 'J11', unit 2 'Sand', junction 12 'J12'.",
              "  Junction  11: error: junction 11 'J11': It is part of a circle of junctions, which "
@@ -303,7 +291,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {"    Process  1  #1: warning: unit 1 'Cut': It is part of a circle of links, "
                      "so that its tasks wait for each other: unit 1 'Cut', unit 2 'Sand'."}),
         Row{"LinkWithoutId",
-            With(ModelOf(Holding(Fork("Async. AND"))),
+            With(ModelOf({.scenarios = Fork("Async. AND")}),
                  {{"ID  1|    Type:  Precedence", "ID  |    Type:  Precedence"}}),
             {"  Link  21: error: link 21 'Cut to J11': It gives no ID of its own, and the 'J12' "
              "that "
@@ -311,23 +299,25 @@ INSTANTIATE_TEST_SUITE_P(
              NotChecked(268)},
             true},
         Row{"ScenarioThatAFactLeavesOut",
-            ModelOf(Holding(Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
-                                Scenario("2", "Yard", "", Unit("2", "Sand")),
-                            Fact("1", "Choose Yard"))),
+            ModelOf({.facts = Fact("1", "Choose Yard"),
+                     .scenarios = Scenario("1", "Shop", "", Unit("1", "Cut")) + "|" +
+                                  Scenario("2", "Yard", "", Unit("2", "Sand"))}),
             {"Scenario  1: warning: scenario 1 'Shop': Nothing of it reaches the plan, since "
              "another scenario is chosen."}},
         Row{"PathFactWithoutPath",
-            ModelOf(Holding(Fork("XOR", kPathFact), Fact("1", "PathAt", "Roof|"))),
+            ModelOf({.facts = Fact("1", "PathAt", "Roof|"), .scenarios = Fork("XOR", kPathFact)}),
             {"  Junction  11: warning: junction 11 'J11': The glossary of its path fact names no "
              "link and junction, so that all its paths go to the plan."}},
         Row{"PathFactCutShort",
-            ModelOf(Holding(Fork("XOR", kPathFact), Fact("1", "PathAt", "Take L2 until |"))),
+            ModelOf({.facts = Fact("1", "PathAt", "Take L2 until |"),
+                     .scenarios = Fork("XOR", kPathFact)}),
             {"  Junction  11: error: junction 11 'J11': The glossary of its path fact can't be "
              "read, which ends the translation."},
             true},
         Row{"CircleBehindPrunedPath",
-            ModelOf(Holding(Fork("XOR", kPathFact, Link("27", "3", "4") + Link("28", "4", "3")),
-                            Path("2", "99"))),
+            ModelOf({.facts = Path("2", "99"),
+                     .scenarios = Fork("XOR", kPathFact,
+                                       Link("27", "3", "4") + Link("28", "4", "3"))}),
             {"    Process  1  #3: warning: unit 3 'Cut': It is part of a circle of links, so that "
              "its tasks wait for each other: junction 12 'J12', unit 4 'Sand', unit 3 'Cut'.",
              "  Junction  11: warning: junction 11 'J11': Its path fact names the junction 'J99', "
@@ -354,15 +344,8 @@ INSTANTIATE_TEST_SUITE_P(
                      "the translation."},
                     true),
         Row{"PartnerNotSent",
-            ModelOf(Holding(Scenario("1", "Shop", "",
-                                     Unit("1", "Cut") + Unit("2", "Sand") + Unit("3", "Cut") +
-                                         Unit("4", "Sand"),
-                                     Junction("11", "J11", "Fan Out", "XOR", kPathFact) +
-                                         Junction("12", "J12", "Fan In", "Sync. AND"),
-                                     Link("21", "1", "J11") + Link("22", "J11", "2", "2") +
-                                         Link("23", "J11", "3", "3") + Link("24", "2", "J12") +
-                                         Link("25", "3", "J12") + Link("26", "J12", "4")),
-                            Path("2", "12"))),
+            With(ModelOf({.facts = Path("2", "12"), .scenarios = Fork("XOR", kPathFact)}),
+                 {{"Fan In|    Type:  XOR", "Fan In|    Type:  Sync. AND"}}),
             {"  Junction  12: error: junction 12 'J12': unit 3 'Cut' (line 193) isn't sent to the "
              "plan, but is to start or finish with others of this junction, which ends the "
              "translation."},
@@ -401,11 +384,11 @@ INSTANTIATE_TEST_SUITE_P(
                     {"    Process  1  #2: note: unit 2 'Sand': It gives no cycle time, no labor "
                      "rule of its own; what unit 1 'Cut' (line 135) gives is taken over."}),
         Row{"FanOutsWithoutFact",
-            ModelOf(Holding(Fork("XOR"))),
+            ModelOf({.scenarios = Fork("XOR")}),
             {"  Junction  11: warning: junction 11 'J11': It has no path fact, so that all its "
              "paths go to the plan."}},
         Row{"PathFactNamesNothing",
-            ModelOf(Holding(Fork("XOR", kPathFact), Path("7", "99"))),
+            ModelOf({.facts = Path("7", "99"), .scenarios = Fork("XOR", kPathFact)}),
             {"  Junction  11: warning: junction 11 'J11': Its path fact names the link '7', which "
              "doesn't lead out of it, so that no path is kept.",
              "  Junction  11: warning: junction 11 'J11': Its path fact names the junction 'J99', "

@@ -6,8 +6,6 @@
 
 namespace merivane::test {
 
-using namespace neutraltext;
-using namespace translator;
 using namespace inspect;
 
 namespace {
@@ -17,47 +15,20 @@ using ::testing::HasSubstr;
 
 struct Row {
   const char* name;
-  std::vector<std::pair<std::string, std::string>> edits;  // of the second file
+  Edits edits;  // of the second file
   std::vector<std::string> differences;
 };
 
 void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 
-std::vector<std::string> Shown(const Differences& told) {
-  constexpr const char* kWords[] = {"added", "changed", "removed"};
-  std::vector<std::string> lines;
-  for (const MergeChange& change : told.changes) {
-    const std::string row = change.planRow ? std::to_string(*change.planRow) + ": " : "";
-    lines.push_back(std::string(kWords[static_cast<int>(change.kind)]) + ": " + row +
-                    Described(change.element) + ": " + change.sentence);
-  }
-  return lines;
-}
-
 class FileDifferences : public CheckFixture, public ::testing::WithParamInterface<Row> {
  protected:
-  std::string Changed(std::string text) const {
-    for (const auto& [passage, other] : GetParam().edits) {
-      const std::size_t at = text.find(passage);
-      EXPECT_NE(at, std::string::npos) << passage;
-      if (at != std::string::npos) text.replace(at, passage.size(), other);
-    }
-    return text;
-  }
+  static std::string Changed(const std::string& text) { return Edited(text, GetParam().edits); }
   static Differences Compare(const ComparedFile& first, const ComparedFile& second) {
     return CompareFiles(first, second, TemplateDatabase());
   }
   std::string WriteAs(const std::string& name, const std::string& model) {
     return folder.Write(name, ReadFile(Write(model)));
-  }
-  // The sample in the database of the fixture, and its plan beside it.
-  std::string MakePlan() {
-    std::string mpx = folder.Path("plan.mpx");
-    OpenForModel();
-    ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/onboarding.txt");
-    TranslateToProject(program->modelToProject, mpx);
-    program = std::make_unique<Program>(desktop);
-    return mpx;
   }
 };
 
@@ -71,7 +42,7 @@ TEST_P(ModelDifferences, AreTold) {
                              "|" + Scenario("2", "Paint shop", "1", Unit("3", "Cut"))}));
   const auto told = Compare({WriteAs("a.txt", before)}, {WriteAs("b.txt", Changed(before))});
   EXPECT_TRUE(told.ofModels);
-  EXPECT_THAT(Shown(told), ElementsAreArray(GetParam().differences));
+  EXPECT_THAT(Shown(told.changes), ElementsAreArray(GetParam().differences));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -116,7 +87,7 @@ TEST_P(PlanDifferences, AreToldBetweenEveryPairOfKinds) {
   for (const ComparedFile& source : sources) {
     const auto told = Compare(source, {changed});
     EXPECT_FALSE(told.ofModels);
-    EXPECT_THAT(Shown(told), ElementsAreArray(GetParam().differences)) << source.path;
+    EXPECT_THAT(Shown(told.changes), ElementsAreArray(GetParam().differences)) << source.path;
   }
 }
 
@@ -146,7 +117,7 @@ struct Bad {
   const char* word;
 };
 
-TEST_F(DatabaseFixture, FileThatCantBeComparedIsNamedWithItsReason) {
+TEST_F(CheckFixture, FileThatCantBeComparedIsNamedWithItsReason) {
   const std::string good = MERIVANE_SAMPLES "/onboarding.txt";
   const Bad rows[] = {
       {"broken.txt", "Dunmar Neutral Text; Version:2.20;\r\nProject Summary\r\n", "can't be read"},
@@ -171,12 +142,8 @@ TEST_F(DatabaseFixture, FileThatCantBeComparedIsNamedWithItsReason) {
   }
 }
 
-TEST_F(DatabaseFixture, TextThatAsksForAScenarioGivesNoPlan) {
-  const std::string mpx = folder.Path("plan.mpx");
-  OpenForModel();
-  ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/onboarding.txt");
-  TranslateToProject(program->modelToProject, mpx);
-  program = std::make_unique<Program>(desktop);
+TEST_F(CheckFixture, TextThatAsksForAScenarioGivesNoPlan) {
+  const std::string mpx = MakePlan();
   EXPECT_THROW(CompareFiles({MERIVANE_SAMPLES "/bakery.txt"}, {mpx}, TemplateDatabase()),
                RunTimeError);
 }

@@ -4,69 +4,37 @@
 
 #include <sstream>
 
-#include "changed_text.h"
-#include "database_fixture.h"
-#include "inspect/model_snapshot.h"
+#include "check_fixture.h"
 #include "mspdi/plan_writer.h"
-#include "neutraltext/modGlobal.h"
-#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::test {
 
-using namespace neutraltext;
-using namespace translator;
 using namespace inspect;
 
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsSupersetOf;
 
-struct Edit {
-  std::string passage;
-  std::string other;
-};
-
 struct Row {
   const char* name;
-  std::vector<Edit> edits;  // of the plan
+  Edits edits;  // of the plan
   std::vector<std::string> changes;
   bool merged = true;
 };
 
 void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
 
-const char* WordOf(inspect::ChangeKind kind) {
-  constexpr const char* kWords[] = {"added", "changed", "removed", "kept", "not taken", "stop"};
-  return kWords[static_cast<int>(kind)];
-}
-
 const std::string kLastTask = "70,5,5,Work on the first task with the mentor,3.00d,Yes,1,,\"4\"";
 const std::string kWithPredecessors = kLastTask.substr(0, kLastTask.size() - 3);
 const std::string kWork = "unit 5 'Work on the first task with the mentor'";
 const std::string kWorkTask = "task 5 'Work on the first task with the mentor'";
 
-std::string Shown(const inspect::MergeChange& change) {
-  const std::string row = change.planRow ? std::to_string(*change.planRow) + ": " : "";
-  return std::string(WordOf(change.kind)) + ": " + row + Described(change.element) + ": " +
-         change.sentence;
-}
-
-class MergePreviewTest : public DatabaseFixture, public ::testing::WithParamInterface<Row> {
+class MergePreviewTest : public CheckFixture, public ::testing::WithParamInterface<Row> {
  protected:
-  // The sample model in the database, its plan in the file.
-  std::string MakePlan(const std::string& sample = "onboarding") {
-    const std::string mpx = folder.Path("plan.mpx");
-    OpenForModel();
-    ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/" + sample + ".txt");
-    TranslateToProject(program->modelToProject, mpx);
-    program = std::make_unique<Program>(desktop);
-    return mpx;
-  }
-
-  static void Change(const std::string& path, const std::vector<Edit>& edits) {
-    std::string text = ReadFile(path);
-    for (const auto& [passage, other] : edits) text = With(text, {{passage, other}});
+  static void Change(const std::string& path, const Edits& edits) {
+    const std::string text = Edited(ReadFile(path), edits);
     std::ofstream(path, std::ios::binary) << text;
   }
 };
@@ -76,12 +44,10 @@ TEST_P(MergePreviewTest, TellsWhatTheMergeChangesAndTouchesNothing) {
   Change(mpx, GetParam().edits);
   const std::string database = ReadFile(databasePath);
   const inspect::MergePreview preview = inspect::PreviewMerge(mpx, databasePath, 1);
-  std::vector<std::string> changes;
   for (const inspect::MergeChange& change : preview.changes) {
-    changes.push_back(Shown(change));
     EXPECT_TRUE(!change.advice.empty() || change.kind < inspect::ChangeKind::kNotTaken);
   }
-  EXPECT_THAT(changes, ElementsAreArray(GetParam().changes));
+  EXPECT_THAT(Shown(preview.changes), ElementsAreArray(GetParam().changes));
   EXPECT_EQ(preview.merged, GetParam().merged);
   EXPECT_EQ(preview.boxes.size(), GetParam().merged ? 0U : 1U);
   EXPECT_EQ(ReadFile(databasePath), database);
@@ -95,27 +61,19 @@ TEST_F(MergePreviewTest, CallsAUnitThatWasLeftOutAUnit) {
           "update Links_in_Scenario set Origin_Num = 77 where Destination_Num = 5");
   Change(mpx, {{kLastTask, kWithPredecessors}});
   const inspect::MergePreview preview = inspect::PreviewMerge(mpx, databasePath, 1);
-  ASSERT_EQ(preview.changes.size(), 1U);
-  EXPECT_EQ(Shown(preview.changes[0]),
-            "removed: 5: link: It leads from unit 77 'Wait' to " + kWork + ".");
+  EXPECT_THAT(Shown(preview.changes),
+              ElementsAre("removed: 5: link: It leads from unit 77 'Wait' to " + kWork + "."));
 }
 
 TEST_F(MergePreviewTest, ACompleteMergeTellsWhatIsRenamedAndWhichProcessesPart) {
   const std::string mpx = MakePlan("clinic");
   Change(mpx, {{"Plan the rooms,", "Plan the wards,"}, {",Builder,Builder,", ",Team,Team,"}});
-  std::vector<std::string> changes;
-  for (const auto& change :
-       inspect::PreviewCompleteMerge(mpx, databasePath, 1, TemplateDatabase(), Proof::kNone)
-           .changes) {
-    changes.push_back(Shown(change));
-  }
-  EXPECT_THAT(changes,
-              ElementsAreArray({
-                  "changed: 1: unit 4 'Plan the wards': It was called 'Plan the rooms'.",
-                  "changed: 1: unit 4 'Plan the wards': It has a process of its own now, 10 "
-                  "instead of 1.",
-                  "changed: 1: resource 2 'Team': It was called 'Builder'.",
-              }));
+  const auto preview = PreviewCompleteMerge(mpx, databasePath, 1, TemplateDatabase(), Proof::kNone);
+  EXPECT_THAT(Shown(preview.changes),
+              ElementsAre("changed: 1: unit 4 'Plan the wards': It was called 'Plan the rooms'.",
+                          "changed: 1: unit 4 'Plan the wards': It has a process of its own now, "
+                          "10 instead of 1.",
+                          "changed: 1: resource 2 'Team': It was called 'Builder'."));
 }
 
 // The first stop alone has a box: behind it the merge shows nothing any more.
@@ -128,15 +86,14 @@ TEST_F(MergePreviewTest, TellsTheStopsOfPlanningXmlAtOnce) {
                {"<Value>5<", "<Value>4<"},
                {"<Name>Create the accounts<", "<Name>Open accounts<"}});
   const inspect::MergePreview preview = inspect::PreviewMerge(xml, databasePath, 1);
-  std::vector<std::string> stops;
-  for (const inspect::MergeChange& change : preview.changes) stops.push_back(Shown(change));
-  EXPECT_THAT(stops, IsSupersetOf(
-                         {"stop: 3: resource 3 'Ada's mentor': Its name holds an apostrophe, which "
-                          "stops the merge.",
-                          "stop: 2: task 2 'Set up \"the\" desk': Its name holds double quotes, "
-                          "which stop the merge.",
-                          "changed: 3: unit 3 'Open accounts': It was called 'Create the "
-                          "accounts'."}));
+  EXPECT_THAT(
+      Shown(preview.changes),
+      IsSupersetOf({"stop: 3: resource 3 'Ada's mentor': Its name holds an apostrophe, which "
+                    "stops the merge.",
+                    "stop: 2: task 2 'Set up \"the\" desk': Its name holds double quotes, "
+                    "which stop the merge.",
+                    "changed: 3: unit 3 'Open accounts': It was called 'Create the "
+                    "accounts'."}));
   EXPECT_EQ(preview.boxes.size(), 1U);
 }
 

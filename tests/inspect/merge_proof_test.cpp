@@ -4,18 +4,13 @@
 #include <fstream>
 #include <regex>
 
-#include "changed_text.h"
-#include "database_fixture.h"
+#include "check_fixture.h"
 #include "inspect/merge_preview.h"
-#include "neutraltext/modGlobal.h"
 #include "roundtrip/modMpxtoIDEF3.h"
-#include "translator/modIDEF3ToProject.h"
 
 namespace merivane::test {
 
-using namespace neutraltext;
 using namespace roundtrip;
-using namespace translator;
 using namespace inspect;
 
 namespace {
@@ -23,28 +18,16 @@ namespace {
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-struct Edit {
-  std::string passage;
-  std::string other;
-};
-
 struct Case {
   const char* name;
-  std::vector<Edit> edits;  // of the plan
+  Edits edits;  // of the plan
   std::vector<std::string> differences;
 };
 
 void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
 
-class MergeProofTest : public DatabaseFixture, public ::testing::WithParamInterface<Case> {
+class MergeProofTest : public CheckFixture, public ::testing::WithParamInterface<Case> {
  protected:
-  MergeProofTest() {
-    OpenForModel();
-    ReadNeutralText(program->modelToProject, MERIVANE_SAMPLES "/onboarding.txt");
-    TranslateToProject(program->modelToProject, plan);
-    program = std::make_unique<Program>(desktop);
-  }
-
   // Cycle times and labor rules of other objects than entities don't stand in a written text.
   static std::string WithoutWhatATextLacks(const std::string& mpx) {
     const std::string days =
@@ -69,24 +52,16 @@ class MergeProofTest : public DatabaseFixture, public ::testing::WithParamInterf
   std::vector<std::string> Differences() {
     const MergeProof proof = Prove();
     EXPECT_EQ(proof.failure, "");
-    std::vector<std::string> told;
-    for (const auto& difference : proof.differences) {
-      EXPECT_FALSE(difference.advice.empty());
-      const auto& row = difference.planRow;
-      told.push_back((row ? std::to_string(*row) + ": " : "") + Described(difference.element) +
-                     ": " + difference.sentence);
-    }
-    return told;
+    for (const auto& difference : proof.differences) EXPECT_FALSE(difference.advice.empty());
+    return Shown(proof.differences);
   }
 
-  std::string plan = folder.Path("plan.mpx");
+  std::string plan = MakePlan();
   std::string text = folder.Path("merged.txt");
 };
 
 TEST_P(MergeProofTest, TellsWhatTheMergedModelDoesNotGive) {
-  std::string mpx = WithoutWhatATextLacks(ReadFile(plan));
-  for (const auto& [passage, other] : GetParam().edits) mpx = With(mpx, {{passage, other}});
-  Merge(mpx);
+  Merge(Edited(WithoutWhatATextLacks(ReadFile(plan)), GetParam().edits));
   const std::string database = ReadFile(databasePath);
   EXPECT_THAT(Differences(), ElementsAreArray(GetParam().differences));
   EXPECT_EQ(ReadFile(databasePath), database);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <utility>
 
 #include "error_of.h"
@@ -23,12 +24,18 @@ std::string Project(const std::string& content) {
 }
 
 std::string Task(const std::string& fields) { return "<Task>" + fields + "</Task>"; }
+std::string Resource(const std::string& fields) { return "<Resource>" + fields + "</Resource>"; }
 
 std::string Tasks(const std::string& content) {
   return Project("<Tasks>\n" + content + "\n</Tasks>");
 }
 
 const std::string kA = "<UID>1</UID><ID>1</ID><Name>A</Name>";
+
+std::string Link(int predecessor, const std::string& fields) {
+  return "<PredecessorLink><PredecessorUID>" + std::to_string(predecessor) + "</PredecessorUID>" +
+         fields + "</PredecessorLink>";
+}
 
 struct BadFile {
   const char* name;
@@ -69,10 +76,7 @@ TEST(BadFiles, AreToldWithLineAndFinding) {
        "6: the UID 1 of this task is taken by the one in line 4"},
       {"ID twice", Tasks(Task(kA) + "\n" + Task("<ID>1</ID><Name>B</Name>")),
        "5: the ID 1 of this task"},
-      {"linked to itself",
-       Tasks(Task(kA + "<PredecessorLink><PredecessorUID>1</PredecessorUID>"
-                       "</PredecessorLink>")),
-       "4: the task 'A' is linked to itself"},
+      {"linked to itself", Tasks(Task(kA + Link(1, ""))), "4: the task 'A' is linked to itself"},
       {"jumping outline", Tasks(Task(kA) + Task("<Name>B</Name><OutlineLevel>5</OutlineLevel>")),
        "4: the outline jumps from level 1 to level 5 at the task 'B'"},
       {"flag", Tasks(Task(kA + "<Active>yes</Active>")), "4: found 'yes' as Active"},
@@ -83,7 +87,7 @@ TEST(BadFiles, AreToldWithLineAndFinding) {
       {"half an ID", Tasks(Task("<ID>1.5</ID>")), "4: found '1.5' as ID"},
       {"no duration", Tasks(Task(kA + "<Duration>PT</Duration>")), "4: found 'PT' as Duration"},
       {"units below 0",
-       Project("<Resources>\n<Resource><Name>A</Name><MaxUnits>-1</MaxUnits></Resource>"
+       Project("<Resources>\n" + Resource("<Name>A</Name><MaxUnits>-1</MaxUnits>") +
                "</Resources>"),
        "4: found '-1' as MaxUnits"},
       {"minutes of a day", Project("<MinutesPerDay>1441</MinutesPerDay>"),
@@ -96,8 +100,8 @@ TEST(BadFiles, AreToldWithLineAndFinding) {
       {"too many tasks", Tasks(Task("<ID>32768</ID><Name>A</Name>")),
        "4: the task has the ID 32768"},
       {"units",
-       Project("<Resources><Resource><Name>A</Name><MaxUnits>many</MaxUnits>"
-               "</Resource></Resources>"),
+       Project("<Resources>" + Resource("<Name>A</Name><MaxUnits>many</MaxUnits>") +
+               "</Resources>"),
        "3: found 'many' as MaxUnits"}};
   const TemporaryFolder folder;
   for (const BadFile& file : files) {
@@ -152,11 +156,6 @@ std::string Numbered(int number, const std::string& fields) {
   return Task("<UID>" + text + "0</UID><ID>" + text + "</ID><Name>T" + text + "</Name>" + fields);
 }
 
-std::string Link(int predecessor, const std::string& fields) {
-  return "<PredecessorLink><PredecessorUID>" + std::to_string(predecessor) + "</PredecessorUID>" +
-         fields + "</PredecessorLink>";
-}
-
 std::string Assigned(int task, int resource, const std::string& work) {
   return "<Assignment><TaskUID>" + std::to_string(task) + "</TaskUID><ResourceUID>" +
          std::to_string(resource) + "</ResourceUID><Units>1</Units><Work>" + work +
@@ -179,20 +178,17 @@ TEST(Untaken, IsCountedWithTheRowsOfEachKind) {
                    Link(77, "<LinkLag>1</LinkLag><Type>2</Type>") +
                    Link(10, "<CrossProject>1</CrossProject><LinkLag>9</LinkLag>")) +
       Numbered(4, "<Active>0</Active><Manual>1</Manual>" + Link(10, "<LinkLag>5</LinkLag>")) +
-      Task("<UID>50</UID><ID>5</ID>") +
-      "</Tasks><Resources>"
-      "<Resource><UID>1</UID><ID>1</ID><Name>Cement</Name><MaterialLabel>t</MaterialLabel>"
-      "<Type>0</Type></Resource>"
-      "<Resource><UID>2</UID><ID>2</ID><Name>Fee</Name><IsCostResource>1</IsCostResource>"
-      "<Type>0</Type></Resource>"
-      "<Resource><UID>3</UID><ID>3</ID><Name>Crew</Name><IsCostResource>0</IsCostResource>"
-      "<CostPerUse>2</CostPerUse><Type>1</Type></Resource>"
-      "<Resource><UID>4</UID><ID>4</ID><Name>Cook</Name><StandardRate>0.5</StandardRate>"
-      "</Resource><Resource><UID>5</UID><ID>5</ID><Name>Boy</Name><CostPerUse>0</CostPerUse>"
-      "<StandardRate>0</StandardRate><OvertimeRate>15</OvertimeRate></Resource></"
-      "Resources><Assignments>" +
-      Assigned(20, 3, "PT4H0M0S") + Assigned(20, 4, "PT8H1M0S") + Assigned(20, 5, "eight") +
-      Assigned(20, 1, "PT1H0M0S") + Assigned(30, 3, "PT1H0M0S") + "</Assignments>"));
+      Task("<UID>50</UID><ID>5</ID>") + "</Tasks><Resources>" +
+      Resource("<UID>1</UID><Name>Cement</Name><MaterialLabel>t</MaterialLabel><Type>0</Type>") +
+      Resource("<UID>2</UID><Name>Fee</Name><IsCostResource>1</IsCostResource><Type>0</Type>") +
+      Resource("<UID>3</UID><Name>Crew</Name><IsCostResource>0</IsCostResource>"
+               "<CostPerUse>2</CostPerUse><Type>1</Type>") +
+      Resource("<UID>4</UID><Name>Cook</Name><StandardRate>0.5</StandardRate>") +
+      Resource("<UID>5</UID><Name>Boy</Name><CostPerUse>0</CostPerUse>"
+               "<StandardRate>0</StandardRate><OvertimeRate>15</OvertimeRate>") +
+      "</Resources><Assignments>" + Assigned(20, 3, "PT4H0M0S") + Assigned(20, 4, "PT8H1M0S") +
+      Assigned(20, 5, "eight") + Assigned(20, 1, "PT1H0M0S") + Assigned(30, 3, "PT1H0M0S") +
+      "</Assignments>"));
   const std::vector<std::pair<Untaken, std::vector<std::int64_t>>> kinds = {
       {Untaken::kInactiveTasks, {4}},
       {Untaken::kManualTasks, {1}},
@@ -299,6 +295,16 @@ TEST(Rows, StandInTheOrderOfTheOutlineBelowTheWholePlan) {
   }
 }
 
+TEST(Rows, AreFoundByTheirIdsWhereOutlineNumbersGiveTheOrder) {
+  const std::string day = "<Duration>PT8H0M0S</Duration>";
+  const FilePlan plan =
+      Read(Project("<Tasks>" + Numbered(5, "<OutlineNumber>1</OutlineNumber>" + day) +
+                   Task("<Name>B</Name><OutlineNumber>2</OutlineNumber>" + day) +
+                   "</Tasks><Resources>" + Resource("<UID>1</UID><Name>R</Name>") +
+                   "</Resources><Assignments>" + Assigned(50, 1, "PT4H0M0S") + "</Assignments>"));
+  EXPECT_THAT(plan.untaken.Of(Untaken::kWork), testing::ElementsAre(5));
+}
+
 TEST(Text, ComesFromAllKindsOfContent) {
   const FilePlan plan =
       Read("<!-- & no entity <!DOCTYPE --><?xml-stylesheet x?>" +
@@ -359,13 +365,7 @@ TEST(LongFile, HasTheSamePlanInEveryForm) {
 }
 
 TEST(ResourceKinds, StandInTheFirstLineOfAGlossary) {
-  struct Case {
-    const char* glossary;
-    ResourceKind kind;
-    const char* unit;
-    const char* text;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, ResourceKind, const char*, const char*> cases[] = {
       {"", ResourceKind::kWork, "", ""},
       {"Resource kind: Cost", ResourceKind::kCost, "", ""},
       {"Resource kind: Material", ResourceKind::kMaterial, "", ""},
@@ -373,13 +373,13 @@ TEST(ResourceKinds, StandInTheFirstLineOfAGlossary) {
       {"Resource kind: Material(t)", ResourceKind::kWork, "", "Resource kind: Material(t)"},
       {"Resource kind: Material (t", ResourceKind::kWork, "", "Resource kind: Material (t"},
       {"x\r\nResource kind: Cost", ResourceKind::kWork, "", "x\r\nResource kind: Cost"}};
-  for (const Case& one : cases) {
-    SCOPED_TRACE(one.glossary);
-    const KindAndText found = TakeKind(one.glossary);
-    EXPECT_EQ(found.kind, one.kind);
-    EXPECT_EQ(found.unit, one.unit);
-    EXPECT_EQ(found.text, one.text);
-    EXPECT_EQ(WithKind(found), one.glossary);
+  for (const auto& [glossary, kind, unit, text] : cases) {
+    SCOPED_TRACE(glossary);
+    const KindAndText found = TakeKind(glossary);
+    EXPECT_EQ(found.kind, kind);
+    EXPECT_EQ(found.unit, unit);
+    EXPECT_EQ(found.text, text);
+    EXPECT_EQ(WithKind(found), glossary);
   }
 }
 

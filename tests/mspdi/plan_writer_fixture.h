@@ -6,7 +6,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mspdi/plan_writer.h"
@@ -24,13 +26,23 @@ class Writer : public testing::Test {
  protected:
   Writer() { std::filesystem::copy_file(MERIVANE_BIN "/MerivaneTemplate.mdb", database); }
 
-  void Add(const char* table, const std::vector<std::string>& columns,
+  // Rows of the project; blanks part the names of the columns.
+  void Add(const std::string& table, const std::string& columns,
            const std::vector<std::vector<Value>>& rows) {
+    std::vector<std::string> names = {table.starts_with("MSP_") ? "PROJ_ID" : "Msp_ProjID"};
+    std::istringstream words(columns);
+    for (std::string name; words >> name;) names.push_back(name);
     Connection connection(workspace);
     connection.Open(ConnectionText(database));
     Recordset set;
-    set.OpenDynamic(std::string("select * from ") + table, &connection);
-    for (const auto& row : rows) set.AddNew(columns, row);
+    set.OpenDynamic("select * from " + table, &connection);
+    for (std::vector<Value> row : rows) {
+      row.insert(row.begin(), Value(1));
+      set.AddNew(names, std::move(row));
+    }
+  }
+  void Sql(const std::string& statement) {
+    EXPECT_EQ(RawDatabase(database).Run(statement), SQLITE_OK) << statement;
   }
 
   // The file's text; where the schema is at hand, it is valid by it.
@@ -44,11 +56,6 @@ class Writer : public testing::Test {
       EXPECT_EQ(std::system(("xmllint --noout --schema " + schema + " " + xml).c_str()), 0);
     }
     return ReadFile(xml);
-  }
-
-  // A table that the template lacks.
-  void Make(const std::string& table) {
-    EXPECT_EQ(RawDatabase(database).Run("create table " + table), SQLITE_OK);
   }
 
   static void ExpectParts(const std::string& text, const std::vector<const char*>& parts) {

@@ -1,6 +1,4 @@
 // Texts in the written form, read through the adapter.
-#include <algorithm>
-
 #include "neutraltext/modGlobal.h"
 #include "reader_fixture.h"
 
@@ -16,9 +14,9 @@ class OwnTextForm : public ReaderTest {
     return ReadFile(MERIVANE_SAMPLES "/../tests/neutraltext/expected/" + name);
   }
   // The pools of one example and the scenarios of another.
-  static std::string WithScenarios(const std::string& name) {
+  static std::string WithScenarios() {
     const std::string text = Expected("plan_of_another_program.txt");
-    return text.substr(0, text.find("Scenario List")) + Expected(name);
+    return text.substr(0, text.find("Scenario List")) + Expected("scenarios_of_a_model.txt");
   }
 };
 
@@ -52,18 +50,16 @@ TEST_F(OwnTextForm, PlanOfAnotherProgramIsRead) {
 // names that are left out, a label in small letters.
 TEST_F(OwnTextForm, JunctionsOfAPlanGetTheirNamesAndNumbersOfTheirOwn) {
   const std::string list = "Junction List\n";
-  const auto junction = [](const std::string& number, const std::string& id) {
-    return "Junction " + number + "\nID " + id +
-           "\nCardinality:  Fan Out\nType:  Sync. And\nDate Created:\n"
-           "Last Modified:\nUser Placement Column:  -1\nUser Placement Row:  -1\n"
-           "glossary\nEnd  Glossary\nElaboration\n  Object Occurrence List\n"
-           "  End  Object Occurrence List\n  Fact List\n  End  Fact List\n"
-           "  Constraint List\n  End  Constraint List\nEnd  Elaboration\nNote List\n"
-           "End  Note List\nProperty List\nEnd  Property List\nEnd  Junction\n";
-  };
+  const std::string junction =
+      "Junction 20500\nID J1\nCardinality:  Fan Out\nType:  Sync. And\nDate Created:\n"
+      "Last Modified:\nUser Placement Column:  -1\nUser Placement Row:  -1\n"
+      "glossary\nEnd  Glossary\nElaboration\n  Object Occurrence List\n"
+      "  End  Object Occurrence List\n  Fact List\n  End  Fact List\n"
+      "  Constraint List\n  End  Constraint List\nEnd  Elaboration\nNote List\n"
+      "End  Note List\nProperty List\nEnd  Property List\nEnd  Junction\n";
   const std::string text = Expected("plan_of_another_program.txt");
-  ASSERT_THAT(ReadBytes(With(text, {{list, list + junction("20500", "J1")},
-                                    {"  Destination  #2", "  Destination  #20500"}})),
+  ASSERT_THAT(ReadBytes(With(
+                  text, {{list, list + junction}, {"  Destination  #2", "  Destination  #20500"}})),
               IsEmpty());
   EXPECT_EQ(Columns("Junctions_in_Scenario", {"Num", "ID", "Type", "Column", "Glossary"}),
             "20500; J1; Sync. AND; -1; Null");
@@ -74,8 +70,7 @@ TEST_F(OwnTextForm, JunctionsOfAPlanGetTheirNamesAndNumbersOfTheirOwn) {
 
 // An empty field is meant: the rows of a written model took over what they had to already.
 TEST_F(OwnTextForm, NothingIsTakenOverFromTheRecordBefore) {
-  const std::string text = WithScenarios("scenarios_of_a_model.txt");
-  ASSERT_THAT(ReadBytes(text), IsEmpty());
+  ASSERT_THAT(ReadBytes(WithScenarios()), IsEmpty());
   EXPECT_EQ(Columns("Activity_in_Scenario", {"Use_Num", "Column", "Fact_List", "Duration"}),
             "31|32; 3|Null; f\r\n|Null; 2.5|1.0");
   EXPECT_EQ(Columns("Junctions_in_Scenario", {"Num", "Cardinality", "Glossary"}),
@@ -84,11 +79,9 @@ TEST_F(OwnTextForm, NothingIsTakenOverFromTheRecordBefore) {
 
 // It ends where the text does, as any other.
 TEST_F(OwnTextForm, TextCutAtAnyLineIsReadSoFar) {
-  const std::string text = WithScenarios("scenarios_of_a_model.txt");
+  const std::string text = WithScenarios();
   for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
-    const std::string cut = text.substr(0, at + 1);
-    const std::vector<std::string> boxes = ReadBytes(cut);
-    EXPECT_LE(boxes.size(), 1U) << cut.size();
+    EXPECT_LE(ReadBytes(text.substr(0, at + 1)).size(), 1U) << at;
   }
 }
 

@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <optional>
 
 #include "round_fixture.h"
 

@@ -8,47 +8,34 @@ namespace merivane::test {
 
 namespace {
 
-constexpr const char* kTables[] = {"Activity_Pool",
-                                   "Object_Pool",
-                                   "Fact_Pool",
-                                   "Scenario",
-                                   "Activity_in_Scenario",
-                                   "Object_in_Activity_in_Scenario",
-                                   "Junctions_in_Scenario",
-                                   "Facts_in_Junction",
-                                   "Links_in_Scenario"};
-
 class WholeModel : public RoundFixture {
  protected:
   WholeModel() { takesOwnText = true; }
 
   // A text says the same with and without a line end behind it, and nothing by a blank. What an
   // object took over from the one before stands at the unit, or in a longer property list.
-  std::vector<std::string> RowsOf(const std::string& table) {
-    std::vector<std::string> rows;
-    const auto connection = Connect(OpenMode::kReadOnly);
-    Recordset set = AskStatic(connection.get(), "select * from ", table);
-    for (; !set.Eof(); set.MoveNext()) {
-      std::string& row = rows.emplace_back();
-      for (int i = 0; i < set.FieldCount(); ++i) {
-        const std::string column = set.FieldName(i);
-        if (column == "Property_List" && table.starts_with("Object_")) continue;
-        if (column == "Labor_Rule" && table.starts_with("Object_in")) continue;
-        if (table == "Scenario" && (column == "Type" || column == "Parent")) continue;
-        std::string text = Joined(set.Field(i));
-        if (column == "Review_Status" && text.empty()) text = "Working";
-        while (text.ends_with("\r\n")) text.resize(text.size() - 2);
-        if (!text.empty() && text != " ") row.append(column).append("=").append(text).append("; ");
-      }
-    }
-    return rows;
-  }
-
   std::vector<std::string> Model() {
     std::vector<std::string> model;
-    for (const char* table : kTables) {
-      model.emplace_back(table);
-      for (std::string& row : RowsOf(table)) model.push_back(std::move(row));
+    const auto connection = Connect(OpenMode::kReadOnly);
+    for (const std::string table :
+         {"Activity_Pool", "Object_Pool", "Fact_Pool", "Scenario", "Activity_in_Scenario",
+          "Object_in_Activity_in_Scenario", "Junctions_in_Scenario", "Facts_in_Junction",
+          "Links_in_Scenario"}) {
+      model.push_back(table);
+      Recordset set = AskStatic(connection.get(), "select * from ", table);
+      for (; !set.Eof(); set.MoveNext()) {
+        std::string& row = model.emplace_back();
+        for (int i = 0; i < set.FieldCount(); ++i) {
+          const std::string column = set.FieldName(i);
+          if (column == "Property_List" && table.starts_with("Object_")) continue;
+          if (column == "Labor_Rule" && table.starts_with("Object_in")) continue;
+          if (table == "Scenario" && (column == "Type" || column == "Parent")) continue;
+          std::string text = Joined(set.Field(i));
+          if (column == "Review_Status" && text.empty()) text = "Working";
+          while (text.ends_with("\r\n")) text.resize(text.size() - 2);
+          if (!text.empty() && text != " ") row += column + "=" + text + "; ";
+        }
+      }
     }
     return model;
   }

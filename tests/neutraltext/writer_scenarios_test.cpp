@@ -15,12 +15,6 @@ class StoredScenarios : public WriterFixture {
     AddLink(1, 1, 2, 1);
     SqlFile("two_scenarios.sql");
   }
-
-  std::string Rebuild() {
-    OpenPlan();
-    WriteRebuiltScenarioList(state, state.gProjectConn.get());
-    return Written();
-  }
 };
 
 TEST_F(StoredScenarios, PlanOfAModelComesOutAsTheModelSaid) {
@@ -30,7 +24,9 @@ TEST_F(StoredScenarios, PlanOfAModelComesOutAsTheModelSaid) {
 }
 
 TEST_F(StoredScenarios, RebuiltModelComesOutFlatInTableOrder) {
-  EXPECT_EQ(Rebuild(), Expected("scenarios_of_a_rebuilt_model.txt"));
+  OpenPlan();
+  WriteRebuiltScenarioList(state, state.gProjectConn.get());
+  EXPECT_EQ(Written(), Expected("scenarios_of_a_rebuilt_model.txt"));
 }
 
 struct Fault {

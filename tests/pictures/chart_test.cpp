@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <random>
+#include <tuple>
 
+#include "figures.h"
 #include "text_lines.h"
 #include "time_axis.h"
 
@@ -21,36 +23,31 @@ using ::testing::HasSubstr;
 constexpr DateTime kMonday{.year = 2026, .month = 11, .day = 30, .seconds = 8 * 3600};
 
 TEST(TimeAxisTest, LabelsFitFromHoursToMillennia) {
-  struct Row {
-    DateTime finish;
-    const char* label;  // of the second cell
-    const char* above;  // the first label of the row above; empty: none
-  };
-  const Row rows[] = {{{2026, 11, 30, 9 * 3600}, "8:15", "Mon, Nov 30"},
-                      {{2026, 11, 30, 17 * 3600}, "9:00", "Mon, Nov 30"},
-                      {{2026, 12, 2, 8 * 3600}, "9:00", "Mon, Nov 30"},
-                      {{2026, 12, 24, 0}, "1", "Dec 2026"},
-                      {{2027, 5, 1, 0}, "7", "Dec 2026"},
-                      {{2028, 5, 1, 0}, "Dec", "2026"},
-                      {{2031, 5, 1, 0}, "Q1", "2026"},
-                      {{2045, 5, 1, 0}, "2027", ""},
-                      {{2090, 5, 1, 0}, "2030", ""},
-                      {{9999, 5, 1, 0}, "2500", ""}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(FormatDate(row.finish));
-    const TimeAxis axis(kMonday, row.finish, 100);
+  // With the label of the second cell, and the first one of the row above; empty: none.
+  const std::tuple<DateTime, const char*, const char*> rows[] = {
+      {{2026, 11, 30, 9 * 3600}, "8:15", "Mon, Nov 30"},
+      {{2026, 11, 30, 17 * 3600}, "9:00", "Mon, Nov 30"},
+      {{2026, 12, 2, 8 * 3600}, "9:00", "Mon, Nov 30"},
+      {{2026, 12, 24, 0}, "1", "Dec 2026"},
+      {{2027, 5, 1, 0}, "7", "Dec 2026"},
+      {{2028, 5, 1, 0}, "Dec", "2026"},
+      {{2031, 5, 1, 0}, "Q1", "2026"},
+      {{2045, 5, 1, 0}, "2027", ""},
+      {{2090, 5, 1, 0}, "2030", ""},
+      {{9999, 5, 1, 0}, "2500", ""}};
+  for (const auto& [finish, label, above] : rows) {
+    SCOPED_TRACE(FormatDate(finish));
+    const TimeAxis axis(kMonday, finish, 100);
     EXPECT_GE(axis.X(kMonday), axis.Left());
-    EXPECT_GT(axis.X(row.finish), axis.X(kMonday));
-    EXPECT_LE(axis.X(row.finish), axis.Right());
+    EXPECT_GT(axis.X(finish), axis.X(kMonday));
+    EXPECT_LE(axis.X(finish), axis.Right());
     std::vector<Text> lower, upper;
-    for (const Shape& shape : axis.Draw(0, 100).shapes) {
-      const auto* text = std::get_if<Text>(&shape);
-      if (text == nullptr) continue;
-      (text->at.y > TimeAxis::Height() / 2 ? lower : upper).push_back(*text);
+    for (const Text& text : ShapesOf<Text>(axis.Draw(0, 100))) {
+      (text.at.y > TimeAxis::Height() / 2 ? lower : upper).push_back(text);
     }
     ASSERT_GE(lower.size(), 2U);
-    EXPECT_EQ(lower[1].text, row.label);
-    EXPECT_EQ(upper.empty() ? "" : upper[0].text, row.above);
+    EXPECT_EQ(lower[1].text, label);
+    EXPECT_EQ(upper.empty() ? "" : upper[0].text, above);
     for (std::size_t at = 1; at < lower.size(); ++at) {
       EXPECT_GT(lower[at].at.x - lower[at - 1].at.x, WidthOf(lower[at].text, Ink::kAxis));
     }
@@ -93,13 +90,11 @@ TEST(ChartTest, BarsTellKindResourcesAndDates) {
   staffing.resources = {{.name = "Ada"}, {.name = "<Bob>"}};
   staffing.assignments = {{.task = 1, .resource = 0}, {.task = 1, .resource = 1}};
   const Picture chart = DrawChart({plan, MakeSchedule(plan), staffing, ""});
-  EXPECT_EQ(Count(chart, Ink::kSummary), 1);
-  EXPECT_EQ(Count(chart, Ink::kCritical), 1);
-  EXPECT_EQ(Count(chart, Ink::kTask), 1);
-  EXPECT_EQ(Count(chart, Ink::kMilestone), 1);
-  EXPECT_EQ(Count(chart, Ink::kCriticalLink), 1);
+  for (const Ink ink : {Ink::kSummary, Ink::kCritical, Ink::kTask, Ink::kMilestone,
+                        Ink::kCriticalLink, Ink::kCriticalArrow}) {  // one head a link
+    EXPECT_EQ(Count(chart, ink), 1) << static_cast<int>(ink);
+  }
   EXPECT_EQ(Count(chart, Ink::kTaskLink), 3);
-  EXPECT_EQ(Count(chart, Ink::kCriticalArrow), 1);  // one head a link
   EXPECT_EQ(Count(chart, Ink::kTaskArrow), 3);
   EXPECT_THAT(chart.description, HasSubstr("Nov 30, 2026 to Dec 2, 2026, 4 tasks, 3 days"));
   std::vector<std::string> titles;
@@ -125,11 +120,9 @@ Reach BarOf(const Figure& figure) {
     }
     const auto* path = std::get_if<Path>(&shape);
     if (path == nullptr) continue;
-    const auto [left, right] = std::minmax_element(path->points.begin(), path->points.end(),
-                                                   [](Point a, Point b) { return a.x < b.x; });
-    const auto [top, bottom] = std::minmax_element(path->points.begin(), path->points.end(),
-                                                   [](Point a, Point b) { return a.y < b.y; });
-    return {left->x, right->x, (top->y + bottom->y) / 2};
+    const auto [left, right] = std::ranges::minmax(path->points, {}, &Point::x);
+    const auto [top, bottom] = std::ranges::minmax(path->points, {}, &Point::y);
+    return {left.x, right.x, (top.y + bottom.y) / 2};
   }
   ADD_FAILURE() << figure.id << " has no bar";
   return {};
@@ -165,16 +158,14 @@ TEST(ChartTest, BarsStandAtTheirDatesAndEachLinkReachesTheEndThatItHoldsBack) {
     std::vector<Point> tips;
     for (const Figure& figure : chart.figures) {
       if (figure.id.starts_with("task-")) bars.push_back(BarOf(figure));
-      for (const Shape& shape : figure.shapes) {
-        const auto* path = std::get_if<Path>(&shape);
-        if (path == nullptr) continue;
-        for (const Point& point : path->points) {
+      for (const Path& path : ShapesOf<Path>(figure)) {
+        for (const Point& point : path.points) {
           EXPECT_GE(point.x, 0);
           EXPECT_LE(point.x, chart.width);
           EXPECT_LE(point.y, chart.height);
         }
-        if (path->ink == Ink::kTaskArrow || path->ink == Ink::kCriticalArrow) {
-          tips.push_back(path->points.front());
+        if (path.ink == Ink::kTaskArrow || path.ink == Ink::kCriticalArrow) {
+          tips.push_back(path.points.front());
         }
       }
     }
@@ -219,12 +210,11 @@ TEST(ChartTest, LongNamesAndDeepOutlinesLeaveTheBarsTheirRoom) {
   for (const Figure& figure : chart.figures) {
     if (!figure.id.starts_with("task-")) continue;
     const Reach bar = BarOf(figure);
-    for (const Shape& shape : figure.shapes) {
-      const auto* text = std::get_if<Text>(&shape);
-      if (text == nullptr || text->anchor == Anchor::kEnd) continue;
-      const double right = text->at.x + WidthOf(text->text, text->ink);
-      if (text->ink == Ink::kResources) {
-        EXPECT_GT(text->at.x, bar.right);
+    for (const Text& text : ShapesOf<Text>(figure)) {
+      if (text.anchor == Anchor::kEnd) continue;
+      const double right = text.at.x + WidthOf(text.text, text.ink);
+      if (text.ink == Ink::kResources) {
+        EXPECT_GT(text.at.x, bar.right);
         EXPECT_LE(right, chart.width);
       } else {
         EXPECT_LT(right, bar.left) << figure.id;
@@ -235,17 +225,8 @@ TEST(ChartTest, LongNamesAndDeepOutlinesLeaveTheBarsTheirRoom) {
 
 std::vector<std::string> TextsOf(const Figure& figure) {
   std::vector<std::string> texts;
-  for (const Shape& shape : figure.shapes) {
-    if (const auto* text = std::get_if<Text>(&shape)) texts.push_back(text->text);
-  }
+  for (const Text& text : ShapesOf<Text>(figure)) texts.push_back(text.text);
   return texts;
-}
-
-const Figure& Find(const Picture& chart, const std::string& id) {
-  const auto found = std::find_if(chart.figures.begin(), chart.figures.end(),
-                                  [&](const Figure& figure) { return figure.id == id; });
-  if (found == chart.figures.end()) throw std::runtime_error(id + " is missing");
-  return *found;
 }
 
 TEST(ChartTest, ThePlanAsItWasLiesBelowByOccurrenceAndWhatIsGoneIsToldGrey) {

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <tuple>
 
+#include "figures.h"
 #include "model_fixture.h"
 #include "pictures/svg.h"
 #include "text_lines.h"
@@ -26,50 +28,33 @@ class DiagramTest : public ModelFixture {
     model = ReadProcessModel(Model(), 1);
     return DrawDiagrams(model.scenarios, options).front();
   }
-  static const Figure& Find(const Picture& picture, const std::string& id) {
-    const auto found = std::find_if(picture.figures.begin(), picture.figures.end(),
-                                    [&](const Figure& figure) { return figure.id == id; });
-    if (found == picture.figures.end()) throw std::runtime_error(id + " is missing");
-    return *found;
-  }
   static std::vector<Text> TextsOf(const Figure& figure, Ink ink) {
-    std::vector<Text> texts;
-    for (const Shape& shape : figure.shapes) {
-      const auto* text = std::get_if<Text>(&shape);
-      if (text != nullptr && text->ink == ink) texts.push_back(*text);
-    }
+    std::vector<Text> texts = ShapesOf<Text>(figure);
+    std::erase_if(texts, [&](const Text& text) { return text.ink != ink; });
     return texts;
   }
   static std::ptrdiff_t PathsOf(const Figure& figure, Ink ink) {
-    return std::count_if(figure.shapes.begin(), figure.shapes.end(), [&](const Shape& shape) {
-      const auto* path = std::get_if<Path>(&shape);
-      return path != nullptr && path->ink == ink;
-    });
+    return std::ranges::count(ShapesOf<Path>(figure), ink, &Path::ink);
   }
 
   ProcessModel model;
 };
 
 TEST_F(DiagramTest, JunctionsShowTheirKindAndBars) {
-  struct Row {
-    const char* type;
-    const char* sign;
-    long bars;
-  };
-  const std::vector<Row> rows = {{"Async. AND", "&", 1},
-                                 {"Sync. AND", "&", 2},
-                                 {"Async. OR", "O", 1},
-                                 {"Sync. OR", "O", 2},
-                                 {"XOR", "X", 1}};
+  const std::tuple<const char*, const char*, int> rows[] = {{"Async. AND", "&", 1},
+                                                            {"Sync. AND", "&", 2},
+                                                            {"Async. OR", "O", 1},
+                                                            {"Sync. OR", "O", 2},
+                                                            {"XOR", "X", 1}};
   int number = 100;
-  for (const Row& row : rows) Junction(number++, "Fan In", row.type);
+  for (const auto& [type, sign, bars] : rows) Junction(number++, "Fan In", type);
   const Diagram diagram = Draw();
   number = 100;
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.type);
+  for (const auto& [type, sign, bars] : rows) {
+    SCOPED_TRACE(type);
     const Figure& junction = Find(diagram.picture, "junction-" + std::to_string(number++));
-    EXPECT_EQ(TextsOf(junction, Ink::kJunctionSign).at(0).text, row.sign);
-    EXPECT_EQ(PathsOf(junction, Ink::kJunctionBar), row.bars);
+    EXPECT_EQ(TextsOf(junction, Ink::kJunctionSign).at(0).text, sign);
+    EXPECT_EQ(PathsOf(junction, Ink::kJunctionBar), bars);
     EXPECT_THAT(junction.title, HasSubstr("fan-in"));
   }
 }
@@ -197,9 +182,7 @@ TEST_F(DiagramTest, AnyShapeIsDrawnWithoutOverlapAndWideOnesInNumberedRows) {
     for (std::size_t a = 0; a < areas.size(); ++a) {
       EXPECT_LE(areas[a].Bottom(), diagram.picture.height);
       for (std::size_t b = 0; b < a; ++b) {
-        EXPECT_TRUE(areas[a].Right() <= areas[b].left || areas[b].Right() <= areas[a].left ||
-                    areas[a].Bottom() <= areas[b].top || areas[b].Bottom() <= areas[a].top)
-            << a << " over " << b;
+        EXPECT_FALSE(Overlap(areas[a], areas[b])) << a << " over " << b;
       }
     }
   }

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -50,17 +49,14 @@ std::pair<unsigned, unsigned> DotsOf(const std::string& png) {
 
 TEST(PictureFileTest, TheEndingTellsTheKind) {
   const TemporaryFolder folder;
-  struct Row {
-    const char* name;
-    std::string begin;
-  };
-  for (const Row& row :
-       {Row{"a.SVG", "<?xml"}, Row{"\xc3\xa4.png", "\x89PNG"}, Row{"a.pdf", "%PDF"}}) {
-    if (!IsRendering() && row.begin != "<?xml") continue;
-    ASSERT_TRUE(IsPictureName(row.name)) << row.name;
-    const std::string path = folder.Write(row.name, "old");
-    EXPECT_EQ(WritePictures({Drawing(100), Drawing(50)}, path), 1) << row.name;
-    EXPECT_TRUE(ReadFile(path).starts_with(row.begin)) << row.name;
+  const std::pair<const char*, std::string> rows[] = {
+      {"a.SVG", "<?xml"}, {"\xc3\xa4.png", "\x89PNG"}, {"a.pdf", "%PDF"}};
+  for (const auto& [name, begin] : rows) {
+    if (!IsRendering() && begin != "<?xml") continue;
+    ASSERT_TRUE(IsPictureName(name)) << name;
+    const std::string path = folder.Write(name, "old");
+    EXPECT_EQ(WritePictures({Drawing(100), Drawing(50)}, path), 1) << name;
+    EXPECT_TRUE(ReadFile(path).starts_with(begin)) << name;
   }
   EXPECT_FALSE(IsPictureName("svg"));
 }
@@ -103,20 +99,18 @@ TEST(PictureFileTest, APlaceThatRefusesIsTold) {
 #ifndef _WIN32
 TEST(PictureFileTest, AFailureIsToldAsWhatItIs) {
   const TemporaryFolder folder;
-  struct Row {
-    std::string place;
+  const std::pair<std::string, std::string> rows[] = {
+      {folder.Path("none/a.svg"), "Path not found"},
+      {"/dev/full", "Disk full"},
+      // Nothing of this process lies where its memory begins.
+      {"/proc/self/mem", "Device I/O error"}};
+  for (const auto& row : rows) {
     std::string told;
-  };
-  for (const Row& row : {Row{folder.Path("none/a.svg"), "Path not found"},
-                         {"/dev/full", "Disk full"},
-                         // Nothing of this process lies where its memory begins.
-                         {"/proc/self/mem", "Device I/O error"}}) {
-    std::string told;
-    EXPECT_NE(ErrorOf([&] { WritePictures({Drawing(10)}, {"a.svg", row.place}); }, &told), 0);
-    EXPECT_EQ(told, row.told + ": 'a.svg'");
+    EXPECT_NE(ErrorOf([&] { WritePictures({Drawing(10)}, {"a.svg", row.first}); }, &told), 0);
+    EXPECT_EQ(told, row.second + ": 'a.svg'");
     const std::string bytes(100'000, 'x');
-    EXPECT_NE(ErrorOf([&] { WriteFile({"a.csv", row.place}, bytes); }, &told), 0);
-    EXPECT_EQ(told, row.told + ": 'a.csv'");
+    EXPECT_NE(ErrorOf([&] { WriteOutput({"a.csv", row.first}, bytes); }, &told), 0);
+    EXPECT_EQ(told, row.second + ": 'a.csv'");
   }
 }
 

@@ -80,18 +80,17 @@ TEST_F(ProcessModelTest, ANullInAnyColumnIsDrawn) {
   Add("Object_Pool", {{"Num", 7}, {"Name", "Crane"}});
   Add("Fact_Pool", {{"Num", 8}, {"Name", "Fact"}});
   Add("Object_in_Activity_in_Scenario", {{"Scenario_Num", 1}, {"Activity_Num", 1}});
-  for (const char* table : {"MSP_PROJECTS", "Scenario", "Activity_in_Scenario", "Activity_Pool",
-                            "Junctions_in_Scenario", "Links_in_Scenario", "Object_Pool",
-                            "Fact_Pool", "Object_in_Activity_in_Scenario"}) {
+  for (const std::string name : {"MSP_PROJECTS", "Scenario", "Activity_in_Scenario",
+                                 "Activity_Pool", "Junctions_in_Scenario", "Links_in_Scenario",
+                                 "Object_Pool", "Fact_Pool", "Object_in_Activity_in_Scenario"}) {
     Recordset rows;
-    rows.OpenStatic(std::string("select * from ") + table, &Model());
+    rows.OpenStatic("select * from " + name, &Model());
     std::vector<std::string> columns;
     for (int at = 0; at < rows.FieldCount(); ++at) columns.push_back(rows.FieldName(at));
     rows.Close();
     for (const std::string& column : columns) {
       if (column == "Msp_ProjID" || column == "PROJ_ID") continue;
-      SCOPED_TRACE(std::string(table) + "." + column);
-      const std::string name = table;
+      SCOPED_TRACE(name + "." + column);
       Change("pragma synchronous = off; create table kept as select * from " + name + "; update " +
              name + " set " + column + " = null");
       const ProcessModel model = Read();
@@ -124,15 +123,11 @@ TEST_F(ProcessModelTest, WhyAUnitStaysOutIsToldByWhatDecided) {
   EXPECT_EQ(WhyLeft(30), "another scenario was chosen in the place of 'By night'");
 }
 
-class StoredChartTest : public ProcessModelTest {
- protected:
-  Picture Chart() {
+TEST_F(ProcessModelTest, AChartTellsWhereItsDatesComeFrom) {
+  const auto draw = [this] {
     return DrawChart(ReadDatedPlan(Model(), 1, {.year = 2026, .month = 11, .day = 30}));
-  }
-};
-
-TEST_F(StoredChartTest, TellsWhereItsDatesComeFrom) {
-  EXPECT_EQ(ErrorOf([&] { Chart(); }), kInvalidProcedureCall);
+  };
+  EXPECT_EQ(ErrorOf([&] { draw(); }), kInvalidProcedureCall);
   Change(
       "insert into MSP_TASKS (PROJ_ID, TASK_UID, TASK_ID, TASK_NAME, TASK_OUTLINE_LEVEL, TASK_DUR,"
       " TASK_DUR_FMT) values (1, 1, 1, 'T1', 1, 4800, 7), (1, 2, 2, 'T2', 1, 9600, 7);"
@@ -140,7 +135,7 @@ TEST_F(StoredChartTest, TellsWhereItsDatesComeFrom) {
       " values (1, 1, 1, 2, 1);"
       "insert into MSP_RESOURCES (PROJ_ID, RES_UID, RES_ID, RES_NAME) values (1, 3, 1, 'Ada');"
       "insert into MSP_ASSIGNMENTS (PROJ_ID, ASSN_UID, TASK_UID, RES_UID) values (1, 1, 2, 3)");
-  const Picture today = Chart();
+  const Picture today = draw();
   EXPECT_THAT(today.description, HasSubstr("2 tasks, 3 days of work from start to finish"));
   EXPECT_THAT(today.description, HasSubstr("from today, Nov 30, 2026, on"));
   std::string titles;
@@ -148,15 +143,15 @@ TEST_F(StoredChartTest, TellsWhereItsDatesComeFrom) {
   EXPECT_THAT(titles, HasSubstr("T2\nDec 1, 2026 8:00 to Dec 2, 2026 17:00\n2 days, critical\n"
                                 "Resources: Ada"));
   Change("update MSP_PROJECTS set PROJ_INFO_START_DATE = '2026-02-02 08:00:00'");
-  const std::string own = Chart().description;
+  const std::string own = draw().description;
   EXPECT_THAT(own, HasSubstr("Feb 2, 2026 to Feb 4, 2026"));
   EXPECT_EQ(own.find("today"), std::string::npos);
   const std::string dates =
       " set TASK_START_DATE = '2/3/2026 8:00:00 AM', TASK_FINISH_DATE = '2/9/2026 5:00:00 PM'";
   Change("update MSP_TASKS" + dates + " where TASK_UID = 1");
-  EXPECT_EQ(Chart().description, own);  // of the other task the file has none
+  EXPECT_EQ(draw().description, own);  // of the other task the file has none
   Change("update MSP_TASKS" + dates);
-  EXPECT_THAT(Chart().description,
+  EXPECT_THAT(draw().description,
               HasSubstr("Feb 3, 2026 to Feb 9, 2026, 2 tasks, 5 days of work from "
                         "start to finish; dates as the file has them"));
 }

@@ -1,12 +1,12 @@
 // Where lines run: between the boxes of a diagram, and in curves that are cut and joined.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <map>
 #include <random>
+#include <tuple>
 
 #include "curves.h"
+#include "figures.h"
 #include "pictures/diagram.h"
 
 namespace merivane::test {
@@ -17,26 +17,20 @@ namespace {
 
 constexpr double kTouch = 3;  // from the tip of an arrow to the box that it reaches
 
-pictures::ModelLink Between(std::int32_t origin, std::int32_t destination) {
-  return {.origin = origin, .destination = destination};
-}
-
 // Units 1 to `units`, junctions from 101; links lead forward, a few of them back.
 pictures::ModelScenario RandomScenario(std::mt19937& random, int units, int junctions, int links) {
   pictures::ModelScenario scenario;
   scenario.number = 1;
   scenario.name = "Yard";
   for (int number = 1; number <= units; ++number) {
-    pictures::ModelUnit unit;
+    pictures::ModelUnit& unit = scenario.units.emplace_back();
     unit.number = number;
     unit.name = std::string(1 + random() % 60, 'n');
     if (random() % 4 == 0) unit.objects = {"Crane", "Rope"};
     if (random() % 5 == 0) unit.decompositions = {7};
-    scenario.units.push_back(unit);
   }
   for (int number = 101; number <= 100 + junctions; ++number) {
-    scenario.junctions.emplace_back();
-    scenario.junctions.back().number = number;
+    scenario.junctions.emplace_back().number = number;
   }
   const auto any = [&] {
     const int at = static_cast<int>(random() % static_cast<unsigned>(units + junctions));
@@ -45,7 +39,7 @@ pictures::ModelScenario RandomScenario(std::mt19937& random, int units, int junc
   for (int link = 0; link < links; ++link) {
     std::int32_t from = any(), to = any();
     if (from > to && random() % 8 != 0) std::swap(from, to);
-    scenario.links.push_back(Between(from, to));
+    scenario.links.push_back({.origin = from, .destination = to});
   }
   return scenario;
 }
@@ -79,9 +73,8 @@ bool Touches(Point point, const Area& area) {
 
 // The first corner of an arrow's head is its tip.
 Point TipOf(const Figure& link) {
-  for (const Shape& shape : link.shapes) {
-    const auto* path = std::get_if<Path>(&shape);
-    if (path != nullptr && path->ink == Ink::kArrow) return path->points.front();
+  for (const Path& path : ShapesOf<Path>(link)) {
+    if (path.ink == Ink::kArrow) return path.points.front();
   }
   ADD_FAILURE() << "a link without a head";
   return {};
@@ -112,9 +105,7 @@ TEST(RoutesTest, EachLinkLeavesItsOriginAndReachesItsTargetInAnyScenario) {
       EXPECT_LE(a->second.Right(), diagram.picture.width);
       EXPECT_LE(a->second.Bottom(), diagram.picture.height);
       for (auto b = std::next(a); b != drawn.boxes.end(); ++b) {
-        EXPECT_TRUE(a->second.Right() <= b->second.left || b->second.Right() <= a->second.left ||
-                    a->second.Bottom() <= b->second.top || b->second.Bottom() <= a->second.top)
-            << a->first << " over " << b->first;
+        EXPECT_FALSE(Overlap(a->second, b->second)) << a->first << " over " << b->first;
       }
     }
   }
@@ -122,26 +113,18 @@ TEST(RoutesTest, EachLinkLeavesItsOriginAndReachesItsTargetInAnyScenario) {
 
 TEST(RoutesTest, WhatFlowsAndWhatOnlyRelatesLooksUnlikeAPrecedence) {
   pictures::ModelScenario scenario;
-  for (const int number : {1, 2}) {
-    scenario.units.emplace_back();
-    scenario.units.back().number = number;
-  }
-  struct Row {
-    FlowKind kind;
-    Ink line;
-    std::ptrdiff_t heads;
-  };
-  for (const Row& row : {Row{pictures::FlowKind::kPrecedence, Ink::kLink, 1},
-                         Row{FlowKind::kRelation, Ink::kRelation, 1},
-                         Row{pictures::FlowKind::kObjectFlow, Ink::kLink, 2}}) {
-    SCOPED_TRACE(static_cast<int>(row.kind));
-    scenario.links = {{.origin = 1, .destination = 2, .kind = row.kind}};
+  for (const int number : {1, 2}) scenario.units.emplace_back().number = number;
+  for (const auto& [kind, line, heads] : {std::tuple(FlowKind::kPrecedence, Ink::kLink, 1),
+                                          {FlowKind::kRelation, Ink::kRelation, 1},
+                                          {FlowKind::kObjectFlow, Ink::kLink, 2}}) {
+    SCOPED_TRACE(static_cast<int>(kind));
+    scenario.links = {{.origin = 1, .destination = 2, .kind = kind}};
     const Drawn drawn = TakenApart(DrawDiagrams({scenario}, {}).front().picture);
     ASSERT_EQ(drawn.links.size(), 1U);
     const auto& shapes = drawn.links.front().shapes;
-    EXPECT_EQ(std::get<Path>(shapes.front()).ink, row.line);
-    EXPECT_EQ(std::ssize(shapes) - 1, row.heads);
-    if (row.heads == 2) {  // one behind the other
+    EXPECT_EQ(std::get<Path>(shapes.front()).ink, line);
+    EXPECT_EQ(std::ssize(shapes) - 1, heads);
+    if (heads == 2) {  // one behind the other
       EXPECT_LT(std::get<Path>(shapes[2]).points.front().x,
                 std::get<Path>(shapes[1]).points.front().x);
     }

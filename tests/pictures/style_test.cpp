@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
 
 #include "page_text.h"
 
@@ -13,8 +14,6 @@ namespace merivane::test {
 using namespace pictures;
 
 namespace {
-
-const std::string kNone = "none";
 
 bool IsGround(Ink ink) { return ink == Ink::kGrid || ink == Ink::kWeekend || ink == Ink::kGround; }
 
@@ -42,7 +41,7 @@ TEST(StyleTest, TextsAndLinesCanBeToldFromEachGroundAlsoWhereTheyAreGrey) {
       const Ink ink = static_cast<Ink>(at);
       if (IsGround(ink)) continue;
       for (const Style& style : {StyleOf(ink, ground), FaintStyleOf(ink, ground)}) {
-        if (style.stroke != kNone) {
+        if (std::string_view(style.stroke) != "none") {
           EXPECT_GE(Contrast(style.stroke, paper.fill), kLine) << style.name << style.stroke;
           continue;
         }

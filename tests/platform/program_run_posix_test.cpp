@@ -1,10 +1,6 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <filesystem>
 
 #include "environment.h"
 #include "platform/program_run.h"
@@ -56,7 +52,6 @@ TEST_F(ProgramStartTest, TheProgramLivesOnItsOwn) {
   ASSERT_EQ(mkfifo(end.c_str(), 0600), 0);
   ASSERT_TRUE(StartDetached(Printer("waits", "echo $$", "read line < '" + end + "'\n")));
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-  EXPECT_EQ(errno, ECHILD);
   EXPECT_NE(getsid(std::stoi(folder_.Awaited("out"))), getsid(0));
   std::ofstream(end) << "end\n";
 }

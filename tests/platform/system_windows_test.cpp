@@ -1,13 +1,9 @@
-#include <gtest/gtest.h>
 #include <windows.h>
 // Needs the types of windows.h.
 #include <shlobj.h>
 
-#include <filesystem>
-
 #include "platform/program_run.h"
 #include "platform/system_settings.h"
-#include "runtime/file_names.h"
 #include "temporary_folder.h"
 
 namespace merivane::test {

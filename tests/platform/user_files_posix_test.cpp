@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "environment.h"
 #include "platform/system_settings.h"
 #include "temporary_folder.h"
@@ -24,9 +20,9 @@ class UserFilesTest : public testing::Test {
   }
 
   // The value found, "none" without one; a missing NUL at its end shows.
-  std::string Found(const std::string& regText, const std::string& key = "P.9\\command") const {
+  std::string Found(const std::string& regText) const {
     folder_.Write("merivane/classes.reg", regText);
-    const auto value = ReadClassDefault(key);
+    const auto value = ReadClassDefault("P.9\\command");
     if (!value) return "none";
     return value->ends_with('\0') ? value->substr(0, value->size() - 1) : *value + " without NUL";
   }

@@ -2,9 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <iterator>
 #include <set>
 
 #include "foreign_xml.h"
@@ -185,7 +182,10 @@ class CompleteMergeTest : public RoundFixture {
   }
 
   // By MPX and by planning XML in turn.
-  void ExpectRoundsKeepAll(std::mt19937& random, int rounds, int mostEdits, bool isMadeAgain) {
+  void ExpectRoundsKeepAll(const std::string& model, std::size_t seed, int rounds, int mostEdits,
+                           bool isMadeAgain) {
+    std::mt19937 random(static_cast<std::uint32_t>(seed));
+    Translate(model);
     for (int round = 0; round < rounds && !HasFatalFailure(); ++round) {
       SCOPED_TRACE(round);
       ExpectARoundKeepsAll(random, mostEdits, round % 2 == 1);
@@ -233,9 +233,7 @@ TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
       if (isXml && plan.JumpsInOutline()) continue;
       const MergeResult result = Merge(PlanFile(plan, isXml));
       ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
-      const auto after = WholeModel();
-      ASSERT_EQ(after.size(), before.size());
-      for (std::size_t row = 0; row < after.size(); ++row) EXPECT_EQ(after[row], before[row]);
+      EXPECT_THAT(WholeModel(), testing::ElementsAreArray(before));
       EXPECT_THAT(Unexplained(result), IsEmpty());
     }
   });
@@ -244,17 +242,13 @@ TEST_P(CompleteMergeOfRandomModels, AnUnchangedPlanChangesNothing) {
 // Each round begins with what the one before has left.
 TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHolds) {
   ForSeeds(ModelsOfAGroup(4), [&](const std::string& model) {
-    std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
-    Translate(model);
-    ExpectRoundsKeepAll(random, 2, 20, false);
+    ExpectRoundsKeepAll(model, ReadFile(model).size(), 2, 20, false);
   });
 }
 
 TEST_P(CompleteMergeOfRandomModels, KeepWhatAPlanHoldsForTenRoundsOfPlansMadeAgain) {
   ForSeeds(ModelsOfAGroup(1), [&](const std::string& model) {
-    std::mt19937 random(static_cast<std::uint32_t>(ReadFile(model).size()));
-    Translate(model);
-    ExpectRoundsKeepAll(random, 10, 3, true);
+    ExpectRoundsKeepAll(model, ReadFile(model).size(), 10, 3, true);
   });
 }
 
@@ -262,9 +256,7 @@ TEST_F(CompleteMergeTest, SamplesKeepWhatAPlanHoldsForTenRoundsOfPlansMadeAgain)
   for (const auto& sample : std::filesystem::directory_iterator(MERIVANE_SAMPLES)) {
     if (sample.path().extension() != ".txt") continue;
     SCOPED_TRACE(sample.path().string());
-    std::mt19937 random(ModelsOfAGroup(1));
-    Translate(sample.path().string());
-    ExpectRoundsKeepAll(random, 10, 3, true);
+    ExpectRoundsKeepAll(sample.path().string(), ModelsOfAGroup(1), 10, 3, true);
   }
 }
 
@@ -309,16 +301,16 @@ TEST_P(CompleteMergeOfRandomModels, FindTheTasksOfAPlanWithoutNumbers) {
   });
 }
 
-struct Sentence {
-  const char* name;
-  void (*change)(PlanSketch& plan);
-  const char* told;  // a part of a remark
+class MergeIntoSample : public CompleteMergeTest {
+ protected:
+  PlanSketch Planned() {
+    Translate(MERIVANE_SAMPLES "/onboarding.txt");
+    return PlanSketch(databasePath);
+  }
+  std::string Asked(const std::string& sql) { return RawDatabase(databasePath).Ask(sql); }
+
+  PlanSketch plan = Planned();
 };
-
-void PrintTo(const Sentence& row, std::ostream* out) { *out << row.name; }
-
-class CompleteMergeRemark : public CompleteMergeTest,
-                            public testing::WithParamInterface<Sentence> {};
 
 // Below the last task of the sample, whose resources would be told.
 void AddBelow(PlanSketch& plan, int level) {
@@ -326,70 +318,55 @@ void AddBelow(PlanSketch& plan, int level) {
   plan.tasks.push_back({level + 7, "", "Level " + std::to_string(level), "1", level, "", {}});
 }
 
-// Tasks of the sample: 1 and then 2 and 3 beside each other, 4, 5.
-INSTANTIATE_TEST_SUITE_P(
-    Plans, CompleteMergeRemark,
-    testing::Values(
-        Sentence{"Lag",
-                 [](PlanSketch& plan) {
-                   plan.tasks[4].predecessors = {{4, "FS+2d"}};
-                 },
-                 "A model holds no lag"},
-        Sentence{"StartToFinish",
-                 [](PlanSketch& plan) {
-                   plan.tasks[4].predecessors = {{4, "SF"}};
-                 },
-                 "A model holds no start-to-finish relation"},
-        Sentence{"LongTaskWithoutObjects",
-                 [](PlanSketch& plan) {
-                   plan.tasks.push_back({9, "", "Clear up", "3", 1, "", {{5, "FS"}}});
-                 },
-                 "a unit without objects has no cycle time"},
-        Sentence{"APredecessorBelowAnotherTask",
-                 [](PlanSketch& plan) {
-                   AddBelow(plan, 2);
-                   plan.tasks.back().predecessors = {{4, "FS"}};
-                 },
-                 "lies under another summary task"},
-        Sentence{"ElevenLevels",
-                 [](PlanSketch& plan) {
-                   for (int level = 2; level <= 11; ++level) AddBelow(plan, level);
-                 },
-                 "deeper than the ten levels"},
-        Sentence{"TwoNotesOfOneName",
-                 [](PlanSketch& plan) {
-                   plan.tasks.push_back({9, "", plan.tasks[4].name, "1", 1, "Again", {{5, "FS"}}});
-                 },
-                 "Other tasks of its name have another note"},
-        Sentence{"HalfAResource",
-                 [](PlanSketch& plan) {
-                   plan.assignments[{5, 3}] = "0.5";
-                 },
-                 "a model holds whole ones up to 9"},
-        Sentence{"ResourcesOfOneName",
-                 [](PlanSketch& plan) { plan.resources[9] = plan.resources[3]; },
-                 "a model holds one of a name"},
-        Sentence{"Quotes", [](PlanSketch& plan) { plan.tasks[4].name = "It's done"; },
-                 "it is called 'It\x92s done' there"}),
-    [](const auto& row) { return row.param.name; });
+// Tasks of the sample: 1 and then 2 and 3 beside each other, 4, 5. With each change a part of what
+// is told of it.
+const std::pair<void (*)(PlanSketch&), const char*> kChanges[] = {
+    {[](PlanSketch& plan) { plan.tasks[4].predecessors[0].second = "FS+2d"; },
+     "A model holds no lag"},
+    {[](PlanSketch& plan) { plan.tasks[4].predecessors[0].second = "SF"; },
+     "A model holds no start-to-finish relation"},
+    {[](PlanSketch& plan) {
+       plan.tasks.push_back({9, "", "Clear up", "3", 1, "", {{5, "FS"}}});
+     },
+     "a unit without objects has no cycle time"},
+    {[](PlanSketch& plan) {
+       AddBelow(plan, 2);
+       plan.tasks.back().predecessors.emplace_back(4, "FS");
+     },
+     "lies under another summary task"},
+    {[](PlanSketch& plan) {
+       for (int level = 2; level <= 11; ++level) AddBelow(plan, level);
+     },
+     "deeper than the ten levels"},
+    {[](PlanSketch& plan) {
+       plan.tasks.push_back({9, "", plan.tasks[4].name, "1", 1, "Again", {{5, "FS"}}});
+     },
+     "Other tasks of its name have another note"},
+    {[](PlanSketch& plan) { plan.assignments[std::pair(5, 3)] = "0.5"; },
+     "a model holds whole ones up to 9"},
+    {[](PlanSketch& plan) { plan.resources[9] = plan.resources[3]; },
+     "a model holds one of a name"},
+    {[](PlanSketch& plan) { plan.tasks[4].name = "It's done"; },
+     "it is called 'It\x92s done' there"}};
 
-TEST_P(CompleteMergeRemark, TellsWhatAModelCannotHold) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  PlanSketch plan(databasePath);
-  GetParam().change(plan);
-  const MergeResult result = Merge(PlanFile(plan, false));
-  ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
-  ASSERT_EQ(result.remarks.size(), 1U);
-  EXPECT_THAT(result.remarks[0].sentence, testing::HasSubstr(GetParam().told));
-  EXPECT_TRUE(result.remarks[0].row);
-  EXPECT_FALSE(result.remarks[0].advice.empty());
-  EXPECT_THAT(Unexplained(result), IsEmpty());
+TEST_F(MergeIntoSample, TellsWhatAModelCannotHold) {
+  for (const auto& [change, told] : kChanges) {
+    SCOPED_TRACE(told);
+    plan = Planned();
+    change(plan);
+    const MergeResult result = Merge(PlanFile(plan, false));
+    ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
+    ASSERT_EQ(result.remarks.size(), 1U);
+    EXPECT_THAT(result.remarks[0].sentence, testing::HasSubstr(told));
+    EXPECT_TRUE(result.remarks[0].row);
+    EXPECT_FALSE(result.remarks[0].advice.empty());
+    EXPECT_THAT(Unexplained(result), IsEmpty());
+  }
 }
 
-TEST_F(CompleteMergeTest, WhatAModelHasNoPlaceForIsToldByItsRowAndItsTaskStays) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  const std::string plan = PlanSketch(databasePath).Xml();
-  const auto units = RawDatabase(databasePath).Rows("select Name from Activity_in_Scenario");
+TEST_F(MergeIntoSample, WhatAModelHasNoPlaceForIsToldByItsRowAndItsTaskStays) {
+  constexpr const char* kUnits = "select Name || ';' from Activity_in_Scenario";
+  const std::string units = Asked(kUnits);
   const std::pair<std::string, const char*> cases[] = {
       {"<ConstraintType>4</ConstraintType>", "Its constraint is left out."},
       {"<PercentComplete>50</PercentComplete>", "Its progress is left out."},
@@ -400,7 +377,7 @@ TEST_F(CompleteMergeTest, WhatAModelHasNoPlaceForIsToldByItsRowAndItsTaskStays) 
        "It is inactive; a model knows no such task, so that it is taken as any other."},
       {"<Name></Name>", "It has no name; it is called by its number."}};
   for (const auto& [field, told] : cases) {
-    std::string xml = plan;
+    std::string xml = plan.Xml();
     xml.insert(xml.find("<OutlineLevel>", xml.find("<ID>2</ID>")), field);
     const MergeResult result = Merge(folder.Write("plan.xml", xml));
     ASSERT_TRUE(result.merged) << field;
@@ -409,62 +386,51 @@ TEST_F(CompleteMergeTest, WhatAModelHasNoPlaceForIsToldByItsRowAndItsTaskStays) 
     EXPECT_EQ(result.remarks[0].sentence, told);
     EXPECT_THAT(Unexplained(result), IsEmpty()) << field;
     if (field == "<Name></Name>") break;
-    EXPECT_EQ(RawDatabase(databasePath).Rows("select Name from Activity_in_Scenario"), units);
+    EXPECT_EQ(Asked(kUnits), units);
   }
 }
 
 // Sorted by their names, as a program that keeps the UIDs does it.
-TEST_F(CompleteMergeTest, ARenamedResourceIsFoundByItsUid) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  std::string xml = PlanSketch(databasePath).Xml();
+TEST_F(MergeIntoSample, ARenamedResourceIsFoundByItsUid) {
+  std::string xml = plan.Xml();
   const auto inResources = [&](const std::string& from, const std::string& to) {
     xml.replace(xml.find(from, xml.find("<Resources>")), from.size(), to);
   };
   inResources("<ID>1</ID>", "<ID>2</ID>");
   inResources("<ID>2</ID><Name>S", "<ID>3</ID><Name>S");
   inResources("<ID>3</ID><Name>Mentor", "<ID>1</ID><Name>Adviser");
-  const auto objects = [this] {
-    return RawDatabase(databasePath).Rows("select Num from Object_Pool order by Num");
-  };
-  const auto before = objects();
+  constexpr const char* kObjects = "select Num || ';' from Object_Pool order by Num";
+  const std::string before = Asked(kObjects);
   ASSERT_TRUE(Merge(folder.Write("plan.xml", xml)).merged);
-  EXPECT_EQ(objects(), before);
-  EXPECT_EQ(RawDatabase(databasePath).Ask("select count(*) from Object_Pool where Name ='Adviser'"),
-            "1");
+  EXPECT_EQ(Asked(kObjects), before);
+  EXPECT_EQ(Asked("select count(*) from Object_Pool where Name ='Adviser'"), "1");
 }
 
-TEST_F(CompleteMergeTest, ACopiedTaskIsANewOne) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  PlanSketch plan(databasePath);
+TEST_F(MergeIntoSample, ACopiedTaskIsANewOne) {
   plan.tasks.push_back(plan.tasks[4]);
   plan.tasks[5].key = 9;
   plan.tasks[5].name += " again";
+  constexpr const char* kUnits = "select count(*) from Activity_in_Scenario";
   for (const bool isXml : {false, true}) {
-    const std::size_t units =
-        RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario").size();
+    const int units = std::stoi(Asked(kUnits));
     const MergeResult result = Merge(PlanFile(plan, isXml));
     ASSERT_TRUE(result.merged) << testing::PrintToString(desktop.MessageTexts());
-    const auto after = RawDatabase(databasePath).Rows("select 1 from Activity_in_Scenario");
-    EXPECT_EQ(after.size(), isXml ? units : units + 1);
+    EXPECT_EQ(std::stoi(Asked(kUnits)), isXml ? units : units + 1);
   }
 }
 
 // Its tasks are numbered 1 to 5 without a gap, so that those behind the first one get new numbers,
 // which the plan doesn't know when it comes again.
-TEST_F(CompleteMergeTest, AMovedTaskKeepsItsUnitWhenThePlanComesAgain) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  PlanSketch plan(databasePath);
+TEST_F(MergeIntoSample, AMovedTaskKeepsItsUnitWhenThePlanComesAgain) {
   std::rotate(plan.tasks.begin(), plan.tasks.begin() + 4, plan.tasks.end());
-  std::vector<std::string> names;
-  for (const auto& task : plan.tasks) names.push_back(task.name);
-  const auto inDatabase = [this] {
-    std::vector<std::string> found;
-    for (const auto& task : PlanSketch(databasePath).tasks) found.push_back(task.name);
-    return found;
+  const auto namesOf = [](const PlanSketch& sketch) {
+    std::vector<std::string> names;
+    for (const auto& task : sketch.tasks) names.push_back(task.name);
+    return names;
   };
   MergeResult result = Merge(PlanFile(plan, true));
   EXPECT_EQ(result.numbers.size(), 4U);
-  EXPECT_EQ(inDatabase(), names);
+  EXPECT_EQ(namesOf(PlanSketch(databasePath)), namesOf(plan));
   const std::string first = ReadFile(text);
   result = Merge(PlanFile(plan, true));
   EXPECT_EQ(result.byName, (std::vector<std::int32_t>{2, 3, 4, 5}));
@@ -472,9 +438,7 @@ TEST_F(CompleteMergeTest, AMovedTaskKeepsItsUnitWhenThePlanComesAgain) {
   EXPECT_EQ(ReadFile(text), first);
 }
 
-TEST_F(CompleteMergeTest, APlanOfAnotherModelIsRefused) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  PlanSketch plan(databasePath);
+TEST_F(MergeIntoSample, APlanOfAnotherModelIsRefused) {
   for (auto& task : plan.tasks) {
     task.unit.clear();
     if (task.key > 2) task.name += " elsewhere";
@@ -484,9 +448,7 @@ TEST_F(CompleteMergeTest, APlanOfAnotherModelIsRefused) {
   EXPECT_EQ(ReadFile(databasePath), before);
 }
 
-TEST_F(CompleteMergeTest, ACircleIsRefusedByNamesAndLeavesTheDatabase) {
-  Translate(MERIVANE_SAMPLES "/onboarding.txt");
-  PlanSketch plan(databasePath);
+TEST_F(MergeIntoSample, ACircleIsRefusedByNamesAndLeavesTheDatabase) {
   plan.tasks[3].predecessors.emplace_back(5, "FS");
   const std::string before = ReadFile(databasePath);
   EXPECT_FALSE(Merge(PlanFile(plan, false)).merged);

@@ -2,14 +2,6 @@
 // another order, with more or less around it.
 #pragma once
 
-#include <algorithm>
-#include <cstdio>
-#include <map>
-#include <random>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "plan_sketch.h"
 
 namespace merivane::test {
@@ -58,20 +50,11 @@ class ForeignXml {
     for (const std::string& part : parts) text += part + "\n";
     return text;
   }
-  static std::string Field(const char* name, const std::string& value) {
-    return std::string("<") + name + ">" + value + "</" + name + ">";
-  }
   std::string Duration(double minutes) {
     const int whole = static_cast<int>(minutes);
-    char text[48];
-    if (Chance()) {
-      std::snprintf(text, sizeof text, "PT%dH%dM%dS", whole / 60, whole % 60, 0);
-    } else if (whole % 60 == 0) {
-      std::snprintf(text, sizeof text, "PT%dH", whole / 60);
-    } else {
-      std::snprintf(text, sizeof text, "PT%dM", whole);
-    }
-    return text;
+    const std::string hours = "PT" + std::to_string(whole / 60) + "H";
+    if (Chance()) return hours + std::to_string(whole % 60) + "M0S";
+    return whole % 60 == 0 ? hours : "PT" + std::to_string(whole) + "M";
   }
 
   std::vector<std::string> TaskRows() {
@@ -79,12 +62,12 @@ class ForeignXml {
     int id = 0;
     const auto row = [&](int uid, int level, const std::string& outline,
                          std::vector<std::string> fields) {
-      if (uid >= 0) fields.push_back(Field("UID", std::to_string(uid)));
-      if (hasIds_) fields.push_back(Field("ID", std::to_string(id)));
+      fields.push_back(Field("UID", uid));
+      if (hasIds_) fields.push_back(Field("ID", id));
       if (hasOutlineNumbers_ && !outline.empty()) {
         fields.push_back(Field("OutlineNumber", outline));
       }
-      if (level > 1 || Chance()) fields.push_back(Field("OutlineLevel", std::to_string(level)));
+      if (level > 1 || Chance()) fields.push_back(Field("OutlineLevel", level));
       rows.push_back("<Task>" + Joined(std::move(fields), true) + "</Task>");
     };
     if (wholeLevel_ >= 0) row(0, wholeLevel_, "0", {Field("Name", "All of it")});
@@ -92,9 +75,8 @@ class ForeignXml {
     for (const PlanSketch::Task& task : plan_.tasks) {
       ++id;
       if (!isShuffled_ && random_() % 8 == 0) {
-        rows.push_back("<Task><UID>" + std::to_string(5000 + id) + "</UID>" +
-                       (hasIds_ ? Field("ID", std::to_string(id)) : "") + "<IsNull>" +
-                       (Chance() ? "1" : "true") + "</IsNull></Task>");
+        rows.push_back(Field("Task", Field("UID", 5000 + id) + (hasIds_ ? Field("ID", id) : "") +
+                                         Field("IsNull", Chance() ? "1" : "true")));
         ++id;
       }
       outline.resize(static_cast<std::size_t>(task.level), 0);
@@ -112,7 +94,7 @@ class ForeignXml {
         Field("Start", "2000-01-03T08:00:00Z"), Field("Active", Chance() ? "1" : " true ")};
     if (!task.note.empty()) fields.push_back(Field("Notes", task.note));
     for (const auto& [key, kind] : task.predecessors) {
-      std::vector<std::string> link{Field("PredecessorUID", std::to_string(taskUids_.at(key)))};
+      std::vector<std::string> link{Field("PredecessorUID", taskUids_.at(key))};
       const bool isPlain = kind == "FS";
       if (!isPlain || Chance()) {
         link.push_back(Field("Type", isPlain ? "1" : kind == "FF" ? "0" : "3"));
@@ -133,8 +115,7 @@ class ForeignXml {
     if (Chance()) rows.push_back("<Resource><UID>0</UID><ID>0</ID><Type>1</Type></Resource>");
     int id = static_cast<int>(random_() % 3);
     for (const auto& [key, resource] : plan_.resources) {
-      std::vector<std::string> fields{Field("UID", std::to_string(resourceUids_.at(key))),
-                                      Field("ID", std::to_string(++id)),
+      std::vector<std::string> fields{Field("UID", resourceUids_.at(key)), Field("ID", ++id),
                                       Field("Name", resource.first)};
       if (!resource.second.empty())
         fields.push_back(Field(
@@ -148,9 +129,8 @@ class ForeignXml {
   std::vector<std::string> AssignmentRows() {
     std::vector<std::string> rows;
     for (const auto& [key, units] : plan_.assignments) {
-      std::vector<std::string> fields{
-          Field("TaskUID", std::to_string(taskUids_.at(key.first))),
-          Field("ResourceUID", std::to_string(resourceUids_.at(key.second)))};
+      std::vector<std::string> fields{Field("TaskUID", taskUids_.at(key.first)),
+                                      Field("ResourceUID", resourceUids_.at(key.second))};
       if (units != "1" || Chance()) fields.push_back(Field("Units", units));
       rows.push_back("<Assignment>" + Joined(std::move(fields), true) + "</Assignment>");
     }

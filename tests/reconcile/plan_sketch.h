@@ -2,20 +2,23 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdio>
 #include <map>
 #include <random>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "mpx/mpx_format.h"
 #include "raw_database.h"
 #include "runtime/code_page.h"
+#include "runtime/conversions.h"
 
 namespace merivane::test {
 
 using namespace mpx;
+
+inline std::string Field(const char* name, const std::string& value) {
+  return std::string("<") + name + ">" + value + "</" + name + ">";
+}
+inline std::string Field(const char* name, int value) { return Field(name, std::to_string(value)); }
 
 class PlanSketch {
  public:
@@ -57,10 +60,7 @@ class PlanSketch {
     nextKey_ = 1000;
   }
 
-  Task& Of(int key) {
-    return *std::find_if(tasks.begin(), tasks.end(),
-                         [key](const Task& task) { return task.key == key; });
-  }
+  Task& Of(int key) { return *std::ranges::find(tasks, key, &Task::key); }
 
   // As where a path that no fact takes leaves a decomposition behind.
   bool JumpsInOutline() const {
@@ -92,15 +92,13 @@ class PlanSketch {
         task.note = "Note " + std::to_string(++nextKey_);
         return;
       case 3:
-        AddTask(at, upTo(1) == 1);
-        return;
+        return AddTask(at, upTo(1) == 1);
       case 4:
         if (KeepsAUnitWithout(at, EndOf(at))) Remove(at, EndOf(at));
         return;
       case 5:
       case 6:
-        Relate(at, upTo(tasks.size() - 1), upTo(3));
-        return;
+        return Relate(at, upTo(tasks.size() - 1), upTo(3));
       case 7:
         if (!task.predecessors.empty()) task.predecessors.erase(task.predecessors.begin());
         return;
@@ -125,8 +123,7 @@ class PlanSketch {
       }
       case 12:
       case 13:
-        Reorder(at, random() % 2 == 0);
-        return;
+        return Reorder(at, random() % 2 == 0);
       case 14:
         task.note.clear();
         return;
@@ -162,9 +159,9 @@ class PlanSketch {
         before += (before.empty() ? "" : ",") + std::to_string(idOf(RowOf(key))) +
                   (kind == "FS" ? "" : kind);
       }
-      print(
-          MpxTaskRecord({idOf(at + 1), task.name, Days(task) + "d", task.level, before, task.unit},
-                        kDefaultOemCodePage));
+      print(MpxTaskRecord({idOf(at + 1), task.name, FixedTwo(std::stod(task.days)) + "d",
+                           task.level, before, task.unit},
+                          kDefaultOemCodePage));
       if (!task.note.empty()) print(MpxNote(kMpxTaskNote, task.note + "\r\n"));
       for (const auto& [key, units] : assignments) {
         if (key.first == task.key) print(MpxAssignment(key.second * step, units, "8.00"));
@@ -176,40 +173,32 @@ class PlanSketch {
   std::string Xml() const {
     std::string text =
         "<?xml version=\"1.0\"?><Project xmlns=\"http://schemas.microsoft.com/project\"><Tasks>";
-    std::string assigned;
-    for (std::size_t at = 0; at < tasks.size(); ++at) {
-      const Task& task = tasks[at];
-      const std::string id = std::to_string(at + 1);
-      text += "<Task><UID>" + std::to_string(task.key) + "</UID><ID>" + id + "</ID><Name>" +
-              task.name + "</Name><OutlineLevel>" + std::to_string(task.level) +
-              "</OutlineLevel><Duration>PT" +
-              std::to_string(static_cast<int>(std::stod(task.days) * 480)) + "M0S</Duration>";
-      if (!task.note.empty()) text += "<Notes>" + task.note + "</Notes>";
+    int id = 0;
+    for (const Task& task : tasks) {
+      const int minutes = static_cast<int>(std::stod(task.days) * 480);
+      text += "<Task>" + Field("UID", task.key) + Field("ID", ++id) + Field("Name", task.name) +
+              Field("OutlineLevel", task.level) +
+              Field("Duration", "PT" + std::to_string(minutes) + "M0S");
+      if (!task.note.empty()) text += Field("Notes", task.note);
       for (const auto& [key, kind] : task.predecessors) {
-        text += "<PredecessorLink><PredecessorUID>" + std::to_string(key) +
-                "</PredecessorUID><Type>" +
-                (kind == "FF"   ? "0"
-                 : kind == "SS" ? "3"
-                                : "1") +
-                "</Type></PredecessorLink>";
+        const int type = kind == "FF" ? 0 : kind == "SS" ? 3 : 1;
+        text += Field("PredecessorLink", Field("PredecessorUID", key) + Field("Type", type));
       }
       if (!task.unit.empty()) {
-        text += "<ExtendedAttribute><FieldID>188743731</FieldID><Value>" + task.unit +
-                "</Value></ExtendedAttribute>";
+        text += Field("ExtendedAttribute", Field("FieldID", 188743731) + Field("Value", task.unit));
       }
       text += "</Task>";
     }
     text += "</Tasks><Resources>";
     for (const auto& [number, resource] : resources) {
-      const std::string id = std::to_string(number);
-      text += "<Resource><UID>" + id + "</UID><ID>" + id + "</ID><Name>" + resource.first +
-              "</Name><MaxUnits>" + resource.second + "</MaxUnits></Resource>";
+      text +=
+          Field("Resource", Field("UID", number) + Field("ID", number) +
+                                Field("Name", resource.first) + Field("MaxUnits", resource.second));
     }
     text += "</Resources><Assignments>";
     for (const auto& [key, units] : assignments) {
-      text += "<Assignment><TaskUID>" + std::to_string(key.first) + "</TaskUID><ResourceUID>" +
-              std::to_string(key.second) + "</ResourceUID><Units>" + units +
-              "</Units></Assignment>";
+      text += Field("Assignment", Field("TaskUID", key.first) + Field("ResourceUID", key.second) +
+                                      Field("Units", units));
     }
     return text + "</Assignments></Project>";
   }
@@ -220,14 +209,11 @@ class PlanSketch {
 
  private:
   std::size_t RowOf(int key) const {
-    const auto task = std::find_if(tasks.begin(), tasks.end(),
-                                   [key](const Task& each) { return each.key == key; });
+    const auto task = std::ranges::find(tasks, key, &Task::key);
     return static_cast<std::size_t>(task - tasks.begin()) + 1;
   }
-  static std::string Days(const Task& task) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.2f", std::stod(task.days));
-    return text;
+  std::vector<Task>::iterator Place(std::size_t at) {
+    return tasks.begin() + static_cast<std::ptrdiff_t>(at);
   }
   std::size_t EndOf(std::size_t at) const {
     std::size_t end = at + 1;
@@ -256,8 +242,7 @@ class PlanSketch {
               "",  {}};
     if (!below) task.predecessors.emplace_back(tasks[at].key, "FS");
     if (below) Unassign(tasks[at].key);
-    const std::size_t place = below ? at + 1 : EndOf(at);
-    tasks.insert(tasks.begin() + static_cast<std::ptrdiff_t>(place), task);
+    tasks.insert(Place(below ? at + 1 : EndOf(at)), task);
   }
 
   // No units take an assignment away.
@@ -281,8 +266,7 @@ class PlanSketch {
       Unlink(tasks[at].key);
       Unassign(tasks[at].key);
     }
-    tasks.erase(tasks.begin() + static_cast<std::ptrdiff_t>(from),
-                tasks.begin() + static_cast<std::ptrdiff_t>(to));
+    tasks.erase(Place(from), Place(to));
   }
 
   bool ComesBefore(int key, int of) {
@@ -312,28 +296,21 @@ class PlanSketch {
     const int levels = tasks[below].level + 1 - tasks[from].level;
     const int parent = tasks[below].key;
     Unassign(parent);
-    std::vector<Task> moved(tasks.begin() + static_cast<std::ptrdiff_t>(from),
-                            tasks.begin() + static_cast<std::ptrdiff_t>(end));
+    std::vector<Task> moved(Place(from), Place(end));
     for (Task& task : moved) task.level += levels;
-    tasks.erase(tasks.begin() + static_cast<std::ptrdiff_t>(from),
-                tasks.begin() + static_cast<std::ptrdiff_t>(end));
-    const std::size_t place = RowOf(parent);
-    tasks.insert(tasks.begin() + static_cast<std::ptrdiff_t>(place), moved.begin(), moved.end());
+    tasks.erase(Place(from), Place(end));
+    tasks.insert(Place(RowOf(parent)), moved.begin(), moved.end());
   }
 
   // With what lies below it, to the first or the last place below its summary task.
   void Reorder(std::size_t from, bool toFront) {
     const std::size_t parent = ParentOf(from);
     const bool isTop = parent == tasks.size();
-    const auto begin = tasks.begin() + static_cast<std::ptrdiff_t>(isTop ? 0 : parent + 1);
-    const auto end =
-        isTop ? tasks.end() : tasks.begin() + static_cast<std::ptrdiff_t>(EndOf(parent));
-    const auto at = tasks.begin() + static_cast<std::ptrdiff_t>(from);
-    const auto behind = tasks.begin() + static_cast<std::ptrdiff_t>(EndOf(from));
+    const auto behind = Place(EndOf(from));
     if (toFront) {
-      std::rotate(begin, at, behind);
+      std::rotate(Place(isTop ? 0 : parent + 1), Place(from), behind);
     } else {
-      std::rotate(at, behind, end);
+      std::rotate(Place(from), behind, isTop ? tasks.end() : Place(EndOf(parent)));
     }
   }
 

@@ -1,11 +1,7 @@
 // Plans as MPX text, brought back into a real database.
 #pragma once
 
-#include <memory>
 #include <sstream>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "mpx/mpx_format.h"
 #include "round_fixture.h"

@@ -10,11 +10,6 @@
 //
 // The plan's tasks 11 to 16 are the occurrences 1 to 6 of scenario 3, 17 is occurrence 7 of another
 // scenario, 18 has no occurrence. The counter stands at 50.
-#include <functional>
-#include <map>
-#include <sstream>
-#include <utility>
-
 #include "error_of.h"
 #include "merge_steps.h"
 #include "mpx_fixture.h"

@@ -1,15 +1,12 @@
 #include <gmock/gmock.h>
 
 #include <array>
-#include <filesystem>
-#include <map>
 #include <regex>
 #include <set>
 
 #include "changed_text.h"
 #include "mpx_fixture.h"
 #include "mspdi/plan_reader.h"
-#include "runtime/text.h"
 
 namespace merivane::test {
 
@@ -135,18 +132,11 @@ TEST_F(RoundTrip, NamesDurationsNotesAndResourcesComeBack) {
   SendOut("onboarding");
   Replace("Set up the desk,1.50d", "Set up the room,20h");
   Replace("Chair, screen and telephone", "A desk,\x7F\x61 chair, a screen and a telephone");
-  Replace("75,2,1,4.00h\r\n", "75,4,0.5,4.00h\r\n");
   Replace("50,3,3,Mentor,Mentor,1,", "50,4,4,Locksmith,Locksmith,1,");
   EXPECT_TRUE(BringBack());
   EXPECT_EQ(Changes(kNames), "-2|1|Set up the desk; +2|1|Set up the room; ");
   EXPECT_EQ(Table("KV7_PROCOCC_DURATION from MSP_TASKS where KV7_PROCOCC_HEX = 2"), "2.50\n");
   EXPECT_EQ(Changes(kLinks), "");
-  EXPECT_EQ(Table("RES_UID, RES_NAME, KV7_OBJ_HEX from MSP_RESOURCES where RES_UID > 0"),
-            "1|Personnel officer|2\n2|System administrator|3\n4|Locksmith|5\n");
-  EXPECT_EQ(Table("Activity_Num, Object_Name, Qty from Object_in_Activity_in_Scenario where "
-                  "Brought_from_Project = 1"),
-            "1|Personnel officer|1\n2|System administrator|1\n4|Personnel officer|1\n"
-            "3|Locksmith|0.5\n");
   EXPECT_THAT(
       Model(),
       testing::AllOf(testing::HasSubstr("\r\n  Name:  Set up the room\r\n"),
@@ -175,19 +165,8 @@ TEST_F(RoundTrip, TwoProgramsSideBySideShareNothing) {
   EXPECT_EQ(CountRows(*other.gMspConn, "MSP_TASKS", "where TASK_UID > 0"), 20U);
 }
 
-TEST_F(RoundTrip, NewTasksGoIntoTheScenariosOfTheirSummaryTasks) {
-  SendOut("festival");
-  Replace("70,9,9,Hang", Tasks("21 Scrub 3 - 8; 22 Guide 2; 23 Wave 3") + "70,9,9,Hang");
-  EXPECT_TRUE(BringBack());
-  EXPECT_EQ(Changes(kNames), "+67|5|Scrub; +68|4|Guide; +69|6|Wave; ");
-  EXPECT_EQ(Changes(kLinks), "+70|23|67; ");
-  EXPECT_EQ(Table("Name, Parent_Num from Scenario where Num = 6"), "Scenario#6|68\n");
-  EXPECT_TRUE(Holds(Model(), "\r\n  Name:  Wave\r\n"));
-}
-
 TEST_F(RoundTrip, PredecessorsOfEachKindChangeTheLinks) {
   const std::array<std::string, 5> cases[] = {
-      {"a plain link removed", "7", "", "-65|21|22; ", ""},
       {"a branch removed: its junction joins nothing any more", "9", "",
        "-59|17|30; -60|30|18; -61|30|19; +59|17|19; ", "-30|Fan Out|Async. OR|4; "},
       {"start to start", "10", "5,9SS",
@@ -207,12 +186,9 @@ TEST_F(RoundTrip, PredecessorsOfEachKindChangeTheLinks) {
 TEST_F(RoundTrip, EditInXmlChangesThatAndNothingElse) {
   SendOut("onboarding");
   Replace(xml, "<Name>Set up the desk</Name>", "<Name>Set up the room, again</Name>");
-  Replace(xml, "<Duration>PT12H0M0S</Duration>", "<Duration>PT20H0M0S</Duration>");
   Replace(xml, "Chair, screen and telephone", "A desk,\n\xC4\x8D chair, screen and telephone");
   EXPECT_TRUE(BringBackXml());
   EXPECT_EQ(Changes(kNames), "-2|1|Set up the desk; +2|1|Set up the room, again; ");
-  EXPECT_EQ(Table("KV7_PROCOCC_DURATION from MSP_TASKS where TASK_UID > 0"),
-            "1.00\n2.50\n0.50\n1.00\n3.00\n");
   EXPECT_EQ(Changes(kLinks), "");
   EXPECT_THAT(Model(), testing::HasSubstr("A desk,\r\n? chair, screen and telephone"));
   EXPECT_THAT(desktop.MessageTexts(),

@@ -9,11 +9,7 @@ using namespace runtime;
 namespace {
 
 TEST(Csv, CellsAreQuotedAndNoFormulas) {
-  struct Case {
-    const char* text;
-    const char* cell;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"Cut", "Cut"},
       {"Cut, sand", "\"Cut, sand\""},
@@ -27,7 +23,7 @@ TEST(Csv, CellsAreQuotedAndNoFormulas) {
       {"=HYPERLINK(\"a\",\"b\")", "\"'=HYPERLINK(\"\"a\"\",\"\"b\"\")\""},
       {"\t=1", "'\t=1"},
   };
-  for (const Case& row : cases) EXPECT_EQ(CsvCell(row.text), row.cell) << row.text;
+  for (const auto& [text, cell] : cases) EXPECT_EQ(CsvCell(text), cell) << text;
   EXPECT_EQ(CsvLine({"", "a", ""}), ",a,\r\n");
 }
 

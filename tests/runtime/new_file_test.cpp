@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <list>
+#include <set>
 
 #include "error_of.h"
 #include "runtime/file_names.h"
@@ -32,14 +33,12 @@ class NewFiles : public ::testing::Test {
     for (NewFile& file : files) file.TakePlace();
   }
   // Names and contents of all files.
-  std::string Files() const {
-    std::map<std::string, std::string> found;
+  std::set<std::string> Files() const {
+    std::set<std::string> found;
     for (const auto& entry : fs::directory_iterator(PathOf(folder.Path("")))) {
-      found[Utf8Of(entry.path().filename())] = ReadFile(Utf8Of(entry.path()));
+      found.insert(Utf8Of(entry.path().filename()) + "=" + ReadFile(Utf8Of(entry.path())));
     }
-    std::string told;
-    for (const auto& [name, text] : found) told += name + "=" + text + " ";
-    return told;
+    return found;
   }
 
   TemporaryFolder folder;
@@ -55,7 +54,7 @@ TEST_F(NewFiles, StandBesideUntilAllOfThemTakeTheirPlace) {
   MoveAll();
   for (NewFile& file : files) file.Settle();
   files.clear();
-  EXPECT_EQ(Files(), "a=new b=new ");
+  EXPECT_THAT(Files(), testing::ElementsAre("a=new", "b=new"));
 }
 
 TEST_F(NewFiles, LeaveWhatStoodWhereARunEndsOnItsWay) {
@@ -67,7 +66,7 @@ TEST_F(NewFiles, LeaveWhatStoodWhereARunEndsOnItsWay) {
     if (moved) MoveAll();
     EXPECT_EQ(ReadFile(folder.Path("a")), moved ? "new" : "old");
     files.clear();
-    EXPECT_EQ(Files(), "a=old ") << moved;
+    EXPECT_THAT(Files(), testing::ElementsAre("a=old")) << moved;
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "runtime/conversions.h"
 #include "runtime/run_time_error.h"
 #include "schedule/plan.h"
 

@@ -205,9 +205,6 @@ TEST_F(ModelToProjectForm, TheFrameOpensItsFormsOnceAndTellsWhatItCanNotReach) {
   form.txtCelvarFilename.text = "kept";
   main.mnuIDEF3ToProject();
   EXPECT_EQ(form.txtCelvarFilename.text, "kept");
-  form.cmdCancel();
-  main.mnuIDEF3ToProject();
-  EXPECT_EQ(form.txtCelvarFilename.text, "");
   main.Start();
   EXPECT_TRUE(main.IsVisible());
   EXPECT_FALSE(main.splash.IsLoaded());

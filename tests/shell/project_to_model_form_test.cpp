@@ -1,7 +1,5 @@
-#include <functional>
-
 #include "database_fixture.h"
-#include "shell/database_pick.h"
+#include "shell/frmIDEF3ToProject.h"
 #include "shell/frmMain.h"
 #include "shell/modal_forms.h"
 
@@ -140,6 +138,26 @@ TEST_F(ProjectToModelForm, AMergeLeavesABackupUnlessAnotherProgramWritesToTheDat
   EXPECT_EQ(form.BackupName, databasePath + ".bak2");
   form.Undo({databasePath, form.BackupName});
   EXPECT_EQ(form.BackupName + form.txtInterimDB.text, "");
+}
+
+TEST_F(ProjectToModelForm, ACompleteMergeThatTheDatabaseRefusesLeavesItAsItWas) {
+  form.txtMPX.text = folder.Path("plan.mpx");
+  OpenForModel();
+  ASSERT_TRUE(GenerateFromText(program->modelToProject, MERIVANE_SAMPLES "/onboarding.txt",
+                               form.txtMPX.text, ""));
+  Sql("create unique index OneRow on ProjectResReqts (Msp_ProjID)");  // the last table
+  const std::string before = ReadFile(databasePath);
+  Answer([](frmDBMerge& merge) {
+    merge.ChkComplete = true;
+    merge.MergeWith(1);
+  });
+  BrowseInterim(databasePath);
+  form.SSTabInput = form.kMpxTab;
+  Output("model.txt");
+  form.cmdOK();
+  ASSERT_FALSE(desktop.MessageTexts().empty());
+  EXPECT_FALSE(form.GenerateResult);
+  EXPECT_TRUE(ReadFile(databasePath) == before);
 }
 
 TEST_F(ProjectToModelForm, LaunchTextsDifferByTab) {

@@ -1,11 +1,9 @@
 // What stands around a run: the names it was given, its sources, what is kept of its targets, and
 // how its end is told.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "database_fixture.h"
 #include "error_of.h"
-#include "program/progress.h"
 #include "shell/cancellable_run.h"
 #include "shell/database_pick.h"
 #include "shell/frmIDEF3ToProject.h"
@@ -53,40 +51,6 @@ TEST_F(RunParts, NamesAreHeldAgainstEachOtherAndAgainstWhatStands) {
   for (const auto& [files, refusal] : cases) {
     EXPECT_EQ(RefusalOf(files).value_or(""), refusal) << refusal;
   }
-}
-
-TEST_F(RunParts, ACancelledRunLeavesItsTargetsAsTheyWere) {
-  AddProject("1");
-  const std::string before = ReadFile(databasePath);
-  const std::string text = folder.Write("model.txt", "old");
-  for (const bool cancels : {true, false}) {
-    SCOPED_TRACE(cancels);
-    auto connection = Connect();
-    connection->BeginWrite();
-    const auto write = [&] {
-      Recordset set;
-      set.OpenDynamic("select * from MSP_PROJECTS", connection.get());
-      set.AddNew({"PROJ_ID", "PROJ_NAME"}, {2, "Second"});
-      set.Close();
-      Print(text, "new");
-      if (cancels) throw RunCancelled{};
-      return true;
-    };
-    const RunEnd end = RunUntilCancelled(
-        state, {.take = {},
-                .targets = {.database = databasePath, .copy = Copy::kBackup, .outputs = {text}},
-                .driver = write,
-                .drop = [&] { connection.reset(); }});
-    connection.reset();
-    EXPECT_EQ(end.done.has_value(), !cancels);
-    EXPECT_EQ(ReadFile(text), cancels ? "old" : "new\r\n");
-    EXPECT_EQ(RawDatabase(databasePath).Ask("select count(*) from MSP_PROJECTS"),
-              cancels ? "1" : "2");
-    EXPECT_EQ(end.backupName, cancels ? "" : databasePath + ".bak");
-    EXPECT_EQ(fs::exists(databasePath + ".bak"), !cancels);
-  }
-  EXPECT_EQ(ReadFile(databasePath + ".bak"), before);
-  EXPECT_TRUE(desktop.boxes.empty());
 }
 
 TEST_F(RunParts, APickTellsWhatItEmptiedAndWhyItFailed) {
@@ -188,6 +152,24 @@ TEST_F(RunParts, DriversTellTheirFailureAndKeepTheConnection) {
   EXPECT_TRUE(GenerateFromText(state, model, folder.Path("plan.mpx"), xml));
   EXPECT_FALSE(state.gMspConn);
   EXPECT_THAT(ReadFile(xml), HasSubstr("<Name>"));
+}
+
+TEST_F(RunParts, WhereOneOutputCannotTakeItsPlaceEachIsAsItWas) {
+  CancellableRun run;
+  run.targets = {.database = databasePath,
+                 .outputs = {folder.Write("a.mpx", "old"), folder.Path("b.mpx")}};
+  run.drop = [] {};
+  run.driver = [&] {
+    for (const std::string& output : run.targets.outputs) {
+      const std::int16_t number = program->files.FreeFile();
+      program->files.OpenForOutput(number, output);
+      program->files.Close(number);
+    }
+    return fs::create_directory(folder.Path("b.mpx"));
+  };
+  EXPECT_NE(ErrorOf([&] { RunUntilCancelled(state, run); }), 0);
+  EXPECT_EQ(ReadFile(folder.Path("a.mpx")), "old");
+  EXPECT_TRUE(fs::is_directory(folder.Path("b.mpx")));
 }
 
 TEST_F(RunParts, AdviceGoesByTheErrorAndByWhatTheFileIs) {

@@ -1,12 +1,9 @@
 // An Access file on a disk that can't read one block of it.
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <string>
 
 #include "access_copy.h"
 #include "access_file_builder.h"

@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "access_copy.h"
 #include "access_file_builder.h"
 #include "store_fixture.h"
@@ -110,15 +108,6 @@ TEST(AccessReader, ADamagedFileLoadsOrEndsInAMessage) {
     for (std::size_t at = page; at < page + 70; ++at) bytes[at] = static_cast<char>(at * 151);
     load(bytes);
   }
-}
-
-TEST(AccessReader, ReadsPlansThatProjectWrote) {
-  if (!std::filesystem::exists(MERIVANE_PLANS)) GTEST_SKIP() << "no plans in " MERIVANE_PLANS;
-  const std::string folder = MERIVANE_PLANS "/";
-  EXPECT_EQ(Ask(folder + "mpp9relations.mpd", "select LINK_TYPE from MSP_LINKS").size(), 4U);
-  EXPECT_EQ(Ask(folder + "task-links-project2000-mpd9.mpd",
-                "select TASK_OUTLINE_NUM from MSP_TASKS where TASK_UID > 14"),
-            (std::vector<Value>{"15", "16"}));
 }
 
 }  // namespace

@@ -1,11 +1,8 @@
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <string>
 
 #include "access_copy.h"
 #include "runtime/child_process.h"

@@ -44,8 +44,6 @@ TEST_F(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
       {"MSP_TASKS where KV7_PROCOCC_P_ORDER = '00001'", "P_ORDER"},
       {"MSP_TASKS where KV7_PROCOCC_HEX = 1 or KV7_SCENARIO_HEX = 2", " not indexed"},
       {"MSP_LINKS WHERE LINK_PRED_UID = 4AND PROJ_ID = 1 AND LINK_TYPE = 1", "PRED_UID"},
-      {"MSP_LINKS WHERE PROJ_ID = 1 AND LINK_TYPE = 3", "LINK_TYPE"},
-      {"MSP_RESOURCES where RES_UID > 0 AND RES_Name = 'x' and Proj_ID = 1", "RES_NAME"},
       {"Activity_in_Scenario where Msp_ProjID = 1 and scenario_num = 2 and Use_Num = 3", "Use_Num"},
       {"Activity_in_Scenario where Msp_ProjID = 1 and scenario_Num = 2 and Processed = 1",
        "Scenario_Num"},
@@ -53,11 +51,8 @@ TEST_F(IndexChoice, TakesTheNarrowestKeyOfTheTemplate) {
       {"junctions_in_scenario where Msp_ProjID = 1 and scenario_num = 2 and processed = 0 and "
        "cardinality = 'Fan Out' and Type in ('XOR', 'Async. OR')",
        "Scenario_Num"},
-      {"junctions_in_scenario where Msp_ProjID = 1 and ID = 'J3'", "by_ID"},
       {"Links_in_Scenario where Scenario_Num = 1 and Origin_Num = 2 and Msp_ProjID = 3",
        "Origin_Num"},
-      {"Links_in_Scenario where Msp_ProjID = 1 and Destination_Name = 'J3'", "Destination_Name"},
-      {"Activity_Pool where Msp_ProjID = 1 and Name = 'x'", "by_Name"},
   };
   for (const auto& [rest, index] : cases) {
     EXPECT_THAT(HintIn(database.get(), "select * from " + rest), HasSubstr(index)) << rest;

@@ -1,12 +1,6 @@
 // A small database of its own for a test of the store, and short ways to look at it.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <string>
-#include <vector>
-
 #include "error_of.h"
 #include "raw_database.h"
 #include "runtime/conversions.h"

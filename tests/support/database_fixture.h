@@ -85,10 +85,7 @@ inline std::string DumpTable(Connection& connection, const std::string& table,
     for (int i = 0; i < set.FieldCount(); ++i) {
       const Value value = set.Field(i);
       if (value.IsNull()) continue;
-      line.append(line.empty() ? "" : " ")
-          .append(set.FieldName(i))
-          .append("=")
-          .append(Shown(value));
+      line += (line.empty() ? "" : " ") + set.FieldName(i) + "=" + Shown(value);
     }
     dump += line + "\n";
   }

@@ -63,25 +63,20 @@ class RandomModel {
                  {"  Type:  Shared Resource|", "  Type:  " + type + "|"}});
   }
 
-  // Half of the units are a second use of a process.
-  std::string UnitName(int number, std::string& process) {
-    if (nProcesses_ > 0 && Chance(20)) {
-      process = std::to_string(Upto(1, nProcesses_));
-      return "Process " + process;
-    }
-    process = std::to_string(++nProcesses_);
-    const std::string name = "Process " + process;
-    processes_ += With(Process(process, name, Text("How to do it:")),
+  // The number of a unit's process; one unit in five is a further use.
+  std::string ProcessOf(int unit) {
+    if (nProcesses_ > 0 && Chance(20)) return std::to_string(Upto(1, nProcesses_));
+    const std::string process = std::to_string(++nProcesses_);
+    processes_ += With(Process(process, "Process " + process, Text("How to do it:")),
                        {{"  Note List|", "  Note List|" + Text("Note:")},
-                        {"  ID:  1", "  ID:  " + std::to_string(number)}});
-    return name;
+                        {"  ID:  1", "  ID:  " + std::to_string(unit)}});
+    return process;
   }
 
   std::string ObjectsOf() {
     std::string objects;
     const std::string days = Of({"1", "2", "2.5", "0.25", "10"});
-    const int count = Upto(0, 3);
-    for (int i = 0; i < count; ++i) {
+    for (int count = Upto(0, 3); count > 0; --count) {
       const std::string number = std::to_string(Upto(1, nObjects_));
       const std::string rule = "OB" + std::to_string(Upto(1, nObjects_)) + "#" + Of({"1", "2"});
       objects += ObjectOccurrence(number, "Object " + number,
@@ -94,8 +89,8 @@ class RandomModel {
 
   Ends AddUnit(Level& level) {
     const std::string number = std::to_string(++nElements_);
-    std::string process;
-    const std::string name = UnitName(nElements_, process);
+    const std::string process = ProcessOf(nElements_);
+    const std::string name = "Process " + process;
     names_[number] = name;
     level.units += With(UnitOf(number, name, ObjectsOf()),
                         {{"Process  1  #", "Process  " + process + "  #"},

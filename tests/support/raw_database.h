@@ -21,13 +21,10 @@ class RawDatabase {
   int Run(const std::string& sql) {
     return sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr);
   }
+  // The first column of all rows, one behind the other.
   std::string Ask(const std::string& sql) {
     std::string answer;
-    const auto keep = [](void* out, int, char** texts, char**) {
-      *static_cast<std::string*>(out) += texts[0] == nullptr ? "Null" : texts[0];
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), keep, &answer, nullptr), SQLITE_OK) << sql;
+    for (const auto& row : Rows(sql)) answer += row.front();
     return answer;
   }
   // Each row's columns; Null is "Null".

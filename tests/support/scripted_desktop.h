@@ -23,7 +23,6 @@ class ScriptedDesktop : public QuietDesktop {
   std::function<void(const RunProgress&)> onProgress;
   std::function<bool()> onBreath;  // False cancels the run
   DateTime today = QuietDesktop::Today();
-  std::int32_t oemCodePage = QuietDesktop::OemCodePage();
   std::optional<RunTimeError> oemCodePageFailure;
   std::map<std::string, std::string> registry;  // key to default value, without the NUL
   std::map<std::pair<std::string, std::string>, std::string> profile;  // (section, key) to value
@@ -51,7 +50,7 @@ class ScriptedDesktop : public QuietDesktop {
   DateTime Today() const override { return today; }
   std::int32_t OemCodePage() const override {
     if (oemCodePageFailure) throw RunTimeError(*oemCodePageFailure);
-    return oemCodePage;
+    return QuietDesktop::OemCodePage();
   }
   std::optional<std::string> RegistryDefault(const std::string& key) const override {
     const auto entry = registry.find(key);

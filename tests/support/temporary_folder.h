@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -16,6 +15,12 @@
 #include "runtime/file_names.h"
 
 namespace merivane::test {
+
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream file(runtime::PathOf(path), std::ios::binary);
+  EXPECT_TRUE(file.is_open()) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
 // Removed with all it holds when it goes out of scope.
 class TemporaryFolder {
@@ -51,11 +56,10 @@ class TemporaryFolder {
     for (int i = 0; i < 1000 && !std::filesystem::exists(file); ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    std::ostringstream bytes;
-    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    std::string bytes = ReadFile(Path(name));
     std::error_code ignored;
     std::filesystem::remove(file, ignored);
-    return bytes.str();
+    return bytes;
   }
 
  private:
@@ -69,12 +73,6 @@ inline void Link(const std::string& path, const std::string& name) {
 #else
   std::filesystem::create_symlink(runtime::PathOf(path), runtime::PathOf(name));
 #endif
-}
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream file(runtime::PathOf(path), std::ios::binary);
-  EXPECT_TRUE(file.is_open()) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace merivane::test

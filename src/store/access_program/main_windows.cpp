@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <new>
 #include <string>
 
 #include "access_copy.h"
@@ -23,6 +24,9 @@ int wmain(int count, wchar_t** words) {
     merivane::store::CopyAccessTables(merivane::runtime::Utf8Of(words[1]),
                                       merivane::runtime::Utf8Of(words[2]), nobody);
     return 0;
+  } catch (const std::bad_alloc&) {
+    std::fputs(merivane::store::kTooLarge, stdout);
+    return 1;
   } catch (const std::exception& error) {
     std::fputs(error.what(), stdout);
     return 1;

@@ -1,4 +1,14 @@
 // The main window: menus, the first screen, the area of both dialogs, the status bar.
+//
+//   frmMain main(program);
+//   MainWindow window(desktop, main);
+//   desktop.OnEnd = [] { QApplication::exit(0); };
+//   desktop.Run([&] { main.Start(); });  // shows it
+//   window.OpenFiles({"/home/anne/model.txt"});
+//
+// It owns the windows of all forms and of opened files, and while it stands the desktop's window
+// and the drawing of `main` are its own. Nothing is thrown: what fails is told in a box, and the
+// end of the program comes by QtDesktop::OnEnd.
 #pragma once
 
 #include <QMainWindow>
@@ -27,16 +37,18 @@ class WorkbenchWindow;
 
 // Draws frmMain and all forms that it holds, and keeps no state of theirs; while neither dialog is
 // loaded, the first screen stands in their place. Closing it ends the program, and in the midst of
-// a run asks first. What is dropped on it opens.
+// a run asks first. A model text that is dropped on it goes to its dialog; any other file gets a
+// message.
 class MainWindow : public QMainWindow {
  public:
   // Both outlive the window.
   MainWindow(QtDesktop& desktop, frmMain& main);
   ~MainWindow() override;
 
-  // Text of the status bar: what came of the last translation or pick.
+  // Text of the status bar: what came of the last translation or pick; empty before.
   QString Result() const;
-  // One file, whichever way it was named; several, or one that isn't there, get a message.
+  // One file, whichever way it was named: a model text, a plan or a database, which KindOfOpened
+  // tells apart. Several, or one that isn't there, get a message.
   void OpenFiles(const QStringList& names);
 
  protected:

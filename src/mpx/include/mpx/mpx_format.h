@@ -68,7 +68,7 @@ std::string MpxNoteText(std::string_view glossary);
 
 // Fields of one line, and the durations and dates in them. They are numbered from 1, and field 1 is
 // the record number.
-//
+
 // A name that can't stand in the model, as a box tells it.
 struct NameRefusal {
   std::string text;

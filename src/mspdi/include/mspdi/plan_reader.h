@@ -1,4 +1,14 @@
-// Planning XML as it comes from outside.
+// Planning XML as it comes from outside: a file becomes plain rows, checked whole, for a merge, a
+// chart or an MPX file; plan_writer.h is the way back.
+//
+//   const FilePlan plan = ReadPlanFile(Output("plan.xml"));
+//   for (const FileTask& task : plan.tasks) names.push_back(task.name);
+//   if (plan.lostCharacters > 0) Tell(LostCharactersText(plan));
+//   const Schedule dates = MakeSchedule(PlanOfFile(plan, today));
+//
+// Durations are days of the file's own length (FilePlan::minutesPerDay), lags those of
+// schedule/plan.h, and one unit is all of a resource. A plan owns all that it tells, and nothing of
+// the file stays open.
 #pragma once
 
 #include <cstdint>
@@ -26,9 +36,9 @@ struct FileLink {
 
 struct FileTask {
   std::size_t line = 0;
-  std::int64_t uid = 0;
-  std::int64_t id = 0;  // 1 to 32,767; differs from those of all other tasks
-  std::string name;     // never empty
+  std::int64_t uid = 0;  // 0: the file tells none
+  std::int64_t id = 0;   // 1 to 32,767; differs from those of all other tasks
+  std::string name;      // never empty
   std::int64_t level = 1;
   bool inactive = false;               // kept only above tasks that aren't
   std::optional<double> days;          // of the file's own length
@@ -75,7 +85,7 @@ struct FileAssignment {
 
 struct FilePlan {
   std::string name;
-  std::optional<DateTime> start;
+  std::optional<DateTime> start;  // its day
   double minutesPerDay = 480;
   std::vector<FileTask> tasks;
   std::vector<FileResource> resources;
@@ -96,8 +106,9 @@ enum class TakenTasks {
 // a name, links to them, to unknown tasks and other projects, assignments without a task or
 // resource of the plan.
 //
-// Failures: 53 no such file, 70 it is refused; everything else is error 321 with a description that
-// tells the file by its `name`, the line and what was found: another encoding, a document type
+// Failures: 53 no such file, 57 it can't be read on, 70 it is refused or a folder, 75 a device or
+// more than 1 GB; everything else is error 321 with a description that tells the file by the last
+// part of its `name`, the line and what was found: another encoding, a document type
 // definition, an entity beyond the five of XML, no XML, other XML, elements nested beyond reason, a
 // number, duration or lag that can't be, a UID or ID that stands twice, an ID beyond 32,767, a task
 // that is linked to itself, an outline that skips a level.
@@ -106,10 +117,11 @@ FilePlan ReadPlanFile(const Output& file, TakenTasks taken = TakenTasks::kNamedA
 // A sentence on the characters that became "?". REQUIRES: some did.
 std::string LostCharactersText(const FilePlan& plan);
 
-// The tasks and links of a file as a plan to schedule, in the order of the file. It begins at the
-// file's own start, otherwise at `today`; calendars, constraints and progress stay behind.
+// The tasks and links of a file as a plan to schedule, in the same order, with days of eight hours.
+// It begins at the file's own start, otherwise at `today`; calendars, constraints and progress stay
+// behind.
 schedule::Plan PlanOfFile(const FilePlan& file, const DateTime& today);
-// The file's own dates of each task; empty where a task lacks them.
+// The file's own dates of each task; empty where a task lacks them, or ends before it begins.
 std::vector<schedule::StoredDates> StoredDatesOf(const FilePlan& file);
 
 }  // namespace merivane::mspdi

@@ -36,9 +36,10 @@ struct WrittenCounts {
 // from the tables where they have them, otherwise from the schedule; `today` is the start of a plan
 // that has none.
 //
-// Failures: links in a circle (error 5), a plan beyond the year 9999 (6) and what the store refuses
-// come before the file is touched; then a path that is refused (70), is a folder (75), isn't there
-// (76), has no room (61) or can't be written (57), which leaves nothing beside a NewFile's place.
+// Failures: links in a circle (error 5) and a plan beyond the year 9999 (6) come before the file is
+// touched, what the store refuses before or in the midst of it. Then a path that is refused (70),
+// is a folder (75), isn't there (76), has no room (61) or can't be written (57). What was written
+// by then goes with the NewFile.
 WrittenCounts WritePlan(Connection& connection, std::int32_t project, const DateTime& today,
                         const Output& output);
 

@@ -36,8 +36,8 @@ class UntakenRows {
     return rows_[static_cast<std::size_t>(kind)];
   }
 
-  // One line for each kind up to kProgress that there is, counted; empty where the model takes
-  // everything.
+  // One line for each kind up to kProgress that there is, counted; empty where there is none of
+  // them.
   std::string Text() const;
 
  private:

@@ -22,7 +22,7 @@ class HeldRows {
   explicit HeldRows(IsWanted isWanted) : isWanted_(isWanted) {}
 
   // For ReaderListener::OnRow.
-  void Take(RowChange change, std::string_view table, std::span<const Cell> cells);
+  void Hold(RowChange change, std::string_view table, std::span<const Cell> cells);
 
   // Adds the rows under the project's number in the order of the text, as they ended up, and
   // forgets them. A value that its column can't hold is reported as the reader reports it, and the

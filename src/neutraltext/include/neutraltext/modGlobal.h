@@ -4,7 +4,8 @@
 //   Program program(desktop);
 //   ModelToProject& state = program.modelToProject;
 //   state.gMspProjId = 1;
-//   OpenInterimDb(program.workspace, state.gMspConn, true, "plan.mdb");
+//   state.gOverwriteDb = true;
+//   OpenInterimDb(program.workspace, state.gMspConn, state.gOverwriteDb, "plan.mdb");
 //   ReadNeutralText(state, "model.txt");
 //
 // Texts are Windows-1252, paths UTF-8. Numbers of elements have 16 bits, durations stay the text

@@ -28,7 +28,8 @@ struct DatedPlan {
 };
 
 // Reads and works out the dates. `today` is the beginning of a plan that tells none. Errors of the
-// database come up as RunTimeErrors, links in a circle and a plan without a task as error 5.
+// database come up as RunTimeErrors, links in a circle and a plan without a task as error 5, dates
+// beyond the year 9999 as 6.
 DatedPlan ReadDatedPlan(Connection& connection, std::int32_t project, const DateTime& today);
 // The same of a plan from elsewhere, without those who do its tasks: with the dates that it came
 // with, one for each task, or with computed ones where `stored` is empty.

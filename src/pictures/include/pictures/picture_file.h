@@ -1,10 +1,7 @@
 // Pictures as files.
 #pragma once
 
-#include <functional>
-#include <iosfwd>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "pictures/picture.h"
@@ -24,12 +21,7 @@ bool IsPictureName(const std::string& path);
 // Writes the pictures by the ending of the output: into SVG and PNG one below the other, into
 // PDF each on a page of its own size. Gives the factor by which a PNG had to be smaller than usual,
 // or a PDF's page than it is, to stay within what programs read; 1 where it did not. Errors: 57 a
-// picture that can't be drawn, and those of WriteFile.
+// picture that can't be drawn, and those of an OutputFile. REQUIRES: one picture at least.
 double WritePictures(std::vector<Picture> pictures, const Output& output);
-
-// Empties or makes the file and writes the bytes, or what `write` gives. Errors of the
-// system, or 70 and 57; the description names the file.
-void WriteFile(const Output& output, std::string_view bytes);
-void WriteFile(const Output& output, const std::function<void(std::ostream& file)>& write);
 
 }  // namespace merivane::pictures

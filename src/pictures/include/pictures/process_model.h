@@ -88,7 +88,7 @@ struct ProcessModel {
   std::string author;
   std::string description;
   std::string constraintPool;
-  std::vector<ModelScenario> scenarios;  // the top ones first, then what decomposes them
+  std::vector<ModelScenario> scenarios;  // each behind the one that it decomposes a unit of
   std::vector<ModelObject> objects;
   std::vector<ModelFact> facts;
 };

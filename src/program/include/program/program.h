@@ -128,7 +128,6 @@ struct ModelToProject : Direction {
   std::int16_t junctionQueueTop = 0;
 };
 
-// From a plan to a Neutral Text file.
 // The greatest numbers that a project has given out: to occurrences, junctions and links, and to
 // activities.
 struct GreatestNumbers {
@@ -136,6 +135,7 @@ struct GreatestNumbers {
   std::int16_t activity = 0;
 };
 
+// From a plan to a Neutral Text file.
 struct ProjectToModel : Direction {
   explicit ProjectToModel(const Direction& shared) : Direction(shared) {}
 

@@ -2,7 +2,7 @@
 //
 //   reconcile::MergeResult result = reconcile::MergeCompletely(state, "plan.mpx");
 //   if (!result.merged) ...                        // a box has told why
-//   for (const Remark& remark : result.remarks) ...  // what a model can't hold
+//   for (const reconcile::Remark& remark : result.remarks) ...  // what a model can't hold
 #pragma once
 
 #include <cstdint>

@@ -13,6 +13,9 @@ std::string HoldableName(std::string name);
 // That a translation gives.
 inline constexpr std::size_t kMostLevels = 10;
 
+// A labor rule, as the reader takes it from a text.
+inline constexpr std::size_t kLongestRule = 25;
+
 // Of a resource for a task: a labor rule holds a digit. No text is the one unit.
 bool HoldsUnits(const std::string& units);
 

@@ -30,9 +30,9 @@ std::optional<std::int32_t> NumberIn(const Value& value);
 // and without the line ends behind it.
 std::string NoteText(std::string text);
 
-// Numbers by their value; `whenBlank` is that of a text that is none: a duration that isn't given
-// is the plan's one day.
-bool IsSameNumber(const std::string& a, const std::string& b, double whenBlank);
+// Numbers by their value. A text that is none is 1: a duration that isn't given is the plan's one
+// day.
+bool IsSameNumber(const std::string& a, const std::string& b);
 
 // Texts are Windows-1252. A task without a unit has the negative of its row as its number.
 struct PlanContent {

@@ -18,15 +18,16 @@ struct MpxText {
   std::size_t changedTexts = 0;  // that held what MPX can't: quotes, line breaks in names
 };
 
-// `codePage`: the system's OEM code page, which the first line tells. Dates, constraints, progress,
-// calendars and the kinds of resources have no place there; links keep their kinds and lags.
+// `codePage`: the system's OEM code page, which the first line tells. Dates of tasks, constraints,
+// progress and calendars have no place there. The kind of a resource goes into its note, and links
+// keep their kinds and lags.
 MpxText PlanAsMpx(const FilePlan& plan, std::int32_t codePage);
 
 // "3", "4SS+1d": the predecessors of a task by their places in the list, between commas.
 std::string PredecessorList(const FileTask& task, double minutesPerDay);
 
 // An entry of such a list, as it comes back.
-enum class Relation { kFinishToStart, kStartToStart, kFinishToFinish, kStartToFinish };
+enum class RelationKind { kFinishToStart, kStartToStart, kFinishToFinish, kStartToFinish };
 
 // The entries between the commas; one of an empty list. A comma right in front of an entry belongs
 // to it.
@@ -34,7 +35,7 @@ std::vector<std::string> PredecessorEntries(const std::string& list);
 
 // SS, FF and SF are looked for in this order, anywhere in the entry and in any case; a lag isn't
 // read.
-Relation RelationOf(std::string_view entry);
+RelationKind RelationKindOf(std::string_view entry);
 
 // The number at the front of the entry, rounded; 0 without one, error 6 beyond 16 bits.
 std::int16_t PlanIdOf(std::string_view entry);

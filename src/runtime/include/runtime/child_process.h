@@ -1,7 +1,8 @@
 // Children of this program, on systems that fork.
 //
-//   const ForkedChild child([](int pipe) {
-//     const double area = AreaOf(file);  // may break there
+//   double area = 0;
+//   const ForkedChild child([&](int pipe) {
+//     area = AreaOf(file);  // may break there
 //     SendOrExit(pipe, &area, sizeof area);
 //   });
 //   if (!child.Receive(&area, sizeof area, deadline, beat)) ...  // it broke, or takes too long
@@ -31,8 +32,9 @@ void DieWithParent(pid_t parent);
 // Sends all of it, or ends this process where nobody takes it.
 void SendOrExit(int pipe, const void* data, std::size_t size);
 
-// The system ends a child that uses more.
+// The system ends a child that uses more time or writes more, and gives it no more memory.
 struct ChildLimits {
+  std::uint64_t memoryBytes = std::numeric_limits<std::uint64_t>::max();  // beyond this process's
   std::uint64_t cpuSeconds = std::numeric_limits<std::uint64_t>::max();
   std::uint64_t fileBytes = std::numeric_limits<std::uint64_t>::max();  // of each file it writes
 };

@@ -68,7 +68,7 @@ bool MayBeReplaced(const std::string& path);
 // changed where it fails.
 std::error_code MoveInPlace(const std::filesystem::path& from, const std::filesystem::path& to);
 
-// Waits until the disk holds what was written to the file. Errors: 57, 61.
+// Waits until the disk holds what was written to the file. Error of the system (57, 61), or 70.
 void SyncFile(const std::string& path);
 // And until it holds the names in the folder of `path`, as far as the system can tell.
 void SyncFolderOf(const std::string& path);

@@ -5,12 +5,15 @@
 //   NewFile page("page.html");
 //   Write(page.Target());
 //   page.Prepare();
+//   page.KeepOld();
 //   page.TakePlace();
 //   page.Settle();      // without it, what stood before comes back
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace merivane::runtime {
@@ -23,6 +26,33 @@ struct Output {
   std::string name;
   std::string path;
 };
+
+// The bytes of an output on their way to where it is written. Nothing more is written behind a
+// failure, which is told at the next Flush() or Close().
+class OutputFile {
+ public:
+  // Empties the file or makes it. Error of the system, or 70.
+  explicit OutputFile(Output output);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  void Write(std::string_view bytes);
+  // Nothing of it stays in this process. Both: error of the system, or 57.
+  void Flush();
+  void Close();
+
+ private:
+  void Note(bool done);
+  void Check() const;
+
+  Output output_;
+  std::FILE* stream_;
+  int failure_ = 0;  // the system's number of the first write that failed; -1 without one
+};
+
+// Empties the output or makes it, and writes the bytes; see OutputFile for the errors.
+void WriteOutput(const Output& output, std::string_view bytes);
 
 // Removes the file, if it can.
 void RemoveFile(const std::filesystem::path& path) noexcept;
@@ -57,7 +87,7 @@ class NewFile {
   const Output& Target() const { return target_; }
 
   // Brings what was written to the disk, and gives it the mode of what stands in its place. Nothing
-  // where nothing was written. Errors 57, 61.
+  // where nothing was written. Errors of SyncFile.
   void Prepare();
   // Gives what stands there a second name, by which PutBack finds it; where the disk knows no
   // second names, it is lost behind TakePlace.

@@ -30,4 +30,8 @@ std::string Trim(std::string_view text);
 std::string UpperCase(std::string_view text);  // Windows-1252 letters too
 bool EqualNoCase(std::string_view a, std::string_view b);
 
+// "1 row is", "2 rows are".
+std::string Counted(std::size_t count, std::string_view one, std::string_view several);
+std::string Counted(std::size_t count, std::string_view one);  // several: with an "s"
+
 }  // namespace merivane::runtime

@@ -19,9 +19,9 @@ namespace merivane::runtime {
 //
 // Failures are RunTimeErrors: 52 a number that is not open, 53 no such file, 54 reading an output
 // file or printing to an input file, 55 opening a number that is open, 57 or 61 a failed write, 62
-// reading past the end, 67 no number left, 70 refused, 75 a path that is no file, 76 no such
-// folder. A failed write is told once, with the file's name, when the file is flushed or closed;
-// what is printed behind it is dropped, and the file is closed all the same.
+// reading past the end, 67 no number left, 70 refused, 75 a path that is no file or a line of more
+// than 1 MB, 76 no such folder. A failed write is told once, with the file's name, when the file is
+// flushed or closed; what is printed behind it is dropped, and the file is closed all the same.
 class TextFiles {
  public:
   TextFiles();
@@ -65,7 +65,7 @@ class TextFiles {
   std::map<std::string, std::string> standIns_;
 };
 
-// Lines of a file; 0 where it isn't a file that can be read twice.
+// Lines of a file by their LF; 0 where it isn't a file that can be read twice.
 std::int64_t CountLines(const std::string& path);
 
 }  // namespace merivane::runtime

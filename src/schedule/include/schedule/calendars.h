@@ -20,16 +20,17 @@ struct PlanCalendar {
   std::int64_t base = kNoCalendar;            // UID of the calendar that it differs from
   bool isBase = true;                         // false: of one resource
   std::string name;                           // never empty of a base calendar
-  std::array<std::optional<Shifts>, 7> week;  // Monday first; none: as in the base
+  std::array<std::optional<Shifts>, 7> week;  // Monday first; none: as in the base, or the standard
   std::vector<DayException> exceptions;       // in order, without overlap
 };
 
 class PlanCalendars {
  public:
+  PlanCalendars() = default;
   // Those of a project; none where the database has no such tables. What can't be is left out and
   // told in `warnings`, a sentence each: hours that end before they begin or overlap, exceptions
-  // without a beginning or that overlap, a calendar without working time, bases in a circle.
-  PlanCalendars() = default;
+  // without a beginning or that overlap, bases in a circle. A calendar without working time is told
+  // too, and the standard one counts in its place.
   PlanCalendars(Connection& connection, std::int32_t project, std::vector<std::string>& warnings);
 
   const std::vector<PlanCalendar>& List() const { return calendars_; }

@@ -91,6 +91,17 @@ enum class LinkKind {
 };
 
 const char* KindText(LinkKind kind);  // "FF", "FS", "SF", "SS"
+// The predecessor's finish, or else its start.
+constexpr bool LeavesFinish(LinkKind kind) {
+  return kind == LinkKind::kFinishToStart || kind == LinkKind::kFinishToFinish;
+}
+// The successor's finish, or else its start.
+constexpr bool ReachesFinish(LinkKind kind) {
+  return kind == LinkKind::kStartToFinish || kind == LinkKind::kFinishToFinish;
+}
+// An entry of a task's list of predecessors: "3", "4SS+1d".
+std::string PredecessorText(std::int64_t predecessor, LinkKind kind, const Lag& lag,
+                            double minutesPerDay);
 
 struct PlanLink {
   std::size_t predecessor = 0;  // indices of tasks
@@ -122,14 +133,14 @@ struct Plan {
 
 // Reads a project of a database of Merivane or of another program: the plan that a file last
 // brought back into it, as the work tables keep it, otherwise the one of the MSP_ tables. The start
-// is the project's own, otherwise the model's, otherwise `today`. Left out: rows of UID 0 and below
-// and level 0 (summaries of the whole), rows without a place in the list, blank rows, a UID's
-// second row, links of other projects, of tasks that aren't there and of unknown kinds. A failure
-// is the store's RunTimeError.
+// is the project's own, otherwise the model's, otherwise `today`. Left out: rows of UID 0 and
+// below, and in the work tables of level 0 (summaries of the whole), rows without a place in the
+// list, blank rows, a UID's second row, links of other projects, of tasks that aren't there and of
+// unknown kinds. A failure is the store's RunTimeError, or error 6 for a number beyond 32 bits.
 //
 // Calendars, constraints and progress are those of the MSP_ tables; a plan that was brought back
-// has none. A task's working time is its own calendar's, otherwise the one that all its resources
-// share, otherwise the project's.
+// has none. A task's working time is that of its own calendar where it differs from the project's,
+// otherwise the one that all its resources share, otherwise the project's.
 //
 // A duration is the model's own (hundredths of a day) where the table's whole days come from it;
 // otherwise the table's.

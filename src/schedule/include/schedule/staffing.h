@@ -56,7 +56,7 @@ struct Overload {
 std::vector<Overload> OverloadsOf(const Plan& plan, const Schedule& dates,
                                   const Staffing& staffing);
 
-// Of a task, its predecessors as a plan's list tells them: "3, 4SS+1d".
+// Of each task, its predecessors as a plan's list tells them: "3, 4SS+1d".
 std::vector<std::string> PredecessorTexts(const Plan& plan);
 
 }  // namespace merivane::schedule

@@ -15,7 +15,9 @@ using namespace runtime;
 
 // Tenths of a minute, the unit in which a plan's tables keep durations and lags.
 using Tenths = std::int64_t;
+inline constexpr Tenths kSecondsOfTenth = 6;
 inline constexpr Tenths kTenthsOfMinute = 10;
+inline constexpr Tenths kTenthsOfHour = 600;
 inline constexpr Tenths kTenthsOfDay = 4800;  // of eight hours
 inline constexpr Tenths kTenthsOfCalendarDay = 14400;
 

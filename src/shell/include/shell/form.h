@@ -25,7 +25,7 @@ namespace merivane::shell {
 using namespace platform;
 
 struct TextBox {
-  std::string text;  // UTF-8 where it is a path
+  std::string text = {};  // UTF-8 where it is a path
   bool enabled = true;
 };
 

@@ -37,8 +37,9 @@ class frmIDEF3ToProject : public TranslationForm {
   void cmdBrowseText();
   void cmdBrowseMPX();
   void cmdBrowseXML();
-  // Copies the template over the picked name or opens it for a further project. No box tells what
-  // fails: PickFailure keeps it, and gMspConn holds no database that is half open.
+  // Copies the template over the picked name or opens it for a further project. A box tells that
+  // there is no template; whatever else fails, PickFailure keeps alone, and gMspConn holds no
+  // database that is half open.
   void BrowsedbBt() { BrowseDatabase(txtDatabase); }
   void BrowsedbBt_mpx() { BrowseDatabase(txtDatabase_mpx); }
   void BrowsedbBt_xml() { BrowseDatabase(txtDatabase_xml); }
@@ -81,7 +82,6 @@ class frmIDEF3ToProject : public TranslationForm {
   bool DatabaseTabActive() const { return SSTabGenerateOpt == kDatabaseTab; }
   bool XmlTabActive() const { return SSTabGenerateOpt == kXmlTab; }
   TextBox& DatabaseOfTab();
-  void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
 
   ModelToProject& state_;
   std::int64_t pickedVersion_ = 0;

@@ -24,10 +24,10 @@ class frmProjectToIDEF3 : public TranslationForm {
                         {state.gInterimConn, {&txtInterimDB, &txtInterimDB_xml}}),
         state_(state) {}
 
-  TextBox txtDatabase{"", false};
-  TextBox txtMPX{"", false};
+  TextBox txtDatabase{.enabled = false};
+  TextBox txtMPX{.enabled = false};
   TextBox txtInterimDB;
-  TextBox txtXML{"", false};
+  TextBox txtXML{.enabled = false};
   TextBox txtInterimDB_xml;
   ComboBox comboProject{.enabled = false};
   std::string SSTabInput = kDatabaseTab;  // caption of the active tab
@@ -51,8 +51,9 @@ class frmProjectToIDEF3 : public TranslationForm {
   bool PickMpx();
   bool PickXml();
   bool PickInterimDb();
-  // Of the database. False for a number that isn't listed.
+
   const std::vector<ComboBox::Entry>& Projects() const { return comboProject.entries; }
+  // Of the database. False for a number that isn't listed.
   bool PickProject(std::int32_t id);
 
   // A merge keeps everything that the plan holds: as it was answered last, while the program runs.
@@ -77,7 +78,6 @@ class frmProjectToIDEF3 : public TranslationForm {
   bool ValidateDatabaseTab();
   bool ValidateFileTab(const TextBox& file, const char* noFile, const TextBox& interim);
   bool TranslateFile();
-  void BrowseFor(TextBox& box, const FileDialog& dialog, const char* extension);
   void BrowseInterimDb(TextBox& box);
   // False after Cancel, which leaves what was picked before.
   bool OpenProjectDb(const std::string& path);

@@ -33,8 +33,9 @@ std::string ReplaceDatabase(Workspace& workspace, const std::string& from, const
                             Copy copy);
 
 // One run: first Keep calls, then the run, then Finish or PutBack; dropping it puts back.
-// REQUIRES of Finish, PutBack and the drop: no text file of the run is open, and no database but
-// those that are held. The workspace outlives it.
+// REQUIRES of Finish, PutBack and the drop: no text file of the run is open, save in Finish one
+// that is flushed and written no more, and no database but those that are held. The workspace
+// outlives it.
 class KeptFiles {
  public:
   KeptFiles() = default;
@@ -79,9 +80,9 @@ class KeptFiles {
  private:
   struct Database {
     std::string path;
-    std::string copy;  // empty: none was made
+    std::string copy = {};  // empty: none was made
     Copy kind = Copy::kNone;
-    std::string made;  // what the run has put in its place; empty where it is held or as copied
+    std::string made = {};  // what the run has put in its place; empty: it is held, or as copied
     bool held = false;
   };
   std::string Restore(const Database& database);

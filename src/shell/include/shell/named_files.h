@@ -1,5 +1,13 @@
 // The files of a run by their names: how a browse button takes one, how they are held against each
 // other, and how the heads of the sources are read before anything is replaced or changed.
+//
+//   const std::vector<NamedFile> files = {
+//       {"the model", "model.txt"}, {"--mpx", "plan.mpx", FileUse::kWrite, "--force"}};
+//   if (const auto refusal = RefusalOf(files)) return Refuse(*refusal);
+//   if (!ProveModelText(program.modelToProject, "model.txt")) return false;  // a box has told why
+//
+// Nothing here writes. What a proof reads is read anew by the run, but for planning XML. Paths are
+// UTF-8.
 #pragma once
 
 #include <optional>
@@ -38,16 +46,17 @@ struct NamedFile {
   std::string askedWord = {};  // must be said where a file stands already; empty: nothing
 };
 
-// A sentence that refuses the run, or nothing: two names stand for one file (by links of either
-// kind too) that the run would write, one that it would write has no folder, or a file stands where
-// its word was not said.
+// A sentence (UTF-8) that refuses the run, or nothing: a name that no file can have, two names for
+// one file (by links of either kind too) that the run would write, one that it would write without
+// a folder, or a file that stands where its word was not said.
 std::optional<std::string> RefusalOf(const std::vector<NamedFile>& files);
 
 // False where the file can't be read, is empty or of another kind; the reader's own box was shown.
 bool ProveModelText(ModelToProject& state, const std::string& path);
 bool ProveMpx(ProjectToModel& state, const std::string& path);
 
-// The same for the whole of a file of planning XML; gives what it holds.
+// The same for the whole of a file of planning XML. Gives what it holds, which a merge takes so
+// that it isn't read twice (TranslateXml, MergeCompletely); nothing behind a box.
 std::optional<mspdi::FilePlan> ProveXml(ProjectToModel& state, const std::string& path);
 
 }  // namespace merivane::shell

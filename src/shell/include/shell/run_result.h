@@ -23,7 +23,7 @@ struct RunResult {
 std::string WrittenNote(const std::vector<std::string>& files);
 
 // "5 tasks, 2 resources, 4 links, 3 assignments" of a project. A plan's own summary row is no task;
-// "no" stands for a table that can't be read.
+// "no" stands for a table that can't be read. Links are the model's beside the work tables.
 std::string CountsOfPlan(Connection& connection, std::int32_t project);  // of the MSP_ tables
 std::string CountsOfWork(Connection& connection, std::int32_t project);  // of the work tables
 

@@ -69,10 +69,9 @@ class Workspace {
   void CommitAllQuietly() noexcept;
 
   // Puts a plain copy of `from` in the place of `to`: made beside `to`, then renamed over it, with
-  // a stale journal of `to` removed. `from` may be a database in use here (SQLite's backup call is
-  // used then). The copy is on the disk to its last byte before it takes that place. Errors: 53
-  // `from` is not there, 70 `to` is refused or one of them is in use by another process, 57 or 61
-  // the disk; `to` is as it was then.
+  // a stale journal of `to` removed. `from` may be a database in use here. The copy is on the disk
+  // to its last byte before it takes that place. Errors: 53 `from` is not there, 70 `to` is refused
+  // or one of them is in use by another process, 57 or 61 the disk; `to` is as it was then.
   void CopyDatabase(const std::string& from, const std::string& to);
 
   // The same, and before it the copy of what stands at `to` in the file `backup`, unless that is
@@ -111,6 +110,10 @@ class Workspace {
 class Connection {
  public:
   explicit Connection(Workspace& workspace);
+  // Opened on the file.
+  Connection(Workspace& workspace, const std::string& path, OpenMode mode) : Connection(workspace) {
+    Open(ConnectionText(path), mode);
+  }
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;

@@ -22,13 +22,14 @@ enum CursorType { adOpenForwardOnly = 0, adOpenDynamic = 2, adOpenStatic = 3 };
 // snapshot. Without ORDER BY rows come in order of insertion; with it equal keys keep that order.
 //
 // Open checks the statement and reads nothing; a question for BOF or EOF, and MoveLast, cost one
-// row on a fresh set. A set that has been asked completes its key list before anything is written
-// through its connection.
+// row on a fresh set without ORDER BY. Before a write through the connection that could change what
+// a set hasn't read yet, it reads its rest; any other write, such as a row added behind a set
+// without ORDER BY, only ends its walk, and the rest is read when it is wanted.
 //
 // Names ignore case. Every failure is a RunTimeError with the usual description: 91 no connection,
 // 3709 a closed connection, 3704 a closed set, 3705 an open set opened again, 3021 no current
 // record (an empty set, BOF or EOF, a row deleted since), 3265 no such column, 3251 a set that
-// can't be written, 13 a value that the column's type refuses, and the three statement errors.
+// can't be written, 13 or 6 a value that the column's type refuses, and the three statement errors.
 class Recordset {
  public:
   Recordset();
@@ -36,8 +37,8 @@ class Recordset {
   Recordset(Recordset&&) noexcept;
   Recordset& operator=(Recordset&&) noexcept;
 
-  // `connection` null is error 91. OpenDynamic is Open(sql, connection, 2, 3, 1), OpenStatic is
-  // Open(sql, connection, 3, -1, -1).
+  // `connection` null is error 91. Where a column is worked out ("Max(Num) as Max_ID"), OpenDynamic
+  // gives a snapshot too, which can't be written.
   void OpenDynamic(std::string_view sql, Connection* connection);
   void OpenStatic(std::string_view sql, Connection* connection);
 

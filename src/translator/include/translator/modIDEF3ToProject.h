@@ -3,7 +3,8 @@
 //
 //   ModelToProject& state = program.modelToProject;
 //   state.gMspProjId = 1;
-//   OpenInterimDb(program.workspace, state.gMspConn, true, "next.mdb");
+//   state.gOverwriteDb = true;
+//   OpenInterimDb(program.workspace, state.gMspConn, state.gOverwriteDb, "next.mdb");
 //   TakeStoredModel(state, {"plan.mdb", 1});  // or ReadNeutralText(state, "model.txt")
 //   TranslateToProject(state, "next.mpx");
 //
@@ -30,6 +31,10 @@ using namespace program;
 // by side into an MPX file, which stays open (flushed) until the program ends. Any failure ends the
 // program through FatalAbort.
 void TranslateToProject(ModelToProject& state, const std::string& mpxFileName);
+
+// How much of a resource a labor rule asks for: the digit that stands one character behind its
+// alias; "1" for anything else.
+std::string UnitsInRule(const std::string& rule, const std::string& alias);
 
 // The project of another database whose model is translated.
 struct StoredModel {

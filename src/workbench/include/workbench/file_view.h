@@ -64,7 +64,7 @@ struct Note {
 };
 
 // What a translation asks for: one of several scenarios.
-struct Choice {
+struct ScenarioChoice {
   std::string question;
   std::vector<std::string> names;
   std::size_t chosen = 0;
@@ -74,7 +74,7 @@ struct FileView {
   ProcessModel model;  // without scenarios where the file holds none
   std::vector<Element> elements;
   std::vector<Note> notes;
-  std::vector<Choice> choices;
+  std::vector<ScenarioChoice> choices;
   std::optional<Picture> chart;
   std::string whyNoChart;          // where there is none
   std::vector<std::string> lines;  // what else is to be told of the file, a sentence each
