@@ -1,5 +1,6 @@
 // Where memory runs out, Debian's mimalloc, which is built as C, ends the program in its operators
 // new. These ask its malloc, and throw or give null as C++ has it; its operators delete serve both.
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
