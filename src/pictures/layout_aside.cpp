@@ -28,6 +28,7 @@ std::vector<std::size_t> SmallFirst(const std::vector<Graph>& graphs) {
 std::vector<Graph> InOrder(const std::vector<Graph>& graphs,
                            const std::vector<std::size_t>& order) {
   std::vector<Graph> sorted;
+  sorted.reserve(order.size());
   for (const std::size_t which : order) sorted.push_back(graphs[which]);
   return sorted;
 }
