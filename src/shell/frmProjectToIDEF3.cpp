@@ -310,7 +310,7 @@ void frmProjectToIDEF3::GenerateFromFile() {
     if (state_.gRoundTripMerge) run.targets.copy = Copy::kBackup;
   }
   run.driver = [this] { return TranslateFile(); };
-  run.undoesFailure = state_.gRoundTripMerge && Complete;
+  run.undoesFailure = KeepBackup && state_.gRoundTripMerge && Complete;
   run.drop = [this] { DropRun(); };
   const RunEnd end = RunUntilCancelled(state_, run);
   if (refused_) return;
